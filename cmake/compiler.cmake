@@ -1,0 +1,25 @@
+# Warnings are errors; sanitizers, coverage and fuzzing are switched per preset.
+
+# clang counts sign conversions into -Wconversion, g++ does not: both are held to the same list.
+add_compile_options(-Wall -Wextra -Wpedantic -Wconversion -Wno-sign-conversion -Wshadow -Werror)
+set(CMAKE_CXX_FLAGS_RELEASE "-O2 -DNDEBUG")
+
+# Bounds of the standard containers are checked wherever speed is not what is looked at.
+add_compile_definitions($<$<NOT:$<CONFIG:Release>>:_GLIBCXX_ASSERTIONS>)
+
+if(TALLWICK_SANITIZE)
+  add_compile_options(-fsanitize=address,undefined -fno-sanitize-recover=all -fno-omit-frame-pointer)
+  add_link_options(-fsanitize=address,undefined)
+endif()
+if(TALLWICK_COVERAGE)
+  add_compile_options(--coverage)
+  add_link_options(--coverage)
+endif()
+if(TALLWICK_FUZZ)
+  add_compile_options(-fsanitize=fuzzer-no-link)
+endif()
+
+find_program(TALLWICK_CCACHE ccache)
+if(TALLWICK_CCACHE)
+  set(CMAKE_CXX_COMPILER_LAUNCHER ${TALLWICK_CCACHE})
+endif()

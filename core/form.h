@@ -1,0 +1,198 @@
+// A screen without a face: an ordered list of controls and the events that matter to its rules.
+// The desktop binds each control to the widget of the same object name, the command line to a script, and the
+// audit trail walks them. A face never changes a control itself: it calls the event functions and is told
+// what changed.
+//
+// Order of events. A control is left (OnLeave) before another is entered (OnEnter). OnLeave may refuse: it
+// shows its box and moves the focus, mostly back to the control it was called for; then what the face asked
+// for does not happen. Disabled and invisible controls, labels and frames take no events, and a closed form
+// takes none.
+#pragma once
+
+#include <deque>
+#include <functional>
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/message_boxes.h"
+
+namespace tallwick {
+
+enum class ControlKind {
+  kText,    // text box
+  kCombo,   // text with a list of offers
+  kList,    // list box; its text is the selected row's
+  kCheck,   // value 0 unchecked, 1 checked, 2 grayed
+  kOption,  // value 0 or 1
+  // Formatted input: the form shows the text in one form after leaving.
+  kAmount,
+  kDate,
+  kPeriod,
+  kNumber,
+  kMasked,
+  kGrid,  // rows of cells from a RowSource
+  kLabel,
+  kButton,
+  kMenu,  // menu command or toolbar button; value 1 = checked
+  kFrame,
+};
+
+// Rows behind a grid or a register, read as they are needed.
+class RowSource {
+ public:
+  virtual ~RowSource() = default;
+  virtual std::vector<std::string> Headings() const = 0;
+  virtual std::size_t RowCount() = 0;
+  // The cells of one row, from 0; empty when it is gone.
+  virtual std::vector<std::string> Row(std::size_t row) = 0;
+  // A word for the look of a row ("cleared", "voided", "stopped", ""), beside its status column.
+  virtual std::string RowStyle(std::size_t) { return {}; }
+  // True when the column holds numbers, which stand on the right.
+  virtual bool IsNumeric(std::size_t) const { return false; }
+};
+
+struct Control {
+  std::string name;
+  ControlKind kind = ControlKind::kText;
+  int index = 0;  // member of a control array, from 1; 0 = not in an array
+  std::string text;
+  int value = 0;
+  std::string caption;
+  std::string tag;  // parks the value before editing; the audit trail compares against it
+  bool enabled = true;
+  bool visible = true;
+  bool refused = false;           // the last refusal named this control; cleared when its text changes
+  int max_length = 0;             // characters that fit; 0 = no limit
+  std::vector<std::string> rows;  // of a list or combo
+  int selected = 0;               // row of a list or grid, from 1; 0 = none
+  std::shared_ptr<RowSource> source;
+};
+
+class Form {
+ public:
+  // What a face wants to know. Every call comes from within an event function or a member function of the
+  // form.
+  class Face {
+   public:
+    virtual ~Face() = default;
+    // Something of the control differs from before, or from what the face holds after a change that was not
+    // taken.
+    virtual void ControlChanged(const Control& control) = 0;
+    // The form moved the focus; a face's own moves are not told back.
+    virtual void FocusMoved(const Control& control) = 0;
+    virtual void CaptionChanged() = 0;
+    virtual void Closed() = 0;
+  };
+
+  Form(std::string name, MessageBoxes& boxes);
+  virtual ~Form() = default;
+  Form(const Form&) = delete;
+  Form& operator=(const Form&) = delete;
+
+  const std::string& Name() const { return name_; }
+  const std::string& Caption() const { return caption_; }
+  bool IsOpen() const { return open_; }
+  // In the form's own control order.
+  const std::deque<Control>& Controls() const { return controls_; }
+  std::deque<Control>& Controls() { return controls_; }
+  // nullptr where there is none. Names are compared exactly.
+  Control* Find(std::string_view name, int index = 0);
+  // The control that was entered and not yet left; nullptr where there is none.
+  const Control* Focus() const { return focus_; }
+  // nullptr detaches.
+  void Attach(Face* face) { face_ = face; }
+
+  // Events, called by a face. Change, SetCheck, Choose and Click enter their control first where it has not
+  // the focus; Menu and Close leave the current one.
+  void Opened();                                     // after the face stands
+  void Enter(std::string_view name, int index = 0);  // leaves the current control first
+  void Leave();                                      // leaves the current control; none has the focus then
+  void Change(std::string_view name, std::string text, int index = 0);
+  void SetCheck(std::string_view name, int value, int index = 0);
+  void Choose(std::string_view name, int row, int index = 0);  // rows from 1; others are ignored
+  void Click(std::string_view name, int index = 0);            // a button; refused while disabled
+  void Menu(std::string_view name);                            // a command; refused while disabled
+  bool Key(std::string_view key);  // "Esc", "F1", "F4", "Ctrl+F"; true when the form used it
+  // Asks what must be asked and closes. False when the user or a refusal kept it open.
+  bool Close();
+
+ protected:
+  Control& Add(ControlKind kind, std::string name, std::string caption = {}, int index = 0);
+  Control& At(std::string_view name, int index = 0);  // must exist
+
+  // Setters that tell the face. They do nothing when nothing changes, and call no event function.
+  void SetText(std::string_view name, std::string text, int index = 0);
+  void SetCaption(std::string_view name, std::string caption, int index = 0);
+  void SetValue(std::string_view name, int value, int index = 0);
+  void SetEnabled(std::string_view name, bool enabled, int index = 0);
+  void SetVisible(std::string_view name, bool visible, int index = 0);
+  void SetRows(std::string_view name, std::vector<std::string> rows, int selected = 0);
+  void SetSource(std::string_view name, std::shared_ptr<RowSource> source);
+  // The source is the same, its rows are others.
+  void RowsChanged(std::string_view name);
+  void SetSelected(std::string_view name, int row);
+  void SetFormCaption(std::string caption);
+  // Moves the focus as a face does, but within OnLeave without leaving the current control again: that
+  // refuses the leave. A control that takes no events is not entered.
+  void SetFocus(std::string_view name, int index = 0);
+  // Critical box titled with the form's caption, cursor into the named control, which is marked as refused.
+  // The current control is not left.
+  void Refuse(std::string_view text, std::string_view control, int index = 0);
+  // The same without a box, for a refusal whose message has been shown already.
+  void MarkRefused(std::string_view control, int index = 0);
+  MessageBoxes& Boxes() { return boxes_; }
+  const std::string& Text(std::string_view name, int index = 0);
+
+  virtual void OnOpen() {}
+  virtual void OnEnter(Control&) {}
+  virtual void OnLeave(Control&) {}
+  virtual void OnChange(Control&) {}
+  virtual void OnChoose(Control&) {}
+  virtual void OnClick(Control&) {}
+  virtual void OnMenu(Control&) {}
+  // True when the key was used.
+  virtual bool OnKey(std::string_view) { return false; }
+  // False keeps the form open.
+  virtual bool OnClose() { return true; }
+
+ private:
+  void Tell(const Control& control);
+  bool TakesEvents(const Control* control) const;
+  // False when OnLeave refused.
+  bool LeaveCurrent();
+  // The control when it is, or has become, the one with the focus; nullptr where it takes no event or a leave
+  // was refused, after which the face is told what the control still holds.
+  Control* EnterFor(std::string_view name, int index);
+  void TakeFocus(Control& control);
+  // Takes the focus without leaving the current control; within OnLeave that refuses the leave.
+  void PutFocus(Control& control);
+  // Nothing where an OnEnter has moved the focus on.
+  void TellFocus(const Control& control);
+  void Select(Control& control, int row);
+
+  std::string name_;
+  std::string caption_;
+  MessageBoxes& boxes_;
+  std::deque<Control> controls_;
+  Control* focus_ = nullptr;
+  Face* face_ = nullptr;
+  bool open_ = true;
+  bool leaving_ = false;        // OnLeave runs
+  bool leave_refused_ = false;  // it moved the focus
+};
+
+// What a control holds, in words for a log: "Checked", "Unchecked" or "Grayed" (else "") of a check box,
+// "True" or "False" of an option, the text of the kinds that hold one; "" for the others.
+std::string ControlValue(const Control& control);
+
+// What a form calls to have another screen opened ("frmEditChecksPost", "Posting").
+class ScreenOpener {
+ public:
+  virtual ~ScreenOpener() = default;
+  virtual void OpenScreen(std::string_view screen, std::string_view mode) = 0;
+};
+
+}  // namespace tallwick

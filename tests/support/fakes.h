@@ -1,0 +1,54 @@
+// Ports that tests hold still: a clock that stands, message boxes answered from a list, a named workstation.
+#pragma once
+
+#include <deque>
+#include <string>
+#include <vector>
+
+#include "core/clock.h"
+#include "core/message_boxes.h"
+#include "core/workstation.h"
+
+namespace tallwick::testing {
+
+class FakeClock : public Clock {
+ public:
+  DateTime Now() override { return now; }
+  void Sleep(int milliseconds) override { slept_ms += milliseconds; }
+
+  DateTime now{{2024, 3, 15}, 9, 30, 0};
+  long long slept_ms = 0;
+};
+
+class FakeWorkstation : public Workstation {
+ public:
+  std::string ComputerName() override { return name; }
+  int ProcessId() override { return process; }
+
+  std::string name = "FRONTDESK2";
+  int process = 4711;
+};
+
+// Records every box. A question takes the next of `answers`, without one its safe answer.
+class ScriptedBoxes : public MessageBoxes {
+ public:
+  BoxAnswer Show(const Box& box) override {
+    shown.push_back(box);
+    if (!IsQuestion(box) || answers.empty()) return SafeAnswer(box);
+    const BoxAnswer answer = answers.front();
+    answers.pop_front();
+    return answer;
+  }
+
+  std::vector<std::string> Texts() const {
+    std::vector<std::string> texts;
+    for (const Box& box : shown) texts.push_back(box.text);
+    return texts;
+  }
+  std::string LastText() const { return shown.empty() ? std::string() : shown.back().text; }
+
+  std::vector<Box> shown;
+  std::deque<BoxAnswer> answers;
+};
+
+}  // namespace tallwick::testing
