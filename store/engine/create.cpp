@@ -1,0 +1,283 @@
+// Making tables, packing them, and building their indexes.
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "store/engine/byte_order.h"
+#include "store/engine/file_swap.h"
+#include "store/engine/index_builder.h"
+#include "store/engine/instance.h"
+
+namespace tallwick::engine {
+
+namespace {
+
+constexpr std::uint32_t kBlockRecords = 512;
+constexpr std::size_t kKeyMemory = std::size_t{96} << 20;
+
+using TagList = std::vector<std::unique_ptr<IndexTag>>;
+
+int MakeTags(std::span<const TagLayout> layouts, std::span<const FieldInfo> fields, TagList* tags) {
+  for (const TagLayout& layout : layouts) {
+    auto tag = std::make_unique<IndexTag>();
+    if (const int rc = MakeTag(layout, fields, tag.get()); rc != kSuccess) return rc;
+    for (const auto& other : *tags) {
+      if (other->name == tag->name) return kErrorParameter;
+    }
+    tags->push_back(std::move(tag));
+  }
+  return kSuccess;
+}
+
+TagList CopyTags(const TagList& from, std::span<const FieldInfo> fields, int* rc) {
+  TagList tags;
+  std::vector<TagLayout> layouts;
+  for (const auto& tag : from) {
+    layouts.push_back({tag->name, tag->key_text, tag->filter_text, tag->unique, tag->descending});
+  }
+  *rc = MakeTags(layouts, fields, &tags);
+  return tags;
+}
+
+// Reads every record of a data file in blocks: visit(record number, bytes) goes on while it returns kSuccess.
+template <class Visit>
+int ScanRecords(TableFile& table, std::int64_t count, Visit visit) {
+  const auto length = static_cast<std::size_t>(table.Header().record_length);
+  std::vector<std::uint8_t> block(kBlockRecords * length);
+  for (std::int64_t first = 1; first <= count; first += kBlockRecords) {
+    const auto wanted = static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count - first + 1));
+    if (table.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted) return kErrorRead;
+    for (std::uint32_t i = 0; i < wanted; ++i) {
+      const int rc = visit(static_cast<std::uint32_t>(first) + i, block.data() + i * length);
+      if (rc != kSuccess) return rc;
+    }
+  }
+  return kSuccess;
+}
+
+// Collects and writes the tags [from, to): as many at once as their keys fit in memory.
+class TagRun {
+ public:
+  TagRun(TableFile& table, TagList& tags, IndexBuilder& builder, const Progress& progress)
+      : table_(table), tags_(tags), builder_(builder), progress_(progress) {}
+
+  int Build(int unique_default) {
+    const std::int64_t count = table_.RecordCount();
+    if (count < 0) return kErrorRead;
+    total_ = static_cast<std::uint32_t>(count);
+    for (std::size_t from = 0; from < tags_.size();) {
+      std::size_t to = from;
+      std::size_t memory = 0;
+      while (to < tags_.size()) {
+        memory += static_cast<std::size_t>(count) * (static_cast<std::size_t>(tags_[to]->shape.length) + 20);
+        if (to > from && memory > kKeyMemory) break;
+        ++to;
+      }
+      if (const int rc = BuildRange(from, to, unique_default); rc != kSuccess) return rc;
+      from = to;
+    }
+    return kSuccess;
+  }
+
+ private:
+  int BuildRange(std::size_t from, std::size_t to, int unique_default) {
+    std::vector<KeyList> lists;
+    for (std::size_t i = from; i < to; ++i) {
+      lists.emplace_back(tags_[i]->shape.length);
+      if (!tags_[i]->filter || tags_[i]->unique) lists.back().Reserve(total_);
+    }
+    int rc = ScanRecords(table_, total_, [&](std::uint32_t number, const std::uint8_t* record) {
+      for (std::size_t i = from; i < to; ++i) {
+        const IndexTag& tag = *tags_[i];
+        if (tag.filter && !tag.filter->EvaluateLogical(record, number)) continue;
+        tag.key->EvaluateKey(record, number, lists[i - from].Add(number));
+      }
+      const bool stop = number % 4096 == 0 && progress_ && !progress_(number, total_);
+      return stop ? kStopped : kSuccess;
+    });
+    for (std::size_t i = from; i < to && rc == kSuccess; ++i) {
+      KeyList& list = lists[i - from];
+      list.Sort();
+      if (tags_[i]->unique && list.HasSameKeys()) {
+        if (unique_default == kUniqueContinue) {
+          list.KeepFirstOfSame();
+        } else {
+          return kErrorUniqueKey;
+        }
+      }
+      rc = builder_.AddTag(*tags_[i], list);
+      list = KeyList(1);
+    }
+    return rc;
+  }
+
+  TableFile& table_;
+  TagList& tags_;
+  IndexBuilder& builder_;
+  const Progress& progress_;
+  std::uint32_t total_ = 0;
+};
+
+int BuildIndex(Code4& code, TableFile& table, TagList& tags, const std::string& path, std::uint32_t counter,
+               const Progress& progress) {
+  int rc = kSuccess;
+  const auto file = code.setup.files.Open(path, OpenMode::kCreate, &rc);
+  if (!file) return rc;
+  IndexBuilder builder(*file, kSmallFileLimit);
+  rc = builder.Begin(tags);
+  if (rc == kSuccess) rc = TagRun(table, tags, builder, progress).Build(code.default_unique);
+  if (rc == kSuccess) rc = builder.Finish(counter);
+  return rc == kSuccess ? file->Flush() : rc;
+}
+
+// Opens a table's data file by itself, under exclusive access.
+std::unique_ptr<TableFile> OpenAlone(Code4& code, const std::string& path, int* rc) {
+  return TableFile::Open(code.setup, path, {true, code.large, true}, rc);
+}
+
+int EmptyIndex(Code4& code, TagList& tags, const std::string& path, OpenMode mode) {
+  int rc = kSuccess;
+  const auto file = code.setup.files.Open(path, mode, &rc);
+  if (!file) return rc;
+  IndexBuilder builder(*file, kSmallFileLimit);
+  rc = builder.Begin(tags);
+  for (const auto& tag : tags) {
+    if (rc == kSuccess) rc = builder.AddTag(*tag, KeyList(tag->shape.length));
+  }
+  if (rc == kSuccess) rc = builder.Finish(1);
+  return rc == kSuccess ? file->Flush() : rc;
+}
+
+int EmptyMemo(Code4& code, const std::string& path, OpenMode mode) {
+  int rc = kSuccess;
+  const auto file = code.setup.files.Open(path, mode, &rc);
+  if (!file) return rc;
+  rc = MemoFile::Create(*file);
+  return rc == kSuccess ? file->Flush() : rc;
+}
+
+int EmptyData(Code4& code, const TableHeader& header, const std::string& path, OpenMode mode) {
+  int rc = kSuccess;
+  const auto file = code.setup.files.Open(path, mode, &rc);
+  if (!file) return rc;
+  std::vector<std::uint8_t> bytes = BuildTableHeader(header, code.setup.clock.Now().date);
+  bytes.push_back(kEndOfFileMark);
+  rc = file->WriteAt(0, bytes.data(), bytes.size());
+  return rc == kSuccess ? file->Flush() : rc;
+}
+
+}  // namespace
+
+// --- A folder at rest ---
+
+int QuietJournal::Begin() {
+  journal_ = &code_.JournalOf(folder_);
+  was_writing_ = journal_->IsWriting();
+  return journal_->Settle();
+}
+
+QuietJournal::~QuietJournal() {
+  if (journal_ != nullptr && !was_writing_) journal_->EndWriting();
+}
+
+// --- Operations ---
+
+Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout> fields,
+                std::span<const TagLayout> tag_layouts) {
+  const std::string full = TablePath(code, path);
+  TableHeader header;
+  TagList tags;
+  int rc = LayOutTable(fields, !tag_layouts.empty(), &header);
+  if (rc == kSuccess) rc = MakeTags(tag_layouts, header.fields, &tags);
+  const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
+  const std::string memo = TableFile::SiblingPath(code.setup.paths, full, "FPT");
+  for (const std::string* file : {&full, &index, &memo}) {
+    if (rc == kSuccess && code.safety != 0 && code.setup.files.Exists(*file)) rc = kErrorExists;
+  }
+  QuietJournal quiet(code, TableFolder(full));
+  if (rc == kSuccess) rc = quiet.Begin();
+  // The data file comes last: without it there is no table, and what stands beside it is made anew the next time.
+  const OpenMode mode = code.safety != 0 ? OpenMode::kCreateNew : OpenMode::kCreate;
+  std::vector<std::string> made;
+  if (rc == kSuccess && header.has_memo) {
+    made.push_back(memo);
+    rc = EmptyMemo(code, memo, mode);
+  }
+  if (rc == kSuccess && header.has_index) {
+    made.push_back(index);
+    rc = EmptyIndex(code, tags, index, mode);
+  }
+  if (rc == kSuccess) {
+    made.push_back(full);
+    rc = EmptyData(code, header, full, mode);
+  }
+  if (rc == kSuccess) rc = code.setup.files.FlushFolder(TableFolder(full));
+  if (rc != kSuccess) {
+    // A refusal because a file stands there must leave that file alone.
+    for (const std::string& file : made) {
+      if (rc != kErrorExists) code.setup.files.Remove(file);
+    }
+    code.Fail(rc);
+    return nullptr;
+  }
+  return d4open(code, full);
+}
+
+int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> layouts, const Progress& progress) {
+  const std::string full = TablePath(code, path);
+  const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
+  QuietJournal quiet(code, TableFolder(full));
+  int rc = quiet.Begin();
+  if (rc == kSuccess) rc = FinishSwap(code.setup.files, full);
+  std::unique_ptr<TableFile> table;
+  if (rc == kSuccess) table = OpenAlone(code, full, &rc);
+  if (!table) return code.Fail(rc);
+  TagList tags;
+  rc = MakeTags(layouts, table->Header().fields, &tags);
+  if (rc == kSuccess) rc = BuildIndex(code, *table, tags, NewFileName(index), 1, progress);
+  if (rc != kSuccess) {
+    code.setup.files.Remove(NewFileName(index));
+    return code.Fail(rc);
+  }
+  rc = SwapFiles(code.setup.files, full, {index});
+  // A table that had no index learns of its new one.
+  if (rc == kSuccess) {
+    std::array<std::uint8_t, 1> flags{};
+    File& raw = table->Data().Raw();
+    if (raw.ReadAt(28, flags.data(), 1) == 1 && (flags[0] & 0x01) == 0) {
+      flags[0] |= 0x01;
+      rc = raw.WriteAt(28, flags.data(), 1);
+      if (rc == kSuccess) rc = raw.Flush();
+    }
+  }
+  return code.Fail(rc);
+}
+
+int BuildIndexLike(Code4& code, TableFile& table, const IndexFile& like, const std::string& path,
+                   const Progress& progress) {
+  int rc = kSuccess;
+  TagList tags = CopyTags(like.Tags(), table.Header().fields, &rc);
+  return rc == kSuccess ? BuildIndex(code, table, tags, path, like.Counter() + 1, progress) : rc;
+}
+
+int d4reindex(Data4& data, const Progress& progress) {
+  Code4& code = data.code;
+  TableFile& table = data.table;
+  if (!table.Exclusive() || table.handles > 1 || code.unit_depth > 0) return code.Fail(kErrorOpenRefused);
+  if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
+  if (table.Index() == nullptr) return kSuccess;
+  QuietJournal quiet(code, table.Folder());
+  int rc = quiet.Begin();
+  const std::string fresh = NewFileName(table.IndexPath());
+  if (rc == kSuccess) rc = BuildIndexLike(code, table, *table.Index(), fresh, progress);
+  if (rc == kSuccess) {
+    rc = SwapFiles(code.setup.files, table.Path(), {table.IndexPath()});
+  } else {
+    code.setup.files.Remove(fresh);
+  }
+  if (rc == kSuccess) rc = table.ReopenIndex();
+  if (rc == kSuccess) RebindTags(data);
+  return code.Fail(rc);
+}
+
+}  // namespace tallwick::engine

@@ -1,0 +1,66 @@
+// The engine's file layer: one open file, and the folder operations on files. Paths are in the platform's form.
+// Tests put another implementation behind it that fails or dies at a chosen step.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "store/engine/codes.h"
+
+namespace tallwick::engine {
+
+enum class LockKind { kShared, kExclusive };
+
+class File {
+ public:
+  virtual ~File() = default;
+
+  // The file's length in bytes, or a negative code.
+  virtual std::int64_t Size() = 0;
+  // Reads up to `length` bytes; fewer only at the file's end. The count read, or a negative code.
+  virtual std::int64_t ReadAt(std::int64_t offset, void* buffer, std::size_t length) = 0;
+  // Writes all bytes or fails: kSuccess, kErrorWrite or kErrorDiskFull.
+  virtual int WriteAt(std::int64_t offset, const void* buffer, std::size_t length) = 0;
+  virtual int Truncate(std::int64_t size) = 0;
+  // Sets disk space aside for a range, without changing the file's length, where the file system can; so that a full
+  // disk is met before anything is written. kSuccess or kErrorDiskFull.
+  virtual int Reserve(std::int64_t, std::int64_t) { return kSuccess; }
+  // Returns when everything written so far would survive a power cut.
+  virtual int Flush() = 0;
+
+  // Byte-range locks that belong to this open file: two opens of one file in one process exclude each other, and
+  // closing one keeps the other's. They never wait. kSuccess, kLocked or kErrorLock.
+  virtual int Lock(std::int64_t offset, std::int64_t length, LockKind kind) = 0;
+  virtual int Unlock(std::int64_t offset, std::int64_t length) = 0;
+};
+
+enum class OpenMode {
+  kReadOnly,
+  kReadWrite,
+  kCreate,       // makes the file or empties the existing one
+  kCreateNew,    // fails when the file exists
+  kOpenOrCreate  // keeps the contents of an existing file
+};
+
+class FileLayer {
+ public:
+  virtual ~FileLayer() = default;
+
+  // The open file; null with `code` set to kErrorOpen, kErrorExists, kErrorCreate or kErrorDiskFull.
+  virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) = 0;
+  virtual bool Exists(const std::string& path) = 0;
+  virtual int Remove(const std::string& path) = 0;
+  // Replaces `to` when it exists.
+  virtual int Rename(const std::string& from, const std::string& to) = 0;
+  // Makes names made, renamed or removed in the folder survive a power cut.
+  virtual int FlushFolder(const std::string& folder) = 0;
+};
+
+// The operating system's files.
+FileLayer& SystemFiles();
+
+}  // namespace tallwick::engine

@@ -1,0 +1,149 @@
+// Files of a POSIX system. Locks are open-file-description locks: they belong to the open file, not to the process,
+// and end when it is closed or its workstation dies.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+
+#include "store/engine/file.h"
+
+namespace tallwick::engine {
+namespace {
+
+int WriteError(int error) { return error == ENOSPC || error == EDQUOT ? kErrorDiskFull : kErrorWrite; }
+
+class PosixFile final : public File {
+ public:
+  explicit PosixFile(int fd) : fd_(fd) {}
+  ~PosixFile() override { ::close(fd_); }
+  PosixFile(const PosixFile&) = delete;
+  PosixFile& operator=(const PosixFile&) = delete;
+
+  std::int64_t Size() override {
+    struct stat status {};
+    return ::fstat(fd_, &status) == 0 ? static_cast<std::int64_t>(status.st_size) : std::int64_t{kErrorLength};
+  }
+
+  std::int64_t ReadAt(std::int64_t offset, void* buffer, std::size_t length) override {
+    auto* bytes = static_cast<char*>(buffer);
+    std::size_t done = 0;
+    while (done < length) {
+      const ssize_t got = ::pread(fd_, bytes + done, length - done, offset + static_cast<std::int64_t>(done));
+      if (got < 0 && errno == EINTR) continue;
+      if (got < 0) return kErrorRead;
+      if (got == 0) break;
+      done += static_cast<std::size_t>(got);
+    }
+    return static_cast<std::int64_t>(done);
+  }
+
+  int WriteAt(std::int64_t offset, const void* buffer, std::size_t length) override {
+    const auto* bytes = static_cast<const char*>(buffer);
+    std::size_t done = 0;
+    while (done < length) {
+      const ssize_t put = ::pwrite(fd_, bytes + done, length - done, offset + static_cast<std::int64_t>(done));
+      if (put < 0 && errno == EINTR) continue;
+      if (put <= 0) return WriteError(put < 0 ? errno : ENOSPC);
+      done += static_cast<std::size_t>(put);
+    }
+    return kSuccess;
+  }
+
+  int Truncate(std::int64_t size) override {
+    return ::ftruncate(fd_, size) == 0 ? static_cast<int>(kSuccess) : WriteError(errno);
+  }
+
+  int Reserve(std::int64_t offset, std::int64_t length) override {
+    struct stat status {};
+    if (::fstat(fd_, &status) != 0 || offset + length <= status.st_size) return kSuccess;
+    const int rc = ::fallocate(fd_, FALLOC_FL_KEEP_SIZE, offset, length);
+    return rc != 0 && (errno == ENOSPC || errno == EDQUOT) ? static_cast<int>(kErrorDiskFull) : kSuccess;
+  }
+
+  int Flush() override { return ::fdatasync(fd_) == 0 ? static_cast<int>(kSuccess) : WriteError(errno); }
+
+  int Lock(std::int64_t offset, std::int64_t length, LockKind kind) override {
+    return SetLock(kind == LockKind::kShared ? F_RDLCK : F_WRLCK, offset, length);
+  }
+  int Unlock(std::int64_t offset, std::int64_t length) override { return SetLock(F_UNLCK, offset, length); }
+
+ private:
+  int SetLock(int type, std::int64_t offset, std::int64_t length) {
+    struct flock lock {};
+    lock.l_type = static_cast<short>(type);
+    lock.l_whence = SEEK_SET;
+    lock.l_start = offset;
+    lock.l_len = length;
+    while (::fcntl(fd_, F_OFD_SETLK, &lock) != 0) {
+      if (errno == EINTR) continue;
+      return errno == EAGAIN || errno == EACCES ? static_cast<int>(kLocked) : kErrorLock;
+    }
+    return kSuccess;
+  }
+
+  int fd_;
+};
+
+class PosixFileLayer final : public FileLayer {
+ public:
+  std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) override {
+    int flags = O_CLOEXEC;
+    switch (mode) {
+      case OpenMode::kReadOnly: flags |= O_RDONLY; break;
+      case OpenMode::kReadWrite: flags |= O_RDWR; break;
+      case OpenMode::kCreate: flags |= O_RDWR | O_CREAT | O_TRUNC; break;
+      case OpenMode::kCreateNew: flags |= O_RDWR | O_CREAT | O_EXCL; break;
+      case OpenMode::kOpenOrCreate: flags |= O_RDWR | O_CREAT; break;
+    }
+    const int fd = ::open(path.c_str(), flags, 0666);
+    if (fd < 0) {
+      *code = OpenError(mode);
+      return nullptr;
+    }
+    struct stat status {};
+    if (::fstat(fd, &status) != 0 || !S_ISREG(status.st_mode)) {
+      ::close(fd);
+      *code = kErrorOpen;
+      return nullptr;
+    }
+    *code = kSuccess;
+    return std::make_unique<PosixFile>(fd);
+  }
+
+  bool Exists(const std::string& path) override { return ::access(path.c_str(), F_OK) == 0; }
+
+  int Remove(const std::string& path) override {
+    return ::unlink(path.c_str()) == 0 ? static_cast<int>(kSuccess) : kErrorRemove;
+  }
+
+  int Rename(const std::string& from, const std::string& to) override {
+    return std::rename(from.c_str(), to.c_str()) == 0 ? static_cast<int>(kSuccess) : kErrorRename;
+  }
+
+  int FlushFolder(const std::string& folder) override {
+    const int fd = ::open(folder.empty() ? "." : folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (fd < 0) return kErrorWrite;
+    // Some network file systems cannot flush a folder; their servers keep names safe themselves.
+    const bool done = ::fsync(fd) == 0 || errno == EINVAL || errno == ENOTSUP;
+    ::close(fd);
+    return done ? kSuccess : kErrorWrite;
+  }
+
+ private:
+  static int OpenError(OpenMode mode) {
+    if (errno == ENOSPC || errno == EDQUOT) return kErrorDiskFull;
+    if (errno == EEXIST) return kErrorExists;
+    return mode == OpenMode::kReadOnly || mode == OpenMode::kReadWrite ? kErrorOpen : kErrorCreate;
+  }
+};
+
+}  // namespace
+
+FileLayer& SystemFiles() {
+  static PosixFileLayer files;
+  return files;
+}
+
+}  // namespace tallwick::engine

@@ -1,0 +1,89 @@
+#include "store/engine/file_swap.h"
+
+namespace tallwick::engine {
+namespace {
+
+std::string ListName(const std::string& table) {
+  const std::size_t dot = table.rfind('.');
+  return table.substr(0, dot) + ".SWP~";
+}
+
+std::string NameIn(const std::string& path) {
+  const std::size_t slash = path.find_last_of("/\\");
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// The list: one file name a line, then "end", without which it was never finished.
+std::string BuildList(const std::vector<std::string>& paths) {
+  std::string text;
+  for (const std::string& path : paths) text += NameIn(path) + "\n";
+  return text + "end\n";
+}
+
+bool ReadList(File& file, std::vector<std::string>* names) {
+  const std::int64_t size = file.Size();
+  if (size <= 0 || size > 65536) return false;
+  std::string text(static_cast<std::size_t>(size), '\0');
+  if (file.ReadAt(0, text.data(), text.size()) != size) return false;
+  std::size_t from = 0;
+  for (std::size_t to = 0; (to = text.find('\n', from)) != std::string::npos; from = to + 1) {
+    const std::string name = text.substr(from, to - from);
+    if (name == "end") return true;
+    if (name.empty() || name.find_first_of("/\\") != std::string::npos) return false;
+    names->push_back(name);
+  }
+  return false;
+}
+
+int WriteList(FileLayer& files, const std::string& list, const std::vector<std::string>& paths) {
+  int rc = kSuccess;
+  const auto file = files.Open(list, OpenMode::kCreate, &rc);
+  if (!file) return rc;
+  const std::string text = BuildList(paths);
+  rc = file->WriteAt(0, text.data(), text.size());
+  return rc == kSuccess ? file->Flush() : rc;
+}
+
+}  // namespace
+
+std::string TableFolder(const std::string& path) {
+  const std::size_t slash = path.find_last_of("/\\");
+  return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
+}
+
+std::string NewFileName(const std::string& path) { return path + "~"; }
+
+int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths) {
+  const std::string list = ListName(table);
+  int rc = files.FlushFolder(TableFolder(table));
+  if (rc == kSuccess) rc = WriteList(files, list, paths);
+  if (rc == kSuccess) rc = files.FlushFolder(TableFolder(table));
+  if (rc != kSuccess) {
+    files.Remove(list);
+    for (const std::string& path : paths) files.Remove(NewFileName(path));
+    return rc;
+  }
+  return FinishSwap(files, table);
+}
+
+int FinishSwap(FileLayer& files, const std::string& table) {
+  const std::string list = ListName(table);
+  if (!files.Exists(list)) return kSuccess;
+  int rc = kSuccess;
+  const auto file = files.Open(list, OpenMode::kReadOnly, &rc);
+  if (!file) return rc;
+  std::vector<std::string> names;
+  const bool whole = ReadList(*file, &names);
+  for (const std::string& name : names) {
+    const std::string path = TableFolder(table) + "/" + name;
+    const std::string fresh = NewFileName(path);
+    if (!files.Exists(fresh)) continue;
+    rc = whole ? files.Rename(fresh, path) : files.Remove(fresh);
+    if (rc != kSuccess) return rc;
+  }
+  rc = files.FlushFolder(TableFolder(table));
+  if (rc == kSuccess) rc = files.Remove(list);
+  return rc;
+}
+
+}  // namespace tallwick::engine

@@ -1,0 +1,169 @@
+// The engine's objects: an instance, its handles, their fields and tags. Private to the engine.
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <memory>
+#include <set>
+#include <string>
+#include <vector>
+
+#include "store/engine/codebase.h"
+#include "store/engine/index_tree.h"
+#include "store/engine/journal.h"
+#include "store/engine/table_file.h"
+
+namespace tallwick::engine {
+
+struct Field4 {
+  Data4* data = nullptr;
+  int number = 0;  // from 1
+  FieldInfo info;
+};
+
+class Tag4 {
+ public:
+  Data4* data = nullptr;
+  IndexTag* tag = nullptr;
+  int unique_mode = 0;  // 0, kUnique, kUniqueContinue or a negative code
+};
+
+// Blocks of consecutive records read in one go, for walks over many records.
+class ReadAhead {
+ public:
+  // The record's bytes, from a block read no earlier than the last Forget; null with *rc set on failure.
+  const std::uint8_t* Get(TableFile& table, std::uint32_t record, int* rc);
+  void Forget() { blocks_.clear(); }
+
+ private:
+  struct Block {
+    std::uint32_t number = 0;  // of the block; 0xFFFFFFFF = empty
+    std::uint64_t used = 0;
+    std::uint32_t count = 0;
+    std::vector<std::uint8_t> bytes;
+  };
+  Block* Fill(TableFile& table, std::uint32_t number, int* rc);
+  std::vector<Block> blocks_;
+  std::size_t last_ = 0;
+  std::uint64_t clock_ = 0;
+};
+
+class Data4 {
+ public:
+  Data4(Code4& owner, TableFile& file);
+
+  Code4& code;
+  TableFile& table;
+  std::vector<Field4> fields;
+  std::vector<std::unique_ptr<Tag4>> tags;
+  Tag4* selected = nullptr;
+
+  std::vector<std::uint8_t> buffer;         // the record as the caller sees and changes it
+  const std::uint8_t* view = nullptr;       // the buffer, or the record's place in a read-ahead block
+  std::uint32_t record = 0;                 // 0 none; count + 1 at the end
+  bool changed = false;
+  bool appending = false;
+  bool eof = false;
+  bool bof = false;
+  bool wrote_in_unit = false;               // what it shows may be undone by a rollback
+  bool unlock_at_end = false;               // unlocked within a unit: the locks go when it ends
+  std::map<int, std::pair<MemoFile::Kind, std::string>> memos;  // assigned, not yet written; by field number
+
+  // Where the handle stands in the selected tag: the entry, and its page while the index is at `place_version`.
+  std::vector<std::uint8_t> place_key;
+  std::uint32_t place_record = 0;
+  IndexPlace place;
+  std::uint64_t place_version = 0;
+
+  bool read_ahead = false;
+  ReadAhead ahead;
+
+  void SetView() { view = buffer.data(); }
+  // Makes the record the caller's own before it is changed.
+  std::uint8_t* Own();
+  void ForgetPlace() { place_record = 0; }
+};
+
+class Code4 {
+ public:
+  explicit Code4(const EngineSetup& s) : setup(s) {}
+
+  EngineSetup setup;
+  int error = 0;
+  int lock_attempts = 2;
+  int access_mode = 0;
+  int default_unique = kUnique;
+  int safety = 1;
+  int unlock_auto = 0;
+  bool large = false;
+  std::string date_format = "CCYYMMDD";
+  std::string lock_user;
+
+  std::vector<std::unique_ptr<TableFile>> tables;
+  std::vector<std::unique_ptr<Data4>> handles;
+  std::map<std::string, std::unique_ptr<Journal>> journals;  // by folder
+
+  // --- Unit of work ---
+  int unit_depth = 0;
+  int unit_failure = 0;              // the error that makes the unit impossible to commit
+  Journal* unit_journal = nullptr;
+  std::vector<TableFile*> unit_tables;
+
+  int Fail(int rc) {
+    if (rc < 0) error = rc;
+    return rc;
+  }
+  Journal& JournalOf(const std::string& folder);
+  // Makes a table part of the unit: takes the writer's lock of its folder.
+  int Join(TableFile& table);
+  int CommitUnit();
+  void EndUnit(bool committed);
+};
+
+// A change that is its own unit of work where none is open.
+class UnitScope {
+ public:
+  explicit UnitScope(Code4& code) : code_(code) { code4unitBegin(code); }
+  ~UnitScope();
+  UnitScope(const UnitScope&) = delete;
+  UnitScope& operator=(const UnitScope&) = delete;
+  // Ends the scope: commits on success. `begun` says that files were already changed in memory, so that a failure makes
+  // the surrounding unit impossible to commit.
+  int End(int rc, bool begun);
+
+ private:
+  Code4& code_;
+  bool ended_ = false;
+};
+
+// While it lives, the folder's journal is empty, its tables are flushed, and no workstation writes: for work that
+// replaces whole files, to which entries of the journal must never be applied. A folder without a journal stays
+// without.
+class QuietJournal {
+ public:
+  QuietJournal(Code4& code, std::string folder) : code_(code), folder_(std::move(folder)) {}
+  ~QuietJournal();
+  QuietJournal(const QuietJournal&) = delete;
+  QuietJournal& operator=(const QuietJournal&) = delete;
+  int Begin();
+
+ private:
+  Code4& code_;
+  std::string folder_;
+  Journal* journal_ = nullptr;
+  bool was_writing_ = false;
+};
+
+// Shared steps (records.cpp, navigation.cpp, instance.cpp).
+std::string TablePath(const Code4& code, std::string_view path);
+// Writes an index with the tags of another over the records of a table.
+int BuildIndexLike(Code4& code, TableFile& table, const IndexFile& like, const std::string& path,
+                   const Progress& progress);
+void RebindTags(Data4& data);  // after the index file of its table was replaced
+int LoadRecord(Data4& data, std::uint32_t record);
+void ShowEnd(Data4& data);
+int WriteChanges(Data4& data);
+// Key bytes of a record for a tag; false when the filter leaves the record out.
+bool KeyOf(const IndexTag& tag, const std::uint8_t* record, std::uint32_t number, std::uint8_t* key);
+
+}  // namespace tallwick::engine

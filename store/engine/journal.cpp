@@ -1,0 +1,404 @@
+#include "store/engine/journal.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <set>
+
+#include "store/engine/byte_order.h"
+#include "store/engine/index_file.h"
+
+namespace tallwick::engine {
+namespace {
+
+constexpr std::string_view kMagic = "TWKJRNL1";
+constexpr std::string_view kEntryMagic = "TWKE";
+constexpr std::int64_t kHeaderBytes = 64;
+constexpr std::int64_t kEntryHead = 20;
+constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
+constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
+constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
+constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
+// Posts last milliseconds; a writer that waits longer than this gives up.
+constexpr int kWriterTries = 2000;
+constexpr int kWriterWaitMs = 2;
+
+std::uint64_t Checksum(std::span<const std::uint8_t> bytes) {
+  std::uint64_t sum = 0xCBF29CE484222325U;
+  std::size_t i = 0;
+  for (; i + 8 <= bytes.size(); i += 8) sum = (sum ^ Load64(&bytes[i])) * 0x100000001B3U;
+  for (; i < bytes.size(); ++i) sum = (sum ^ bytes[i]) * 0x100000001B3U;
+  return sum ^ (sum >> 29);
+}
+
+void Put(std::vector<std::uint8_t>* out, const void* bytes, std::size_t length) {
+  const auto* from = static_cast<const std::uint8_t*>(bytes);
+  out->insert(out->end(), from, from + length);
+}
+
+void Put16(std::vector<std::uint8_t>* out, std::uint32_t v) {
+  std::uint8_t b[2];
+  Store16(b, v);
+  Put(out, b, sizeof b);
+}
+void Put32(std::vector<std::uint8_t>* out, std::uint32_t v) {
+  std::uint8_t b[4];
+  Store32(b, v);
+  Put(out, b, sizeof b);
+}
+void Put64(std::vector<std::uint8_t>* out, std::uint64_t v) {
+  std::uint8_t b[8];
+  Store64(b, v);
+  Put(out, b, sizeof b);
+}
+
+std::vector<std::uint8_t> BuildEntry(const std::vector<JournalFileChange>& changes) {
+  std::size_t total = static_cast<std::size_t>(kEntryHead) + 2;
+  for (const auto& change : changes) {
+    total += 6 + change.name.size();
+    for (const auto& extent : change.extents) total += 12 + extent.bytes.size();
+  }
+  std::vector<std::uint8_t> entry;
+  entry.reserve(total);
+  entry.resize(kEntryHead);
+  Put16(&entry, static_cast<std::uint32_t>(changes.size()));
+  for (const auto& change : changes) {
+    Put16(&entry, static_cast<std::uint32_t>(change.name.size()));
+    Put(&entry, change.name.data(), change.name.size());
+    Put32(&entry, static_cast<std::uint32_t>(change.extents.size()));
+    for (const auto& extent : change.extents) {
+      Put64(&entry, static_cast<std::uint64_t>(extent.offset));
+      Put32(&entry, static_cast<std::uint32_t>(extent.bytes.size()));
+      Put(&entry, extent.bytes.data(), extent.bytes.size());
+    }
+  }
+  const std::span<const std::uint8_t> payload(entry.data() + kEntryHead, entry.size() - kEntryHead);
+  std::memcpy(entry.data(), kEntryMagic.data(), kEntryMagic.size());
+  Store64(&entry[4], payload.size());
+  Store64(&entry[12], Checksum(payload));
+  return entry;
+}
+
+// Reads a payload front to back; every read is checked against its end.
+class PayloadReader {
+ public:
+  explicit PayloadReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
+  bool Take(std::size_t length, std::span<const std::uint8_t>* out) {
+    if (bytes_.size() < length) return false;
+    *out = bytes_.first(length);
+    bytes_ = bytes_.subspan(length);
+    return true;
+  }
+  bool Take16(std::uint32_t* v) {
+    std::span<const std::uint8_t> b;
+    if (!Take(2, &b)) return false;
+    *v = Load16(b.data());
+    return true;
+  }
+  bool Take32(std::uint32_t* v) {
+    std::span<const std::uint8_t> b;
+    if (!Take(4, &b)) return false;
+    *v = Load32(b.data());
+    return true;
+  }
+  bool Take64(std::uint64_t* v) {
+    std::span<const std::uint8_t> b;
+    if (!Take(8, &b)) return false;
+    *v = Load64(b.data());
+    return true;
+  }
+
+ private:
+  std::span<const std::uint8_t> bytes_;
+};
+
+// A name that stays in the folder.
+bool IsPlainName(std::string_view name) {
+  return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos &&
+         name.find('\0') == std::string_view::npos;
+}
+
+bool ParsePayload(std::span<const std::uint8_t> payload, std::vector<JournalFileChange>* changes) {
+  PayloadReader reader(payload);
+  std::uint32_t files = 0;
+  if (!reader.Take16(&files)) return false;
+  for (std::uint32_t f = 0; f < files; ++f) {
+    JournalFileChange change;
+    std::uint32_t length = 0;
+    std::uint32_t extents = 0;
+    std::span<const std::uint8_t> name;
+    if (!reader.Take16(&length) || !reader.Take(length, &name) || !reader.Take32(&extents)) return false;
+    change.name.assign(name.begin(), name.end());
+    if (!IsPlainName(change.name)) return false;
+    for (std::uint32_t e = 0; e < extents; ++e) {
+      JournalExtent extent;
+      std::uint64_t offset = 0;
+      std::uint32_t size = 0;
+      if (!reader.Take64(&offset) || !reader.Take32(&size) || !reader.Take(size, &extent.bytes)) return false;
+      if (offset > (std::uint64_t{1} << 40)) return false;
+      extent.offset = static_cast<std::int64_t>(offset);
+      change.extents.push_back(extent);
+    }
+    changes->push_back(std::move(change));
+  }
+  return true;
+}
+
+bool IsIndexName(std::string_view name) {
+  return name.size() > 4 && (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
+}
+
+}  // namespace
+
+std::string Journal::PathOf(std::string_view name) const { return folder_ + "/" + std::string(name); }
+
+// --- Attaching and leaving ---
+
+int Journal::OpenFile() {
+  if (file_) return kSuccess;
+  int rc = kSuccess;
+  auto file = setup_.files.Open(PathOf(kFileName), OpenMode::kOpenOrCreate, &rc);
+  if (!file) return rc == kErrorDiskFull ? rc : static_cast<int>(kErrorJournal);
+  file_ = std::move(file);
+  // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
+  rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+  if (rc == kSuccess) rc = FinishAsOnly();
+  if (rc == kLocked) rc = kSuccess;
+  for (int tries = 0; rc == kSuccess; ++tries) {
+    rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
+    if (rc != kLocked || tries == kWriterTries) break;
+    setup_.clock.Sleep(kWriterWaitMs);
+    rc = kSuccess;
+  }
+  if (rc != kSuccess) file_.reset();
+  return rc;
+}
+
+int Journal::FinishAsOnly() {
+  const std::int64_t size = file_->Size();
+  if (size < 0) return kErrorJournal;
+  if (size <= kHeaderBytes) return kSuccess;
+  if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
+  // Entries marked as applied may have been lost with the power: all are applied again, oldest first.
+  int rc = ApplyFrom(kHeaderBytes);
+  if (rc == kSuccess) rc = Checkpoint();
+  file_->Unlock(kWriterAt, 1);
+  return rc;
+}
+
+int Journal::Attach() {
+  if (file_) return kSuccess;
+  return setup_.files.Exists(PathOf(kFileName)) ? OpenFile() : static_cast<int>(kSuccess);
+}
+
+Journal::~Journal() {
+  if (!file_) return;
+  if (writing_) EndWriting();
+  // The last one to leave makes the tables durable and empties the journal.
+  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) != kSuccess) return;
+  const std::int64_t size = file_->Size();
+  if (size > kHeaderBytes && TakeWriterLock(false) == kSuccess) {
+    if (ApplyFrom(std::max(ReadApplied(), kHeaderBytes)) == kSuccess) Checkpoint();
+  }
+}
+
+// --- Writing ---
+
+int Journal::TakeWriterLock(bool wait) {
+  for (int tries = 0;; ++tries) {
+    const int rc = file_->Lock(kWriterAt, 1, LockKind::kExclusive);
+    if (rc != kLocked || !wait || tries == kWriterTries) return rc;
+    setup_.clock.Sleep(kWriterWaitMs);
+  }
+}
+
+int Journal::BeginWriting() {
+  if (writing_) return kSuccess;
+  if (const int rc = OpenFile(); rc != kSuccess) return rc;
+  if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
+  int rc = kSuccess;
+  const std::int64_t size = file_->Size();
+  if (size < 0) rc = kErrorJournal;
+  if (rc == kSuccess && size < kHeaderBytes) {
+    std::array<std::uint8_t, kHeaderBytes> header{};
+    std::memcpy(header.data(), kMagic.data(), kMagic.size());
+    Store64(&header[8], kHeaderBytes);
+    rc = file_->WriteAt(0, header.data(), header.size());
+  }
+  if (rc == kSuccess && size > kHeaderBytes) rc = ApplyFrom(std::max(ReadApplied(), kHeaderBytes));
+  if (rc == kSuccess) {
+    end_ = std::max(ReadApplied(), kHeaderBytes);
+    writing_ = true;
+  } else {
+    file_->Unlock(kWriterAt, 1);
+  }
+  return rc;
+}
+
+void Journal::EndWriting() {
+  if (!writing_) return;
+  writing_ = false;
+  if (end_ > kCheckpointAt) Checkpoint();
+  file_->Unlock(kWriterAt, 1);
+}
+
+int Journal::Settle() {
+  if (!file_ && !setup_.files.Exists(PathOf(kFileName))) return kSuccess;
+  const bool was_writing = writing_;
+  if (const int rc = BeginWriting(); rc != kSuccess) return rc;
+  const int rc = end_ > kHeaderBytes ? Checkpoint() : static_cast<int>(kSuccess);
+  if (rc != kSuccess && !was_writing) EndWriting();
+  return rc;
+}
+
+int Journal::Commit(const std::vector<JournalFileChange>& changes) {
+  for (const auto& change : changes) {
+    for (const auto& extent : change.extents) {
+      const int rc = change.open->Reserve(extent.offset, static_cast<std::int64_t>(extent.bytes.size()));
+      if (rc != kSuccess) return rc;
+    }
+  }
+  const std::vector<std::uint8_t> entry = BuildEntry(changes);
+  int rc = file_->WriteAt(end_, entry.data(), entry.size());
+  if (rc == kSuccess) rc = file_->Flush();
+  if (rc != kSuccess) {
+    // Nobody may find the entry: a reader of the journal stops at the first one that is not whole.
+    file_->Truncate(end_);
+    file_->Flush();
+    return rc;
+  }
+  const std::int64_t next = end_ + static_cast<std::int64_t>(entry.size());
+  rc = Apply(changes);
+  if (rc == kSuccess) rc = WriteApplied(next);
+  end_ = next;
+  return rc;
+}
+
+int Journal::Apply(const std::vector<JournalFileChange>& changes) {
+  for (const auto& change : changes) {
+    for (const auto& extent : change.extents) {
+      const int rc = change.open->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
+      if (rc != kSuccess) return rc;
+    }
+  }
+  return kSuccess;
+}
+
+int Journal::WriteApplied(std::int64_t position) {
+  std::array<std::uint8_t, 8> bytes{};
+  Store64(bytes.data(), static_cast<std::uint64_t>(position));
+  return file_->WriteAt(8, bytes.data(), bytes.size());
+}
+
+// --- Recovery ---
+
+std::int64_t Journal::ReadApplied() {
+  std::array<std::uint8_t, 16> head{};
+  if (file_->ReadAt(0, head.data(), head.size()) != static_cast<std::int64_t>(head.size())) return 0;
+  if (std::memcmp(head.data(), kMagic.data(), kMagic.size()) != 0) return 0;
+  const std::uint64_t applied = Load64(&head[8]);
+  return applied > (std::uint64_t{1} << 40) ? 0 : static_cast<std::int64_t>(applied);
+}
+
+bool Journal::ReadEntry(std::int64_t position, std::vector<std::uint8_t>* payload, std::int64_t* next) {
+  std::array<std::uint8_t, kEntryHead> head{};
+  if (file_->ReadAt(position, head.data(), head.size()) != kEntryHead) return false;
+  if (std::memcmp(head.data(), kEntryMagic.data(), kEntryMagic.size()) != 0) return false;
+  const std::uint64_t length = Load64(&head[4]);
+  const std::int64_t size = file_->Size();
+  if (length > static_cast<std::uint64_t>(kMaxPayload)) return false;
+  *next = position + kEntryHead + static_cast<std::int64_t>(length);
+  if (*next > size) return false;
+  payload->resize(length);
+  if (file_->ReadAt(position + kEntryHead, payload->data(), payload->size()) != static_cast<std::int64_t>(length)) {
+    return false;
+  }
+  return Checksum(*payload) == Load64(&head[12]);
+}
+
+bool Journal::HasOrphans() {
+  if (writing_ || !file_) return false;
+  const std::int64_t size = file_->Size();
+  if (size <= kHeaderBytes || size <= ReadApplied()) return false;
+  if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;
+  file_->Unlock(kWriterAt, 1);
+  return size > ReadApplied();
+}
+
+int Journal::Recover() {
+  if (writing_) return kSuccess;
+  if (const int rc = Attach(); rc != kSuccess || !file_) return rc;
+  const std::int64_t size = file_->Size();
+  if (size <= kHeaderBytes || size <= ReadApplied()) return kSuccess;
+  const int rc = TakeWriterLock(false);
+  if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
+  if (rc != kSuccess) return rc;
+  const int applied = ApplyFrom(std::max(ReadApplied(), kHeaderBytes));
+  file_->Unlock(kWriterAt, 1);
+  return applied;
+}
+
+int Journal::ApplyFrom(std::int64_t position) {
+  std::vector<std::uint8_t> payload;
+  std::int64_t next = 0;
+  while (ReadEntry(position, &payload, &next)) {
+    if (const int rc = ApplyEntry(payload); rc != kSuccess) return rc;
+    position = next;
+  }
+  // What is left behind the last whole entry was never flushed.
+  if (const int rc = file_->Truncate(position); rc != kSuccess) return rc;
+  end_ = position;
+  return WriteApplied(position);
+}
+
+int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
+  std::vector<JournalFileChange> changes;
+  if (!ParsePayload(payload, &changes)) return kErrorJournal;
+  for (auto& change : changes) {
+    int rc = kSuccess;
+    const auto file = setup_.files.Open(PathOf(change.name), OpenMode::kReadWrite, &rc);
+    if (!file) {
+      // A table that was deleted since needs nothing any more.
+      if (!setup_.files.Exists(PathOf(change.name))) continue;
+      return rc;
+    }
+    if (IsIndexName(change.name)) {
+      for (int tries = 0; (rc = file->Lock(kIndexLockAt, 1, LockKind::kExclusive)) == kLocked; ++tries) {
+        if (tries == kWriterTries) return kLocked;
+        setup_.clock.Sleep(kWriterWaitMs);
+      }
+    }
+    for (const auto& extent : change.extents) {
+      if (rc == kSuccess) rc = file->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
+    }
+    if (rc != kSuccess) return rc;
+  }
+  return kSuccess;
+}
+
+int Journal::Checkpoint() {
+  std::set<std::string> names;
+  std::vector<std::uint8_t> payload;
+  std::int64_t next = 0;
+  for (std::int64_t position = kHeaderBytes; ReadEntry(position, &payload, &next); position = next) {
+    std::vector<JournalFileChange> changes;
+    if (!ParsePayload(payload, &changes)) return kErrorJournal;
+    for (const auto& change : changes) names.insert(change.name);
+  }
+  for (const std::string& name : names) {
+    int rc = kSuccess;
+    const auto file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
+    if (!file) {
+      if (!setup_.files.Exists(PathOf(name))) continue;
+      return rc;
+    }
+    if (rc = file->Flush(); rc != kSuccess) return rc;
+  }
+  // The mark goes first: entries found behind it would be applied again, which is harmless; the reverse is not.
+  if (const int rc = WriteApplied(kHeaderBytes); rc != kSuccess) return rc;
+  if (const int rc = file_->Truncate(kHeaderBytes); rc != kSuccess) return rc;
+  end_ = kHeaderBytes;
+  return file_->Flush();
+}
+
+}  // namespace tallwick::engine

@@ -1,0 +1,95 @@
+// The redo journal of one company folder: what makes a unit of work whole.
+//
+// File ESCROW_UNITS.JNL beside the tables:
+//   header   64 bytes: 0 "TWKJRNL1", 8 (8 bytes) end of the entries applied to the tables so far
+//   entry    0 "TWKE", 4 (8) payload length, 12 (8) FNV-1a checksum of the payload, 20 the payload:
+//            2 count of files, and for each: 2 length of the name, the name (within the folder), 4 count of extents,
+//            and for each: 8 offset in the file, 4 length, the bytes
+//
+// States of an entry: written (not yet flushed: the unit never happened) -> flushed (the unit happened, whatever comes)
+// -> applied (its bytes are in the tables, perhaps not flushed) -> dropped (the tables are flushed, the journal emptied).
+// Entries are physical new bytes, so applying one again does no harm, in order from the oldest.
+//
+// Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to its end: one
+// writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal open, so that whoever
+// gets it exclusively knows to be alone.
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "core/clock.h"
+#include "store/engine/codebase.h"
+#include "store/engine/file.h"
+
+namespace tallwick::engine {
+
+// New bytes for a place in a file of the folder.
+struct JournalExtent {
+  std::int64_t offset = 0;
+  std::span<const std::uint8_t> bytes;
+};
+
+struct JournalFileChange {
+  std::string name;     // within the folder
+  File* open = nullptr;  // where to apply it; null while recovering
+  std::vector<JournalExtent> extents;
+};
+
+class Journal {
+ public:
+  static constexpr std::string_view kFileName = "ESCROW_UNITS.JNL";
+
+  Journal(const EngineSetup& setup, std::string folder) : setup_(setup), folder_(std::move(folder)) {}
+  ~Journal();
+  Journal(const Journal&) = delete;
+  Journal& operator=(const Journal&) = delete;
+
+  // Before the folder's tables are read: attaches to a journal that exists and finishes what it holds. A folder
+  // without one stays without. kSuccess or an error code.
+  int Attach();
+  // Finishes what a dead writer left behind; nothing while a live writer is at work. Cheap when there is nothing.
+  int Recover();
+  // True when flushed entries wait that no live writer will apply.
+  bool HasOrphans();
+
+  // Takes the writer's lock (making the journal where it is missing), after recovering. kLocked when another writer
+  // keeps it too long.
+  int BeginWriting();
+  void EndWriting();
+  // As BeginWriting, and with every entry applied, the tables flushed and the journal empty. A folder without a
+  // journal stays without: then nobody is kept from writing.
+  int Settle();
+  bool IsWriting() const { return writing_; }
+  // One flush: afterwards the changes are durable. Then applies them. When it fails before that point the journal is
+  // as it was and nothing has changed.
+  int Commit(const std::vector<JournalFileChange>& changes);
+
+  const std::string& Folder() const { return folder_; }
+
+ private:
+  int OpenFile();
+  int TakeWriterLock(bool wait);
+  int FinishAsOnly();
+  int ApplyFrom(std::int64_t position);
+  int ApplyEntry(std::span<const std::uint8_t> payload);
+  int Apply(const std::vector<JournalFileChange>& changes);
+  int WriteApplied(std::int64_t position);
+  std::int64_t ReadApplied();
+  // The payload of the entry at a position and the position behind it; false at the end or at a torn entry.
+  bool ReadEntry(std::int64_t position, std::vector<std::uint8_t>* payload, std::int64_t* next);
+  // Flushes every file the journal names and empties it.
+  int Checkpoint();
+  std::string PathOf(std::string_view name) const;
+
+  EngineSetup setup_;
+  std::string folder_;
+  std::unique_ptr<File> file_;
+  std::int64_t end_ = 0;
+  bool writing_ = false;
+};
+
+}  // namespace tallwick::engine

@@ -1,0 +1,411 @@
+// Records of a handle: append, change, delete, lock, and their keys in the tags.
+#include <algorithm>
+#include <array>
+#include <cstring>
+
+#include "store/engine/byte_order.h"
+#include "store/engine/instance.h"
+
+namespace tallwick::engine {
+namespace {
+
+constexpr std::uint8_t kLiveMark = ' ';
+constexpr std::uint8_t kDeletedMark = '*';
+constexpr std::size_t kAheadBytes = std::size_t{128} << 10;
+constexpr std::size_t kAheadBlocks = 24;
+constexpr std::uint32_t kNoBlock = 0xFFFFFFFFU;
+
+using KeyBuffer = std::array<std::uint8_t, kMaxKeyLength>;
+
+// One tag's part in a change of a record.
+struct TagChange {
+  Tag4* tag = nullptr;
+  bool had = false;  // the old record stands in the tag
+  bool has = false;  // the new one will
+  KeyBuffer old_key{};
+  KeyBuffer new_key{};
+};
+
+bool SameKey(const TagChange& change) {
+  const auto length = static_cast<std::size_t>(change.tag->tag->shape.length);
+  return change.had == change.has && (!change.had || std::memcmp(change.old_key.data(), change.new_key.data(), length) == 0);
+}
+
+std::vector<TagChange> PlanChanges(Data4& data, const std::uint8_t* old_record, std::uint32_t number) {
+  std::vector<TagChange> plan;
+  for (const auto& tag : data.tags) {
+    TagChange change;
+    change.tag = tag.get();
+    if (old_record != nullptr) change.had = KeyOf(*tag->tag, old_record, number, change.old_key.data());
+    change.has = KeyOf(*tag->tag, data.buffer.data(), number, change.new_key.data());
+    if (old_record == nullptr ? change.has : !SameKey(change)) plan.push_back(change);
+  }
+  return plan;
+}
+
+// Whether another record holds the key already. Decides by the tag's mode: kSuccess to go on (the key may have been
+// dropped from the plan), kUnique or the mode's error to refuse.
+int CheckUnique(Data4& data, TagChange* change, std::uint32_t number) {
+  if (!change->has || change->tag->unique_mode == 0) return kSuccess;
+  IndexTag& tag = *change->tag->tag;
+  IndexTree tree(*data.table.Index(), tag);
+  IndexPlace place;
+  int rc = tree.LowerBound(change->new_key.data(), tag.shape.length, 0, &place);
+  const auto length = static_cast<std::size_t>(tag.shape.length);
+  while (rc == kSuccess && !place.AtEnd() && std::memcmp(place.Key(), change->new_key.data(), length) == 0) {
+    if (place.Record() != number) {
+      if (change->tag->unique_mode == kUniqueContinue) {
+        change->has = false;
+        return kSuccess;
+      }
+      return change->tag->unique_mode;
+    }
+    rc = tree.Next(&place);
+  }
+  return rc;
+}
+
+int ApplyPlan(Data4& data, const std::vector<TagChange>& plan, std::uint32_t number) {
+  for (const TagChange& change : plan) {
+    IndexTree tree(*data.table.Index(), *change.tag->tag);
+    if (change.had) {
+      int rc = tree.Remove(change.old_key.data(), number);
+      // A record that a unique-continue tag left out has nothing to remove.
+      if (rc == kNoRecord) rc = change.tag->unique_mode == kUniqueContinue ? kSuccess : kErrorIndex;
+      if (rc != kSuccess) return rc;
+    }
+    if (change.has) {
+      const int rc = tree.Insert(change.new_key.data(), number);
+      if (rc != kSuccess) return rc == kUnique ? static_cast<int>(kErrorIndex) : rc;
+    }
+  }
+  return kSuccess;
+}
+
+int WriteMemos(Data4& data) {
+  for (auto& [number, memo] : data.memos) {
+    const FieldInfo& info = data.fields[static_cast<std::size_t>(number) - 1].info;
+    if (data.table.Memo() == nullptr) return kErrorMemo;
+    std::uint8_t* place = data.Own() + info.offset;
+    std::uint32_t block = 0;
+    if (info.width == 4) {
+      block = Load32(place);
+    } else {
+      for (int i = 0; i < info.width; ++i) {
+        if (place[i] >= '0' && place[i] <= '9') block = block * 10 + static_cast<std::uint32_t>(place[i] - '0');
+      }
+    }
+    const int rc = data.table.Memo()->Write(&block, memo.second, memo.first, data.table.SizeLimit());
+    if (rc != kSuccess) return rc;
+    if (info.width == 4) {
+      Store32(place, block);
+      continue;
+    }
+    const std::string text = block == 0 ? std::string() : std::to_string(block);
+    std::memset(place, ' ', static_cast<std::size_t>(info.width));
+    std::memcpy(place + info.width - static_cast<int>(text.size()), text.data(), text.size());
+  }
+  return kSuccess;
+}
+
+void Written(Data4& data, std::uint32_t number) {
+  data.record = number;
+  data.changed = false;
+  data.appending = false;
+  data.eof = data.bof = false;
+  data.wrote_in_unit = true;
+  data.memos.clear();
+  data.ForgetPlace();
+}
+
+int AppendNow(Data4& data, bool* begun) {
+  Code4& code = data.code;
+  TableFile& table = data.table;
+  int rc = code.Join(table);
+  if (rc == kSuccess) rc = table.LockAppend(code.lock_attempts);
+  if (rc != kSuccess) return rc;
+  const std::int64_t count = table.RecordCount();
+  if (count < 0) return kErrorRead;
+  const auto number = static_cast<std::uint32_t>(count + 1);
+  std::vector<TagChange> plan = PlanChanges(data, nullptr, number);
+  if (table.Index() != nullptr && rc == kSuccess) rc = table.Index()->LockForChange();
+  for (TagChange& change : plan) {
+    if (rc == kSuccess) rc = CheckUnique(data, &change, number);
+  }
+  if (rc != kSuccess) return rc;
+
+  *begun = true;
+  std::uint32_t written = 0;
+  rc = WriteMemos(data);
+  if (rc == kSuccess) rc = table.StageAppend(data.buffer, code.setup.clock.Now().date, &written);
+  if (rc == kSuccess) rc = ApplyPlan(data, plan, number);
+  return rc;
+}
+
+int ChangeNow(Data4& data, bool* begun) {
+  Code4& code = data.code;
+  TableFile& table = data.table;
+  int rc = code.Join(table);
+  if (rc != kSuccess) return rc;
+  std::vector<std::uint8_t> old(data.buffer.size());
+  if (table.ReadRecords(data.record, 1, old.data()) != 1) return kErrorRead;
+  // A memo's place is known only when it is written, and no key depends on it.
+  std::vector<TagChange> plan = PlanChanges(data, old.data(), data.record);
+  if (!plan.empty()) rc = table.Index()->LockForChange();
+  for (TagChange& change : plan) {
+    if (rc == kSuccess) rc = CheckUnique(data, &change, data.record);
+  }
+  if (rc == kSuccess && !data.memos.empty()) rc = table.LockAppend(code.lock_attempts);
+  if (rc != kSuccess) return rc;
+
+  *begun = true;
+  rc = WriteMemos(data);
+  if (rc != kSuccess) return rc;
+  table.StageRecord(data.record, data.buffer);
+  return ApplyPlan(data, plan, data.record);
+}
+
+}  // namespace
+
+// --- Blocks of records ---
+
+ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* rc) {
+  if (blocks_.size() < kAheadBlocks) blocks_.emplace_back();
+  Block* block = &*std::min_element(blocks_.begin(), blocks_.end(), [](const Block& a, const Block& b) {
+    return (a.count == 0 ? 0 : a.used) < (b.count == 0 ? 0 : b.used);
+  });
+  const auto length = static_cast<std::size_t>(table.Header().record_length);
+  const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length));
+  block->bytes.resize(per_block * length);
+  const std::int64_t got = table.ReadRecords(number * per_block + 1, per_block, block->bytes.data());
+  block->number = got > 0 ? number : kNoBlock;
+  block->count = got > 0 ? static_cast<std::uint32_t>(got) : 0;
+  *rc = got < 0 ? static_cast<int>(kErrorRead) : static_cast<int>(kSuccess);
+  return got > 0 ? block : nullptr;
+}
+
+const std::uint8_t* ReadAhead::Get(TableFile& table, std::uint32_t record, int* rc) {
+  const auto length = static_cast<std::size_t>(table.Header().record_length);
+  const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length));
+  const std::uint32_t number = (record - 1) / per_block;
+  const std::uint32_t place = (record - 1) % per_block;
+  Block* block = last_ < blocks_.size() && blocks_[last_].number == number ? &blocks_[last_] : nullptr;
+  for (std::size_t i = 0; block == nullptr && i < blocks_.size(); ++i) {
+    if (blocks_[i].number == number && blocks_[i].count > 0) block = &blocks_[i];
+  }
+  if (block == nullptr || place >= block->count) block = Fill(table, number, rc);
+  if (block == nullptr || place >= block->count) {
+    if (*rc == kSuccess) *rc = kNoRecord;
+    return nullptr;
+  }
+  last_ = static_cast<std::size_t>(block - blocks_.data());
+  block->used = ++clock_;
+  *rc = kSuccess;
+  return block->bytes.data() + place * length;
+}
+
+// --- Handles ---
+
+Data4::Data4(Code4& owner, TableFile& file) : code(owner), table(file) {
+  int number = 0;
+  for (const FieldInfo& info : file.Header().fields) fields.push_back(Field4{this, ++number, info});
+  if (file.Index() != nullptr) {
+    for (const auto& tag : file.Index()->Tags()) {
+      auto own = std::make_unique<Tag4>();
+      own->data = this;
+      own->tag = tag.get();
+      own->unique_mode = tag->unique ? owner.default_unique : 0;
+      tags.push_back(std::move(own));
+    }
+  }
+  buffer.assign(static_cast<std::size_t>(file.Header().record_length), ' ');
+  SetView();
+}
+
+std::uint8_t* Data4::Own() {
+  if (view != buffer.data()) {
+    std::memcpy(buffer.data(), view, buffer.size());
+    SetView();
+  }
+  return buffer.data();
+}
+
+bool KeyOf(const IndexTag& tag, const std::uint8_t* record, std::uint32_t number, std::uint8_t* key) {
+  if (tag.filter && !tag.filter->EvaluateLogical(record, number)) return false;
+  tag.key->EvaluateKey(record, number, key);
+  return true;
+}
+
+int LoadRecord(Data4& data, std::uint32_t record) {
+  if (data.read_ahead && record != 0) {
+    int rc = kSuccess;
+    const std::uint8_t* bytes = data.ahead.Get(data.table, record, &rc);
+    if (bytes == nullptr) return rc;
+    data.view = bytes;
+  } else {
+    const std::int64_t count = data.table.RecordCount();
+    if (count < 0) return kErrorRead;
+    if (record == 0 || record > count) return kNoRecord;
+    if (data.table.ReadRecords(record, 1, data.buffer.data()) != 1) return kErrorRead;
+    data.SetView();
+  }
+  data.record = record;
+  data.changed = false;
+  data.appending = false;
+  data.eof = data.bof = false;
+  data.memos.clear();
+  return kSuccess;
+}
+
+void ShowEnd(Data4& data) {
+  data.Own();
+  d4blank(data);
+  data.memos.clear();
+  data.record = d4recCountDo(data) + 1;
+  data.changed = data.appending = false;
+  data.eof = true;
+  data.bof = false;
+  data.ForgetPlace();
+}
+
+int WriteChanges(Data4& data) {
+  if (!data.changed) return kSuccess;
+  if (data.appending) return d4append(data);
+  Code4& code = data.code;
+  const bool held = data.table.Owns(&data, data.record);
+  if (!held) {
+    const int rc = data.table.LockRecord(&data, data.record, code.lock_attempts);
+    if (rc != kSuccess) return code.Fail(rc);
+  }
+  data.Own();
+  UnitScope unit(code);
+  bool begun = false;
+  int rc = ChangeNow(data, &begun);
+  const std::uint32_t number = data.record;
+  data.wrote_in_unit |= begun;
+  if (rc == kSuccess) Written(data, number);
+  rc = unit.End(rc, begun);
+  if (!held) {
+    if (code.unit_depth > 0) {
+      data.unlock_at_end = true;
+    } else {
+      data.table.UnlockRecord(&data, number);
+    }
+  }
+  return rc;
+}
+
+int d4appendStart(Data4& data) {
+  if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
+  data.Own();
+  d4blank(data);
+  data.memos.clear();
+  data.record = 0;
+  data.appending = true;
+  data.changed = true;
+  data.eof = data.bof = false;
+  data.ForgetPlace();
+  return kSuccess;
+}
+
+void d4blank(Data4& data) {
+  std::uint8_t* record = data.Own();
+  std::memset(record, ' ', data.buffer.size());
+  record[0] = kLiveMark;
+  for (const Field4& field : data.fields) {
+    const bool binary = std::strchr("BIYT", field.info.type) != nullptr || (field.info.type == 'M' && field.info.width == 4);
+    if (binary) std::memset(record + field.info.offset, 0, static_cast<std::size_t>(field.info.width));
+  }
+  if (!data.appending) data.changed = true;
+}
+
+int d4append(Data4& data) {
+  if (!data.appending) return data.code.Fail(kErrorParameter);
+  UnitScope unit(data.code);
+  bool begun = false;
+  data.Own();
+  const std::vector<std::uint8_t> before = data.buffer;
+  const auto memos = data.memos;
+  int rc = AppendNow(data, &begun);
+  std::uint32_t number = 0;
+  if (rc == kSuccess) {
+    number = d4recCountDo(data);
+    Written(data, number);
+  }
+  rc = unit.End(rc, begun);
+  if (rc != kSuccess) {
+    // The new record stays in the buffer, to be appended again or given up.
+    data.buffer = before;
+    data.SetView();
+    data.memos = memos;
+    data.record = 0;
+    data.appending = data.changed = true;
+    data.eof = false;
+  }
+  return rc;
+}
+
+int d4changed(Data4& data, int flag) {
+  const int previous = data.changed ? 1 : 0;
+  if (flag == 0 || flag == 1) data.changed = flag == 1;
+  if (flag == 0) {
+    data.appending = false;
+    data.memos.clear();
+  }
+  return previous;
+}
+
+void d4delete(Data4& data) {
+  data.Own()[0] = kDeletedMark;
+  data.changed = true;
+}
+
+void d4recall(Data4& data) {
+  data.Own()[0] = kLiveMark;
+  data.changed = true;
+}
+
+bool d4deleted(const Data4& data) { return data.view[0] == kDeletedMark; }
+
+int d4flush(Data4& data) { return WriteChanges(data); }
+
+int d4lockVB(Data4& data, std::uint32_t record) {
+  if (record == 0) return kSuccess;
+  return data.code.Fail(data.table.LockRecord(&data, record, data.code.lock_attempts));
+}
+
+int d4lockFile(Data4& data) { return data.code.Fail(data.table.LockWhole(&data, data.code.lock_attempts)); }
+
+int d4unlock(Data4& data) {
+  const int rc = data.appending ? static_cast<int>(kSuccess) : WriteChanges(data);
+  if (rc != kSuccess) return rc;
+  if (data.code.unit_depth > 0) {
+    data.unlock_at_end = true;
+  } else {
+    data.table.UnlockAll(&data);
+  }
+  return kSuccess;
+}
+
+int d4refreshRecord(Data4& data) {
+  data.ahead.Forget();
+  if (data.record == 0 || data.eof) return kNoRecord;
+  data.Own();
+  const std::uint32_t record = data.record;
+  return data.code.Fail(LoadRecord(data, record));
+}
+
+std::uint32_t d4recNoLow(const Data4& data) { return data.record; }
+
+std::span<const std::uint8_t> d4record(const Data4& data) { return {data.view, data.buffer.size()}; }
+
+bool d4eof(const Data4& data) { return data.eof; }
+bool d4bof(const Data4& data) { return data.bof; }
+
+std::uint32_t d4recCountDo(Data4& data) {
+  const std::int64_t count = data.table.RecordCount();
+  if (count < 0) data.code.Fail(kErrorRead);
+  return count < 0 ? 0 : static_cast<std::uint32_t>(count);
+}
+
+}  // namespace tallwick::engine

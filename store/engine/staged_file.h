@@ -1,0 +1,39 @@
+// A file whose writes stay in memory until the unit of work they belong to is committed. Reads see the staged bytes.
+// Invariant: staged extents never overlap, and the file itself is not touched before the commit hands them out.
+#pragma once
+
+#include <cstdint>
+#include <functional>
+#include <map>
+#include <memory>
+#include <span>
+#include <vector>
+
+#include "store/engine/file.h"
+
+namespace tallwick::engine {
+
+class StagedFile {
+ public:
+  using Bytes = std::vector<std::uint8_t>;
+
+  explicit StagedFile(std::unique_ptr<File> file) : file_(std::move(file)) {}
+
+  File& Raw() { return *file_; }
+
+  // As File::ReadAt and File::Size, with the staged bytes in place.
+  std::int64_t ReadAt(std::int64_t offset, void* buffer, std::size_t length);
+  std::int64_t Size();
+
+  void Stage(std::int64_t offset, const void* bytes, std::size_t length);
+  bool IsDirty() const { return !extents_.empty(); }
+  // Staged bytes by offset, in ascending order.
+  const std::map<std::int64_t, Bytes>& Extents() const { return extents_; }
+  void Discard() { extents_.clear(); }
+
+ private:
+  std::unique_ptr<File> file_;
+  std::map<std::int64_t, Bytes> extents_;
+};
+
+}  // namespace tallwick::engine

@@ -1,0 +1,260 @@
+#include "store/engine/table_file.h"
+
+#include <algorithm>
+#include <array>
+
+#include "store/engine/byte_order.h"
+
+namespace tallwick::engine {
+namespace {
+
+constexpr std::int64_t kIndexedBase = 0x7FFFFFFE;
+constexpr std::int64_t kIndexedWholeLength = 0x07FFFFFF;
+constexpr std::int64_t kPlainBase = 0x40000000;
+constexpr std::int64_t kPlainWholeLength = 0x3FFFFFFD;
+constexpr std::int64_t kPresenceAt = 0x7FFFFFFF;
+// An append by another workstation that is under way moves the count and the length apart for a moment.
+constexpr int kCountTries = 200;
+constexpr int kCountWaitMs = 5;
+
+}  // namespace
+
+std::string TableFile::SiblingPath(const FileSystem& paths, const std::string& path, std::string_view extension) {
+  const std::size_t slash = path.find_last_of("/\\");
+  const std::size_t dot = path.rfind('.');
+  const bool has_extension = dot != std::string::npos && (slash == std::string::npos || dot > slash);
+  const std::string base = has_extension ? path.substr(0, dot) : path;
+  // Names that stand already may be in other letters; a new one follows those of the data file.
+  const std::string own = has_extension ? path.substr(dot + 1) : std::string();
+  const bool upper = std::any_of(own.begin(), own.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
+  std::string ending(extension);
+  std::transform(ending.begin(), ending.end(), ending.begin(), [&](char c) {
+    return static_cast<char>(upper ? std::toupper(c) : std::tolower(c));
+  });
+  return paths.PlatformPath(base + "." + ending);
+}
+
+std::unique_ptr<TableFile> TableFile::Open(const EngineSetup& setup, const std::string& path, Access access,
+                                           int* code) {
+  std::unique_ptr<TableFile> table(new TableFile(setup, path, access));
+  *code = table->OpenData();
+  if (*code == kSuccess) *code = table->OpenIndex();
+  if (*code == kSuccess) *code = table->OpenMemo();
+  return *code == kSuccess ? std::move(table) : nullptr;
+}
+
+TableFile::~TableFile() = default;
+
+std::string TableFile::Folder() const {
+  const std::size_t slash = path_.find_last_of("/\\");
+  return slash == std::string::npos ? "." : path_.substr(0, slash);
+}
+
+int TableFile::TakePresence() {
+  const int rc = data_->Raw().Lock(kPresenceAt, 1, access_.exclusive ? LockKind::kExclusive : LockKind::kShared);
+  return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
+}
+
+int TableFile::OpenData() {
+  int rc = kSuccess;
+  auto file = setup_.files.Open(path_, OpenMode::kReadWrite, &rc);
+  if (!file) return rc;
+  data_ = std::make_unique<StagedFile>(std::move(file));
+  if (rc = TakePresence(); rc != kSuccess) return rc;
+
+  std::vector<std::uint8_t> bytes(kTableHeadBytes);
+  if (data_->ReadAt(0, bytes.data(), bytes.size()) != kTableHeadBytes) return kErrorDataStructure;
+  const int length = ReadHeaderLength(bytes);
+  if (length < kTableHeadBytes) return kErrorDataStructure;
+  bytes.resize(static_cast<std::size_t>(length));
+  if (data_->ReadAt(0, bytes.data(), bytes.size()) != length) return kErrorDataStructure;
+  if (rc = ParseTableHeader(bytes, &header_); rc != kSuccess) return rc;
+  if (access_.without_index) header_.has_index = false;
+  return CheckCount();
+}
+
+int TableFile::CheckCount() {
+  for (int tries = 0; tries < kCountTries; ++tries) {
+    const std::int64_t count = RecordCount();
+    const std::int64_t size = data_->Size();
+    if (count < 0 || size < 0) return kErrorRead;
+    const std::int64_t held = std::max<std::int64_t>(0, size - header_.header_length) / header_.record_length;
+    if (held == count) return kSuccess;
+    // Whoever appends holds the header lock; without one the mismatch is there to stay.
+    if (data_->Raw().Lock(AppendLockAt(), 1, LockKind::kShared) != kLocked) {
+      data_->Raw().Unlock(AppendLockAt(), 1);
+      if (tries > 0) return kErrorDataHeader;
+      continue;
+    }
+    setup_.clock.Sleep(kCountWaitMs);
+  }
+  return kErrorDataHeader;
+}
+
+int TableFile::OpenIndex() {
+  if (!header_.has_index) return kSuccess;
+  int rc = kSuccess;
+  index_path_ = SiblingPath(setup_.paths, path_, "CDX");
+  auto file = setup_.files.Open(index_path_, OpenMode::kReadWrite, &rc);
+  if (!file) return kErrorIndexMissing;
+  index_ = std::make_unique<IndexFile>(std::move(file), setup_.clock);
+  index_->SetSizeLimit(kSmallFileLimit);
+  return index_->Open(header_.fields);
+}
+
+int TableFile::ReopenIndex() {
+  index_.reset();
+  return OpenIndex();
+}
+
+int TableFile::Adopt(std::unique_ptr<TableFile> fresh) {
+  data_ = std::move(fresh->data_);
+  record_owners_.clear();
+  whole_owner_ = nullptr;
+  memo_.reset();
+  const int rc = ReopenIndex();
+  return rc == kSuccess ? OpenMemo() : rc;
+}
+
+int TableFile::OpenMemo() {
+  if (!header_.has_memo) return kSuccess;
+  int rc = kSuccess;
+  memo_path_ = SiblingPath(setup_.paths, path_, "FPT");
+  auto file = setup_.files.Open(memo_path_, OpenMode::kReadWrite, &rc);
+  if (!file) return kErrorMemo;
+  memo_ = std::make_unique<MemoFile>(std::move(file));
+  return memo_->Open();
+}
+
+// --- Records ---
+
+std::int64_t TableFile::RecordOffset(std::uint32_t record) const {
+  return header_.header_length + static_cast<std::int64_t>(record - 1) * header_.record_length;
+}
+
+std::int64_t TableFile::RecordCount() {
+  std::array<std::uint8_t, 4> bytes{};
+  if (data_->ReadAt(4, bytes.data(), bytes.size()) != 4) return kErrorRead;
+  return Load32(bytes.data());
+}
+
+std::int64_t TableFile::ReadRecords(std::uint32_t first, std::uint32_t count, std::uint8_t* buffer) {
+  const std::size_t length = static_cast<std::size_t>(header_.record_length) * count;
+  const std::int64_t got = data_->ReadAt(RecordOffset(first), buffer, length);
+  return got < 0 ? got : got / header_.record_length;
+}
+
+void TableFile::StageRecord(std::uint32_t record, std::span<const std::uint8_t> bytes) {
+  data_->Stage(RecordOffset(record), bytes.data(), bytes.size());
+}
+
+int TableFile::StageAppend(std::span<const std::uint8_t> bytes, const Date& today, std::uint32_t* record) {
+  const std::int64_t count = RecordCount();
+  if (count < 0) return kErrorRead;
+  if (count >= kMaxRecords) return kErrorTooLarge;
+  const auto next = static_cast<std::uint32_t>(count + 1);
+  if (RecordOffset(next) + header_.record_length + 1 > SizeLimit()) return kErrorTooLarge;
+  StageRecord(next, bytes);
+  data_->Stage(RecordOffset(next + 1), &kEndOfFileMark, 1);
+  std::array<std::uint8_t, 7> head{};
+  head[0] = static_cast<std::uint8_t>(std::clamp(today.year - 1900, 0, 255));
+  head[1] = static_cast<std::uint8_t>(today.month);
+  head[2] = static_cast<std::uint8_t>(today.day);
+  Store32(&head[3], next);
+  data_->Stage(1, head.data(), head.size());
+  *record = next;
+  return kSuccess;
+}
+
+// --- Locks ---
+
+std::int64_t TableFile::RecordLockAt(std::uint32_t record) const {
+  return header_.has_index ? kIndexedBase - record : kPlainBase + RecordOffset(record);
+}
+
+std::int64_t TableFile::AppendLockAt() const { return header_.has_index ? kIndexedBase : kPlainBase; }
+
+int TableFile::Try(std::int64_t offset, std::int64_t length, int attempts) {
+  int rc = kLocked;
+  for (int i = 0; i < std::max(1, attempts) && rc == kLocked; ++i) {
+    rc = data_->Raw().Lock(offset, length, LockKind::kExclusive);
+  }
+  return rc;
+}
+
+int TableFile::LockRecord(const void* owner, std::uint32_t record, int attempts) {
+  if (whole_owner_ != nullptr) return whole_owner_ == owner ? kSuccess : kLocked;
+  const auto held = record_owners_.find(record);
+  if (held != record_owners_.end()) return held->second == owner ? kSuccess : kLocked;
+  const int rc = Try(RecordLockAt(record), header_.has_index ? 1 : header_.record_length, attempts);
+  if (rc == kSuccess) record_owners_[record] = owner;
+  return rc;
+}
+
+int TableFile::LockWhole(const void* owner, int attempts) {
+  if (whole_owner_ != nullptr) return whole_owner_ == owner ? kSuccess : kLocked;
+  for (const auto& [record, holder] : record_owners_) {
+    if (holder != owner) return kLocked;
+  }
+  const std::int64_t at = header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
+  const int rc = Try(at, header_.has_index ? kIndexedWholeLength : kPlainWholeLength, attempts);
+  if (rc != kSuccess) return rc;
+  record_owners_.clear();  // now part of the greater lock
+  whole_owner_ = owner;
+  return kSuccess;
+}
+
+bool TableFile::Owns(const void* owner, std::uint32_t record) const {
+  if (whole_owner_ == owner) return true;
+  const auto held = record_owners_.find(record);
+  return held != record_owners_.end() && held->second == owner;
+}
+
+void TableFile::UnlockRecord(const void* owner, std::uint32_t record) {
+  const auto held = record_owners_.find(record);
+  if (held == record_owners_.end() || held->second != owner) return;
+  data_->Raw().Unlock(RecordLockAt(record), header_.has_index ? 1 : header_.record_length);
+  record_owners_.erase(held);
+}
+
+void TableFile::UnlockAll(const void* owner) {
+  if (whole_owner_ == owner) {
+    const std::int64_t at = header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
+    data_->Raw().Unlock(at, header_.has_index ? kIndexedWholeLength : kPlainWholeLength);
+    whole_owner_ = nullptr;
+  }
+  for (auto held = record_owners_.begin(); held != record_owners_.end();) {
+    const std::uint32_t record = held->first;
+    const bool own = held->second == owner;
+    ++held;
+    if (own) UnlockRecord(owner, record);
+  }
+}
+
+int TableFile::LockAppend(int attempts) {
+  if (append_locked_) return kSuccess;
+  const int rc = Try(AppendLockAt(), 1, attempts);
+  append_locked_ = rc == kSuccess;
+  return rc;
+}
+
+void TableFile::UnlockAppend() {
+  if (!append_locked_) return;
+  data_->Raw().Unlock(AppendLockAt(), 1);
+  append_locked_ = false;
+}
+
+// --- The unit of work ---
+
+bool TableFile::IsDirty() const {
+  return data_->IsDirty() || (index_ && index_->IsDirty()) || (memo_ && memo_->IsDirty());
+}
+
+void TableFile::Discard() {
+  data_->Discard();
+  if (memo_) memo_->Staged().Discard();
+  if (index_) index_->Discard();
+  UnlockAppend();
+}
+
+}  // namespace tallwick::engine

@@ -1,0 +1,151 @@
+// Units of work: the changes of several tables of one folder, written through the folder's journal.
+#include <algorithm>
+#include <deque>
+
+#include "store/engine/instance.h"
+
+namespace tallwick::engine {
+namespace {
+
+std::string NameOf(const std::string& path) {
+  const std::size_t slash = path.find_last_of("/\\");
+  return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+void AddStaged(const std::string& path, StagedFile& file, std::vector<JournalFileChange>* changes) {
+  if (!file.IsDirty()) return;
+  JournalFileChange change{NameOf(path), &file.Raw(), {}};
+  for (const auto& [offset, bytes] : file.Extents()) change.extents.push_back({offset, bytes});
+  changes->push_back(std::move(change));
+}
+
+// Index pages are encoded into `store`, which must outlive the change.
+void AddIndex(const std::string& path, IndexFile& index, std::deque<std::vector<std::uint8_t>>* store,
+              std::vector<JournalFileChange>* changes) {
+  if (!index.IsDirty()) return;
+  JournalFileChange change{NameOf(path), &index.Raw(), {}};
+  index.Collect([&](std::int64_t offset, const std::uint8_t* bytes, std::size_t length) {
+    auto& last = change.extents;
+    const bool adjoins =
+        !last.empty() && last.back().offset + static_cast<std::int64_t>(last.back().bytes.size()) == offset &&
+        store->back().size() + length <= (std::size_t{1} << 20);
+    if (!adjoins) {
+      store->emplace_back(bytes, bytes + length);
+      last.push_back({offset, store->back()});
+      return;
+    }
+    store->back().insert(store->back().end(), bytes, bytes + length);
+    last.back().bytes = store->back();
+  });
+  changes->push_back(std::move(change));
+}
+
+}  // namespace
+
+Journal& Code4::JournalOf(const std::string& folder) {
+  auto& journal = journals[folder];
+  if (!journal) journal = std::make_unique<Journal>(setup, folder);
+  return *journal;
+}
+
+int Code4::Join(TableFile& table) {
+  if (unit_failure != 0) return unit_failure;
+  if (std::find(unit_tables.begin(), unit_tables.end(), &table) != unit_tables.end()) return kSuccess;
+  Journal& journal = JournalOf(table.Folder());
+  // One journal makes a unit whole, so a unit stays within one folder.
+  if (unit_journal != nullptr && unit_journal != &journal) return kErrorParameter;
+  if (const int rc = journal.BeginWriting(); rc != kSuccess) return rc;
+  unit_journal = &journal;
+  unit_tables.push_back(&table);
+  return kSuccess;
+}
+
+int Code4::CommitUnit() {
+  std::vector<JournalFileChange> changes;
+  std::deque<std::vector<std::uint8_t>> pages;
+  for (TableFile* table : unit_tables) {
+    AddStaged(table->Path(), table->Data(), &changes);
+    if (table->Memo() != nullptr) {
+      AddStaged(table->MemoPath(), table->Memo()->Staged(), &changes);
+    }
+    if (table->Index() != nullptr) {
+      AddIndex(table->IndexPath(), *table->Index(), &pages, &changes);
+    }
+  }
+  return changes.empty() ? static_cast<int>(kSuccess) : unit_journal->Commit(changes);
+}
+
+void Code4::EndUnit(bool committed) {
+  for (TableFile* table : unit_tables) {
+    if (committed) {
+      table->Data().Discard();
+      if (table->Memo() != nullptr) table->Memo()->Staged().Discard();
+      if (table->Index() != nullptr && table->Index()->IsLockedForChange()) table->Index()->Publish();
+      table->UnlockAppend();
+    } else {
+      table->Discard();
+    }
+  }
+  for (const auto& handle : handles) {
+    if (!handle || std::find(unit_tables.begin(), unit_tables.end(), &handle->table) == unit_tables.end()) continue;
+    handle->ahead.Forget();
+    if (!committed && handle->wrote_in_unit && !handle->appending) {
+      // What the handle shows never happened.
+      handle->changed = false;
+      handle->memos.clear();
+      if (handle->record != 0 && !handle->eof && LoadRecord(*handle, handle->record) != kSuccess) ShowEnd(*handle);
+    }
+    handle->wrote_in_unit = false;
+    if (handle->unlock_at_end) {
+      handle->unlock_at_end = false;
+      handle->table.UnlockAll(handle.get());
+    }
+  }
+  if (unit_journal != nullptr) unit_journal->EndWriting();
+  unit_journal = nullptr;
+  unit_tables.clear();
+  unit_failure = 0;
+  unit_depth = 0;
+}
+
+int code4unitBegin(Code4& code) {
+  ++code.unit_depth;
+  return kSuccess;
+}
+
+bool code4unitActive(const Code4& code) { return code.unit_depth > 0; }
+
+int code4unitCommit(Code4& code) {
+  if (code.unit_depth == 0) return code.Fail(kErrorParameter);
+  if (code.unit_depth > 1) {
+    --code.unit_depth;
+    return code.unit_failure;
+  }
+  const int rc = code.unit_failure != 0 ? code.unit_failure : code.CommitUnit();
+  code.EndUnit(rc == kSuccess);
+  return code.Fail(rc);
+}
+
+int code4unitRollback(Code4& code) {
+  if (code.unit_depth == 0) return code.Fail(kErrorParameter);
+  code.EndUnit(false);
+  return kSuccess;
+}
+
+UnitScope::~UnitScope() {
+  if (!ended_) End(kErrorParameter, true);
+}
+
+int UnitScope::End(int rc, bool begun) {
+  ended_ = true;
+  if (rc == kSuccess) return code4unitCommit(code_);
+  if (code_.unit_depth == 1) {
+    code_.EndUnit(false);
+  } else if (code_.unit_depth > 1) {
+    --code_.unit_depth;
+    if (begun) code_.unit_failure = rc < 0 ? rc : static_cast<int>(kErrorParameter);
+  }
+  return code_.Fail(rc);
+}
+
+}  // namespace tallwick::engine
