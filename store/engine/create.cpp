@@ -46,7 +46,8 @@ int ScanRecords(TableFile& table, std::int64_t count, Visit visit) {
   std::vector<std::uint8_t> block(kBlockRecords * length);
   for (std::int64_t first = 1; first <= count; first += kBlockRecords) {
     const auto wanted = static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count - first + 1));
-    if (table.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted) return kErrorRead;
+    if (table.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted)
+      return kErrorRead;
     for (std::uint32_t i = 0; i < wanted; ++i) {
       const int rc = visit(static_cast<std::uint32_t>(first) + i, block.data() + i * length);
       if (rc != kSuccess) return rc;
@@ -196,7 +197,8 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   }
   QuietJournal quiet(code, TableFolder(full));
   if (rc == kSuccess) rc = quiet.Begin();
-  // The data file comes last: without it there is no table, and what stands beside it is made anew the next time.
+  // The data file comes last: without it there is no table, and what stands beside it is made anew the next
+  // time.
   const OpenMode mode = code.safety != 0 ? OpenMode::kCreateNew : OpenMode::kCreate;
   std::vector<std::string> made;
   if (rc == kSuccess && header.has_memo) {
@@ -223,7 +225,8 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   return d4open(code, full);
 }
 
-int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> layouts, const Progress& progress) {
+int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> layouts,
+                   const Progress& progress) {
   const std::string full = TablePath(code, path);
   const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
   QuietJournal quiet(code, TableFolder(full));

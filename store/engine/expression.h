@@ -1,32 +1,26 @@
 // The expression language of index tags: key and filter expressions over the fields of one record.
 //
-//   functions   UPPER LOWER DTOS STR(n,w,d) RECNO() DELETED() LEFT RIGHT SUBSTR TRIM LTRIM ALLTRIM VAL DTOC
-//   CTOD
-//               RTRIM DATE() IIF EMPTY STOD PADL(t,n[,fill]) PADR(t,n[,fill])
-//   operators   + - on texts (- moves the left side's trailing blanks to the end), + - * / on numbers, dates
-//   +- days,
-//               = <> # != < > <= >= $ ==, .AND. .OR. .NOT. (also !), parentheses
+//   functions   UPPER LOWER DTOS STR(n,w,d) RECNO() DELETED() LEFT RIGHT SUBSTR TRIM RTRIM LTRIM ALLTRIM VAL
+//               DTOC CTOD STOD DATE() IIF EMPTY PADL(t,n[,fill]) PADR(t,n[,fill])
+//   operators   + - on texts (- moves the left side's trailing blanks to the end), + - * / on numbers,
+//               dates +- days, = <> # != < > <= >= $ ==, .AND. .OR. .NOT. (also !), parentheses
 //   literals    'text' "text" [text], numbers, .T. .F.
 //   names       field names, with an optional alias prefix ALIAS->FIELD or ALIAS.FIELD, which is not looked
-//   at; case
-//               never counts, and a blank may stand before a parenthesis
+//               at; case never counts, and a blank may stand before a parenthesis
 //
-// Texts are Windows-1252 bytes, as in records and tag headers. What a tag must keep to:
+// Texts are Windows-1252 bytes, as in records and tag headers. What holds for all expressions:
 //   - A blank numeric field is 0, and so is a result that is no finite number (division by zero).
-//   - A blank or impossible date is empty, stays empty in date arithmetic, and is as many days from any date
-//   as 0.
-//     DTOS gives 8 blanks for it, DTOC "  /  /    "; DTOS of a field gives the field's own 8 bytes.
-//   - Texts compare on the right side's length, a shorter left side blank padded ("SMITH" = "SM" is true); ==
-//   demands
-//     the same bytes, and the same length.
+//   - A blank or impossible date is empty: date arithmetic leaves it empty, a difference with it is 0. DTOS
+//     gives 8 blanks for it, DTOC "  /  /    "; DTOS of a field gives the field's own 8 bytes.
+//   - Texts compare on the right side's length, a shorter left side blank padded ("SMITH" = "SM" is true);
+//     == demands the same bytes and the same length.
 //   - STR rounds halves away from zero and gives asterisks for what does not fit. Its width and decimals, and
-//   the width
-//     of PADL and PADR, must be written out, so that the length of a key is known.
+//     the width of PADL and PADR, must be written out, so that the length of a key is known.
 //   - SUBSTR counts from 1; parts outside the text are cut off. PADL and PADR also cut, on the right.
 //   - Memo fields, and fields with a time of day, cannot stand in an expression.
 //
-// A parsed expression is immutable. Evaluation allocates nothing: it works in buffers that the caller keeps,
-// so that a key of a 200,000-record table costs well under a microsecond.
+// A parsed expression is immutable. Evaluation allocates nothing: it works on the stack
+// (about 76 KB), in some tens of nanoseconds for the keys of the product's tables.
 #pragma once
 
 #include <cstdint>

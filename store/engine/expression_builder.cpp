@@ -1,5 +1,5 @@
-// Types, widths and steps of the expression language, mostly as tables: one row an operator, one row a
-// function.
+// Types, widths and steps of the expression language, mostly
+// as tables: one row an operator, one row a function.
 #include "store/engine/expression_builder.h"
 
 #include <algorithm>

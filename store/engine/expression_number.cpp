@@ -35,8 +35,8 @@ Decimal ShortestDecimal(double number) {
   return decimal;
 }
 
-// Cuts to the first `keep` digits, halves up. A carry beyond the first digit gives "1" and raises the
-// exponent.
+// Cuts to the first `keep` digits, halves up. A carry
+// beyond the first digit gives "1" and raises the exponent.
 void RoundTo(Decimal* decimal, int keep) {
   if (keep >= decimal->count) return;
   const bool up = keep >= 0 && decimal->digits[static_cast<std::size_t>(keep)] >= '5';

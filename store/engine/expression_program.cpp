@@ -34,8 +34,8 @@ CaseTable MakeLowerTable() {
   return table;
 }
 
-// A result that is no finite number (division by zero, overflow, damaged bytes) is 0, so that keys stay in
-// order.
+// A result that is no finite number (division by zero,
+// overflow, damaged bytes) is 0, so that keys stay in order.
 double Finite(double number) {
   return std::isfinite(number) ? number : 0;
 }
@@ -112,8 +112,8 @@ double ToJulianDay(double number) {
   return number >= kFirst && number < kLast + 1 ? std::floor(number) : 0;
 }
 
-// The left of the two topmost values, with the right one taken off the stack (it stays readable behind the
-// left one).
+// The left of the two topmost values, with the right one taken
+// off the stack (it stays readable behind the left one).
 Value& LeftOfTwo(Machine& machine) {
   return *(--machine.top - 1);
 }

@@ -1,11 +1,11 @@
-// A compiled expression: a flat row of steps over a stack of values, in the order of evaluation (operands
-// before their operator). Every step is a small function that takes its operands from the stack and leaves
-// one result there.
+// A compiled expression: a flat row of steps over a stack of values, in the
+// order of evaluation (operands before their operator). Every step is a small
+// function that takes its operands from the stack and leaves one result there.
 //
-// Types are settled when the program is made, so a value carries no type. A text on the stack is a view of
-// the record, of a literal or of a slot in the working memory; each step that makes new text has a slot of
-// its own, as wide as the widest text it can make. So a run allocates nothing and can never outgrow its
-// memory.
+// Types are settled when the program is made, so a value carries no type. A text on
+// the stack is a view of the record, of a literal or of a slot in the working
+// memory; each step that makes new text has a slot of its own, as wide as the widest
+// text it can make. So a run allocates nothing and can never outgrow its memory.
 #pragma once
 
 #include <array>
@@ -62,8 +62,8 @@ struct Program {
   std::uint32_t length = 0;  // the widest text result
 };
 
-// Memory for one run; it is left uninitialised, since setting 76 KB to zero would cost more than any
-// expression.
+// Memory for one run; it is left uninitialised, since
+// setting 76 KB to zero would cost more than any expression.
 struct Workspace {
   std::array<Value, Program::kStackDepth> stack;
   std::array<std::uint8_t, Program::kSlotBytes> slots;

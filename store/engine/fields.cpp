@@ -1,4 +1,5 @@
-// Field access: bytes of the record to values and back, by digits and never through a double where money is concerned.
+// Field access: bytes of the record to values and back, by digits and never through a double where money is
+// concerned.
 #include <array>
 #include <charconv>
 #include <cmath>
@@ -12,9 +13,13 @@
 namespace tallwick::engine {
 namespace {
 
-std::string_view Bytes(const Field4& field) { return {f4ptr(field), static_cast<std::size_t>(field.info.width)}; }
+std::string_view Bytes(const Field4& field) {
+  return {f4ptr(field), static_cast<std::size_t>(field.info.width)};
+}
 
-bool IsNumeric(const Field4& field) { return field.info.type == 'N' || field.info.type == 'F'; }
+bool IsNumeric(const Field4& field) {
+  return field.info.type == 'N' || field.info.type == 'F';
+}
 
 double BinaryDouble(const Field4& field) {
   double value = 0;
@@ -22,7 +27,9 @@ double BinaryDouble(const Field4& field) {
   return value;
 }
 
-int Refuse(Field4& field) { return field.data->code.Fail(kErrorFieldValue); }
+int Refuse(Field4& field) {
+  return field.data->code.Fail(kErrorFieldValue);
+}
 
 // Puts a text into the field, on the left or on the right; refuses one that is too long.
 int Put(Field4& field, std::string_view text, bool right) {
@@ -42,7 +49,8 @@ int PutBinary(Field4& field, double value) {
   return kSuccess;
 }
 
-// A numeric text as the table stores it: digits with the field's decimals. "" when it is no number or needs rounding.
+// A numeric text as the table stores it: digits with the field's decimals. "" when it is no number or needs
+// rounding.
 std::string NumericText(const Field4& field, std::string_view text) {
   std::string_view rest = Trim(text);
   std::string out;
@@ -83,7 +91,9 @@ int AssignMemo(Field4& field, std::string_view text, MemoFile::Kind kind) {
 
 }  // namespace
 
-int d4numFields(const Data4& data) { return static_cast<int>(data.fields.size()); }
+int d4numFields(const Data4& data) {
+  return static_cast<int>(data.fields.size());
+}
 
 Field4* d4field(Data4& data, std::string_view name) {
   for (Field4& field : data.fields) {
@@ -94,17 +104,30 @@ Field4* d4field(Data4& data, std::string_view name) {
 }
 
 Field4* d4fieldJ(Data4& data, int position) {
-  if (position >= 1 && position <= d4numFields(data)) return &data.fields[static_cast<std::size_t>(position) - 1];
+  if (position >= 1 && position <= d4numFields(data))
+    return &data.fields[static_cast<std::size_t>(position) - 1];
   data.code.Fail(kErrorFieldName);
   return nullptr;
 }
 
-std::string f4name(const Field4& field) { return field.info.name; }
-char f4type(const Field4& field) { return field.info.type; }
-int f4len(const Field4& field) { return field.info.width; }
-int f4decimals(const Field4& field) { return field.info.decimals; }
-Data4& f4data(const Field4& field) { return *field.data; }
-int f4number(const Field4& field) { return field.number; }
+std::string f4name(const Field4& field) {
+  return field.info.name;
+}
+char f4type(const Field4& field) {
+  return field.info.type;
+}
+int f4len(const Field4& field) {
+  return field.info.width;
+}
+int f4decimals(const Field4& field) {
+  return field.info.decimals;
+}
+Data4& f4data(const Field4& field) {
+  return *field.data;
+}
+int f4number(const Field4& field) {
+  return field.number;
+}
 
 const char* f4ptr(const Field4& field) {
   return reinterpret_cast<const char*>(field.data->view) + field.info.offset;
@@ -112,7 +135,8 @@ const char* f4ptr(const Field4& field) {
 
 double f4double(const Field4& field) {
   if (field.info.type == 'B') return BinaryDouble(field);
-  if (field.info.type == 'I') return static_cast<std::int32_t>(Load32(reinterpret_cast<const std::uint8_t*>(f4ptr(field))));
+  if (field.info.type == 'I')
+    return static_cast<std::int32_t>(Load32(reinterpret_cast<const std::uint8_t*>(f4ptr(field))));
   const std::string_view text = Trim(Bytes(field));
   double value = 0;
   std::from_chars(text.data(), text.data() + text.size(), value);
@@ -152,14 +176,18 @@ int f4assignNVB(Field4& field, std::string_view text) {
       return text.size() == 8 && ParseStoredDate(text) ? Put(field, text, false) : Refuse(field);
     case 'L':
       if (Trim(text).empty()) return Put(field, "", false);
-      return text.size() == 1 && std::strchr("TtYyFfNn?", text[0]) != nullptr ? Put(field, text, false) : Refuse(field);
+      return text.size() == 1 && std::strchr("TtYyFfNn?", text[0]) != nullptr ? Put(field, text, false)
+                                                                              : Refuse(field);
     case 'C': {
       std::string_view fitting = text;
-      while (fitting.size() > static_cast<std::size_t>(field.info.width) && fitting.back() == ' ') fitting.remove_suffix(1);
+      while (fitting.size() > static_cast<std::size_t>(field.info.width) && fitting.back() == ' ')
+        fitting.remove_suffix(1);
       return Put(field, fitting, false);
     }
-    case 'M': return f4memoAssign(field, text);
-    default: return Refuse(field);
+    case 'M':
+      return f4memoAssign(field, text);
+    default:
+      return Refuse(field);
   }
 }
 
@@ -174,7 +202,8 @@ int f4assignDouble(Field4& field, double value) {
   if (field.info.type == 'B') return PutBinary(field, value);
   if (!IsNumeric(field) || !std::isfinite(value)) return Refuse(field);
   std::array<char, 400> text{};
-  const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed, field.info.decimals);
+  const auto end = std::to_chars(text.data(), text.data() + text.size(), value, std::chars_format::fixed,
+                                 field.info.decimals);
   if (end.ec != std::errc()) return Refuse(field);
   return f4assignNVB(field, std::string_view(text.data(), static_cast<std::size_t>(end.ptr - text.data())));
 }
@@ -198,9 +227,15 @@ std::string f4memoPtr(Field4& field) {
   return text;
 }
 
-std::size_t f4memoLen(Field4& field) { return f4memoPtr(field).size(); }
-int f4memoAssign(Field4& field, std::string_view text) { return AssignMemo(field, text, MemoFile::Kind::kText); }
-int f4memoAssignN(Field4& field, std::string_view bytes) { return AssignMemo(field, bytes, MemoFile::Kind::kBinary); }
+std::size_t f4memoLen(Field4& field) {
+  return f4memoPtr(field).size();
+}
+int f4memoAssign(Field4& field, std::string_view text) {
+  return AssignMemo(field, text, MemoFile::Kind::kText);
+}
+int f4memoAssignN(Field4& field, std::string_view bytes) {
+  return AssignMemo(field, bytes, MemoFile::Kind::kBinary);
+}
 
 std::string date4format(std::string_view stored, std::string_view pattern) {
   const auto date = ParseStoredDate(stored);

@@ -1,5 +1,5 @@
-// The engine's file layer: one open file, and the folder operations on files. Paths are in the platform's form.
-// Tests put another implementation behind it that fails or dies at a chosen step.
+// The engine's file layer: one open file, and the folder operations on files. Paths are in the platform's
+// form. Tests put another implementation behind it that fails or dies at a chosen step.
 #pragma once
 
 #include <cstddef>
@@ -26,14 +26,14 @@ class File {
   // Writes all bytes or fails: kSuccess, kErrorWrite or kErrorDiskFull.
   virtual int WriteAt(std::int64_t offset, const void* buffer, std::size_t length) = 0;
   virtual int Truncate(std::int64_t size) = 0;
-  // Sets disk space aside for a range, without changing the file's length, where the file system can; so that a full
-  // disk is met before anything is written. kSuccess or kErrorDiskFull.
+  // Sets disk space aside for a range, without changing the file's length, where the file system can; so that
+  // a full disk is met before anything is written. kSuccess or kErrorDiskFull.
   virtual int Reserve(std::int64_t, std::int64_t) { return kSuccess; }
   // Returns when everything written so far would survive a power cut.
   virtual int Flush() = 0;
 
-  // Byte-range locks that belong to this open file: two opens of one file in one process exclude each other, and
-  // closing one keeps the other's. They never wait. kSuccess, kLocked or kErrorLock.
+  // Byte-range locks that belong to this open file: two opens of one file in one process exclude each other,
+  // and closing one keeps the other's. They never wait. kSuccess, kLocked or kErrorLock.
   virtual int Lock(std::int64_t offset, std::int64_t length, LockKind kind) = 0;
   virtual int Unlock(std::int64_t offset, std::int64_t length) = 0;
 };

@@ -1,5 +1,5 @@
-// Files of a POSIX system. Locks are open-file-description locks: they belong to the open file, not to the process,
-// and end when it is closed or its workstation dies.
+// Files of a POSIX system. Locks are open-file-description locks: they belong to the open file, not to the
+// process, and end when it is closed or its workstation dies.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -12,7 +12,9 @@
 namespace tallwick::engine {
 namespace {
 
-int WriteError(int error) { return error == ENOSPC || error == EDQUOT ? kErrorDiskFull : kErrorWrite; }
+int WriteError(int error) {
+  return error == ENOSPC || error == EDQUOT ? kErrorDiskFull : kErrorWrite;
+}
 
 class PosixFile final : public File {
  public:
@@ -23,7 +25,8 @@ class PosixFile final : public File {
 
   std::int64_t Size() override {
     struct stat status {};
-    return ::fstat(fd_, &status) == 0 ? static_cast<std::int64_t>(status.st_size) : std::int64_t{kErrorLength};
+    return ::fstat(fd_, &status) == 0 ? static_cast<std::int64_t>(status.st_size)
+                                      : std::int64_t{kErrorLength};
   }
 
   std::int64_t ReadAt(std::int64_t offset, void* buffer, std::size_t length) override {
@@ -43,7 +46,8 @@ class PosixFile final : public File {
     const auto* bytes = static_cast<const char*>(buffer);
     std::size_t done = 0;
     while (done < length) {
-      const ssize_t put = ::pwrite(fd_, bytes + done, length - done, offset + static_cast<std::int64_t>(done));
+      const ssize_t put =
+          ::pwrite(fd_, bytes + done, length - done, offset + static_cast<std::int64_t>(done));
       if (put < 0 && errno == EINTR) continue;
       if (put <= 0) return WriteError(put < 0 ? errno : ENOSPC);
       done += static_cast<std::size_t>(put);
@@ -91,11 +95,21 @@ class PosixFileLayer final : public FileLayer {
   std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) override {
     int flags = O_CLOEXEC;
     switch (mode) {
-      case OpenMode::kReadOnly: flags |= O_RDONLY; break;
-      case OpenMode::kReadWrite: flags |= O_RDWR; break;
-      case OpenMode::kCreate: flags |= O_RDWR | O_CREAT | O_TRUNC; break;
-      case OpenMode::kCreateNew: flags |= O_RDWR | O_CREAT | O_EXCL; break;
-      case OpenMode::kOpenOrCreate: flags |= O_RDWR | O_CREAT; break;
+      case OpenMode::kReadOnly:
+        flags |= O_RDONLY;
+        break;
+      case OpenMode::kReadWrite:
+        flags |= O_RDWR;
+        break;
+      case OpenMode::kCreate:
+        flags |= O_RDWR | O_CREAT | O_TRUNC;
+        break;
+      case OpenMode::kCreateNew:
+        flags |= O_RDWR | O_CREAT | O_EXCL;
+        break;
+      case OpenMode::kOpenOrCreate:
+        flags |= O_RDWR | O_CREAT;
+        break;
     }
     const int fd = ::open(path.c_str(), flags, 0666);
     if (fd < 0) {

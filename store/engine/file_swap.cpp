@@ -51,7 +51,9 @@ std::string TableFolder(const std::string& path) {
   return slash == std::string::npos ? "." : slash == 0 ? "/" : path.substr(0, slash);
 }
 
-std::string NewFileName(const std::string& path) { return path + "~"; }
+std::string NewFileName(const std::string& path) {
+  return path + "~";
+}
 
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths) {
   const std::string list = ListName(table);

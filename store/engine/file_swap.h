@@ -1,8 +1,8 @@
 // Replacing the files of a table by new ones, all or none, through any failure.
 //
-// The new files are written beside the old ones under names ending in "~". Then a list of them, "<table>.SWP~", is
-// written and flushed: that is the moment from which the new files count. The renames that follow can be done again by
-// whoever finds the list.
+// The new files are written beside the old ones under names ending in "~". Then a list of them,
+// "<table>.SWP~", is written and flushed: that is the moment from which the new files count. The renames that
+// follow can be done again by whoever finds the list.
 #pragma once
 
 #include <string>
@@ -18,8 +18,8 @@ std::string TableFolder(const std::string& path);
 // The name under which the new form of a file is written.
 std::string NewFileName(const std::string& path);
 
-// Puts the new files (flushed, under NewFileName of each path) in the place of the old. `table` is the data file's
-// path. On failure the old files stand, and the new ones are removed.
+// Puts the new files (flushed, under NewFileName of each path) in the place of the old. `table` is the data
+// file's path. On failure the old files stand, and the new ones are removed.
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths);
 
 // Finishes a swap that was cut short; nothing where there is none. Called before a table is opened.

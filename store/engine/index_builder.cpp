@@ -10,7 +10,8 @@ namespace tallwick::engine {
 namespace {
 
 constexpr std::size_t kRunBytes = std::size_t{1} << 20;
-constexpr std::uint32_t kFirstHeader = kTagHeaderBytes + kPageBytes;  // behind the directory's header and root page
+constexpr std::uint32_t kFirstHeader =
+    kTagHeaderBytes + kPageBytes;  // behind the directory's header and root page
 
 std::uint64_t Prefix(const std::uint8_t* key, std::size_t length) {
   std::uint8_t bytes[8] = {};
@@ -121,7 +122,8 @@ int IndexBuilder::WriteLeaves(const IndexTag& tag, const KeyList& keys, std::vec
     node.right = is_last ? kNoPage : node.offset + kPageBytes;
     const int last = node.Count() - 1;
     if (last >= 0) {
-      level->push_back({{node.Key(last), node.Key(last) + tag.shape.length}, node.records.back(), node.offset});
+      level->push_back(
+          {{node.Key(last), node.Key(last) + tag.shape.length}, node.records.back(), node.offset});
     }
     const bool is_root = is_last && level->size() <= 1;
     return PutPage(node, is_root);
@@ -138,7 +140,8 @@ int IndexBuilder::WriteLeaves(const IndexTag& tag, const KeyList& keys, std::vec
   return finish(true);
 }
 
-int IndexBuilder::WriteLevel(const IndexTag& tag, const std::vector<Child>& below, std::vector<Child>* level) {
+int IndexBuilder::WriteLevel(const IndexTag& tag, const std::vector<Child>& below,
+                             std::vector<Child>* level) {
   const auto fan_out = static_cast<std::size_t>(kInteriorRoom / (tag.shape.length + 8));
   for (std::size_t i = 0; i < below.size(); i += fan_out) {
     IndexNode node(next_page_, false, tag.shape);
@@ -165,7 +168,8 @@ int IndexBuilder::AddTag(IndexTag& tag, const KeyList& keys) {
   }
   if (rc != kSuccess) return rc;
   tag.root = level.empty() ? first : level.front().page;
-  const int options = kOptionCompact | kOptionCompound | (tag.filter ? kOptionFilter : 0) | (tag.unique ? kOptionUnique : 0);
+  const int options =
+      kOptionCompact | kOptionCompound | (tag.filter ? kOptionFilter : 0) | (tag.unique ? kOptionUnique : 0);
   const auto header = BuildTagHeader(tag, static_cast<std::uint8_t>(options));
   return Put(tag.header_offset, header.data(), header.size());
 }

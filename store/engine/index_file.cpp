@@ -21,7 +21,9 @@ std::size_t NodeBytes(const IndexNode& node) {
   return sizeof(IndexNode) + node.keys.capacity() + 4 * (node.records.capacity() + node.children.capacity());
 }
 
-bool IsPageOffset(std::uint32_t offset) { return offset % kPageBytes == 0 && offset >= kTagHeaderBytes; }
+bool IsPageOffset(std::uint32_t offset) {
+  return offset % kPageBytes == 0 && offset >= kTagHeaderBytes;
+}
 
 // A text of a tag header's pool; false when its place or its NUL is wrong.
 bool PoolText(const std::uint8_t* header, int position_at, int length_at, std::string* text) {
@@ -105,7 +107,8 @@ int IndexFile::ReadDirectory(std::span<const FieldInfo> fields) {
   IndexTag directory;
   directory.shape = KeyShape{kTagNameLength, ' '};
 
-  // Down the leftmost edge, then along the leaves. Names come in order, so a loop of pages shows as a step back.
+  // Down the leftmost edge, then along the leaves. Names come in order, so a loop of pages shows as a step
+  // back.
   std::uint32_t at = Load32(&header[0]);
   std::vector<std::pair<std::string, std::uint32_t>> found;
   std::string last;
@@ -148,7 +151,8 @@ int IndexFile::ReadTag(const std::string& name, std::uint32_t offset, std::span<
   tag->header_offset = offset;
   tag->unique = (header[14] & kOptionUnique) != 0;
   tag->descending = Load16(&header[502]) != 0;
-  if (!PoolText(header.data(), 508, 510, &tag->key_text) || !PoolText(header.data(), 504, 506, &tag->filter_text)) {
+  if (!PoolText(header.data(), 508, 510, &tag->key_text) ||
+      !PoolText(header.data(), 504, 506, &tag->filter_text)) {
     return kErrorTagHeader;
   }
   if ((header[14] & kOptionFilter) == 0) tag->filter_text.clear();
@@ -248,7 +252,8 @@ IndexNode* IndexFile::Keep(std::unique_ptr<IndexNode> node) {
 IndexNode* IndexFile::Load(const IndexTag& tag, std::uint32_t offset, int* rc) {
   const std::size_t slot = offset / kPageBytes;
   if (slot < nodes_.size() && nodes_[slot]) {
-    if (nodes_[slot]->key_length == tag.shape.length && nodes_[slot]->offset == offset) return nodes_[slot].get();
+    if (nodes_[slot]->key_length == tag.shape.length && nodes_[slot]->offset == offset)
+      return nodes_[slot].get();
     *rc = kErrorIndex;  // two tags lead to one page
     return nullptr;
   }

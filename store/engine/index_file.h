@@ -1,16 +1,16 @@
 // A compound index file (CDX): the tag directory, the tags' headers, and a cache of pages.
 //
-// The first 1,024 bytes are the header of the directory, an index whose keys are the tag names (10 characters) and
-// whose record numbers are the offsets of the tags' headers, 1,024 bytes each:
-//   0 root page, 4 first free page (directory; 0 or -1 none), 8 change counter (big-endian; directory), 12 key length,
-//   14 options (0x01 unique, 0x08 filter, 0x20 compact, 0x40 compound, 0x80 directory), 15 signature, 16 header
-//   length, 18 page length, 502 descending, 504/506 filter text position and length, 508/510 key text position and
-//   length, 512 pool of the two texts
+// The first 1,024 bytes are the header of the directory, an index whose keys are the tag names (10
+// characters) and whose record numbers are the offsets of the tags' headers, 1,024 bytes each:
+//   0 root page, 4 first free page (directory; 0 or -1 none), 8 change counter (big-endian; directory), 12
+//   key length, 14 options (0x01 unique, 0x08 filter, 0x20 compact, 0x40 compound, 0x80 directory), 15
+//   signature, 16 header length, 18 page length, 502 descending, 504/506 filter text position and length,
+//   508/510 key text position and length, 512 pool of the two texts
 // A free page holds the offset of the next free page in its first four bytes.
 //
-// Pages are read under a shared lock on byte 0x7FFFFFFE and changed under an exclusive one. The change counter is
-// raised with every change, so pages cached at the counter's present value are a consistent picture without a lock.
-// Changed pages stay in memory until the unit of work hands them out.
+// Pages are read under a shared lock on byte 0x7FFFFFFE and changed under an exclusive one. The change
+// counter is raised with every change, so pages cached at the counter's present value are a consistent
+// picture without a lock. Changed pages stay in memory until the unit of work hands them out.
 #pragma once
 
 #include <array>
@@ -60,7 +60,8 @@ struct IndexTag {
 
 // The bytes of a tag's header.
 std::array<std::uint8_t, kTagHeaderBytes> BuildTagHeader(const IndexTag& tag, std::uint8_t options);
-// A tag from its layout: expressions parsed against the fields. kSuccess, kErrorTagExpression or kErrorParameter.
+// A tag from its layout: expressions parsed against the fields. kSuccess, kErrorTagExpression or
+// kErrorParameter.
 struct TagLayout;
 int MakeTag(const TagLayout& layout, std::span<const FieldInfo> fields, IndexTag* tag);
 
@@ -71,7 +72,8 @@ class IndexFile {
 
   IndexFile(std::unique_ptr<File> file, Clock& clock) : file_(std::move(file)), clock_(clock) {}
 
-  // Reads the directory and every tag. kSuccess, kErrorIndex, kErrorTagHeader, kErrorTagExpression or kErrorRead.
+  // Reads the directory and every tag. kSuccess, kErrorIndex, kErrorTagHeader, kErrorTagExpression or
+  // kErrorRead.
   int Open(std::span<const FieldInfo> fields);
 
   std::vector<std::unique_ptr<IndexTag>>& Tags() { return tags_; }
@@ -113,7 +115,8 @@ class IndexFile {
   // Raised by every change of any cached page; a remembered position is good while it stands.
   std::uint64_t Version() const { return version_; }
 
-  // The changed pages and headers of the unit, in ascending order of offset; the change counter is raised among them.
+  // The changed pages and headers of the unit, in ascending order of offset; the change counter is raised
+  // among them.
   bool IsDirty() const { return written_ && version_ != locked_version_; }
   using Sink = std::function<void(std::int64_t offset, const std::uint8_t* bytes, std::size_t length)>;
   void Collect(const Sink& sink);
@@ -130,8 +133,8 @@ class IndexFile {
   std::uint32_t End() const { return end_; }
   std::uint32_t Counter() const { return counter_; }
   void SetSizeLimit(std::int64_t limit) { size_limit_ = limit; }
-  // What a dead writer left in the journal: `recover` applies it, called before a lock is taken; `pending` says under
-  // the lock whether something is left.
+  // What a dead writer left in the journal: `recover` applies it, called before a lock is taken; `pending`
+  // says under the lock whether something is left.
   void SetRecovery(std::function<int()> recover, std::function<bool()> pending) {
     recover_ = std::move(recover);
     pending_ = std::move(pending);
@@ -157,7 +160,8 @@ class IndexFile {
   std::vector<std::unique_ptr<IndexNode>> nodes_;  // by offset / kPageBytes
   std::size_t cached_bytes_ = 0;
   std::vector<std::uint32_t> changed_;  // offsets of pages marked dirty in the unit
-  std::map<std::uint32_t, std::uint32_t> free_links_;  // pages freed in the unit, each with the next free page
+  std::map<std::uint32_t, std::uint32_t>
+      free_links_;  // pages freed in the unit, each with the next free page
 
   bool counter_known_ = false;
   std::uint32_t counter_ = 0;

@@ -13,7 +13,9 @@ constexpr int kAttributeLeaf = 2;
 constexpr int kLeafHead = 24;
 constexpr int kInteriorHead = 12;
 
-int CountBits(int key_length) { return std::bit_width(static_cast<unsigned>(key_length)); }
+int CountBits(int key_length) {
+  return std::bit_width(static_cast<unsigned>(key_length));
+}
 
 int TrailingFill(const std::uint8_t* key, int length, std::uint8_t fill) {
   int count = 0;
@@ -80,8 +82,8 @@ bool DecodeLeaf(const std::uint8_t* page, int count, IndexNode* node) {
     node->records[static_cast<std::size_t>(i)] = record;
     node->highest_record = std::max(node->highest_record, record);
   }
-  // Packed again at the same entry size, keys take at most the room they take now. Of another program's way of
-  // dividing an entry that is not known, so such a page must pass the test.
+  // Packed again at the same entry size, keys take at most the room they take now. Of another program's way
+  // of dividing an entry that is not known, so such a page must pass the test.
   node->packed_bytes = -1;
   const int count_bits = CountBits(length);
   const bool usual = duplicate_bits == count_bits && trailing_bits == count_bits &&
@@ -189,11 +191,14 @@ int IndexNode::UsedBytes() const {
   return Count() * LeafEntryBytes(key_length, highest_record, entry_bytes) + bytes;
 }
 
-bool IndexNode::Fits() const { return UsedBytes() <= (leaf ? kLeafRoom : kInteriorRoom); }
+bool IndexNode::Fits() const {
+  return UsedBytes() <= (leaf ? kLeafRoom : kInteriorRoom);
+}
 
 void EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
   std::memset(page, 0, kPageBytes);
-  Store16(page, static_cast<std::uint32_t>((is_root ? kAttributeRoot : 0) + (node.leaf ? kAttributeLeaf : 0)));
+  Store16(page,
+          static_cast<std::uint32_t>((is_root ? kAttributeRoot : 0) + (node.leaf ? kAttributeLeaf : 0)));
   Store16(page + 2, static_cast<std::uint32_t>(node.Count()));
   Store32(page + 4, node.left);
   Store32(page + 8, node.right);

@@ -1,15 +1,19 @@
 // The pages of a compound index (CDX), 512 bytes each, and their form in memory.
 //
-//   both      0-1 attributes (1 root, 2 leaf, summed), 2-3 number of keys, 4-7 left sibling, 8-11 right sibling
+//   both      0-1 attributes (1 root, 2 leaf, summed), 2-3 number of keys, 4-7 left sibling, 8-11 right
+//   sibling
 //             (0xFFFFFFFF none)
-//   interior  from 12 the entries: key at full length, record number (4, big-endian), child page (4, big-endian);
+//   interior  from 12 the entries: key at full length, record number (4, big-endian), child page (4,
+//   big-endian);
 //             an entry's key and record number are the highest of its child
-//   leaf      12-13 free bytes, 14-17 record number mask, 18 duplicate mask, 19 trailing mask, 20 record number bits,
-//             21 duplicate bits, 22 trailing bits, 23 bytes of one entry; from 24 the packed entries, low bits first:
-//             record number, duplicate count (bytes shared with the key before), trailing count (fill bytes cut
-//             off); the remaining key bytes stand at the page's end, first key last
+//   leaf      12-13 free bytes, 14-17 record number mask, 18 duplicate mask, 19 trailing mask, 20 record
+//   number bits,
+//             21 duplicate bits, 22 trailing bits, 23 bytes of one entry; from 24 the packed entries, low
+//             bits first: record number, duplicate count (bytes shared with the key before), trailing count
+//             (fill bytes cut off); the remaining key bytes stand at the page's end, first key last
 //
-// Order everywhere: by key bytes, then by record number. Fill bytes are blanks for text keys, zeros for numbers.
+// Order everywhere: by key bytes, then by record number. Fill bytes are blanks for text keys, zeros for
+// numbers.
 #pragma once
 
 #include <cstdint>
@@ -39,7 +43,8 @@ struct IndexNode {
   std::uint8_t fill = ' ';
   // Leaf: bytes that the keys take after packing, kept in step by Insert and Erase.
   int packed_bytes = 0;
-  // Leaf: the entry size at which the page was read, kept so that a page that was full still fits; 0 = a new page.
+  // Leaf: the entry size at which the page was read, kept so that a page that was full still fits; 0 = a new
+  // page.
   int entry_bytes = 0;
   std::uint32_t highest_record = 0;  // at least the highest record number in `records`
   std::vector<std::uint32_t> records;
@@ -76,8 +81,8 @@ struct IndexNode {
   void Repack();
 };
 
-// Bytes of one leaf entry: those it has (0 = the usual count for the key length), or more where the highest record
-// number needs them.
+// Bytes of one leaf entry: those it has (0 = the usual count for the key length), or more where the highest
+// record number needs them.
 int LeafEntryBytes(int key_length, std::uint32_t highest_record, int has = 0);
 // Room for entries and keys in a leaf, and for entries in an interior page.
 inline constexpr int kLeafRoom = kPageBytes - 24;

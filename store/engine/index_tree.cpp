@@ -73,8 +73,12 @@ int IndexTree::DescendEdge(bool last, IndexPlace* place) {
   return kErrorIndex;
 }
 
-int IndexTree::First(IndexPlace* place) { return DescendEdge(false, place); }
-int IndexTree::Last(IndexPlace* place) { return DescendEdge(true, place); }
+int IndexTree::First(IndexPlace* place) {
+  return DescendEdge(false, place);
+}
+int IndexTree::Last(IndexPlace* place) {
+  return DescendEdge(true, place);
+}
 
 int IndexTree::Sibling(IndexNode* from, bool right, IndexNode** to) {
   *to = nullptr;
@@ -175,8 +179,8 @@ int IndexTree::SettleGrowth(Path& path, std::size_t level) {
   }
 }
 
-// Where the right part begins: behind everything for keys that arrive in ascending order, so that pages fill up; else
-// in the middle. The left part always fits: it is what fitted before, or half of it.
+// Where the right part begins: behind everything for keys that arrive in ascending order, so that pages fill
+// up; else in the middle. The left part always fits: it is what fitted before, or half of it.
 int IndexTree::SplitPoint(const IndexNode& node) const {
   const int count = node.Count();
   if (node.right == kNoPage && node.leaf) return count - 1;

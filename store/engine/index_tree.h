@@ -1,6 +1,6 @@
 // One tag's keys as a balanced tree of pages: search, steps in order, insertion and removal.
-// Invariants: entries stand in the order (key, record number); an interior entry holds the highest entry of its child;
-// leaves are linked left and right; every page but the root holds at least one entry.
+// Invariants: entries stand in the order (key, record number); an interior entry holds the highest entry of
+// its child; leaves are linked left and right; every page but the root holds at least one entry.
 #pragma once
 
 #include <cstdint>
@@ -24,12 +24,13 @@ class IndexTree {
  public:
   IndexTree(IndexFile& file, IndexTag& tag) : file_(file), tag_(tag) {}
 
-  // All return kSuccess, IndexFile::kNeedsLock or an error code, and set the place (at the end when there is none).
+  // All return kSuccess, IndexFile::kNeedsLock or an error code, and set the place (at the end when there is
+  // none).
 
   int First(IndexPlace* place);
   int Last(IndexPlace* place);
-  // The first entry at or behind (key, record). With a partial key (shorter than the tag's) keys are compared on its
-  // length, and `record` counts only for a full key.
+  // The first entry at or behind (key, record). With a partial key (shorter than the tag's) keys are compared
+  // on its length, and `record` counts only for a full key.
   int LowerBound(const std::uint8_t* key, int length, std::uint32_t record, IndexPlace* place);
   // The last entry before (key, record), with partial keys as above.
   int Before(const std::uint8_t* key, int length, std::uint32_t record, IndexPlace* place);
@@ -37,7 +38,8 @@ class IndexTree {
   int Next(IndexPlace* place);
   int Previous(IndexPlace* place);
 
-  // Under the exclusive lock. Insert: kUnique when the very entry is there already. Remove: kNoRecord when it is not.
+  // Under the exclusive lock. Insert: kUnique when the very entry is there already. Remove: kNoRecord when it
+  // is not.
   int Insert(const std::uint8_t* key, std::uint32_t record);
   int Remove(const std::uint8_t* key, std::uint32_t record);
 
@@ -53,7 +55,8 @@ class IndexTree {
   int DescendEdge(bool last, IndexPlace* place);
   int Sibling(IndexNode* from, bool right, IndexNode** to);
 
-  // After the entries of path[level] changed: splits what no longer fits and carries new highest entries upwards.
+  // After the entries of path[level] changed: splits what no longer fits and carries new highest entries
+  // upwards.
   int SettleGrowth(Path& path, std::size_t level);
   int Split(IndexNode* node, IndexNode** right);
   int SplitPoint(const IndexNode& node) const;

@@ -31,7 +31,8 @@ TableFile* FindTable(Code4& code, const std::string& path) {
 void HookRecovery(Code4& code, TableFile& table) {
   if (table.Index() == nullptr) return;
   Journal& journal = code.JournalOf(table.Folder());
-  table.Index()->SetRecovery([&journal] { return journal.Recover(); }, [&journal] { return journal.HasOrphans(); });
+  table.Index()->SetRecovery([&journal] { return journal.Recover(); },
+                             [&journal] { return journal.HasOrphans(); });
 }
 
 }  // namespace
@@ -64,7 +65,9 @@ std::string TablePath(const Code4& code, std::string_view path) {
 
 // --- Settings ---
 
-std::unique_ptr<Code4> code4initVB(const EngineSetup& setup) { return std::make_unique<Code4>(setup); }
+std::unique_ptr<Code4> code4initVB(const EngineSetup& setup) {
+  return std::make_unique<Code4>(setup);
+}
 
 int code4close(Code4& code) {
   int result = kSuccess;
@@ -87,16 +90,32 @@ int code4errorCode(Code4& code, int value) {
   return previous;
 }
 
-int error4set(Code4& code, int value) { return code4errorCode(code, value); }
+int error4set(Code4& code, int value) {
+  return code4errorCode(code, value);
+}
 void code4errOff(Code4&, int) {}
 
-int code4lockAttempts(Code4& code, int attempts) { return std::exchange(code.lock_attempts, std::max(1, attempts)); }
-int code4accessMode(Code4& code, int mode) { return std::exchange(code.access_mode, mode); }
-int code4errDefaultUnique(Code4& code, int mode) { return std::exchange(code.default_unique, mode); }
-int code4safety(Code4& code, int on) { return std::exchange(code.safety, on); }
-int code4unlockAutoSetCB(Code4& code, int mode) { return std::exchange(code.unlock_auto, mode); }
-void code4dateFormatSet(Code4& code, std::string_view format) { code.date_format = format; }
-void code4largeOn(Code4& code) { code.large = true; }
+int code4lockAttempts(Code4& code, int attempts) {
+  return std::exchange(code.lock_attempts, std::max(1, attempts));
+}
+int code4accessMode(Code4& code, int mode) {
+  return std::exchange(code.access_mode, mode);
+}
+int code4errDefaultUnique(Code4& code, int mode) {
+  return std::exchange(code.default_unique, mode);
+}
+int code4safety(Code4& code, int on) {
+  return std::exchange(code.safety, on);
+}
+int code4unlockAutoSetCB(Code4& code, int mode) {
+  return std::exchange(code.unlock_auto, mode);
+}
+void code4dateFormatSet(Code4& code, std::string_view format) {
+  code.date_format = format;
+}
+void code4largeOn(Code4& code) {
+  code.large = true;
+}
 
 int code4unlock(Code4& code) {
   int result = kSuccess;
@@ -113,7 +132,9 @@ Data4* code4data(Code4& code, std::string_view alias) {
   return nullptr;
 }
 
-std::string code4lockUserId(Code4& code) { return code.lock_user; }
+std::string code4lockUserId(Code4& code) {
+  return code.lock_user;
+}
 
 // --- Tables ---
 
@@ -139,7 +160,9 @@ Data4* d4open(Code4& code, std::string_view path) {
   return AddHandle(code, *code.tables.back());
 }
 
-Data4* d4openClone(Data4& data) { return AddHandle(data.code, data.table); }
+Data4* d4openClone(Data4& data) {
+  return AddHandle(data.code, data.table);
+}
 
 int d4close(Data4* data) {
   Code4& code = data->code;
@@ -162,7 +185,8 @@ int d4close(Data4* data) {
 int d4remove(Data4* data) {
   Code4& code = data->code;
   if (!data->table.Exclusive() || data->table.handles > 1) return code.Fail(kErrorOpenRefused);
-  const std::vector<std::string> files = {data->table.Path(), data->table.IndexPath(), data->table.MemoPath()};
+  const std::vector<std::string> files = {data->table.Path(), data->table.IndexPath(),
+                                          data->table.MemoPath()};
   data->changed = data->appending = false;
   QuietJournal quiet(code, data->table.Folder());
   int rc = quiet.Begin();
@@ -173,11 +197,23 @@ int d4remove(Data4* data) {
   return code.Fail(rc);
 }
 
-int d4headerCheck(Data4& data) { return data.code.Fail(data.table.CheckCount()); }
-std::string d4fileName(const Data4& data) { return data.table.Path(); }
-std::string d4alias(const Data4& data) { return ToUpper(BaseNameOf(data.table.Path())); }
-bool d4exclusive(const Data4& data) { return data.table.Exclusive(); }
-int d4recordLength(const Data4& data) { return data.table.Header().record_length; }
-bool d4hasIndex(const Data4& data) { return data.table.Index() != nullptr; }
+int d4headerCheck(Data4& data) {
+  return data.code.Fail(data.table.CheckCount());
+}
+std::string d4fileName(const Data4& data) {
+  return data.table.Path();
+}
+std::string d4alias(const Data4& data) {
+  return ToUpper(BaseNameOf(data.table.Path()));
+}
+bool d4exclusive(const Data4& data) {
+  return data.table.Exclusive();
+}
+int d4recordLength(const Data4& data) {
+  return data.table.Header().record_length;
+}
+bool d4hasIndex(const Data4& data) {
+  return data.table.Index() != nullptr;
+}
 
 }  // namespace tallwick::engine

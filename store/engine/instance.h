@@ -58,18 +58,19 @@ class Data4 {
   std::vector<std::unique_ptr<Tag4>> tags;
   Tag4* selected = nullptr;
 
-  std::vector<std::uint8_t> buffer;         // the record as the caller sees and changes it
-  const std::uint8_t* view = nullptr;       // the buffer, or the record's place in a read-ahead block
-  std::uint32_t record = 0;                 // 0 none; count + 1 at the end
+  std::vector<std::uint8_t> buffer;    // the record as the caller sees and changes it
+  const std::uint8_t* view = nullptr;  // the buffer, or the record's place in a read-ahead block
+  std::uint32_t record = 0;            // 0 none; count + 1 at the end
   bool changed = false;
   bool appending = false;
   bool eof = false;
   bool bof = false;
-  bool wrote_in_unit = false;               // what it shows may be undone by a rollback
-  bool unlock_at_end = false;               // unlocked within a unit: the locks go when it ends
+  bool wrote_in_unit = false;  // what it shows may be undone by a rollback
+  bool unlock_at_end = false;  // unlocked within a unit: the locks go when it ends
   std::map<int, std::pair<MemoFile::Kind, std::string>> memos;  // assigned, not yet written; by field number
 
-  // Where the handle stands in the selected tag: the entry, and its page while the index is at `place_version`.
+  // Where the handle stands in the selected tag: the entry, and its page while the index is at
+  // `place_version`.
   std::vector<std::uint8_t> place_key;
   std::uint32_t place_record = 0;
   IndexPlace place;
@@ -105,7 +106,7 @@ class Code4 {
 
   // --- Unit of work ---
   int unit_depth = 0;
-  int unit_failure = 0;              // the error that makes the unit impossible to commit
+  int unit_failure = 0;  // the error that makes the unit impossible to commit
   Journal* unit_journal = nullptr;
   std::vector<TableFile*> unit_tables;
 
@@ -127,8 +128,8 @@ class UnitScope {
   ~UnitScope();
   UnitScope(const UnitScope&) = delete;
   UnitScope& operator=(const UnitScope&) = delete;
-  // Ends the scope: commits on success. `begun` says that files were already changed in memory, so that a failure makes
-  // the surrounding unit impossible to commit.
+  // Ends the scope: commits on success. `begun` says that files were already changed in memory, so that a
+  // failure makes the surrounding unit impossible to commit.
   int End(int rc, bool begun);
 
  private:
@@ -136,9 +137,9 @@ class UnitScope {
   bool ended_ = false;
 };
 
-// While it lives, the folder's journal is empty, its tables are flushed, and no workstation writes: for work that
-// replaces whole files, to which entries of the journal must never be applied. A folder without a journal stays
-// without.
+// While it lives, the folder's journal is empty, its tables are flushed, and no workstation writes: for work
+// that replaces whole files, to which entries of the journal must never be applied. A folder without a
+// journal stays without.
 class QuietJournal {
  public:
   QuietJournal(Code4& code, std::string folder) : code_(code), folder_(std::move(folder)) {}

@@ -114,8 +114,8 @@ class PayloadReader {
 
 // A name that stays in the folder.
 bool IsPlainName(std::string_view name) {
-  return !name.empty() && name != "." && name != ".." && name.find_first_of("/\\:") == std::string_view::npos &&
-         name.find('\0') == std::string_view::npos;
+  return !name.empty() && name != "." && name != ".." &&
+         name.find_first_of("/\\:") == std::string_view::npos && name.find('\0') == std::string_view::npos;
 }
 
 bool ParsePayload(std::span<const std::uint8_t> payload, std::vector<JournalFileChange>* changes) {
@@ -145,12 +145,15 @@ bool ParsePayload(std::span<const std::uint8_t> payload, std::vector<JournalFile
 }
 
 bool IsIndexName(std::string_view name) {
-  return name.size() > 4 && (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
+  return name.size() > 4 &&
+         (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
 }
 
 }  // namespace
 
-std::string Journal::PathOf(std::string_view name) const { return folder_ + "/" + std::string(name); }
+std::string Journal::PathOf(std::string_view name) const {
+  return folder_ + "/" + std::string(name);
+}
 
 // --- Attaching and leaving ---
 
@@ -310,7 +313,8 @@ bool Journal::ReadEntry(std::int64_t position, std::vector<std::uint8_t>* payloa
   *next = position + kEntryHead + static_cast<std::int64_t>(length);
   if (*next > size) return false;
   payload->resize(length);
-  if (file_->ReadAt(position + kEntryHead, payload->data(), payload->size()) != static_cast<std::int64_t>(length)) {
+  if (file_->ReadAt(position + kEntryHead, payload->data(), payload->size()) !=
+      static_cast<std::int64_t>(length)) {
     return false;
   }
   return Checksum(*payload) == Load64(&head[12]);
@@ -394,7 +398,8 @@ int Journal::Checkpoint() {
     }
     if (rc = file->Flush(); rc != kSuccess) return rc;
   }
-  // The mark goes first: entries found behind it would be applied again, which is harmless; the reverse is not.
+  // The mark goes first: entries found behind it would be applied again, which is harmless; the reverse is
+  // not.
   if (const int rc = WriteApplied(kHeaderBytes); rc != kSuccess) return rc;
   if (const int rc = file_->Truncate(kHeaderBytes); rc != kSuccess) return rc;
   end_ = kHeaderBytes;

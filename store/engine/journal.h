@@ -3,16 +3,18 @@
 // File ESCROW_UNITS.JNL beside the tables:
 //   header   64 bytes: 0 "TWKJRNL1", 8 (8 bytes) end of the entries applied to the tables so far
 //   entry    0 "TWKE", 4 (8) payload length, 12 (8) FNV-1a checksum of the payload, 20 the payload:
-//            2 count of files, and for each: 2 length of the name, the name (within the folder), 4 count of extents,
-//            and for each: 8 offset in the file, 4 length, the bytes
+//            2 count of files, and for each: 2 length of the name, the name (within the folder), 4 count of
+//            extents, and for each: 8 offset in the file, 4 length, the bytes
 //
-// States of an entry: written (not yet flushed: the unit never happened) -> flushed (the unit happened, whatever comes)
-// -> applied (its bytes are in the tables, perhaps not flushed) -> dropped (the tables are flushed, the journal emptied).
-// Entries are physical new bytes, so applying one again does no harm, in order from the oldest.
+// States of an entry: written (not yet flushed: the unit never happened) -> flushed (the unit happened,
+// whatever comes)
+// -> applied (its bytes are in the tables, perhaps not flushed) -> dropped (the tables are flushed, the
+// journal emptied). Entries are physical new bytes, so applying one again does no harm, in order from the
+// oldest.
 //
-// Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to its end: one
-// writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal open, so that whoever
-// gets it exclusively knows to be alone.
+// Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
+// its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
+// open, so that whoever gets it exclusively knows to be alone.
 #pragma once
 
 #include <cstdint>
@@ -34,7 +36,7 @@ struct JournalExtent {
 };
 
 struct JournalFileChange {
-  std::string name;     // within the folder
+  std::string name;      // within the folder
   File* open = nullptr;  // where to apply it; null while recovering
   std::vector<JournalExtent> extents;
 };
@@ -48,24 +50,25 @@ class Journal {
   Journal(const Journal&) = delete;
   Journal& operator=(const Journal&) = delete;
 
-  // Before the folder's tables are read: attaches to a journal that exists and finishes what it holds. A folder
-  // without one stays without. kSuccess or an error code.
+  // Before the folder's tables are read: attaches to a journal that exists and finishes what it holds. A
+  // folder without one stays without. kSuccess or an error code.
   int Attach();
-  // Finishes what a dead writer left behind; nothing while a live writer is at work. Cheap when there is nothing.
+  // Finishes what a dead writer left behind; nothing while a live writer is at work. Cheap when there is
+  // nothing.
   int Recover();
   // True when flushed entries wait that no live writer will apply.
   bool HasOrphans();
 
-  // Takes the writer's lock (making the journal where it is missing), after recovering. kLocked when another writer
-  // keeps it too long.
+  // Takes the writer's lock (making the journal where it is missing), after recovering. kLocked when another
+  // writer keeps it too long.
   int BeginWriting();
   void EndWriting();
-  // As BeginWriting, and with every entry applied, the tables flushed and the journal empty. A folder without a
-  // journal stays without: then nobody is kept from writing.
+  // As BeginWriting, and with every entry applied, the tables flushed and the journal empty. A folder without
+  // a journal stays without: then nobody is kept from writing.
   int Settle();
   bool IsWriting() const { return writing_; }
-  // One flush: afterwards the changes are durable. Then applies them. When it fails before that point the journal is
-  // as it was and nothing has changed.
+  // One flush: afterwards the changes are durable. Then applies them. When it fails before that point the
+  // journal is as it was and nothing has changed.
   int Commit(const std::vector<JournalFileChange>& changes);
 
   const std::string& Folder() const { return folder_; }

@@ -54,7 +54,8 @@ int MemoFile::Read(std::uint32_t block, std::string* text) {
   std::uint32_t length = 0;
   if (const int rc = ReadHead(block, &length); rc != kSuccess) return rc;
   text->resize(length);
-  const std::int64_t at = static_cast<std::int64_t>(block) * block_size_ + static_cast<std::int64_t>(kMemoHead);
+  const std::int64_t at =
+      static_cast<std::int64_t>(block) * block_size_ + static_cast<std::int64_t>(kMemoHead);
   if (file_.ReadAt(at, text->data(), length) == static_cast<std::int64_t>(length)) return kSuccess;
   text->clear();
   return kErrorMemo;
@@ -85,7 +86,8 @@ int MemoFile::Write(std::uint32_t* block, std::string_view text, Kind kind, std:
     const std::int64_t length = file_.Size();
     if (length < 0) return kErrorMemo;
     const auto behind = static_cast<std::uint64_t>((length + block_size_ - 1) / block_size_);
-    const std::uint64_t first = std::max<std::uint64_t>({NextFree(), behind, (kHeaderBytes + size - 1) / size});
+    const std::uint64_t first =
+        std::max<std::uint64_t>({NextFree(), behind, (kHeaderBytes + size - 1) / size});
     if (first + blocks > 0xFFFFFFFFU || static_cast<std::int64_t>((first + blocks) * size) > may_grow) {
       return kErrorTooLarge;
     }

@@ -1,9 +1,11 @@
 // A memo file (FPT), big-endian.
-//   header   512 bytes: 0-3 number of the next free block, 6-7 block size (64 for new files; any from 1 is read, and
+//   header   512 bytes: 0-3 number of the next free block, 6-7 block size (64 for new files; any from 1 is
+//   read, and
 //            0 means 512 in files of some writers)
 //   block k  starts at k * block size
 //   memo     4 bytes type (1 text, 0 binary), 4 bytes length, the data, padded up to the block size
-// A memo is rewritten in place when its blocks hold it, else appended; blocks given up are reclaimed by a pack.
+// A memo is rewritten in place when its blocks hold it, else appended; blocks given up are reclaimed by a
+// pack.
 #pragma once
 
 #include <cstdint>
@@ -35,8 +37,9 @@ class MemoFile {
   int Read(std::uint32_t block, std::string* text);
   // The blocks a memo takes. kSuccess or kErrorMemo.
   int Measure(std::uint32_t block, Extent* extent);
-  // Stages a memo in place of the one at `*block` (0 = none) and sets `*block` to where it lies now; an empty text
-  // gives 0. `may_grow` is the greatest length the file may have. kSuccess, kErrorMemo or kErrorTooLarge.
+  // Stages a memo in place of the one at `*block` (0 = none) and sets `*block` to where it lies now; an empty
+  // text gives 0. `may_grow` is the greatest length the file may have. kSuccess, kErrorMemo or
+  // kErrorTooLarge.
   int Write(std::uint32_t* block, std::string_view text, Kind kind, std::int64_t may_grow);
 
   std::uint32_t NextFree();

@@ -1,5 +1,6 @@
 // Moving a handle: by record number, in a tag's order, and by seeking keys.
-// A descending tag is stored ascending and walked backwards, so "forward" below means the direction the caller sees.
+// A descending tag is stored ascending and walked backwards, so "forward" below means the direction the
+// caller sees.
 #include <algorithm>
 #include <array>
 #include <charconv>
@@ -12,8 +13,12 @@
 namespace tallwick::engine {
 namespace {
 
-IndexFile& IndexOf(Data4& data) { return *data.table.Index(); }
-IndexTag& TagOf(Data4& data) { return *data.selected->tag; }
+IndexFile& IndexOf(Data4& data) {
+  return *data.table.Index();
+}
+IndexTag& TagOf(Data4& data) {
+  return *data.selected->tag;
+}
 
 void Remember(Data4& data, const IndexPlace& place) {
   data.place = place;
@@ -22,7 +27,9 @@ void Remember(Data4& data, const IndexPlace& place) {
   data.place_key.assign(place.Key(), place.Key() + TagOf(data).shape.length);
 }
 
-int Step(IndexTree& tree, bool up, IndexPlace* place) { return up ? tree.Next(place) : tree.Previous(place); }
+int Step(IndexTree& tree, bool up, IndexPlace* place) {
+  return up ? tree.Next(place) : tree.Previous(place);
+}
 
 // Loads the record of a place and remembers where it stands.
 int Arrive(Data4& data, const IndexPlace& place) {
@@ -47,8 +54,8 @@ int GoEdge(Data4& data, bool front) {
   return rc;
 }
 
-// Finds the handle's present entry again after the index changed, or after a move by record number. `*exact` is false
-// when it is gone: then the place is the next entry in tree order (or the end).
+// Finds the handle's present entry again after the index changed, or after a move by record number. `*exact`
+// is false when it is gone: then the place is the next entry in tree order (or the end).
 int FindAgain(Data4& data, IndexTree& tree, IndexPlace* place, bool* exact) {
   if (data.place_record != data.record || data.place_record == 0) {
     std::array<std::uint8_t, kMaxKeyLength> key{};
@@ -66,8 +73,8 @@ int FindAgain(Data4& data, IndexTree& tree, IndexPlace* place, bool* exact) {
   return kSuccess;
 }
 
-// Moves `count` entries in tree order. Where the end of the tree came first, *left is what could not be moved and the
-// handle is on the last entry before it, if there is one.
+// Moves `count` entries in tree order. Where the end of the tree came first, *left is what could not be moved
+// and the handle is on the last entry before it, if there is one.
 int StepMany(Data4& data, bool up, std::int64_t count, std::int64_t* left) {
   IndexTree tree(IndexOf(data), TagOf(data));
   IndexPlace place;
@@ -170,7 +177,8 @@ bool StartsWith(const IndexPlace& place, const std::vector<std::uint8_t>& key) {
 }
 
 // The first entry in walking order at or behind the key.
-int FindInWalk(IndexTree& tree, const IndexTag& tag, const std::vector<std::uint8_t>& key, IndexPlace* place) {
+int FindInWalk(IndexTree& tree, const IndexTag& tag, const std::vector<std::uint8_t>& key,
+               IndexPlace* place) {
   const int length = static_cast<int>(key.size());
   if (!tag.descending) return tree.LowerBound(key.data(), length, 0, place);
   // Walking down: the last entry that begins with the key or stands before it.
@@ -276,7 +284,9 @@ int d4seek(Data4& data, std::string_view key) {
   return SeekKey(data, KeyFromText(TagOf(data), key));
 }
 
-int d4seekN(Data4& data, std::string_view key, std::size_t length) { return d4seek(data, key.substr(0, length)); }
+int d4seekN(Data4& data, std::string_view key, std::size_t length) {
+  return d4seek(data, key.substr(0, length));
+}
 
 int d4seekDouble(Data4& data, double key) {
   if (!TakesNumbers(data)) return data.code.Fail(kErrorParameter);
@@ -313,7 +323,9 @@ void d4tagSelect(Data4& data, Tag4* tag) {
   data.ForgetPlace();
 }
 
-Tag4* d4tagSelected(const Data4& data) { return data.selected; }
+Tag4* d4tagSelected(const Data4& data) {
+  return data.selected;
+}
 
 Tag4* d4tagNext(Data4& data, Tag4* tag) {
   if (tag == nullptr) return data.tags.empty() ? nullptr : data.tags.front().get();
@@ -323,22 +335,35 @@ Tag4* d4tagNext(Data4& data, Tag4* tag) {
   return nullptr;
 }
 
-std::string t4alias(const Tag4& tag) { return tag.tag->name; }
-std::string t4exprCB(const Tag4& tag) { return tag.tag->key_text; }
-std::string t4filterCB(const Tag4& tag) { return tag.tag->filter_text; }
-int t4unique(const Tag4& tag) { return tag.unique_mode; }
+std::string t4alias(const Tag4& tag) {
+  return tag.tag->name;
+}
+std::string t4exprCB(const Tag4& tag) {
+  return tag.tag->key_text;
+}
+std::string t4filterCB(const Tag4& tag) {
+  return tag.tag->filter_text;
+}
+int t4unique(const Tag4& tag) {
+  return tag.unique_mode;
+}
 
 int t4uniqueSetVB(Tag4& tag, int mode) {
   // A tag that was made without uniqueness may hold the same key twice, so it cannot become unique.
-  if (mode != 0 && mode != kUnique && mode != kUniqueContinue && mode > 0) return tag.data->code.Fail(kErrorParameter);
+  if (mode != 0 && mode != kUnique && mode != kUniqueContinue && mode > 0)
+    return tag.data->code.Fail(kErrorParameter);
   if (!tag.tag->unique && mode != 0) return tag.data->code.Fail(kErrorParameter);
   const int previous = tag.unique_mode;
   tag.unique_mode = mode;
   return previous;
 }
 
-bool t4descending(const Tag4& tag) { return tag.tag->descending; }
-int t4keyLength(const Tag4& tag) { return tag.tag->shape.length; }
+bool t4descending(const Tag4& tag) {
+  return tag.tag->descending;
+}
+int t4keyLength(const Tag4& tag) {
+  return tag.tag->shape.length;
+}
 
 void d4readAhead(Data4& data, bool on) {
   data.Own();

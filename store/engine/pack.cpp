@@ -1,4 +1,5 @@
-// Packing a table: live records, their memos and a new index, written beside the old files and then put in their place.
+// Packing a table: live records, their memos and a new index, written beside the old files and then put in
+// their place.
 #include <array>
 #include <cstring>
 
@@ -14,7 +15,8 @@ constexpr std::uint32_t kBlockRecords = 512;
 // Writes the packed form of a table's data and memo files.
 class Packer {
  public:
-  Packer(Code4& code, TableFile& table, const Progress& progress) : code_(code), table_(table), progress_(progress) {}
+  Packer(Code4& code, TableFile& table, const Progress& progress)
+      : code_(code), table_(table), progress_(progress) {}
 
   int Run() {
     int rc = OpenNew();
@@ -23,8 +25,10 @@ class Packer {
     const auto length = static_cast<std::size_t>(table_.Header().record_length);
     std::vector<std::uint8_t> block(kBlockRecords * length);
     for (std::int64_t first = 1; first <= count && rc == kSuccess; first += kBlockRecords) {
-      const auto wanted = static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count - first + 1));
-      if (table_.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted) return kErrorRead;
+      const auto wanted =
+          static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count - first + 1));
+      if (table_.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted)
+        return kErrorRead;
       rc = PackBlock(block.data(), wanted);
       const auto done = static_cast<std::uint32_t>(first) + wanted - 1;
       if (rc == kSuccess && progress_ && !progress_(done, static_cast<std::uint32_t>(count))) rc = kStopped;
@@ -113,8 +117,8 @@ class Packer {
     if (table_.Data().ReadAt(0, head.data(), length) != static_cast<std::int64_t>(length)) return kErrorRead;
     Store32(&head[4], count_);
     int rc = data_->WriteAt(0, head.data(), head.size());
-    const std::int64_t end = static_cast<std::int64_t>(length) +
-                             static_cast<std::int64_t>(count_) * table_.Header().record_length;
+    const std::int64_t end =
+        static_cast<std::int64_t>(length) + static_cast<std::int64_t>(count_) * table_.Header().record_length;
     if (rc == kSuccess) rc = data_->WriteAt(end, &kEndOfFileMark, 1);
     if (rc == kSuccess) rc = data_->Flush();
     if (rc == kSuccess && memo_) rc = memo_->Staged().Raw().Flush();

@@ -28,7 +28,8 @@ struct TagChange {
 
 bool SameKey(const TagChange& change) {
   const auto length = static_cast<std::size_t>(change.tag->tag->shape.length);
-  return change.had == change.has && (!change.had || std::memcmp(change.old_key.data(), change.new_key.data(), length) == 0);
+  return change.had == change.has &&
+         (!change.had || std::memcmp(change.old_key.data(), change.new_key.data(), length) == 0);
 }
 
 std::vector<TagChange> PlanChanges(Data4& data, const std::uint8_t* old_record, std::uint32_t number) {
@@ -43,8 +44,8 @@ std::vector<TagChange> PlanChanges(Data4& data, const std::uint8_t* old_record, 
   return plan;
 }
 
-// Whether another record holds the key already. Decides by the tag's mode: kSuccess to go on (the key may have been
-// dropped from the plan), kUnique or the mode's error to refuse.
+// Whether another record holds the key already. Decides by the tag's mode: kSuccess to go on (the key may
+// have been dropped from the plan), kUnique or the mode's error to refuse.
 int CheckUnique(Data4& data, TagChange* change, std::uint32_t number) {
   if (!change->has || change->tag->unique_mode == 0) return kSuccess;
   IndexTag& tag = *change->tag->tag;
@@ -92,7 +93,8 @@ int WriteMemos(Data4& data) {
       block = Load32(place);
     } else {
       for (int i = 0; i < info.width; ++i) {
-        if (place[i] >= '0' && place[i] <= '9') block = block * 10 + static_cast<std::uint32_t>(place[i] - '0');
+        if (place[i] >= '0' && place[i] <= '9')
+          block = block * 10 + static_cast<std::uint32_t>(place[i] - '0');
       }
     }
     const int rc = data.table.Memo()->Write(&block, memo.second, memo.first, data.table.SizeLimit());
@@ -313,7 +315,8 @@ void d4blank(Data4& data) {
   std::memset(record, ' ', data.buffer.size());
   record[0] = kLiveMark;
   for (const Field4& field : data.fields) {
-    const bool binary = std::strchr("BIYT", field.info.type) != nullptr || (field.info.type == 'M' && field.info.width == 4);
+    const bool binary =
+        std::strchr("BIYT", field.info.type) != nullptr || (field.info.type == 'M' && field.info.width == 4);
     if (binary) std::memset(record + field.info.offset, 0, static_cast<std::size_t>(field.info.width));
   }
   if (!data.appending) data.changed = true;
@@ -365,16 +368,22 @@ void d4recall(Data4& data) {
   data.changed = true;
 }
 
-bool d4deleted(const Data4& data) { return data.view[0] == kDeletedMark; }
+bool d4deleted(const Data4& data) {
+  return data.view[0] == kDeletedMark;
+}
 
-int d4flush(Data4& data) { return WriteChanges(data); }
+int d4flush(Data4& data) {
+  return WriteChanges(data);
+}
 
 int d4lockVB(Data4& data, std::uint32_t record) {
   if (record == 0) return kSuccess;
   return data.code.Fail(data.table.LockRecord(&data, record, data.code.lock_attempts));
 }
 
-int d4lockFile(Data4& data) { return data.code.Fail(data.table.LockWhole(&data, data.code.lock_attempts)); }
+int d4lockFile(Data4& data) {
+  return data.code.Fail(data.table.LockWhole(&data, data.code.lock_attempts));
+}
 
 int d4unlock(Data4& data) {
   const int rc = data.appending ? static_cast<int>(kSuccess) : WriteChanges(data);
@@ -395,12 +404,20 @@ int d4refreshRecord(Data4& data) {
   return data.code.Fail(LoadRecord(data, record));
 }
 
-std::uint32_t d4recNoLow(const Data4& data) { return data.record; }
+std::uint32_t d4recNoLow(const Data4& data) {
+  return data.record;
+}
 
-std::span<const std::uint8_t> d4record(const Data4& data) { return {data.view, data.buffer.size()}; }
+std::span<const std::uint8_t> d4record(const Data4& data) {
+  return {data.view, data.buffer.size()};
+}
 
-bool d4eof(const Data4& data) { return data.eof; }
-bool d4bof(const Data4& data) { return data.bof; }
+bool d4eof(const Data4& data) {
+  return data.eof;
+}
+bool d4bof(const Data4& data) {
+  return data.bof;
+}
 
 std::uint32_t d4recCountDo(Data4& data) {
   const std::int64_t count = data.table.RecordCount();

@@ -50,7 +50,8 @@ void StagedFile::Stage(std::int64_t offset, const void* bytes, std::size_t lengt
   bool joined = false;
   if (target != extents_.begin()) {
     --target;
-    const bool touches = End(*target) > offset || (End(*target) == offset && target->second.size() < kJoinLimit);
+    const bool touches =
+        End(*target) > offset || (End(*target) == offset && target->second.size() < kJoinLimit);
     if (touches) {
       if (End(*target) < end) target->second.resize(static_cast<std::size_t>(end - target->first));
       std::memcpy(target->second.data() + (offset - target->first), in, length);

@@ -1,5 +1,6 @@
-// A file whose writes stay in memory until the unit of work they belong to is committed. Reads see the staged bytes.
-// Invariant: staged extents never overlap, and the file itself is not touched before the commit hands them out.
+// A file whose writes stay in memory until the unit of work they belong to is committed. Reads see the staged
+// bytes. Invariant: staged extents never overlap, and the file itself is not touched before the commit hands
+// them out.
 #pragma once
 
 #include <cstdint>

@@ -19,7 +19,8 @@ constexpr int kCountWaitMs = 5;
 
 }  // namespace
 
-std::string TableFile::SiblingPath(const FileSystem& paths, const std::string& path, std::string_view extension) {
+std::string TableFile::SiblingPath(const FileSystem& paths, const std::string& path,
+                                   std::string_view extension) {
   const std::size_t slash = path.find_last_of("/\\");
   const std::size_t dot = path.rfind('.');
   const bool has_extension = dot != std::string::npos && (slash == std::string::npos || dot > slash);
@@ -28,9 +29,8 @@ std::string TableFile::SiblingPath(const FileSystem& paths, const std::string& p
   const std::string own = has_extension ? path.substr(dot + 1) : std::string();
   const bool upper = std::any_of(own.begin(), own.end(), [](char c) { return c >= 'A' && c <= 'Z'; });
   std::string ending(extension);
-  std::transform(ending.begin(), ending.end(), ending.begin(), [&](char c) {
-    return static_cast<char>(upper ? std::toupper(c) : std::tolower(c));
-  });
+  std::transform(ending.begin(), ending.end(), ending.begin(),
+                 [&](char c) { return static_cast<char>(upper ? std::toupper(c) : std::tolower(c)); });
   return paths.PlatformPath(base + "." + ending);
 }
 
@@ -51,7 +51,8 @@ std::string TableFile::Folder() const {
 }
 
 int TableFile::TakePresence() {
-  const int rc = data_->Raw().Lock(kPresenceAt, 1, access_.exclusive ? LockKind::kExclusive : LockKind::kShared);
+  const int rc =
+      data_->Raw().Lock(kPresenceAt, 1, access_.exclusive ? LockKind::kExclusive : LockKind::kShared);
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
 }
 
@@ -172,7 +173,9 @@ std::int64_t TableFile::RecordLockAt(std::uint32_t record) const {
   return header_.has_index ? kIndexedBase - record : kPlainBase + RecordOffset(record);
 }
 
-std::int64_t TableFile::AppendLockAt() const { return header_.has_index ? kIndexedBase : kPlainBase; }
+std::int64_t TableFile::AppendLockAt() const {
+  return header_.has_index ? kIndexedBase : kPlainBase;
+}
 
 int TableFile::Try(std::int64_t offset, std::int64_t length, int attempts) {
   int rc = kLocked;

@@ -1,10 +1,11 @@
-// One table of an engine instance: its data, index and memo files, shared by every handle on it, and who locked what.
+// One table of an engine instance: its data, index and memo files, shared by every handle on it, and who
+// locked what.
 //
 // Locks (beyond the data, where the other programs on the share expect them):
-//   record n           with a CDX 0x7FFFFFFE - n, 1 byte; without 0x40000000 + its place in the file, its length
-//   whole file         with a CDX 0x7FFFFFFE - 0x07FFFFFF, 0x07FFFFFF bytes; without 0x40000000 + 1, 0x3FFFFFFE bytes
-//   header and append  with a CDX 0x7FFFFFFE; without 0x40000000; 1 byte
-//   presence           0x7FFFFFFF, 1 byte: shared while the table is open, exclusive for exclusive access
+//   record n           with a CDX 0x7FFFFFFE - n, 1 byte; without 0x40000000 + its place in the file, its
+//   length whole file         with a CDX 0x7FFFFFFE - 0x07FFFFFF, 0x07FFFFFF bytes; without 0x40000000 + 1,
+//   0x3FFFFFFE bytes header and append  with a CDX 0x7FFFFFFE; without 0x40000000; 1 byte presence
+//   0x7FFFFFFF, 1 byte: shared while the table is open, exclusive for exclusive access
 #pragma once
 
 #include <cstdint>
@@ -29,14 +30,15 @@ inline constexpr std::int64_t kLargeFileLimit = std::int64_t{1} << 40;
 
 class TableFile {
  public:
-  // Opens the files of a table. `path` is the data file's, in the platform's form. With `without_index` the index is
-  // neither opened nor expected. Null with *code set on failure.
+  // Opens the files of a table. `path` is the data file's, in the platform's form. With `without_index` the
+  // index is neither opened nor expected. Null with *code set on failure.
   struct Access {
     bool exclusive = false;
     bool large = false;
     bool without_index = false;
   };
-  static std::unique_ptr<TableFile> Open(const EngineSetup& setup, const std::string& path, Access access, int* code);
+  static std::unique_ptr<TableFile> Open(const EngineSetup& setup, const std::string& path, Access access,
+                                         int* code);
   ~TableFile();
 
   const std::string& Path() const { return path_; }
@@ -44,7 +46,8 @@ class TableFile {
   const std::string& MemoPath() const { return memo_path_; }
   std::string Folder() const;
   // Another file of the table: same base name, another extension, found whatever its case.
-  static std::string SiblingPath(const FileSystem& paths, const std::string& path, std::string_view extension);
+  static std::string SiblingPath(const FileSystem& paths, const std::string& path,
+                                 std::string_view extension);
 
   const TableHeader& Header() const { return header_; }
   bool Exclusive() const { return access_.exclusive; }
@@ -78,8 +81,8 @@ class TableFile {
   bool IsDirty() const;
   void Discard();
 
-  // After the index file was replaced, and after all files were: then with the opened new table, whose presence lock
-  // is kept.
+  // After the index file was replaced, and after all files were: then with the opened new table, whose
+  // presence lock is kept.
   int ReopenIndex();
   int Adopt(std::unique_ptr<TableFile> fresh);
 

@@ -16,16 +16,21 @@ constexpr std::uint8_t kCodePage1252 = 0x03;
 constexpr std::uint8_t kDescriptorsEnd = 0x0D;
 constexpr std::size_t kNameBytes = 11;
 
-bool IsTableVersion(std::uint8_t version) { return version == 0x03 || version == 0xF5 || version == 0x30; }
+bool IsTableVersion(std::uint8_t version) {
+  return version == 0x03 || version == 0xF5 || version == 0x30;
+}
 
 bool IsFieldName(const std::string& name) {
   if (name.empty()) return false;
   return std::all_of(name.begin(), name.end(), [](char c) {
-    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' || (static_cast<unsigned char>(c) >= 0x80);
+    return (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
+           (static_cast<unsigned char>(c) >= 0x80);
   });
 }
 
-bool IsKnownType(char type) { return std::strchr("CNFDLMBIYTGPQVW0", type) != nullptr && type != '\0'; }
+bool IsKnownType(char type) {
+  return std::strchr("CNFDLMBIYTGPQVW0", type) != nullptr && type != '\0';
+}
 
 bool ParseDescriptor(const std::uint8_t* bytes, int offset, FieldInfo* field) {
   const auto* name = reinterpret_cast<const char*>(bytes);
@@ -42,16 +47,25 @@ bool ParseDescriptor(const std::uint8_t* bytes, int offset, FieldInfo* field) {
 }
 
 bool IsValidLayout(const FieldLayout& field) {
-  if (field.name.empty() || field.name.size() >= kNameBytes || !IsFieldName(ToUpper(field.name))) return false;
+  if (field.name.empty() || field.name.size() >= kNameBytes || !IsFieldName(ToUpper(field.name)))
+    return false;
   switch (field.type) {
-    case 'C': return field.width >= 1 && field.width <= 65000 && field.decimals == 0;
+    case 'C':
+      return field.width >= 1 && field.width <= 65000 && field.decimals == 0;
     case 'N':
-    case 'F': return field.width >= 1 && field.width <= 20 && (field.decimals == 0 || field.decimals <= field.width - 2);
-    case 'D': return field.width == 8;
-    case 'L': return field.width == 1;
-    case 'M': return field.width == 10;
-    case 'B': return field.width == 8;
-    default: return false;
+    case 'F':
+      return field.width >= 1 && field.width <= 20 &&
+             (field.decimals == 0 || field.decimals <= field.width - 2);
+    case 'D':
+      return field.width == 8;
+    case 'L':
+      return field.width == 1;
+    case 'M':
+      return field.width == 10;
+    case 'B':
+      return field.width == 8;
+    default:
+      return false;
   }
 }
 
@@ -80,7 +94,8 @@ int ParseTableHeader(std::span<const std::uint8_t> bytes, TableHeader* header) {
     if (at >= length) return kErrorDataStructure;
     if (bytes[static_cast<std::size_t>(at)] == kDescriptorsEnd) break;
     FieldInfo field;
-    if (at + kDescriptorBytes > length || !ParseDescriptor(&bytes[static_cast<std::size_t>(at)], offset, &field)) {
+    if (at + kDescriptorBytes > length ||
+        !ParseDescriptor(&bytes[static_cast<std::size_t>(at)], offset, &field)) {
       return kErrorDataStructure;
     }
     offset += field.width;
@@ -88,7 +103,8 @@ int ParseTableHeader(std::span<const std::uint8_t> bytes, TableHeader* header) {
     header->fields.push_back(std::move(field));
   }
   header->has_memo = memo_field && header->version != 0x03;
-  const bool fits = offset == header->record_length && !header->fields.empty() && header->fields.size() <= kMaxFields;
+  const bool fits =
+      offset == header->record_length && !header->fields.empty() && header->fields.size() <= kMaxFields;
   return fits ? kSuccess : kErrorDataStructure;
 }
 
@@ -107,12 +123,13 @@ int LayOutTable(std::span<const FieldLayout> fields, bool with_index, TableHeade
     header->fields.push_back(std::move(field));
   }
   if (offset > kMaxRecordLength) return kErrorParameter;
-  const bool later = std::any_of(fields.begin(), fields.end(), [](const FieldLayout& f) { return f.type == 'B'; });
+  const bool later =
+      std::any_of(fields.begin(), fields.end(), [](const FieldLayout& f) { return f.type == 'B'; });
   header->version = later ? 0x30 : header->has_memo ? 0xF5 : 0x03;
   header->has_index = with_index;
   header->record_length = offset;
-  header->header_length =
-      kTableHeadBytes + kDescriptorBytes * static_cast<int>(fields.size()) + 1 + (later ? kLaterVariantExtra : 0);
+  header->header_length = kTableHeadBytes + kDescriptorBytes * static_cast<int>(fields.size()) + 1 +
+                          (later ? kLaterVariantExtra : 0);
   return header->header_length <= 0xFFFF ? kSuccess : kErrorParameter;
 }
 

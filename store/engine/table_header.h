@@ -1,4 +1,5 @@
-// The head of a table file (DBF): 32 bytes, a 32-byte descriptor per field, 0x0D, then the records, then one 0x1A.
+// The head of a table file (DBF): 32 bytes, a 32-byte descriptor per field, 0x0D, then the records, then one
+// 0x1A.
 //
 //   0     0x03 no memo, 0xF5 with an FPT memo file, 0x30 the later variant (read, and written back as it is)
 //   1-3   date of last update: year - 1900, month, day
@@ -8,8 +9,8 @@
 //   28    flags: 0x01 structural CDX, 0x02 memo
 //   29    code page mark: 0x03 = Windows-1252
 //
-//   descriptor: 0-10 name, NUL padded; 11 type; 12-15 offset in the record; 16 width; 17 decimals (C: high byte of the
-//   width); 18 flags
+//   descriptor: 0-10 name, NUL padded; 11 type; 12-15 offset in the record; 16 width; 17 decimals (C: high
+//   byte of the width); 18 flags
 #pragma once
 
 #include <cstdint>
@@ -37,8 +38,8 @@ inline constexpr int kTableHeadBytes = 32;
 inline constexpr int kMaxFields = 1023;
 inline constexpr std::uint8_t kEndOfFileMark = 0x1A;
 
-// Reads the head of a table from the first bytes of its file (at least header_length of them; ReadHeaderLength says how
-// many). kSuccess or kErrorDataStructure.
+// Reads the head of a table from the first bytes of its file (at least header_length of them;
+// ReadHeaderLength says how many). kSuccess or kErrorDataStructure.
 int ParseTableHeader(std::span<const std::uint8_t> bytes, TableHeader* header);
 // The header length that the first 32 bytes state; 0 when they are no table's.
 int ReadHeaderLength(std::span<const std::uint8_t> head);

@@ -26,9 +26,9 @@ void AddIndex(const std::string& path, IndexFile& index, std::deque<std::vector<
   JournalFileChange change{NameOf(path), &index.Raw(), {}};
   index.Collect([&](std::int64_t offset, const std::uint8_t* bytes, std::size_t length) {
     auto& last = change.extents;
-    const bool adjoins =
-        !last.empty() && last.back().offset + static_cast<std::int64_t>(last.back().bytes.size()) == offset &&
-        store->back().size() + length <= (std::size_t{1} << 20);
+    const bool adjoins = !last.empty() &&
+                         last.back().offset + static_cast<std::int64_t>(last.back().bytes.size()) == offset &&
+                         store->back().size() + length <= (std::size_t{1} << 20);
     if (!adjoins) {
       store->emplace_back(bytes, bytes + length);
       last.push_back({offset, store->back()});
@@ -87,13 +87,15 @@ void Code4::EndUnit(bool committed) {
     }
   }
   for (const auto& handle : handles) {
-    if (!handle || std::find(unit_tables.begin(), unit_tables.end(), &handle->table) == unit_tables.end()) continue;
+    if (!handle || std::find(unit_tables.begin(), unit_tables.end(), &handle->table) == unit_tables.end())
+      continue;
     handle->ahead.Forget();
     if (!committed && handle->wrote_in_unit && !handle->appending) {
       // What the handle shows never happened.
       handle->changed = false;
       handle->memos.clear();
-      if (handle->record != 0 && !handle->eof && LoadRecord(*handle, handle->record) != kSuccess) ShowEnd(*handle);
+      if (handle->record != 0 && !handle->eof && LoadRecord(*handle, handle->record) != kSuccess)
+        ShowEnd(*handle);
     }
     handle->wrote_in_unit = false;
     if (handle->unlock_at_end) {
@@ -113,7 +115,9 @@ int code4unitBegin(Code4& code) {
   return kSuccess;
 }
 
-bool code4unitActive(const Code4& code) { return code.unit_depth > 0; }
+bool code4unitActive(const Code4& code) {
+  return code.unit_depth > 0;
+}
 
 int code4unitCommit(Code4& code) {
   if (code.unit_depth == 0) return code.Fail(kErrorParameter);

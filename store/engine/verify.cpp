@@ -92,9 +92,10 @@ class TagWalk {
     if (node.leaf) return VisitLeaf(node, depth);
     for (int i = 0; i < node.Count(); ++i) {
       if (!Visit(node.children[static_cast<std::size_t>(i)], depth + 1)) return false;
-      const bool matches = !entries_->empty() &&
-                           std::memcmp(entries_->back().key.data(), node.Key(i), entries_->back().key.size()) == 0 &&
-                           entries_->back().record == node.records[static_cast<std::size_t>(i)];
+      const bool matches =
+          !entries_->empty() &&
+          std::memcmp(entries_->back().key.data(), node.Key(i), entries_->back().key.size()) == 0 &&
+          entries_->back().record == node.records[static_cast<std::size_t>(i)];
       if (!matches) {
         Problem("an entry of page " + std::to_string(offset) + " does not hold the highest key of its child");
       }
@@ -104,8 +105,10 @@ class TagWalk {
 
   bool VisitLeaf(const IndexNode& node, int depth) {
     if (leaf_depth_ < 0) leaf_depth_ = depth;
-    if (depth != leaf_depth_) Problem("leaf page " + std::to_string(node.offset) + " stands at another depth");
-    if (node.Count() == 0 && node.offset != root_) Problem("leaf page " + std::to_string(node.offset) + " is empty");
+    if (depth != leaf_depth_)
+      Problem("leaf page " + std::to_string(node.offset) + " stands at another depth");
+    if (node.Count() == 0 && node.offset != root_)
+      Problem("leaf page " + std::to_string(node.offset) + " is empty");
     leaves_.push_back({node.offset, node.left, node.right});
     for (int i = 0; i < node.Count(); ++i) {
       Entry entry{{node.Key(i), node.Key(i) + node.key_length}, node.records[static_cast<std::size_t>(i)]};
@@ -115,7 +118,8 @@ class TagWalk {
           findings_.Add(entry.record, "Tag " + tag_.name + ": the key stands out of order");
         }
         if (order == 0 && tag_.unique) {
-          findings_.Add(entry.record, "Tag " + tag_.name + ": another record has the same key, which must be unique");
+          findings_.Add(entry.record,
+                        "Tag " + tag_.name + ": another record has the same key, which must be unique");
         }
       }
       entries_->push_back(std::move(entry));
@@ -162,9 +166,11 @@ class Verifier {
       count_ = 0;
       return;
     }
-    const std::int64_t held = std::max<std::int64_t>(0, size - table_.Header().header_length) / table_.Header().record_length;
+    const std::int64_t held =
+        std::max<std::int64_t>(0, size - table_.Header().header_length) / table_.Header().record_length;
     if (held != count_) {
-      findings_.Add(0, "The head counts " + std::to_string(count_) + " records, and the file holds " + std::to_string(held));
+      findings_.Add(0, "The head counts " + std::to_string(count_) + " records, and the file holds " +
+                           std::to_string(held));
     }
     count_ = std::min(count_, held);
   }
@@ -207,10 +213,14 @@ class Verifier {
     const auto length = static_cast<std::size_t>(table_.Header().record_length);
     std::vector<std::uint8_t> block(kBlockRecords * length);
     for (std::int64_t first = 1; first <= count_; first += kBlockRecords) {
-      const auto wanted = static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count_ - first + 1));
-      if (table_.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted) return kErrorRead;
-      for (std::uint32_t i = 0; i < wanted; ++i) CheckRecord(static_cast<std::uint32_t>(first) + i, block.data() + i * length);
-      if (progress_ && !progress_(static_cast<std::uint32_t>(first) + wanted - 1, static_cast<std::uint32_t>(count_))) {
+      const auto wanted =
+          static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count_ - first + 1));
+      if (table_.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted)
+        return kErrorRead;
+      for (std::uint32_t i = 0; i < wanted; ++i)
+        CheckRecord(static_cast<std::uint32_t>(first) + i, block.data() + i * length);
+      if (progress_ &&
+          !progress_(static_cast<std::uint32_t>(first) + wanted - 1, static_cast<std::uint32_t>(count_))) {
         return kStopped;
       }
     }
@@ -219,14 +229,16 @@ class Verifier {
   }
 
   void CheckRecord(std::uint32_t number, const std::uint8_t* record) {
-    if (record[0] != ' ' && record[0] != '*') findings_.Add(number, "The deletion mark is neither blank nor \"*\"");
+    if (record[0] != ' ' && record[0] != '*')
+      findings_.Add(number, "The deletion mark is neither blank nor \"*\"");
     std::array<std::uint8_t, kMaxKeyLength> key{};
     for (const auto& tag : data_.tags) {
       const bool wanted = KeyOf(*tag->tag, record, number, key.data());
       const auto& keys = keys_[tag->tag];
       const auto found = keys.find(number);
       const std::string name = "Tag " + tag->tag->name + ": ";
-      if (wanted && found == keys.end() && whole_[tag->tag]) findings_.Add(number, name + "the record's key is missing");
+      if (wanted && found == keys.end() && whole_[tag->tag])
+        findings_.Add(number, name + "the record's key is missing");
       if (found == keys.end()) continue;
       if (!wanted) {
         findings_.Add(number, name + "the record has a key although the filter leaves it out");
@@ -266,7 +278,8 @@ class Verifier {
     for (std::size_t i = 1; i < memos_.size(); ++i) {
       const auto& before = memos_[i - 1].first;
       if (before.first_block + before.blocks > memos_[i].first.first_block) {
-        findings_.Add(memos_[i].second, "The memo shares blocks with the memo of record " + std::to_string(memos_[i - 1].second));
+        findings_.Add(memos_[i].second, "The memo shares blocks with the memo of record " +
+                                            std::to_string(memos_[i - 1].second));
       }
     }
   }

@@ -14,8 +14,8 @@ struct TableProblem {
   std::string problem;       // one sentence that says what is wrong
 };
 
-// Adds what it finds to `problems` (at most 1,000) and goes on. kSuccess when the examination could be made, whatever
-// it found; kStopped when `progress` said so; else the error that prevented it.
+// Adds what it finds to `problems` (at most 1,000) and goes on. kSuccess when the examination could be made,
+// whatever it found; kStopped when `progress` said so; else the error that prevented it.
 int d4verify(Data4& data, std::vector<TableProblem>* problems, const Progress& progress = {});
 
 }  // namespace tallwick::engine

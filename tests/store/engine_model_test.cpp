@@ -1,5 +1,5 @@
-// Random operations on a table, compared with a plain model in memory: records, every tag's order, seeks, steps, locks
-// and rollbacks. After each round the table is verified and opened again.
+// Random operations on a table, compared with a plain model in memory: records, every tag's order, seeks,
+// steps, locks and rollbacks. After each round the table is verified and opened again.
 #include <gtest/gtest.h>
 
 #include <algorithm>
@@ -61,7 +61,8 @@ class EngineModel : public ::testing::TestWithParam<unsigned> {
     if (Draw(5) != 0) row.dated = StoredDate(DateFromJulianDay(2460000 + static_cast<int>(Draw(400))));
     if (Draw(3) == 0) row.note = std::string(Draw(400), static_cast<char>('a' + Draw(26)));
     // Some keys as long and as unlike each other as they get, so that a page holds one or two.
-    row.long_text = Draw(2) == 0 ? std::string(1 + Draw(5), static_cast<char>('A' + Draw(20))) : RandomText(230);
+    row.long_text =
+        Draw(2) == 0 ? std::string(1 + Draw(5), static_cast<char>('A' + Draw(20))) : RandomText(230);
     return row;
   }
 
@@ -133,7 +134,8 @@ class EngineModel : public ::testing::TestWithParam<unsigned> {
       if (tag == "DEL4REUSE" && row.deleted) numbers.emplace_back(number, number);
       if (tag == "NAME" && !row.deleted) keys.emplace_back(PadRight(row.name, 12), number);
       if (tag == "LONG") keys.emplace_back(PadRight(row.long_text, 230), number);
-      if (tag == "DATED" && !row.deleted) keys.emplace_back(PadRight(row.dated, 8) + PadRight(row.name, 12), number);
+      if (tag == "DATED" && !row.deleted)
+        keys.emplace_back(PadRight(row.dated, 8) + PadRight(row.name, 12), number);
     }
     std::sort(keys.begin(), keys.end());
     std::sort(numbers.begin(), numbers.end());
@@ -149,10 +151,12 @@ class EngineModel : public ::testing::TestWithParam<unsigned> {
       const auto expected = Expected(std::string(layout.name));
       d4tagSelect(*table_, d4tag(*table_, layout.name));
       std::vector<std::uint32_t> walked;
-      for (int rc = d4top(*table_); rc == kSuccess; rc = d4skip(*table_, 1)) walked.push_back(d4recNoLow(*table_));
+      for (int rc = d4top(*table_); rc == kSuccess; rc = d4skip(*table_, 1))
+        walked.push_back(d4recNoLow(*table_));
       ASSERT_EQ(walked, expected) << layout.name;
       walked.clear();
-      for (int rc = d4bottom(*table_); rc == kSuccess; rc = d4skip(*table_, -1)) walked.push_back(d4recNoLow(*table_));
+      for (int rc = d4bottom(*table_); rc == kSuccess; rc = d4skip(*table_, -1))
+        walked.push_back(d4recNoLow(*table_));
       std::reverse(walked.begin(), walked.end());
       ASSERT_EQ(walked, expected) << layout.name << " backwards";
     }

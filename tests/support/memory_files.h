@@ -2,6 +2,10 @@
 //
 // A file lives as long as its name or an open File refers to it, as on a POSIX disk. Locks belong to the open
 // File and end with it, so two opens of one file exclude each other here too. Not for use by several threads.
+//
+// A fault can be planned for the n-th change (write, truncate, flush, create, rename, remove, folder flush).
+// After a death the disk is looked at again by Restart: as a process death leaves it (everything written
+// stands) or as a power cut does (only what was flushed stands, names only where their folder was flushed).
 #pragma once
 
 #include <algorithm>
@@ -16,8 +20,46 @@
 
 namespace tallwick::testing {
 
+enum class Fault {
+  kNone,
+  kFail,   // the one change fails and has no effect
+  kShort,  // half of the one write is done, then it fails
+  kFull,   // from here on the disk is full: writes fail, and what was there stays
+  kDie,    // the process dies before the change: nothing works until Restart
+  kTear,   // the process dies in the middle of a write, at a sector boundary
+};
+
 class MemoryFiles : public engine::FileLayer {
  public:
+  // The fault strikes at the change with this number (from 1, counted from this call).
+  void Plan(Fault fault, int at_change) {
+    fault_ = fault;
+    fault_at_ = at_change;
+    changes_ = 0;
+    full_ = false;
+  }
+  int Changes() const { return changes_; }
+  int Flushes() const { return flushes_; }
+  bool IsDead() const { return dead_; }
+
+  // After a death (all open files of the dead process must be closed).
+  void Restart(bool power_cut) {
+    Plan(Fault::kNone, 0);
+    dead_ = false;
+    if (!power_cut) return;
+    nodes_ = durable_names_;
+    for (auto& [path, node] : nodes_) node->bytes = node->durable;
+  }
+
+  // A disk of its own with the same files.
+  std::unique_ptr<MemoryFiles> Clone() const {
+    auto copy = std::make_unique<MemoryFiles>(capacity_);
+    for (const auto& [path, node] : nodes_)
+      copy->nodes_[path] = std::make_shared<Node>(Node{node->bytes, node->bytes, {}});
+    copy->durable_names_ = copy->nodes_;
+    return copy;
+  }
+
   // A write that would make one file longer than `capacity` bytes meets a full disk.
   explicit MemoryFiles(std::int64_t capacity = std::int64_t{1} << 30) : capacity_(capacity) {}
 
@@ -30,19 +72,25 @@ class MemoryFiles : public engine::FileLayer {
     if (exists && mode == OpenMode::kCreateNew) result = engine::kErrorExists;
     if (!exists && !makes) result = engine::kErrorOpen;
     if (code != nullptr) *code = result;
+    if (result == engine::kSuccess && dead_) result = engine::kErrorOpen;
+    const bool changes = !exists || mode == OpenMode::kCreate;
+    if (result == engine::kSuccess && changes) result = Step(engine::kErrorCreate);
+    if (code != nullptr) *code = result;
     if (result != engine::kSuccess) return nullptr;
     if (!exists) found = nodes_.emplace(path, std::make_shared<Node>()).first;
     if (mode == OpenMode::kCreate) found->second->bytes.clear();
-    return std::make_unique<OpenFile>(found->second, mode != OpenMode::kReadOnly, capacity_);
+    return std::make_unique<OpenFile>(*this, found->second, mode != OpenMode::kReadOnly);
   }
 
   bool Exists(const std::string& path) override { return nodes_.contains(path); }
 
   int Remove(const std::string& path) override {
+    if (const int rc = Step(engine::kErrorRemove); rc != engine::kSuccess) return rc;
     return nodes_.erase(path) == 1 ? engine::kSuccess : engine::kErrorRemove;
   }
 
   int Rename(const std::string& from, const std::string& to) override {
+    if (const int rc = Step(engine::kErrorRename); rc != engine::kSuccess) return rc;
     auto node = nodes_.extract(from);
     if (node.empty()) return engine::kErrorRename;
     nodes_.erase(to);
@@ -51,7 +99,11 @@ class MemoryFiles : public engine::FileLayer {
     return engine::kSuccess;
   }
 
-  int FlushFolder(const std::string&) override { return engine::kSuccess; }
+  int FlushFolder(const std::string&) override {
+    if (const int rc = Step(engine::kErrorWrite); rc != engine::kSuccess) return rc;
+    durable_names_ = nodes_;
+    return engine::kSuccess;
+  }
 
   // Puts a whole file in place, or reads one ("" when it is missing), past all locks.
   void Put(const std::string& path, std::string bytes) {
@@ -74,13 +126,23 @@ class MemoryFiles : public engine::FileLayer {
   };
   struct Node {
     std::string bytes;
+    std::string durable;  // as last flushed
     std::vector<LockedRange> locks;
   };
 
+  // Counts a change and says whether it may happen.
+  int Step(int failure) {
+    if (dead_) return failure;
+    if (++changes_ != fault_at_) return full_ ? engine::kErrorDiskFull : engine::kSuccess;
+    if (fault_ == Fault::kDie || fault_ == Fault::kTear) dead_ = true;
+    if (fault_ == Fault::kFull) full_ = true;
+    return fault_ == Fault::kFull ? engine::kErrorDiskFull : failure;
+  }
+
   class OpenFile : public engine::File {
    public:
-    OpenFile(std::shared_ptr<Node> node, bool writable, std::int64_t capacity)
-        : node_(std::move(node)), writable_(writable), capacity_(capacity) {}
+    OpenFile(MemoryFiles& disk, std::shared_ptr<Node> node, bool writable)
+        : disk_(disk), node_(std::move(node)), writable_(writable) {}
     ~OpenFile() override {
       std::erase_if(node_->locks, [this](const LockedRange& range) { return range.owner == this; });
     }
@@ -99,21 +161,40 @@ class MemoryFiles : public engine::FileLayer {
 
     int WriteAt(std::int64_t offset, const void* buffer, std::size_t length) override {
       if (!writable_ || offset < 0) return engine::kErrorWrite;
-      const std::int64_t end = offset + static_cast<std::int64_t>(length);
-      if (end > capacity_) return engine::kErrorDiskFull;
-      if (end > Size()) node_->bytes.resize(static_cast<std::size_t>(end));
-      if (length > 0) std::memcpy(node_->bytes.data() + offset, buffer, length);
-      return engine::kSuccess;
+      if (offset + static_cast<std::int64_t>(length) > disk_.capacity_) return engine::kErrorDiskFull;
+      const int rc = disk_.Step(engine::kErrorWrite);
+      // A full disk still takes what falls on bytes it has.
+      if (rc == engine::kErrorDiskFull && offset + static_cast<std::int64_t>(length) <= Size()) {
+        Put(offset, buffer, length);
+        return engine::kSuccess;
+      }
+      if (rc != engine::kSuccess && disk_.changes_ == disk_.fault_at_) {
+        if (disk_.fault_ == Fault::kShort) Put(offset, buffer, length / 2);
+        if (disk_.fault_ == Fault::kTear) {
+          const std::int64_t sector = (offset + static_cast<std::int64_t>(length) / 2) / 512 * 512;
+          if (sector > offset) Put(offset, buffer, static_cast<std::size_t>(sector - offset));
+        }
+      }
+      if (rc == engine::kSuccess) Put(offset, buffer, length);
+      return rc;
     }
 
     int Truncate(std::int64_t size) override {
       if (!writable_ || size < 0) return engine::kErrorWrite;
-      if (size > capacity_) return engine::kErrorDiskFull;
+      if (size > disk_.capacity_) return engine::kErrorDiskFull;
+      const int rc = disk_.Step(engine::kErrorWrite);
+      if (rc != engine::kSuccess && !(rc == engine::kErrorDiskFull && size <= Size())) return rc;
       node_->bytes.resize(static_cast<std::size_t>(size));
       return engine::kSuccess;
     }
 
-    int Flush() override { return engine::kSuccess; }
+    int Flush() override {
+      const int rc = disk_.Step(engine::kErrorWrite);
+      if (rc == engine::kErrorWrite) return rc;
+      ++disk_.flushes_;
+      node_->durable = node_->bytes;
+      return engine::kSuccess;
+    }
 
     int Lock(std::int64_t offset, std::int64_t length, engine::LockKind kind) override {
       const std::int64_t end = offset + length;
@@ -144,13 +225,27 @@ class MemoryFiles : public engine::FileLayer {
     }
 
    private:
+    void Put(std::int64_t offset, const void* buffer, std::size_t length) {
+      const std::size_t end = static_cast<std::size_t>(offset) + length;
+      if (end > node_->bytes.size()) node_->bytes.resize(end);
+      if (length > 0) std::memcpy(node_->bytes.data() + offset, buffer, length);
+    }
+
+    MemoryFiles& disk_;
     std::shared_ptr<Node> node_;
     bool writable_;
-    std::int64_t capacity_;
   };
 
-  std::map<std::string, std::shared_ptr<Node>> nodes_;
+  using Names = std::map<std::string, std::shared_ptr<Node>>;
+  Names nodes_;
+  Names durable_names_;
   std::int64_t capacity_;
+  Fault fault_ = Fault::kNone;
+  int fault_at_ = 0;
+  int changes_ = 0;
+  int flushes_ = 0;
+  bool full_ = false;
+  bool dead_ = false;
 };
 
 }  // namespace tallwick::testing

@@ -68,7 +68,8 @@ class Office : public ScreenOpener {
     session = std::move(Start().session);
     return session && AddBank("FNB", "First National Trust", change) && SelectBank(*session, "FNB");
   }
-  bool AddBank(std::string_view code, std::string_view name, const std::function<void(BankRecord&)>& change = {}) {
+  bool AddBank(std::string_view code, std::string_view name,
+               const std::function<void(BankRecord&)>& change = {}) {
     BankRecord bank;
     bank.code = code;
     bank.name = name;
@@ -79,8 +80,12 @@ class Office : public ScreenOpener {
     if (change) change(bank);
     return session->Company().banks.AddBank(bank) == engine::kSuccess;
   }
-  void WriteFile(std::string_view name, std::string_view text) { SystemFileSystem().Write(folder.Held(name), text); }
-  std::string ReadFile(std::string_view name) { return SystemFileSystem().Read(folder.Held(name)).value_or(""); }
+  void WriteFile(std::string_view name, std::string_view text) {
+    SystemFileSystem().Write(folder.Held(name), text);
+  }
+  std::string ReadFile(std::string_view name) {
+    return SystemFileSystem().Read(folder.Held(name)).value_or("");
+  }
   // The texts of the boxes since the last call.
   std::vector<std::string> TakeTexts() {
     std::vector<std::string> texts = boxes.Texts();
@@ -104,7 +109,8 @@ class Office : public ScreenOpener {
 inline std::string Seen(Form& form, std::string_view name, int index = 0) {
   const Control* control = form.Find(name, index);
   if (control == nullptr) return "(no " + std::string(name) + ")";
-  const bool speaks_by_caption = control->kind == ControlKind::kLabel || control->kind == ControlKind::kButton;
+  const bool speaks_by_caption =
+      control->kind == ControlKind::kLabel || control->kind == ControlKind::kButton;
   return speaks_by_caption ? control->caption : control->text;
 }
 

@@ -1,0 +1,164 @@
+// A fault at every change of every kind of work: afterwards the tables are whole, and the work happened or
+// did not.
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "store/engine/codebase.h"
+#include "store/engine/verify.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/small_company.h"
+
+namespace tallwick::engine {
+namespace {
+
+using tallwick::testing::Company;
+using tallwick::testing::Fault;
+using tallwick::testing::MemoryFiles;
+
+struct Work {
+  const char* name;
+  int access_mode;
+  std::function<int(Company&)> run;
+};
+
+int Renumber(Company& c) {
+  code4unitBegin(*c.code);
+  int rc = c.Find(c.checks, "CHXNUMBER", "   105");
+  if (rc == kSuccess) rc = c.DeleteFound(c.checks);
+  if (rc == kSuccess) rc = c.Find(c.xrefs, "XRFSFILEBK", "24-0105       ");
+  if (rc == kSuccess) rc = c.DeleteFound(c.xrefs);
+  if (rc == kSuccess) rc = c.AddCheck("   905", "24-0105");
+  return c.EndUnit(rc);
+}
+
+int Edit(Company& c) {
+  int rc = c.Find(c.checks, "CHXNUMBER", "   110");
+  if (rc != kSuccess) return rc;
+  d4lockVB(*c.checks, d4recNoLow(*c.checks));
+  Company::Set(c.checks, "CHXPAYEE", "AARDVARK ABSTRACT");
+  Company::Set(c.checks, "CHXAMOUNT", "99.01");
+  rc = d4flush(*c.checks);
+  d4unlock(*c.checks);
+  return rc;
+}
+
+int RewriteMemo(Company& c) {
+  const int rc = c.Find(c.checks, "CHXNUMBER", "   111");
+  if (rc != kSuccess) return rc;
+  f4memoAssign(*d4field(*c.checks, "REMARK"), std::string(700, 'x'));
+  return d4flush(*c.checks);
+}
+
+const Work kWorks[] = {
+    {"post", 0,
+     [](Company& c) {
+       code4unitBegin(*c.code);
+       return c.EndUnit(c.AddCheck("   500", "24-0500"));
+     }},
+    {"edit", 0, Edit},
+    {"renumber", 0, Renumber},
+    {"void", 0,
+     [](Company& c) {
+       code4unitBegin(*c.code);
+       int rc = c.Find(c.checks, "CHXNUMBER", "   112");
+       if (rc == kSuccess) rc = c.DeleteFound(c.checks);
+       if (rc == kSuccess) rc = c.Find(c.xrefs, "XRFSFILEBK", "24-0112");
+       if (rc == kSuccess) rc = c.DeleteFound(c.xrefs);
+       return c.EndUnit(rc);
+     }},
+    {"memo", 0, RewriteMemo},
+    {"pack", 1, [](Company& c) { return d4pack(*c.checks); }},
+    {"reindex", 1, [](Company& c) { return d4reindex(*c.checks); }},
+};
+
+struct Sweep {
+  const char* name;
+  Fault fault;
+  bool power_cut;
+};
+const Sweep kSweeps[] = {{"fail", Fault::kFail, false},         {"short write", Fault::kShort, false},
+                         {"disk full", Fault::kFull, false},    {"process death", Fault::kDie, false},
+                         {"power cut", Fault::kDie, true},      {"torn write", Fault::kTear, false},
+                         {"torn power cut", Fault::kTear, true}};
+
+class CrashSweep : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    Company company(disk_);
+    company.Make();
+    ASSERT_NE(company.xrefs, nullptr);
+    code4unitBegin(*company.code);
+    for (int i = 100; i < 180; ++i) {
+      ASSERT_EQ(company.AddCheck("   " + std::to_string(i), "24-0" + std::to_string(i)), kSuccess);
+    }
+    ASSERT_EQ(code4unitCommit(*company.code), kSuccess);
+    ASSERT_EQ(company.Find(company.checks, "CHXNUMBER", "   101"), kSuccess);
+    ASSERT_EQ(company.DeleteFound(company.checks), kSuccess);
+    before_ = company.Picture();
+  }
+
+  static void ExpectWhole(Company& company, const std::string& where) {
+    for (Data4* table : {company.checks, company.xrefs}) {
+      std::vector<TableProblem> problems;
+      ASSERT_EQ(d4verify(*table, &problems), kSuccess) << where;
+      for (const auto& problem : problems)
+        ADD_FAILURE() << where << ": " << problem.record << " " << problem.problem;
+    }
+  }
+
+  MemoryFiles disk_;
+  std::string before_;
+};
+
+TEST_F(CrashSweep, EveryWorkIsWholeOrNothing) {
+  for (const Work& work : kWorks) {
+    std::string after;
+    int changes = 0;
+    {
+      auto disk = disk_.Clone();
+      Company company(*disk);
+      ASSERT_TRUE(company.Open(work.access_mode));
+      disk->Plan(Fault::kNone, 0);
+      ASSERT_EQ(work.run(company), kSuccess) << work.name;
+      after = company.Picture();
+      code4initUndo(*company.code);
+      changes = disk->Changes();
+    }
+    for (const Sweep& sweep : kSweeps) {
+      for (int n = 1; n <= changes; ++n) {
+        const std::string where = std::string(work.name) + ", " + sweep.name + " at " + std::to_string(n);
+        auto disk = disk_.Clone();
+        int rc = 0;
+        {
+          Company company(*disk);
+          ASSERT_TRUE(company.Open(work.access_mode)) << where;
+          disk->Plan(sweep.fault, n);
+          rc = work.run(company);
+        }
+        disk->Restart(sweep.power_cut && disk->IsDead());
+        Company company(*disk);
+        ASSERT_TRUE(company.Open()) << where << " code " << code4errorCode(*company.code, 0);
+        ASSERT_NO_FATAL_FAILURE(ExpectWhole(company, where));
+        const std::string picture = company.Picture();
+        EXPECT_TRUE(picture == after || (rc != kSuccess && picture == before_)) << where << " gave " << rc;
+        // And the work can go on.
+        code4unitBegin(*company.code);
+        ASSERT_EQ(company.EndUnit(company.AddCheck("   700", "24-0700")), kSuccess) << where;
+        ASSERT_NO_FATAL_FAILURE(ExpectWhole(company, where));
+      }
+    }
+  }
+}
+
+TEST_F(CrashSweep, APostTakesOneFlush) {
+  Company company(disk_);
+  ASSERT_TRUE(company.Open());
+  const int before = disk_.Flushes();
+  code4unitBegin(*company.code);
+  ASSERT_EQ(company.EndUnit(company.AddCheck("   600", "24-0600")), kSuccess);
+  EXPECT_EQ(disk_.Flushes() - before, 1);
+}
+
+}  // namespace
+}  // namespace tallwick::engine
