@@ -32,8 +32,15 @@ class Tag4 {
 class ReadAhead {
  public:
   // The record's bytes, from a block read no earlier than the last Forget; null with *rc set on failure.
-  const std::uint8_t* Get(TableFile& table, std::uint32_t record, int* rc);
-  void Forget() { blocks_.clear(); }
+  const std::uint8_t* Get(TableFile& table, std::uint32_t record, int* rc) {
+    // Most steps of a walk stay within the block of the step before.
+    if (record - first_ < count_) return bytes_ + static_cast<std::size_t>(record - first_) * length_;
+    return Find(table, record, rc);
+  }
+  void Forget() {
+    blocks_.clear();
+    count_ = 0;
+  }
 
  private:
   struct Block {
@@ -42,9 +49,14 @@ class ReadAhead {
     std::uint32_t count = 0;
     std::vector<std::uint8_t> bytes;
   };
+  const std::uint8_t* Find(TableFile& table, std::uint32_t record, int* rc);
   Block* Fill(TableFile& table, std::uint32_t number, int* rc);
   std::vector<Block> blocks_;
-  std::size_t last_ = 0;
+  // The block last used: its first record, its records, and their bytes.
+  std::uint32_t first_ = 0;
+  std::uint32_t count_ = 0;
+  std::size_t length_ = 0;
+  const std::uint8_t* bytes_ = nullptr;
   std::uint64_t clock_ = 0;
 };
 
@@ -69,12 +81,14 @@ class Data4 {
   bool unlock_at_end = false;  // unlocked within a unit: the locks go when it ends
   std::map<int, std::pair<MemoFile::Kind, std::string>> memos;  // assigned, not yet written; by field number
 
-  // Where the handle stands in the selected tag: the entry, and its page while the index is at
-  // `place_version`.
-  std::vector<std::uint8_t> place_key;
-  std::uint32_t place_record = 0;
+  // Where the handle stands in the selected tag: its place among the pages, good for `placed_record` while
+  // the index is at `place_version`; and the entry itself, where it was kept (for `place_record`; else the
+  // record in view tells it).
   IndexPlace place;
   std::uint64_t place_version = 0;
+  std::uint32_t placed_record = 0;
+  std::vector<std::uint8_t> place_key;
+  std::uint32_t place_record = 0;
 
   bool read_ahead = false;
   ReadAhead ahead;
@@ -82,7 +96,7 @@ class Data4 {
   void SetView() { view = buffer.data(); }
   // Makes the record the caller's own before it is changed.
   std::uint8_t* Own();
-  void ForgetPlace() { place_record = 0; }
+  void ForgetPlace() { place_record = placed_record = 0; }
 };
 
 class Code4 {

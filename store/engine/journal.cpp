@@ -14,7 +14,9 @@ namespace {
 constexpr std::string_view kMagic = "TWKJRNL1";
 constexpr std::string_view kEntryMagic = "TWKE";
 constexpr std::int64_t kHeaderBytes = 64;
-constexpr std::int64_t kEntryHead = 20;
+constexpr std::int64_t kEntryHead = 28;
+// The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
+constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
 constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
 constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
 constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
@@ -23,8 +25,8 @@ constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
 constexpr int kWriterTries = 2000;
 constexpr int kWriterWaitMs = 2;
 
-std::uint64_t Checksum(std::span<const std::uint8_t> bytes) {
-  std::uint64_t sum = 0xCBF29CE484222325U;
+std::uint64_t Checksum(std::uint64_t number, std::span<const std::uint8_t> bytes) {
+  std::uint64_t sum = 0xCBF29CE484222325U ^ number;
   std::size_t i = 0;
   for (; i + 8 <= bytes.size(); i += 8) sum = (sum ^ Load64(&bytes[i])) * 0x100000001B3U;
   for (; i < bytes.size(); ++i) sum = (sum ^ bytes[i]) * 0x100000001B3U;
@@ -52,7 +54,7 @@ void Put64(std::vector<std::uint8_t>* out, std::uint64_t v) {
   Put(out, b, sizeof b);
 }
 
-std::vector<std::uint8_t> BuildEntry(const std::vector<JournalFileChange>& changes) {
+std::vector<std::uint8_t> BuildEntry(std::uint64_t number, const std::vector<JournalFileChange>& changes) {
   std::size_t total = static_cast<std::size_t>(kEntryHead) + 2;
   for (const auto& change : changes) {
     total += 6 + change.name.size();
@@ -75,7 +77,8 @@ std::vector<std::uint8_t> BuildEntry(const std::vector<JournalFileChange>& chang
   const std::span<const std::uint8_t> payload(entry.data() + kEntryHead, entry.size() - kEntryHead);
   std::memcpy(entry.data(), kEntryMagic.data(), kEntryMagic.size());
   Store64(&entry[4], payload.size());
-  Store64(&entry[12], Checksum(payload));
+  Store64(&entry[12], number);
+  Store64(&entry[20], Checksum(number, payload));
   return entry;
 }
 
@@ -180,11 +183,18 @@ int Journal::OpenFile() {
 int Journal::FinishAsOnly() {
   const std::int64_t size = file_->Size();
   if (size < 0) return kErrorJournal;
-  if (size <= kHeaderBytes) return kSuccess;
+  if (size == 0) return kSuccess;
   if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
-  // Entries marked as applied may have been lost with the power: all are applied again, oldest first.
-  int rc = ApplyFrom(kHeaderBytes);
-  if (rc == kSuccess) rc = Checkpoint();
+  Mark first;
+  Mark applied;
+  int rc = kSuccess;
+  // Entries marked as applied may have been lost with the power: all are applied again, oldest first. A file
+  // without a header was made by someone who died before the first entry.
+  if (ReadMarks(&first, &applied)) {
+    rc = ApplyFrom(first);
+    if (rc == kSuccess) rc = Checkpoint();
+  }
+  if (rc == kSuccess) rc = file_->Truncate(0);
   file_->Unlock(kWriterAt, 1);
   return rc;
 }
@@ -197,12 +207,9 @@ int Journal::Attach() {
 Journal::~Journal() {
   if (!file_) return;
   if (writing_) EndWriting();
-  // The last one to leave makes the tables durable and empties the journal.
-  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) != kSuccess) return;
-  const std::int64_t size = file_->Size();
-  if (size > kHeaderBytes && TakeWriterLock(false) == kSuccess) {
-    if (ApplyFrom(std::max(ReadApplied(), kHeaderBytes)) == kSuccess) Checkpoint();
-  }
+  // The last one to leave makes the tables durable and empties the journal. What fails is done by the next to
+  // come.
+  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly();
 }
 
 // --- Writing ---
@@ -219,29 +226,24 @@ int Journal::BeginWriting() {
   if (writing_) return kSuccess;
   if (const int rc = OpenFile(); rc != kSuccess) return rc;
   if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
-  int rc = kSuccess;
-  const std::int64_t size = file_->Size();
-  if (size < 0) rc = kErrorJournal;
-  if (rc == kSuccess && size < kHeaderBytes) {
-    std::array<std::uint8_t, kHeaderBytes> header{};
-    std::memcpy(header.data(), kMagic.data(), kMagic.size());
-    Store64(&header[8], kHeaderBytes);
-    rc = file_->WriteAt(0, header.data(), header.size());
+  Mark first{kHeaderBytes, 1};
+  Mark applied = first;
+  size_ = file_->Size();
+  int rc = size_ < 0 ? static_cast<int>(kErrorJournal) : static_cast<int>(kSuccess);
+  if (rc == kSuccess && !ReadMarks(&first, &applied)) {
+    rc = WriteMarks(&first, applied);
+    size_ = std::max(size_, kHeaderBytes);
   }
-  if (rc == kSuccess && size > kHeaderBytes) rc = ApplyFrom(std::max(ReadApplied(), kHeaderBytes));
-  if (rc == kSuccess) {
-    end_ = std::max(ReadApplied(), kHeaderBytes);
-    writing_ = true;
-  } else {
-    file_->Unlock(kWriterAt, 1);
-  }
+  if (rc == kSuccess) rc = ApplyFrom(applied);
+  writing_ = rc == kSuccess;
+  if (!writing_) file_->Unlock(kWriterAt, 1);
   return rc;
 }
 
 void Journal::EndWriting() {
   if (!writing_) return;
+  if (end_.position > kCheckpointAt) Checkpoint();
   writing_ = false;
-  if (end_ > kCheckpointAt) Checkpoint();
   file_->Unlock(kWriterAt, 1);
 }
 
@@ -249,7 +251,7 @@ int Journal::Settle() {
   if (!file_ && !setup_.files.Exists(PathOf(kFileName))) return kSuccess;
   const bool was_writing = writing_;
   if (const int rc = BeginWriting(); rc != kSuccess) return rc;
-  const int rc = end_ > kHeaderBytes ? Checkpoint() : static_cast<int>(kSuccess);
+  const int rc = end_.position > kHeaderBytes ? Checkpoint() : static_cast<int>(kSuccess);
   if (rc != kSuccess && !was_writing) EndWriting();
   return rc;
 }
@@ -261,20 +263,33 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
       if (rc != kSuccess) return rc;
     }
   }
-  const std::vector<std::uint8_t> entry = BuildEntry(changes);
-  int rc = file_->WriteAt(end_, entry.data(), entry.size());
+  const std::vector<std::uint8_t> entry = BuildEntry(end_.number, changes);
+  const Mark next{end_.position + static_cast<std::int64_t>(entry.size()), end_.number + 1};
+  int rc = GrowTo(next.position);
+  if (rc == kSuccess) rc = file_->WriteAt(end_.position, entry.data(), entry.size());
   if (rc == kSuccess) rc = file_->Flush();
   if (rc != kSuccess) {
     // Nobody may find the entry: a reader of the journal stops at the first one that is not whole.
-    file_->Truncate(end_);
-    file_->Flush();
+    const std::array<std::uint8_t, kEntryHead> none{};
+    if (file_->WriteAt(end_.position, none.data(), none.size()) == kSuccess) file_->Flush();
     return rc;
   }
-  const std::int64_t next = end_ + static_cast<std::int64_t>(entry.size());
-  rc = Apply(changes);
-  if (rc == kSuccess) rc = WriteApplied(next);
   end_ = next;
-  return rc;
+  rc = Apply(changes);
+  return rc == kSuccess ? WriteMarks(nullptr, next) : rc;
+}
+
+int Journal::GrowTo(std::int64_t size) {
+  const std::vector<std::uint8_t> zeros(kGrowth, 0);
+  while (size_ < size) {
+    const int rc = file_->WriteAt(size_, zeros.data(), zeros.size());
+    if (rc != kSuccess) {
+      file_->Truncate(size_);
+      return rc;
+    }
+    size_ += kGrowth;
+  }
+  return kSuccess;
 }
 
 int Journal::Apply(const std::vector<JournalFileChange>& changes) {
@@ -287,72 +302,85 @@ int Journal::Apply(const std::vector<JournalFileChange>& changes) {
   return kSuccess;
 }
 
-int Journal::WriteApplied(std::int64_t position) {
-  std::array<std::uint8_t, 8> bytes{};
-  Store64(bytes.data(), static_cast<std::uint64_t>(position));
-  return file_->WriteAt(8, bytes.data(), bytes.size());
+int Journal::WriteMarks(const Mark* first, const Mark& applied) {
+  std::array<std::uint8_t, kHeaderBytes> header{};
+  std::memcpy(header.data(), kMagic.data(), kMagic.size());
+  Store64(&header[8], static_cast<std::uint64_t>(applied.position));
+  Store64(&header[16], applied.number);
+  if (first == nullptr) return file_->WriteAt(8, &header[8], 16);
+  Store64(&header[24], first->number);
+  return file_->WriteAt(0, header.data(), header.size());
 }
 
 // --- Recovery ---
 
-std::int64_t Journal::ReadApplied() {
-  std::array<std::uint8_t, 16> head{};
-  if (file_->ReadAt(0, head.data(), head.size()) != static_cast<std::int64_t>(head.size())) return 0;
-  if (std::memcmp(head.data(), kMagic.data(), kMagic.size()) != 0) return 0;
-  const std::uint64_t applied = Load64(&head[8]);
-  return applied > (std::uint64_t{1} << 40) ? 0 : static_cast<std::int64_t>(applied);
+bool Journal::ReadMarks(Mark* first, Mark* applied) {
+  std::array<std::uint8_t, 32> header{};
+  if (file_->ReadAt(0, header.data(), header.size()) != static_cast<std::int64_t>(header.size()))
+    return false;
+  if (std::memcmp(header.data(), kMagic.data(), kMagic.size()) != 0) return false;
+  const std::uint64_t position = Load64(&header[8]);
+  if (position < kHeaderBytes || position > (std::uint64_t{1} << 40)) return false;
+  *applied = Mark{static_cast<std::int64_t>(position), Load64(&header[16])};
+  *first = Mark{kHeaderBytes, Load64(&header[24])};
+  return true;
 }
 
-bool Journal::ReadEntry(std::int64_t position, std::vector<std::uint8_t>* payload, std::int64_t* next) {
+bool Journal::ReadEntry(Mark* mark, std::vector<std::uint8_t>* payload) {
   std::array<std::uint8_t, kEntryHead> head{};
-  if (file_->ReadAt(position, head.data(), head.size()) != kEntryHead) return false;
+  if (file_->ReadAt(mark->position, head.data(), head.size()) != kEntryHead) return false;
   if (std::memcmp(head.data(), kEntryMagic.data(), kEntryMagic.size()) != 0) return false;
   const std::uint64_t length = Load64(&head[4]);
-  const std::int64_t size = file_->Size();
-  if (length > static_cast<std::uint64_t>(kMaxPayload)) return false;
-  *next = position + kEntryHead + static_cast<std::int64_t>(length);
-  if (*next > size) return false;
+  if (Load64(&head[12]) != mark->number || length > static_cast<std::uint64_t>(kMaxPayload)) return false;
+  const std::int64_t start = mark->position + kEntryHead;
+  if (start + static_cast<std::int64_t>(length) > file_->Size()) return false;
   payload->resize(length);
-  if (file_->ReadAt(position + kEntryHead, payload->data(), payload->size()) !=
-      static_cast<std::int64_t>(length)) {
-    return false;
-  }
-  return Checksum(*payload) == Load64(&head[12]);
+  if (file_->ReadAt(start, payload->data(), length) != static_cast<std::int64_t>(length)) return false;
+  if (Checksum(mark->number, *payload) != Load64(&head[20])) return false;
+  *mark = Mark{start + static_cast<std::int64_t>(length), mark->number + 1};
+  return true;
+}
+
+bool Journal::HasEntryAt(const Mark& mark) {
+  std::array<std::uint8_t, kEntryHead> head{};
+  if (file_->ReadAt(mark.position, head.data(), head.size()) != kEntryHead) return false;
+  return std::memcmp(head.data(), kEntryMagic.data(), kEntryMagic.size()) == 0 &&
+         Load64(&head[12]) == mark.number;
 }
 
 bool Journal::HasOrphans() {
-  if (writing_ || !file_) return false;
-  const std::int64_t size = file_->Size();
-  if (size <= kHeaderBytes || size <= ReadApplied()) return false;
-  if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;
+  Mark first;
+  Mark applied;
+  if (writing_ || !file_ || !ReadMarks(&first, &applied) || !HasEntryAt(applied)) return false;
+  if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;  // its writer is at work
   file_->Unlock(kWriterAt, 1);
-  return size > ReadApplied();
+  // An entry that is not whole was never flushed, and waits for no one.
+  std::vector<std::uint8_t> payload;
+  return ReadMarks(&first, &applied) && ReadEntry(&applied, &payload);
 }
 
 int Journal::Recover() {
   if (writing_) return kSuccess;
   if (const int rc = Attach(); rc != kSuccess || !file_) return rc;
-  const std::int64_t size = file_->Size();
-  if (size <= kHeaderBytes || size <= ReadApplied()) return kSuccess;
-  const int rc = TakeWriterLock(false);
+  Mark first;
+  Mark applied;
+  if (!ReadMarks(&first, &applied) || !HasEntryAt(applied)) return kSuccess;
+  int rc = TakeWriterLock(false);
   if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
   if (rc != kSuccess) return rc;
-  const int applied = ApplyFrom(std::max(ReadApplied(), kHeaderBytes));
+  if (ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
   file_->Unlock(kWriterAt, 1);
-  return applied;
+  return rc;
 }
 
-int Journal::ApplyFrom(std::int64_t position) {
+int Journal::ApplyFrom(Mark mark) {
   std::vector<std::uint8_t> payload;
-  std::int64_t next = 0;
-  while (ReadEntry(position, &payload, &next)) {
+  const std::uint64_t before = mark.number;
+  while (ReadEntry(&mark, &payload)) {
     if (const int rc = ApplyEntry(payload); rc != kSuccess) return rc;
-    position = next;
   }
-  // What is left behind the last whole entry was never flushed.
-  if (const int rc = file_->Truncate(position); rc != kSuccess) return rc;
-  end_ = position;
-  return WriteApplied(position);
+  end_ = mark;
+  return mark.number == before ? static_cast<int>(kSuccess) : WriteMarks(nullptr, mark);
 }
 
 int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
@@ -383,8 +411,10 @@ int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
 int Journal::Checkpoint() {
   std::set<std::string> names;
   std::vector<std::uint8_t> payload;
-  std::int64_t next = 0;
-  for (std::int64_t position = kHeaderBytes; ReadEntry(position, &payload, &next); position = next) {
+  Mark mark;
+  Mark applied;
+  if (!ReadMarks(&mark, &applied)) return kErrorJournal;
+  while (ReadEntry(&mark, &payload)) {
     std::vector<JournalFileChange> changes;
     if (!ParsePayload(payload, &changes)) return kErrorJournal;
     for (const auto& change : changes) names.insert(change.name);
@@ -398,11 +428,13 @@ int Journal::Checkpoint() {
     }
     if (rc = file->Flush(); rc != kSuccess) return rc;
   }
-  // The mark goes first: entries found behind it would be applied again, which is harmless; the reverse is
-  // not.
-  if (const int rc = WriteApplied(kHeaderBytes); rc != kSuccess) return rc;
-  if (const int rc = file_->Truncate(kHeaderBytes); rc != kSuccess) return rc;
-  end_ = kHeaderBytes;
+  // The numbers go on, so entries of before can never be taken for new ones.
+  end_ = Mark{kHeaderBytes, mark.number};
+  if (const int rc = WriteMarks(&end_, end_); rc != kSuccess) return rc;
+  if (file_->Size() > 2 * kCheckpointAt) {
+    if (const int rc = file_->Truncate(kCheckpointAt); rc != kSuccess) return rc;
+    size_ = kCheckpointAt;
+  }
   return file_->Flush();
 }
 

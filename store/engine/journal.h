@@ -1,10 +1,16 @@
 // The redo journal of one company folder: what makes a unit of work whole.
 //
 // File ESCROW_UNITS.JNL beside the tables:
-//   header   64 bytes: 0 "TWKJRNL1", 8 (8 bytes) end of the entries applied to the tables so far
-//   entry    0 "TWKE", 4 (8) payload length, 12 (8) FNV-1a checksum of the payload, 20 the payload:
-//            2 count of files, and for each: 2 length of the name, the name (within the folder), 4 count of
-//            extents, and for each: 8 offset in the file, 4 length, the bytes
+//   header   64 bytes: 0 "TWKJRNL1", 8 (8 bytes) where the entries end that were applied to the tables, 16
+//   (8) the number
+//            that an entry there would have, 24 (8) the number of the first entry, behind the header
+//   entry    0 "TWKE", 4 (8) payload length, 12 (8) number of the entry, 20 (8) FNV-1a checksum of number and
+//   payload,
+//            28 the payload: 2 count of files, and for each: 2 length of the name, the name (within the
+//            folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
+// Entries are numbered one by one for the life of the file, and stand one behind the other; the first place
+// without the next number (or with a wrong checksum) is the end. So the file keeps its length when it is
+// emptied, and a flush need not make a new length durable as well.
 //
 // States of an entry: written (not yet flushed: the unit never happened) -> flushed (the unit happened,
 // whatever comes)
@@ -74,16 +80,25 @@ class Journal {
   const std::string& Folder() const { return folder_; }
 
  private:
+  // Where an entry stands, and its number.
+  struct Mark {
+    std::int64_t position = 0;
+    std::uint64_t number = 0;
+  };
+
   int OpenFile();
   int TakeWriterLock(bool wait);
   int FinishAsOnly();
-  int ApplyFrom(std::int64_t position);
+  int ApplyFrom(Mark mark);
   int ApplyEntry(std::span<const std::uint8_t> payload);
   int Apply(const std::vector<JournalFileChange>& changes);
-  int WriteApplied(std::int64_t position);
-  std::int64_t ReadApplied();
-  // The payload of the entry at a position and the position behind it; false at the end or at a torn entry.
-  bool ReadEntry(std::int64_t position, std::vector<std::uint8_t>* payload, std::int64_t* next);
+  // Both marks of the header; false when it is no journal's.
+  bool ReadMarks(Mark* first, Mark* applied);
+  int WriteMarks(const Mark* first, const Mark& applied);
+  // Reads the entry at a mark and moves the mark behind it; false at the end or at a torn entry.
+  bool ReadEntry(Mark* mark, std::vector<std::uint8_t>* payload);
+  bool HasEntryAt(const Mark& mark);
+  int GrowTo(std::int64_t size);
   // Flushes every file the journal names and empties it.
   int Checkpoint();
   std::string PathOf(std::string_view name) const;
@@ -91,7 +106,8 @@ class Journal {
   EngineSetup setup_;
   std::string folder_;
   std::unique_ptr<File> file_;
-  std::int64_t end_ = 0;
+  Mark end_;               // behind the last entry; known while writing
+  std::int64_t size_ = 0;  // of the file; known while writing
   bool writing_ = false;
 };
 

@@ -23,7 +23,7 @@ IndexTag& TagOf(Data4& data) {
 void Remember(Data4& data, const IndexPlace& place) {
   data.place = place;
   data.place_version = IndexOf(data).Version();
-  data.place_record = place.Record();
+  data.place_record = data.placed_record = place.Record();
   data.place_key.assign(place.Key(), place.Key() + TagOf(data).shape.length);
 }
 
@@ -57,15 +57,17 @@ int GoEdge(Data4& data, bool front) {
 // Finds the handle's present entry again after the index changed, or after a move by record number. `*exact`
 // is false when it is gone: then the place is the next entry in tree order (or the end).
 int FindAgain(Data4& data, IndexTree& tree, IndexPlace* place, bool* exact) {
-  if (data.place_record != data.record || data.place_record == 0) {
-    std::array<std::uint8_t, kMaxKeyLength> key{};
-    TagOf(data).key->EvaluateKey(data.view, data.record, key.data());
-    data.place_key.assign(key.begin(), key.begin() + TagOf(data).shape.length);
-    data.place_record = data.record;
-  } else if (data.place_version == IndexOf(data).Version()) {
+  if (data.placed_record == data.record && data.record != 0 &&
+      data.place_version == IndexOf(data).Version()) {
     *place = data.place;
     *exact = true;
     return kSuccess;
+  }
+  if (data.place_record != data.record || data.place_record == 0) {
+    std::array<std::uint8_t, kMaxKeyLength> key;
+    TagOf(data).key->EvaluateKey(data.view, data.record, key.data());
+    data.place_key.assign(key.begin(), key.begin() + TagOf(data).shape.length);
+    data.place_record = data.record;
   }
   const int rc = tree.LowerBound(data.place_key.data(), TagOf(data).shape.length, data.place_record, place);
   if (rc != kSuccess) return rc;
@@ -103,9 +105,29 @@ int StepMany(Data4& data, bool up, std::int64_t count, std::int64_t* left) {
   return kSuccess;
 }
 
+// A step within the page at hand, for walks that read ahead: the page is as of the moment the walk came to
+// it.
+bool StepWithinPage(Data4& data, bool up) {
+  if (data.placed_record != data.record || data.eof || data.place_version != IndexOf(data).Version())
+    return false;
+  const int at = data.place.at + (up ? 1 : -1);
+  if (at < 0 || at >= data.place.node->Count()) return false;
+  const std::uint32_t record = data.place.node->records[static_cast<std::size_t>(at)];
+  int rc = kSuccess;
+  const std::uint8_t* bytes = data.ahead.Get(data.table, record, &rc);
+  if (bytes == nullptr) return false;
+  data.view = bytes;
+  data.record = data.placed_record = record;
+  data.place.at = at;
+  data.bof = false;
+  return true;
+}
+
 int SkipInTag(Data4& data, std::int64_t count) {
   const bool forward = count > 0;
   const bool up = forward != TagOf(data).descending;
+  if (data.read_ahead && data.record != 0 && (count == 1 || count == -1) && StepWithinPage(data, up))
+    return kSuccess;
   if (data.eof && forward) return kEof;
   if (data.eof) {
     // Back from the end: the last entry is the first step.
@@ -220,7 +242,8 @@ int SeekKeyNext(Data4& data, const std::vector<std::uint8_t>& key) {
   if (std::memcmp(own.data(), key.data(), key.size()) != 0) return SeekKey(data, key);
   const int rc = d4skip(data, 1);
   if (rc != kSuccess) return rc;
-  return std::memcmp(data.place_key.data(), key.data(), key.size()) == 0 ? kSuccess : kAfter;
+  TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
+  return std::memcmp(own.data(), key.data(), key.size()) == 0 ? kSuccess : kAfter;
 }
 
 std::vector<std::uint8_t> KeyFromNumber(double number) {

@@ -22,8 +22,8 @@ struct TagChange {
   Tag4* tag = nullptr;
   bool had = false;  // the old record stands in the tag
   bool has = false;  // the new one will
-  KeyBuffer old_key{};
-  KeyBuffer new_key{};
+  KeyBuffer old_key;
+  KeyBuffer new_key;
 };
 
 bool SameKey(const TagChange& change) {
@@ -34,12 +34,13 @@ bool SameKey(const TagChange& change) {
 
 std::vector<TagChange> PlanChanges(Data4& data, const std::uint8_t* old_record, std::uint32_t number) {
   std::vector<TagChange> plan;
+  plan.reserve(data.tags.size());
   for (const auto& tag : data.tags) {
-    TagChange change;
+    TagChange& change = plan.emplace_back();
     change.tag = tag.get();
     if (old_record != nullptr) change.had = KeyOf(*tag->tag, old_record, number, change.old_key.data());
     change.has = KeyOf(*tag->tag, data.buffer.data(), number, change.new_key.data());
-    if (old_record == nullptr ? change.has : !SameKey(change)) plan.push_back(change);
+    if (old_record == nullptr ? !change.has : SameKey(change)) plan.pop_back();
   }
   return plan;
 }
@@ -178,6 +179,7 @@ ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* r
   });
   const auto length = static_cast<std::size_t>(table.Header().record_length);
   const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length));
+  count_ = 0;  // the block that is reused may be the one last used
   block->bytes.resize(per_block * length);
   const std::int64_t got = table.ReadRecords(number * per_block + 1, per_block, block->bytes.data());
   block->number = got > 0 ? number : kNoBlock;
@@ -186,24 +188,26 @@ ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* r
   return got > 0 ? block : nullptr;
 }
 
-const std::uint8_t* ReadAhead::Get(TableFile& table, std::uint32_t record, int* rc) {
-  const auto length = static_cast<std::size_t>(table.Header().record_length);
-  const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length));
+const std::uint8_t* ReadAhead::Find(TableFile& table, std::uint32_t record, int* rc) {
+  length_ = static_cast<std::size_t>(table.Header().record_length);
+  const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length_));
   const std::uint32_t number = (record - 1) / per_block;
   const std::uint32_t place = (record - 1) % per_block;
-  Block* block = last_ < blocks_.size() && blocks_[last_].number == number ? &blocks_[last_] : nullptr;
-  for (std::size_t i = 0; block == nullptr && i < blocks_.size(); ++i) {
-    if (blocks_[i].number == number && blocks_[i].count > 0) block = &blocks_[i];
+  Block* block = nullptr;
+  for (Block& held : blocks_) {
+    if (held.number == number && held.count > place) block = &held;
   }
-  if (block == nullptr || place >= block->count) block = Fill(table, number, rc);
+  if (block == nullptr) block = Fill(table, number, rc);
   if (block == nullptr || place >= block->count) {
     if (*rc == kSuccess) *rc = kNoRecord;
     return nullptr;
   }
-  last_ = static_cast<std::size_t>(block - blocks_.data());
   block->used = ++clock_;
+  first_ = number * per_block + 1;
+  count_ = block->count;
+  bytes_ = block->bytes.data();
   *rc = kSuccess;
-  return block->bytes.data() + place * length;
+  return bytes_ + place * length_;
 }
 
 // --- Handles ---
@@ -280,6 +284,9 @@ int WriteChanges(Data4& data) {
     if (rc != kSuccess) return code.Fail(rc);
   }
   data.Own();
+  // A change tried within a caller's unit is undone with it, also when it was refused and stands in the
+  // buffer only.
+  data.wrote_in_unit |= code.unit_depth > 0;
   UnitScope unit(code);
   bool begun = false;
   int rc = ChangeNow(data, &begun);

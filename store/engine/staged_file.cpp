@@ -21,10 +21,22 @@ std::int64_t StagedFile::Size() {
   return std::max(size, End(*extents_.rbegin()));
 }
 
+const StagedFile::Bytes* StagedFile::Covering(std::int64_t offset, std::int64_t end) {
+  auto extent = extents_.upper_bound(offset);
+  if (extent == extents_.begin()) return nullptr;
+  --extent;
+  covering_at_ = extent->first;
+  return End(*extent) >= end ? &extent->second : nullptr;
+}
+
 std::int64_t StagedFile::ReadAt(std::int64_t offset, void* buffer, std::size_t length) {
+  const std::int64_t end = offset + static_cast<std::int64_t>(length);
+  if (const Bytes* whole = Covering(offset, end)) {
+    std::memcpy(buffer, whole->data() + (offset - covering_at_), length);
+    return static_cast<std::int64_t>(length);
+  }
   std::int64_t got = file_->ReadAt(offset, buffer, length);
   if (got < 0 || extents_.empty()) return got;
-  const std::int64_t end = offset + static_cast<std::int64_t>(length);
   auto* out = static_cast<std::uint8_t*>(buffer);
   auto extent = extents_.upper_bound(offset);
   if (extent != extents_.begin()) --extent;

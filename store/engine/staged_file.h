@@ -33,7 +33,11 @@ class StagedFile {
   void Discard() { extents_.clear(); }
 
  private:
+  // The one extent that holds all of a range, if there is one; it begins at covering_at_.
+  const Bytes* Covering(std::int64_t offset, std::int64_t end);
+
   std::unique_ptr<File> file_;
+  std::int64_t covering_at_ = 0;
   std::map<std::int64_t, Bytes> extents_;
 };
 

@@ -87,8 +87,8 @@ void Code4::EndUnit(bool committed) {
     }
   }
   for (const auto& handle : handles) {
-    if (!handle || std::find(unit_tables.begin(), unit_tables.end(), &handle->table) == unit_tables.end())
-      continue;
+    const bool part = std::find(unit_tables.begin(), unit_tables.end(), &handle->table) != unit_tables.end();
+    if (!part && !handle->wrote_in_unit && !handle->unlock_at_end) continue;
     handle->ahead.Forget();
     if (!committed && handle->wrote_in_unit && !handle->appending) {
       // What the handle shows never happened.

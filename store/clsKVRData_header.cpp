@@ -1,0 +1,108 @@
+// Check and repair of the record count in a table's header.
+//
+// Of the header's first 32 bytes, little-endian: 4 to 7 the record count, 8 and 9 the header's length, 10 and
+// 11 the record's length. The count that must stand there is (file length - header length) / record length,
+// rounded down, so that the marker byte at the file's end does not count.
+
+#include <array>
+#include <limits>
+#include <optional>
+
+#include "store/clsKVRData.h"
+
+namespace tallwick {
+
+namespace {
+
+// The lock that an append takes on the header of a table with an index.
+constexpr std::int64_t kHeaderLock = 0x7FFFFFFE;
+
+struct HeaderFacts {
+  int header_length = 0;
+  int record_length = 0;
+  std::uint32_t records = 0;  // that the file's length holds
+};
+
+std::optional<HeaderFacts> ReadHeader(engine::File& file) {
+  std::array<std::uint8_t, 32> bytes{};
+  std::int64_t size = file.Size();
+  if (file.ReadAt(0, bytes.data(), bytes.size()) != static_cast<std::int64_t>(bytes.size()))
+    return std::nullopt;
+  HeaderFacts facts;
+  facts.header_length = bytes[8] | bytes[9] << 8;
+  facts.record_length = bytes[10] | bytes[11] << 8;
+  if (facts.record_length == 0 || facts.header_length < 32 || size < facts.header_length) return std::nullopt;
+  std::int64_t records = (size - facts.header_length) / facts.record_length;
+  if (records > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
+  facts.records = static_cast<std::uint32_t>(records);
+  return facts;
+}
+
+// Highest byte first: a torn write leaves a count that is still wrong rather than one that looks right.
+bool WriteCount(engine::File& file, std::uint32_t count) {
+  for (int offset = 7; offset >= 4; --offset) {
+    auto byte = static_cast<std::uint8_t>(count >> (8 * (offset - 4)));
+    if (file.WriteAt(offset, &byte, 1) != engine::kSuccess) return false;
+  }
+  return file.Flush() == engine::kSuccess;
+}
+
+}  // namespace
+
+std::string clsKVRData::TableFile(std::string_view name) const {
+  std::string path(name);
+  if (FileNameOf(path).find('.') == std::string_view::npos) path += ".dbf";
+  return ports_.file_system.PlatformPath(path);
+}
+
+bool clsKVRData::CheckDatabaseHeader(DataHandle data) {
+  if (!header_check_) return true;
+  OpenTable* table = Find(data);
+  if (!table) return NotOpen(), false;
+  int code = engine::kSuccess;
+  std::unique_ptr<engine::File> file =
+      ports_.files.Open(engine::d4fileName(*table->data), engine::OpenMode::kReadOnly, &code);
+  std::optional<HeaderFacts> facts = file ? ReadHeader(*file) : std::nullopt;
+  if (facts && facts->records == engine::d4recCountDo(*table->data)) {
+    Finish(engine::kSuccess);
+    return true;
+  }
+  Finish(engine::kErrorDataHeader);
+  ports_.boxes.Critical(
+      "Corrupt Header",
+      DatabaseName(data) + " has a Corrupt File Header.  Swith to Exclusive File Access to fix.");
+  return false;
+}
+
+bool clsKVRData::CheckRecordCount(DataHandle data) {
+  OpenTable* table = Find(data);
+  if (!table) return NotOpen(), false;
+  return Finish(engine::d4headerCheck(*table->data)) == engine::kSuccess;
+}
+
+int clsKVRData::FixDatabaseHeader(std::string_view name) {
+  std::string shown = ShownName(name);
+  BoxAnswer answer = ports_.boxes.Show({BoxIcon::kCritical, "Corrupt Header",
+                                        shown + " has a corrupt file header.  Attempt to correct?",
+                                        BoxButtons::kOkCancel, BoxAnswer::kCancel});
+  if (answer != BoxAnswer::kOk) return engine::kErrorDataHeader;
+  int code = engine::kSuccess;
+  std::unique_ptr<engine::File> file =
+      ports_.files.Open(TableFile(name), engine::OpenMode::kReadWrite, &code);
+  // The lock keeps appends of other workstations out, which raise the same count.
+  if (!file || file->Lock(kHeaderLock, 1, engine::LockKind::kExclusive) != engine::kSuccess) {
+    return engine::kErrorDataHeader;
+  }
+  std::optional<HeaderFacts> facts = ReadHeader(*file);
+  bool written = facts && WriteCount(*file, facts->records);
+  file->Unlock(kHeaderLock, 1);
+  if (!written) return engine::kErrorDataHeader;
+  ports_.boxes.Inform("Corrected Header",
+                      "File Header for " + shown +
+                          " has been revised...\rRecord Length: " + std::to_string(facts->record_length) +
+                          " Start Data: " + std::to_string(facts->header_length) +
+                          " Number Records: " + std::to_string(facts->records));
+  return engine::kSuccess;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,32 @@
+#include "tables/status_text.h"
+
+#include "core/text.h"
+
+namespace tallwick {
+
+namespace {
+
+std::string Undefined(std::string_view code) {
+  return "undefined status code (" + std::string(code) + ")";
+}
+
+}  // namespace
+
+std::string CheckStatusText(std::string_view code) {
+  code = Trim(code);
+  if (code == "H") return "Handwritten";
+  if (code == "O") return "Outstanding";
+  if (code == "V") return "Voided ";
+  if (code == "C") return "Cleared ";
+  if (code == "S") return "Stopped Payment ";
+  return Undefined(code);
+}
+
+std::string WireStatusText(std::string_view code) {
+  code = Trim(code);
+  if (code == "O") return "Outstanding";
+  if (code == "C") return "Cleared ";
+  return Undefined(code);
+}
+
+}  // namespace tallwick

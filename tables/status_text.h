@@ -1,0 +1,12 @@
+// The display texts of status codes, exactly as grids and reports show them; some end with a blank.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace tallwick {
+
+std::string CheckStatusText(std::string_view code);
+std::string WireStatusText(std::string_view code);
+
+}  // namespace tallwick

@@ -1,0 +1,223 @@
+#include "tables/table_base.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "tables/bank_code.h"
+#include "tables/keys.h"
+
+namespace tallwick {
+
+namespace {
+
+constexpr std::uint64_t kEmptyMemoBytes = 512;  // the memo file's header
+
+// Expressions are compared as the engine reads them: without regard to case and blanks.
+std::string Normalized(std::string_view expression) {
+  std::string text = ToUpper(expression);
+  std::erase(text, ' ');
+  return text;
+}
+
+bool SameField(const FieldProperties& found, const FieldLayout& wanted) {
+  return EqualsIgnoreCase(found.name, wanted.name) && found.type == wanted.type &&
+         found.width == wanted.width && found.decimals == wanted.decimals;
+}
+
+bool SameTag(const TagProperties& found, const TagLayout& wanted) {
+  return Normalized(found.expression) == Normalized(wanted.expression) &&
+         Normalized(found.filter) == Normalized(wanted.filter) && (found.unique != 0) == wanted.unique &&
+         found.descending == wanted.descending;
+}
+
+}  // namespace
+
+TableBase::TableBase(const TableHome& home, const TableLayout& layout) : home_(home), layout_(layout) {
+  if (!layout.per_bank) name_ = layout.name;
+}
+
+TableBase::~TableBase() {
+  Close();
+}
+
+std::string TableBase::PathWith(std::string_view extension) const {
+  return WithBackslash(Trim(home_.folder)) + name_ + std::string(extension);
+}
+
+bool TableBase::UseBank(std::string_view bank_code) {
+  Close();
+  if (!layout_.per_bank) return true;
+  std::string problem = BankCodeProblem(bank_code);
+  if (!problem.empty()) {
+    home_.boxes.Critical(layout_.texts.open_title, problem);
+    return false;
+  }
+  name_ = std::string(layout_.name) + TrimmedBankCode(bank_code);
+  return true;
+}
+
+// --- Making and opening ---
+
+bool TableBase::Exists(std::string_view bank_code) {
+  return UseBank(bank_code) && home_.files.FileExists(Path());
+}
+
+int TableBase::Create(std::string_view bank_code) {
+  return UseBank(bank_code) ? CreateNamed() : engine::kErrorParameter;
+}
+
+int TableBase::CreateNamed() {
+  int code = MakeEmpty();
+  if (code != engine::kSuccess) ReportNotCreated(code);
+  return code;
+}
+
+int TableBase::MakeEmpty() {
+  RemoveStrays();
+  DataHandle made = home_.data.CreateDatabase(Path(), layout_.fields, layout_.tags);
+  return made > 0 ? home_.data.CloseDatabase(made) : home_.data.LastErrorCode();
+}
+
+// The data file is made last, so an index or an empty memo file without it is left over from a creation cut
+// short.
+void TableBase::RemoveStrays() {
+  if (home_.files.FileExists(Path())) return;
+  home_.files.Remove(PathWith(".CDX"));
+  std::string memo = PathWith(".FPT");
+  if (home_.files.SizeOf(memo).value_or(0) <= kEmptyMemoBytes) home_.files.Remove(memo);
+}
+
+void TableBase::ReportNotCreated(int code) {
+  const TableTexts& texts = layout_.texts;
+  home_.boxes.Critical(texts.create_title, name_ + std::string(texts.not_created) +
+                                               std::string(texts.code_lead) + std::to_string(code) +
+                                               std::string(texts.code_tail));
+}
+
+int TableBase::MakeMissing() {
+  if (!layout_.per_bank || home_.files.FileExists(Path())) return engine::kSuccess;
+  int code = MakeEmpty();
+  if (code == engine::kErrorExists) return engine::kSuccess;  // another workstation was quicker
+  if (code != engine::kSuccess) {
+    ReportNotCreated(code);
+  } else if (home_.made_on_open) {
+    home_.made_on_open(name_);
+  }
+  return code;
+}
+
+DataHandle TableBase::Open(std::string_view bank_code) {
+  if (!UseBank(bank_code)) return engine::kErrorParameter;
+  int made = MakeMissing();
+  if (made != engine::kSuccess) return made < 0 ? made : 0;
+  DataHandle handle = home_.data.OpenDatabase(Path());
+  if (handle <= 0 && home_.data.RebuildRequested()) {
+    home_.data.ClearRebuildRequest();
+    if (RebuildOnDisk({}) == engine::kSuccess) handle = home_.data.OpenDatabase(Path());
+  }
+  if (handle <= 0) {
+    ReportOpenFailed(handle);
+    if (handle == engine::kErrorDataHeader && OfferAfterDamagedHeader()) {
+      handle = home_.data.OpenDatabase(Path());
+    }
+  }
+  return Settle(handle);
+}
+
+DataHandle TableBase::OpenExclusive(std::string_view bank_code) {
+  if (!UseBank(bank_code)) return engine::kErrorParameter;
+  DataHandle handle = home_.data.OpenDatabaseExclusive(Path());
+  home_.data.SetSharedAccess();
+  if (handle <= 0) ReportOpenFailed(handle);
+  return Settle(handle);
+}
+
+void TableBase::ReportOpenFailed(int code) {
+  home_.boxes.Critical(layout_.texts.open_title,
+                       "Open database " + name_ + " failed.\r" + std::to_string(code));
+}
+
+DataHandle TableBase::Settle(DataHandle handle) {
+  if (handle <= 0) return handle;
+  handle_ = handle;
+  fields_.clear();
+  for (const FieldLayout& field : layout_.fields)
+    fields_.push_back(home_.data.FindField(handle_, field.name));
+  return handle_;
+}
+
+void TableBase::Close() {
+  if (!IsOpen()) return;
+  home_.data.CloseDatabase(handle_);
+  handle_ = 0;
+  fields_.clear();
+}
+
+LayoutState TableBase::CheckVersion() {
+  std::vector<FieldProperties> fields = home_.data.FieldList(handle_);
+  if (!std::equal(fields.begin(), fields.end(), layout_.fields.begin(), layout_.fields.end(), SameField)) {
+    return LayoutState::kOtherFields;
+  }
+  if (home_.data.TagNames(handle_).size() != layout_.tags.size()) return LayoutState::kOtherTags;
+  for (const TagLayout& tag : layout_.tags) {
+    std::optional<TagProperties> found = home_.data.GetTagProperties(handle_, tag.name);
+    if (!found || !SameTag(*found, tag)) return LayoutState::kOtherTags;
+  }
+  return LayoutState::kCurrent;
+}
+
+// --- Navigation ---
+
+bool TableBase::Top(std::string_view tag) {
+  return home_.data.SelectTag(handle_, tag) && home_.data.TopDatabase(handle_) == engine::kSuccess;
+}
+
+bool TableBase::Bottom(std::string_view tag) {
+  return home_.data.SelectTag(handle_, tag) && home_.data.BottomDatabase(handle_) == engine::kSuccess;
+}
+
+bool TableBase::Skip(std::int64_t count) {
+  return home_.data.SkipDatabase(handle_, count) == engine::kSuccess;
+}
+
+bool TableBase::GoTo(std::int32_t record) {
+  return home_.data.GoToRecordNo(handle_, record) == engine::kSuccess;
+}
+
+bool TableBase::Seek(std::string_view tag, std::string_view key) {
+  return home_.data.SelectTag(handle_, tag) &&
+         home_.data.SeekDatabase(handle_, UpperKey(key)) == engine::kSuccess;
+}
+
+bool TableBase::SeekNext(std::string_view key) {
+  return home_.data.SeekDatabaseNext(handle_, UpperKey(key)) == engine::kSuccess;
+}
+
+FieldHandle TableBase::Field(std::string_view name) const {
+  auto found = std::find_if(layout_.fields.begin(), layout_.fields.end(),
+                            [name](const FieldLayout& field) { return EqualsIgnoreCase(field.name, name); });
+  auto position = static_cast<std::size_t>(found - layout_.fields.begin());
+  return position < fields_.size() ? fields_[position] : 0;
+}
+
+// --- Changing the current record ---
+
+int TableBase::Lock(bool no_prompt) {
+  if (RecordNumber() == 0) return engine::kNoRecord;
+  if (!home_.data.LockTheRecord(handle_, no_prompt)) return home_.data.LastErrorCode();
+  int code = home_.data.RefreshRecord(handle_);
+  if (code == engine::kSuccess && home_.data.IsRecordDeleted(handle_)) code = engine::kNoRecord;
+  if (code != engine::kSuccess) Unlock();
+  return code;
+}
+
+int TableBase::Delete() {
+  int code = Lock();
+  if (code != engine::kSuccess) return code;
+  home_.data.DeleteRecord(handle_);
+  code = home_.data.WriteTheRecord(handle_);
+  Unlock();
+  return code;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,120 @@
+// What all tables share: making, opening, checking, rebuilding and walking one table of a company folder.
+// A table object holds at most one open handle and closes it when it goes.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/file_system.h"
+#include "core/message_boxes.h"
+#include "store/clsKVRData.h"
+#include "tables/layout.h"
+
+namespace tallwick {
+
+// Where the tables of a company live. What it refers to must outlive every table.
+struct TableHome {
+  clsKVRData& data;
+  FileSystem& files;
+  MessageBoxes& boxes;
+  std::string folder;  // the company data path
+  // Told the name of a per-bank table that was missing and has been made while it was opened. May be empty.
+  std::function<void(std::string_view table)> made_on_open = {};
+};
+
+class TableBase {
+ public:
+  TableBase(const TableHome& home, const TableLayout& layout);
+  virtual ~TableBase();
+  TableBase(const TableBase&) = delete;
+  TableBase& operator=(const TableBase&) = delete;
+
+  const TableLayout& Layout() const { return layout_; }
+  // "ESCROW_CHECKS_FNB" or "ESCROW_BANKS"; for a per-bank table the name after a Create, Open or Rebuild with
+  // its code.
+  const std::string& Name() const { return name_; }
+  std::string Path() const { return PathWith(".DBF"); }
+
+  // Bank codes may come blank-padded; company-wide tables take none. A code that cannot be part of a file
+  // name is refused with a message.
+  bool Exists(std::string_view bank_code = {});
+  // Makes the empty table; 0, or the engine's code after a message. Leaves it closed.
+  int Create(std::string_view bank_code = {});
+  // Opens the table shared and looks up its fields. A per-bank table that is missing is made first. When the
+  // user asks for a rebuild of a damaged one it is rebuilt. The handle, 0 or a negative code after a message.
+  DataHandle Open(std::string_view bank_code = {});
+  // The same for this workstation alone; a missing table is not made.
+  DataHandle OpenExclusive(std::string_view bank_code = {});
+  void Close();
+  bool IsOpen() const { return handle_ > 0; }
+  DataHandle Handle() const { return handle_; }
+  clsKVRData& Data() const { return home_.data; }
+
+  // Whether the open table's fields and tags are those of the layout.
+  LayoutState CheckVersion();
+  // Packs the closed table into new files with new indexes, the old table kept as ".sav" until the new one is
+  // proven, and reports "Pack Result Code: " with the code, which is also the result. A damaged or missing
+  // index is mended.
+  int Rebuild(std::string_view bank_code = {}, const engine::Progress& progress = {});
+
+  // Navigation in a tag's order; "" is record order. True on a record.
+  bool Top(std::string_view tag);
+  bool Bottom(std::string_view tag);
+  bool Skip(std::int64_t count = 1);
+  bool GoTo(std::int32_t record);
+  // On the first record whose key begins with `key`; the key is upper-cased as the tags are. True when found.
+  bool Seek(std::string_view tag, std::string_view key);
+  bool SeekNext(std::string_view key);  // the next record with this key, in the selected tag
+  std::int32_t RecordNumber() const { return home_.data.CurrentRecord(handle_); }
+  std::int32_t RecordCount() const { return home_.data.RecordCount(handle_); }  // deleted ones included
+
+  // The kept handle of a field, for passes that decode only what they need; 0 when the table lacks it.
+  FieldHandle Field(std::string_view name) const;
+
+  // Locks the current record and reads it again, so that what follows works on what is in the table now. 0;
+  // engine::kLocked when another workstation has it and the user gave up; engine::kNoRecord when it has been
+  // deleted.
+  int Lock(bool no_prompt = false);
+  void Unlock() { home_.data.UnlockTheRecord(handle_); }
+  // Locks, deletes and unlocks the current record. Codes as Lock.
+  int Delete();
+
+ protected:
+  // Called when an open ended with the header damaged and its repair declined. True when the open is worth
+  // another try.
+  virtual bool OfferAfterDamagedHeader() { return false; }
+
+  const TableHome& Home() const { return home_; }
+  std::string PathWith(std::string_view extension) const;
+  int CreateNamed();  // Create for the name in use
+  const std::vector<FieldHandle>& Fields() const { return fields_; }
+
+ private:
+  bool UseBank(std::string_view bank_code);  // false after a message
+  int MakeEmpty();                           // 0 or a code, without a message
+  int MakeMissing();
+  void RemoveStrays();
+  void ReportNotCreated(int code);
+  DataHandle Settle(DataHandle handle);
+  void ReportOpenFailed(int code);
+
+  int RebuildOnDisk(const engine::Progress& progress);
+  int PackAndProve(DataHandle data, const engine::Progress& progress);
+  DataHandle OpenMended();
+  bool KeepOld();
+  void DropOld();
+  void RestoreOld();
+  bool IsProven(DataHandle data, std::int32_t live_records);
+  std::int32_t CountLive(DataHandle data);
+
+  TableHome home_;
+  const TableLayout& layout_;
+  std::string name_;
+  DataHandle handle_ = 0;
+  std::vector<FieldHandle> fields_;  // in the layout's order; 0 where the table lacks one
+};
+
+}  // namespace tallwick
