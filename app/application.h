@@ -1,0 +1,28 @@
+// One running program: the session that start-up made, and the catalogue of its screens.
+#pragma once
+
+#include <memory>
+
+#include "app/screen_catalogue.h"
+#include "shell/start_up.h"
+
+namespace tallwick {
+
+class Application {
+ public:
+  Application(std::unique_ptr<Session> session, ScreenOpener& opener)
+      : session_(std::move(session)), screens_(*session_, opener) {}
+
+  Session& TheSession() { return *session_; }
+  ScreenCatalogue& Screens() { return screens_; }
+
+ private:
+  std::unique_ptr<Session> session_;
+  ScreenCatalogue screens_;
+};
+
+// Starts the program (see StartUp). Null after a message; `result` (may be null) then says what failed.
+std::unique_ptr<Application> StartApplication(const Ports& ports, const SuiteFactory& attach,
+                                              ScreenOpener& opener, StartUpResult* result = nullptr);
+
+}  // namespace tallwick

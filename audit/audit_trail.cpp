@@ -1,0 +1,154 @@
+#include "audit/audit_trail.h"
+
+#include <optional>
+
+#include "core/encoding.h"
+#include "core/text_format.h"
+
+namespace tallwick {
+namespace {
+
+bool IsSwitch(const Control& control) {
+  return control.kind == ControlKind::kCheck || control.kind == ControlKind::kOption;
+}
+
+bool IsSnapshotText(const Control& control) {
+  switch (control.kind) {
+    case ControlKind::kText:
+    case ControlKind::kCombo:
+    case ControlKind::kList:
+    case ControlKind::kAmount:
+    case ControlKind::kDate:
+    case ControlKind::kPeriod:
+    case ControlKind::kNumber:
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool IsComparedText(const Control& control) {
+  return IsSnapshotText(control) || control.kind == ControlKind::kMasked;
+}
+
+void Snapshot(Form& form) {
+  for (Control& control : form.Controls()) {
+    if (IsSwitch(control) || IsSnapshotText(control)) control.tag = ControlValue(control);
+  }
+}
+
+// A value on one line: a line break inside it would look like the next event.
+std::string OnOneLine(std::string text) {
+  for (char& c : text) {
+    if (c == '\r' || c == '\n') c = ' ';
+  }
+  return text;
+}
+
+std::string ChangedControls(const Form& form) {
+  std::string events;
+  for (const Control& control : form.Controls()) {
+    if (!IsSwitch(control) && !IsComparedText(control)) continue;
+    const std::string now = ControlValue(control);
+    if (now == control.tag) continue;
+    events += "[EDIT] " + control.name;
+    if (control.index != 0) events += " (" + std::to_string(control.index) + ")";
+    events += " was: " + OnOneLine(control.tag) + " now: " + OnOneLine(now) + "\r\n";
+  }
+  return events;
+}
+
+std::string EventLines(const Form& form, int action, int tx, const std::string& reference) {
+  switch (action) {
+    case kAuditAdd:
+      if (reference.empty()) return {};
+      return (tx == kAuditVoidCheck ? "[ADD VOID] " : "[ADD] ") + reference + "\r\n";
+    case kAuditSave:
+      if (tx == kAuditVoidCheck) return "[VOID] " + reference + "\r\n";
+      if (tx == kAuditSetOutstanding) return "[SET OUTSTANDING] " + reference + "\r\n";
+      return ChangedControls(form);
+    case kAuditDelete:
+      return "[DELETE] " + reference + "\r\n";
+    default:
+      return {};
+  }
+}
+
+std::string HeaderLine(const AuditTarget& target, int tx, const std::string& reference) {
+  const DateTime now = target.clock.Now();
+  std::string line = "[DATE: " + FormatDate(now.date, "mmm dd, yyyy") + " @ ";
+  line += FormatDateTime(now, "hh:mm:ss ampm") + "][TX: ";
+  line += AuditTxName(tx);
+  line += "][REFERENCE: " + reference + "][LOGIN: " + OnOneLine(target.login);
+  line += "][COMPUTER: " + OnOneLine(target.computer) + "]\r\n";
+  return line;
+}
+
+// The text as the log holds it; a character that its code page lacks becomes "?".
+std::string LogBytes(std::string text) {
+  std::optional<std::string> bytes = ToWindows1252(text);
+  while (!bytes) {
+    const std::string foreign = FirstCharacterOutside1252(text);
+    const std::size_t place = foreign.empty() ? std::string::npos : text.find(foreign);
+    if (place == std::string::npos) return text;
+    text.replace(place, foreign.size(), "?");
+    bytes = ToWindows1252(text);
+  }
+  return *bytes;
+}
+
+}  // namespace
+
+AuditTarget AuditTargetOf(const Session& session, std::string_view bank_code, bool on) {
+  return {on,
+          session.Files(),
+          session.TheClock(),
+          session.DataPath(),
+          std::string(bank_code),
+          session.TheSuite().Login(),
+          session.TheWorkstation().ComputerName()};
+}
+
+void WriteAuditTrail(const AuditTarget& target, Form& form, int action, int tx, std::string_view reference) {
+  if (!target.on) return;
+  if (action == kAuditSnapshot) {
+    Snapshot(form);
+    return;
+  }
+  const std::string key = OnOneLine(std::string(reference));
+  const std::string events = EventLines(form, action, tx, key);
+  if (events.empty()) return;
+  const std::string path = AuditLogPath(target);
+  std::string entry = target.files.FileExists(path) ? "\r\n" : "";
+  entry += HeaderLine(target, tx, key) + events;
+  target.files.Append(path, LogBytes(std::move(entry)));
+}
+
+std::string_view AuditTxName(int tx) {
+  switch (tx) {
+    case kAuditAccountEdit:
+      return "Account Edit";
+    case kAuditPostDeposit:
+      return "Post Deposit";
+    case kAuditClearDeposit:
+      return "Clear Deposit";
+    case kAuditPostCheck:
+      return "Post Check";
+    case kAuditVoidCheck:
+      return "Void Check";
+    case kAuditPostWire:
+      return "Post Wire";
+    case kAuditSetOutstanding:
+      return "Set Outstanding";
+    default:
+      return "Undefined";
+  }
+}
+
+std::string AuditLogPath(const AuditTarget& target) {
+  const std::string folder = target.data_path + "Logs\\" + target.bank_code + "\\";
+  target.files.CreateFolder(folder);
+  return folder + "Audit_Trail.log";
+}
+
+}  // namespace tallwick

@@ -1,0 +1,142 @@
+#include "cli/command_line.h"
+
+#include <algorithm>
+
+#include <CLI/CLI.hpp>
+
+#include "cli/commands/command.h"
+#include "cli/office.h"
+#include "core/text.h"
+
+namespace tallwick::cli {
+
+namespace {
+
+constexpr std::string_view kVersion = "escrowctl 1.00.0001";
+
+// Global options as texts, before they have been understood.
+struct RawOptions {
+  std::string security;
+  std::string today;
+  std::string time;
+  std::vector<std::string> answers;
+};
+
+std::string ReadableAnswer(const std::string& word) {
+  return ParseAnswer(word) ? "" : "an answer is OK, Cancel, Yes, No or Retry";
+}
+std::string ReadableDate(const std::string& text) {
+  return ParseIsoDate(text) ? "" : "a day is written YYYY-MM-DD";
+}
+std::string ReadableTime(const std::string& text) {
+  return ParseTimeOfDay(text) ? "" : "a time is written HH:MM:SS";
+}
+
+void AddGlobalOptions(CLI::App& app, GlobalOptions& options, RawOptions& raw) {
+  app.add_option("--data", options.data, "Company data path (needed by all but words and period)");
+  app.add_option("--settings", options.settings, "Settings path; the data path when left out");
+  app.add_option("--company", options.company, "Name of the current company");
+  app.add_option("--company-number", options.company_number, "Its number");
+  app.add_option("--user", options.user, "Login of the current user");
+  app.add_option("--security", raw.security, "on or off (off unless said)")
+      ->check(CLI::IsMember({"on", "off"}));
+  app.add_option("--bank", options.bank, "Code of the selected bank");
+  app.add_option("--today", raw.today, "A fixed day YYYY-MM-DD in place of the clock's")
+      ->check(CLI::Validator(ReadableDate, "YYYY-MM-DD"));
+  app.add_option("--time", raw.time, "A fixed time HH:MM:SS in place of the clock's")
+      ->check(CLI::Validator(ReadableTime, "HH:MM:SS"));
+  app.add_option("--computer", options.computer, "Workstation name written to logs");
+  app.add_option("--answer", raw.answers,
+                 "Answer to the next question: OK, Cancel, Yes, No or Retry; may be repeated")
+      ->allow_extra_args(false)
+      ->check(CLI::Validator(ReadableAnswer, "WORD"));
+  app.add_flag("--json", options.json, "One JSON object on standard output");
+}
+
+void Understand(const RawOptions& raw, GlobalOptions& options) {
+  options.security = raw.security == "on";
+  if (!raw.today.empty()) options.today = ParseIsoDate(raw.today);
+  if (!raw.time.empty()) options.time = ParseTimeOfDay(raw.time);
+  for (const std::string& word : raw.answers) options.answers.push_back(*ParseAnswer(word));
+}
+
+void AddCommands(CLI::App& app, Action& chosen) {
+  AddInitCommand(app, chosen);
+  AddDemoCommand(app, chosen);
+  AddBankCommands(app, chosen);
+  AddWordsCommand(app, chosen);
+  AddPeriodCommand(app, chosen);
+  AddCheckCommands(app, chosen);
+  AddFileCommand(app, chosen);
+  AddLedgerCommand(app, chosen);
+  AddUserCommands(app, chosen);
+  AddVerifyCommand(app, chosen);
+  AddTableCommands(app, chosen);
+  AddDriveCommand(app, chosen);
+}
+
+// Global options may stand behind the command too.
+void LetOptionsFallThrough(CLI::App& app) {
+  for (CLI::App* command : app.get_subcommands([](CLI::App*) { return true; })) {
+    command->fallthrough();
+    LetOptionsFallThrough(*command);
+  }
+}
+
+// What a command line asks for when it is not a command: help, the version, or nothing that can be
+// understood.
+int AnswerWithoutCommand(const CLI::App& app, const CLI::ParseError& error, Output& out) {
+  if (error.get_exit_code() != 0) {
+    out.Fail(std::string(error.what()) + " (escrowctl --help lists the commands)");
+    return kWrongUsage;
+  }
+  const bool version = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
+  const CLI::App* asked = &app;
+  while (!asked->get_subcommands().empty()) asked = asked->get_subcommands().front();
+  const std::string text = version ? std::string(kVersion) : asked->help();
+  out.Set(version ? "version" : "help", text);
+  out.Line(text);
+  return kDone;
+}
+
+// Wanted even where the rest of the line cannot be understood.
+bool WantsJson(const std::vector<std::string>& arguments) {
+  const auto end = std::find(arguments.begin(), arguments.end(), "--");
+  return std::find(arguments.begin(), end, "--json") != end;
+}
+
+}  // namespace
+
+int RunCommandLine(std::vector<std::string> arguments, std::ostream& stream) {
+  Output out(WantsJson(arguments), stream);
+  GlobalOptions options;
+  RawOptions raw;
+  Action chosen;
+  CLI::App app("escrowctl: escrow accounting from the command line", "escrowctl");
+  app.set_version_flag("--version", std::string(kVersion));
+  app.require_subcommand(1);
+  AddGlobalOptions(app, options, raw);
+  AddCommands(app, chosen);
+  LetOptionsFallThrough(app);
+  // The parser takes its arguments from the back.
+  std::reverse(arguments.begin(), arguments.end());
+  int status = kDone;
+  std::vector<ShownBox> shown;
+  try {
+    app.parse(arguments);
+  } catch (const CLI::ParseError& error) {
+    status = AnswerWithoutCommand(app, error, out);
+    out.Finish(shown);
+    return status;
+  }
+  Understand(raw, options);
+  CommandLineBoxes boxes(options.answers);
+  {
+    Office office(options, boxes, out);
+    status = chosen(office);
+  }
+  out.Finish(boxes.Shown());
+  return status;
+}
+
+}  // namespace tallwick::cli

@@ -1,0 +1,58 @@
+// drive: plays a script on the screens and prints its transcript.
+#include <fstream>
+#include <iostream>
+
+#include "cli/commands/command.h"
+#include "cli/drive/player.h"
+#include "core/text.h"
+
+namespace tallwick::cli {
+
+namespace {
+
+struct DriveArguments {
+  std::string script;  // "" = standard input
+};
+
+int PlayAll(Office& office, std::istream& script) {
+  Output& out = office.Out();
+  out.StartList("lines");
+  const auto tell = [&out](const std::string& line) { out.Item(line, line); };
+  std::string error;
+  {
+    ScriptPlayer player(office, tell);
+    std::string line;
+    for (int number = 1; std::getline(script, line); ++number) {
+      if (!line.empty() && line.back() == '\r') line.pop_back();
+      if (Trim(line).empty()) continue;
+      tell("> " + line);
+      if (player.Play(line)) continue;
+      error = "line " + std::to_string(number) + ": " + player.Error();
+      tell("error " + error);
+      break;
+    }
+  }
+  out.EndList();
+  if (error.empty()) return kDone;
+  out.Fail(error);
+  return office.Status() != kDone ? office.Status() : kRefused;
+}
+
+int Drive(Office& office, const DriveArguments& arguments) {
+  if (arguments.script.empty() || arguments.script == "-") return PlayAll(office, std::cin);
+  std::ifstream file(arguments.script);
+  if (file) return PlayAll(office, file);
+  office.Out().Fail("The script " + Quoted(arguments.script) + " cannot be read");
+  return kRefused;
+}
+
+}  // namespace
+
+void AddDriveCommand(CLI::App& app, Action& chosen) {
+  auto arguments = std::make_shared<DriveArguments>();
+  CLI::App* drive = app.add_subcommand("drive", "Drives the screens by control name, from a script");
+  drive->add_option("SCRIPT", arguments->script, "A file; left out, standard input");
+  Choose(drive, chosen, arguments, Drive);
+}
+
+}  // namespace tallwick::cli

@@ -1,0 +1,38 @@
+// A table opened for one command, closed at its end.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "cli/office.h"
+
+namespace tallwick::cli {
+
+class OpenTable {
+ public:
+  enum class Access { kShared, kExclusive };
+
+  // `file` is a path, or the name of a table in the data folder; ".dbf" may be left out. Says what failed.
+  OpenTable(Office& office, std::string_view file, Access access = Access::kShared);
+  ~OpenTable();
+  OpenTable(const OpenTable&) = delete;
+  OpenTable& operator=(const OpenTable&) = delete;
+
+  explicit operator bool() const { return data_ > 0; }
+  int Status() const { return status_; }
+  clsKVRData& Store() { return *store_; }
+  DataHandle Data() const { return data_; }
+  // Without folder and extension, as problems name it.
+  const std::string& Name() const { return name_; }
+  // Says that the table `what`, with the engine's reason, and gives the exit status.
+  int Failed(std::string_view what, int code);
+
+ private:
+  Office& office_;
+  clsKVRData* store_ = nullptr;
+  std::string name_;
+  DataHandle data_ = 0;
+  int status_ = kDone;
+};
+
+}  // namespace tallwick::cli

@@ -1,0 +1,81 @@
+#include "cli/drive/transcript.h"
+
+#include "cli/drive/script.h"
+
+namespace tallwick::cli {
+
+std::string QuotedText(std::string_view text) {
+  std::string quoted = "\"";
+  for (char c : text) {
+    if (c == '\r')
+      quoted += "\\r";
+    else if (c == '\n')
+      quoted += "\\n";
+    else if (c == '"' || c == '\\')
+      quoted += {'\\', c};
+    else
+      quoted += c;
+  }
+  return quoted + '"';
+}
+
+std::string BoxLine(const ShownBox& shown) {
+  const std::string_view icon = IconWord(shown.box.icon);
+  return "box " + std::string(icon.empty() ? "message" : icon) + ' ' + QuotedText(shown.box.title) + ' ' +
+         QuotedText(shown.box.text) + " -> " +
+         (shown.answered ? std::string(AnswerWord(shown.answer)) : "no answer");
+}
+
+namespace {
+
+bool ShowsCaption(const Control& control) {
+  switch (control.kind) {
+    case ControlKind::kCheck:
+    case ControlKind::kOption:
+    case ControlKind::kButton:
+    case ControlKind::kMenu:
+    case ControlKind::kFrame:
+      return true;
+    case ControlKind::kLabel:
+      return control.text.empty();
+    default:
+      return false;
+  }
+}
+
+std::string_view CheckedWord(const Control& control) {
+  const bool has_state = control.kind == ControlKind::kCheck || control.kind == ControlKind::kOption;
+  if (control.value == 1) return has_state || control.kind == ControlKind::kMenu ? " (checked)" : "";
+  if (!has_state) return "";
+  return control.value == 0 ? " (unchecked)" : " (grayed)";
+}
+
+std::size_t RowCount(const Control& control) {
+  return control.source ? control.source->RowCount() : control.rows.size();
+}
+
+}  // namespace
+
+std::string ControlLine(const Control& control) {
+  std::string line = ControlText(control.name, control.index) + " = ";
+  const bool rows = control.kind == ControlKind::kList || control.kind == ControlKind::kGrid;
+  if (control.kind != ControlKind::kGrid)
+    line += QuotedText(ShowsCaption(control) ? control.caption : control.text);
+  if (rows) line += (line.back() == ' ' ? "" : " ") + std::to_string(RowCount(control)) + " rows";
+  line += CheckedWord(control);
+  if (!control.enabled) line += " (disabled)";
+  if (!control.visible) line += " (hidden)";
+  return line;
+}
+
+std::string RowLine(const Control& control, int row) {
+  const std::string name = ControlText(control.name, row) + " = ";
+  const std::size_t place = static_cast<std::size_t>(row) - 1;
+  if (row < 1 || place >= RowCount(control)) return name + "no row";
+  if (!control.source) return name + QuotedText(control.rows[place]);
+  std::string cells;
+  for (const std::string& cell : control.source->Row(place)) cells += (cells.empty() ? "" : " | ") + cell;
+  return name + QuotedText(cells);
+}
+
+}  // namespace tallwick::cli

@@ -1,0 +1,87 @@
+#include "cli/office.h"
+
+#include "core/system_ports.h"
+#include "core/text.h"
+#include "shell/bank_select.h"
+#include "shell/company_tables.h"
+#include "shell/start_up.h"
+
+namespace tallwick::cli {
+
+Office::Office(GlobalOptions& options, CommandLineBoxes& boxes, Output& out)
+    : options_(options),
+      boxes_(boxes),
+      out_(out),
+      files_(SystemFileSystem()),
+      clock_(SystemClock()),
+      workstation_(SystemWorkstation(), options.computer) {
+  clock_.Hold(options.today, options.time);
+}
+
+Office::~Office() = default;
+
+clsKVRData* Office::Store() {
+  if (!store_) {
+    store_ =
+        std::make_unique<clsKVRData>(StorePorts{clock_, workstation_, files_, boxes_, engine::SystemFiles()});
+    if (!store_->InitializeCodebase()) store_.reset();
+  }
+  if (!store_) Refused("The record engine did not start", kNoTables);
+  return store_.get();
+}
+
+Session* Office::Refused(std::string_view why, int status) {
+  out_.Fail(why);
+  status_ = status;
+  return nullptr;
+}
+
+bool Office::HasDataOption() {
+  if (options_.data.empty()) Refused("This command needs --data DIR, the company's data folder", kWrongUsage);
+  return !options_.data.empty();
+}
+
+bool Office::MakeDataFolder() {
+  if (!HasDataOption()) return false;
+  const std::string folder = CommandLineSuite(options_, files_).DataPath();
+  if (files_.CreateFolder(folder)) return true;
+  Refused("The folder " + options_.data + " cannot be made", kNoTables);
+  return false;
+}
+
+Session* Office::Open() {
+  if (application_) return &application_->TheSession();
+  if (!HasDataOption()) return nullptr;
+  StartUpOutcome outcome =
+      StartUp(ThePorts(), [this] { return std::make_unique<CommandLineSuite>(options_, files_); });
+  if (!outcome.session) return Refused("The company in " + options_.data + " could not be opened", kNoTables);
+  made_tables_ = std::move(outcome.made_tables);
+  application_ = std::make_unique<Application>(std::move(outcome.session), opener_);
+  return &application_->TheSession();
+}
+
+Session* Office::OpenBank() {
+  Session* session = Open();
+  if (session == nullptr || !session->BankCode().empty()) return session;
+  if (options_.bank.empty()) return Refused("This command needs --bank CODE", kWrongUsage);
+  for (const BankRecord& bank : OfferedBanks(*session)) {
+    if (!EqualsIgnoreCase(Trim(bank.code), Trim(options_.bank))) continue;
+    session->SetBank(bank.code, bank.name);
+    return session;
+  }
+  return Refused("There is no bank " + Quoted(options_.bank) + " that this user may work with", kRefused);
+}
+
+std::optional<std::int32_t> Office::BankAccountingDay() {
+  Session* session = OpenBank();
+  if (session == nullptr) return std::nullopt;
+  const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
+  if (!bank) Refused("The bank " + Quoted(session->BankCode()) + " is gone", kRefused);
+  return bank ? std::optional(bank->accounting.day) : std::nullopt;
+}
+
+void Office::ReloadUser() {
+  if (application_) application_->TheSession().ReloadUser();
+}
+
+}  // namespace tallwick::cli

@@ -1,0 +1,83 @@
+// What a command works in: the ports made of the global options, and, as far as the command needs them, the
+// record store, the company's session with its screens, and the selected bank.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "app/application.h"
+#include "cli/boxes.h"
+#include "cli/options.h"
+#include "cli/output.h"
+#include "cli/surroundings.h"
+#include "core/form.h"
+#include "shell/session.h"
+#include "store/clsKVRData.h"
+
+namespace tallwick::cli {
+
+class Office {
+ public:
+  Office(GlobalOptions& options, CommandLineBoxes& boxes, Output& out);
+  ~Office();
+
+  GlobalOptions& Options() { return options_; }
+  CommandLineBoxes& Boxes() { return boxes_; }
+  FileSystem& Files() { return files_; }
+  CommandLineClock& TheClock() { return clock_; }
+  Output& Out() { return out_; }
+
+  // A started engine without a company, for single tables. Null after a message.
+  clsKVRData* Store();
+  // Makes the folder of --data where it is missing, for a company that begins. False after a message.
+  bool MakeDataFolder();
+  // The company of --data, started as the desktop starts it. Null after a message; Status() then says with
+  // what to end.
+  Session* Open();
+  // Open, and the bank of --bank selected, without the question whether its date shall advance. Null after a
+  // message.
+  Session* OpenBank();
+  // The accounting day of --bank, which decides the form of its periods (0 = month and year). Nullopt after a
+  // message.
+  std::optional<std::int32_t> BankAccountingDay();
+  // Who is asked when a screen wants another one opened; null = nobody.
+  void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }
+  // The screens exist once Open has succeeded.
+  ScreenCatalogue& Screens() { return application_->Screens(); }
+  // Names of the company-wide tables that Open found missing and made.
+  const std::vector<std::string>& MadeTables() const { return made_tables_; }
+  // Reads the user of the options again, after they have changed.
+  void ReloadUser();
+
+  int Status() const { return status_; }
+
+ private:
+  // Stands between the screens, which are made with the company, and whoever opens them later.
+  struct Opener : ScreenOpener {
+    ScreenOpener* target = nullptr;
+    void OpenScreen(std::string_view screen, std::string_view mode) override {
+      if (target != nullptr) target->OpenScreen(screen, mode);
+    }
+  };
+
+  Ports ThePorts() { return {boxes_, files_, clock_, workstation_}; }
+  bool HasDataOption();
+  // Says what failed and keeps the exit status; always null.
+  Session* Refused(std::string_view why, int status);
+
+  GlobalOptions& options_;
+  CommandLineBoxes& boxes_;
+  Output& out_;
+  FileSystem& files_;
+  CommandLineClock clock_;
+  CommandLineWorkstation workstation_;
+  Opener opener_;
+  std::unique_ptr<clsKVRData> store_;
+  std::unique_ptr<Application> application_;
+  std::vector<std::string> made_tables_;
+  int status_ = kDone;
+};
+
+}  // namespace tallwick::cli

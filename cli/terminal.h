@@ -1,0 +1,9 @@
+// Whether a person sits in front of the program.
+#pragma once
+
+namespace tallwick::cli {
+
+// True where standard input and standard error are both a terminal, so that a question can be asked.
+bool TerminalCanAnswer();
+
+}  // namespace tallwick::cli

@@ -1,0 +1,42 @@
+// Numbers of new checks: the last one posted, the next one to propose, and what to warn of.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/file_system.h"
+#include "tables/bank_table.h"
+#include "tables/check_table.h"
+
+namespace tallwick {
+
+// What the proposal and the warnings start from.
+struct CheckNumbering {
+  long long last_posted = 0;  // the highest number posted; 0 = none
+  long long next_set = 0;     // the bank's next-check-number setting; 0 = none
+
+  bool SettingRules() const { return next_set > last_posted; }
+  // The number that counts as the last one.
+  long long Last() const { return SettingRules() ? next_set - 1 : last_posted; }
+  long long Next() const { return Last() + 1; }
+  // "Last Check Number: 10451" or "Next Check Number: 10460".
+  std::string Label() const;
+};
+
+// The number as a value; nullopt when it is not made of digits.
+std::optional<long long> CheckNumberValue(std::string_view number);
+
+// Reads both facts of a bank: from its open check table, and from "MICR_Print_<bank>.dat" in the data path
+// (lines "name=value", the name "NextCheckNumber").
+CheckNumbering ReadCheckNumbering(CheckTable& checks, const FileSystem& files, std::string_view data_path,
+                                  std::string_view bank_code);
+
+// The warning for a number outside the stock that the bank's inventory range names; "" when there is none, or
+// the range is not in force.
+std::string InventoryWarning(std::string_view number, const BankRecord& bank);
+
+// "Greater than Last Check Number of 10451 by 49" for a number that leaves a gap; "" for any other.
+std::string GapWarning(std::string_view number, long long last);
+
+}  // namespace tallwick

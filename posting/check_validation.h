@@ -1,0 +1,42 @@
+// The tests that a check passes before it is written, in the order in which they run. Reading the list in
+// check_validation.cpp is reading the rule.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "posting/check_entry.h"
+#include "tables/bank_table.h"
+
+namespace tallwick {
+
+// What the tests look at.
+struct CheckCase {
+  EntryText text;
+  std::string status;  // of the check: "V" for a voided one
+  const BankRecord& bank;
+  Period period;                  // as parsed
+  bool period_valid = false;      // it is one of the bank's form
+  bool period_enabled = true;     // the period can be changed
+  std::function<bool()> on_file;  // whether the office knows the file number
+};
+
+struct CheckTest {
+  // The message of a failed test; "" when it is passed.
+  std::string (*message)(const CheckCase&);
+  std::string_view control;  // where the cursor goes
+  bool refuses = true;       // false: says it, and goes on
+};
+
+std::span<const CheckTest> CheckTests();
+
+// The first entry that cannot be stored as it was typed: its control and the message, both "" when all can.
+struct EntryRefusal {
+  std::string_view control;
+  std::string message;
+};
+EntryRefusal FirstEntryRefusal(const EntryText& text);
+
+}  // namespace tallwick

@@ -1,0 +1,74 @@
+#include "posting/entry_problems.h"
+
+#include <algorithm>
+
+#include "core/encoding.h"
+#include "core/text.h"
+#include "core/text_format.h"
+
+namespace tallwick {
+namespace {
+
+std::string Problem(std::string_view label, std::string_view what) {
+  return std::string(label) + " " + std::string(what);
+}
+
+bool HasControlCharacter(std::string_view text) {
+  return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+}
+
+}  // namespace
+
+std::string TextProblem(std::string_view label, std::string_view text, int width) {
+  if (HasControlCharacter(text)) {
+    return Problem(label, "has a line break or a tab in it.  Type it on one line.");
+  }
+  const std::optional<std::string> stored = ToWindows1252(text);
+  if (!stored) {
+    const std::string foreign = FirstCharacterOutside1252(text);
+    return Problem(label, "can not be stored with the character " + Quoted(foreign) + ".  Type it without.");
+  }
+  const std::size_t length = Trim(*stored).size();
+  if (length > static_cast<std::size_t>(width)) {
+    return Problem(label, "is too long: " + std::to_string(length) + " characters, and " +
+                              std::to_string(width) + " fit.  Shorten it.");
+  }
+  return {};
+}
+
+std::string AmountProblem(std::string_view label, std::string_view text, int width) {
+  if (Trim(text).empty()) return {};
+  const std::optional<Currency> amount = Currency::ParseTyped(text);
+  if (!amount) return Problem(label, Quoted(Trim(text)) + " is not an amount.  Type it like 1,250.00.");
+  if (amount->IsNegative())
+    return Problem(label, Quoted(Trim(text)) + " is negative.  Type it without the minus.");
+  if (*amount > GreatestAmount(width)) {
+    return Problem(label, Quoted(Trim(text)) + " is too large.  The greatest amount is " +
+                              AmountText(GreatestAmount(width)) + ".");
+  }
+  return {};
+}
+
+std::string DateProblem(std::string_view label, std::string_view text) {
+  if (ParseDisplayDate(text)) return {};
+  return Problem(label, Quoted(Trim(text)) + " is not a date.  Type it like 03/15/2024.");
+}
+
+Currency GreatestAmount(int width) {
+  std::int64_t cents = 1;
+  for (int digit = 1; digit < width; ++digit) cents *= 10;
+  return Currency::FromCents(cents - 1);
+}
+
+std::string AmountText(Currency amount) {
+  return FormatNumber(amount, "#,###,###,##0.00");
+}
+
+int WidthOf(const TableLayout& layout, std::string_view field) {
+  for (const FieldLayout& one : layout.fields) {
+    if (EqualsIgnoreCase(one.name, field)) return one.width;
+  }
+  return 0;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,14 @@
+#include "posting/on_file.h"
+
+#include "core/text.h"
+#include "shell/company_tables.h"
+
+namespace tallwick {
+
+bool IsOnFile(Session& session, std::string_view file_number) {
+  const std::string_view file = Trim(file_number);
+  if (session.TheSuite().KnowsFile(file).value_or(false)) return true;
+  return !session.Company().xrefs.LookUpFile(file).banks.empty();
+}
+
+}  // namespace tallwick

@@ -1,0 +1,45 @@
+// The posting step of a check, below any screen: the check, its cross-reference and the voucher that it
+// consumes are written as one unit of work, all of them or none.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "tables/bank_tables.h"
+#include "tables/xref_table.h"
+
+namespace tallwick {
+
+// Result of RewriteCheck beside the engine's codes: another workstation has changed or removed the check
+// since it was read. Nothing was written.
+inline constexpr int kChangedElsewhere = 1001;
+
+struct PostOutcome {
+  enum class Step { kCheck, kCrossReference, kVoucher, kCommit };
+  int code = 0;                // 0 done; else an engine code (20: the number is taken) or kChangedElsewhere
+  Step failed = Step::kCheck;  // where, when the code is not 0
+  // When a value does not fit its field: the field, and a sentence that says why.
+  std::string field;
+  std::string field_problem;
+
+  bool Done() const { return code == 0; }
+};
+
+// Appends the check to the open tables of a bank, with its cross-reference; a voucher that it names, and that
+// no check has consumed yet, gets the check's number. Shows nothing.
+PostOutcome PostCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
+                      const CheckRecord& check);
+
+// Writes `after` over the check as it was read (`before`), which has the same number: moves its
+// cross-reference to another file and lets go of, or takes, vouchers as they changed.
+PostOutcome RewriteCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
+                         const CheckRecord& before, const CheckRecord& after);
+
+// Removes the check (`check` as it was read) and its cross-reference, and frees the voucher that it consumed.
+PostOutcome RemoveCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
+                        const CheckRecord& check);
+
+// The message for an outcome that is not done.
+std::string PostFailureMessage(const PostOutcome& outcome, std::string_view check_number);
+
+}  // namespace tallwick

@@ -1,0 +1,57 @@
+#include "reports/file_ledger.h"
+
+#include "tables/status_text.h"
+
+namespace tallwick {
+
+void BankLedger::AddCheck(const CheckRecord& check) {
+  total_checks_ += check.amount;
+  if (check.status == "S" || check.status == "V") {
+    void_checks_ += check.amount;
+    ++void_count_;
+  }
+  checks_.push_back(check);
+}
+
+void BankLedger::AddWire(const WireRecord& wire) {
+  total_wires_ += wire.amount;
+  wires_.push_back(wire);
+}
+
+void BankLedger::AddDepositItem(const DepositRecord& deposit, int item) {
+  if (item < 1 || item > kDepositItems) return;
+  const std::size_t place = static_cast<std::size_t>(item) - 1;
+  const DepositItem& found = deposit.items[place];
+  const bool wire_in = place < deposit.spare.size() && deposit.spare[place] == 'X';
+  total_deposits_ += found.amount;
+  deposits_.push_back({deposit.dated, deposit.sequence, item, deposit.accounting, found.source, found.amount,
+                       found.statement, found.status, wire_in});
+}
+
+void BankLedger::AddVoucher(const VoucherRecord& voucher) {
+  total_vouchers_ += voucher.amount;
+  vouchers_.push_back(voucher);
+}
+
+bool BankLedger::HasTransactions() const {
+  return !checks_.empty() || !wires_.empty() || !deposits_.empty() || !vouchers_.empty();
+}
+
+void FileLedger::AddBank(BankLedger bank) {
+  if (!bank.HasTransactions()) return;
+  balance_ += bank.BankBalance();
+  vouchered_ += bank.TotalVouchers();
+  banks_.push_back(std::move(bank));
+}
+
+std::string_view FileLedger::Condition() const {
+  if (balance_.IsZero()) return "Balanced";
+  return balance_ < Currency() ? "Over Drawn" : "Funds Available";
+}
+
+std::string LedgerStatusText(std::string_view code) {
+  const bool has_text = code == "C" || code == "V" || code == "S";
+  return has_text ? CheckStatusText(code) : "Outstanding";
+}
+
+}  // namespace tallwick

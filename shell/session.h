@@ -1,0 +1,120 @@
+// The one run-wide object: start-up makes it and hands it to every screen. It owns the attachment to the
+// suite, the data object, the current user and the company-wide tables, and holds the selected bank.
+// Invariant: while a bank is selected, its code stands in ESCROW_BANKS as it was when the bank was selected;
+// a screen that reads the bank again must be ready to find it gone.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/clock.h"
+#include "core/file_system.h"
+#include "core/message_boxes.h"
+#include "core/period.h"
+#include "core/workstation.h"
+#include "shell/suite.h"
+
+namespace tallwick {
+
+class clsKVRData;
+class clsSecurity;
+struct CompanyTables;
+struct TableHome;
+
+// The program's version, shown as "1.00.0001".
+struct ProgramVersion {
+  int major = 1;
+  int minor = 0;
+  int revision = 1;
+};
+
+// What a session stands on. All of it must outlive the session.
+struct Ports {
+  MessageBoxes& boxes;
+  FileSystem& files;
+  Clock& clock;
+  Workstation& workstation;
+};
+
+enum class SessionChange {
+  kBank,     // another bank, or none, is selected
+  kUser,     // the user or the user's rights
+  kPosted,   // a transaction was posted, changed or removed
+  kPrinter,  // the current printer
+};
+
+// Told what has changed, after the change.
+class SessionWatcher {
+ public:
+  virtual ~SessionWatcher() = default;
+  virtual void SessionChanged(SessionChange change) = 0;
+};
+
+class Session {
+ public:
+  Session(const Ports& ports, std::unique_ptr<Suite> suite);
+  ~Session();
+  Session(const Session&) = delete;
+  Session& operator=(const Session&) = delete;
+
+  MessageBoxes& Boxes() const { return ports_.boxes; }
+  FileSystem& Files() const { return ports_.files; }
+  Clock& TheClock() const { return ports_.clock; }
+  Workstation& TheWorkstation() const { return ports_.workstation; }
+  Suite& TheSuite() const { return *suite_; }
+  RunState& Run() { return run_; }
+  const ProgramVersion& Version() const { return version_; }
+  clsSecurity& User() const { return *user_; }
+  // These exist from the end of a successful start-up on.
+  clsKVRData& Data() const { return *data_; }
+  CompanyTables& Company() const { return *company_; }
+  // For opening tables of one's own.
+  const TableHome& Home() const { return *home_; }
+
+  // Ends with "\".
+  const std::string& DataPath() const { return data_path_; }
+
+  // "" when no bank is selected. The code is trimmed.
+  const std::string& BankCode() const { return bank_code_; }
+  const std::string& BankName() const { return bank_name_; }
+  // Makes the bank the selected one; two empty texts close it. Asks and tests nothing: SelectBank in
+  // bank_select.h does.
+  void SetBank(std::string_view code, std::string_view name);
+
+  // True when the current user may use the right (rights.h): always while security is off, never for a login
+  // that is not among the users.
+  bool MayUse(int right) const;
+  // Reads the suite's login again: loads that user's record while security is on, else forgets the user's
+  // rights.
+  void ReloadUser();
+
+  // Name of the current printer as the face knows it, "" for none.
+  const std::string& Printer() const { return printer_; }
+  void SetPrinter(std::string_view printer);
+
+  // Tells every watcher. Posting screens call it with kPosted after a commit.
+  void NotifyChanged(SessionChange change);
+  void Watch(SessionWatcher* watcher);
+  void Unwatch(SessionWatcher* watcher);
+
+ private:
+  friend class StartUpRun;
+
+  Ports ports_;
+  std::unique_ptr<Suite> suite_;
+  RunState run_;
+  ProgramVersion version_;
+  std::string data_path_;
+  std::unique_ptr<clsKVRData> data_;
+  std::unique_ptr<TableHome> home_;
+  std::unique_ptr<clsSecurity> user_;
+  std::unique_ptr<CompanyTables> company_;
+  std::string bank_code_;
+  std::string bank_name_;
+  std::string printer_;
+  std::vector<SessionWatcher*> watchers_;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,122 @@
+#include "shell/start_up.h"
+
+#include "core/encoding.h"
+#include "core/text.h"
+#include "core/text_format.h"
+#include "shell/clsSecurity.h"
+#include "shell/company_tables.h"
+#include "store/clsKVRData.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::string_view kNoSuiteText =
+    "Tallwick Escrow Accounting cannot start: the suite's main program is not running.  Start Tallwick, open "
+    "a "
+    "company and try again.";
+constexpr std::string_view kExclusiveText =
+    "Escrow Accounting is in Exclusive Access Mode - Try again later...";
+
+}  // namespace
+
+// The steps in their order. Each shows the message of its own failure.
+class StartUpRun {
+ public:
+  StartUpRun(const Ports& ports, const SuiteFactory& attach) : ports_(ports), attach_(attach) {}
+
+  StartUpOutcome Run() {
+    outcome_.result = Steps();
+    if (outcome_.result == StartUpResult::kStarted) outcome_.session = std::move(session_);
+    return std::move(outcome_);
+  }
+
+ private:
+  StartUpResult Steps() {
+    if (!AttachSuite()) return StartUpResult::kNoSuite;
+    if (!ProveDataPath()) return StartUpResult::kNoDataPath;
+    if (!StartEngine()) return StartUpResult::kNoEngine;
+    session_->company_ = std::make_unique<CompanyTables>(*session_->home_);
+    for (TableBase* table : session_->company_->All()) {
+      const StartUpResult result = OpenTable(*table);
+      if (result != StartUpResult::kStarted) return result;
+    }
+    session_->ReloadUser();
+    return StartUpResult::kStarted;
+  }
+
+  bool AttachSuite() {
+    std::unique_ptr<Suite> suite = attach_();
+    if (!suite) {
+      ports_.boxes.Critical(kProgramName, kNoSuiteText);
+      return false;
+    }
+    suite->RegisterProgram(kProgramName, ports_.workstation.ProcessId());
+    session_ = std::make_unique<Session>(ports_, std::move(suite));
+    return true;
+  }
+
+  bool ProveDataPath() {
+    const std::string path = WithBackslash(Trim(session_->TheSuite().DataPath()));
+    std::string problem;
+    if (path.empty()) {
+      problem = "The suite names no data folder for the company.";
+    } else if (!ports_.files.FolderExists(path)) {
+      problem = "The folder does not exist or cannot be reached.";
+    }
+    if (!problem.empty()) {
+      const std::string shown = path.empty() ? path : ports_.files.PlatformPath(path);
+      ports_.boxes.Critical(kProgramName, "Company Data Path error: " + problem + "\r(" + shown + ")");
+      return false;
+    }
+    session_->data_path_ = path;
+    return true;
+  }
+
+  bool StartEngine() {
+    session_->data_ = std::make_unique<clsKVRData>(
+        StorePorts{ports_.clock, ports_.workstation, ports_.files, ports_.boxes, engine::SystemFiles()});
+    const auto note = [ports = ports_, path = session_->data_path_](std::string_view table) {
+      NoteMadeTable(ports, path, table);
+    };
+    session_->home_ = std::make_unique<TableHome>(
+        TableHome{*session_->data_, ports_.files, ports_.boxes, session_->data_path_, note});
+    return session_->data_->InitializeCodebase();
+  }
+
+  StartUpResult OpenTable(TableBase& table) {
+    if (!table.Exists()) {
+      if (table.Create() != engine::kSuccess) return StartUpResult::kTablesRefused;
+      outcome_.made_tables.push_back(table.Name());
+    }
+    // Asked without a word first: a table held exclusively has a message of its own.
+    clsKVRData& data = *session_->data_;
+    const DataHandle probe = data.OpenDatabaseSilent(table.Path(), false);
+    if (probe == engine::kErrorOpenRefused) {
+      ports_.boxes.Inform(kProgramName, kExclusiveText);
+      return StartUpResult::kExclusive;
+    }
+    if (probe > 0) data.CloseDatabase(probe);
+    return table.Open() > 0 ? StartUpResult::kStarted : StartUpResult::kTablesRefused;
+  }
+
+  // A table that appears by itself is worth knowing for whoever looks for a lost one later.
+  static void NoteMadeTable(const Ports& ports, const std::string& data_path, std::string_view table) {
+    const DateTime now = ports.clock.Now();
+    std::string line = FormatDateTime(now, "yyyy-mm-dd") + FormatDateTime(now, " hh:nn:ss ");
+    line += ports.workstation.ComputerName() + ": " + std::string(table) +
+            " was missing and has been made, empty.\r\n";
+    ports.files.CreateFolder(data_path + "Logs\\");
+    ports.files.Append(data_path + "Logs\\Tables.log", ToWindows1252(line).value_or(line));
+  }
+
+  Ports ports_;
+  const SuiteFactory& attach_;
+  std::unique_ptr<Session> session_;
+  StartUpOutcome outcome_;
+};
+
+StartUpOutcome StartUp(const Ports& ports, const SuiteFactory& attach) {
+  return StartUpRun(ports, attach).Run();
+}
+
+}  // namespace tallwick

@@ -1,0 +1,34 @@
+// From the start of the process to the point where the main window may open.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "shell/session.h"
+
+namespace tallwick {
+
+// The name under which this program registers with the suite.
+inline constexpr std::string_view kProgramName = "Tallwick Escrow Accounting";
+
+enum class StartUpResult {
+  kStarted,
+  kNoSuite,        // the suite's main program does not run
+  kNoDataPath,     // the company's folder is missing or cannot be read
+  kNoEngine,       // the record engine did not start
+  kExclusive,      // another workstation holds the tables for itself
+  kTablesRefused,  // a company-wide table could not be opened or made
+};
+
+struct StartUpOutcome {
+  StartUpResult result = StartUpResult::kNoSuite;
+  std::unique_ptr<Session> session;      // null unless started
+  std::vector<std::string> made_tables;  // names of company-wide tables that were missing and have been made
+};
+
+// Attaches, registers, proves the data path, starts the engine, loads the user, opens the company-wide tables
+// (made where they are missing). Every failure has shown its message.
+StartUpOutcome StartUp(const Ports& ports, const SuiteFactory& attach);
+
+}  // namespace tallwick

@@ -1,0 +1,55 @@
+// The catalogue: which screens there are, and when they open.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "app/application.h"
+#include "tests/support/office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::FakeSuite;
+using ::testing::HasSubstr;
+using testing::Office;
+
+TEST(ScreenCatalogueTest, OpensWhatTheBankAndTheRightsAllow) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  ScreenCatalogue screens(*office.session, office);
+  for (std::string_view name : ScreenCatalogue::Names()) {
+    const std::unique_ptr<Form> form = screens.Make(name, "");
+    ASSERT_NE(form, nullptr) << name;
+    EXPECT_EQ(form->Name(), name);
+  }
+  EXPECT_THAT(ScreenCatalogue::Modes("frmEditChecksPost"), ElementsAre("Posting"));
+  EXPECT_FALSE(ScreenCatalogue::Knows("frmEditChecksPost", "Guessing"));
+  EXPECT_EQ(screens.Make("frmNothing", ""), nullptr);
+  EXPECT_THAT(office.TakeTexts(), ElementsAre());
+
+  office.session->SetBank("", "");
+  EXPECT_EQ(screens.Make("frmEditChecksPost", "Posting"), nullptr);
+  EXPECT_THAT(office.TakeTexts(), ElementsAre(HasSubstr("Open a bank account first")));
+  office.suite.security = true;
+  office.session->ReloadUser();
+  EXPECT_EQ(screens.Make("frmEditChecksPost", "Posting"), nullptr);
+  EXPECT_THAT(office.TakeTexts(), ElementsAre(HasSubstr("do not have the right")));
+  EXPECT_NE(screens.Make("frmBankSelect", ""), nullptr);
+}
+
+TEST(ApplicationTest, TellsWhyItDidNotStart) {
+  Office office;
+  office.suite.data_path = office.folder.Held("gone");
+  StartUpResult result = StartUpResult::kStarted;
+  const auto attach = [&office] { return std::make_unique<FakeSuite>(office.suite); };
+  const Ports ports{office.boxes, SystemFileSystem(), office.clock, office.workstation};
+  EXPECT_EQ(StartApplication(ports, attach, office, &result), nullptr);
+  EXPECT_EQ(result, StartUpResult::kNoDataPath);
+  office.suite.data_path = office.folder.Held();
+  EXPECT_NE(StartApplication(ports, attach, office, &result), nullptr);
+  EXPECT_EQ(result, StartUpResult::kStarted);
+}
+
+}  // namespace
+}  // namespace tallwick

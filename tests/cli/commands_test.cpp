@@ -1,0 +1,293 @@
+// The contract of the command line: exit status, one JSON object, boxes and their answers, and the commands
+// by which a company is made, posted to and looked at.
+#include <gtest/gtest.h>
+
+#include "tests/cli/run_escrowctl.h"
+
+namespace tallwick::testing {
+namespace {
+
+using Json = nlohmann::json;
+
+const char* const kAddBank =
+    "bank add FNT BANKNAME='First National Trust' BANKACCTMO=3 BANKACCTDA=15 BANKACCTYR=2024 BANKRECOMO=2 "
+    "BANKRECODA=28 BANKRECOYR=2024";
+const char* const kPost =
+    "--bank FNT check post 1001 --dated 03/15/2024 --payee 'Smith Title Co' --amount '$1,250.00' --file "
+    "24-0117 "
+    "--period 3/15/2024 --addr1 '12 Main Street' --control JMK ";
+
+// Each call and how it ends; with --json there is one object on standard output, whatever happens.
+TEST(CommandLine, EndsWithItsStatusAndOneObject) {
+  const struct {
+    const char* arguments;
+    int status;
+  } kCases[] = {
+      {"words 12.5", 0},
+      {"words -- -5.25", 0},
+      {"words twelve", 1},
+      {"period parse 3/2024 --form month", 0},
+      {"period parse 3/2024 --form week", 2},
+      {"period parse", 2},
+      {"", 2},
+      {"cook books", 2},
+      {"check", 2},
+      {"check list", 2},                                  // no --data
+      {"--data /nowhere/at/all check list --bank X", 3},  // no folder
+      {"--data /nowhere/at/all table info X", 3},
+      {"--today 2024-02-30 words 1", 2},
+      {"--time 25:00:00 words 1", 2},
+      {"--answer Perhaps words 1", 2},
+      {"--answer OK --answer Cancel words 1", 0},
+      {"words 1 --answer OK", 0},  // global options may stand behind the command
+      {"--help", 0},
+      {"table seek --help", 0},
+      {"--version", 0},
+  };
+  const Escrowctl escrowctl;
+  for (const auto& one : kCases) {
+    EXPECT_EQ(escrowctl.RunPlain(one.arguments).status, one.status) << one.arguments;
+    const RunResult result = escrowctl.RunPlain(std::string("--json ") + one.arguments);
+    EXPECT_EQ(result.status, one.status) << one.arguments;
+    ASSERT_TRUE(result.Json().is_object()) << one.arguments << ": " << result.out;
+    EXPECT_EQ(result.Json().contains("error"), one.status != 0) << result.out;
+    EXPECT_EQ(result.err.empty(), one.status == 0) << result.err;
+  }
+}
+
+TEST(CommandLine, SpeaksWordsAndPeriods) {
+  const Escrowctl escrowctl;
+  EXPECT_EQ(escrowctl.RunPlain("words 1234.56").out,
+            "One Thousand Two Hundred Thirty Four dollars & Fifty Six cents \n");
+  EXPECT_EQ(escrowctl.RunPlain("--json words -- -0.50").Json()["words"], "Negative dollars & Fifty cents ");
+  EXPECT_EQ(escrowctl.RunPlain("--json period parse '3 15 24'").Json(),
+            Json::parse(R"({"month":3,"day":15,"year":2024,"key":20240315,"valid":true,"short":"3-15-2024",
+                            "long":"March 15, 2024"})"));
+  const Json other_form = escrowctl.RunPlain("--json period parse 3/15/2024 --form month").Json();
+  EXPECT_EQ(other_form["valid"], false);
+  EXPECT_EQ(other_form["key"], 20240315);
+
+  escrowctl.Run(std::string("init"));
+  escrowctl.Run("bank add LSB BANKNAME=Savings BANKACCTMO=3 BANKACCTYR=2024");
+  EXPECT_EQ(escrowctl.Run("--json --bank LSB period parse 3/2024").Json()["valid"], true);
+  EXPECT_EQ(escrowctl.Run("--json --bank LSB period parse 3/15/2024").Json()["valid"], false);
+}
+
+TEST(CommandLine, MakesWhatIsMissingOnce) {
+  const Escrowctl escrowctl;
+  const Json made = escrowctl.Run("--json init").Json()["created"];
+  EXPECT_EQ(made.size(), 4u);
+  EXPECT_EQ(escrowctl.Run("--json init").Json()["created"], Json::array());
+}
+
+TEST(Banks, AreWrittenByFieldNameOrNotAtAll) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  const Json added =
+      escrowctl.Run(std::string("--json ") + kAddBank + " BANKBEGBAL=-0.01 BANKVCHRNO=7").Json();
+  EXPECT_EQ(added["fields"]["BANKCODE"], "FNT");
+  EXPECT_EQ(added["fields"]["BANKBEGBAL"], "-0.01");
+  EXPECT_EQ(added["fields"]["BANKVCHRNO"], 7);
+  EXPECT_EQ(added["fields"]["BANKDTETYP"], 1);
+  const Json before = escrowctl.Run("--json bank show FNT").Json();
+
+  // Each is refused with the reason, and changes nothing.
+  const struct {
+    const char* arguments;
+    int status;
+    const char* reason;
+  } kRefusals[] = {
+      {"bank add FNT BANKNAME=Twice", 1, "already"},
+      {"bank add .. BANKNAME=Outside", 1, ""},
+      {"bank add 'A/B'", 1, ""},
+      {"bank add NEW BANKBEGBAL=12.345", 1, "BANKBEGBAL"},
+      {"bank add NEW BANKNAME='Łódź Bank'", 1, "BANKNAME"},
+      {"bank add NEW NOSUCH=1", 1, "NOSUCH"},
+      {"bank add NEW BANKNAME", 2, "FIELD=VALUE"},
+      {"bank set FNT BANKCODE=XYZ", 1, "BANKCODE"},
+      {"bank set FNT BANKPHONE=12345678901234567890", 1, "BANKPHONE"},
+      {"bank set FNT BANKNAME=Kept BANKACCTMO=x", 1, "BANKACCTMO"},
+      {"bank set NONE BANKNAME=x", 1, "NONE"},
+      {"bank show NONE", 1, "NONE"},
+  };
+  for (const auto& refusal : kRefusals) {
+    const RunResult result = escrowctl.Run(std::string("--json ") + refusal.arguments);
+    EXPECT_EQ(result.status, refusal.status) << refusal.arguments << result.out;
+    EXPECT_NE(result.err.find(refusal.reason), std::string::npos) << refusal.arguments << ": " << result.err;
+  }
+  EXPECT_EQ(escrowctl.Run("--json bank show FNT").Json(), before);
+  EXPECT_EQ(escrowctl.Run("--json bank list").Json()["banks"].size(), 1u);
+  EXPECT_EQ(escrowctl.Run("table info ESCROW_CHECKS_NEW").status, 3);  // no tables of a refused bank
+
+  EXPECT_EQ(escrowctl.Run("--json bank set FNT BANKNAME='Erie Trust' PPUsePP=T").Json()["fields"]["PPUSEPP"],
+            "T");
+}
+
+TEST(Checks, ArePostedRefusedAndListed) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  escrowctl.Run(kAddBank);
+  const RunResult posted = escrowctl.Run(std::string("--json ") + kPost);
+  ASSERT_EQ(posted.status, 0) << posted.out;
+  const Json fields = posted.Json()["fields"];
+  EXPECT_EQ(posted.Json()["posted"], true);
+  EXPECT_EQ(fields["CHXAMOUNT"], "1250.00");
+  EXPECT_EQ(fields["CHXDATED"], "2024-03-15");
+  EXPECT_EQ(fields["CHXSTATUS"], "O");
+  EXPECT_EQ(fields["CHXACCTDA"], 15);
+  EXPECT_EQ(posted.Json()["messages"],
+            Json::parse(R"([{"icon":"information","title":"Post Checks - First National Trust",
+                             "text":"24-0117 is not on file...","answer":"OK"}])"));
+  EXPECT_EQ(posted.err, "[information] Post Checks - First National Trust: 24-0117 is not on file...\n");
+  EXPECT_EQ(escrowctl.Run("--json --bank FNT check show 1001").Json()["fields"], fields);
+
+  // The screen's refusals reach the command, texts exact.
+  const RunResult twice = escrowctl.Run(std::string("--json ") + kPost + "--payee Again");
+  EXPECT_EQ(twice.status, 2) << twice.out;  // an option given twice
+  const std::string other =
+      "--json --bank FNT check post 1002 --dated 03/15/2024 --payee Smith --amount 5 --file 24-0117 "
+      "--period ";
+  const RunResult bad_period = escrowctl.Run(other + "3/2024");
+  EXPECT_EQ(bad_period.status, 1);
+  EXPECT_EQ(bad_period.Json()["posted"], false);
+  EXPECT_EQ(
+      bad_period.Json()["messages"].back()["text"],
+      "The escrow period 3/2024 is invalid.\rYou must specify the period as a month, day and year seperated "
+      "by - / , . or a space.");
+  EXPECT_NE(bad_period.err.find("is invalid.\n    You must"), std::string::npos) << bad_period.err;
+  EXPECT_EQ(escrowctl.Run(other + "2/28/2024").status, 1);
+  EXPECT_EQ(escrowctl.Run(std::string("--json ") + kPost).status, 1);  // the number is posted already
+  EXPECT_EQ(escrowctl.Run("check list").status, 2);                    // no bank named
+  EXPECT_EQ(escrowctl.Run("--bank NONE check list").status, 1);
+
+  EXPECT_EQ(escrowctl.Run(other + "3/16/2024 --handwritten").Json()["fields"]["CHXSTATUS"], "H");
+  const auto numbers = [&](const std::string& options) {
+    std::string found;
+    const Json checks = escrowctl.Run("--json --bank FNT check list " + options).Json()["checks"];
+    for (const Json& check : checks) found += check["CHXNUMBER"].get<std::string>() + " ";
+    return found;
+  };
+  EXPECT_EQ(numbers(""), "1001 1002 ");
+  EXPECT_EQ(numbers("--order payee"), "1002 1001 ");
+  EXPECT_EQ(numbers("--order amount"), "1002 1001 ");
+  EXPECT_EQ(numbers("--status h"), "1002 ");
+
+  const Json file = escrowctl.Run("--json file 24-0117").Json();
+  EXPECT_EQ(file, Json::parse(R"({"banks":["FNT"],"checks":2,"deposits":0,"wires":0,"vouchers":0})"));
+  const Json ledger = escrowctl.Run("--json ledger 24-0117").Json();
+  EXPECT_EQ(ledger["fileBalance"], "-1255.00");
+  EXPECT_EQ(ledger["condition"], "Over Drawn");
+  EXPECT_EQ(ledger["multipleBanks"], "No");
+  EXPECT_EQ(ledger["banks"][0]["totalChecksCount"], 2);
+  EXPECT_EQ(escrowctl.Run("--json ledger 24-9999").Json()["banks"], Json::array());
+}
+
+// The command and the script go through the same screen: not one byte may differ.
+TEST(Checks, AreTheSameFromCommandAndScript) {
+  const Escrowctl by_command;
+  const Escrowctl by_script;
+  for (const Escrowctl* escrowctl : {&by_command, &by_script}) {
+    escrowctl->Run("init");
+    escrowctl->Run(kAddBank);
+  }
+  ASSERT_EQ(by_command.Run(kPost).status, 0);
+  const std::string script =
+      by_script.Write("post.txt",
+                      "bank FNT\nopen frmEditChecksPost Posting\n"
+                      "set txtCheckNumber 1001\nset txtCheckDated 3-15-24\n"
+                      "set txtCheckPayee Smith Title Co\nset txtCheckAmount 1250\n"
+                      "set txtCheckAddr1 12 Main Street\nset txtCheckControl JMK\n"
+                      "set txtCheckFileNumber 24-0117\nset txtCheckAcctPeriod 3 15 2024\n"
+                      "click cmdOk\n");
+  const RunResult drive = by_script.Run("--json drive '" + script + "'");
+  ASSERT_EQ(drive.status, 0) << drive.out;
+  EXPECT_EQ(drive.Json()["lines"][0], "> bank FNT");
+  for (const char* file :
+       {"ESCROW_CHECKS_FNT.DBF", "ESCROW_CHECKS_FNT.CDX", "ESCROW_XRFS.DBF", "ESCROW_XRFS.CDX"})
+    EXPECT_EQ(ReadWhole(by_command.Data(file)), ReadWhole(by_script.Data(file))) << file;
+}
+
+TEST(Questions, TakeTheirAnswersInOrderElseTheSafeOne) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  escrowctl.Run(kAddBank);
+  escrowctl.Run("--bank FNT check post 0 --dated 3/15/2024 --payee x --amount 1 --file F --period 3/15/2024");
+  const std::string script = escrowctl.Write("zero.txt",
+                                             "bank FNT\nopen frmEditChecksPost\nset txtCheckNumber 0\nleave\n"
+                                             "set txtCheckNumber 5\nset txtCheckPayee y\nclose\n");
+  const RunResult none = escrowctl.Run("--json drive '" + script + "'");
+  EXPECT_EQ(none.status, 1);
+  EXPECT_EQ(none.Json()["messages"][0]["answer"], "Cancel");
+  EXPECT_EQ(none.Json()["lines"].back(), "error line 4: a question had no answer");
+  const RunResult wrong_word = escrowctl.Run("--answer Yes drive '" + script + "'");
+  EXPECT_EQ(wrong_word.status, 1);  // OK or Cancel was asked for
+  EXPECT_EQ(escrowctl.Run("--json --bank FNT check list").Json()["checks"].size(), 1u);
+  EXPECT_EQ(escrowctl.Run("--answer OK --answer No drive '" + script + "'").status, 0);
+  EXPECT_EQ(escrowctl.Run("--json --bank FNT check list").Json()["checks"].size(), 0u);
+}
+
+// A wrong line ends the script: it is named, and what came before it stays told.
+TEST(Scripts, EndAtTheLineThatIsWrong) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  escrowctl.Run(kAddBank);
+  const std::string open = "bank FNT\nopen frmEditChecksPost\n";
+  const struct {
+    std::string script;
+    const char* error;
+  } kCases[] = {
+      {"open frmEditChecksPosted", "line 1: there is no screen \"frmEditChecksPosted\""},
+      {"bank FNT\n\nopen frmEditChecksPost Cooking", "line 3: frmEditChecksPost has no mode \"Cooking\""},
+      {"set txtCheckPayee x", "line 1: no screen is open"},
+      {open + "set txtPayee x", "line 3: frmEditChecksPost has no control txtPayee"},
+      {open + "show txtCheckNumber txtCheckNumber(3)",
+       "line 3: frmEditChecksPost has no control txtCheckNumber(3)"},
+      {open + "set cmdOk x", "line 3: cmdOk is no control for this"},
+      {open + "click txtCheckPayee", "line 3: txtCheckPayee is no control for this"},
+      {open + "choose lstCheckNumbers 1", "line 3: lstCheckNumbers has 0 rows"},
+      {open + "choose lstCheckNumbers(0) 1", "line 3: \"choose\": a control must follow"},
+      {"# fine\nclik cmdOk", "line 2: \"clik\" is no word of a script"},
+      {"today 2024-02-30", "line 1: \"today\": a day YYYY-MM-DD must follow"},
+      {"today 2024-02-29 9", "line 1: \"today\": behind the day only a time HH:MM:SS may stand"},
+      {"security maybe", "line 1: \"security\": on or off must follow"},
+      {"answer Perhaps", "line 1: \"answer\": OK, Cancel, Yes, No or Retry must follow"},
+      {"bank NONE", "line 1: the bank \"NONE\" is not selected"},
+  };
+  for (const auto& one : kCases) {
+    const RunResult result =
+        escrowctl.Run("--json drive < '" + escrowctl.Write("script.txt", one.script) + "'");
+    EXPECT_EQ(result.status, 1) << one.script;
+    EXPECT_EQ(result.Json()["error"], one.error) << one.script;
+    EXPECT_EQ(result.Json()["lines"].back(), std::string("error ") + one.error);
+  }
+}
+
+TEST(Users, AreKeptWithRightsAndBanks) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  const Json added =
+      escrowctl.Run("--json user add RUTH --name 'Ruth L' --group 'Power User' --rights 0001 --banks FNT,LSB")
+          .Json();
+  EXPECT_EQ(added["group"], "Power User");
+  EXPECT_EQ(added["banks"], Json::parse(R"(["FNT","LSB"])"));
+  EXPECT_EQ(added["fields"]["SECURITY"], "0001" + std::string(96, '0'));
+  escrowctl.Run("user add ANN --name Ann --group User");
+  EXPECT_EQ(escrowctl.Run("--json user right RUTH 4").Json()["granted"], false);
+  EXPECT_EQ(escrowctl.Run("--json user right RUTH 5").Json()["granted"], true);
+  EXPECT_EQ(escrowctl.Run("user right NOBODY 5").status, 1);
+  EXPECT_EQ(escrowctl.Run("user add ruth --name Again --group User").status, 1);
+  EXPECT_EQ(escrowctl.Run("user add BOB --name Bob --group Owner").status, 2);
+  EXPECT_EQ(escrowctl.Run("--json user reset-passwords").Json()["users"], 2);
+
+  const RunResult own = escrowctl.Run("--json --user Ann user delete ANN");
+  EXPECT_EQ(own.status, 1);
+  EXPECT_EQ(own.Json()["messages"][0]["text"], "You cannot delete your own account.");
+  EXPECT_EQ(escrowctl.Run("user delete RUTH").status, 0);
+  const Json left = escrowctl.Run("--json user list").Json()["users"];
+  ASSERT_EQ(left.size(), 1u);
+  EXPECT_EQ(left[0]["MUSTCHANGE"], 1);
+  EXPECT_EQ(escrowctl.Run("--json table dump USERSESC").Json()["records"], Json::array());
+}
+
+}  // namespace
+}  // namespace tallwick::testing

@@ -1,0 +1,418 @@
+// The check screen on the real engine, as a clerk works it.
+
+#include "posting/check_posting.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::Office;
+using testing::Seen;
+
+class CheckPostingTest : public ::testing::Test {
+ protected:
+  void OpenOffice(const std::function<void(BankRecord&)>& change = {}) {
+    ASSERT_TRUE(office_.Open(change));
+    office_.suite.files = {"24-0117", "24-0118"};
+    tables_ = std::make_unique<BankTables>(office_.session->Home());
+    ASSERT_TRUE(tables_->Open("FNB"));
+    OpenForm();
+  }
+  void OpenForm() {
+    form_ = std::make_unique<FrmEditChecksPost>(*office_.session);
+    ASSERT_TRUE(form_->OpenTables());
+    form_->Opened();
+  }
+  void Set(std::string_view control, std::string text) {
+    form_->Enter(control);
+    form_->Change(control, std::move(text));
+  }
+  // A whole entry with the number that the screen proposes, or another.
+  void Enter(const std::string& number = {}, const std::string& amount = "1250",
+             const std::string& file = "24-0117") {
+    if (!number.empty()) Set("txtCheckNumber", number);
+    Set("txtCheckPayee", "SMITH TITLE CO");
+    Set("txtCheckAmount", amount);
+    Set("txtCheckFileNumber", file);
+  }
+  void Post(const std::string& number = {}, const std::string& amount = "1250",
+            const std::string& file = "24-0117") {
+    Enter(number, amount, file);
+    form_->Click("cmdOk");
+    ASSERT_THAT(office_.TakeTexts(), IsEmpty());
+  }
+  std::optional<CheckRecord> Stored(std::string_view number) {
+    if (!tables_->checks.SeekNumber(number)) return std::nullopt;
+    return tables_->checks.Read();
+  }
+  bool HasXref(std::string_view file, std::string_view number) {
+    return office_.session->Company().xrefs.SeekReference(CheckXref(file, "FNB", number));
+  }
+  void AddVoucher(const char* number, std::int64_t cents, const char* file) {
+    VoucherRecord voucher;
+    voucher.number = number;
+    voucher.amount = Currency::FromCents(cents);
+    voucher.file_number = file;
+    voucher.dated = {2024, 3, 5};
+    ASSERT_EQ(tables_->vouchers.Add(voucher), 0);
+  }
+  std::string VoucherCheck(const char* number) {
+    return tables_->vouchers.SeekNumber(number) ? tables_->vouchers.Read().check_number : "(no voucher)";
+  }
+  std::string Log() { return office_.ReadFile("Logs\\FNB\\Audit_Trail.log"); }
+
+  Office office_;
+  std::unique_ptr<BankTables> tables_;
+  std::unique_ptr<FrmEditChecksPost> form_;
+};
+
+TEST_F(CheckPostingTest, ANewCheckIsPostedWholeAndTheNextOneProposed) {
+  OpenOffice();
+  EXPECT_EQ(form_->Caption(), "Post Checks - First National Trust");
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "1");
+  EXPECT_EQ(Seen(*form_, "txtCheckDated"), "03/15/2024");
+  EXPECT_EQ(Seen(*form_, "txtCheckAcctPeriod"), "3-2024");
+  EXPECT_EQ(Seen(*form_, "lblCheckStatus"), "Not Posted");
+  EXPECT_EQ(Seen(*form_, "cmdOk"), "P&ost Check");
+  Enter("10452", "$1250");
+  Set("txtCheckAddr1", "12 Main Street");
+  Set("txtTIN", "12-3456789");
+  Set("txtCheckControl", "JD");
+  Set("txtCheckDated", "3-14-24");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtCheckAmount"), "1,250.00");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+
+  CheckRecord expected;
+  expected.number = "10452";
+  expected.dated = {2024, 3, 14};
+  expected.payee = "SMITH TITLE CO";
+  expected.address1 = "12 Main Street";
+  expected.amount = Currency::FromCents(1250'00);
+  expected.accounting = {3, 0, 2024};
+  expected.status = "O";
+  expected.control = "JD";
+  expected.file_number = "24-0117";
+  expected.tin = "12-3456789";
+  EXPECT_EQ(Stored("10452"), expected);
+  EXPECT_TRUE(HasXref("24-0117", "10452"));
+  EXPECT_EQ(Log(),
+            "[DATE: Mar 15, 2024 @ 09:30:00 AM][TX: Post Check][REFERENCE: 10452][LOGIN: jdoe][COMPUTER: "
+            "FRONTDESK2]\r\n[ADD] 10452\r\n");
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "10453");
+  EXPECT_EQ(Seen(*form_, "lblLastCheckNumber"), "Last Check Number: 10452");
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "");
+
+  form_->SetCheck("chkHandwritten", 1);
+  Post();
+  EXPECT_EQ(Stored("10453")->status, "H");
+  EXPECT_EQ(form_->Find("chkHandwritten")->value, 0);
+}
+
+TEST_F(CheckPostingTest, RefusesInOrderAndWritesNothing) {
+  OpenOffice();
+  struct Case {
+    const char *control, *text, *message, *focus;
+  };
+  // Everything is wrong at first; each step mends what was refused.
+  Set("txtCheckNumber", "");
+  Set("txtCheckDated", "2/30/2024");
+  Set("txtCheckPayee", std::string(61, 'x'));
+  Set("txtCheckAmount", "12x");
+  Set("txtCheckAcctPeriod", "");
+  const Case cases[] = {
+      {"txtCheckFileNumber", " ", "File Number is Required...", "txtCheckFileNumber"},
+      {"txtCheckFileNumber", "Void", "File Number can NOT be \"Void\" ...", "txtCheckFileNumber"},
+      {"txtCheckFileNumber", "24-0117", "Accounting Month is Missing.", "txtCheckAcctPeriod"},
+      {"txtCheckAcctPeriod", "1/2024",
+       "May NOT post checks to Accounting Period 1-2024 - It has been reconciled.", "txtCheckAcctPeriod"},
+      {"txtCheckAcctPeriod", "13/2024",
+       "The escrow period 13/2024 is invalid.\rYou must specify the period as a month and year seperated by "
+       "- / , . or "
+       "a space.",
+       "txtCheckAcctPeriod"},
+      {"txtCheckAcctPeriod", "2-2024", "Check Number is Required...", "txtCheckNumber"},
+      {"txtCheckNumber", "7", "Check Date \"2/30/2024\" is not a date.  Type it like 03/15/2024.",
+       "txtCheckDated"},
+      {"txtCheckDated", "", "Payee is too long: 61 characters, and 60 fit.  Shorten it.", "txtCheckPayee"},
+      {"txtCheckPayee", "SMITH", "Check Amount \"12x\" is not an amount.  Type it like 1,250.00.",
+       "txtCheckAmount"},
+  };
+  for (const Case& one : cases) {
+    Set(one.control, one.text);
+    form_->Click("cmdOk");
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(one.message));
+    ASSERT_NE(form_->Focus(), nullptr);
+    EXPECT_EQ(form_->Focus()->name, one.focus);
+    EXPECT_TRUE(form_->Focus()->refused);
+    EXPECT_EQ(tables_->checks.RecordCount(), 0);
+  }
+  EXPECT_EQ(Log(), "");
+  Set("txtCheckAmount", "999999999.99");
+  form_->Click("cmdOk");
+  EXPECT_EQ(Stored("7")->amount, Currency::FromCents(999'999'999'99));
+}
+
+TEST_F(CheckPostingTest, AnUnknownFileOnlyInforms) {
+  OpenOffice();
+  Enter("1", "5", "24-0999");
+  form_->Click("cmdOk");
+  ASSERT_EQ(office_.boxes.shown.size(), 1u);
+  EXPECT_EQ(office_.boxes.shown[0].icon, BoxIcon::kInformation);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("24-0999 is not on file..."));
+  EXPECT_TRUE(Stored("1"));
+  Post("2", "5", "24-0999");  // now it is found by its first check
+}
+
+TEST_F(CheckPostingTest, ABlankPeriodIsFilledWhereTheUserWantsThat) {
+  OpenOffice();
+  office_.session->Run().default_period = true;
+  Set("txtCheckAcctPeriod", "");
+  Post("1");
+  EXPECT_EQ(Stored("1")->accounting, (Period{3, 0, 2024}));
+}
+
+TEST_F(CheckPostingTest, NumbersFollowTheHighestAndTheSetting) {
+  OpenOffice([](BankRecord& bank) {
+    bank.check_inventory = true;
+    bank.lowest_check = "100";
+    bank.highest_check = "300";
+  });
+  const std::string low = "WARNING - Check Number 9 is lower than inventory range of 100 thru 300 ...";
+  Enter("9");
+  EXPECT_EQ(office_.TakeTexts(), std::vector<std::string>{low});
+  EXPECT_EQ(Seen(*form_, "lblHighestCheckNumber"), "Greater than Last Check Number of 0 by 9");
+  form_->Click("cmdOk");
+  EXPECT_TRUE(Stored("9"));
+  Post("101");
+  Post("A7");  // letters stand behind every number and do not count
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "102");
+  office_.WriteFile("MICR_Print_FNB.dat", "Offset=3\r\n nextchecknumber = 250 \r\n");
+  form_->Menu("mnuEditUseNextHigherCheckNumber");
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "250");
+  EXPECT_EQ(Seen(*form_, "lblLastCheckNumber"), "Next Check Number: 250");
+  form_->Menu("mnuOptionsWarnHigherNumber");
+  Set("txtCheckNumber", "299");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "lblHighestCheckNumber"), "");
+  Post();
+  Post("300");
+  // The proposal has left the stock: said once, also when the number is never entered.
+  Enter();
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("WARNING - Check Number 301 is higher than inventory range of 100 thru 300 ..."));
+  EXPECT_TRUE(Stored("301"));
+}
+
+TEST_F(CheckPostingTest, ATakenNumberIsReportedAndTheEntryKept) {
+  OpenOffice();
+  Enter("5");
+  form_->Leave();
+  CheckRecord other;  // another workstation is quicker
+  other.number = "5";
+  other.file_number = "24-0118";
+  ASSERT_TRUE(PostCheck(*tables_, office_.session->Company().xrefs, "FNB", other).Done());
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Failed to add check number 5\r\nError code = 20"));
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
+  EXPECT_EQ(Stored("5")->file_number, "24-0118");
+  EXPECT_FALSE(HasXref("24-0117", "5"));
+  EXPECT_EQ(Log(), "");
+}
+
+TEST_F(CheckPostingTest, AVoucherFillsWarnsAndIsConsumed) {
+  OpenOffice();
+  AddVoucher("31", 100'00, "24-0118");
+  Set("txtCheckVoucherNumber", "99");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Voucher Number 99 is NOT posted."));
+  Set("txtCheckVoucherNumber", "31");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtCheckAmount"), "100.00");
+  EXPECT_THAT(Seen(*form_, "lblVoucherInformation"), HasSubstr("for $100.00"));
+  Enter("1", "150");
+  Set("txtCheckVoucherNumber", "");
+  Set("txtCheckPayee", "SMITH");
+  Set("txtCheckVoucherNumber", "31");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Check amount is more than vouchered funds.  Voucher was posted for $100.00 .\r\n"
+                          "Voucher Number 31 is posted to file number 24-0118 ."));
+  EXPECT_EQ(VoucherCheck("31"), "1");
+  // A second check may name it too; the voucher remembers the first.
+  Enter("2", "50", "24-0118");
+  Set("txtCheckVoucherNumber", "31");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Voucher number 31 has already been reduced by check number 1 ."));
+  EXPECT_EQ(VoucherCheck("31"), "1");
+}
+
+TEST_F(CheckPostingTest, APostedCheckIsShownChangedAndMoved) {
+  OpenOffice();
+  AddVoucher("31", 1250'00, "24-0117");
+  AddVoucher("32", 1250'00, "24-0118");
+  Enter("10");
+  Set("txtCheckVoucherNumber", "31");
+  form_->Click("cmdOk");
+  Set("txtCheckNumber", "10");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "lblCheckStatus"), "Outstanding");
+  EXPECT_EQ(Seen(*form_, "cmdOk"), "&Ok");
+  EXPECT_EQ(Seen(*form_, "txtCheckAmount"), "1,250.00");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 10 was not added or updated."));
+  Set("txtCheckPayee", "SMITH & SONS");
+  Set("txtCheckFileNumber", "24-0118");
+  Set("txtCheckVoucherNumber", "32");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_EQ(Stored("10")->payee, "SMITH & SONS");
+  EXPECT_FALSE(HasXref("24-0117", "10"));
+  EXPECT_TRUE(HasXref("24-0118", "10"));
+  EXPECT_EQ(VoucherCheck("31"), "");
+  EXPECT_EQ(VoucherCheck("32"), "10");
+  EXPECT_THAT(Log(), HasSubstr("[EDIT] txtCheckPayee was: SMITH TITLE CO now: SMITH & SONS\r\n"
+                               "[EDIT] txtCheckFileNumber was: 24-0117 now: 24-0118\r\n"
+                               "[EDIT] txtCheckVoucherNumber was: 31 now: 32\r\n"));
+}
+
+TEST_F(CheckPostingTest, AChangeElsewhereIsNeverOverwritten) {
+  OpenOffice();
+  Post("10");
+  Set("txtCheckNumber", "10");
+  Set("txtCheckPayee", "MINE");
+  CheckRecord theirs = *Stored("10");
+  theirs.amount = Currency::FromCents(1);
+  ASSERT_EQ(tables_->checks.Update(theirs), 0);
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("was changed on another workstation")));
+  EXPECT_EQ(Stored("10"), theirs);
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "MINE");
+}
+
+TEST_F(CheckPostingTest, AReconciledPeriodRestrictsChanges) {
+  OpenOffice();
+  Post("10");
+  Post("11");
+  CheckRecord cleared = *Stored("11");
+  cleared.status = "C";
+  cleared.statement = {3, 0, 2024};
+  ASSERT_EQ(tables_->checks.Update(cleared), 0);
+  BankTable& banks = office_.session->Company().banks;
+  ASSERT_TRUE(banks.SeekCode("FNB"));
+  BankRecord bank = banks.Read();
+  bank.reconciled = {3, 0, 2024};
+  ASSERT_EQ(banks.Update(bank), 0);
+  OpenForm();
+  Set("txtCheckNumber", "11");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "lblEditMessage"), "Cleared and reconciled.\r\nChanges are restricted.");
+  Set("txtCheckNumber", "10");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "lblEditMessage"),
+            "Accounting period 3-2024 has been reconciled.\r\nChanges are restricted.");
+  Set("txtCheckAmount", "1");
+  Set("txtCheckAddr1", "12 Main Street");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_EQ(Stored("10")->address1, "12 Main Street");
+  EXPECT_EQ(Stored("10")->amount, Currency::FromCents(1250'00));
+  Enter("12");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("May NOT post checks to Accounting Period 3-2024 - It has been reconciled."));
+}
+
+TEST_F(CheckPostingTest, NumberZeroIsOfferedForRemoval) {
+  OpenOffice();
+  Post("0", "75");
+  Set("txtCheckNumber", "0");
+  form_->Leave();
+  const std::string question =
+      "Check Number '0' (zero) posted in error...\r\n\r\nFile Number: 24-0117\r\nAmount: 75.00\r\n\r\nData "
+      "will be "
+      "removed.";
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
+  EXPECT_TRUE(Stored("0"));
+  Set("txtCheckNumber", "1");
+  form_->Leave();
+  office_.boxes.answers = {BoxAnswer::kOk};
+  Set("txtCheckNumber", "0");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
+  EXPECT_FALSE(Stored("0"));
+  EXPECT_FALSE(HasXref("24-0117", "0"));
+  EXPECT_THAT(Log(), HasSubstr("[DELETE] 0\r\n"));
+}
+
+TEST_F(CheckPostingTest, UnsavedChangesAreAskedFor) {
+  OpenOffice();
+  Post("10");
+  Enter();
+  office_.boxes.answers = {BoxAnswer::kCancel, BoxAnswer::kCancel, BoxAnswer::kYes};
+  form_->Key("Esc");
+  EXPECT_TRUE(form_->IsOpen());
+  Set("txtCheckNumber", "10");  // another check would take the entry's place
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "11");
+  form_->Click("cmdDone");
+  EXPECT_FALSE(form_->IsOpen());
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?", "Save Changes?", "Save Changes?"));
+  EXPECT_TRUE(Stored("11"));
+  OpenForm();
+  EXPECT_TRUE(form_->Close());
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+}
+
+TEST_F(CheckPostingTest, ABankThatIsGoneIsSaid) {
+  OpenOffice();
+  Enter("1");
+  ASSERT_TRUE(office_.session->Company().banks.SeekCode("FNB"));
+  ASSERT_EQ(office_.session->Company().banks.Delete(), 0);
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Bank ID Code no longer valid..."));
+  EXPECT_FALSE(Stored("1"));
+}
+
+TEST_F(CheckPostingTest, TheRegisterFollowsTheTable) {
+  OpenOffice();
+  RowSource& rows = *form_->Find("lstCheckNumbers")->source;
+  EXPECT_EQ(rows.RowCount(), 0u);
+  CheckRecord check;
+  check.file_number = "24-0117";
+  for (int number = 1; number <= 200; ++number) {
+    if (number == 150) continue;
+    check.number = std::to_string(number);
+    ASSERT_EQ(tables_->checks.Add(check), 0);
+  }
+  Post("300");  // counts anew, then grows by one at a time
+  EXPECT_EQ(rows.RowCount(), 200u);
+  Post("301");
+  EXPECT_EQ(rows.RowCount(), 201u);
+  EXPECT_THAT(rows.Row(0),
+              ElementsAre("301", "03/15/2024", "SMITH TITLE CO", "1,250.00", "24-0117", "Outstanding"));
+  Post("150");  // in the middle
+  for (std::size_t row = 0; row < 202; ++row) {
+    const std::size_t expected = row < 2 ? 301 - row : 202 - row;
+    ASSERT_EQ(rows.Row(row).at(0), std::to_string(expected)) << row;
+  }
+  EXPECT_THAT(rows.Row(202), IsEmpty());
+  form_->Choose("lstCheckNumbers", 202);
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "1");
+  EXPECT_EQ(Seen(*form_, "cmdOk"), "&Ok");
+  OpenForm();
+  EXPECT_EQ(form_->Find("lstCheckNumbers")->source->RowCount(), 202u);
+}
+
+}  // namespace
+}  // namespace tallwick

@@ -1,0 +1,162 @@
+// Start-up: every way in which it ends, and what stands when it succeeds.
+
+#include "shell/start_up.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "shell/clsSecurity.h"
+#include "shell/rights.h"
+#include "tables/users_table.h"
+#include "tests/support/office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::Office;
+using ::testing::StartsWith;
+
+TEST(StartUpTest, WithoutSuiteNothingIsOpened) {
+  Office office;
+  const StartUpOutcome outcome = StartUp({office.boxes, SystemFileSystem(), office.clock, office.workstation},
+                                         [] { return std::unique_ptr<Suite>(); });
+  EXPECT_EQ(outcome.result, StartUpResult::kNoSuite);
+  EXPECT_EQ(outcome.session, nullptr);
+  ASSERT_EQ(office.boxes.shown.size(), 1u);
+  EXPECT_EQ(office.boxes.shown[0].icon, BoxIcon::kCritical);
+  EXPECT_THAT(office.boxes.shown[0].text, HasSubstr("Tallwick Escrow Accounting"));
+}
+
+TEST(StartUpTest, DataPathMustExist) {
+  Office office;
+  const std::string missing = office.folder.Held("gone");
+  for (const std::string& path : {missing, missing + "\\", std::string()}) {
+    office.suite.data_path = path;
+    office.boxes.shown.clear();
+    EXPECT_EQ(office.Start().result, StartUpResult::kNoDataPath) << path;
+    const std::string shown = path.empty() ? "" : office.folder.Platform("gone");
+    ASSERT_EQ(office.boxes.shown.size(), 1u);
+    EXPECT_THAT(office.boxes.LastText(), StartsWith("Company Data Path error: "));
+    EXPECT_THAT(office.boxes.LastText(), HasSubstr("\r(" + shown));
+  }
+}
+
+TEST(StartUpTest, MakesCompanyTablesOnceAndRegisters) {
+  Office office;
+  StartUpOutcome first = office.Start();
+  ASSERT_EQ(first.result, StartUpResult::kStarted);
+  EXPECT_THAT(first.made_tables, ElementsAre("ESCROW_BANKS", "ESCROW_XRFS", "ESCROW_NOTES", "ESCROW_AGENT"));
+  EXPECT_EQ(office.suite.registered, "Tallwick Escrow Accounting 4711");
+  StartUpOutcome second = office.Start();  // a second workstation
+  ASSERT_EQ(second.result, StartUpResult::kStarted);
+  EXPECT_TRUE(second.made_tables.empty());
+  EXPECT_TRUE(office.boxes.shown.empty());
+}
+
+TEST(StartUpTest, TurnedAwayWhileAnotherHoldsTheTables) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  CompanyTables& company = office.session->Company();
+  company.xrefs.Close();
+  ASSERT_GT(company.xrefs.OpenExclusive(), 0);
+  EXPECT_EQ(office.Start().result, StartUpResult::kExclusive);
+  EXPECT_THAT(office.TakeTexts(),
+              ElementsAre("Escrow Accounting is in Exclusive Access Mode - Try again later..."));
+}
+
+TEST(StartUpTest, MissingBankTableIsMadeWithANote) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  for (const char* extension : {".DBF", ".CDX"}) {
+    SystemFileSystem().Remove(office.folder.Held(std::string("ESCROW_WIRES_FNB") + extension));
+  }
+  BankTables tables(office.session->Home());
+  EXPECT_TRUE(tables.Open("FNB"));
+  EXPECT_EQ(office.ReadFile("Logs\\Tables.log"),
+            "2024-03-15 09:30:00 FRONTDESK2: ESCROW_WIRES_FNB was missing and has been made, empty.\r\n");
+}
+
+class UsersTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_TRUE(office_.Open());
+    ASSERT_TRUE(AddUsers());
+    ASSERT_TRUE(AddUserBanks());
+  }
+
+  bool AddUsers() {
+    UserRecord jdoe;
+    jdoe.id = 7;
+    jdoe.login = "jdoe";
+    jdoe.name = "Jane Doe";
+    jdoe.group = clsSecurity::Digest("Power User");
+    jdoe.security = std::string(50, '0') + "1" + std::string(11, '0');
+    UserRecord other = jdoe;
+    other.id = 8;
+    other.login = "jdo";
+    other.group = "no digest";
+    other.security = "1";
+    UsersTable users(office_.session->Home());
+    return users.Create() == 0 && users.Open() > 0 && users.Add(jdoe) == 0 && users.Add(other) == 0;
+  }
+  bool AddUserBanks() {
+    UserBanksTable user_banks(office_.session->Home());
+    return user_banks.Create() == 0 && user_banks.Open() > 0 && user_banks.Add({7, "SAV"}) == 0 &&
+           user_banks.Add({7, "FNB"}) == 0 && user_banks.Add({70, "XYZ"}) == 0;
+  }
+
+  Office office_;
+};
+
+TEST_F(UsersTest, LoadsUserBanksAndRights) {
+  clsSecurity user;
+  ASSERT_TRUE(user.LoadUserSecurity(office_.session->Home(), "jdoe"));
+  EXPECT_EQ(user.sUserName, "Jane Doe");
+  EXPECT_EQ(user.sGroup, "Power User");
+  EXPECT_EQ(user.iBankCount, 2);
+  EXPECT_TRUE(user.MayUseBank("FNB"));
+  EXPECT_FALSE(user.MayUseBank("XYZ"));
+  for (const Right& right : RightsCatalogue()) {
+    EXPECT_EQ(user.IsSecurityOff(right.number), right.number != 51) << right.caption;
+  }
+  for (int outside : {0, -1, 63, 500}) EXPECT_TRUE(user.IsSecurityOff(outside)) << outside;
+
+  ASSERT_TRUE(user.LoadUserSecurity(office_.session->Home(), "jdo"));
+  EXPECT_EQ(user.sGroup, "User");
+  EXPECT_EQ(user.iBankCount, 0);
+  EXPECT_FALSE(user.IsSecurityOff(1));
+  EXPECT_TRUE(user.IsSecurityOff(2));
+  EXPECT_FALSE(user.LoadUserSecurity(office_.session->Home(), "nobody"));
+  EXPECT_FALSE(user.bLoggedIn);
+}
+
+TEST_F(UsersTest, RightsCountOnlyWhileSecurityIsOn) {
+  Session& session = *office_.session;
+  EXPECT_TRUE(session.MayUse(51));
+  office_.suite.security = true;
+  session.ReloadUser();
+  EXPECT_FALSE(session.MayUse(51));
+  EXPECT_TRUE(session.MayUse(kRightPostChecks));
+  office_.suite.login = "stranger";
+  session.ReloadUser();
+  EXPECT_FALSE(session.MayUse(kRightPostChecks));
+}
+
+TEST(RightsTest, CatalogueKeepsItsNumbers) {
+  const auto catalogue = RightsCatalogue();
+  ASSERT_EQ(catalogue.size(), 60u);
+  EXPECT_EQ(RightKey(catalogue[0]), "P1");
+  EXPECT_EQ(RightKey(catalogue[1]), "C2");
+  std::set<int> numbers;
+  for (const Right& right : catalogue) numbers.insert(right.number);
+  EXPECT_EQ(numbers.size(), 60u);
+  EXPECT_FALSE(numbers.contains(17) || numbers.contains(18));
+  EXPECT_EQ(catalogue[55].caption, "Escrow Reports");
+  EXPECT_EQ(catalogue[55].number, 60);
+  EXPECT_EQ(clsSecurity::Digest(""), "E3B0C44298FC1C149AFBF4C8996FB92427AE41E4649B934CA495991B7852B855");
+}
+
+}  // namespace
+}  // namespace tallwick

@@ -1,0 +1,328 @@
+// The binder between a small form and real widgets, both ways, under the keys of a clerk.
+#include "ui/form_binder.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QCalendarWidget>
+#include <QCheckBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "tests/support/fakes.h"
+#include "ui/qt_message_boxes.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// An entry of every kind of control. Leaving the amount "bad" is refused.
+class EntryForm : public Form {
+ public:
+  explicit EntryForm(MessageBoxes& boxes) : Form("frmEntry", boxes) {
+    SetFormCaption("Entry");
+    Add(ControlKind::kText, "txtName", "&Name").max_length = 5;
+    Add(ControlKind::kAmount, "txtAmount").text = "-5.00";
+    Add(ControlKind::kDate, "txtDated").text = "03/15/2024";
+    Add(ControlKind::kPeriod, "txtPeriod").text = "3-2024";
+    Add(ControlKind::kText, "txtRow", {}, 1);
+    Add(ControlKind::kText, "txtRow", {}, 2);
+    Add(ControlKind::kText, "txtNote").text = "one\rtwo";
+    Add(ControlKind::kCheck, "chkHand", "&Hand").value = 1;
+    Add(ControlKind::kList, "lstBanks").rows = {"First", "Second"};
+    Add(ControlKind::kLabel, "lblSay");
+    Add(ControlKind::kButton, "cmdOk", "P&ost");
+    Add(ControlKind::kMenu, "mnuWarn", "&Warn");
+  }
+  std::vector<std::string> Taken() { return std::exchange(events, {}); }
+
+  using Form::SetCaption;
+  using Form::SetEnabled;
+  using Form::SetRows;
+  using Form::SetText;
+  using Form::SetValue;
+  using Form::SetVisible;
+
+  std::vector<std::string> events;
+
+ protected:
+  void OnEnter(Control& control) override { Note("enter", control); }
+  void OnLeave(Control& control) override {
+    Note("leave", control);
+    if (control.text == "bad") Refuse("The amount is bad.", control.name);
+  }
+  void OnChange(Control& control) override { Note("change", control); }
+  void OnChoose(Control& control) override { Note("choose", control); }
+  void OnClick(Control& control) override { Note("click", control); }
+  void OnMenu(Control& control) override {
+    SetValue("mnuWarn", 1 - control.value);
+    Note("menu", control);
+  }
+  bool OnKey(std::string_view key) override {
+    if (key == "Enter") return false;
+    events.push_back("key " + std::string(key));
+    return true;
+  }
+
+ private:
+  void Note(const char* what, const Control& control) {
+    const std::string index = control.index == 0 ? "" : std::to_string(control.index);
+    events.push_back(std::string(what) + " " + control.name + index);
+  }
+};
+
+class BinderTest : public ::testing::Test {
+ protected:
+  BinderTest() : form_(boxes_) {
+    column_ = new QVBoxLayout(&window_);
+    auto* label = new QLabel("?", &window_);
+    label->setBuddy(Add<QLineEdit>("txtName"));
+    label->setObjectName("capName");
+    for (const char* name : {"txtAmount", "txtDated", "txtPeriod", "txtRow_1", "txtRow_2"})
+      Add<QLineEdit>(name);
+    Add<QPlainTextEdit>("txtNote");
+    Add<QCheckBox>("chkHand");
+    Add<QListWidget>("lstBanks");
+    Add<QLabel>("lblSay");
+    Add<QLabel>("capHint")->setProperty("showWithout", "lblSay");
+    Add<QPushButton>("cmdOk")->setProperty("main", true);
+    for (const char* name : {"txtName", "txtAmount"}) Get<QLineEdit>(name)->setProperty("required", true);
+    for (const char* name : {"mnuWarn", "mnuUnknown"}) {
+      auto* action = new QAction(name, &window_);
+      action->setObjectName(name);
+    }
+  }
+  void Open() {
+    binder_ = std::make_unique<FormBinder>(form_, window_);
+    window_.show();
+    window_.activateWindow();
+    QTest::qWait(1);
+    binder_->Open();
+    Get<QLineEdit>("txtName")->setFocus(Qt::TabFocusReason);
+    form_.Taken();
+  }
+  template <class Widget>
+  Widget* Add(const char* name) {
+    auto* widget = new Widget(&window_);
+    widget->setObjectName(name);
+    column_->addWidget(widget);
+    return widget;
+  }
+  template <class Object>
+  Object* Get(const char* name) {
+    return window_.findChild<Object*>(name);
+  }
+  static QString Focus() {
+    return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : "";
+  }
+  static void Type(const char* keys) { QTest::keyClicks(QApplication::focusWidget(), keys); }
+  static void Press(Qt::Key key, Qt::KeyboardModifiers held = {}) {
+    QTest::keyClick(QApplication::focusWidget(), key, held);
+  }
+
+  testing::ScriptedBoxes boxes_;
+  EntryForm form_;
+  QWidget window_;
+  QVBoxLayout* column_;
+  std::unique_ptr<FormBinder> binder_;
+};
+
+TEST_F(BinderTest, ShowsWhatTheFormHolds) {
+  Open();
+  EXPECT_EQ(Get<QLabel>("capName")->text(), "&Name");
+  EXPECT_EQ(Get<QLineEdit>("txtName")->accessibleName(), "Name");
+  EXPECT_EQ(Get<QLineEdit>("txtName")->maxLength(), 5);
+  EXPECT_EQ(Get<QLineEdit>("txtAmount")->text(), "-5.00");
+  EXPECT_TRUE(Get<QLineEdit>("txtAmount")->property("negative").toBool());
+  EXPECT_TRUE(Get<QLineEdit>("txtAmount")->alignment().testFlag(Qt::AlignRight));
+  EXPECT_EQ(Get<QPlainTextEdit>("txtNote")->toPlainText(), "one\ntwo");
+  EXPECT_TRUE(Get<QCheckBox>("chkHand")->isChecked());
+  EXPECT_EQ(Get<QListWidget>("lstBanks")->count(), 2);
+  EXPECT_EQ(Get<QPushButton>("cmdOk")->text(), "P&ost");
+  EXPECT_EQ(Get<QAction>("mnuWarn")->text(), "&Warn");
+  EXPECT_FALSE(Get<QAction>("mnuUnknown")->isVisible());
+  EXPECT_TRUE(Get<QLabel>("capHint")->isVisible());
+
+  Get<QLineEdit>("txtRow_1")->setFocus();
+  form_.Taken();
+  form_.SetText("txtRow", "second", 2);
+  form_.SetCaption("lblSay", "A line\rand another");
+  form_.SetRows("lstBanks", {"Third"}, 1);
+  form_.SetValue("chkHand", 0);
+  form_.SetValue("mnuWarn", 1);
+  form_.SetEnabled("txtDated", false);
+  form_.SetVisible("txtName", false);
+  EXPECT_EQ(Get<QLineEdit>("txtRow_2")->text(), "second");
+  EXPECT_EQ(Get<QLineEdit>("txtRow_1")->text(), "");
+  EXPECT_EQ(Get<QLabel>("lblSay")->text(), "A line\nand another");
+  EXPECT_FALSE(Get<QLabel>("capHint")->isVisible());
+  EXPECT_EQ(Get<QListWidget>("lstBanks")->currentRow(), 0);
+  EXPECT_FALSE(Get<QCheckBox>("chkHand")->isChecked());
+  EXPECT_TRUE(Get<QAction>("mnuWarn")->isChecked());
+  EXPECT_FALSE(Get<QLineEdit>("txtDated")->isEnabled());
+  EXPECT_FALSE(Get<QLabel>("capName")->isVisible());
+  EXPECT_THAT(form_.Taken(), IsEmpty()) << "what the form says must not come back as the user's";
+}
+
+TEST_F(BinderTest, TellsWhatTheUserDoes) {
+  Open();
+  Type("Jo");
+  EXPECT_THAT(form_.Taken(), ElementsAre("change txtName", "change txtName"));
+  EXPECT_EQ(form_.Find("txtName")->text, "Jo");
+  Press(Qt::Key_Tab);
+  Get<QLineEdit>("txtRow_2")->setFocus();
+  Type("x");
+  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtName", "enter txtAmount", "leave txtAmount",
+                                         "enter txtRow2", "change txtRow2"));
+  QTest::mouseClick(Get<QCheckBox>("chkHand"), Qt::LeftButton, {},
+                    QPoint(8, Get<QCheckBox>("chkHand")->height() / 2));
+  EXPECT_EQ(form_.Find("chkHand")->value, 0);
+  Get<QListWidget>("lstBanks")->setCurrentRow(1);
+  EXPECT_EQ(form_.Find("lstBanks")->text, "Second");
+  QTest::mouseClick(Get<QPushButton>("cmdOk"), Qt::LeftButton);
+  Get<QAction>("mnuWarn")->trigger();
+  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtRow2", "enter chkHand", "change chkHand", "leave chkHand",
+                                         "enter lstBanks", "choose lstBanks", "leave lstBanks", "enter cmdOk",
+                                         "click cmdOk", "leave cmdOk", "menu mnuWarn"));
+  EXPECT_TRUE(Get<QAction>("mnuWarn")->isChecked());
+}
+
+TEST_F(BinderTest, ARefusedFieldKeepsTheCursorAndIsMarkedUntilItChanges) {
+  Open();
+  auto* amount = Get<QLineEdit>("txtAmount");
+  amount->setFocus(Qt::TabFocusReason);
+  Type("bad");
+  for (const bool by_mouse : {false, true}) {
+    if (by_mouse) {
+      QTest::mouseClick(Get<QLineEdit>("txtDated"), Qt::LeftButton);
+      QTest::qWait(1);
+    } else {
+      Press(Qt::Key_Tab);
+    }
+    EXPECT_EQ(boxes_.LastText(), "The amount is bad.");
+    EXPECT_EQ(Focus(), "txtAmount");
+    EXPECT_TRUE(amount->property("refused").toBool());
+    EXPECT_EQ(amount->selectedText(), "bad");
+  }
+  EXPECT_EQ(boxes_.shown.size(), 2U) << "one leave, one box";
+  Type("7");
+  EXPECT_EQ(form_.Find("txtAmount")->text, "7");
+  EXPECT_FALSE(amount->property("refused").toBool());
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(Focus(), "txtDated");
+}
+
+TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {
+  form_.SetText("txtAmount", "");
+  Open();
+  QStringList stations;
+  for (int i = 0; i < 6; ++i) {
+    Press(Qt::Key_Return);
+    stations << Focus();
+  }
+  EXPECT_EQ(stations.join(' '), "txtAmount txtDated txtPeriod txtRow_1 txtRow_2 txtNote");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Focus(), "txtNote") << "a line break in a text of several lines";
+  Get<QListWidget>("lstBanks")->setFocus();
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Focus(), "txtName") << "behind the last field, the first required one that is empty";
+  Type("Jo");
+  Press(Qt::Key_Enter);
+  EXPECT_EQ(Focus(), "txtAmount");
+  Type("5");
+  form_.Taken();
+  EXPECT_TRUE(binder_->KeysOf(*Get<QLineEdit>("txtAmount")).contains("Enter posts"));
+  Press(Qt::Key_Enter);
+  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtAmount", "enter cmdOk", "click cmdOk"));
+  Get<QPlainTextEdit>("txtNote")->setFocus();
+  form_.Taken();
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtNote", "enter cmdOk", "click cmdOk"));
+}
+
+TEST_F(BinderTest, F2FillsDatesAndPeriodsInTheirForm) {
+  Open();
+  const struct {
+    const char* field;
+    const char* text;
+    const char* shown_month;  // "month year" at which it opens
+    const char* chosen;       // for day 20 of the month
+  } cases[] = {{"txtDated", "3/15/2024", "3 2024", "03/20/2024"},
+               {"txtPeriod", "3-15-2024", "3 2024", "3-20-2024"},
+               {"txtPeriod", "11-2023", "11 2023", "11-2023"}};
+  for (const auto& one : cases) {
+    auto* edit = Get<QLineEdit>(one.field);
+    edit->setFocus(Qt::TabFocusReason);
+    edit->selectAll();
+    Type(one.text);
+    Press(Qt::Key_F2);
+    auto* calendar = edit->findChild<QCalendarWidget*>();
+    ASSERT_NE(calendar, nullptr) << one.text;
+    EXPECT_EQ(QString("%1 %2").arg(calendar->monthShown()).arg(calendar->yearShown()), one.shown_month);
+    emit calendar->clicked(QDate(calendar->yearShown(), calendar->monthShown(), 20));
+    EXPECT_EQ(form_.Find(one.field)->text, one.chosen);
+    EXPECT_EQ(edit->text(), one.chosen);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
+  form_.Taken();
+  Get<QLineEdit>("txtName")->setFocus();
+  Press(Qt::Key_F2);
+  Press(Qt::Key_F4);
+  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtPeriod", "enter txtName", "key F4"));
+}
+
+TEST(QtMessageBoxesTest, ShowsTextsExactlyAndAnswersSafely) {
+  const struct {
+    Box box;
+    Qt::Key key;
+    BoxAnswer answer;
+  } cases[] = {
+      {{BoxIcon::kCritical, "T", "Failed\rError code = 50", BoxButtons::kOk, BoxAnswer::kOk},
+       Qt::Key_Escape,
+       BoxAnswer::kOk},
+      {{BoxIcon::kQuestion, "T", "<b>Two  blanks</b>\r\n\r\n& stay", BoxButtons::kYesNoCancel,
+        BoxAnswer::kYes},
+       Qt::Key_Escape,
+       BoxAnswer::kCancel},
+      {{BoxIcon::kQuestion, "T", "Pay?", BoxButtons::kYesNo, BoxAnswer::kYes},
+       Qt::Key_Return,
+       BoxAnswer::kYes},
+      {{BoxIcon::kQuestion, "T", "Pay?", BoxButtons::kYesNo, BoxAnswer::kOk}, Qt::Key_Return, BoxAnswer::kNo},
+      {{BoxIcon::kQuestion, "T", "Pay?", BoxButtons::kRetryCancel, BoxAnswer::kCancel},
+       Qt::Key_Return,
+       BoxAnswer::kCancel},
+  };
+  QtMessageBoxes boxes;
+  for (const auto& one : cases) {
+    QString seen;
+    QTimer::singleShot(20, qApp, [&] {
+      auto* shown = qobject_cast<QMessageBox*>(QApplication::activeModalWidget());
+      ASSERT_NE(shown, nullptr);
+      const auto labels = shown->findChildren<QLabel*>("qt_msgbox_label");
+      ASSERT_EQ(labels.size(), 1);
+      EXPECT_EQ(labels.front()->textFormat(), Qt::PlainText);
+      seen = labels.front()->text();
+      QTest::keyClick(shown->defaultButton(), one.key);
+    });
+    EXPECT_EQ(boxes.Show(one.box), one.answer) << one.box.text;
+    EXPECT_EQ(seen.count('\n'), std::count(one.box.text.begin(), one.box.text.end(), '\r'));
+    EXPECT_EQ(seen.remove('\n').toStdString(), [&] {
+      std::string text = one.box.text;
+      std::erase_if(text, [](char c) { return c == '\r' || c == '\n'; });
+      return text;
+    }());
+  }
+}
+
+}  // namespace
+}  // namespace tallwick

@@ -1,0 +1,179 @@
+// Registers of a size that no window may read whole, and colours that everybody can read.
+#include "ui/register_view.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QScrollBar>
+#include <QTest>
+#include <cmath>
+
+#include "ui/style.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::IsEmpty;
+
+// Checks 1, 2, 3, … of which every tenth is voided; counts how often it is asked for a row.
+class ManyRows : public RowSource {
+ public:
+  explicit ManyRows(std::size_t rows) : rows_(rows) {}
+  std::vector<std::string> Headings() const override { return {"Number", "Payee", "Amount"}; }
+  std::size_t RowCount() override { return rows_; }
+  std::vector<std::string> Row(std::size_t row) override {
+    ++reads;
+    return {std::to_string(row + 1), "PAYEE " + std::to_string(row + 1), row % 2 == 0 ? "1.00" : "-1.00"};
+  }
+  std::string RowStyle(std::size_t row) override {
+    return row % 10 == 9 ? "voided" : row % 10 == 8 ? "stopped" : "";
+  }
+  bool IsNumeric(std::size_t column) const override { return column != 1; }
+
+  std::size_t rows_;
+  std::size_t reads = 0;
+};
+
+class RegisterTest : public ::testing::Test {
+ protected:
+  void Show(std::size_t rows) {
+    source_ = std::make_shared<ManyRows>(rows);
+    control_.source = source_;
+    view_.resize(640, 480);
+    view_.Show(control_);
+    view_.show();
+    QTest::qWait(1);
+  }
+  QVariant Data(int row, int column, int role) { return view_.Model().index(row, column).data(role); }
+
+  Control control_;
+  std::shared_ptr<ManyRows> source_;
+  RegisterView view_;
+};
+
+TEST_F(RegisterTest, AMillionRowsAreReadOnlyWhereTheyAreSeen) {
+  QElapsedTimer timer;
+  timer.start();
+  Show(1'000'000);
+  QScrollBar* bar = view_.Table().verticalScrollBar();
+  for (int percent : {50, 100, 3, 97}) {
+    bar->setValue(bar->maximum() / 100 * percent);
+    QTest::qWait(1);
+  }
+  bar->setValue(bar->maximum());
+  QTest::qWait(1);
+  EXPECT_EQ(view_.Table().indexAt(QPoint(10, view_.Table().viewport()->height() - 10)).row(), 999'999);
+  EXPECT_LT(source_->reads, 1000U);
+  EXPECT_LT(timer.elapsed(), 2000) << "generous: a debug build on a busy machine";
+}
+
+TEST_F(RegisterTest, SaysStatusByLookAndAddsNothingToTheText) {
+  Show(20);
+  EXPECT_EQ(Data(0, 0, Qt::TextAlignmentRole).toInt() & Qt::AlignRight, Qt::AlignRight);
+  EXPECT_EQ(Data(0, 1, Qt::TextAlignmentRole).toInt() & Qt::AlignRight, 0);
+  const QColor alarm = QApplication::palette().color(kAlarmRole);
+  EXPECT_EQ(Data(1, 2, Qt::ForegroundRole).value<QColor>(), alarm) << "negative";
+  EXPECT_FALSE(Data(1, 1, Qt::ForegroundRole).isValid()) << "only the amount";
+  EXPECT_EQ(Data(8, 1, Qt::ForegroundRole).value<QColor>(), alarm) << "stopped";
+  EXPECT_TRUE(Data(9, 1, Qt::FontRole).value<QFont>().strikeOut()) << "voided";
+}
+
+TEST_F(RegisterTest, FollowsItsRowsAndSaysWhatToDoWithoutAny) {
+  view_.SetEmptyText("Post the first check.");
+  Show(0);
+  auto* empty = view_.Table().findChild<QLabel*>();
+  EXPECT_TRUE(empty->isVisible());
+  EXPECT_EQ(empty->text(), "Post the first check.");
+  source_->rows_ = 30;
+  control_.selected = 3;
+  view_.Show(control_);
+  EXPECT_FALSE(empty->isVisible());
+  EXPECT_EQ(view_.Model().rowCount(), 30);
+  EXPECT_EQ(view_.Table().currentIndex().row(), 2);
+  source_->rows_ = 2;
+  control_.selected = 0;
+  view_.Show(control_);
+  EXPECT_EQ(view_.Model().rowCount(), 2);
+  EXPECT_FALSE(view_.Table().selectionModel()->hasSelection());
+}
+
+TEST_F(RegisterTest, FindMarksWithoutChoosingUntilItIsTaken) {
+  QLineEdit box;
+  view_.SearchFrom(&box);
+  Show(50'000);
+  std::vector<int> chosen;
+  QObject::connect(&view_, &RegisterView::RowChosen, [&](int row) { chosen.push_back(row); });
+  const auto row = [this] { return view_.Table().currentIndex().row(); };
+  QTest::keyClicks(&box, "payee 4999");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row() == 4998; }));
+  QTest::keyClick(&box, Qt::Key_Return);
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row() == 49'989; }));
+  QTest::keyClicks(&box, "x");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return box.property("refused").toBool(); }));
+  EXPECT_EQ(row(), 49'989);
+  EXPECT_THAT(chosen, IsEmpty());
+  QTest::keyClick(&box, Qt::Key_Down);
+  EXPECT_THAT(chosen, ElementsAre(49'989));
+}
+
+TEST_F(RegisterTest, ColumnsKeepTheirWidthAndOrder) {
+  QWidget first_window;
+  first_window.setObjectName("frmFirst");
+  const auto make = [&] {
+    auto* view = new RegisterView(&first_window);
+    view->setObjectName("lstChecks");
+    Control control;
+    control.source = std::make_shared<ManyRows>(5);
+    view->Show(control);
+    first_window.show();
+    view->show();
+    return view;
+  };
+  RegisterView* view = make();
+  view->Table().setColumnWidth(1, 222);
+  view->Table().horizontalHeader()->moveSection(0, 2);
+  delete view;
+  view = make();
+  EXPECT_EQ(view->Table().columnWidth(1), 222);
+  EXPECT_EQ(view->Table().horizontalHeader()->visualIndex(0), 2);
+}
+
+double Luminance(const QColor& color) {
+  const auto part = [](double value) {
+    return value <= 0.03928 ? value / 12.92 : std::pow((value + 0.055) / 1.055, 2.4);
+  };
+  return 0.2126 * part(color.redF()) + 0.7152 * part(color.greenF()) + 0.0722 * part(color.blueF());
+}
+
+double Contrast(const QColor& one, const QColor& other) {
+  const double a = Luminance(one);
+  const double b = Luminance(other);
+  return (std::max(a, b) + 0.05) / (std::min(a, b) + 0.05);
+}
+
+TEST(StyleTest, EveryTextStandsOutInBothSchemes) {
+  for (const Scheme scheme : {Scheme::kDark, Scheme::kLight}) {
+    ApplyStyle(*qApp, scheme);
+    const QPalette palette = QApplication::palette();
+    for (const auto text : {QPalette::WindowText, QPalette::Text, kMutedRole, kAlarmRole}) {
+      for (const auto ground : {QPalette::Window, QPalette::Base, QPalette::AlternateBase}) {
+        EXPECT_GE(Contrast(palette.color(text), palette.color(ground)), 4.5) << text << " on " << ground;
+      }
+    }
+    EXPECT_GE(Contrast(palette.color(QPalette::HighlightedText), palette.color(kAccentRole)), 4.5);
+    EXPECT_FALSE(qApp->styleSheet().contains('@')) << "a mark without a colour";
+    for (const char* icon :
+         {"open", "save", "checks", "deposits", "wire_outs", "reports", "reconcile", "ledgers", "close"}) {
+      const QImage drawn = DrawnIcon(icon).pixmap(40, 40).toImage();
+      int inked = 0;
+      for (int i = 0; i < 40 * 40; ++i) inked += drawn.pixelColor(i % 40, i / 40).alpha() > 128 ? 1 : 0;
+      EXPECT_GT(inked, 80) << icon;
+    }
+  }
+}
+
+}  // namespace
+}  // namespace tallwick

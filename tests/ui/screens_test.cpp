@@ -1,0 +1,195 @@
+// The real windows over a real company, driven by keys and clicks.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <QAction>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTest>
+#include <QTimer>
+
+#include "tests/support/office.h"
+#include "ui/desktop.h"
+#include "ui/register_view.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using testing::FakeSuite;
+using ::testing::IsEmpty;
+using testing::Office;
+
+class ScreensTest : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    office_.suite.files = {"24-0117"};
+    ASSERT_TRUE(office_.Open());
+    office_.session.reset();
+    desktop_ = std::make_unique<Desktop>(
+        Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation});
+    ASSERT_TRUE(desktop_->Start([this] { return std::make_unique<FakeSuite>(office_.suite); }));
+  }
+  QWidget& Window(std::string_view screen) { return desktop_->Find(screen)->Window(); }
+  template <class Object>
+  Object* Get(std::string_view screen, const char* name) {
+    return Window(screen).findChild<Object*>(name);
+  }
+  // Opens the bank by the dialog, as a clerk does who takes the one that is marked.
+  void OpenBank() {
+    QTimer::singleShot(20, qApp, [this] {
+      Window("frmBankSelect").activateWindow();
+      QTest::keyClick(Get<QListWidget>("frmBankSelect", "lstBankNames"), Qt::Key_Return);
+    });
+    Get<QAction>("frmMainEscrowAccounting", "mnuFileOpen")->trigger();
+  }
+  void OpenChecks() {
+    OpenBank();
+    Get<QAction>("frmMainEscrowAccounting", "mnuEditChecksPost")->trigger();
+    ASSERT_NE(desktop_->Find("frmEditChecksPost"), nullptr);
+    Window("frmEditChecksPost").activateWindow();
+    QTest::qWait(1);
+  }
+  static QString Focus() {
+    return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : "";
+  }
+  void TypeInto(const char* field, const char* text) {
+    auto* edit = Get<QLineEdit>("frmEditChecksPost", field);
+    edit->setFocus(Qt::TabFocusReason);
+    edit->selectAll();
+    QTest::keyClicks(edit, text);
+  }
+  void Press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
+
+  Office office_;
+  std::unique_ptr<Desktop> desktop_;
+};
+
+constexpr std::string_view kMain = "frmMainEscrowAccounting";
+constexpr std::string_view kChecks = "frmEditChecksPost";
+
+TEST_F(ScreensTest, OpensABankAndShowsIt) {
+  EXPECT_FALSE(Get<QAction>(kMain, "mnuEditChecksPost")->isEnabled());
+  EXPECT_TRUE(Get<QWidget>(kMain, "pageNoBank")->isVisible());
+  OpenBank();
+  EXPECT_EQ(desktop_->Find("frmBankSelect"), nullptr);
+  EXPECT_EQ(Get<QLabel>(kMain, "BankName")->text(), "First National Trust");
+  EXPECT_EQ(Get<QLabel>(kMain, "lblAcctPeriod")->text(), "March 2024");
+  EXPECT_FALSE(Get<QWidget>(kMain, "pageNoBank")->isVisible());
+  EXPECT_TRUE(Get<QAction>(kMain, "mnuEditChecksPost")->isEnabled());
+  EXPECT_EQ(Window(kMain).windowTitle(), "Tallwick Escrow Accounting - Lakeside Title (12)");
+}
+
+TEST_F(ScreensTest, ACheckIsPostedByKeysAlone) {
+  OpenChecks();
+  TypeInto("txtCheckNumber", "10452");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Focus(), "txtCheckDated");
+  EXPECT_EQ(Get<QLabel>(kChecks, "lblKeys")->text(),
+            "Enter next field     F2 calendar     F1 help     Esc back");
+  TypeInto("txtCheckPayee", "SMITH TITLE CO");
+  TypeInto("txtCheckAmount", "$1250");
+  Press(Qt::Key_Tab);
+  EXPECT_EQ(Get<QLineEdit>(kChecks, "txtCheckAmount")->text(), "1,250.00");
+  EXPECT_EQ(Focus(), "txtCheckFileNumber");
+  QTest::keyClicks(QApplication::focusWidget(), "24-0117");
+  Press(Qt::Key_Return);
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+
+  BankTables tables(desktop_->TheSession().Home());
+  ASSERT_TRUE(tables.Open("FNB"));
+  ASSERT_TRUE(tables.checks.SeekNumber("10452"));
+  const CheckRecord check = tables.checks.Read();
+  EXPECT_EQ(check.payee, "SMITH TITLE CO");
+  EXPECT_EQ(check.amount, Currency::FromCents(125000));
+  EXPECT_EQ(check.accounting, (Period{3, 0, 2024}));
+  EXPECT_TRUE(desktop_->TheSession().Company().xrefs.SeekReference(CheckXref("24-0117", "FNB", "10452")));
+  auto* checks = Get<RegisterView>(kChecks, "lstCheckNumbers");
+  ASSERT_EQ(checks->Model().rowCount(), 1);
+  EXPECT_EQ(checks->Model().index(0, 2).data().toString(), "SMITH TITLE CO");
+  EXPECT_EQ(Get<RegisterView>(kMain, "grdLatestPostings")->Model().rowCount(), 1);
+  EXPECT_EQ(Get<QLineEdit>(kChecks, "txtCheckNumber")->text(), "10453") << "ready for the next one";
+
+  QTest::keyClick(&Window(kChecks), Qt::Key_F, Qt::ControlModifier);
+  EXPECT_EQ(Focus(), "boxFind");
+  QTest::keyClicks(QApplication::focusWidget(), "smith");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return checks->Table().currentIndex().isValid(); }));
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Get<QLineEdit>(kChecks, "txtCheckNumber")->text(), "10452");
+  Press(Qt::Key_Return);
+  EXPECT_EQ(Focus(), "txtCheckNumber") << "from the register back to the entry";
+}
+
+TEST_F(ScreensTest, ARefusedEntryIsMarkedWhereTheCursorStands) {
+  OpenChecks();
+  TypeInto("txtCheckPayee", "SMITH TITLE CO");
+  TypeInto("txtCheckAmount", "1250");
+  QTest::mouseClick(Get<QPushButton>(kChecks, "cmdOk"), Qt::LeftButton);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("File Number is Required..."));
+  EXPECT_EQ(Focus(), "txtCheckFileNumber");
+  auto* file = Get<QLineEdit>(kChecks, "txtCheckFileNumber");
+  EXPECT_TRUE(file->property("refused").toBool());
+  QTest::keyClicks(file, "2");
+  EXPECT_FALSE(file->property("refused").toBool());
+  EXPECT_EQ(Get<QLineEdit>(kChecks, "txtCheckPayee")->text(), "SMITH TITLE CO");
+}
+
+TEST_F(ScreensTest, AnEntryIsNotThrownAwayUnasked) {
+  OpenChecks();
+  TypeInto("txtCheckPayee", "SMITH TITLE CO");
+  Window(kChecks).resize(1300, 790);
+  office_.boxes.answers = {BoxAnswer::kCancel, BoxAnswer::kCancel};
+  EXPECT_FALSE(Window(kChecks).close());
+  Window(kMain).close();
+  EXPECT_NE(desktop_->Find(kMain), nullptr) << "the main window stays with the entry";
+  EXPECT_EQ(Get<QLineEdit>(kChecks, "txtCheckPayee")->text(), "SMITH TITLE CO");
+  office_.boxes.answers = {BoxAnswer::kNo};
+  bool ended = false;
+  QObject::connect(desktop_.get(), &Desktop::Ended, [&ended] { ended = true; });
+  Window(kMain).close();
+  EXPECT_TRUE(ended);
+  EXPECT_EQ(desktop_->Find(kChecks), nullptr);
+
+  desktop_->OpenScreen(kChecks, "Posting");
+  EXPECT_EQ(Window(kChecks).size(), QSize(1300, 790)) << "remembered";
+}
+
+// Fields from top to bottom, and from left to right in a row, as Tab reaches them.
+void ExpectReadingOrder(QWidget& window) {
+  QPoint last(-1, -1);
+  QString last_name;
+  for (QWidget* widget = window.nextInFocusChain(); widget != &window; widget = widget->nextInFocusChain()) {
+    if (qobject_cast<QLineEdit*>(widget) == nullptr || widget->property("finds").isValid()) continue;
+    const QPoint at = widget->mapTo(&window, QPoint(0, 0));
+    EXPECT_TRUE(at.y() > last.y() + 4 || at.x() > last.x())
+        << widget->objectName().toStdString() << " after " << last_name.toStdString();
+    last = at;
+    last_name = widget->objectName();
+  }
+}
+
+TEST_F(ScreensTest, EveryScreenShowsItsControlsAndFitsASmallLaptop) {
+  OpenChecks();
+  int looked_at = 0;
+  for (std::string_view screen : {kMain, kChecks}) {
+    Form& form = desktop_->Find(screen)->TheForm();
+    QWidget& window = Window(screen);
+    for (const Control& control : form.Controls()) {
+      auto* object = window.findChild<QObject*>(QString::fromStdString(control.name));
+      ASSERT_NE(object, nullptr) << control.name;
+      const auto* widget = qobject_cast<QWidget*>(object);
+      const bool is_field = control.kind != ControlKind::kLabel && control.kind != ControlKind::kMenu;
+      EXPECT_TRUE(!is_field || !widget->accessibleName().isEmpty()) << control.name;
+      ++looked_at;
+    }
+    EXPECT_LE(window.minimumSizeHint().height(), 700) << screen;
+    EXPECT_LE(window.minimumSizeHint().width(), 1366) << screen;
+    ExpectReadingOrder(window);
+  }
+  EXPECT_GT(looked_at, 30);
+}
+
+}  // namespace
+}  // namespace tallwick
