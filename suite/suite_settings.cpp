@@ -1,0 +1,41 @@
+#include "suite/suite_settings.h"
+
+#include <QFile>
+#include <QFileInfo>
+#include <QSettings>
+
+namespace tallwick {
+
+bool ReadFileList(const QString& path, SuiteSettings& settings) {
+  QFile file(path);
+  if (!file.open(QIODevice::ReadOnly | QIODevice::Text)) return false;
+  QStringList numbers;
+  while (!file.atEnd()) {
+    const QString number = QString::fromUtf8(file.readLine()).trimmed().toUpper();
+    if (!number.isEmpty()) numbers << number;
+  }
+  settings.file_list = numbers;
+  return true;
+}
+
+bool ReadSettings(const QString& path, SuiteSettings& settings) {
+  if (!QFileInfo(path).isReadable()) return false;
+  const QSettings ini(path, QSettings::IniFormat);
+  if (ini.status() != QSettings::NoError) return false;
+  const auto take = [&ini](const char* key, QString& value) {
+    value = ini.value(QLatin1String(key), value).toString();
+  };
+  take("Company/Name", settings.company_name);
+  take("Company/Number", settings.company_number);
+  take("Company/DataPath", settings.data_path);
+  take("Company/ApplicationPath", settings.application_path);
+  take("Company/SettingsPath", settings.settings_path);
+  take("Company/UpdatePath", settings.update_path);
+  take("Company/InactiveBanksPath", settings.inactive_banks_path);
+  take("User/Login", settings.login);
+  settings.security_on = ini.value("User/SecurityOn", settings.security_on).toBool();
+  const QString list = ini.value("Company/FileList").toString();
+  return list.isEmpty() || ReadFileList(list, settings);
+}
+
+}  // namespace tallwick

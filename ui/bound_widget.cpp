@@ -1,0 +1,248 @@
+#include "ui/bound_widget.h"
+
+#include <QAbstractButton>
+#include <QAction>
+#include <QComboBox>
+#include <QLabel>
+#include <QLineEdit>
+#include <QListWidget>
+#include <QPlainTextEdit>
+#include <QSignalBlocker>
+
+#include "ui/register_view.h"
+#include "ui/style.h"
+
+namespace tallwick {
+namespace {
+
+bool IsCheckValue(const Control& control) {
+  return control.kind == ControlKind::kCheck || control.kind == ControlKind::kOption;
+}
+
+// What every widget shows of its control.
+void ShowState(QWidget& widget, const Control& control) {
+  widget.setEnabled(control.enabled);
+  widget.setVisible(control.visible);
+  SetStyleProperty(widget, "refused", control.refused);
+}
+
+void ShowNegative(QWidget& widget, const QString& text) {
+  const bool negative =
+      text.size() > 1 && text[0] == '-' && (text[1].isDigit() || text[1] == '$' || text[1] == '.');
+  SetStyleProperty(widget, "negative", negative);
+}
+
+class BoundLineEdit : public BoundWidget {
+ public:
+  BoundLineEdit(QLineEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
+    const bool number = control.kind == ControlKind::kAmount || control.kind == ControlKind::kNumber;
+    if (number) edit.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    if (control.max_length > 0) edit.setMaxLength(control.max_length);
+    QObject::connect(&edit, &QLineEdit::textEdited, &edit,
+                     [&control, &events](const QString& text) { events.TextTyped(control, text); });
+  }
+  void Show(const Control& control) override {
+    const QString text = QString::fromStdString(control.text);
+    if (edit_.text() != text) edit_.setText(text);
+    ShowNegative(edit_, text);
+    ShowState(edit_, control);
+  }
+  QWidget* Widget() const override { return &edit_; }
+  void SelectText() override { edit_.selectAll(); }
+
+ private:
+  QLineEdit& edit_;
+};
+
+class BoundTextEdit : public BoundWidget {
+ public:
+  BoundTextEdit(QPlainTextEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
+    edit.setTabChangesFocus(true);
+    QObject::connect(&edit, &QPlainTextEdit::textChanged, &edit,
+                     [&] { events.TextTyped(control, edit_.toPlainText()); });
+  }
+  void Show(const Control& control) override {
+    const QSignalBlocker quiet(edit_);
+    const QString text = ShownText(control.text);
+    if (edit_.toPlainText() != text) edit_.setPlainText(text);
+    ShowState(edit_, control);
+  }
+  QWidget* Widget() const override { return &edit_; }
+  void SelectText() override { edit_.selectAll(); }
+
+ private:
+  QPlainTextEdit& edit_;
+};
+
+class BoundCombo : public BoundWidget {
+ public:
+  BoundCombo(QComboBox& combo, const Control& control, WidgetEvents& events) : combo_(combo) {
+    combo.setInsertPolicy(QComboBox::NoInsert);
+    QObject::connect(&combo, &QComboBox::editTextChanged, &combo,
+                     [&](const QString& text) { events.TextTyped(control, text); });
+    QObject::connect(&combo, &QComboBox::activated, &combo,
+                     [&](int row) { events.RowChosen(control, row + 1); });
+  }
+  void Show(const Control& control) override {
+    const QSignalBlocker quiet(combo_);
+    if (rows_ != control.rows) {
+      rows_ = control.rows;
+      combo_.clear();
+      for (const std::string& row : rows_) combo_.addItem(QString::fromStdString(row));
+    }
+    combo_.setCurrentIndex(control.selected - 1);
+    const QString text = QString::fromStdString(control.text);
+    if (combo_.isEditable() && combo_.currentText() != text) combo_.setEditText(text);
+    ShowState(combo_, control);
+  }
+  QWidget* Widget() const override { return &combo_; }
+
+ private:
+  QComboBox& combo_;
+  std::vector<std::string> rows_;
+};
+
+class BoundList : public BoundWidget {
+ public:
+  BoundList(QListWidget& list, const Control& control, WidgetEvents& events) : list_(list) {
+    QObject::connect(&list, &QListWidget::currentRowChanged, &list, [&](int row) {
+      if (row >= 0) events.RowChosen(control, row + 1);
+    });
+    QObject::connect(&list, &QListWidget::itemDoubleClicked, &list, [&] { events.RowTaken(control); });
+  }
+  void Show(const Control& control) override {
+    const QSignalBlocker quiet(list_);
+    if (rows_ != control.rows) {
+      rows_ = control.rows;
+      list_.clear();
+      for (const std::string& row : rows_) list_.addItem(QString::fromStdString(row));
+    }
+    if (list_.currentRow() != control.selected - 1) list_.setCurrentRow(control.selected - 1);
+    ShowState(list_, control);
+  }
+  QWidget* Widget() const override { return &list_; }
+
+ private:
+  QListWidget& list_;
+  std::vector<std::string> rows_;
+};
+
+// Push buttons, tool buttons, check boxes and options. A push button may stand for a menu command too.
+class BoundButton : public BoundWidget {
+ public:
+  BoundButton(QAbstractButton& button, const Control& control, WidgetEvents& events) : button_(button) {
+    QObject::connect(&button, &QAbstractButton::clicked, &button, [&](bool checked) {
+      if (IsCheckValue(control)) return events.CheckSet(control, checked ? 1 : 0);
+      if (control.kind == ControlKind::kMenu)
+        return events.CommandGiven(QString::fromStdString(control.name));
+      events.Clicked(control);
+    });
+  }
+  void Show(const Control& control) override {
+    const QSignalBlocker quiet(button_);
+    const QString caption = QString::fromStdString(control.caption);
+    if (!caption.isEmpty() && !button_.property("ownText").toBool()) button_.setText(caption);
+    if (button_.isCheckable()) button_.setChecked(control.value == 1);
+    ShowState(button_, control);
+  }
+  QWidget* Widget() const override { return &button_; }
+
+ private:
+  QAbstractButton& button_;
+};
+
+class BoundLabel : public BoundWidget {
+ public:
+  explicit BoundLabel(QLabel& label) : label_(label) { label.setTextFormat(Qt::PlainText); }
+  void Show(const Control& control) override {
+    const QString text = ShownText(control.text.empty() ? control.caption : control.text);
+    if (label_.text() != text) label_.setText(text);
+    ShowNegative(label_, text);
+    ShowState(label_, control);
+  }
+  QWidget* Widget() const override { return &label_; }
+
+ private:
+  QLabel& label_;
+};
+
+class BoundRegister : public BoundWidget {
+ public:
+  BoundRegister(RegisterView& view, const Control& control, WidgetEvents& events) : view_(view) {
+    QObject::connect(&view, &RegisterView::RowChosen, &view,
+                     [&](int row) { events.RowChosen(control, row + 1); });
+    QObject::connect(&view, &RegisterView::HeadingClicked, &view,
+                     [&events](const QString& command) { events.CommandGiven(command); });
+  }
+  void Show(const Control& control) override {
+    view_.Show(control);
+    ShowState(view_, control);
+  }
+  QWidget* Widget() const override { return &view_; }
+
+ private:
+  RegisterView& view_;
+};
+
+class BoundCommand : public BoundWidget {
+ public:
+  BoundCommand(QAction& action, const Control& control, WidgetEvents& events) : action_(action) {
+    QObject::connect(&action, &QAction::triggered, &action,
+                     [&] { events.CommandGiven(QString::fromStdString(control.name)); });
+  }
+  void Show(const Control& control) override {
+    // Its signals stay on: tool bars and menus follow them, and none of them is "triggered".
+    if (!control.caption.empty()) action_.setText(QString::fromStdString(control.caption));
+    if (control.value == 1) action_.setCheckable(true);
+    if (action_.isCheckable()) action_.setChecked(control.value == 1);
+    action_.setEnabled(control.enabled);
+    action_.setVisible(control.visible);
+  }
+  QWidget* Widget() const override { return nullptr; }
+
+ private:
+  QAction& action_;
+};
+
+class BoundPlain : public BoundWidget {
+ public:
+  explicit BoundPlain(QWidget& widget) : widget_(widget) {}
+  void Show(const Control& control) override { ShowState(widget_, control); }
+  QWidget* Widget() const override { return &widget_; }
+
+ private:
+  QWidget& widget_;
+};
+
+}  // namespace
+
+std::unique_ptr<BoundWidget> BindWidget(QObject& object, const Control& control, WidgetEvents& events) {
+  if (auto* edit = qobject_cast<QLineEdit*>(&object))
+    return std::make_unique<BoundLineEdit>(*edit, control, events);
+  if (auto* text = qobject_cast<QPlainTextEdit*>(&object)) {
+    return std::make_unique<BoundTextEdit>(*text, control, events);
+  }
+  if (auto* combo = qobject_cast<QComboBox*>(&object))
+    return std::make_unique<BoundCombo>(*combo, control, events);
+  if (auto* list = qobject_cast<QListWidget*>(&object))
+    return std::make_unique<BoundList>(*list, control, events);
+  if (auto* button = qobject_cast<QAbstractButton*>(&object)) {
+    return std::make_unique<BoundButton>(*button, control, events);
+  }
+  if (auto* label = qobject_cast<QLabel*>(&object)) return std::make_unique<BoundLabel>(*label);
+  if (auto* view = qobject_cast<RegisterView*>(&object))
+    return std::make_unique<BoundRegister>(*view, control, events);
+  if (auto* action = qobject_cast<QAction*>(&object))
+    return std::make_unique<BoundCommand>(*action, control, events);
+  if (auto* widget = qobject_cast<QWidget*>(&object)) return std::make_unique<BoundPlain>(*widget);
+  return nullptr;
+}
+
+QString ShownText(std::string_view text) {
+  QString shown = QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size()));
+  shown.replace("\r\n", "\n");
+  shown.replace('\r', '\n');
+  return shown;
+}
+
+}  // namespace tallwick

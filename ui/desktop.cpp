@@ -1,0 +1,76 @@
+#include "ui/desktop.h"
+
+#include <QApplication>
+#include <algorithm>
+
+#include "ui/screens.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::string_view kMainScreen = "frmMainEscrowAccounting";
+
+}  // namespace
+
+Desktop::~Desktop() {
+  while (!hosts_.empty())
+    hosts_.pop_back();  // dialogs before the windows they stand on; all before the session
+  for (const QPointer<ScreenHost>& host : closed_) delete host;
+}
+
+bool Desktop::Start(const SuiteFactory& attach) {
+  application_ = StartApplication(ports_, attach, *this);
+  if (!application_) return false;
+  OpenScreen(kMainScreen, {});
+  return Find(kMainScreen) != nullptr;
+}
+
+ScreenHost* Desktop::Find(std::string_view screen) const {
+  for (const auto& host : hosts_) {
+    if (host->TheForm().Name() == screen && host->TheForm().IsOpen()) return host.get();
+  }
+  return nullptr;
+}
+
+void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
+  if (ScreenHost* open = Find(screen)) {
+    open->Window().raise();
+    open->Window().activateWindow();
+    return;
+  }
+  std::unique_ptr<Form> form = application_->Screens().Make(screen, mode);
+  std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
+  if (!form || !window) return;
+  const bool modal = window->property("waits").toBool();
+  if (modal) {
+    window->setParent(QApplication::activeWindow(), window->windowFlags());
+    window->setWindowModality(Qt::ApplicationModal);
+  }
+  hosts_.push_back(std::make_unique<ScreenHost>(std::move(form), std::move(window)));
+  ScreenHost& host = *hosts_.back();
+  connect(&host, &ScreenHost::Closed, this, [this, &host] { ScreenClosed(host); });
+  modal ? host.OpenAndWait() : host.Open();
+}
+
+void Desktop::ScreenClosed(ScreenHost& host) {
+  const bool is_main = host.TheForm().Name() == kMainScreen;
+  const auto found =
+      std::find_if(hosts_.begin(), hosts_.end(), [&](const auto& one) { return one.get() == &host; });
+  std::erase_if(closed_, [](const auto& one) { return one.isNull(); });
+  closed_.emplace_back(found->release())->deleteLater();
+  hosts_.erase(found);
+  if (is_main && CloseOthers()) {
+    emit Ended();
+  } else if (is_main) {
+    OpenScreen(kMainScreen, {});  // an entry is kept: so is the program
+  }
+}
+
+bool Desktop::CloseOthers() {
+  while (!hosts_.empty()) {
+    if (!hosts_.back()->Close()) return false;
+  }
+  return true;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,160 @@
+// The keys of a screen: what Enter, Esc and the function keys do in the field that holds the cursor.
+#include <QComboBox>
+#include <QKeyEvent>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QWhatsThis>
+
+#include "ui/calendar_popup.h"
+#include "ui/form_binder.h"
+
+namespace tallwick {
+namespace {
+
+bool HasCalendar(const Control& control) {
+  return control.kind == ControlKind::kDate || control.kind == ControlKind::kPeriod;
+}
+
+bool IsRegister(const Control* control) {
+  return control != nullptr && control->kind == ControlKind::kGrid;
+}
+
+bool CanBeEntered(const QWidget& widget) {
+  return widget.isEnabled() && widget.isVisible() && (widget.focusPolicy() & Qt::TabFocus) != 0;
+}
+
+bool IsRequired(const QWidget& widget) {
+  return widget.property("required").toBool();
+}
+
+}  // namespace
+
+QString FormBinder::KeysOf(const QWidget& widget) const {
+  const Control* control = ControlOf(&widget);
+  QStringList keys;
+  if (widget.property("finds").isValid()) {
+    keys << tr("Enter next match") << tr("Down takes the row");
+  } else if (qobject_cast<const QPlainTextEdit*>(&widget) != nullptr) {
+    keys << tr("Tab next field") << tr("Ctrl+Enter post");
+  } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
+    keys << (MainButton() != nullptr && IsFilled() ? tr("Enter posts") : tr("Enter next field"));
+  } else if (IsRegister(control)) {
+    keys << tr("Enter to the entry") << tr("Ctrl+F find");
+  }
+  if (control != nullptr && HasCalendar(*control)) keys << tr("F2 calendar");
+  if (widget.property("lookUp").toBool()) keys << tr("F4 look-up");
+  if (!widget.whatsThis().isEmpty()) keys << tr("F1 help");
+  keys << tr("Esc back");
+  return keys.join("     ");
+}
+
+bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
+  const Control* control = ControlOf(&widget);
+  switch (key.key()) {
+    case Qt::Key_Return:
+    case Qt::Key_Enter:
+      return HandleEnter(widget, key);
+    case Qt::Key_F1:
+      ShowFieldHelp(widget);
+      return true;
+    case Qt::Key_F2:
+      if (control == nullptr || !HasCalendar(*control)) return false;
+      ShowCalendar(widget, *control);
+      return true;
+    case Qt::Key_F4:
+      PassKey("F4");
+      return true;
+    default:
+      return false;
+  }
+}
+
+bool FormBinder::HandleEnter(QWidget& widget, const QKeyEvent& key) {
+  const bool control_held = key.modifiers().testFlag(Qt::ControlModifier);
+  if (auto* button = qobject_cast<QAbstractButton*>(&widget); button != nullptr && !control_held) {
+    button->click();
+    return true;
+  }
+  if (qobject_cast<QPlainTextEdit*>(&widget) != nullptr && !control_held) return false;
+  if (!control_held && PassKey("Enter")) return true;
+  if (IsRegister(ControlOf(&widget))) {
+    GoToFirstField();  // to what the row brought into the entry; a register never posts
+    return true;
+  }
+  QPushButton* main = MainButton();
+  if (main != nullptr && (control_held || IsFilled())) {
+    main->click();
+  } else {
+    GoToNextField(widget);
+  }
+  return true;
+}
+
+bool FormBinder::PassKey(const char* key) {
+  const Running running(*this);
+  return form_.Key(key);
+}
+
+void FormBinder::ShowFieldHelp(QWidget& widget) {
+  if (PassKey("F1") || widget.whatsThis().isEmpty()) return;
+  QWhatsThis::showText(widget.mapToGlobal(QPoint(0, widget.height())), widget.whatsThis(), &widget);
+}
+
+void FormBinder::ShowCalendar(QWidget& widget, const Control& control) {
+  auto* edit = qobject_cast<QLineEdit*>(&widget);
+  if (edit == nullptr || edit->isReadOnly()) return;
+  auto* popup = new CalendarPopup(*edit, control.kind == ControlKind::kPeriod);
+  connect(popup, &CalendarPopup::Chosen, this, [this, &control](const QString& text) {
+    TextTyped(control, text);
+    if (QWidget* field = WidgetOf(control)) field->setFocus(Qt::OtherFocusReason);
+  });
+  popup->Open();
+}
+
+void FormBinder::RowTaken(const Control&) {
+  if (QPushButton* main = MainButton()) main->click();
+}
+
+QPushButton* FormBinder::MainButton() const {
+  for (QPushButton* button : window_.findChildren<QPushButton*>()) {
+    if (button->property("main").toBool() && button->isEnabled()) return button;
+  }
+  return nullptr;
+}
+
+bool FormBinder::IsFilled() const {
+  return FirstEmptyRequired() == nullptr;
+}
+
+QWidget* FormBinder::FirstEmptyRequired() const {
+  for (const Control& control : form_.Controls()) {
+    QWidget* widget = WidgetOf(control);
+    if (widget == nullptr || !IsRequired(*widget) || !CanBeEntered(*widget)) continue;
+    if (QString::fromStdString(control.text).trimmed().isEmpty()) return widget;
+  }
+  return nullptr;
+}
+
+void FormBinder::GoToNextField(QWidget& from) {
+  for (QWidget* next = from.nextInFocusChain(); next != nullptr && next != &from;
+       next = next->nextInFocusChain()) {
+    const bool is_button = qobject_cast<QPushButton*>(next) != nullptr;
+    if (is_button && next->property("main").toBool()) break;  // the end of the entry
+    if (!is_button && ControlOf(next) != nullptr && CanBeEntered(*next)) {
+      return next->setFocus(Qt::TabFocusReason);
+    }
+  }
+  if (QWidget* empty = FirstEmptyRequired()) empty->setFocus(Qt::TabFocusReason);
+}
+
+void FormBinder::GoToFirstField() {
+  for (const Control& control : form_.Controls()) {
+    QWidget* widget = WidgetOf(control);
+    if (qobject_cast<QLineEdit*>(widget) != nullptr && CanBeEntered(*widget)) {
+      return widget->setFocus(Qt::TabFocusReason);
+    }
+  }
+}
+
+}  // namespace tallwick

@@ -1,0 +1,15 @@
+// Message boxes on the screen, above the window that asks.
+#pragma once
+
+#include "core/message_boxes.h"
+
+namespace tallwick {
+
+class QtMessageBoxes : public MessageBoxes {
+ public:
+  // Enter presses the box's own preset where it is one of its buttons, else the answer that changes nothing;
+  // Esc and the window's cross always give the latter.
+  BoxAnswer Show(const Box& box) override;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,201 @@
+#include "ui/register_view.h"
+
+#include <QElapsedTimer>
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QScopedValueRollback>
+#include <QVBoxLayout>
+
+#include "ui/style.h"
+#include "ui/window_memory.h"
+
+namespace tallwick {
+namespace {
+
+constexpr int kSearchSliceMs = 8;  // the window answers between slices
+constexpr int kSampleRows = 60;    // rows looked at for the first column widths
+constexpr int kCellPadding = 24;
+
+}  // namespace
+
+RegisterView::RegisterView(QWidget* parent)
+    : QWidget(parent),
+      table_(new QTableView(this)),
+      model_(new RegisterModel(this)),
+      totals_(new QLabel(this)),
+      empty_(new QLabel(table_)) {
+  table_->setModel(model_);
+  table_->setSelectionBehavior(QAbstractItemView::SelectRows);
+  table_->setSelectionMode(QAbstractItemView::SingleSelection);
+  table_->setAlternatingRowColors(true);
+  table_->setShowGrid(false);
+  table_->setWordWrap(false);
+  table_->setTabKeyNavigation(false);
+  table_->setVerticalScrollMode(QAbstractItemView::ScrollPerItem);
+  table_->setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
+  table_->verticalHeader()->hide();
+  table_->verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+  table_->verticalHeader()->setDefaultSectionSize(fontMetrics().height() + 8);
+  table_->horizontalHeader()->setSectionsMovable(true);
+  table_->horizontalHeader()->setHighlightSections(false);
+  table_->horizontalHeader()->setMinimumSectionSize(48);
+  empty_->setAlignment(Qt::AlignCenter);
+  empty_->setWordWrap(true);
+  empty_->setForegroundRole(kMutedRole);
+  empty_->setAttribute(Qt::WA_TransparentForMouseEvents);
+  totals_->setForegroundRole(kMutedRole);
+  totals_->setContentsMargins(8, 0, 8, 0);
+  auto* column = new QVBoxLayout(this);
+  column->setContentsMargins(0, 0, 0, 0);
+  column->setSpacing(8);
+  column->addWidget(table_);
+  column->addWidget(totals_);
+  setFocusProxy(table_);
+  table_->installEventFilter(this);
+
+  connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
+          [this](const QModelIndex& current) {
+            if (!placing_ && current.isValid()) emit RowChosen(current.row());
+          });
+  connect(table_->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
+    const QString command = heading_commands_.value(section);
+    if (!command.isEmpty()) emit HeadingClicked(command);
+  });
+  connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this, &RegisterView::RememberColumns);
+  connect(table_->horizontalHeader(), &QHeaderView::sectionMoved, this, &RegisterView::RememberColumns);
+  search_timer_.setInterval(0);
+  connect(&search_timer_, &QTimer::timeout, this, &RegisterView::SearchSlice);
+}
+
+void RegisterView::Show(const Control& control) {
+  const QScopedValueRollback guard(placing_, true);
+  if (model_->Source() != control.source.get()) {
+    columns_placed_ = columns_placed_ && model_->Source() != nullptr;
+    model_->SetSource(control.source);
+  } else {
+    model_->Refresh();
+  }
+  if (!columns_placed_ && model_->columnCount() > 0) PlaceColumns();
+  table_->horizontalHeader()->setSectionsClickable(!heading_commands_.isEmpty());
+  if (control.selected > 0 && control.selected <= model_->rowCount()) {
+    if (table_->currentIndex().row() != control.selected - 1) MarkRow(control.selected - 1);
+  } else if (control.selected == 0) {
+    table_->selectionModel()->clear();
+  }
+  empty_->setVisible(model_->rowCount() == 0);
+  ShowCount();
+}
+
+void RegisterView::ShowCount() {
+  const int rows = model_->rowCount();
+  totals_->setText(QLocale().toString(rows) + (rows == 1 ? tr(" row") : tr(" rows")));
+}
+
+void RegisterView::MarkRow(int row) {
+  const QScopedValueRollback guard(placing_, true);
+  table_->selectRow(row);
+}
+
+void RegisterView::MarkHeading(const QString& command) {
+  const auto section = heading_commands_.indexOf(command);
+  table_->horizontalHeader()->setSortIndicatorShown(section >= 0);
+  if (section >= 0)
+    table_->horizontalHeader()->setSortIndicator(static_cast<int>(section), Qt::AscendingOrder);
+}
+
+void RegisterView::SearchFrom(QLineEdit* box) {
+  box_ = box;
+  box_->installEventFilter(this);
+  connect(box_, &QLineEdit::textEdited, this, [this] { StartSearch(false); });
+}
+
+void RegisterView::StartSearch(bool next) {
+  search_timer_.stop();
+  SetStyleProperty(*box_, "refused", false);
+  ShowCount();
+  if (box_->text().trimmed().isEmpty() || model_->rowCount() == 0) return;
+  search_row_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
+  search_left_ = model_->rowCount();
+  search_timer_.start();
+}
+
+void RegisterView::SearchSlice() {
+  const QString wanted = box_->text().trimmed();
+  QElapsedTimer elapsed;
+  elapsed.start();
+  while (elapsed.elapsed() < kSearchSliceMs) {
+    if (search_left_-- <= 0 || model_->rowCount() == 0) return EndSearch(false);
+    search_row_ %= model_->rowCount();
+    for (const std::string& cell : model_->Source()->Row(static_cast<std::size_t>(search_row_))) {
+      if (QString::fromStdString(cell).contains(wanted, Qt::CaseInsensitive)) return EndSearch(true);
+    }
+    ++search_row_;
+  }
+}
+
+void RegisterView::EndSearch(bool found) {
+  search_timer_.stop();
+  if (found) {
+    MarkRow(search_row_);
+    table_->scrollTo(model_->index(search_row_, 0), QAbstractItemView::PositionAtCenter);
+    return;
+  }
+  SetStyleProperty(*box_, "refused", true);
+  totals_->setText(tr("No row holds \"%1\".").arg(box_->text().trimmed()));
+}
+
+bool RegisterView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == box_ && event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
+      StartSearch(true);
+      return true;
+    }
+    if (key->key() == Qt::Key_Down) {
+      table_->setFocus(Qt::TabFocusReason);
+      if (table_->currentIndex().isValid()) emit RowChosen(table_->currentIndex().row());
+      return true;
+    }
+    if (key->key() == Qt::Key_Escape && !box_->text().isEmpty()) {
+      box_->clear();
+      StartSearch(false);
+      return true;
+    }
+  }
+  return QWidget::eventFilter(watched, event);
+}
+
+void RegisterView::resizeEvent(QResizeEvent* event) {
+  QWidget::resizeEvent(event);
+  layout()->activate();
+  const int top = table_->horizontalHeader()->sizeHint().height();
+  empty_->setGeometry(24, top, std::max(table_->width() - 48, 0), std::max(table_->height() - top, 0));
+}
+
+void RegisterView::PlaceColumns() {
+  columns_placed_ = true;
+  QHeaderView* header = table_->horizontalHeader();
+  const QByteArray kept = RememberedState(*this, "columns");
+  if (!kept.isEmpty() && header->restoreState(kept)) return;
+  const QFontMetrics metrics(table_->font());
+  const int rows = std::min(model_->rowCount(), kSampleRows);
+  for (int column = 0; column < model_->columnCount(); ++column) {
+    int width =
+        metrics.horizontalAdvance(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    for (int row = 0; row < rows; ++row) {
+      width = std::max(width, metrics.horizontalAdvance(model_->index(row, column).data().toString()));
+    }
+    table_->setColumnWidth(column, width + kCellPadding);
+  }
+  if (wide_column_ >= 0 && wide_column_ < model_->columnCount()) {
+    header->setSectionResizeMode(wide_column_, QHeaderView::Stretch);
+  }
+}
+
+void RegisterView::RememberColumns() {
+  if (placing_ || !columns_placed_ || !isVisible()) return;
+  RememberState(*this, "columns", table_->horizontalHeader()->saveState());
+}
+
+}  // namespace tallwick

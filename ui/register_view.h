@@ -1,0 +1,77 @@
+// A register on a screen: the rows of a RowSource, what to do when there are none, a line below that says how
+// many are shown, and a search through all of them that keeps the window alive. Column widths and order are
+// remembered per user under the view's object name.
+#pragma once
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QTableView>
+#include <QTimer>
+#include <QWidget>
+
+#include "ui/register_model.h"
+
+namespace tallwick {
+
+class RegisterView : public QWidget {
+  Q_OBJECT
+  // What an empty register says, and the commands that its headings stand for (control names; "" for none).
+  Q_PROPERTY(QString emptyText READ EmptyText WRITE SetEmptyText)
+  Q_PROPERTY(QStringList headingCommands MEMBER heading_commands_)
+  // The column that takes what the others leave of the width.
+  Q_PROPERTY(int wideColumn MEMBER wide_column_)
+  // False leaves out the line below.
+  Q_PROPERTY(bool totalsLine READ HasTotalsLine WRITE SetTotalsLine)
+
+ public:
+  explicit RegisterView(QWidget* parent = nullptr);
+
+  // Shows the control's rows and selection; a scroll position survives where the rows do.
+  void Show(const Control& control);
+  QString EmptyText() const { return empty_->text(); }
+  void SetEmptyText(const QString& text) { empty_->setText(text); }
+  bool HasTotalsLine() const { return !totals_->isHidden(); }
+  void SetTotalsLine(bool shown) { totals_->setVisible(shown); }
+  // Marks the heading whose command is the one in force.
+  void MarkHeading(const QString& command);
+  const QStringList& HeadingCommands() const { return heading_commands_; }
+
+  // Typing in the box searches downwards from the row marked, and marks what it finds; Enter goes on to the
+  // next, Down chooses the row, Esc ends the search.
+  void SearchFrom(QLineEdit* box);
+
+  QTableView& Table() { return *table_; }
+  RegisterModel& Model() { return *model_; }
+
+ signals:
+  void RowChosen(int row);  // from 0, by the user
+  void HeadingClicked(const QString& command);
+
+ protected:
+  void resizeEvent(QResizeEvent* event) override;
+  bool eventFilter(QObject* watched, QEvent* event) override;
+
+ private:
+  void StartSearch(bool next);
+  void SearchSlice();
+  void EndSearch(bool found);
+  void PlaceColumns();
+  void RememberColumns();
+  void MarkRow(int row);
+  void ShowCount();
+
+  QTableView* table_;
+  RegisterModel* model_;
+  QLabel* totals_;
+  QLabel* empty_;
+  QLineEdit* box_ = nullptr;
+  QTimer search_timer_;
+  int search_row_ = 0;
+  int search_left_ = 0;  // rows not yet looked at
+  QStringList heading_commands_;
+  int wide_column_ = -1;
+  bool columns_placed_ = false;
+  bool placing_ = false;  // widths are being set by the program, not by the user
+};
+
+}  // namespace tallwick

@@ -1,0 +1,88 @@
+#include "ui/screens.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QStatusBar>
+#include <QToolBar>
+
+#include "ui/register_view.h"
+#include "ui/style.h"
+#include "ui_bank_select.h"
+#include "ui_check_post.h"
+#include "ui_main_window.h"
+
+namespace tallwick {
+namespace {
+
+template <class Window, class Layout>
+std::unique_ptr<QWidget> Make() {
+  auto window = std::make_unique<Window>();
+  Layout().setupUi(window.get());
+  return window;
+}
+
+struct Screen {
+  std::string_view name;
+  std::unique_ptr<QWidget> (*make)();
+};
+
+constexpr Screen kScreens[] = {
+    {"frmMainEscrowAccounting", Make<QMainWindow, Ui::frmMainEscrowAccounting>},
+    {"frmBankSelect", Make<QDialog, Ui::frmBankSelect>},
+    {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
+};
+
+// A status bar's property "panels" lists its labels from left to right; the first takes the room that is
+// left.
+void AddPanels(QStatusBar& bar) {
+  bar.setSizeGripEnabled(false);
+  bool first = true;
+  for (const QString& name : bar.property("panels").toStringList()) {
+    auto* label = new QLabel(&bar);
+    label->setObjectName(name);
+    bar.addPermanentWidget(label, first ? 1 : 0);
+    first = false;
+  }
+}
+
+// Commands with the property "drawnIcon" get their drawn icon; a tool bar always shows the word beside it.
+void AddIcons(QWidget& window) {
+  for (QAction* action : window.findChildren<QAction*>()) {
+    const QString icon = action->property("drawnIcon").toString();
+    if (!icon.isEmpty()) action->setIcon(DrawnIcon(icon));
+  }
+  for (QToolBar* bar : window.findChildren<QToolBar*>()) {
+    bar->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    bar->setIconSize(QSize(20, 20));
+    bar->setMovable(false);
+    bar->setContextMenuPolicy(Qt::PreventContextMenu);
+  }
+}
+
+// A box with the property "finds" searches the register that it names.
+void ConnectFindBoxes(QWidget& window) {
+  for (QLineEdit* box : window.findChildren<QLineEdit*>()) {
+    const QString register_name = box->property("finds").toString();
+    if (register_name.isEmpty()) continue;
+    if (auto* view = window.findChild<RegisterView*>(register_name)) view->SearchFrom(box);
+  }
+}
+
+}  // namespace
+
+std::unique_ptr<QWidget> MakeScreenWindow(std::string_view screen) {
+  for (const Screen& known : kScreens) {
+    if (known.name != screen) continue;
+    std::unique_ptr<QWidget> window = known.make();
+    for (QStatusBar* bar : window->findChildren<QStatusBar*>()) AddPanels(*bar);
+    AddIcons(*window);
+    ConnectFindBoxes(*window);
+    ApplyRoles(*window);
+    return window;
+  }
+  return nullptr;
+}
+
+}  // namespace tallwick

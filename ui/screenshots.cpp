@@ -1,0 +1,168 @@
+#include "ui/screenshots.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QLineEdit>
+#include <QProcess>
+#include <QProcessEnvironment>
+#include <QTextStream>
+#include <QTimer>
+
+#include "core/system_ports.h"
+#include "shell/bank_select.h"
+#include "tables/bank_table.h"
+#include "ui/desktop.h"
+
+namespace tallwick {
+namespace {
+
+class PictureSuite : public Suite {
+ public:
+  explicit PictureSuite(const ScreenshotOrder& order) : order_(order) {}
+  std::string CompanyName() const override { return order_.company_name.toStdString(); }
+  std::string CompanyNumber() const override { return order_.company_number.toStdString(); }
+  std::string DataPath() const override {
+    return SystemFileSystem().HeldPath(order_.data_path.toStdString());
+  }
+  std::string ApplicationPath() const override { return {}; }
+  std::string SettingsPath() const override { return DataPath(); }
+  std::string UpdatePath() const override { return {}; }
+  bool SecurityOn() const override { return false; }
+  std::string Login() const override { return "PICTURES"; }
+  bool RegisterProgram(std::string_view, int) override { return true; }
+
+ private:
+  const ScreenshotOrder& order_;
+};
+
+// Stands still on the day that the company's data end with.
+class PictureClock : public Clock {
+ public:
+  explicit PictureClock(const Date& today) : today_(today) {}
+  DateTime Now() override { return today_.IsEmpty() ? SystemClock().Now() : DateTime{today_, 9, 30, 0}; }
+  void Sleep(int milliseconds) override { SystemClock().Sleep(milliseconds); }
+
+ private:
+  Date today_;
+};
+
+// Nobody sits here to answer.
+class QuietBoxes : public MessageBoxes {
+ public:
+  BoxAnswer Show(const Box& box) override {
+    QTextStream(stderr) << QString::fromStdString(box.title + ": " + box.text) << Qt::endl;
+    return SafeAnswer(box);
+  }
+};
+
+constexpr int kSmallest = 0;  // the "quality" of a PNG file is its size
+
+struct Entry {
+  const char* control;
+  const char* text;
+};
+constexpr Entry kEntries[] = {{"txtCheckPayee", "Lucas County Recorder"},
+                              {"txtCheckAddr1", "One Government Center"},
+                              {"txtCheckAddr2", "Suite 700"},
+                              {"txtCheckCityState", "Toledo, OH 43604"},
+                              {"txtCheckAmount", "1250"},
+                              {"txtCheckFileNumber", "24-0054"},
+                              {"txtCheckControl", "MARY K"}};
+
+class Photographer {
+ public:
+  Photographer(const ScreenshotOrder& order, bool dark)
+      : order_(order),
+        dark_(dark),
+        clock_(order.today),
+        desktop_({boxes_, SystemFileSystem(), clock_, SystemWorkstation()}) {}
+
+  int Run() {
+    QDir().mkpath(order_.folder);
+    if (!desktop_.Start([this] { return std::make_unique<PictureSuite>(order_); })) return 1;
+    Take("frmMainEscrowAccounting", "main-window-no-bank");
+    const std::vector<BankRecord> banks = OfferedBanks(desktop_.TheSession());
+    if (banks.empty() || !SelectBank(desktop_.TheSession(), banks.front().code)) return 1;
+    Take("frmMainEscrowAccounting", "main-window");
+    TakeBankSelect();
+    TakeCheckPosting();
+    return failed_ ? 1 : 0;
+  }
+
+ private:
+  void Settle() {
+    for (int i = 0; i < 5; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
+  }
+
+  void Take(std::string_view screen, const QString& name) {
+    Settle();
+    ScreenHost* host = desktop_.Find(screen);
+    if (host == nullptr) {
+      failed_ = true;
+      return;
+    }
+    host->Window().activateWindow();
+    Settle();
+    const QImage picture = host->Window().grab().toImage().convertToFormat(QImage::Format_RGB888);
+    const QString scale = picture.devicePixelRatio() > 1 ? "-200" : "";
+    const QString path = QDir(order_.folder).filePath(name + (dark_ ? "-dark" : "") + scale + ".png");
+    failed_ = !picture.save(path, "PNG", kSmallest) || failed_;
+  }
+
+  // The dialog waits for its answer, so it is photographed from within.
+  void TakeBankSelect() {
+    QTimer::singleShot(200, &desktop_, [this] {
+      Take("frmBankSelect", "bank-select");
+      if (ScreenHost* host = desktop_.Find("frmBankSelect")) host->Close();
+    });
+    desktop_.OpenScreen("frmBankSelect", {});
+  }
+
+  void TakeCheckPosting() {
+    desktop_.OpenScreen("frmEditChecksPost", "Posting");
+    Take("frmEditChecksPost", "check-posting-empty");
+    ScreenHost* host = desktop_.Find("frmEditChecksPost");
+    if (host == nullptr) return;
+    Form& form = host->TheForm();
+    for (const Entry& entry : kEntries) {
+      form.Enter(entry.control);
+      form.Change(entry.control, entry.text);
+    }
+    if (auto* field = host->Window().findChild<QLineEdit*>("txtCheckVoucherNumber"))
+      field->setFocus(Qt::TabFocusReason);
+    Take("frmEditChecksPost", "check-posting");
+    form.Change("txtCheckFileNumber", "");
+    form.Click("cmdOk");
+    Take("frmEditChecksPost", "check-posting-refused");
+  }
+
+  const ScreenshotOrder& order_;
+  const bool dark_;
+  bool failed_ = false;
+  PictureClock clock_;
+  QuietBoxes boxes_;
+  Desktop desktop_;
+};
+
+}  // namespace
+
+int TakeScreenshots(const ScreenshotOrder& order, bool dark) {
+  return Photographer(order, dark).Run();
+}
+
+int TakeAllScreenshots(const QStringList& arguments) {
+  for (const char* scale : {"1", "2"}) {
+    for (const char* scheme : {"--light", "--dark"}) {
+      QProcess process;
+      QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
+      environment.insert("QT_SCALE_FACTOR", scale);
+      process.setProcessEnvironment(environment);
+      process.setProcessChannelMode(QProcess::ForwardedChannels);
+      process.start(QCoreApplication::applicationFilePath(), arguments + QStringList{scheme});
+      if (!process.waitForFinished(-1) || process.exitCode() != 0) return 1;
+    }
+  }
+  return 0;
+}
+
+}  // namespace tallwick
