@@ -13,60 +13,7 @@ constexpr std::size_t kRunBytes = std::size_t{1} << 20;
 constexpr std::uint32_t kFirstHeader =
     kTagHeaderBytes + kPageBytes;  // behind the directory's header and root page
 
-std::uint64_t Prefix(const std::uint8_t* key, std::size_t length) {
-  std::uint8_t bytes[8] = {};
-  std::memcpy(bytes, key, std::min<std::size_t>(length, 8));
-  return Load64Big(bytes);
-}
-
 }  // namespace
-
-// --- Keys ---
-
-void KeyList::Reserve(std::size_t count) {
-  keys_.reserve(count * length_);
-  records_.reserve(count);
-}
-
-std::uint8_t* KeyList::Add(std::uint32_t record) {
-  records_.push_back(record);
-  keys_.resize(keys_.size() + length_);
-  return keys_.data() + keys_.size() - length_;
-}
-
-void KeyList::DropLast() {
-  records_.pop_back();
-  keys_.resize(keys_.size() - length_);
-}
-
-void KeyList::Sort() {
-  order_.resize(records_.size());
-  for (std::size_t i = 0; i < records_.size(); ++i) {
-    order_[i] = Entry{Prefix(keys_.data() + i * length_, length_), static_cast<std::uint32_t>(i)};
-  }
-  const auto less = [this](const Entry& a, const Entry& b) {
-    if (a.prefix != b.prefix) return a.prefix < b.prefix;
-    const std::uint8_t* left = keys_.data() + a.place * length_;
-    const std::uint8_t* right = keys_.data() + b.place * length_;
-    const int order = length_ > 8 ? std::memcmp(left + 8, right + 8, length_ - 8) : 0;
-    return order != 0 ? order < 0 : records_[a.place] < records_[b.place];
-  };
-  if (!std::is_sorted(order_.begin(), order_.end(), less)) std::sort(order_.begin(), order_.end(), less);
-}
-
-bool KeyList::HasSameKeys() const {
-  for (std::size_t i = 1; i < Count(); ++i) {
-    if (std::memcmp(Key(i - 1), Key(i), length_) == 0) return true;
-  }
-  return false;
-}
-
-void KeyList::KeepFirstOfSame() {
-  const auto same = [this](const Entry& a, const Entry& b) {
-    return std::memcmp(keys_.data() + a.place * length_, keys_.data() + b.place * length_, length_) == 0;
-  };
-  order_.erase(std::unique(order_.begin(), order_.end(), same), order_.end());
-}
 
 // --- Pages ---
 

@@ -6,37 +6,9 @@
 #include <vector>
 
 #include "store/engine/index_file.h"
+#include "store/engine/key_list.h"
 
 namespace tallwick::engine {
-
-// The keys of one tag with their record numbers, in any order until Sort.
-class KeyList {
- public:
-  explicit KeyList(int key_length) : length_(static_cast<std::size_t>(key_length)) {}
-  void Reserve(std::size_t count);
-  // Room for the next key, to be filled by the caller.
-  std::uint8_t* Add(std::uint32_t record);
-  void DropLast();  // takes back the key added last
-  void Sort();      // by key, then by record number
-  std::size_t Count() const { return records_.size(); }
-  // In sorted order once sorted.
-  const std::uint8_t* Key(std::size_t i) const { return keys_.data() + order_[i].place * length_; }
-  std::uint32_t Record(std::size_t i) const { return records_[order_[i].place]; }
-  // True when two neighbours have the same key.
-  bool HasSameKeys() const;
-  // Removes all but the first of neighbours with the same key.
-  void KeepFirstOfSame();
-
- private:
-  struct Entry {
-    std::uint64_t prefix;  // the first 8 key bytes, big-endian
-    std::uint32_t place;
-  };
-  std::size_t length_;
-  std::vector<std::uint8_t> keys_;
-  std::vector<std::uint32_t> records_;
-  std::vector<Entry> order_;
-};
 
 class IndexBuilder {
  public:

@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "store/engine/byte_order.h"
 #include "store/engine/codebase.h"
+#include "store/engine/index_tree.h"
 
 namespace tallwick::engine {
 namespace {
@@ -332,6 +333,26 @@ void IndexFile::Free(IndexNode* node) {
   first_free_ = offset;
 }
 
+// --- Queued keys ---
+
+void IndexFile::Queue(IndexTag& tag, const std::uint8_t* key, std::uint32_t record) {
+  if (!tag.queue) tag.queue = std::make_unique<KeyQueue>(tag.shape.length, tag.unique);
+  tag.queue->Add(key, record);
+  queued_ = true;
+}
+
+int IndexFile::SettleQueues() {
+  if (!queued_) return kSuccess;
+  for (const auto& tag : tags_) {
+    if (!tag->queue || tag->queue->IsEmpty()) continue;
+    const int rc = IndexTree(*this, *tag).InsertSorted(tag->queue->Sorted());
+    tag->queue->Clear();
+    if (rc != kSuccess) return rc;
+  }
+  queued_ = false;
+  return kSuccess;
+}
+
 // --- The end of a unit ---
 
 void IndexFile::Collect(const Sink& sink) {
@@ -379,6 +400,10 @@ void IndexFile::Publish() {
 
 void IndexFile::Discard() {
   if (!written_) return;
+  for (const auto& tag : tags_) {
+    if (tag->queue) tag->queue->Clear();
+  }
+  queued_ = false;
   free_links_.clear();
   changed_.clear();
   counter_known_ = false;

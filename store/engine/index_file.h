@@ -26,6 +26,7 @@
 #include "store/engine/expression.h"
 #include "store/engine/file.h"
 #include "store/engine/index_page.h"
+#include "store/engine/key_list.h"
 
 namespace tallwick::engine {
 
@@ -52,6 +53,9 @@ struct IndexTag {
   std::unique_ptr<const Expression> key;
   std::unique_ptr<const Expression> filter;  // null = every record
   ValueType key_type = ValueType::kText;
+
+  // Keys that the unit of work has added and the tree does not hold yet.
+  std::unique_ptr<KeyQueue> queue;
 
   std::uint32_t root = 0;
   std::uint64_t root_epoch = 0;  // of the cache at which `root` was read; 0 = never
@@ -83,7 +87,10 @@ class IndexFile {
   // Runs a reading operation against a consistent state, without the lock where the cache suffices.
   template <class Operation>
   int Read(Operation operation) {
-    if (written_) return operation();
+    if (written_) {
+      const int rc = SettleQueues();
+      return rc == 0 ? operation() : rc;
+    }
     bool current = false;
     if (const int rc = CompareCounter(&current); rc != 0) return rc;
     if (current) {
@@ -112,12 +119,17 @@ class IndexFile {
   // Must be called before a loaded page is changed.
   void Change(IndexNode* node);
 
+  // Adds a key in a unit of work, to be put into the tree when the tag is next read or the unit ends.
+  void Queue(IndexTag& tag, const std::uint8_t* key, std::uint32_t record);
+  // Puts every queued key into its tree.
+  int SettleQueues();
+
   // Raised by every change of any cached page; a remembered position is good while it stands.
   std::uint64_t Version() const { return version_; }
 
   // The changed pages and headers of the unit, in ascending order of offset; the change counter is raised
   // among them.
-  bool IsDirty() const { return written_ && version_ != locked_version_; }
+  bool IsDirty() const { return written_ && (queued_ || version_ != locked_version_); }
   using Sink = std::function<void(std::int64_t offset, const std::uint8_t* bytes, std::size_t length)>;
   void Collect(const Sink& sink);
   // After the bytes are in the file: the cache is clean and the lock is released.
@@ -170,6 +182,7 @@ class IndexFile {
   std::int64_t size_limit_ = 0x7FFFFFFF;
   bool shared_ = false;
   bool written_ = false;
+  bool queued_ = false;
   std::uint64_t version_ = 1;
   std::uint64_t epoch_ = 1;  // raised whenever the cache is dropped
   std::uint64_t locked_version_ = 0;

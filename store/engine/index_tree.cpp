@@ -154,6 +154,35 @@ int IndexTree::Insert(const std::uint8_t* key, std::uint32_t record) {
   return SettleGrowth(path, path.size() - 1);
 }
 
+int IndexTree::InsertSorted(const KeyList& keys) {
+  Path path;  // to the page at hand; empty when it must be sought
+  for (std::size_t i = 0; i < keys.Count(); ++i) {
+    const std::uint8_t* key = keys.Key(i);
+    const std::uint32_t record = keys.Record(i);
+    IndexNode* leaf = path.empty() ? nullptr : path.back().node;
+    // The page is the right one while it holds an entry behind the new one, or is the last of all.
+    const bool belongs =
+        leaf != nullptr && (leaf->right == kNoPage || leaf->Compare(leaf->Count() - 1, key, record) > 0);
+    if (!belongs) {
+      if (leaf != nullptr) RaiseHighest(path, path.size() - 1);
+      if (const int rc = Descend(key, tag_.shape.length, record, &path); rc != kSuccess) return rc;
+      leaf = path.back().node;
+      file_.Change(leaf);
+    }
+    const int last = leaf->Count() - 1;
+    const bool behind = last < 0 || leaf->Compare(last, key, record) < 0;
+    const int at = behind ? last + 1 : LowerIndex(*leaf, key, tag_.shape.length, record);
+    if (!behind && leaf->Compare(at, key, record) == 0) return kErrorIndex;
+    leaf->Insert(at, key, record);
+    if (leaf->Fits()) continue;
+    path.back().at = at;
+    if (const int rc = SettleGrowth(path, path.size() - 1); rc != kSuccess) return rc;
+    path.clear();
+  }
+  if (!path.empty()) RaiseHighest(path, path.size() - 1);
+  return kSuccess;
+}
+
 int IndexTree::SettleGrowth(Path& path, std::size_t level) {
   for (;; --level) {
     IndexNode* node = path[level].node;

@@ -42,6 +42,9 @@ class IndexTree {
   // is not.
   int Insert(const std::uint8_t* key, std::uint32_t record);
   int Remove(const std::uint8_t* key, std::uint32_t record);
+  // Inserts many entries in ascending order: page by page, with one search for each page. kErrorIndex when
+  // one of them is there already.
+  int InsertSorted(const KeyList& keys);
 
  private:
   struct Step {

@@ -50,6 +50,11 @@ std::vector<TagChange> PlanChanges(Data4& data, const std::uint8_t* old_record, 
 int CheckUnique(Data4& data, TagChange* change, std::uint32_t number) {
   if (!change->has || change->tag->unique_mode == 0) return kSuccess;
   IndexTag& tag = *change->tag->tag;
+  if (tag.queue && tag.queue->Contains(change->new_key.data())) {
+    if (change->tag->unique_mode != kUniqueContinue) return change->tag->unique_mode;
+    change->has = false;
+    return kSuccess;
+  }
   IndexTree tree(*data.table.Index(), tag);
   IndexPlace place;
   int rc = tree.LowerBound(change->new_key.data(), tag.shape.length, 0, &place);
@@ -65,6 +70,12 @@ int CheckUnique(Data4& data, TagChange* change, std::uint32_t number) {
     rc = tree.Next(&place);
   }
   return rc;
+}
+
+void QueueKeys(Data4& data, const std::vector<TagChange>& plan, std::uint32_t number) {
+  for (const TagChange& change : plan) {
+    if (change.has) data.table.Index()->Queue(*change.tag->tag, change.new_key.data(), number);
+  }
 }
 
 int ApplyPlan(Data4& data, const std::vector<TagChange>& plan, std::uint32_t number) {
@@ -141,7 +152,7 @@ int AppendNow(Data4& data, bool* begun) {
   std::uint32_t written = 0;
   rc = WriteMemos(data);
   if (rc == kSuccess) rc = table.StageAppend(data.buffer, code.setup.clock.Now().date, &written);
-  if (rc == kSuccess) rc = ApplyPlan(data, plan, number);
+  if (rc == kSuccess && !plan.empty()) QueueKeys(data, plan, number);
   return rc;
 }
 
@@ -155,6 +166,7 @@ int ChangeNow(Data4& data, bool* begun) {
   // A memo's place is known only when it is written, and no key depends on it.
   std::vector<TagChange> plan = PlanChanges(data, old.data(), data.record);
   if (!plan.empty()) rc = table.Index()->LockForChange();
+  if (!plan.empty() && rc == kSuccess) rc = table.Index()->SettleQueues();
   for (TagChange& change : plan) {
     if (rc == kSuccess) rc = CheckUnique(data, &change, data.record);
   }

@@ -64,6 +64,9 @@ int Code4::CommitUnit() {
   std::vector<JournalFileChange> changes;
   std::deque<std::vector<std::uint8_t>> pages;
   for (TableFile* table : unit_tables) {
+    if (table->Index() != nullptr && table->Index()->IsLockedForChange()) {
+      if (const int rc = table->Index()->SettleQueues(); rc != kSuccess) return rc;
+    }
     AddStaged(table->Path(), table->Data(), &changes);
     if (table->Memo() != nullptr) {
       AddStaged(table->MemoPath(), table->Memo()->Staged(), &changes);

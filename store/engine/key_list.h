@@ -1,0 +1,66 @@
+// Keys of one tag on their way into an index.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <vector>
+
+namespace tallwick::engine {
+
+// The keys of one tag with their record numbers, in any order until Sort.
+class KeyList {
+ public:
+  explicit KeyList(int key_length) : length_(static_cast<std::size_t>(key_length)) {}
+  void Reserve(std::size_t count);
+  // Room for the next key, to be filled by the caller before the next call.
+  std::uint8_t* Add(std::uint32_t record);
+  void DropLast();  // takes back the key added last
+  void Sort();      // by key, then by record number
+  void Clear();
+  std::size_t Count() const { return sorted_ ? order_.size() : records_.size(); }
+  // In sorted order once sorted.
+  const std::uint8_t* Key(std::size_t i) const { return keys_.data() + order_[i].place * length_; }
+  std::uint32_t Record(std::size_t i) const { return records_[order_[i].place]; }
+  // The key added as i-th, from 0, whatever the order.
+  const std::uint8_t* Added(std::size_t i) const { return keys_.data() + i * length_; }
+  std::size_t KeyLength() const { return length_; }
+  // True when two neighbours have the same key.
+  bool HasSameKeys() const;
+  // Removes all but the first of neighbours with the same key.
+  void KeepFirstOfSame();
+
+ private:
+  struct Entry {
+    std::uint64_t prefix;  // the first 8 key bytes, big-endian
+    std::uint32_t place;
+  };
+  std::size_t length_;
+  bool sorted_ = false;
+  std::vector<std::uint8_t> keys_;
+  std::vector<std::uint32_t> records_;
+  std::vector<Entry> order_;
+};
+
+// Keys that a unit of work adds to a tag, held back until the tag is read or the unit ends: sorted, they go
+// into the tree page by page instead of by a search each. Whether a key is among them is known at once.
+class KeyQueue {
+ public:
+  // Only a searchable queue can tell whether it holds a key.
+  KeyQueue(int key_length, bool searchable) : searchable_(searchable), keys_(key_length) {}
+  void Add(const std::uint8_t* key, std::uint32_t record);
+  bool Contains(const std::uint8_t* key) const;
+  bool IsEmpty() const { return keys_.Count() == 0; }
+  std::size_t Count() const { return keys_.Count(); }
+  // Sorts and hands out the keys; Clear ends it.
+  KeyList& Sorted();
+  void Clear();
+
+ private:
+  std::size_t Slot(const std::uint8_t* key) const;
+  void Grow();
+  bool searchable_;
+  KeyList keys_;
+  std::vector<std::uint32_t> slots_;  // hash table of places in keys_, plus one; 0 = free
+};
+
+}  // namespace tallwick::engine
