@@ -37,6 +37,15 @@ char ReadSwitch(std::string_view text) {
   return 0;
 }
 
+// Digits with at most one sign before and one point among them: wider or finer than a currency, as the tables
+// of other programs have them.
+bool IsPlainNumber(std::string_view text) {
+  if (!text.empty() && (text.front() == '-' || text.front() == '+')) text.remove_prefix(1);
+  std::string digits(text);
+  if (const std::size_t point = digits.find('.'); point != std::string::npos) digits.erase(point, 1);
+  return IsAllDigits(digits);
+}
+
 }  // namespace
 
 int clsKVRData::Refuse(const engine::Field4& field, std::string text) {
@@ -165,6 +174,7 @@ int clsKVRData::SetFieldTextByPointer(DataHandle data, FieldHandle field, std::s
       if (Trim(text).empty()) return AssignText(*found, "");
       std::optional<Currency> number = Currency::Parse(Trim(text));
       if (number) return SetCurrencyFieldValueByPointer(data, field, *number);
+      if (IsPlainNumber(Trim(text))) return Assigned(*found, engine::f4assignNVB(*found, Trim(text)), text);
       return Refuse(*found, engine::f4name(*found) + ": " + Quoted(text) +
                                 " is no number. Please enter digits, with a point before decimals.");
     }

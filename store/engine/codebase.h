@@ -100,7 +100,7 @@ Data4* d4open(Code4& code, std::string_view path);
 Data4* d4openClone(Data4& data);
 // Makes table, index (where there are tags) and memo file (where a field has type M), and opens them.
 Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout> fields,
-                std::span<const TagLayout> tags);
+                std::span<const TagLayout> tag_layouts);
 int d4close(Data4* data);   // writes a changed record, releases the handle's locks
 int d4remove(Data4* data);  // closes and deletes the table's files; needs exclusive access
 // Removes deleted records and rebuilds index and memo file. `progress` (may be empty) is called with records
@@ -110,7 +110,7 @@ int d4pack(Data4& data, const Progress& progress = {});
 int d4reindex(Data4& data, const Progress& progress = {});
 // Makes the index of a table anew from tag layouts, whatever state the old index file is in (it need not
 // exist). The table must not be open. For mending; takes exclusive access.
-int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> tags,
+int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> tag_layouts,
                    const Progress& progress = {});
 // The header's record count against the file's length: kSuccess or kErrorDataHeader.
 int d4headerCheck(Data4& data);

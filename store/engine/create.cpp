@@ -225,7 +225,7 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   return d4open(code, full);
 }
 
-int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> layouts,
+int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout> tag_layouts,
                    const Progress& progress) {
   const std::string full = TablePath(code, path);
   const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
@@ -236,7 +236,7 @@ int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout
   if (rc == kSuccess) table = OpenAlone(code, full, &rc);
   if (!table) return code.Fail(rc);
   TagList tags;
-  rc = MakeTags(layouts, table->Header().fields, &tags);
+  rc = MakeTags(tag_layouts, table->Header().fields, &tags);
   if (rc == kSuccess) rc = BuildIndex(code, *table, tags, NewFileName(index), 1, progress);
   if (rc != kSuccess) {
     code.setup.files.Remove(NewFileName(index));

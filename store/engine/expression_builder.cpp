@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <utility>
 
 #include "core/text.h"
@@ -297,7 +298,9 @@ ProgramBuilder::Result ProgramBuilder::CallPart(const Function& function,
     if (arguments[1].constant) cut(*arguments[1].constant);
     return EmitText({.run = function.step}, 2, length, false);
   }
-  if (arguments[1].constant && *arguments[1].constant > 1) cut(length + 1 - *arguments[1].constant);
+  // Positions count in whole characters, here as when the program runs.
+  if (arguments[1].constant && *arguments[1].constant > 1)
+    cut(length - std::trunc(*arguments[1].constant - 1));
   if (arguments.size() < 3) {
     if (!Number(kMaxTextLength)) return std::nullopt;
   } else if (arguments[2].constant) {

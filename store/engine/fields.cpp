@@ -9,6 +9,7 @@
 #include "core/text_format.h"
 #include "store/engine/byte_order.h"
 #include "store/engine/instance.h"
+#include "store/engine/memo_reference.h"
 
 namespace tallwick::engine {
 namespace {
@@ -73,12 +74,7 @@ std::string NumericText(const Field4& field, std::string_view text) {
 }
 
 std::uint32_t MemoBlock(const Field4& field) {
-  if (field.info.width == 4) return Load32(reinterpret_cast<const std::uint8_t*>(f4ptr(field)));
-  std::uint64_t block = 0;
-  for (const char c : Bytes(field)) {
-    if (c >= '0' && c <= '9') block = block * 10 + static_cast<std::uint64_t>(c - '0');
-  }
-  return block > 0xFFFFFFFFU ? 0 : static_cast<std::uint32_t>(block);
+  return MemoBlockAt(field.info, reinterpret_cast<const std::uint8_t*>(f4ptr(field)));
 }
 
 int AssignMemo(Field4& field, std::string_view text, MemoFile::Kind kind) {

@@ -54,7 +54,7 @@ int IndexBuilder::Begin(std::vector<std::unique_ptr<IndexTag>>& tags) {
   for (const IndexTag* tag : by_name) {
     std::uint8_t key[kTagNameLength];
     std::memset(key, ' ', sizeof key);
-    std::memcpy(key, tag->name.data(), tag->name.size());
+    std::copy(tag->name.begin(), tag->name.end(), key);
     directory.Insert(directory.Count(), key, tag->header_offset);
   }
   if (!directory.Fits()) return kErrorParameter;

@@ -68,7 +68,8 @@ bool DecodeLeaf(const std::uint8_t* page, int count, IndexNode* node) {
   int key_start = kPageBytes;
   std::uint8_t* key = node->keys.data();
   for (int i = 0; i < count; ++i, key += length) {
-    const std::uint64_t entry = LoadEntry(page + kLeafHead + i * entry_bytes, entry_bytes);
+    const std::uint64_t entry =
+        LoadEntry(page + kLeafHead + static_cast<std::ptrdiff_t>(i) * entry_bytes, entry_bytes);
     const auto record = static_cast<std::uint32_t>(entry & record_mask);
     const int duplicates = static_cast<int>(entry >> record_bits & duplicate_mask);
     const int trailing = static_cast<int>(entry >> (record_bits + duplicate_bits) & trailing_mask);
@@ -233,7 +234,7 @@ void EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
     std::uint64_t entry = node.records[static_cast<std::size_t>(i)];
     entry |= static_cast<std::uint64_t>(duplicates) << layout.record_bits;
     entry |= static_cast<std::uint64_t>(trailing) << (layout.record_bits + layout.count_bits);
-    std::uint8_t* out = page + kLeafHead + i * layout.bytes;
+    std::uint8_t* out = page + kLeafHead + static_cast<std::ptrdiff_t>(i) * layout.bytes;
     for (int b = 0; b < layout.bytes; ++b) out[b] = static_cast<std::uint8_t>(entry >> (8 * b));
   }
   Store16(page + 12, static_cast<std::uint32_t>(key_start - kLeafHead - node.Count() * layout.bytes));

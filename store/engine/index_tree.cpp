@@ -12,7 +12,7 @@ constexpr std::size_t kMaxDepth = 32;
 
 // True when entry i stands before (key, record), keys compared on `length` bytes.
 bool StandsBefore(const IndexNode& node, int i, const std::uint8_t* key, int length, std::uint32_t record) {
-  const int order = std::memcmp(node.Key(i), key, static_cast<std::size_t>(length));
+  const int order = length == 0 ? 0 : std::memcmp(node.Key(i), key, static_cast<std::size_t>(length));
   if (order != 0) return order < 0;
   return length == node.key_length && node.records[static_cast<std::size_t>(i)] < record;
 }

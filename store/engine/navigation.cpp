@@ -194,8 +194,9 @@ std::vector<std::uint8_t> KeyFromText(const IndexTag& tag, std::string_view text
   return key;
 }
 
-bool StartsWith(const IndexPlace& place, const std::vector<std::uint8_t>& key) {
-  return std::memcmp(place.Key(), key.data(), key.size()) == 0;
+// The empty key begins every key.
+bool StartsWith(const std::uint8_t* whole, const std::vector<std::uint8_t>& key) {
+  return std::equal(key.begin(), key.end(), whole);
 }
 
 // The first entry in walking order at or behind the key.
@@ -223,7 +224,7 @@ int SeekKey(Data4& data, std::vector<std::uint8_t> key) {
     const int found = FindInWalk(tree, TagOf(data), key, &place);
     if (found != kSuccess) return found;
     if (place.AtEnd()) return static_cast<int>(kEof);
-    const bool match = StartsWith(place, key) && !too_long;
+    const bool match = StartsWith(place.Key(), key) && !too_long;
     const int arrived = Arrive(data, place);
     return arrived == kSuccess && !match ? static_cast<int>(kAfter) : arrived;
   });
@@ -239,11 +240,11 @@ int SeekKeyNext(Data4& data, const std::vector<std::uint8_t>& key) {
   if (!placed || key.size() > static_cast<std::size_t>(TagOf(data).shape.length)) return SeekKey(data, key);
   std::array<std::uint8_t, kMaxKeyLength> own{};
   TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
-  if (std::memcmp(own.data(), key.data(), key.size()) != 0) return SeekKey(data, key);
+  if (!StartsWith(own.data(), key)) return SeekKey(data, key);
   const int rc = d4skip(data, 1);
   if (rc != kSuccess) return rc;
   TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
-  return std::memcmp(own.data(), key.data(), key.size()) == 0 ? kSuccess : kAfter;
+  return StartsWith(own.data(), key) ? kSuccess : kAfter;
 }
 
 std::vector<std::uint8_t> KeyFromNumber(double number) {

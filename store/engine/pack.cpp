@@ -6,6 +6,7 @@
 #include "store/engine/byte_order.h"
 #include "store/engine/file_swap.h"
 #include "store/engine/instance.h"
+#include "store/engine/memo_reference.h"
 
 namespace tallwick::engine {
 namespace {
@@ -71,13 +72,13 @@ class Packer {
       if (field.type != 'M') continue;
       std::uint8_t* place = record + field.offset;
       std::string text;
-      std::uint32_t block = BlockIn(field, place);
+      std::uint32_t block = MemoBlockAt(field, place);
       int rc = table_.Memo()->Read(block, &text);
       block = 0;
       if (rc == kSuccess) rc = memo_->Write(&block, text, MemoFile::Kind::kText, table_.SizeLimit());
       if (rc == kSuccess) rc = WriteStagedMemo();
       if (rc != kSuccess) return rc;
-      PutBlock(field, place, block);
+      PutMemoBlock(field, place, block);
     }
     return kSuccess;
   }
@@ -89,25 +90,6 @@ class Packer {
     }
     memo_->Staged().Discard();
     return kSuccess;
-  }
-
-  static std::uint32_t BlockIn(const FieldInfo& field, const std::uint8_t* place) {
-    if (field.width == 4) return Load32(place);
-    std::uint32_t block = 0;
-    for (int i = 0; i < field.width; ++i) {
-      if (place[i] >= '0' && place[i] <= '9') block = block * 10 + static_cast<std::uint32_t>(place[i] - '0');
-    }
-    return block;
-  }
-
-  static void PutBlock(const FieldInfo& field, std::uint8_t* place, std::uint32_t block) {
-    if (field.width == 4) {
-      Store32(place, block);
-      return;
-    }
-    const std::string text = block == 0 ? std::string() : std::to_string(block);
-    std::memset(place, ' ', static_cast<std::size_t>(field.width));
-    std::memcpy(place + field.width - static_cast<int>(text.size()), text.data(), text.size());
   }
 
   // The head is taken over as it is, so that what other programs keep in it survives.

@@ -3,8 +3,8 @@
 #include <array>
 #include <cstring>
 
-#include "store/engine/byte_order.h"
 #include "store/engine/instance.h"
+#include "store/engine/memo_reference.h"
 
 namespace tallwick::engine {
 namespace {
@@ -100,24 +100,10 @@ int WriteMemos(Data4& data) {
     const FieldInfo& info = data.fields[static_cast<std::size_t>(number) - 1].info;
     if (data.table.Memo() == nullptr) return kErrorMemo;
     std::uint8_t* place = data.Own() + info.offset;
-    std::uint32_t block = 0;
-    if (info.width == 4) {
-      block = Load32(place);
-    } else {
-      for (int i = 0; i < info.width; ++i) {
-        if (place[i] >= '0' && place[i] <= '9')
-          block = block * 10 + static_cast<std::uint32_t>(place[i] - '0');
-      }
-    }
+    std::uint32_t block = MemoBlockAt(info, place);
     const int rc = data.table.Memo()->Write(&block, memo.second, memo.first, data.table.SizeLimit());
     if (rc != kSuccess) return rc;
-    if (info.width == 4) {
-      Store32(place, block);
-      continue;
-    }
-    const std::string text = block == 0 ? std::string() : std::to_string(block);
-    std::memset(place, ' ', static_cast<std::size_t>(info.width));
-    std::memcpy(place + info.width - static_cast<int>(text.size()), text.data(), text.size());
+    PutMemoBlock(info, place, block);
   }
   return kSuccess;
 }

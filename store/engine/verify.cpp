@@ -8,6 +8,7 @@
 
 #include "store/engine/byte_order.h"
 #include "store/engine/instance.h"
+#include "store/engine/memo_reference.h"
 
 namespace tallwick::engine {
 namespace {
@@ -253,12 +254,7 @@ class Verifier {
     if (table_.Memo() == nullptr) return;
     for (const FieldInfo& field : table_.Header().fields) {
       if (field.type != 'M') continue;
-      std::uint32_t block = 0;
-      for (int i = 0; i < field.width && field.width != 4; ++i) {
-        const std::uint8_t c = record[field.offset + i];
-        if (c >= '0' && c <= '9') block = block * 10 + static_cast<std::uint32_t>(c - '0');
-      }
-      if (field.width == 4) block = Load32(record + field.offset);
+      const std::uint32_t block = MemoBlockAt(field, record + field.offset);
       MemoFile::Extent extent;
       if (block == 0) continue;
       if (table_.Memo()->Measure(block, &extent) != kSuccess) {
@@ -268,7 +264,7 @@ class Verifier {
       if (extent.first_block + extent.blocks > table_.Memo()->NextFree()) {
         findings_.Add(number, "Field " + field.name + ": the memo lies in blocks that count as free");
       }
-      memos_.push_back({extent, number});
+      memos_.emplace_back(extent, number);
     }
   }
 

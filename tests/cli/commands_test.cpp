@@ -104,7 +104,10 @@ TEST(Banks, AreWrittenByFieldNameOrNotAtAll) {
       {"bank add NEW BANKNAME='Łódź Bank'", 1, "BANKNAME"},
       {"bank add NEW NOSUCH=1", 1, "NOSUCH"},
       {"bank add NEW BANKNAME", 2, "FIELD=VALUE"},
+      {"bank add NEW BANKCODE=XYZ", 1, "BANKCODE"},
       {"bank set FNT BANKCODE=XYZ", 1, "BANKCODE"},
+      {"bank set FNT BANKNAME=Kept BANKRECOMO=13", 1, "BANKRECOMO"},
+      {"bank set FNT BANKACCTDA=-1", 1, "BANKACCTDA"},
       {"bank set FNT BANKPHONE=12345678901234567890", 1, "BANKPHONE"},
       {"bank set FNT BANKNAME=Kept BANKACCTMO=x", 1, "BANKACCTMO"},
       {"bank set NONE BANKNAME=x", 1, "NONE"},
@@ -260,6 +263,7 @@ TEST(Scripts, EndAtTheLineThatIsWrong) {
     EXPECT_EQ(result.Json()["error"], one.error) << one.script;
     EXPECT_EQ(result.Json()["lines"].back(), std::string("error ") + one.error);
   }
+  EXPECT_EQ(escrowctl.Run("drive '" + escrowctl.Data() + "'").status, 1);  // a folder is no script
 }
 
 TEST(Users, AreKeptWithRightsAndBanks) {
@@ -277,6 +281,7 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   EXPECT_EQ(escrowctl.Run("user right NOBODY 5").status, 1);
   EXPECT_EQ(escrowctl.Run("user add ruth --name Again --group User").status, 1);
   EXPECT_EQ(escrowctl.Run("user add BOB --name Bob --group Owner").status, 2);
+  EXPECT_EQ(escrowctl.Run("user add ' ' --name Bob --group User").status, 1);
   EXPECT_EQ(escrowctl.Run("--json user reset-passwords").Json()["users"], 2);
 
   const RunResult own = escrowctl.Run("--json --user Ann user delete ANN");

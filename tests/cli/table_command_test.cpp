@@ -127,10 +127,36 @@ TEST_F(TableCommand, OpensNoDamagedTable) {
   EXPECT_EQ(box["icon"], "critical");
   EXPECT_EQ(box["answer"], "No");
   EXPECT_NE(box["text"].get<std::string>().find("\r\rWould you like to try to rebuild?"), std::string::npos);
+  EXPECT_EQ(escrowctl_.Run("--answer Yes table info ESCROW_CHECKS_FNT").status, 0);
+  EXPECT_EQ(Do("table info ESCROW_CHECKS_FNT")["tags"].size(), 6u);
   Patch("ESCROW_XRFS.DBF", 8, std::string(4, '\xFF'));
   const RunResult broken = escrowctl_.Run("--json file 24-1");
   EXPECT_EQ(broken.status, 3);
   EXPECT_TRUE(broken.Json().contains("error"));
+}
+
+// A record that disagrees with its tag must neither count in a ledger nor send its walk round and round.
+TEST_F(TableCommand, LedgerOfADamagedTableIsRefused) {
+  for (int number = 1; number <= 3; ++number)
+    Do("--bank FNT check post " + std::to_string(number) +
+       " --dated 3/15/2024 --payee P --amount 5 --file 24-1 --period 3/2024");
+  const std::string table = ReadWhole(escrowctl_.Data("ESCROW_CHECKS_FNT.DBF"));
+  const std::size_t second = RecordOffset("ESCROW_CHECKS_FNT.DBF", 2);
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("24-1", second), "99-9");
+  const RunResult ledger = escrowctl_.Run("ledger 24-1");
+  EXPECT_EQ(ledger.status, 3);
+  EXPECT_NE(ledger.err.find("ESCROW_CHECKS_FNT and its index do not agree"), std::string::npos) << ledger.err;
+  Do("table reindex ESCROW_CHECKS_FNT");
+  EXPECT_EQ(Do("ledger 24-1")["banks"][0]["totalChecksCount"], 2);
+}
+
+// A bank whose tables do not open is one problem, not one for each reference into it.
+TEST_F(TableCommand, VerifyNamesABankThatDoesNotOpenOnce) {
+  Do("--bank FNT check post 1 --dated 3/15/2024 --payee P --amount 5 --file 24-1 --period 3/2024");
+  std::filesystem::remove(escrowctl_.Data("ESCROW_CHECKS_FNT.CDX"));
+  const Json problems = Do("verify")["problems"];
+  ASSERT_EQ(problems.size(), 1u);
+  EXPECT_EQ(problems[0]["problem"], "the tables of bank FNT do not open");
 }
 
 // Each fault between tables is a problem that names table and record.

@@ -334,7 +334,8 @@ TEST_F(KvrDataTest, RefusedValuesLeaveTheFieldAloneAndNameIt) {
         Case{"ID", "1234567", "takes 6 characters"},
         Case{"ID", "1.5", "cannot hold 1.5: it takes 6 characters without decimals"},
         Case{"AMOUNT", "12a", "is no number"}, Case{"AMOUNT", "1234567.00", "cannot hold"},
-        Case{"AMOUNT", "0.005", "cannot hold"}, Case{"FLAG", "maybe", "takes T or F"}}) {
+        Case{"AMOUNT", "0.005", "cannot hold"}, Case{"AMOUNT", "0.123456", "cannot hold"},
+        Case{"AMOUNT", "1.2.3", "is no number"}, Case{"FLAG", "maybe", "takes T or F"}}) {
     FieldHandle field = store_.FindField(data, c.field);
     std::string before = store_.GetStringFieldRawValueByPointer(data, field);
     EXPECT_EQ(store_.SetFieldTextByPointer(data, field, c.text), -220) << c.text;

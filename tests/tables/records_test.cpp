@@ -197,6 +197,21 @@ TEST_F(RecordsTest, FileWalkEndsWithItsFile) {
   EXPECT_EQ(numbers("A"), "");
 }
 
+// The second record's file number is changed without its tag: a walk must come to an end all the same.
+TEST_F(RecordsTest, FileWalkOfADamagedTableEnds) {
+  CheckTable checks(home_);
+  ASSERT_GT(checks.Open("FNB"), 0);
+  for (const char* number : {"1", "2", "3"}) ASSERT_EQ(checks.Add(SampleCheck(number, "A-77")), 0);
+  checks.Close();
+  std::string bytes = *SystemFileSystem().Read(checks.Path());
+  bytes.replace(bytes.find("A-77", bytes.find("A-77") + 1), 4, "B-88");
+  ASSERT_TRUE(SystemFileSystem().WriteWhole(checks.Path(), bytes));
+  ASSERT_GT(checks.Open("FNB"), 0);
+  int steps = 0;
+  for (bool on = checks.FirstOfFile("A-77"); on && steps < 9; on = checks.NextOfFile("A-77")) ++steps;
+  EXPECT_LT(steps, 9);
+}
+
 TEST_F(RecordsTest, FileLookUpCountsKindsAndBanks) {
   XrefTable xrefs(home_);
   ASSERT_EQ(xrefs.Create(), 0);
