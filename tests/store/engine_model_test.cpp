@@ -191,6 +191,32 @@ class EngineModel : public ::testing::TestWithParam<unsigned> {
     d4tagSelect(*table_, nullptr);
   }
 
+  // From a record reached by its number, one step in a tag's order; and back from the ends.
+  void CheckSteps() {
+    const TagLayout& layout = kTags[Draw(std::size(kTags))];
+    const auto order = Expected(std::string(layout.name));
+    if (order.empty()) return;
+    d4tagSelect(*table_, d4tag(*table_, layout.name));
+    const std::size_t i = Draw(order.size());
+    ASSERT_EQ(d4goLow(*table_, order[i]), kSuccess);
+    const bool forward = Draw(2) == 0;
+    const bool at_end = forward ? i + 1 == order.size() : i == 0;
+    ASSERT_EQ(d4skip(*table_, forward ? 1 : -1), !at_end ? kSuccess : forward ? kEof : kBof) << layout.name;
+    if (!at_end) {
+      ASSERT_EQ(d4recNoLow(*table_), order[forward ? i + 1 : i - 1]) << layout.name;
+    } else if (forward) {
+      ASSERT_EQ(d4skip(*table_, -1), kSuccess);
+      ASSERT_EQ(d4recNoLow(*table_), order.back());
+    } else {
+      ASSERT_EQ(d4recNoLow(*table_), order.front());
+    }
+    const auto steps = static_cast<std::int64_t>(Draw(order.size()));
+    ASSERT_EQ(d4top(*table_), kSuccess);
+    ASSERT_EQ(d4skip(*table_, steps), kSuccess);
+    ASSERT_EQ(d4recNoLow(*table_), order[static_cast<std::size_t>(steps)]);
+    d4tagSelect(*table_, nullptr);
+  }
+
   void CheckVerify() {
     std::vector<TableProblem> problems;
     ASSERT_EQ(d4verify(*table_, &problems), kSuccess);
@@ -214,7 +240,10 @@ TEST_P(EngineModel, AgreesWithThePlainModel) {
     if (unit) code4unitBegin(*code_);
     for (int i = 0; i < 120; ++i) {
       const std::size_t kind = Draw(10);
-      ASSERT_NO_FATAL_FAILURE(kind < 5 ? Append() : kind < 9 ? Change() : CheckSeek());
+      ASSERT_NO_FATAL_FAILURE(kind < 5   ? Append()
+                              : kind < 8 ? Change()
+                              : kind < 9 ? CheckSteps()
+                                         : CheckSeek());
     }
     if (unit) {
       ASSERT_NO_FATAL_FAILURE(CheckOrders());

@@ -205,7 +205,7 @@ TEST_F(RecordsTest, FileWalkOfADamagedTableEnds) {
   checks.Close();
   std::string bytes = *SystemFileSystem().Read(checks.Path());
   bytes.replace(bytes.find("A-77", bytes.find("A-77") + 1), 4, "B-88");
-  ASSERT_TRUE(SystemFileSystem().WriteWhole(checks.Path(), bytes));
+  ASSERT_TRUE(SystemFileSystem().Write(checks.Path(), bytes));
   ASSERT_GT(checks.Open("FNB"), 0);
   int steps = 0;
   for (bool on = checks.FirstOfFile("A-77"); on && steps < 9; on = checks.NextOfFile("A-77")) ++steps;
