@@ -39,17 +39,30 @@ void KeyList::Clear() {
   sorted_ = false;
 }
 
+std::size_t KeyList::CommonPrefix() const {
+  std::size_t common = records_.empty() ? 0 : length_;
+  for (std::size_t i = 1; i < records_.size() && common > 0; ++i) {
+    if (std::memcmp(Added(i), keys_.data(), common) == 0) continue;
+    common =
+        static_cast<std::size_t>(std::mismatch(Added(i), Added(i) + common, keys_.data()).first - Added(i));
+  }
+  return common;
+}
+
+// Numbers stand behind blanks and dates behind a century, so the bytes that decide come after those that all
+// share.
 void KeyList::Sort() {
   sorted_ = true;
+  const std::size_t common = CommonPrefix();
+  const std::size_t rest = std::min(common + 8, length_);
   order_.resize(records_.size());
   for (std::size_t i = 0; i < records_.size(); ++i) {
-    order_[i] = Entry{Prefix(keys_.data() + i * length_, length_), static_cast<std::uint32_t>(i)};
+    order_[i] = Entry{Prefix(Added(i) + common, length_ - common), static_cast<std::uint32_t>(i)};
   }
-  const auto less = [this](const Entry& a, const Entry& b) {
+  const auto less = [this, rest](const Entry& a, const Entry& b) {
     if (a.prefix != b.prefix) return a.prefix < b.prefix;
-    const std::uint8_t* left = keys_.data() + a.place * length_;
-    const std::uint8_t* right = keys_.data() + b.place * length_;
-    const int order = length_ > 8 ? std::memcmp(left + 8, right + 8, length_ - 8) : 0;
+    const int order =
+        rest < length_ ? std::memcmp(Added(a.place) + rest, Added(b.place) + rest, length_ - rest) : 0;
     return order != 0 ? order < 0 : records_[a.place] < records_[b.place];
   };
   if (!std::is_sorted(order_.begin(), order_.end(), less)) std::sort(order_.begin(), order_.end(), less);

@@ -31,9 +31,11 @@ class KeyList {
 
  private:
   struct Entry {
-    std::uint64_t prefix;  // the first 8 key bytes, big-endian
+    std::uint64_t prefix;  // the first 8 key bytes that are not common to all, big-endian
     std::uint32_t place;
   };
+  std::size_t CommonPrefix() const;
+
   std::size_t length_;
   bool sorted_ = false;
   std::vector<std::uint8_t> keys_;
