@@ -87,7 +87,11 @@ void LetOptionsFallThrough(CLI::App& app) {
 // understood.
 int AnswerWithoutCommand(const CLI::App& app, const CLI::ParseError& error, Output& out) {
   if (error.get_exit_code() != 0) {
-    out.Fail(std::string(error.what()) + " (escrowctl --help lists the commands)");
+    // A mistyped command is, to the parser, a command that is missing and a word left over.
+    const std::vector<std::string> left_over = app.remaining(true);
+    const bool mistyped = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !left_over.empty();
+    const std::string what = mistyped ? Quoted(left_over.front()) + " is not understood" : error.what();
+    out.Fail(what + " (escrowctl --help lists the commands)");
     return kWrongUsage;
   }
   const bool version = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;

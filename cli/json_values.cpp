@@ -39,6 +39,7 @@ Json FieldJson(clsKVRData& store, DataHandle data, const FieldProperties& field,
     case 'N':
     case 'F':
     case 'B':
+    case 'I':
       return NumberJson(store, data, field, handle);
     case 'D':
       return IsoDate(store.GetDateByPointer(data, handle));

@@ -13,9 +13,9 @@ struct LedgerReading {
   FileLedger ledger;
   // Why the ledger is not to be had or says nothing; "" for a ledger with transactions. It reads "No banks
   // have been created." or "24-0117 does NOT have any transactions posted.", or names the bank whose tables
-  // did not open.
+  // did not open or the table whose index is damaged.
   std::string message;
-  bool complete = true;  // false when a bank's tables did not open: the figures must not be shown
+  bool complete = true;  // false when a table could not be read whole: the figures must not be shown
 };
 
 // Walks every bank in name order. The file's rows are found by the tables' file number tags, so the cost

@@ -185,12 +185,15 @@ bool TableBase::GoTo(std::int32_t record) {
 }
 
 bool TableBase::Seek(std::string_view tag, std::string_view key) {
-  return home_.data.SelectTag(handle_, tag) &&
-         home_.data.SeekDatabase(handle_, UpperKey(key)) == engine::kSuccess;
+  const bool found = home_.data.SelectTag(handle_, tag) &&
+                     home_.data.SeekDatabase(handle_, UpperKey(key)) == engine::kSuccess;
+  walk_start_ = found ? RecordNumber() : 0;
+  return found;
 }
 
 bool TableBase::SeekNext(std::string_view key) {
-  return home_.data.SeekDatabaseNext(handle_, UpperKey(key)) == engine::kSuccess;
+  return home_.data.SeekDatabaseNext(handle_, UpperKey(key)) == engine::kSuccess &&
+         RecordNumber() != walk_start_;
 }
 
 FieldHandle TableBase::Field(std::string_view name) const {

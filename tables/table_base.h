@@ -67,7 +67,9 @@ class TableBase {
   bool GoTo(std::int32_t record);
   // On the first record whose key begins with `key`; the key is upper-cased as the tags are. True when found.
   bool Seek(std::string_view tag, std::string_view key);
-  bool SeekNext(std::string_view key);  // the next record with this key, in the selected tag
+  // On the next record with this key, in the selected tag. A record that does not agree with its tag leads
+  // the seek back to the first one; the walk ends there, so that it ends at all.
+  bool SeekNext(std::string_view key);
   std::int32_t RecordNumber() const { return home_.data.CurrentRecord(handle_); }
   std::int32_t RecordCount() const { return home_.data.RecordCount(handle_); }  // deleted ones included
 
@@ -114,6 +116,7 @@ class TableBase {
   const TableLayout& layout_;
   std::string name_;
   DataHandle handle_ = 0;
+  std::int32_t walk_start_ = 0;      // the record that Seek found; 0 = none
   std::vector<FieldHandle> fields_;  // in the layout's order; 0 where the table lacks one
 };
 

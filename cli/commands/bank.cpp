@@ -37,6 +37,30 @@ bool Names(const std::vector<FieldAssignment>& assignments, std::string_view fie
   return false;
 }
 
+// Periods are kept as month, day and year in fields of their own: what none of their screens would take must
+// not come in by field name. "" when nothing is wrong.
+std::string PeriodFieldProblem(const std::vector<FieldAssignment>& assignments, BankTable& banks) {
+  for (const FieldAssignment& assignment : assignments) {
+    if (!assignment.field.starts_with("BANK")) continue;
+    const bool month = assignment.field.ends_with("MO");
+    if (!month && !assignment.field.ends_with("DA")) continue;
+    const std::int64_t value =
+        banks.Data().GetIntegerByPointer(banks.Handle(), banks.Field(assignment.field));
+    if (value < 0 || value > (month ? 12 : 31))
+      return assignment.field + ": there is no " + (month ? "month " : "day ") + std::to_string(value) +
+             ". Please enter 0 to " + (month ? "12." : "31.");
+  }
+  return {};
+}
+
+// Assign, and the tests that only a bank's fields have.
+bool AssignBank(BankTable& banks, const std::vector<FieldAssignment>& assignments, Output& out) {
+  if (!Assign(banks.Data(), banks.Handle(), assignments, out)) return false;
+  const std::string problem = PeriodFieldProblem(assignments, banks);
+  if (!problem.empty()) out.Fail(problem);
+  return problem.empty();
+}
+
 // What is not said of a new bank: its books begin today, its periods have the form of its accounting date,
 // and its changes are logged.
 void FillDefaults(BankRecord& bank, const std::vector<FieldAssignment>& assignments, const Date& today) {
@@ -52,6 +76,10 @@ int Add(Office& office, const BankArguments& arguments) {
     office.Out().Fail(problem);
     return kRefused;
   }
+  if (Names(assignments, "BANKCODE")) {
+    office.Out().Fail("BANKCODE is said already: it is the word behind \"add\"");
+    return kRefused;
+  }
   Session* session = office.Open();
   if (session == nullptr) return office.Status();
   BankTable& banks = session->Company().banks;
@@ -59,7 +87,7 @@ int Add(Office& office, const BankArguments& arguments) {
   // trace.
   clsKVRData& store = banks.Data();
   store.AddRecordStart(banks.Handle());
-  const bool assigned = Assign(store, banks.Handle(), assignments, office.Out());
+  const bool assigned = AssignBank(banks, assignments, office.Out());
   BankRecord bank = banks.Read();
   store.SetChangedFlag(banks.Handle(), false);
   if (!assigned) return kRefused;
@@ -92,7 +120,7 @@ int Set(Office& office, const BankArguments& arguments) {
     return kRefused;
   }
   clsKVRData& store = banks.Data();
-  const bool assigned = Assign(store, banks.Handle(), assignments, office.Out());
+  const bool assigned = AssignBank(banks, assignments, office.Out());
   if (!assigned) store.SetChangedFlag(banks.Handle(), false);
   const int code = assigned ? store.WriteTheRecord(banks.Handle()) : 0;
   banks.Unlock();

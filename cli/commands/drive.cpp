@@ -40,8 +40,13 @@ int PlayAll(Office& office, std::istream& script) {
 
 int Drive(Office& office, const DriveArguments& arguments) {
   if (arguments.script.empty() || arguments.script == "-") return PlayAll(office, std::cin);
+  // A folder can be opened as a file, but not read.
   std::ifstream file(arguments.script);
-  if (file) return PlayAll(office, file);
+  file.peek();
+  if (file.is_open() && !file.bad()) {
+    file.clear();
+    return PlayAll(office, file);
+  }
   office.Out().Fail("The script " + Quoted(arguments.script) + " cannot be read");
   return kRefused;
 }

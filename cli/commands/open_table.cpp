@@ -4,6 +4,16 @@
 
 #include "core/portable_file_system.h"
 #include "core/text.h"
+#include "tables/agent_table.h"
+#include "tables/bank_table.h"
+#include "tables/check_table.h"
+#include "tables/deposit_table.h"
+#include "tables/deposit_xref_table.h"
+#include "tables/notes_table.h"
+#include "tables/users_table.h"
+#include "tables/voucher_table.h"
+#include "tables/wire_table.h"
+#include "tables/xref_table.h"
 
 namespace tallwick::cli {
 
@@ -27,6 +37,18 @@ std::string PathOf(Office& office, std::string_view file) {
   return office.Files().FileExists(there) || !office.Files().FileExists(here) ? there : here;
 }
 
+// The tags of a table that this product makes; a rebuild needs them where the index is gone. None for other
+// tables.
+std::span<const TagLayout> TagsOf(std::string_view name) {
+  for (const TableLayout* layout :
+       {&kBankLayout, &kXrefLayout, &kNotesLayout, &kCheckLayout, &kDepositLayout, &kDepositXrefLayout,
+        &kWireLayout, &kVoucherLayout, &kUsersLayout, &kUserBanksLayout}) {
+    if (layout->per_bank ? ToUpper(name).starts_with(layout->name) : EqualsIgnoreCase(name, layout->name))
+      return layout->tags;
+  }
+  return {};
+}
+
 }  // namespace
 
 OpenTable::OpenTable(Office& office, std::string_view file, Access access)
@@ -36,12 +58,31 @@ OpenTable::OpenTable(Office& office, std::string_view file, Access access)
     return;
   }
   const std::string path = PathOf(office, file);
-  data_ = access == Access::kShared ? store_->OpenDatabase(path) : store_->OpenDatabaseExclusive(path);
+  Open(path, access);
+  if (data_ <= 0 && store_->RebuildRequested()) {
+    store_->ClearRebuildRequest();
+    if (Rebuild(path)) Open(path, access);
+  }
   if (data_ > 0) return;
   const int code = store_->OpenErrorCode() != 0 ? store_->OpenErrorCode() : data_;
   office.Out().Fail(Quoted(file) + " could not be opened: " + std::string(engine::error4text(code)) + " (" +
                     std::to_string(code) + ")");
   status_ = kNoTables;
+}
+
+void OpenTable::Open(const std::string& path, Access access) {
+  data_ = access == Access::kShared ? store_->OpenDatabase(path) : store_->OpenDatabaseExclusive(path);
+}
+
+bool OpenTable::Rebuild(const std::string& path) {
+  const std::span<const TagLayout> tags = TagsOf(name_);
+  if (tags.empty()) {
+    office_.Out().Fail("The index of " + name_ + " cannot be rebuilt: its tags are known to its owner only");
+    return false;
+  }
+  const int code = store_->RebuildIndex(path, tags);
+  if (code != 0) Failed("could not be rebuilt", code);
+  return code == 0;
 }
 
 OpenTable::~OpenTable() {

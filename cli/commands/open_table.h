@@ -28,6 +28,10 @@ class OpenTable {
   int Failed(std::string_view what, int code);
 
  private:
+  void Open(const std::string& path, Access access);
+  // Makes the index anew, for a user who was asked and said yes. False after a message.
+  bool Rebuild(const std::string& path);
+
   Office& office_;
   clsKVRData* store_ = nullptr;
   std::string name_;

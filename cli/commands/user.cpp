@@ -60,6 +60,10 @@ int ShowUser(Office& office, UserAccounts& accounts) {
 }
 
 int Add(Office& office, const UserArguments& arguments) {
+  if (Trim(arguments.account.login).empty()) {
+    office.Out().Fail("LOGIN is missing. Please name the user.");
+    return kRefused;
+  }
   int status = kDone;
   const std::unique_ptr<UserAccounts> accounts = OpenUsers(office, &status);
   if (!accounts) return status;

@@ -40,7 +40,8 @@ class CompanyVerifier {
     for (TableBase* table : session_.Company().All()) CheckTags(*table);
     CheckUsers();
     for (const BankRecord& bank : session_.Company().banks.InNameOrder()) OpenBank(bank);
-    for (auto& [code, bank] : banks_) CheckBank(code, *bank);
+    for (auto& [code, bank] : banks_)
+      if (bank) CheckBank(code, *bank);
     CheckReferences();
     return std::move(problems_);
   }
@@ -65,6 +66,7 @@ class CompanyVerifier {
 
   Session& session_;
   XrefTable& xrefs_;
+  // By code; null for a bank whose tables do not open: what points into them is not judged.
   std::map<std::string, std::unique_ptr<BankTables>> banks_;
   std::vector<Problem> problems_;
 };
@@ -78,10 +80,11 @@ void CompanyVerifier::CheckUsers() {
 
 void CompanyVerifier::OpenBank(const BankRecord& bank) {
   auto tables = std::make_unique<BankTables>(session_.Home());
-  if (tables->Open(bank.code))
-    banks_[bank.code] = std::move(tables);
-  else
+  if (!tables->Open(bank.code)) {
     problems_.push_back({"ESCROW_BANKS", 0, "the tables of bank " + bank.code + " do not open"});
+    tables.reset();
+  }
+  banks_[bank.code] = std::move(tables);
 }
 
 void CompanyVerifier::CheckBank(const std::string& code, BankTables& bank) {
@@ -155,6 +158,7 @@ void CompanyVerifier::CheckReference(const XrefRecord& xref) {
     Add(xrefs_, "names bank " + Quoted(Trim(xref.bank_code)) + ", which is not there");
     return;
   }
+  if (!found->second) return;
   BankTables& bank = *found->second;
   bool there = false;
   if (xref.kind == "C") {

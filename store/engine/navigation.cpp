@@ -233,18 +233,27 @@ int SeekKey(Data4& data, std::vector<std::uint8_t> key) {
   return data.code.Fail(rc);
 }
 
+// Whether the entry on which the handle stands begins with a key. The entry counts, not the record: where the
+// two disagree the index is damaged, and a walk must come to that record so that its reader can tell.
+bool PresentStartsWith(Data4& data, const std::vector<std::uint8_t>& key) {
+  if (data.placed_record == data.record && data.place_version == IndexOf(data).Version()) {
+    return StartsWith(data.place.Key(), key);
+  }
+  if (data.place_record == data.record) return StartsWith(data.place_key.data(), key);
+  std::array<std::uint8_t, kMaxKeyLength> own;
+  TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
+  return StartsWith(own.data(), key);
+}
+
 int SeekKeyNext(Data4& data, const std::vector<std::uint8_t>& key) {
   if (data.selected == nullptr) return data.code.Fail(kErrorTagName);
   if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
   const bool placed = data.record != 0 && !data.eof;
   if (!placed || key.size() > static_cast<std::size_t>(TagOf(data).shape.length)) return SeekKey(data, key);
-  std::array<std::uint8_t, kMaxKeyLength> own{};
-  TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
-  if (!StartsWith(own.data(), key)) return SeekKey(data, key);
+  if (!PresentStartsWith(data, key)) return SeekKey(data, key);
   const int rc = d4skip(data, 1);
   if (rc != kSuccess) return rc;
-  TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
-  return StartsWith(own.data(), key) ? kSuccess : kAfter;
+  return PresentStartsWith(data, key) ? kSuccess : kAfter;
 }
 
 std::vector<std::uint8_t> KeyFromNumber(double number) {

@@ -97,7 +97,7 @@ int TableFile::OpenIndex() {
   int rc = kSuccess;
   index_path_ = SiblingPath(setup_.paths, path_, "CDX");
   auto file = setup_.files.Open(index_path_, OpenMode::kReadWrite, &rc);
-  if (!file) return kErrorIndexMissing;
+  if (!file) return setup_.files.Exists(index_path_) ? rc : static_cast<int>(kErrorIndexMissing);
   index_ = std::make_unique<IndexFile>(std::move(file), setup_.clock);
   index_->SetSizeLimit(kSmallFileLimit);
   return index_->Open(header_.fields);
