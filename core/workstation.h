@@ -10,6 +10,8 @@ class Workstation {
   virtual ~Workstation() = default;
   virtual std::string ComputerName() = 0;
   virtual int ProcessId() = 0;
+  // Names the present run of the machine since its power came on; "" where that is not known.
+  virtual std::string BootId() { return {}; }
 };
 
 }  // namespace tallwick

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <ctime>
+#include <fstream>
 
 #include "core/system_ports.h"
 
@@ -20,6 +21,12 @@ class PosixWorkstation : public Workstation {
     return text.substr(0, text.find('.'));
   }
   int ProcessId() override { return getpid(); }
+  std::string BootId() override {
+    std::ifstream file("/proc/sys/kernel/random/boot_id");
+    std::string id;
+    std::getline(file, id);
+    return id;
+  }
 };
 
 }  // namespace

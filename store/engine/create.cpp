@@ -172,7 +172,8 @@ int EmptyData(Code4& code, const TableHeader& header, const std::string& path, O
 // --- A folder at rest ---
 
 int QuietJournal::Begin() {
-  journal_ = &code_.JournalOf(folder_);
+  code_.JournalOf(folder_);
+  journal_ = code_.journals[folder_];
   was_writing_ = journal_->IsWriting();
   return journal_->Settle();
 }
@@ -192,9 +193,8 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   if (rc == kSuccess) rc = MakeTags(tag_layouts, header.fields, &tags);
   const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
   const std::string memo = TableFile::SiblingPath(code.setup.paths, full, "FPT");
-  for (const std::string* file : {&full, &index, &memo}) {
-    if (rc == kSuccess && code.safety != 0 && code.setup.files.Exists(*file)) rc = kErrorExists;
-  }
+  const bool exists = code.setup.files.Exists(full);
+  if (rc == kSuccess && code.safety != 0 && exists) rc = kErrorExists;
   QuietJournal quiet(code, TableFolder(full));
   if (rc == kSuccess) rc = quiet.Begin();
   // The data file comes last: without it there is no table, and what stands beside it is made anew the next
@@ -203,11 +203,11 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   std::vector<std::string> made;
   if (rc == kSuccess && header.has_memo) {
     made.push_back(memo);
-    rc = EmptyMemo(code, memo, mode);
+    rc = EmptyMemo(code, memo, OpenMode::kCreate);
   }
   if (rc == kSuccess && header.has_index) {
     made.push_back(index);
-    rc = EmptyIndex(code, tags, index, mode);
+    rc = EmptyIndex(code, tags, index, OpenMode::kCreate);
   }
   if (rc == kSuccess) {
     made.push_back(full);
@@ -273,12 +273,13 @@ int d4reindex(Data4& data, const Progress& progress) {
   int rc = quiet.Begin();
   const std::string fresh = NewFileName(table.IndexPath());
   if (rc == kSuccess) rc = BuildIndexLike(code, table, *table.Index(), fresh, progress);
-  if (rc == kSuccess) {
-    rc = SwapFiles(code.setup.files, table.Path(), {table.IndexPath()});
-  } else {
+  if (rc != kSuccess) {
     code.setup.files.Remove(fresh);
+    return code.Fail(rc);
   }
+  rc = SwapFiles(code.setup.files, table.Path(), {table.IndexPath()});
   if (rc == kSuccess) rc = table.ReopenIndex();
+  table.lost = rc != kSuccess;
   if (rc == kSuccess) RebindTags(data);
   return code.Fail(rc);
 }

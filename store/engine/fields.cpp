@@ -68,6 +68,8 @@ std::string NumericText(const Field4& field, std::string_view text) {
   while (fraction.size() > decimals && fraction.back() == '0') fraction.remove_suffix(1);
   if (fraction.size() > decimals) return {};
   const std::size_t zeros = std::min(whole.find_first_not_of('0'), whole.size());
+  // A zero has no sign.
+  if (zeros == whole.size() && fraction.find_first_not_of('0') == std::string_view::npos) out.clear();
   out += zeros == whole.size() ? "0" : std::string(whole.substr(zeros));
   if (decimals > 0) out += "." + std::string(fraction) + std::string(decimals - fraction.size(), '0');
   return out;

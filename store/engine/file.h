@@ -32,6 +32,9 @@ class File {
   // Returns when everything written so far would survive a power cut.
   virtual int Flush() = 0;
 
+  // Whether a path still names this very file, and not one that was put in its place.
+  virtual bool IsStill(const std::string&) { return true; }
+
   // Byte-range locks that belong to this open file: two opens of one file in one process exclude each other,
   // and closing one keeps the other's. They never wait. kSuccess, kLocked or kErrorLock.
   virtual int Lock(std::int64_t offset, std::int64_t length, LockKind kind) = 0;

@@ -68,6 +68,13 @@ class PosixFile final : public File {
 
   int Flush() override { return ::fdatasync(fd_) == 0 ? static_cast<int>(kSuccess) : WriteError(errno); }
 
+  bool IsStill(const std::string& path) override {
+    struct stat own {};
+    struct stat named {};
+    return ::fstat(fd_, &own) == 0 && ::stat(path.c_str(), &named) == 0 && own.st_dev == named.st_dev &&
+           own.st_ino == named.st_ino;
+  }
+
   int Lock(std::int64_t offset, std::int64_t length, LockKind kind) override {
     return SetLock(kind == LockKind::kShared ? F_RDLCK : F_WRLCK, offset, length);
   }

@@ -55,6 +55,26 @@ std::string NewFileName(const std::string& path) {
   return path + "~";
 }
 
+namespace {
+
+// Each file whose new form still stands beside it is replaced.
+int RenameAll(FileLayer& files, const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    if (!files.Exists(NewFileName(path))) continue;
+    if (const int rc = files.Rename(NewFileName(path), path); rc != kSuccess) return rc;
+  }
+  return kSuccess;
+}
+
+int EndSwap(FileLayer& files, const std::string& table) {
+  int rc = files.FlushFolder(TableFolder(table));
+  if (rc == kSuccess) rc = files.Remove(ListName(table));
+  // A list that came back after a power cut would rename the half-written files of a later pack.
+  return rc == kSuccess ? files.FlushFolder(TableFolder(table)) : rc;
+}
+
+}  // namespace
+
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths) {
   const std::string list = ListName(table);
   int rc = files.FlushFolder(TableFolder(table));
@@ -65,27 +85,34 @@ int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std:
     for (const std::string& path : paths) files.Remove(NewFileName(path));
     return rc;
   }
-  return FinishSwap(files, table);
+  rc = RenameAll(files, paths);
+  return rc == kSuccess ? EndSwap(files, table) : rc;
 }
 
 int FinishSwap(FileLayer& files, const std::string& table) {
   const std::string list = ListName(table);
   if (!files.Exists(list)) return kSuccess;
+  // Whoever swaps has the table for himself; while that is so, the swap is not ours to finish.
   int rc = kSuccess;
+  const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
+  if (!data) return rc;
+  rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
+  if (rc != kSuccess) return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
+  if (!files.Exists(list)) return kSuccess;
   const auto file = files.Open(list, OpenMode::kReadOnly, &rc);
   if (!file) return rc;
   std::vector<std::string> names;
   const bool whole = ReadList(*file, &names);
-  for (const std::string& name : names) {
-    const std::string path = TableFolder(table) + "/" + name;
-    const std::string fresh = NewFileName(path);
-    if (!files.Exists(fresh)) continue;
-    rc = whole ? files.Rename(fresh, path) : files.Remove(fresh);
-    if (rc != kSuccess) return rc;
+  std::vector<std::string> paths;
+  for (const std::string& name : names) paths.push_back(TableFolder(table) + "/" + name);
+  if (whole) {
+    rc = RenameAll(files, paths);
+    return rc == kSuccess ? EndSwap(files, table) : rc;
   }
-  rc = files.FlushFolder(TableFolder(table));
-  if (rc == kSuccess) rc = files.Remove(list);
-  return rc;
+  for (const std::string& path : paths) {
+    if (files.Exists(NewFileName(path))) files.Remove(NewFileName(path));
+  }
+  return EndSwap(files, table);
 }
 
 }  // namespace tallwick::engine

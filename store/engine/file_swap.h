@@ -12,6 +12,9 @@
 
 namespace tallwick::engine {
 
+// The byte of a data file that says who has the table open: shared by its users, exclusive for one alone.
+inline constexpr std::int64_t kTablePresenceAt = 0x7FFFFFFF;
+
 // The folder of a platform path, "." for a bare name.
 std::string TableFolder(const std::string& path);
 
@@ -19,10 +22,13 @@ std::string TableFolder(const std::string& path);
 std::string NewFileName(const std::string& path);
 
 // Puts the new files (flushed, under NewFileName of each path) in the place of the old. `table` is the data
-// file's path. On failure the old files stand, and the new ones are removed.
+// file's path; the caller has the table for itself. When it fails before the list is whole, the old files
+// stand and the new ones are removed; when it fails later, the next to open the table finishes it, and the
+// caller must not write on.
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths);
 
-// Finishes a swap that was cut short; nothing where there is none. Called before a table is opened.
+// Finishes a swap that was cut short; nothing where there is none. Called before a table is opened;
+// kErrorOpenRefused while whoever swaps is still at it.
 int FinishSwap(FileLayer& files, const std::string& table);
 
 }  // namespace tallwick::engine

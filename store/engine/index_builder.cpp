@@ -31,7 +31,7 @@ int IndexBuilder::FlushPages() {
 int IndexBuilder::PutPage(const IndexNode& node, bool is_root) {
   if (static_cast<std::int64_t>(next_page_) + kPageBytes > size_limit_) return kErrorTooLarge;
   pages_.resize(pages_.size() + kPageBytes);
-  EncodePage(node, is_root, pages_.data() + pages_.size() - kPageBytes);
+  if (!EncodePage(node, is_root, pages_.data() + pages_.size() - kPageBytes)) return kErrorIndex;
   next_page_ += kPageBytes;
   return pages_.size() >= kRunBytes ? FlushPages() : static_cast<int>(kSuccess);
 }
@@ -57,9 +57,8 @@ int IndexBuilder::Begin(std::vector<std::unique_ptr<IndexTag>>& tags) {
     std::copy(tag->name.begin(), tag->name.end(), key);
     directory.Insert(directory.Count(), key, tag->header_offset);
   }
-  if (!directory.Fits()) return kErrorParameter;
   std::uint8_t page[kPageBytes];
-  EncodePage(directory, true, page);
+  if (!EncodePage(directory, true, page)) return kErrorParameter;
   return Put(directory_root_, page, sizeof page);
 }
 

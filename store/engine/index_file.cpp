@@ -311,6 +311,10 @@ IndexNode* IndexFile::Allocate(const IndexTag& tag, bool leaf, int* rc) {
     if (static_cast<std::int64_t>(offset) + kPageBytes > size_limit_) return nullptr;
     end_ += kPageBytes;
   }
+  // A free page that is in use comes from a damaged list of free pages.
+  *rc = kErrorIndex;
+  const std::size_t slot = offset / kPageBytes;
+  if (slot < nodes_.size() && nodes_[slot]) return nullptr;
   *rc = kSuccess;
   IndexNode* node = Keep(std::make_unique<IndexNode>(offset, leaf, tag.shape));
   Change(node);
@@ -342,12 +346,13 @@ void IndexFile::Queue(IndexTag& tag, const std::uint8_t* key, std::uint32_t reco
 }
 
 int IndexFile::SettleQueues() {
+  if (queue_failure_ != 0) return queue_failure_;
   if (!queued_) return kSuccess;
   for (const auto& tag : tags_) {
     if (!tag->queue || tag->queue->IsEmpty()) continue;
     const int rc = IndexTree(*this, *tag).InsertSorted(tag->queue->Sorted());
     tag->queue->Clear();
-    if (rc != kSuccess) return rc;
+    if (rc != kSuccess) return queue_failure_ = rc;
   }
   queued_ = false;
   return kSuccess;
@@ -355,7 +360,7 @@ int IndexFile::SettleQueues() {
 
 // --- The end of a unit ---
 
-void IndexFile::Collect(const Sink& sink) {
+int IndexFile::Collect(const Sink& sink) {
   ++counter_;
   std::array<std::uint8_t, 8> head{};
   Store32(&head[0], first_free_);
@@ -381,9 +386,10 @@ void IndexFile::Collect(const Sink& sink) {
     const bool is_root = std::any_of(tags_.begin(), tags_.end(), [&](const auto& tag) {
       return tag->root_epoch == epoch_ && tag->root == node->offset;
     });
-    EncodePage(*node, is_root, page.data());
+    if (!EncodePage(*node, is_root, page.data())) return kErrorIndex;
     sink(node->offset, page.data(), page.size());
   }
+  return kSuccess;
 }
 
 void IndexFile::Publish() {
@@ -404,6 +410,7 @@ void IndexFile::Discard() {
     if (tag->queue) tag->queue->Clear();
   }
   queued_ = false;
+  queue_failure_ = 0;
   free_links_.clear();
   changed_.clear();
   counter_known_ = false;

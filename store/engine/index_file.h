@@ -131,7 +131,8 @@ class IndexFile {
   // among them.
   bool IsDirty() const { return written_ && (queued_ || version_ != locked_version_); }
   using Sink = std::function<void(std::int64_t offset, const std::uint8_t* bytes, std::size_t length)>;
-  void Collect(const Sink& sink);
+  // kErrorIndex when a page cannot hold its entries.
+  int Collect(const Sink& sink);
   // After the bytes are in the file: the cache is clean and the lock is released.
   void Publish();
   // Drops every change and the lock.
@@ -183,6 +184,7 @@ class IndexFile {
   bool shared_ = false;
   bool written_ = false;
   bool queued_ = false;
+  int queue_failure_ = 0;  // stays until the unit ends: what failed to go in is lost to the trees
   std::uint64_t version_ = 1;
   std::uint64_t epoch_ = 1;  // raised whenever the cache is dropped
   std::uint64_t locked_version_ = 0;

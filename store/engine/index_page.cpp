@@ -129,7 +129,9 @@ int IndexNode::PackedKeyBytes(int i) const {
 
 void IndexNode::Repack() {
   packed_bytes = 0;
+  highest_record = 0;
   for (int i = 0; i < Count(); ++i) packed_bytes += PackedKeyBytes(i);
+  for (const std::uint32_t record : records) highest_record = std::max(highest_record, record);
 }
 
 void IndexNode::Insert(int i, const std::uint8_t* key, std::uint32_t record, std::uint32_t child) {
@@ -173,7 +175,6 @@ void IndexNode::MoveTail(int i, IndexNode& to) {
   keys.resize(static_cast<std::size_t>(i) * KeyBytes());
   records.resize(static_cast<std::size_t>(i));
   if (leaf) {
-    to.highest_record = std::max(to.highest_record, highest_record);
     to.Repack();
     Repack();
   } else {
@@ -196,8 +197,9 @@ bool IndexNode::Fits() const {
   return UsedBytes() <= (leaf ? kLeafRoom : kInteriorRoom);
 }
 
-void EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
+bool EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
   std::memset(page, 0, kPageBytes);
+  if (!node.Fits()) return false;
   Store16(page,
           static_cast<std::uint32_t>((is_root ? kAttributeRoot : 0) + (node.leaf ? kAttributeLeaf : 0)));
   Store16(page + 2, static_cast<std::uint32_t>(node.Count()));
@@ -211,7 +213,7 @@ void EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
       Store32Big(entry + length, node.records[static_cast<std::size_t>(i)]);
       Store32Big(entry + length + 4, node.children[static_cast<std::size_t>(i)]);
     }
-    return;
+    return true;
   }
 
   const EntryLayout layout(length, node.highest_record, node.entry_bytes);
@@ -238,6 +240,7 @@ void EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
     for (int b = 0; b < layout.bytes; ++b) out[b] = static_cast<std::uint8_t>(entry >> (8 * b));
   }
   Store16(page + 12, static_cast<std::uint32_t>(key_start - kLeafHead - node.Count() * layout.bytes));
+  return true;
 }
 
 bool DecodePage(const std::uint8_t* page, IndexNode* node) {

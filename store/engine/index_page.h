@@ -88,7 +88,8 @@ int LeafEntryBytes(int key_length, std::uint32_t highest_record, int has = 0);
 inline constexpr int kLeafRoom = kPageBytes - 24;
 inline constexpr int kInteriorRoom = kPageBytes - 12;
 
-void EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page);
+// False when the entries do not fit the page; nothing useful is in it then.
+bool EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page);
 // False for a damaged page: counts or packed fields out of bounds, or keys out of order.
 bool DecodePage(const std::uint8_t* page, IndexNode* node);
 

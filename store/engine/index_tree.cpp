@@ -17,6 +17,19 @@ bool StandsBefore(const IndexNode& node, int i, const std::uint8_t* key, int len
   return length == node.key_length && node.records[static_cast<std::size_t>(i)] < record;
 }
 
+// Whether one page would hold the entries of both. Keys share at least as much there, but entries of both are
+// as wide as the highest record number asks for.
+bool FitTogether(const IndexNode& left, const IndexNode& right) {
+  if (!left.leaf) return left.UsedBytes() + right.UsedBytes() <= kInteriorRoom;
+  const auto width = [](const IndexNode& node, std::uint32_t highest) {
+    return LeafEntryBytes(node.key_length, highest, node.entry_bytes);
+  };
+  const std::uint32_t highest = std::max(left.highest_record, right.highest_record);
+  const int keys = left.UsedBytes() - left.Count() * width(left, left.highest_record) + right.UsedBytes() -
+                   right.Count() * width(right, right.highest_record);
+  return keys + (left.Count() + right.Count()) * width(left, highest) <= kLeafRoom;
+}
+
 int LowerIndex(const IndexNode& node, const std::uint8_t* key, int length, std::uint32_t record) {
   int low = 0;
   int high = node.Count();
@@ -43,6 +56,10 @@ int IndexTree::Descend(const std::uint8_t* key, int length, std::uint32_t record
     int rc = kSuccess;
     IndexNode* node = file_.Load(tag_, at, &rc);
     if (node == nullptr) return rc;
+    // A page that leads back to one above it would be changed twice over.
+    for (const Step& above : *path) {
+      if (above.node == node) return kErrorIndex;
+    }
     int i = LowerIndex(*node, key, length, record);
     if (node->leaf) {
       path->push_back({node, i});
@@ -328,18 +345,12 @@ int IndexTree::JoinNeighbours(Path& path, std::size_t level) {
   if (left == nullptr) return rc;
   IndexNode* right = file_.Load(tag_, parent->children[static_cast<std::size_t>(left_at) + 1], &rc);
   if (right == nullptr) return rc;
+  if (left == right || left == parent || right == parent) return kErrorIndex;
   if (left->leaf != right->leaf || left->right != right->offset) return kErrorIndex;
-  const int room = left->leaf ? kLeafRoom : kInteriorRoom;
-  if (left->UsedBytes() + right->UsedBytes() > room) return kSuccess;
-
+  if (!FitTogether(*left, *right)) return kSuccess;
   file_.Change(left);
   file_.Change(right);
-  const int kept = left->Count();
   right->MoveTail(0, *left);
-  if (!left->Fits()) {  // wider record numbers took the room; put them back
-    left->MoveTail(kept, *right);
-    return kSuccess;
-  }
   path[level] = Step{right, 0};
   path[level - 1].at = left_at + 1;
   rc = DropPage(path, level);

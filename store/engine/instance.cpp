@@ -146,7 +146,7 @@ Data4* d4open(Code4& code, std::string_view path) {
     code.Fail(kErrorOpenRefused);
     return nullptr;
   }
-  int rc = code.JournalOf(TableFolder(full)).Attach();
+  int rc = code.JournalOf(TableFolder(full)).Recover();
   if (rc == kSuccess) rc = FinishSwap(code.setup.files, full);
   std::unique_ptr<TableFile> table;
   if (rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, &rc);
@@ -168,7 +168,11 @@ int d4close(Data4* data) {
   Code4& code = data->code;
   int rc = data->appending ? static_cast<int>(kSuccess) : WriteChanges(*data);
   TableFile* table = &data->table;
-  table->UnlockAll(data);
+  if (code.unit_depth > 0) {
+    table->TakeOverLocks(data);  // what the unit changed stays locked until it ends
+  } else {
+    table->UnlockAll(data);
+  }
   std::erase_if(code.handles, [&](const auto& handle) { return handle.get() == data; });
   if (--table->handles > 0) return rc;
   // The unit may not lose one of its tables: what it has staged would never be written.

@@ -77,8 +77,9 @@ class Data4 {
   bool appending = false;
   bool eof = false;
   bool bof = false;
-  bool wrote_in_unit = false;  // what it shows may be undone by a rollback
-  bool unlock_at_end = false;  // unlocked within a unit: the locks go when it ends
+  bool wrote_in_unit = false;                 // what it shows may be undone by a rollback
+  std::vector<std::uint32_t> unlock_records;  // locked for one change within a unit, until it ends
+  bool unlock_at_end = false;                 // unlocked within a unit: the locks go when it ends
   std::map<int, std::pair<MemoFile::Kind, std::string>> memos;  // assigned, not yet written; by field number
 
   // Where the handle stands in the selected tag: its place among the pages, good for `placed_record` while
@@ -94,6 +95,11 @@ class Data4 {
   ReadAhead ahead;
 
   void SetView() { view = buffer.data(); }
+  // Lets go of the blocks read ahead; the record in view stays.
+  void ForgetAhead() {
+    Own();
+    ahead.Forget();
+  }
   // Makes the record the caller's own before it is changed.
   std::uint8_t* Own();
   void ForgetPlace() { place_record = placed_record = 0; }
@@ -116,7 +122,7 @@ class Code4 {
 
   std::vector<std::unique_ptr<TableFile>> tables;
   std::vector<std::unique_ptr<Data4>> handles;
-  std::map<std::string, std::unique_ptr<Journal>> journals;  // by folder
+  std::map<std::string, std::shared_ptr<Journal>> journals;  // by folder
 
   // --- Unit of work ---
   int unit_depth = 0;
@@ -165,7 +171,7 @@ class QuietJournal {
  private:
   Code4& code_;
   std::string folder_;
-  Journal* journal_ = nullptr;
+  std::shared_ptr<Journal> journal_;
   bool was_writing_ = false;
 };
 

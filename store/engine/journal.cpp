@@ -13,7 +13,10 @@ namespace {
 
 constexpr std::string_view kMagic = "TWKJRNL1";
 constexpr std::string_view kEntryMagic = "TWKE";
-constexpr std::int64_t kHeaderBytes = 64;
+constexpr std::int64_t kHeaderBytes = 96;
+constexpr std::int64_t kBootAt = 32;
+constexpr std::size_t kBootBytes = 64;
+constexpr std::string_view kSeveralMachines = "-";
 constexpr std::int64_t kEntryHead = 28;
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
@@ -163,12 +166,16 @@ std::string Journal::PathOf(std::string_view name) const {
 int Journal::OpenFile() {
   if (file_) return kSuccess;
   int rc = kSuccess;
+  const bool fresh = !setup_.files.Exists(PathOf(kFileName));
   auto file = setup_.files.Open(PathOf(kFileName), OpenMode::kOpenOrCreate, &rc);
   if (!file) return rc == kErrorDiskFull ? rc : static_cast<int>(kErrorJournal);
+  // A journal without its name in the folder would be no help after a power cut.
+  if (fresh) rc = setup_.files.FlushFolder(folder_);
+  if (rc != kSuccess) return rc;
   file_ = std::move(file);
   // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
   rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
-  if (rc == kSuccess) rc = FinishAsOnly();
+  if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
   if (rc == kLocked) rc = kSuccess;
   for (int tries = 0; rc == kSuccess; ++tries) {
     rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
@@ -180,7 +187,22 @@ int Journal::OpenFile() {
   return rc;
 }
 
-int Journal::FinishAsOnly() {
+bool Journal::MayHaveLostPower() {
+  std::array<char, kBootBytes> written{};
+  const std::string boot = setup_.workstation.BootId();
+  const auto got = file_->ReadAt(kBootAt, written.data(), written.size());
+  const std::string_view id(written.data(), strnlen(written.data(), written.size()));
+  return boot.empty() || got != static_cast<std::int64_t>(written.size()) || id != boot;
+}
+
+int Journal::WriteBoot() {
+  std::array<char, kBootBytes> bytes{};
+  const std::string boot = setup_.workstation.BootId();
+  std::memcpy(bytes.data(), boot.data(), std::min(boot.size(), bytes.size()));
+  return file_->WriteAt(kBootAt, bytes.data(), bytes.size());
+}
+
+int Journal::FinishAsOnly(bool all) {
   const std::int64_t size = file_->Size();
   if (size < 0) return kErrorJournal;
   if (size == 0) return kSuccess;
@@ -188,10 +210,11 @@ int Journal::FinishAsOnly() {
   Mark first;
   Mark applied;
   int rc = kSuccess;
-  // Entries marked as applied may have been lost with the power: all are applied again, oldest first. A file
-  // without a header was made by someone who died before the first entry.
+  // Only when the power may have gone are applied entries applied again, oldest first: what other programs
+  // wrote to the tables since is newer. A file without a header was made by someone who died before the first
+  // entry.
   if (ReadMarks(&first, &applied)) {
-    rc = ApplyFrom(first);
+    rc = ApplyFrom(all ? first : applied);
     if (rc == kSuccess) rc = Checkpoint();
   }
   if (rc == kSuccess) rc = file_->Truncate(0);
@@ -209,7 +232,7 @@ Journal::~Journal() {
   if (writing_) EndWriting();
   // The last one to leave makes the tables durable and empties the journal. What fails is done by the next to
   // come.
-  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly();
+  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
 }
 
 // --- Writing ---
@@ -232,9 +255,13 @@ int Journal::BeginWriting() {
   int rc = size_ < 0 ? static_cast<int>(kErrorJournal) : static_cast<int>(kSuccess);
   if (rc == kSuccess && !ReadMarks(&first, &applied)) {
     rc = WriteMarks(&first, applied);
+    if (rc == kSuccess) rc = WriteBoot();
     size_ = std::max(size_, kHeaderBytes);
+  } else if (rc == kSuccess && MayHaveLostPower()) {
+    rc = file_->WriteAt(kBootAt, kSeveralMachines.data(), kSeveralMachines.size() + 1);
   }
   if (rc == kSuccess) rc = ApplyFrom(applied);
+  unapplied_ = false;
   writing_ = rc == kSuccess;
   if (!writing_) file_->Unlock(kWriterAt, 1);
   return rc;
@@ -242,7 +269,10 @@ int Journal::BeginWriting() {
 
 void Journal::EndWriting() {
   if (!writing_) return;
-  if (end_.position > kCheckpointAt) Checkpoint();
+  if (unapplied_ || end_.position > kCheckpointAt) {
+    // What fails here is tried again by whoever next reads or writes.
+    unapplied_ = Checkpoint() != kSuccess && unapplied_;
+  }
   writing_ = false;
   file_->Unlock(kWriterAt, 1);
 }
@@ -264,6 +294,7 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
     }
   }
   const std::vector<std::uint8_t> entry = BuildEntry(end_.number, changes);
+  if (static_cast<std::int64_t>(entry.size()) > kMaxPayload) return kErrorTooLarge;
   const Mark next{end_.position + static_cast<std::int64_t>(entry.size()), end_.number + 1};
   int rc = GrowTo(next.position);
   if (rc == kSuccess) rc = file_->WriteAt(end_.position, entry.data(), entry.size());
@@ -274,12 +305,14 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
     if (file_->WriteAt(end_.position, none.data(), none.size()) == kSuccess) file_->Flush();
     return rc;
   }
+  // From here on the unit stands: whoever comes to an entry that was not applied applies it.
   end_ = next;
-  rc = Apply(changes);
-  return rc == kSuccess ? WriteMarks(nullptr, next) : rc;
+  unapplied_ = Apply(changes) != kSuccess || WriteMarks(nullptr, next) != kSuccess;
+  return kSuccess;
 }
 
 int Journal::GrowTo(std::int64_t size) {
+  if (size_ >= size) return kSuccess;
   const std::vector<std::uint8_t> zeros(kGrowth, 0);
   while (size_ < size) {
     const int rc = file_->WriteAt(size_, zeros.data(), zeros.size());
@@ -309,7 +342,7 @@ int Journal::WriteMarks(const Mark* first, const Mark& applied) {
   Store64(&header[16], applied.number);
   if (first == nullptr) return file_->WriteAt(8, &header[8], 16);
   Store64(&header[24], first->number);
-  return file_->WriteAt(0, header.data(), header.size());
+  return file_->WriteAt(0, header.data(), kBootAt);
 }
 
 // --- Recovery ---
@@ -414,6 +447,7 @@ int Journal::Checkpoint() {
   Mark mark;
   Mark applied;
   if (!ReadMarks(&mark, &applied)) return kErrorJournal;
+  if (const int rc = ApplyFrom(applied); rc != kSuccess) return rc;
   while (ReadEntry(&mark, &payload)) {
     std::vector<JournalFileChange> changes;
     if (!ParsePayload(payload, &changes)) return kErrorJournal;

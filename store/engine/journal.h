@@ -1,22 +1,22 @@
 // The redo journal of one company folder: what makes a unit of work whole.
 //
 // File ESCROW_UNITS.JNL beside the tables:
-//   header   64 bytes: 0 "TWKJRNL1", 8 (8 bytes) where the entries end that were applied to the tables, 16
-//   (8) the number
-//            that an entry there would have, 24 (8) the number of the first entry, behind the header
+//   header   96 bytes: 0 "TWKJRNL1", 8 (8 bytes) where the entries end that were applied to the tables,
+//            16 (8) the number that an entry there would have, 24 (8) the number of the first entry, behind
+//            the header, 32 (64) the boot id of the machine that wrote all entries, NUL padded ("-": several
+//            did)
 //   entry    0 "TWKE", 4 (8) payload length, 12 (8) number of the entry, 20 (8) FNV-1a checksum of number and
-//   payload,
-//            28 the payload: 2 count of files, and for each: 2 length of the name, the name (within the
-//            folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
+//            payload, 28 the payload: 2 count of files, and for each: 2 length of the name, the name (within
+//            the folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
 // Entries are numbered one by one for the life of the file, and stand one behind the other; the first place
 // without the next number (or with a wrong checksum) is the end. So the file keeps its length when it is
 // emptied, and a flush need not make a new length durable as well.
 //
-// States of an entry: written (not yet flushed: the unit never happened) -> flushed (the unit happened,
-// whatever comes)
-// -> applied (its bytes are in the tables, perhaps not flushed) -> dropped (the tables are flushed, the
-// journal emptied). Entries are physical new bytes, so applying one again does no harm, in order from the
-// oldest.
+// States of an entry: written (not yet flushed: the unit never happened), flushed (the unit happened,
+// whatever comes), applied (its bytes are in the tables, perhaps not flushed), dropped (the tables are
+// flushed, the journal emptied). Entries are new bytes for places in files, so applying one again, in order
+// from the oldest, does no harm, unless another program has changed the tables since: applied entries are
+// applied again only when the power may have gone.
 //
 // Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
 // its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
@@ -73,9 +73,13 @@ class Journal {
   // a journal stays without: then nobody is kept from writing.
   int Settle();
   bool IsWriting() const { return writing_; }
-  // One flush: afterwards the changes are durable. Then applies them. When it fails before that point the
-  // journal is as it was and nothing has changed.
+  // One flush: afterwards the changes are durable and the result is kSuccess, whatever happens then. Then
+  // applies them. When it fails before that point the journal is as it was and nothing has changed.
   int Commit(const std::vector<JournalFileChange>& changes);
+
+  // True when the last commit is durable and could not be brought to the tables: caches may not stand for
+  // them.
+  bool HasUnapplied() const { return unapplied_; }
 
   const std::string& Folder() const { return folder_; }
 
@@ -88,7 +92,13 @@ class Journal {
 
   int OpenFile();
   int TakeWriterLock(bool wait);
-  int FinishAsOnly();
+  // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
+  // entries too.
+  int FinishAsOnly(bool all);
+  // False when the machine has run on since every entry was written, so that nothing applied can have been
+  // lost.
+  bool MayHaveLostPower();
+  int WriteBoot();
   int ApplyFrom(Mark mark);
   int ApplyEntry(std::span<const std::uint8_t> payload);
   int Apply(const std::vector<JournalFileChange>& changes);
@@ -109,6 +119,7 @@ class Journal {
   Mark end_;               // behind the last entry; known while writing
   std::int64_t size_ = 0;  // of the file; known while writing
   bool writing_ = false;
+  bool unapplied_ = false;
 };
 
 }  // namespace tallwick::engine

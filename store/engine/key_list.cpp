@@ -27,11 +27,6 @@ std::uint8_t* KeyList::Add(std::uint32_t record) {
   return keys_.data() + keys_.size() - length_;
 }
 
-void KeyList::DropLast() {
-  records_.pop_back();
-  keys_.resize(keys_.size() - length_);
-}
-
 void KeyList::Clear() {
   keys_.clear();
   records_.clear();

@@ -14,8 +14,7 @@ class KeyList {
   void Reserve(std::size_t count);
   // Room for the next key, to be filled by the caller before the next call.
   std::uint8_t* Add(std::uint32_t record);
-  void DropLast();  // takes back the key added last
-  void Sort();      // by key, then by record number
+  void Sort();  // by key, then by record number
   void Clear();
   std::size_t Count() const { return sorted_ ? order_.size() : records_.size(); }
   // In sorted order once sorted.

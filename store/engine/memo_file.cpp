@@ -37,22 +37,23 @@ std::uint32_t MemoFile::NextFree() {
   return Load32Big(head.data());
 }
 
-int MemoFile::ReadHead(std::uint32_t block, std::uint32_t* length) {
+int MemoFile::ReadHead(std::uint32_t block, std::uint32_t* length, Kind* kind) {
   std::array<std::uint8_t, kMemoHead> head{};
   const std::int64_t at = static_cast<std::int64_t>(block) * block_size_;
   if (at < static_cast<std::int64_t>(kHeaderBytes)) return kErrorMemo;
   if (file_.ReadAt(at, head.data(), head.size()) != static_cast<std::int64_t>(head.size())) return kErrorMemo;
   *length = Load32Big(&head[4]);
+  if (kind != nullptr) *kind = Load32Big(&head[0]) == 0 ? Kind::kBinary : Kind::kText;
   const std::int64_t size = file_.Size();
   const std::int64_t end = at + static_cast<std::int64_t>(kMemoHead) + *length;
   return size >= 0 && end <= size ? kSuccess : kErrorMemo;
 }
 
-int MemoFile::Read(std::uint32_t block, std::string* text) {
+int MemoFile::Read(std::uint32_t block, std::string* text, Kind* kind) {
   text->clear();
   if (block == 0) return kSuccess;
   std::uint32_t length = 0;
-  if (const int rc = ReadHead(block, &length); rc != kSuccess) return rc;
+  if (const int rc = ReadHead(block, &length, kind); rc != kSuccess) return rc;
   text->resize(length);
   const std::int64_t at =
       static_cast<std::int64_t>(block) * block_size_ + static_cast<std::int64_t>(kMemoHead);

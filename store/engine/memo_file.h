@@ -34,7 +34,7 @@ class MemoFile {
   int Open();
 
   // Reads the memo at a block; 0 is the empty memo. kSuccess or kErrorMemo.
-  int Read(std::uint32_t block, std::string* text);
+  int Read(std::uint32_t block, std::string* text, Kind* kind = nullptr);
   // The blocks a memo takes. kSuccess or kErrorMemo.
   int Measure(std::uint32_t block, Extent* extent);
   // Stages a memo in place of the one at `*block` (0 = none) and sets `*block` to where it lies now; an empty
@@ -48,7 +48,7 @@ class MemoFile {
   bool IsDirty() const { return file_.IsDirty(); }
 
  private:
-  int ReadHead(std::uint32_t block, std::uint32_t* length);
+  int ReadHead(std::uint32_t block, std::uint32_t* length, Kind* kind = nullptr);
 
   StagedFile file_;
   int block_size_ = kNewBlockSize;

@@ -8,6 +8,11 @@
 
 namespace tallwick::engine {
 
+// Memos, and pictures and objects of other programs.
+inline bool IsMemoReference(const FieldInfo& field) {
+  return field.type == 'M' || field.type == 'G' || field.type == 'P';
+}
+
 // The block number at a field's place in a record; 0 = no memo, also for a reference that is no number.
 std::uint32_t MemoBlockAt(const FieldInfo& field, const std::uint8_t* place);
 void PutMemoBlock(const FieldInfo& field, std::uint8_t* place, std::uint32_t block);

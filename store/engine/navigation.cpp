@@ -31,13 +31,24 @@ int Step(IndexTree& tree, bool up, IndexPlace* place) {
   return up ? tree.Next(place) : tree.Previous(place);
 }
 
+// The empty key begins every key.
+bool StartsWith(const std::uint8_t* whole, const std::vector<std::uint8_t>& key) {
+  return std::equal(key.begin(), key.end(), whole);
+}
+
 // Loads the record of a place and remembers where it stands.
 int Arrive(Data4& data, const IndexPlace& place) {
   const std::uint32_t record = place.Record();
   Remember(data, place);
   const int rc = LoadRecord(data, record);
   // A key that points behind the last record belongs to no record.
-  return rc == kNoRecord ? static_cast<int>(kErrorIndex) : rc;
+  if (rc == kNoRecord) return kErrorIndex;
+  // Without the lock a writer may be between the two: then record and entry differ, and under the lock they
+  // will not (or the index is damaged, and the reader gets the record as it is).
+  if (rc != kSuccess || data.read_ahead || IndexOf(data).IsLocked()) return rc;
+  std::array<std::uint8_t, kMaxKeyLength> own;
+  TagOf(data).key->EvaluateKey(data.view, data.record, own.data());
+  return StartsWith(own.data(), data.place_key) ? rc : IndexFile::kNeedsLock;
 }
 
 int GoEdge(Data4& data, bool front) {
@@ -132,7 +143,10 @@ int SkipInTag(Data4& data, std::int64_t count) {
   if (data.eof) {
     // Back from the end: the last entry is the first step.
     const int rc = GoEdge(data, false);
-    if (rc == kEof) return kBof;
+    if (rc == kEof) {
+      data.bof = true;
+      return kBof;
+    }
     if (rc != kSuccess || count == -1) return rc;
     ++count;
   }
@@ -192,11 +206,6 @@ std::vector<std::uint8_t> KeyFromText(const IndexTag& tag, std::string_view text
   }
   key.assign(text.begin(), text.end());
   return key;
-}
-
-// The empty key begins every key.
-bool StartsWith(const std::uint8_t* whole, const std::vector<std::uint8_t>& key) {
-  return std::equal(key.begin(), key.end(), whole);
 }
 
 // The first entry in walking order at or behind the key.
@@ -279,7 +288,7 @@ int d4goLow(Data4& data, std::uint32_t record) {
 
 int d4top(Data4& data) {
   if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
-  data.ahead.Forget();
+  data.ForgetAhead();
   int rc = kSuccess;
   if (data.selected != nullptr) {
     rc = GoEdge(data, true);
@@ -293,7 +302,7 @@ int d4top(Data4& data) {
 
 int d4bottom(Data4& data) {
   if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
-  data.ahead.Forget();
+  data.ForgetAhead();
   int rc = kSuccess;
   if (data.selected != nullptr) {
     rc = GoEdge(data, false);
@@ -306,6 +315,8 @@ int d4bottom(Data4& data) {
 }
 
 int d4skip(Data4& data, std::int64_t count) {
+  // More steps than any table has records.
+  count = std::clamp<std::int64_t>(count, -std::int64_t{kMaxRecords} - 1, std::int64_t{kMaxRecords} + 1);
   if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
   if (count == 0) return kSuccess;
   if (data.record == 0 && !data.eof) return data.code.Fail(kNoRecord);
@@ -401,7 +412,7 @@ int t4keyLength(const Tag4& tag) {
 void d4readAhead(Data4& data, bool on) {
   data.Own();
   data.read_ahead = on;
-  data.ahead.Forget();
+  data.ForgetAhead();
 }
 
 }  // namespace tallwick::engine

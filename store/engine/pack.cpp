@@ -69,13 +69,14 @@ class Packer {
 
   int CopyMemos(std::uint8_t* record) {
     for (const FieldInfo& field : table_.Header().fields) {
-      if (field.type != 'M') continue;
+      if (!IsMemoReference(field)) continue;
       std::uint8_t* place = record + field.offset;
       std::string text;
       std::uint32_t block = MemoBlockAt(field, place);
-      int rc = table_.Memo()->Read(block, &text);
+      MemoFile::Kind kind = MemoFile::Kind::kText;
+      int rc = table_.Memo()->Read(block, &text, &kind);
       block = 0;
-      if (rc == kSuccess) rc = memo_->Write(&block, text, MemoFile::Kind::kText, table_.SizeLimit());
+      if (rc == kSuccess) rc = memo_->Write(&block, text, kind, table_.SizeLimit());
       if (rc == kSuccess) rc = WriteStagedMemo();
       if (rc != kSuccess) return rc;
       PutMemoBlock(field, place, block);
@@ -135,6 +136,7 @@ int d4pack(Data4& data, const Progress& progress) {
   std::vector<std::string> paths = {table.Path()};
   if (table.Index() != nullptr) paths.push_back(table.IndexPath());
   if (table.Memo() != nullptr) paths.push_back(table.MemoPath());
+  data.ForgetAhead();
   std::unique_ptr<TableFile> fresh;
   if (rc == kSuccess) rc = BuildPacked(code, table, progress, &fresh);
   if (rc != kSuccess) {
@@ -143,6 +145,7 @@ int d4pack(Data4& data, const Progress& progress) {
   }
   rc = SwapFiles(code.setup.files, table.Path(), paths);
   if (rc == kSuccess) rc = table.Adopt(std::move(fresh));
+  table.lost = rc != kSuccess;
   if (rc == kSuccess && table.Index() != nullptr) RebindTags(data);
   ShowEnd(data);
   return code.Fail(rc);

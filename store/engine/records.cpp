@@ -78,13 +78,21 @@ void QueueKeys(Data4& data, const std::vector<TagChange>& plan, std::uint32_t nu
   }
 }
 
+bool HeldByAnother(IndexTree& tree, const TagChange& change) {
+  if (!change.tag->tag->unique) return false;
+  const int length = change.tag->tag->shape.length;
+  IndexPlace place;
+  return tree.LowerBound(change.old_key.data(), length, 0, &place) == kSuccess && !place.AtEnd() &&
+         std::memcmp(place.Key(), change.old_key.data(), static_cast<std::size_t>(length)) == 0;
+}
+
 int ApplyPlan(Data4& data, const std::vector<TagChange>& plan, std::uint32_t number) {
   for (const TagChange& change : plan) {
     IndexTree tree(*data.table.Index(), *change.tag->tag);
     if (change.had) {
       int rc = tree.Remove(change.old_key.data(), number);
-      // A record that a unique-continue tag left out has nothing to remove.
-      if (rc == kNoRecord) rc = change.tag->unique_mode == kUniqueContinue ? kSuccess : kErrorIndex;
+      // A record that a unique tag once left out, since another held its key, has nothing to remove.
+      if (rc == kNoRecord) rc = HeldByAnother(tree, change) ? kSuccess : kErrorIndex;
       if (rc != kSuccess) return rc;
     }
     if (change.has) {
@@ -109,6 +117,9 @@ int WriteMemos(Data4& data) {
 }
 
 void Written(Data4& data, std::uint32_t number) {
+  for (const auto& handle : data.code.handles) {
+    if (&handle->table == &data.table) handle->ForgetAhead();
+  }
   data.record = number;
   data.changed = false;
   data.appending = false;
@@ -151,12 +162,12 @@ int ChangeNow(Data4& data, bool* begun) {
   if (table.ReadRecords(data.record, 1, old.data()) != 1) return kErrorRead;
   // A memo's place is known only when it is written, and no key depends on it.
   std::vector<TagChange> plan = PlanChanges(data, old.data(), data.record);
-  if (!plan.empty()) rc = table.Index()->LockForChange();
+  if (!data.memos.empty()) rc = table.LockAppend(code.lock_attempts);
+  if (!plan.empty() && rc == kSuccess) rc = table.Index()->LockForChange();
   if (!plan.empty() && rc == kSuccess) rc = table.Index()->SettleQueues();
   for (TagChange& change : plan) {
     if (rc == kSuccess) rc = CheckUnique(data, &change, data.record);
   }
-  if (rc == kSuccess && !data.memos.empty()) rc = table.LockAppend(code.lock_attempts);
   if (rc != kSuccess) return rc;
 
   *begun = true;
@@ -276,6 +287,8 @@ int WriteChanges(Data4& data) {
   if (!data.changed) return kSuccess;
   if (data.appending) return d4append(data);
   Code4& code = data.code;
+  // At the end there is no record to write, though another workstation may have appended one there since.
+  if (data.eof || data.record == 0) return code.Fail(kNoRecord);
   const bool held = data.table.Owns(&data, data.record);
   if (!held) {
     const int rc = data.table.LockRecord(&data, data.record, code.lock_attempts);
@@ -294,7 +307,7 @@ int WriteChanges(Data4& data) {
   rc = unit.End(rc, begun);
   if (!held) {
     if (code.unit_depth > 0) {
-      data.unlock_at_end = true;
+      data.unlock_records.push_back(number);
     } else {
       data.table.UnlockRecord(&data, number);
     }
@@ -402,7 +415,7 @@ int d4unlock(Data4& data) {
 }
 
 int d4refreshRecord(Data4& data) {
-  data.ahead.Forget();
+  data.ForgetAhead();
   if (data.record == 0 || data.eof) return kNoRecord;
   data.Own();
   const std::uint32_t record = data.record;

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "store/engine/byte_order.h"
+#include "store/engine/file_swap.h"
 
 namespace tallwick::engine {
 namespace {
@@ -12,9 +13,9 @@ constexpr std::int64_t kIndexedBase = 0x7FFFFFFE;
 constexpr std::int64_t kIndexedWholeLength = 0x07FFFFFF;
 constexpr std::int64_t kPlainBase = 0x40000000;
 constexpr std::int64_t kPlainWholeLength = 0x3FFFFFFD;
-constexpr std::int64_t kPresenceAt = 0x7FFFFFFF;
 // An append by another workstation that is under way moves the count and the length apart for a moment.
-constexpr int kCountTries = 200;
+constexpr int kOpenTries = 10;
+constexpr int kCountTries = 2000;
 constexpr int kCountWaitMs = 5;
 
 }  // namespace
@@ -52,16 +53,22 @@ std::string TableFile::Folder() const {
 
 int TableFile::TakePresence() {
   const int rc =
-      data_->Raw().Lock(kPresenceAt, 1, access_.exclusive ? LockKind::kExclusive : LockKind::kShared);
+      data_->Raw().Lock(kTablePresenceAt, 1, access_.exclusive ? LockKind::kExclusive : LockKind::kShared);
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
 }
 
 int TableFile::OpenData() {
   int rc = kSuccess;
-  auto file = setup_.files.Open(path_, OpenMode::kReadWrite, &rc);
-  if (!file) return rc;
-  data_ = std::make_unique<StagedFile>(std::move(file));
-  if (rc = TakePresence(); rc != kSuccess) return rc;
+  // A pack may put another file in the place of the one just opened, until its presence is known.
+  for (int tries = 0; tries < kOpenTries; ++tries) {
+    auto file = setup_.files.Open(path_, OpenMode::kReadWrite, &rc);
+    if (!file) return rc;
+    data_ = std::make_unique<StagedFile>(std::move(file));
+    if (rc = TakePresence(); rc != kSuccess) return rc;
+    if (data_->Raw().IsStill(path_)) break;
+    rc = kErrorOpenRefused;
+  }
+  if (rc != kSuccess) return rc;
 
   std::vector<std::uint8_t> bytes(kTableHeadBytes);
   if (data_->ReadAt(0, bytes.data(), bytes.size()) != kTableHeadBytes) return kErrorDataStructure;
@@ -231,6 +238,13 @@ void TableFile::UnlockAll(const void* owner) {
     const bool own = held->second == owner;
     ++held;
     if (own) UnlockRecord(owner, record);
+  }
+}
+
+void TableFile::TakeOverLocks(const void* owner) {
+  if (whole_owner_ == owner) whole_owner_ = this;
+  for (auto& [record, holder] : record_owners_) {
+    if (holder == owner) holder = this;
   }
 }
 

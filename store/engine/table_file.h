@@ -4,7 +4,7 @@
 // Locks (beyond the data, where the other programs on the share expect them):
 //   record n           with a CDX 0x7FFFFFFE - n, 1 byte; without 0x40000000 + its place in the file, its
 //   length whole file         with a CDX 0x7FFFFFFE - 0x07FFFFFF, 0x07FFFFFF bytes; without 0x40000000 + 1,
-//   0x3FFFFFFE bytes header and append  with a CDX 0x7FFFFFFE; without 0x40000000; 1 byte presence
+//   0x3FFFFFFD bytes header and append  with a CDX 0x7FFFFFFE; without 0x40000000; 1 byte presence
 //   0x7FFFFFFF, 1 byte: shared while the table is open, exclusive for exclusive access
 #pragma once
 
@@ -73,6 +73,8 @@ class TableFile {
   bool Owns(const void* owner, std::uint32_t record) const;
   void UnlockRecord(const void* owner, std::uint32_t record);
   void UnlockAll(const void* owner);
+  // What an owner holds becomes the table's own, until the unit ends.
+  void TakeOverLocks(const void* owner);
   // The header lock; held until the unit of work ends.
   int LockAppend(int attempts);
   void UnlockAppend();
@@ -87,6 +89,8 @@ class TableFile {
   int Adopt(std::unique_ptr<TableFile> fresh);
 
   int handles = 0;
+  bool lost =
+      false;  // its files were replaced and could not be opened again: nothing may be written any more
 
  private:
   TableFile(const EngineSetup& setup, std::string path, Access access)

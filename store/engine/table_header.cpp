@@ -32,6 +32,27 @@ bool IsKnownType(char type) {
   return std::strchr("CNFDLMBIYTGPQVW0", type) != nullptr && type != '\0';
 }
 
+// Types whose values have a width of their own; others are read wherever they end.
+bool IsFittingWidth(const FieldInfo& field) {
+  switch (field.type) {
+    case 'B':
+    case 'Y':
+    case 'T':
+    case 'D':
+      return field.width == 8;
+    case 'I':
+      return field.width == 4;
+    case 'L':
+      return field.width == 1;
+    case 'M':
+    case 'G':
+    case 'P':
+      return field.width == 4 || field.width == 10;
+    default:
+      return field.width > 0;
+  }
+}
+
 bool ParseDescriptor(const std::uint8_t* bytes, int offset, FieldInfo* field) {
   const auto* name = reinterpret_cast<const char*>(bytes);
   field->name = ToUpper(Trim(std::string_view(name, strnlen(name, kNameBytes))));
@@ -43,7 +64,7 @@ bool ParseDescriptor(const std::uint8_t* bytes, int offset, FieldInfo* field) {
     field->decimals = 0;
   }
   field->offset = offset;
-  return IsFieldName(field->name) && IsKnownType(field->type) && field->width > 0;
+  return IsFieldName(field->name) && IsKnownType(field->type) && IsFittingWidth(*field);
 }
 
 bool IsValidLayout(const FieldLayout& field) {

@@ -20,11 +20,11 @@ void AddStaged(const std::string& path, StagedFile& file, std::vector<JournalFil
 }
 
 // Index pages are encoded into `store`, which must outlive the change.
-void AddIndex(const std::string& path, IndexFile& index, std::deque<std::vector<std::uint8_t>>* store,
-              std::vector<JournalFileChange>* changes) {
-  if (!index.IsDirty()) return;
+int AddIndex(const std::string& path, IndexFile& index, std::deque<std::vector<std::uint8_t>>* store,
+             std::vector<JournalFileChange>* changes) {
+  if (!index.IsDirty()) return kSuccess;
   JournalFileChange change{NameOf(path), &index.Raw(), {}};
-  index.Collect([&](std::int64_t offset, const std::uint8_t* bytes, std::size_t length) {
+  const int rc = index.Collect([&](std::int64_t offset, const std::uint8_t* bytes, std::size_t length) {
     auto& last = change.extents;
     const bool adjoins = !last.empty() &&
                          last.back().offset + static_cast<std::int64_t>(last.back().bytes.size()) == offset &&
@@ -38,18 +38,32 @@ void AddIndex(const std::string& path, IndexFile& index, std::deque<std::vector<
     last.back().bytes = store->back();
   });
   changes->push_back(std::move(change));
+  return rc;
+}
+
+// After a rollback a handle shows what stands in the file, unless its caller has an edit of his own in it.
+void SettleHandle(Data4& handle, bool committed) {
+  handle.ForgetAhead();
+  const bool shows_undone = !committed && !handle.appending && (handle.wrote_in_unit || !handle.changed);
+  handle.wrote_in_unit = false;
+  if (!shows_undone) return;
+  handle.changed = false;
+  handle.memos.clear();
+  handle.ForgetPlace();
+  if (handle.record != 0 && !handle.eof && LoadRecord(handle, handle.record) != kSuccess) ShowEnd(handle);
 }
 
 }  // namespace
 
 Journal& Code4::JournalOf(const std::string& folder) {
   auto& journal = journals[folder];
-  if (!journal) journal = std::make_unique<Journal>(setup, folder);
+  if (!journal) journal = std::make_shared<Journal>(setup, folder);
   return *journal;
 }
 
 int Code4::Join(TableFile& table) {
   if (unit_failure != 0) return unit_failure;
+  if (table.lost) return kErrorClose;
   if (std::find(unit_tables.begin(), unit_tables.end(), &table) != unit_tables.end()) return kSuccess;
   Journal& journal = JournalOf(table.Folder());
   // One journal makes a unit whole, so a unit stays within one folder.
@@ -72,40 +86,31 @@ int Code4::CommitUnit() {
       AddStaged(table->MemoPath(), table->Memo()->Staged(), &changes);
     }
     if (table->Index() != nullptr) {
-      AddIndex(table->IndexPath(), *table->Index(), &pages, &changes);
+      if (const int rc = AddIndex(table->IndexPath(), *table->Index(), &pages, &changes); rc != kSuccess)
+        return rc;
     }
   }
   return changes.empty() ? static_cast<int>(kSuccess) : unit_journal->Commit(changes);
 }
 
 void Code4::EndUnit(bool committed) {
+  // Pages in memory may stand for the files only when the files have them.
+  const bool applied = committed && (unit_journal == nullptr || !unit_journal->HasUnapplied());
   for (TableFile* table : unit_tables) {
-    if (committed) {
-      table->Data().Discard();
-      if (table->Memo() != nullptr) table->Memo()->Staged().Discard();
-      if (table->Index() != nullptr && table->Index()->IsLockedForChange()) table->Index()->Publish();
-      table->UnlockAppend();
-    } else {
-      table->Discard();
-    }
+    if (applied && table->Index() != nullptr && table->Index()->IsLockedForChange())
+      table->Index()->Publish();
+    table->Discard();
   }
   for (const auto& handle : handles) {
     const bool part = std::find(unit_tables.begin(), unit_tables.end(), &handle->table) != unit_tables.end();
-    if (!part && !handle->wrote_in_unit && !handle->unlock_at_end) continue;
-    handle->ahead.Forget();
-    if (!committed && handle->wrote_in_unit && !handle->appending) {
-      // What the handle shows never happened.
-      handle->changed = false;
-      handle->memos.clear();
-      if (handle->record != 0 && !handle->eof && LoadRecord(*handle, handle->record) != kSuccess)
-        ShowEnd(*handle);
-    }
-    handle->wrote_in_unit = false;
-    if (handle->unlock_at_end) {
-      handle->unlock_at_end = false;
-      handle->table.UnlockAll(handle.get());
-    }
+    if (part || handle->wrote_in_unit) SettleHandle(*handle, committed);
+    for (const std::uint32_t record : handle->unlock_records)
+      handle->table.UnlockRecord(handle.get(), record);
+    handle->unlock_records.clear();
+    if (handle->unlock_at_end) handle->table.UnlockAll(handle.get());
+    handle->unlock_at_end = false;
   }
+  for (TableFile* table : unit_tables) table->UnlockAll(table);  // of handles closed within the unit
   if (unit_journal != nullptr) unit_journal->EndWriting();
   unit_journal = nullptr;
   unit_tables.clear();

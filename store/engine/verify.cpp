@@ -253,7 +253,7 @@ class Verifier {
   void CheckMemos(std::uint32_t number, const std::uint8_t* record) {
     if (table_.Memo() == nullptr) return;
     for (const FieldInfo& field : table_.Header().fields) {
-      if (field.type != 'M') continue;
+      if (!IsMemoReference(field)) continue;
       const std::uint32_t block = MemoBlockAt(field, record + field.offset);
       MemoFile::Extent extent;
       if (block == 0) continue;

@@ -370,8 +370,23 @@ TEST_F(CheckPostingTest, UnsavedChangesAreAskedFor) {
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?", "Save Changes?", "Save Changes?"));
   EXPECT_TRUE(Stored("11"));
   OpenForm();
+  Set("txtCheckNumber", "11");
+  Set("txtRemittanceAdvice", "Lot 4");  // for the stub: a posted check has nothing of it to save
   EXPECT_TRUE(form_->Close());
   EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+}
+
+TEST_F(CheckPostingTest, ASaveRefusedOnTheWayToAnotherCheckKeepsTheCursor) {
+  OpenOffice();
+  Post("10");
+  Enter();
+  Set("txtCheckFileNumber", "");
+  office_.boxes.answers = {BoxAnswer::kYes};
+  Set("txtCheckNumber", "10");
+  form_->Enter("txtCheckDated");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?", "File Number is Required..."));
+  EXPECT_EQ(form_->Focus()->name, "txtCheckFileNumber");
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "11");
 }
 
 TEST_F(CheckPostingTest, ABankThatIsGoneIsSaid) {

@@ -196,6 +196,11 @@ class MemoryFiles : public engine::FileLayer {
       return engine::kSuccess;
     }
 
+    bool IsStill(const std::string& path) override {
+      const auto named = disk_.nodes_.find(path);
+      return named != disk_.nodes_.end() && named->second == node_;
+    }
+
     int Lock(std::int64_t offset, std::int64_t length, engine::LockKind kind) override {
       const std::int64_t end = offset + length;
       for (const LockedRange& range : node_->locks) {

@@ -13,6 +13,7 @@
 #include <QMessageBox>
 #include <QPlainTextEdit>
 #include <QPushButton>
+#include <QTableWidget>
 #include <QTest>
 #include <QTimer>
 #include <QVBoxLayout>
@@ -258,8 +259,8 @@ TEST_F(BinderTest, F2FillsDatesAndPeriodsInTheirForm) {
     const char* shown_month;  // "month year" at which it opens
     const char* chosen;       // for day 20 of the month
   } cases[] = {{"txtDated", "3/15/2024", "3 2024", "03/20/2024"},
-               {"txtPeriod", "3-15-2024", "3 2024", "3-20-2024"},
-               {"txtPeriod", "11-2023", "11 2023", "11-2023"}};
+               {"txtDated", "031524", "3 2024", "03/20/2024"},
+               {"txtPeriod", "3-15-2024", "3 2024", "3-20-2024"}};
   for (const auto& one : cases) {
     auto* edit = Get<QLineEdit>(one.field);
     edit->setFocus(Qt::TabFocusReason);
@@ -279,6 +280,32 @@ TEST_F(BinderTest, F2FillsDatesAndPeriodsInTheirForm) {
   Press(Qt::Key_F2);
   Press(Qt::Key_F4);
   EXPECT_THAT(form_.Taken(), ElementsAre("leave txtPeriod", "enter txtName", "key F4"));
+}
+
+TEST_F(BinderTest, F2OffersMonthsWhereAPeriodHasNoDay) {
+  form_.Find("txtPeriod")->month_only = true;
+  Open();
+  auto* edit = Get<QLineEdit>("txtPeriod");
+  const struct {
+    const char* text;
+    std::vector<Qt::Key> keys;
+    QString chosen;
+  } cases[] = {{"11-2023", {Qt::Key_Right, Qt::Key_PageDown}, "12-2024"},
+               {"1-2024", {Qt::Key_PageUp, Qt::Key_Down}, "4-2023"},
+               {"12-2095", {Qt::Key_PageDown}, "12-2095"},
+               {"", {}, QDate::currentDate().toString("M-yyyy")}};
+  for (const auto& one : cases) {
+    edit->setFocus(Qt::TabFocusReason);
+    edit->selectAll();
+    *one.text != 0 ? Type(one.text) : Press(Qt::Key_Delete);
+    Press(Qt::Key_F2);
+    auto* months = edit->findChild<QTableWidget*>();
+    ASSERT_NE(months, nullptr) << one.text;
+    for (const Qt::Key key : one.keys) QTest::keyClick(months, key);
+    QTest::keyClick(months, Qt::Key_Return);
+    EXPECT_EQ(edit->text(), one.chosen);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+  }
 }
 
 TEST(QtMessageBoxesTest, ShowsTextsExactlyAndAnswersSafely) {

@@ -156,6 +156,26 @@ TEST_F(ScreensTest, AnEntryIsNotThrownAwayUnasked) {
   EXPECT_EQ(Window(kChecks).size(), QSize(1300, 790)) << "remembered";
 }
 
+TEST_F(ScreensTest, ChecksOfAnotherBankHaveAWindowOfTheirOwn) {
+  OpenChecks();
+  TypeInto("txtCheckPayee", "SMITH TITLE CO");
+  QWidget& first = Window(kChecks);
+  Session& session = desktop_->TheSession();
+  BankRecord other;
+  other.code = "LSB";
+  other.name = "Lakeside Savings";
+  other.accounting = {3, 0, 2024};
+  ASSERT_EQ(session.Company().banks.AddBank(other), engine::kSuccess);
+  ASSERT_TRUE(SelectBank(session, "LSB"));
+  desktop_->OpenScreen(kChecks, "Posting");
+  EXPECT_EQ(Window(kChecks).windowTitle(), "Post Checks - Lakeside Savings");
+  EXPECT_EQ(Get<QLineEdit>(kChecks, "txtCheckPayee")->text(), "");
+  EXPECT_TRUE(first.isVisible());
+  ASSERT_TRUE(SelectBank(session, "FNB"));
+  desktop_->OpenScreen(kChecks, "Posting");
+  EXPECT_EQ(desktop_->Find(kChecks)->BankCode(), "LSB") << "the first bank's came to the front, as it was";
+}
+
 // Fields from top to bottom, and from left to right in a row, as Tab reaches them.
 void ExpectReadingOrder(QWidget& window) {
   QPoint last(-1, -1);
