@@ -56,8 +56,8 @@ std::string Payee(Random& random) {
   return std::string(random.Pick(kPlaces)) + " " + random.Pick(kTrades);
 }
 
-// Days go by evenly over four years of twelve months of 28 days.
-constexpr std::uint64_t kDays = 4 * 12 * 28;
+// Days go by evenly over four years of twelve months of 28 days each, 1,344 days.
+constexpr std::uint64_t kDays = 1344;
 
 PeriodNumbers DayOf(std::uint32_t index, std::uint32_t count) {
   const auto day = static_cast<std::uint32_t>(std::uint64_t{index} * kDays / count);

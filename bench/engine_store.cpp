@@ -45,8 +45,12 @@ constexpr std::array<TagLayout, 2> kReferenceTags = {
     {{"XRFSFILEBK", "UPPER (XRFSFILENO + XRFSBANKID + XRFSTXTYPE + XRFSTXREFN)", kLive, true},
      {"XRFSBANKFI", "UPPER (XRFSBANKID + XRFSFILENO + XRFSTXTYPE + XRFSTXREFN)", kLive, true}}};
 
+[[noreturn]] void Stop(int code, std::string_view what) {
+  Fail("ours: " + std::string(what) + ": " + std::string(error4text(code)));
+}
+
 void Require(int code, std::string_view what) {
-  if (code != kSuccess) Fail("ours: " + std::string(what) + ": " + std::string(error4text(code)));
+  if (code != kSuccess) Stop(code, what);
 }
 
 class EngineStore : public CheckStore {
@@ -74,7 +78,7 @@ class EngineStore : public CheckStore {
       references_ = d4open(*code_, folder_ + "/ESCROW_XRFS.DBF");
       code4accessMode(*code_, 0);
     }
-    if (checks_ == nullptr || references_ == nullptr) Require(code4errorCode(*code_, 0), "open");
+    if (checks_ == nullptr || references_ == nullptr) Stop(code4errorCode(*code_, 0), "open");
     LookUpFields();
     if (work != Work::kPost) return;
     posts_ = MakeChecks(next_post_, workload_.posts);

@@ -31,10 +31,13 @@ constexpr std::array<const char*, 7> kPayees = {"SMITH TITLE CO",       "Harbor 
                                                 "Lakeside Realty",      "",
                                                 "O'BRIEN, PATRICK"};
 
-void Require(int code, const char* what) {
-  if (code == kSuccess) return;
+[[noreturn]] void Stop(int code, const char* what) {
   std::fprintf(stderr, "the sample table: %s failed with code %d\n", what, code);
   std::abort();
+}
+
+void Require(int code, const char* what) {
+  if (code != kSuccess) Stop(code, what);
 }
 
 std::string Padded(std::uint32_t number) {
@@ -64,7 +67,7 @@ SampleFiles MakeSample(std::uint32_t records) {
   testing::EnginePorts ports;
   const auto code = code4initVB(ports.Over(files));
   Data4* data = d4create(*code, kTablePath, kFields, kTags);
-  if (data == nullptr) Require(code4errorCode(*code, 0), "the create");
+  if (data == nullptr) Stop(code4errorCode(*code, 0), "the create");
   Require(code4unitBegin(*code), "a unit of work");
   for (std::uint32_t number = 1; number <= records; ++number) AppendRecord(*data, number);
   Require(code4unitCommit(*code), "a commit");

@@ -7,7 +7,7 @@ namespace tallwick {
 namespace {
 
 constexpr CheckEntryField kFields[] = {
-    {"txtCheckNumber", ControlKind::kText, "Check &Number", "Check Number", "CHXNUMBER",
+    {"txtCheckNumber", ControlKind::kText, "Chec&k Number", "Check Number", "CHXNUMBER",
      &CheckRecord::number},
     {"txtCheckDated", ControlKind::kDate, "&Dated", "Check Date", "CHXDATED"},
     {"txtCheckPayee", ControlKind::kText, "&Payee", "Payee", "CHXPAYEE", &CheckRecord::payee},
@@ -18,7 +18,7 @@ constexpr CheckEntryField kFields[] = {
     {"txtCheckAmount", ControlKind::kAmount, "&Amount", "Check Amount", "CHXAMOUNT"},
     {"txtCheckFileNumber", ControlKind::kText, "&File Number", "File Number", "CHXFILENO",
      &CheckRecord::file_number},
-    {"txtCheckAcctPeriod", ControlKind::kPeriod, "Accounting P&eriod", "Accounting Period", ""},
+    {"txtCheckAcctPeriod", ControlKind::kPeriod, "Acco&unting Period", "Accounting Period", ""},
     {"txtCheckVoucherNumber", ControlKind::kText, "&Voucher Number", "Voucher Number", "CHXVCHRNO",
      &CheckRecord::voucher_number},
     {"txtTIN", ControlKind::kText, "&TIN", "TIN", "CHXTINNO", &CheckRecord::tin},

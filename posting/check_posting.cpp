@@ -61,7 +61,7 @@ void FrmEditChecksPost::AddControls() {
   }
   Add(ControlKind::kGrid, "lstCheckNumbers", "Checks");
   Add(ControlKind::kButton, "cmdOk", "P&ost Check");
-  Add(ControlKind::kButton, "cmdDone", "&Done");
+  Add(ControlKind::kButton, "cmdDone", "Do&ne");
   Add(ControlKind::kMenu, "mnuEditUseNextHigherCheckNumber", "Use Next &Higher Check Number");
   Add(ControlKind::kMenu, "mnuOptionsWarnHigherNumber", "&Warn of Higher Number").value = 1;
 }
@@ -77,6 +77,7 @@ bool FrmEditChecksPost::ReadBank() {
     return false;
   }
   bank_ = std::move(*bank);
+  At("txtCheckAcctPeriod").month_only = bank_.accounting.day == 0;
   return true;
 }
 
@@ -148,7 +149,9 @@ void FrmEditChecksPost::LookUpNumber() {
     const bool posted = !number.empty() && tables_.checks.SeekNumber(number);
     if ((posted || loaded_) && !MayDropChanges()) {
       SetText("txtCheckNumber", looked_up_number_);
-      return SetFocus("txtCheckNumber");
+      // A refused post has put the cursor into the field that it names.
+      if (Focus() == &At("txtCheckNumber")) SetFocus("txtCheckNumber");
+      return;
     }
     if (posted || loaded_) return OpenNumber(number);
     looked_up_number_ = number;
@@ -281,7 +284,8 @@ void FrmEditChecksPost::FillAmountFrom(const VoucherRecord& voucher) {
 std::vector<std::string> FrmEditChecksPost::EntryState() {
   std::vector<std::string> state = {std::to_string(At("chkHandwritten").value)};
   for (const CheckEntryField& entry : CheckEntryFields()) {
-    if (entry.control != "txtCheckNumber") state.push_back(Text(entry.control));
+    const bool kept = entry.control != "txtRemittanceAdvice" || !loaded_;  // a posted check does not hold it
+    if (entry.control != "txtCheckNumber" && kept) state.push_back(Text(entry.control));
   }
   return state;
 }

@@ -1,7 +1,9 @@
 #include "ui/desktop.h"
 
 #include <QApplication>
+#include <QPrinterInfo>
 #include <algorithm>
+#include <ranges>
 
 #include "ui/screens.h"
 
@@ -21,19 +23,30 @@ Desktop::~Desktop() {
 bool Desktop::Start(const SuiteFactory& attach) {
   application_ = StartApplication(ports_, attach, *this);
   if (!application_) return false;
+  TheSession().SetPrinter(QPrinterInfo::defaultPrinterName().toStdString());
   OpenScreen(kMainScreen, {});
   return Find(kMainScreen) != nullptr;
 }
 
 ScreenHost* Desktop::Find(std::string_view screen) const {
-  for (const auto& host : hosts_) {
+  for (const auto& host : std::ranges::reverse_view(hosts_)) {
     if (host->TheForm().Name() == screen && host->TheForm().IsOpen()) return host.get();
   }
   return nullptr;
 }
 
+// A screen stays with the bank it was opened for: it never stands in for the same screen of another.
+ScreenHost* Desktop::FindForBank(std::string_view screen, std::string_view bank_code) const {
+  for (const auto& host : hosts_) {
+    const Form& form = host->TheForm();
+    if (form.Name() == screen && form.IsOpen() && host->BankCode() == bank_code) return host.get();
+  }
+  return nullptr;
+}
+
 void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
-  if (ScreenHost* open = Find(screen)) {
+  const std::string bank_code = TheSession().BankCode();
+  if (ScreenHost* open = FindForBank(screen, bank_code)) {
     open->Window().raise();
     open->Window().activateWindow();
     return;
@@ -46,7 +59,7 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
     window->setParent(QApplication::activeWindow(), window->windowFlags());
     window->setWindowModality(Qt::ApplicationModal);
   }
-  hosts_.push_back(std::make_unique<ScreenHost>(std::move(form), std::move(window)));
+  hosts_.push_back(std::make_unique<ScreenHost>(std::move(form), std::move(window), bank_code));
   ScreenHost& host = *hosts_.back();
   connect(&host, &ScreenHost::Closed, this, [this, &host] { ScreenClosed(host); });
   modal ? host.OpenAndWait() : host.Open();

@@ -21,12 +21,12 @@ class Desktop : public QObject, public ScreenOpener {
 
   // Starts the application and opens the main window; false after a message.
   bool Start(const SuiteFactory& attach);
-  // Opens the screen in a window of its own; a screen that stands open already comes to the front. A dialog
-  // has closed when this returns.
+  // Opens the screen in a window of its own; one that stands open for the selected bank already comes to the
+  // front. A dialog has closed when this returns.
   void OpenScreen(std::string_view screen, std::string_view mode) override;
 
   Session& TheSession() { return application_->TheSession(); }
-  // Null where the screen is not open.
+  // The one opened last; null where the screen is not open.
   ScreenHost* Find(std::string_view screen) const;
 
  signals:
@@ -34,6 +34,7 @@ class Desktop : public QObject, public ScreenOpener {
   void Ended();
 
  private:
+  ScreenHost* FindForBank(std::string_view screen, std::string_view bank_code) const;
   void ScreenClosed(ScreenHost& host);
   // False when the user kept one open.
   bool CloseOthers();

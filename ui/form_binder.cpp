@@ -5,6 +5,7 @@
 #include <QFocusEvent>
 #include <QKeyEvent>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMenu>
 #include <QRegularExpression>
 #include <algorithm>
@@ -17,6 +18,14 @@ namespace {
 QString ObjectNameOf(const Control& control) {
   const QString name = QString::fromStdString(control.name);
   return control.index == 0 ? name : name + "_" + QString::number(control.index);
+}
+
+// A field that is left shows the beginning of a long text.
+void ShowBeginning(QWidget& widget, const QFocusEvent& left) {
+  auto* edit = qobject_cast<QLineEdit*>(&widget);
+  const bool comes_back =
+      left.reason() == Qt::PopupFocusReason || left.reason() == Qt::ActiveWindowFocusReason;
+  if (edit != nullptr && !comes_back) edit->home(false);
 }
 
 QString WithoutMnemonic(QString caption) {
@@ -256,6 +265,7 @@ bool FormBinder::eventFilter(QObject* watched, QEvent* event) {
           Qt::QueuedConnection);
     }
   }
+  if (event->type() == QEvent::FocusOut) ShowBeginning(*widget, *static_cast<QFocusEvent*>(event));
   if (event->type() == QEvent::KeyPress) return HandleKey(*widget, *static_cast<QKeyEvent*>(event));
   return false;
 }

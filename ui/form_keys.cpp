@@ -104,7 +104,7 @@ void FormBinder::ShowFieldHelp(QWidget& widget) {
 void FormBinder::ShowCalendar(QWidget& widget, const Control& control) {
   auto* edit = qobject_cast<QLineEdit*>(&widget);
   if (edit == nullptr || edit->isReadOnly()) return;
-  auto* popup = new CalendarPopup(*edit, control.kind == ControlKind::kPeriod);
+  auto* popup = new CalendarPopup(*edit, control);
   connect(popup, &CalendarPopup::Chosen, this, [this, &control](const QString& text) {
     TextTyped(control, text);
     if (QWidget* field = WidgetOf(control)) field->setFocus(Qt::OtherFocusReason);

@@ -62,7 +62,9 @@ RegisterView::RegisterView(QWidget* parent)
     const QString command = heading_commands_.value(section);
     if (!command.isEmpty()) emit HeadingClicked(command);
   });
-  connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this, &RegisterView::RememberColumns);
+  connect(table_->horizontalHeader(), &QHeaderView::sectionResized, this, [this](int section) {
+    if (section != wide_column_) RememberColumns();  // the wide one follows the window
+  });
   connect(table_->horizontalHeader(), &QHeaderView::sectionMoved, this, &RegisterView::RememberColumns);
   search_timer_.setInterval(0);
   connect(&search_timer_, &QTimer::timeout, this, &RegisterView::SearchSlice);
@@ -71,7 +73,7 @@ RegisterView::RegisterView(QWidget* parent)
 void RegisterView::Show(const Control& control) {
   const QScopedValueRollback guard(placing_, true);
   if (model_->Source() != control.source.get()) {
-    columns_placed_ = columns_placed_ && model_->Source() != nullptr;
+    columns_placed_ = false;  // other rows, other widths
     model_->SetSource(control.source);
   } else {
     model_->Refresh();

@@ -12,10 +12,11 @@
 
 namespace tallwick {
 
-ScreenHost::ScreenHost(std::unique_ptr<Form> form, std::unique_ptr<QWidget> window)
+ScreenHost::ScreenHost(std::unique_ptr<Form> form, std::unique_ptr<QWidget> window, std::string bank_code)
     : form_(std::move(form)),
       window_(std::move(window)),
-      binder_(std::make_unique<FormBinder>(*form_, *window_)) {
+      binder_(std::make_unique<FormBinder>(*form_, *window_)),
+      bank_code_(std::move(bank_code)) {
   window_->installEventFilter(this);
   AddShortcuts();
   connect(binder_.get(), &FormBinder::CaptionSet, window_.get(), &QWidget::setWindowTitle);

@@ -15,8 +15,8 @@ class ScreenHost : public QObject {
   Q_OBJECT
 
  public:
-  // Takes both. `window` has no parent that deletes it.
-  ScreenHost(std::unique_ptr<Form> form, std::unique_ptr<QWidget> window);
+  // Takes both. `window` has no parent that deletes it. `bank_code` is the bank selected when it is opened.
+  ScreenHost(std::unique_ptr<Form> form, std::unique_ptr<QWidget> window, std::string bank_code);
   ~ScreenHost() override;
 
   // Shows the window and tells the form.
@@ -27,6 +27,7 @@ class ScreenHost : public QObject {
   bool Close() { return binder_->Close(); }
   Form& TheForm() { return *form_; }
   QWidget& Window() { return *window_; }
+  const std::string& BankCode() const { return bank_code_; }
 
  signals:
   // The form has closed; the host may be deleted later.
@@ -44,6 +45,7 @@ class ScreenHost : public QObject {
   std::unique_ptr<Form> form_;
   std::unique_ptr<QWidget> window_;
   std::unique_ptr<FormBinder> binder_;
+  std::string bank_code_;
 };
 
 }  // namespace tallwick
