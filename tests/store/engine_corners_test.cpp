@@ -6,6 +6,7 @@
 #include "store/engine/verify.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/small_company.h"
+#include "tests/support/temp_folder.h"
 
 namespace tallwick::engine {
 namespace {
@@ -191,6 +192,36 @@ TEST(Engine, ATableWhoseFieldsCannotHoldTheirTypesIsRefused) {
     disk.Put("/data/odd.dbf", bytes);
     EXPECT_EQ(d4open(*code, "/data/odd.dbf"), nullptr);
     EXPECT_EQ(code4errorCode(*code, 0), kErrorDataStructure) << width;
+  }
+}
+
+// A sparse file of two gibibytes costs nothing, and its append must be refused until large files are on.
+TEST(Engine, ATableStopsAtTwoGibibytesUnlessLargeFilesAreOn) {
+  constexpr FieldLayout kFields[] = {{"TEXT", 'C', 65000}};
+  tallwick::testing::TempFolder folder;
+  EnginePorts ports;
+  const std::string path = folder.Platform("big.dbf");
+  {
+    const auto code = code4initVB(ports.Over(SystemFiles()));
+    ASSERT_NE(d4create(*code, path, kFields, {}), nullptr);
+  }
+  const std::int64_t header = 32 + 32 + 1;
+  const std::uint32_t count = static_cast<std::uint32_t>((0x7FFFFFFF - header) / 65001);
+  int opened = 0;
+  {
+    const auto file = SystemFiles().Open(path, OpenMode::kReadWrite, &opened);
+    ASSERT_EQ(file->WriteAt(4, &count, sizeof count), kSuccess);
+    ASSERT_EQ(file->Truncate(header + static_cast<std::int64_t>(count) * 65001 + 1), kSuccess);
+  }
+  for (const bool large : {false, true}) {
+    const auto code = code4initVB(ports.Over(SystemFiles()));
+    if (large) code4largeOn(*code);
+    Data4* table = d4open(*code, path);
+    ASSERT_NE(table, nullptr);
+    d4appendStart(*table);
+    EXPECT_EQ(d4append(*table), large ? kSuccess : kErrorTooLarge);
+    EXPECT_EQ(d4recCountDo(*table), large ? count + 1 : count);
+    d4changed(*table, 0);
   }
 }
 
