@@ -14,13 +14,16 @@ namespace tallwick {
 
 namespace {
 
-// The lock that an append takes on the header of a table with an index.
-constexpr std::int64_t kHeaderLock = 0x7FFFFFFE;
+// The locks that an append takes on the header, of a table with and without an index.
+constexpr std::int64_t kIndexedHeaderLock = 0x7FFFFFFE;
+constexpr std::int64_t kPlainHeaderLock = 0x40000000;
+constexpr int kIndexFlag = 0x01;
 
 struct HeaderFacts {
   int header_length = 0;
   int record_length = 0;
   std::uint32_t records = 0;  // that the file's length holds
+  std::int64_t lock_at = kIndexedHeaderLock;
 };
 
 std::optional<HeaderFacts> ReadHeader(engine::File& file) {
@@ -35,6 +38,7 @@ std::optional<HeaderFacts> ReadHeader(engine::File& file) {
   std::int64_t records = (size - facts.header_length) / facts.record_length;
   if (records > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   facts.records = static_cast<std::uint32_t>(records);
+  if ((bytes[28] & kIndexFlag) == 0) facts.lock_at = kPlainHeaderLock;
   return facts;
 }
 
@@ -45,6 +49,18 @@ bool WriteCount(engine::File& file, std::uint32_t count) {
     if (file.WriteAt(offset, &byte, 1) != engine::kSuccess) return false;
   }
   return file.Flush() == engine::kSuccess;
+}
+
+// Writes the count that fits the file, while no other workstation can append. Nullopt when that cannot be.
+std::optional<HeaderFacts> Repair(engine::File& file) {
+  std::optional<HeaderFacts> facts = ReadHeader(file);
+  if (!facts || file.Lock(facts->lock_at, 1, engine::LockKind::kExclusive) != engine::kSuccess)
+    return std::nullopt;
+  std::int64_t locked_at = facts->lock_at;
+  facts = ReadHeader(file);  // an append may have come to its end meanwhile
+  if (facts && !WriteCount(file, facts->records)) facts.reset();
+  file.Unlock(locked_at, 1);
+  return facts;
 }
 
 }  // namespace
@@ -89,14 +105,15 @@ int clsKVRData::FixDatabaseHeader(std::string_view name) {
   int code = engine::kSuccess;
   std::unique_ptr<engine::File> file =
       ports_.files.Open(TableFile(name), engine::OpenMode::kReadWrite, &code);
-  // The lock keeps appends of other workstations out, which raise the same count.
-  if (!file || file->Lock(kHeaderLock, 1, engine::LockKind::kExclusive) != engine::kSuccess) {
+  std::optional<HeaderFacts> facts = file ? Repair(*file) : std::nullopt;
+  if (!facts) {
+    ports_.boxes.Critical(
+        "Corrupt Header",
+        shown +
+            " could not be corrected: the file is in use on another workstation, or may not be "
+            "written.  Close it there and try again.");
     return engine::kErrorDataHeader;
   }
-  std::optional<HeaderFacts> facts = ReadHeader(*file);
-  bool written = facts && WriteCount(*file, facts->records);
-  file->Unlock(kHeaderLock, 1);
-  if (!written) return engine::kErrorDataHeader;
   ports_.boxes.Inform("Corrected Header",
                       "File Header for " + shown +
                           " has been revised...\rRecord Length: " + std::to_string(facts->record_length) +
