@@ -47,6 +47,7 @@ class Currency {
   Currency& operator+=(Currency other) { return *this = *this + other; }
   Currency& operator-=(Currency other) { return *this = *this - other; }
   Currency Abs() const { return IsNegative() ? -*this : *this; }
+  // NOLINTNEXTLINE(modernize-use-nullptr): the check mistakes the comparison's own 0
   friend constexpr auto operator<=>(Currency, Currency) = default;
 
  private:

@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QPrinterInfo>
 #include <algorithm>
-#include <ranges>
 
 #include "ui/screens.h"
 
@@ -29,8 +28,10 @@ bool Desktop::Start(const SuiteFactory& attach) {
 }
 
 ScreenHost* Desktop::Find(std::string_view screen) const {
-  for (const auto& host : std::ranges::reverse_view(hosts_)) {
-    if (host->TheForm().Name() == screen && host->TheForm().IsOpen()) return host.get();
+  // clang 14 cannot read a reversed view of the standard library at hand.
+  // NOLINTNEXTLINE(modernize-loop-convert)
+  for (auto host = hosts_.rbegin(); host != hosts_.rend(); ++host) {
+    if ((*host)->TheForm().Name() == screen && (*host)->TheForm().IsOpen()) return host->get();
   }
   return nullptr;
 }

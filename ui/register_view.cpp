@@ -127,8 +127,9 @@ void RegisterView::SearchSlice() {
   QElapsedTimer elapsed;
   elapsed.start();
   while (elapsed.elapsed() < kSearchSliceMs) {
-    if (search_left_-- <= 0 || model_->rowCount() == 0) return EndSearch(false);
-    search_row_ %= model_->rowCount();
+    const int rows = model_->rowCount();
+    if (search_left_-- <= 0 || rows <= 0) return EndSearch(false);
+    search_row_ %= rows;
     for (const std::string& cell : model_->Source()->Row(static_cast<std::size_t>(search_row_))) {
       if (QString::fromStdString(cell).contains(wanted, Qt::CaseInsensitive)) return EndSearch(true);
     }

@@ -104,6 +104,7 @@ int FinishSwap(FileLayer& files, const std::string& table) {
   std::vector<std::string> names;
   const bool whole = ReadList(*file, &names);
   std::vector<std::string> paths;
+  paths.reserve(names.size());
   for (const std::string& name : names) paths.push_back(TableFolder(table) + "/" + name);
   if (whole) {
     rc = RenameAll(files, paths);
