@@ -6,6 +6,7 @@ std::vector<Problem> VerifyTable(clsKVRData& store, DataHandle data, std::string
   std::vector<engine::TableProblem> found;
   const int code = store.VerifyDatabase(data, &found);
   std::vector<Problem> problems;
+  problems.reserve(found.size() + 1);
   for (const engine::TableProblem& problem : found)
     problems.push_back({std::string(name), static_cast<std::int32_t>(problem.record), problem.problem});
   if (code != 0)
