@@ -77,12 +77,14 @@ int code4accessMode(Code4& code, int mode);        // 0 shared, 1 exclusive, for
 int code4errDefaultUnique(Code4& code,
                           int mode);   // mode of unique tags opened from now on: 20, 25 or a negative code
 int code4safety(Code4& code, int on);  // 1: d4create refuses to replace a file
-int code4unlockAutoSetCB(Code4& code, int mode);  // 0: locks stay until released; 1: moving on releases them
+// Kept for callers: locks always stay until they are released, as mode 0 says. The previous mode.
+int code4unlockAutoSetCB(Code4& code, int mode);
+// Kept for callers: dates are stored as "CCYYMMDD" whatever is set.
 void code4dateFormatSet(Code4& code, std::string_view format);
 void code4largeOn(Code4& code);                         // tables may pass 2 GiB
 int code4unlock(Code4& code);                           // releases every record and file lock of every handle
 Data4* code4data(Code4& code, std::string_view alias);  // an open table by alias; nullptr when none
-// Who held the lock that the last kLocked was about, "" when that is not known.
+// Who held the lock that the last kLocked was about; "" always, since the lock scheme does not tell.
 std::string code4lockUserId(Code4& code);
 
 // --- Units of work: what happens between begin and commit reaches the files together or not at all ---
