@@ -15,7 +15,8 @@ constexpr std::string_view kMagic = "TWKJRNL1";
 constexpr std::string_view kEntryMagic = "TWKE";
 constexpr std::int64_t kHeaderBytes = 96;
 constexpr std::int64_t kBootAt = 32;
-constexpr std::size_t kBootBytes = 64;
+constexpr std::size_t kBootBytes = 56;
+constexpr std::int64_t kBegunAt = 88;
 constexpr std::string_view kSeveralMachines = "-";
 constexpr std::int64_t kEntryHead = 28;
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
@@ -24,9 +25,11 @@ constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
 constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
 constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
 constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
-// Posts last milliseconds; a writer that waits longer than this gives up.
+// Posts last milliseconds; a writer or reader that waits longer than this gives up.
 constexpr int kWriterTries = 2000;
 constexpr int kWriterWaitMs = 2;
+// Most units are brought to the tables within microseconds, so a reader looks this often before it sleeps.
+constexpr int kEagerTries = 50;
 
 std::uint64_t Checksum(std::uint64_t number, std::span<const std::uint8_t> bytes) {
   std::uint64_t sum = 0xCBF29CE484222325U ^ number;
@@ -307,7 +310,8 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
   }
   // From here on the unit stands: whoever comes to an entry that was not applied applies it.
   end_ = next;
-  unapplied_ = Apply(changes) != kSuccess || WriteMarks(nullptr, next) != kSuccess;
+  unapplied_ = WriteBegun(next.number - 1) != kSuccess || Apply(changes) != kSuccess ||
+               WriteMarks(nullptr, next) != kSuccess;
   return kSuccess;
 }
 
@@ -333,6 +337,12 @@ int Journal::Apply(const std::vector<JournalFileChange>& changes) {
     }
   }
   return kSuccess;
+}
+
+int Journal::WriteBegun(std::uint64_t number) {
+  std::array<std::uint8_t, 8> bytes{};
+  Store64(bytes.data(), number);
+  return file_->WriteAt(kBegunAt, bytes.data(), bytes.size());
 }
 
 int Journal::WriteMarks(const Mark* first, const Mark& applied) {
@@ -406,11 +416,53 @@ int Journal::Recover() {
   return rc;
 }
 
+// --- Readers ---
+
+std::uint64_t Journal::ReadProgress(bool* under_way) {
+  std::array<std::uint8_t, kHeaderBytes - 16> bytes{};
+  const auto got = file_->ReadAt(16, bytes.data(), bytes.size());
+  const std::uint64_t next = got == static_cast<std::int64_t>(bytes.size()) ? Load64(&bytes[0]) : 0;
+  *under_way = next != 0 && Load64(&bytes[kBegunAt - 16]) == next;
+  return next;
+}
+
+int Journal::AwaitUnit() {
+  bool under_way = true;
+  for (int tries = 0; tries < kWriterTries; ++tries) {
+    if (const int rc = Recover(); rc != kSuccess) return rc;  // its writer may have died
+    ReadProgress(&under_way);
+    if (!under_way) return kSuccess;
+    if (tries >= kEagerTries) setup_.clock.Sleep(kWriterWaitMs);
+  }
+  return kErrorJournal;
+}
+
+bool Journal::WasQuiet(int* rc) {
+  *rc = kSuccess;
+  if (writing_) return true;  // nobody else can
+  if (!file_) {
+    if (!setup_.files.Exists(PathOf(kFileName))) return true;  // no unit was ever written here
+    *rc = OpenFile();
+    return false;
+  }
+  bool under_way = false;
+  const std::uint64_t next = ReadProgress(&under_way);
+  const bool quiet = !under_way && next == quiet_at_;
+  quiet_at_ = next;
+  if (under_way) *rc = AwaitUnit();
+  return quiet;
+}
+
+// --- Applying what stands in the journal ---
+
 int Journal::ApplyFrom(Mark mark) {
   std::vector<std::uint8_t> payload;
   const std::uint64_t before = mark.number;
   while (ReadEntry(&mark, &payload)) {
-    if (const int rc = ApplyEntry(payload); rc != kSuccess) return rc;
+    // Readers see the whole run as one unit: the mark moves when all of it is done.
+    int rc = mark.number == before + 1 ? WriteBegun(before) : static_cast<int>(kSuccess);
+    if (rc == kSuccess) rc = ApplyEntry(payload);
+    if (rc != kSuccess) return rc;
   }
   end_ = mark;
   return mark.number == before ? static_cast<int>(kSuccess) : WriteMarks(nullptr, mark);

@@ -3,8 +3,9 @@
 // File ESCROW_UNITS.JNL beside the tables:
 //   header   96 bytes: 0 "TWKJRNL1", 8 (8 bytes) where the entries end that were applied to the tables,
 //            16 (8) the number that an entry there would have, 24 (8) the number of the first entry, behind
-//            the header, 32 (64) the boot id of the machine that wrote all entries, NUL padded ("-": several
-//            did)
+//            the header, 32 (56) the boot id of the machine that wrote all entries, NUL padded ("-": several
+//            did), 88 (8) the number of the entry whose bytes were last begun to be brought to the tables:
+//            while it is that of 16, the tables are between two states
 //   entry    0 "TWKE", 4 (8) payload length, 12 (8) number of the entry, 20 (8) FNV-1a checksum of number and
 //            payload, 28 the payload: 2 count of files, and for each: 2 length of the name, the name (within
 //            the folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
@@ -64,6 +65,10 @@ class Journal {
   int Recover();
   // True when flushed entries wait that no live writer will apply.
   bool HasOrphans();
+  // For readers without a lock: true when no other workstation has brought a unit to the tables, nor begun
+  // to, since the last call that gave true; so what was read in between is of one moment. Waits until a unit
+  // that has begun is done. *rc is kSuccess, or why the reader cannot go on.
+  bool WasQuiet(int* rc);
 
   // Takes the writer's lock (making the journal where it is missing), after recovering. kLocked when another
   // writer keeps it too long.
@@ -99,6 +104,11 @@ class Journal {
   // lost.
   bool MayHaveLostPower();
   int WriteBoot();
+  // Says to readers that the entry with this number goes to the tables now.
+  int WriteBegun(std::uint64_t number);
+  // The number of the next entry to apply, 0 in an empty journal; *under_way says that it has begun.
+  std::uint64_t ReadProgress(bool* under_way);
+  int AwaitUnit();
   int ApplyFrom(Mark mark);
   int ApplyEntry(std::span<const std::uint8_t> payload);
   int Apply(const std::vector<JournalFileChange>& changes);
@@ -120,6 +130,7 @@ class Journal {
   std::int64_t size_ = 0;  // of the file; known while writing
   bool writing_ = false;
   bool unapplied_ = false;
+  std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
 };
 
 }  // namespace tallwick::engine

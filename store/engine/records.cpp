@@ -258,9 +258,8 @@ int LoadRecord(Data4& data, std::uint32_t record) {
     if (bytes == nullptr) return rc;
     data.view = bytes;
   } else {
-    const std::int64_t count = data.table.RecordCount();
-    if (count < 0) return kErrorRead;
-    if (record == 0 || record > count) return kNoRecord;
+    int rc = kSuccess;
+    if (record == 0 || !data.table.Holds(record, &rc)) return rc == kSuccess ? int{kNoRecord} : rc;
     if (data.table.ReadRecords(record, 1, data.buffer.data()) != 1) return kErrorRead;
     data.SetView();
   }

@@ -17,6 +17,7 @@
 
 #include "store/engine/codebase.h"
 #include "store/engine/index_file.h"
+#include "store/engine/journal.h"
 #include "store/engine/memo_file.h"
 #include "store/engine/staged_file.h"
 #include "store/engine/table_header.h"
@@ -59,8 +60,16 @@ class TableFile {
 
   // The record count of the header as it stands now, staged changes included; negative codes on failure.
   std::int64_t RecordCount();
-  // Reads `count` records from `first` on into `buffer`; the number read, which is less at the end.
+  // True when the table has the record, which it then keeps while it is open.
+  bool Holds(std::uint32_t record, int* rc);
+  // The folder's journal, which tells whether a unit was brought to the files while they were read. It must
+  // outlive the table. Without one, reads take what they find.
+  void Heed(Journal* journal) { journal_ = journal; }
+  // Reads `count` records from `first` on into `buffer`; the number read, which is less at the end. All of
+  // them are as of one moment: another workstation's unit is in all of them or in none.
   std::int64_t ReadRecords(std::uint32_t first, std::uint32_t count, std::uint8_t* buffer);
+  // The memo at a block, whole. kSuccess or an error.
+  int ReadMemo(std::uint32_t block, std::string* text);
   void StageRecord(std::uint32_t record, std::span<const std::uint8_t> bytes);
   // Stages a record behind the last one, the end mark and the new count.
   int StageAppend(std::span<const std::uint8_t> bytes, const Date& today, std::uint32_t* record);
@@ -102,6 +111,9 @@ class TableFile {
   std::int64_t RecordOffset(std::uint32_t record) const;
   std::int64_t RecordLockAt(std::uint32_t record) const;
   std::int64_t AppendLockAt() const;
+  // Repeats a read until no unit has come in between; the read's result, or a negative code.
+  template <class Reading>
+  std::int64_t ReadUndisturbed(Reading reading);
   int Try(std::int64_t offset, std::int64_t length, int attempts);
 
   EngineSetup setup_;
@@ -116,6 +128,8 @@ class TableFile {
   std::map<std::uint32_t, const void*> record_owners_;
   const void* whole_owner_ = nullptr;
   bool append_locked_ = false;
+  Journal* journal_ = nullptr;
+  std::uint32_t settled_count_ = 0;  // records known to be in the file for good
 };
 
 }  // namespace tallwick::engine
