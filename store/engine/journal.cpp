@@ -21,8 +21,6 @@ constexpr std::string_view kSeveralMachines = "-";
 constexpr std::int64_t kEntryHead = 28;
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
-constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
-constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
 constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
 constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
 // Posts last milliseconds; a writer or reader that waits longer than this gives up.
@@ -218,7 +216,11 @@ int Journal::FinishAsOnly(bool all) {
   // entry.
   if (ReadMarks(&first, &applied)) {
     rc = ApplyFrom(all ? first : applied);
+    // A broken chain cannot be done again: what it has lost must not be forgotten.
+    if (rc == kSuccess && end_.number < applied.number) rc = kErrorJournal;
     if (rc == kSuccess) rc = Checkpoint();
+  } else if (!IsBlank()) {
+    rc = kErrorJournal;
   }
   if (rc == kSuccess) rc = file_->Truncate(0);
   file_->Unlock(kWriterAt, 1);
@@ -257,7 +259,7 @@ int Journal::BeginWriting() {
   size_ = file_->Size();
   int rc = size_ < 0 ? static_cast<int>(kErrorJournal) : static_cast<int>(kSuccess);
   if (rc == kSuccess && !ReadMarks(&first, &applied)) {
-    rc = WriteMarks(&first, applied);
+    rc = IsBlank() ? WriteMarks(&first, applied) : static_cast<int>(kErrorJournal);
     if (rc == kSuccess) rc = WriteBoot();
     size_ = std::max(size_, kHeaderBytes);
   } else if (rc == kSuccess && MayHaveLostPower()) {
@@ -367,6 +369,12 @@ bool Journal::ReadMarks(Mark* first, Mark* applied) {
   *applied = Mark{static_cast<std::int64_t>(position), Load64(&header[16])};
   *first = Mark{kHeaderBytes, Load64(&header[24])};
   return true;
+}
+
+bool Journal::IsBlank() {
+  std::array<std::uint8_t, kHeaderBytes> head{};
+  const auto got = file_->ReadAt(0, head.data(), head.size());
+  return got >= 0 && (got < kBootAt || std::all_of(head.begin(), head.end(), [](auto b) { return b == 0; }));
 }
 
 bool Journal::ReadEntry(Mark* mark, std::vector<std::uint8_t>* payload) {

@@ -33,6 +33,7 @@
 #include "core/clock.h"
 #include "store/engine/codebase.h"
 #include "store/engine/file.h"
+#include "store/engine/journal_state.h"
 
 namespace tallwick::engine {
 
@@ -50,7 +51,7 @@ struct JournalFileChange {
 
 class Journal {
  public:
-  static constexpr std::string_view kFileName = "ESCROW_UNITS.JNL";
+  static constexpr std::string_view kFileName = kJournalFileName;
 
   Journal(const EngineSetup& setup, std::string folder) : setup_(setup), folder_(std::move(folder)) {}
   ~Journal();
@@ -86,6 +87,12 @@ class Journal {
   // them.
   bool HasUnapplied() const { return unapplied_; }
 
+  // Looks without changing anything. `waiting` gets the number of units for kWaiting.
+  JournalState Examine(std::uint64_t* waiting);
+  // Takes a foreign or damaged journal out of the way under another name in the folder, after bringing to the
+  // tables what waits in it whole. kErrorOpenRefused while another workstation has it open.
+  int SetAside(std::string_view name);
+
   const std::string& Folder() const { return folder_; }
 
  private:
@@ -94,6 +101,9 @@ class Journal {
     std::int64_t position = 0;
     std::uint64_t number = 0;
   };
+
+  static constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
+  static constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
 
   int OpenFile();
   int TakeWriterLock(bool wait);
@@ -117,6 +127,9 @@ class Journal {
   int WriteMarks(const Mark* first, const Mark& applied);
   // Reads the entry at a mark and moves the mark behind it; false at the end or at a torn entry.
   bool ReadEntry(Mark* mark, std::vector<std::uint8_t>* payload);
+  // True where nothing was ever written: whoever made the file died before its head was there.
+  bool IsBlank();
+  JournalState ExamineOpen(std::uint64_t* waiting);
   bool HasEntryAt(const Mark& mark);
   int GrowTo(std::int64_t size);
   // Flushes every file the journal names and empties it.

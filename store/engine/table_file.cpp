@@ -122,6 +122,7 @@ int TableFile::Adopt(std::unique_ptr<TableFile> fresh) {
   settled_count_ = 0;
   record_owners_.clear();
   whole_owner_ = nullptr;
+  notes_.DropAll();
   memo_.reset();
   const int rc = ReopenIndex();
   return rc == kSuccess ? OpenMemo() : rc;
@@ -255,6 +256,7 @@ void TableFile::UnlockRecord(const void* owner, std::uint32_t record) {
   if (held == record_owners_.end() || held->second != owner) return;
   data_->Raw().Unlock(RecordLockAt(record), header_.has_index ? 1 : header_.record_length);
   record_owners_.erase(held);
+  notes_.Drop(record);
 }
 
 void TableFile::UnlockAll(const void* owner) {
@@ -262,6 +264,7 @@ void TableFile::UnlockAll(const void* owner) {
     const std::int64_t at = header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
     data_->Raw().Unlock(at, header_.has_index ? kIndexedWholeLength : kPlainWholeLength);
     whole_owner_ = nullptr;
+    notes_.DropAll();
   }
   for (auto held = record_owners_.begin(); held != record_owners_.end();) {
     const std::uint32_t record = held->first;

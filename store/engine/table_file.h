@@ -18,6 +18,7 @@
 #include "store/engine/codebase.h"
 #include "store/engine/index_file.h"
 #include "store/engine/journal.h"
+#include "store/engine/lock_notes.h"
 #include "store/engine/memo_file.h"
 #include "store/engine/staged_file.h"
 #include "store/engine/table_header.h"
@@ -82,6 +83,11 @@ class TableFile {
   bool Owns(const void* owner, std::uint32_t record) const;
   void UnlockRecord(const void* owner, std::uint32_t record);
   void UnlockAll(const void* owner);
+  // Says in the folder's notes that this workstation has locked a record (0 = the whole table) until further
+  // notice; the note goes with the lock.
+  void NoteLock(std::uint32_t record) { notes_.Note(record); }
+  // Who has noted such a lock; "" where that is not known.
+  std::string LockHolder(std::uint32_t record) { return notes_.Holder(record); }
   // What an owner holds becomes the table's own, until the unit ends.
   void TakeOverLocks(const void* owner);
   // The header lock; held until the unit of work ends.
@@ -102,8 +108,8 @@ class TableFile {
       false;  // its files were replaced and could not be opened again: nothing may be written any more
 
  private:
-  TableFile(const EngineSetup& setup, std::string path, Access access)
-      : setup_(setup), path_(std::move(path)), access_(access) {}
+  TableFile(const EngineSetup& setup, const std::string& path, Access access)
+      : setup_(setup), path_(path), access_(access), notes_(setup, path) {}
   int OpenData();
   int OpenIndex();
   int OpenMemo();
@@ -127,6 +133,7 @@ class TableFile {
   std::unique_ptr<MemoFile> memo_;
   std::map<std::uint32_t, const void*> record_owners_;
   const void* whole_owner_ = nullptr;
+  LockNotes notes_;
   bool append_locked_ = false;
   Journal* journal_ = nullptr;
   std::uint32_t settled_count_ = 0;  // records known to be in the file for good

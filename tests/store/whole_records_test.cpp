@@ -129,7 +129,7 @@ TEST(WholeRecords, AUnitBetweenTwoHalvesOfAReadIsSeenWholeOrNotAtAll) {
   } kWalks[] = {{nullptr, false}, {nullptr, true}, {"NUMBER", false}, {"NUMBER", true}};
   MemoryFiles disk;
   Pairs writer(disk, "/data");
-  writer.Make(1200);  // more than a block of those read ahead
+  writer.Make(600);  // more than a block of those read ahead
   for (const auto& walk : kWalks) {
     CutFiles cut(disk);
     Pairs reader(cut, "/data");
@@ -138,7 +138,7 @@ TEST(WholeRecords, AUnitBetweenTwoHalvesOfAReadIsSeenWholeOrNotAtAll) {
     int units = 0;
     bool busy = false;
     cut.between = [&] {
-      if (busy || ++reads % 7 != 1 || units == 12) return;
+      if (busy || ++reads % 7 != 1 || units == 6) return;
       busy = true;
       ++units;
       EXPECT_EQ(writer.ChangeAll(std::to_string(units), units % 3 == 0), kSuccess);
@@ -181,14 +181,14 @@ TEST(WholeRecords, AWalkBesideAWritingProcess) {
   const std::string path = folder.Platform();
   {
     Pairs maker(SystemFiles(), path, &SystemClock());
-    maker.Make(1500);
+    maker.Make(600);
   }
   const pid_t child = fork();
   if (child == 0) {
     Pairs writer(SystemFiles(), path, &SystemClock());
     writer.data = d4open(*writer.code, writer.path);
     int rc = writer.data == nullptr ? 1 : 0;
-    for (int i = 1; i <= 150 && rc == kSuccess; ++i) rc = writer.ChangeAll(std::to_string(i % 10), false);
+    for (int i = 1; i <= 60 && rc == kSuccess; ++i) rc = writer.ChangeAll(std::to_string(i % 10), false);
     SystemFiles().Open(path + "/stop", OpenMode::kCreate, &rc);
     _exit(rc);
   }
