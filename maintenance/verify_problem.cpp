@@ -9,7 +9,9 @@ namespace {
 
 struct Describe {
   std::string operator()(std::monostate) const { return {}; }
-  std::string operator()(const CorrectCount&) const { return "sets the record count to what the file holds"; }
+  std::string operator()(const CorrectCount&) const {
+    return "sets the record count to what the file holds; look its last records over";
+  }
   std::string operator()(const RebuildIndex&) const { return "builds the index anew from the records"; }
   std::string operator()(const AddXref& add) const {
     return "adds the cross-reference " + Quoted(add.xref.kind + " " + std::string(Trim(add.xref.reference))) +
