@@ -131,8 +131,9 @@ class Mender {
     MendInUnit(problems, [](const CompanyProblem& problem) {
       return std::holds_alternative<RaiseVoucherCounter>(problem.remedy);
     });
-    for (auto& [code, bank] : company_.by_bank) {
-      const std::string name = bank->deposit_xrefs.Name();
+    for (const auto& bank : company_.by_bank) {
+      const std::string& code = bank.first;
+      const std::string name = bank.second->deposit_xrefs.Name();
       MendInUnit(problems, [&](const CompanyProblem& problem) {
         const auto* add = std::get_if<AddDepositXref>(&problem.remedy);
         return add != nullptr ? add->bank_code == code : IsDropFrom(problem, name);

@@ -402,6 +402,9 @@ bool Journal::HasEntryAt(const Mark& mark) {
 bool Journal::HasOrphans() {
   Mark first;
   Mark applied;
+  bool under_way = false;
+  if (file_ && !writing_) ReadProgress(&under_way);
+  if (under_way) return true;
   if (writing_ || !file_ || !ReadMarks(&first, &applied) || !HasEntryAt(applied)) return false;
   if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;  // its writer is at work
   file_->Unlock(kWriterAt, 1);
@@ -465,40 +468,43 @@ bool Journal::WasQuiet(int* rc) {
 
 int Journal::ApplyFrom(Mark mark) {
   std::vector<std::uint8_t> payload;
-  const std::uint64_t before = mark.number;
-  while (ReadEntry(&mark, &payload)) {
-    // Readers see the whole run as one unit: the mark moves when all of it is done.
-    int rc = mark.number == before + 1 ? WriteBegun(before) : static_cast<int>(kSuccess);
-    if (rc == kSuccess) rc = ApplyEntry(payload);
+  for (std::uint64_t number = mark.number; ReadEntry(&mark, &payload); number = mark.number) {
+    int rc = ApplyEntry(payload, number);
+    if (rc == kSuccess) rc = WriteMarks(nullptr, mark);
     if (rc != kSuccess) return rc;
   }
   end_ = mark;
-  return mark.number == before ? static_cast<int>(kSuccess) : WriteMarks(nullptr, mark);
+  return kSuccess;
 }
 
-int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
-  std::vector<JournalFileChange> changes;
-  if (!ParsePayload(payload, &changes)) return kErrorJournal;
-  for (auto& change : changes) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(change.name), OpenMode::kReadWrite, &rc);
-    if (!file) {
-      // A table that was deleted since needs nothing any more.
-      if (!setup_.files.Exists(PathOf(change.name))) continue;
-      return rc;
-    }
-    if (IsIndexName(change.name)) {
-      for (int tries = 0; (rc = file->Lock(kIndexLockAt, 1, LockKind::kExclusive)) == kLocked; ++tries) {
-        if (tries == kWriterTries) return kLocked;
-        setup_.clock.Sleep(kWriterWaitMs);
-      }
-    }
-    for (const auto& extent : change.extents) {
-      if (rc == kSuccess) rc = file->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
-    }
-    if (rc != kSuccess) return rc;
+int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
+  int rc = kSuccess;
+  *file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
+  // A table that was deleted since needs nothing any more.
+  if (!*file) return setup_.files.Exists(PathOf(name)) ? rc : static_cast<int>(kSuccess);
+  for (int tries = 0; IsIndexName(name); ++tries) {
+    rc = (*file)->Lock(kIndexLockAt, 1, LockKind::kExclusive);
+    if (rc != kLocked || tries == kWriterTries) return rc;
+    setup_.clock.Sleep(kWriterWaitMs);
   }
   return kSuccess;
+}
+
+int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t number) {
+  std::vector<JournalFileChange> changes;
+  if (!ParsePayload(payload, &changes)) return kErrorJournal;
+  std::vector<std::unique_ptr<File>> files(changes.size());
+  int rc = kSuccess;
+  for (std::size_t i = 0; i < changes.size() && rc == kSuccess; ++i)
+    rc = OpenToApply(changes[i].name, &files[i]);
+  // Only with every index lock in hand: a reader that holds one waits for a unit that has begun.
+  if (rc == kSuccess) rc = WriteBegun(number);
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    if (!files[i]) continue;
+    for (const auto& extent : changes[i].extents)
+      if (rc == kSuccess) rc = files[i]->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
+  }
+  return rc;
 }
 
 int Journal::Checkpoint() {

@@ -64,7 +64,8 @@ class Journal {
   // Finishes what a dead writer left behind; nothing while a live writer is at work. Cheap when there is
   // nothing.
   int Recover();
-  // True when flushed entries wait that no live writer will apply.
+  // True when flushed entries wait that no live writer will apply, or one is just being applied: then a
+  // reader must not keep an index lock, for whoever applies may want it.
   bool HasOrphans();
   // For readers without a lock: true when no other workstation has brought a unit to the tables, nor begun
   // to, since the last call that gave true; so what was read in between is of one moment. Waits until a unit
@@ -120,7 +121,9 @@ class Journal {
   std::uint64_t ReadProgress(bool* under_way);
   int AwaitUnit();
   int ApplyFrom(Mark mark);
-  int ApplyEntry(std::span<const std::uint8_t> payload);
+  int ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t number);
+  // An index with its lock. Null and kSuccess for a file that is gone.
+  int OpenToApply(const std::string& name, std::unique_ptr<File>* file);
   int Apply(const std::vector<JournalFileChange>& changes);
   // Both marks of the header; false when it is no journal's.
   bool ReadMarks(Mark* first, Mark* applied);

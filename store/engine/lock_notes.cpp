@@ -21,6 +21,10 @@ std::string_view TakeLine(std::string_view* text) {
   return line;
 }
 
+std::string Shown(std::string_view computer, std::string_view process) {
+  return std::string(computer) + " (process " + std::string(process) + ")";
+}
+
 }  // namespace
 
 LockNotes::LockNotes(const EngineSetup& setup, const std::string& table)
@@ -82,9 +86,8 @@ std::string LockNotes::Holder(std::uint32_t record) {
                                  [&](const auto& slot) { return kSlotLockAt + slot.second == lock; });
     const bool live = own || file_->Lock(lock, 1, LockKind::kShared) == kLocked;
     if (!live) file_->Unlock(lock, 1);
-    const std::string computer(TakeLine(&text));
-    const std::string process(TakeLine(&text));
-    if (live && !computer.empty()) return computer + " (process " + process + ")";
+    const std::string_view computer = TakeLine(&text);
+    if (live && !computer.empty()) return Shown(computer, TakeLine(&text));
   }
   return {};
 }

@@ -27,6 +27,10 @@ class Mend : public ::testing::Test {
       ASSERT_EQ(bank.checks.Add(check), 0);
       ASSERT_EQ(Xrefs().Add(CheckXref("24-1", "FNB", number)), 0);
     }
+    AddDeposit(bank);
+  }
+  // Two items of two files, with their references.
+  void AddDeposit(BankTables& bank) {
     DepositRecord deposit;
     deposit.dated = "20240315";
     deposit.sequence = "1";
@@ -59,11 +63,13 @@ class Mend : public ::testing::Test {
   }
   static std::vector<std::string> Steps(const MendReport& report) {
     std::vector<std::string> steps;
+    steps.reserve(report.steps.size());
     for (const MendStep& step : report.steps) steps.push_back(step.table + ": " + step.text);
     return steps;
   }
   static std::vector<std::string> Texts(const std::vector<CompanyProblem>& problems) {
     std::vector<std::string> texts;
+    texts.reserve(problems.size());
     for (const CompanyProblem& problem : problems) texts.push_back(problem.table + ": " + problem.text);
     return texts;
   }

@@ -38,22 +38,22 @@ struct Bytes {
 class Damage : public ::testing::Test {
  protected:
   static void SetUpTestSuite() {
-    Company company(sound_);
+    Company company(sound);
     company.Make();
     code4unitBegin(*company.code);
     for (int i = 1; i <= 400; ++i) company.AddCheck(PadLeft(std::to_string(i), 12), "24-1");
     code4unitCommit(*company.code);
     for (const auto& tag : company.checks->tags) {
-      if (tag->tag->name == "CHXNUMBER") whole_.number_head = tag->tag->header_offset;
-      if (tag->tag->name == "CHXPAYEE") whole_.payee_head = tag->tag->header_offset;
+      if (tag->tag->name == "CHXNUMBER") whole.number_head = tag->tag->header_offset;
+      if (tag->tag->name == "CHXPAYEE") whole.payee_head = tag->tag->header_offset;
     }
     d4close(company.checks);
-    whole_.index = sound_.Get(std::string(kIndex));
-    whole_.data = sound_.Get(std::string(kData));
+    whole.index = sound.Get(std::string(kIndex));
+    whole.data = sound.Get(std::string(kData));
   }
   // Everything that is said of the table, line by line.
   static std::vector<TableProblem> Examine(const Bytes& bytes) {
-    const auto disk = sound_.Clone();
+    const auto disk = sound.Clone();
     disk->Put(std::string(kIndex), bytes.index);
     disk->Put(std::string(kData), bytes.data);
     Company company(*disk);
@@ -63,8 +63,8 @@ class Damage : public ::testing::Test {
     return problems;
   }
 
-  static inline MemoryFiles sound_{std::int64_t{1} << 30};
-  static inline Bytes whole_;
+  static inline MemoryFiles sound{std::int64_t{1} << 30};
+  static inline Bytes whole;
 };
 
 TEST_F(Damage, IsNamedByWhatItIs) {
@@ -100,9 +100,9 @@ TEST_F(Damage, IsNamedByWhatItIs) {
       {"shares blocks with the memo of record 6", ProblemKind::kMemo,
        [](Bytes& b) { b.data.replace(b.Record(7) + 99, 10, b.data.substr(b.Record(6) + 99, 10)); }},
   };
-  EXPECT_TRUE(Examine(whole_).empty());
+  EXPECT_TRUE(Examine(whole).empty());
   for (const auto& harm : kHarms) {
-    Bytes bytes = whole_;
+    Bytes bytes = whole;
     harm.harm(bytes);
     std::string said;
     bool found = false;
@@ -115,7 +115,7 @@ TEST_F(Damage, IsNamedByWhatItIs) {
 }
 
 TEST_F(Damage, ToManyRecordsIsCutShortAndCounted) {
-  Bytes bytes = whole_;
+  Bytes bytes = whole;
   for (std::size_t record = 1; record <= 400; ++record) bytes.data[bytes.Record(record)] = '*';
   const std::vector<TableProblem> problems = Examine(bytes);
   ASSERT_EQ(problems.size(), 1001U);
