@@ -5,6 +5,7 @@
 #include "shell/bank_select.h"
 #include "shell/company_tables.h"
 #include "shell/start_up.h"
+#include "tables/bank_table.h"
 
 namespace tallwick::cli {
 
@@ -39,6 +40,17 @@ Session* Office::Refused(std::string_view why, int status) {
 bool Office::HasDataOption() {
   if (options_.data.empty()) Refused("This command needs --data DIR, the company's data folder", kWrongUsage);
   return !options_.data.empty();
+}
+
+std::optional<TableHome> Office::Tables() {
+  if (!HasDataOption()) return std::nullopt;
+  const std::string folder = CommandLineSuite(options_, files_).DataPath();
+  if (!files_.FileExists(folder + std::string(kBankLayout.name) + ".DBF")) {
+    Refused("There is no company in " + options_.data, kNoTables);
+    return std::nullopt;
+  }
+  clsKVRData* store = Store();
+  return store == nullptr ? std::nullopt : std::optional(TableHome{*store, files_, boxes_, folder});
 }
 
 bool Office::MakeDataFolder() {

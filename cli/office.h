@@ -15,6 +15,7 @@
 #include "core/form.h"
 #include "shell/session.h"
 #include "store/clsKVRData.h"
+#include "tables/table_base.h"
 
 namespace tallwick::cli {
 
@@ -31,6 +32,9 @@ class Office {
 
   // A started engine without a company, for single tables. Null after a message.
   clsKVRData* Store();
+  // The tables of --data without starting the company, for work on damaged ones. Nullopt after a message
+  // where there is no company.
+  std::optional<TableHome> Tables();
   // Makes the folder of --data where it is missing, for a company that begins. False after a message.
   bool MakeDataFolder();
   // The company of --data, started as the desktop starts it. Null after a message; Status() then says with

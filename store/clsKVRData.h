@@ -34,6 +34,7 @@
 #include "store/engine/codebase.h"
 #include "store/engine/codes.h"
 #include "store/engine/expression.h"
+#include "store/engine/journal_state.h"
 #include "store/engine/verify.h"
 
 namespace tallwick {
@@ -127,6 +128,9 @@ class clsKVRData {
   bool CheckDatabaseHeader(DataHandle data);
   // Asks, then corrects the record count in the header. 0 when it did.
   int FixDatabaseHeader(std::string_view name);
+  // The same correction without a question, for mending: 0, kErrorDataHeader, or kErrorOpenRefused while
+  // somebody has the table open.
+  int CorrectRecordCount(std::string_view name);
   bool CheckRecordCount(DataHandle data);  // the same test as the engine makes it, without a message
   int CloseDatabase(DataHandle data);
   int CloseAllDatabases();
@@ -145,6 +149,10 @@ class clsKVRData {
   // Makes the index of a closed table anew, whatever state the old one is in; needs exclusive access.
   int RebuildIndex(std::string_view name, std::span<const TagLayout> tags,
                    const engine::Progress& progress = {});
+  // Looks at the journal of a folder without changing anything; `waiting` gets the units for kWaiting.
+  engine::JournalState ExamineJournal(std::string_view folder, std::uint64_t* waiting) const;
+  // Renames a journal that cannot be used. 0, or kErrorOpenRefused while anybody has the folder open.
+  int SetJournalAside(std::string_view folder, std::string_view name);
   bool IsDatabaseOpen(DataHandle data) const { return Find(data) != nullptr; }
   std::string DatabaseName(DataHandle data) const;  // full path as a person is shown it; "" when not open
   bool HasIndex(DataHandle data) const;

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "store/clsKVRData.h"
+#include "store/engine/file_swap.h"
 
 namespace tallwick {
 
@@ -94,6 +95,16 @@ bool clsKVRData::CheckRecordCount(DataHandle data) {
   OpenTable* table = Find(data);
   if (!table) return NotOpen(), false;
   return Finish(engine::d4headerCheck(*table->data)) == engine::kSuccess;
+}
+
+int clsKVRData::CorrectRecordCount(std::string_view name) {
+  int code = engine::kSuccess;
+  const std::unique_ptr<engine::File> file =
+      ports_.files.Open(TableFile(name), engine::OpenMode::kReadWrite, &code);
+  if (!file) return Finish(code);
+  if (file->Lock(engine::kTablePresenceAt, 1, engine::LockKind::kExclusive) != engine::kSuccess)
+    return Finish(engine::kErrorOpenRefused);
+  return Finish(Repair(*file) ? engine::kSuccess : engine::kErrorDataHeader);
 }
 
 int clsKVRData::FixDatabaseHeader(std::string_view name) {

@@ -2,6 +2,7 @@
 
 #include "core/text.h"
 #include "store/clsKVRData.h"
+#include "store/engine/journal.h"
 
 namespace tallwick {
 
@@ -186,6 +187,19 @@ int clsKVRData::VerifyDatabase(DataHandle data, std::vector<engine::TableProblem
 int clsKVRData::RebuildIndex(std::string_view name, std::span<const TagLayout> tags,
                              const engine::Progress& progress) {
   return engine_ ? Finish(engine::d4rebuildIndex(*engine_, AdjustDBName(name), tags, progress)) : NotOpen();
+}
+
+// --- The journal of a folder ---
+
+engine::JournalState clsKVRData::ExamineJournal(std::string_view folder, std::uint64_t* waiting) const {
+  const engine::EngineSetup setup{ports_.clock, ports_.workstation, ports_.file_system, ports_.files};
+  return engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).Examine(waiting);
+}
+
+int clsKVRData::SetJournalAside(std::string_view folder, std::string_view name) {
+  const engine::EngineSetup setup{ports_.clock, ports_.workstation, ports_.file_system, ports_.files};
+  return Finish(
+      engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).SetAside(name));
 }
 
 std::string clsKVRData::DatabaseName(DataHandle data) const {

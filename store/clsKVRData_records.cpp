@@ -79,6 +79,8 @@ void clsKVRData::ReportUpdateFailure(DataHandle data, int code) {
   const OpenTable* table = Find(data);
   std::string text =
       "Error: " + std::to_string(code) + "\r\n\r\nDatabase: " + DatabaseName(data) + "\r\n\r\n";
+  const std::string holder = code == engine::kLocked ? engine::code4lockUserId(*engine_) : std::string();
+  if (!holder.empty()) text += "In use by " + holder + "\r\n\r\n";
   for (const engine::Tag4* tag : table->tags) {
     int unique = engine::t4unique(*tag);
     if (unique != engine::kUnique && unique != engine::kUniqueContinue) continue;
@@ -106,8 +108,11 @@ bool clsKVRData::LockTheRecord(DataHandle data, bool no_prompt) {
     int code = Finish(engine::d4lockVB(*table->data, record));
     if (code == engine::kSuccess) return true;
     if (code != engine::kLocked || no_prompt) return false;
-    BoxAnswer answer = ports_.boxes.Show({BoxIcon::kExclamation, "Locked Record", "Information in use...",
-                                          BoxButtons::kRetryCancel, BoxAnswer::kRetry});
+    const std::string holder = engine::code4lockUserId(*engine_);
+    BoxAnswer answer =
+        ports_.boxes.Show({BoxIcon::kExclamation, "Locked Record",
+                           "Information in use..." + (holder.empty() ? "" : "\r\rIn use by " + holder),
+                           BoxButtons::kRetryCancel, BoxAnswer::kRetry});
     if (answer != BoxAnswer::kRetry) return false;
     Finish(engine::d4refreshRecord(*table->data));
   }

@@ -4,8 +4,9 @@
 #include "cli/commands/open_table.h"
 #include "cli/field_values.h"
 #include "cli/json_values.h"
-#include "cli/verify/table_verifier.h"
+#include "cli/problems.h"
 #include "core/text.h"
+#include "maintenance/verify_table.h"
 
 namespace tallwick::cli {
 

@@ -1,21 +1,52 @@
-// verify: the whole company, table by table and reference by reference.
+// verify and mend: the whole company, table by table and reference by reference, whatever state it is in.
 #include "cli/commands/command.h"
-#include "cli/verify/company_verifier.h"
+#include "cli/problems.h"
+#include "maintenance/mend_company.h"
+#include "maintenance/verify_company.h"
 
 namespace tallwick::cli {
 
 namespace {
 
 int Verify(Office& office) {
-  Session* session = office.Open();
-  if (session == nullptr) return office.Status();
-  return ReportProblems(VerifyCompany(*session), office.Out());
+  const std::optional<TableHome> home = office.Tables();
+  return home ? ReportProblems(VerifyCompany(*home), office.Out()) : office.Status();
+}
+
+struct MendArguments {
+  bool dry_run = false;
+};
+
+int Mend(Office& office, const MendArguments& arguments) {
+  const std::optional<TableHome> home = office.Tables();
+  if (!home) return office.Status();
+  Output& out = office.Out();
+  const MendReport report = arguments.dry_run ? PlanMending(*home) : MendCompany(*home);
+  if (!report.refusal.empty()) {
+    out.Fail(report.refusal);
+    return kRefused;
+  }
+  out.Set("dryRun", arguments.dry_run);
+  if (!report.steps.empty()) out.Line(arguments.dry_run ? "To be done:" : "Done:");
+  out.StartList("steps");
+  for (const MendStep& step : report.steps)
+    out.Item({{"table", step.table}, {"record", step.record}, {"step", step.text}},
+             "  " + Place(step.table, step.record) + ": " + step.text);
+  out.EndList();
+  if (!report.remains.empty()) out.Line("Left as it is:");
+  return ReportProblems(report.remains, out);
 }
 
 }  // namespace
 
 void AddVerifyCommand(CLI::App& app, Action& chosen) {
-  Choose(app.add_subcommand("verify", "The whole company: tags, cross-references, counters"), chosen, Verify);
+  Choose(app.add_subcommand("verify", "The whole company: journal, tags, cross-references, counters"), chosen,
+         Verify);
+  auto arguments = std::make_shared<MendArguments>();
+  CLI::App* mend =
+      app.add_subcommand("mend", "Rebuilds what verify found and the tables themselves can tell");
+  mend->add_flag("--dry-run", arguments->dry_run, "Only say what would be done");
+  Choose(mend, chosen, arguments, Mend);
 }
 
 }  // namespace tallwick::cli

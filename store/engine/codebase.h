@@ -84,7 +84,9 @@ void code4dateFormatSet(Code4& code, std::string_view format);
 void code4largeOn(Code4& code);                         // tables may pass 2 GiB
 int code4unlock(Code4& code);                           // releases every record and file lock of every handle
 Data4* code4data(Code4& code, std::string_view alias);  // an open table by alias; nullptr when none
-// Who held the lock that the last kLocked was about; "" always, since the lock scheme does not tell.
+// Who held the lock that the last kLocked was about, as "FRONTDESK (process 4711)"; "" where that is not
+// known: the lock scheme does not tell, and only our own workstations leave notes, and only of locks that
+// stay.
 std::string code4lockUserId(Code4& code);
 
 // --- Units of work: what happens between begin and commit reaches the files together or not at all ---

@@ -221,7 +221,7 @@ std::string f4memoPtr(Field4& field) {
   if (field.info.type != 'M' || field.data->eof) return text;
   const std::uint32_t block = MemoBlock(field);
   if (block == 0) return text;
-  if (field.data->table.Memo() == nullptr || field.data->table.Memo()->Read(block, &text) != kSuccess) {
+  if (field.data->table.ReadMemo(block, &text) != kSuccess) {
     field.data->code.Fail(kErrorMemo);
   }
   return text;

@@ -16,6 +16,7 @@ constexpr std::size_t kCacheLimit = std::size_t{24} << 20;
 // A writer holds the lock for milliseconds; after this long something is wrong.
 constexpr int kLockTries = 2000;
 constexpr int kLockWaitMs = 5;
+constexpr int kEagerTries = 50;
 constexpr int kMaxTags = 255;
 constexpr std::size_t kPool = 512;
 // So many keys or more fill an empty tree page by page.
@@ -206,9 +207,10 @@ int IndexFile::LockShared() {
       if (const int rc = recover_(); rc != kSuccess) return rc;
     }
     if (const int rc = TakeLock(LockKind::kShared); rc != kSuccess) return rc;
-    // A writer that died between the two leaves work behind.
+    // A writer that died between the two leaves work behind, for which somebody will want the lock.
     if (!pending_ || tries == kLockTries || !pending_()) break;
     file_->Unlock(kIndexLockAt, 1);
+    if (tries >= kEagerTries) clock_.Sleep(kLockWaitMs);
   }
   shared_ = true;
   const int rc = Refresh();

@@ -27,10 +27,12 @@ TableFile* FindTable(Code4& code, const std::string& path) {
   return nullptr;
 }
 
-// Readers and writers of an index first finish what a dead writer left in the folder's journal.
+// Readers see no unit half done; readers and writers of an index first finish what a dead writer left in the
+// folder's journal.
 void HookRecovery(Code4& code, TableFile& table) {
-  if (table.Index() == nullptr) return;
   Journal& journal = code.JournalOf(table.Folder());
+  table.Heed(&journal);
+  if (table.Index() == nullptr) return;
   table.Index()->SetRecovery([&journal] { return journal.Recover(); },
                              [&journal] { return journal.HasOrphans(); });
 }

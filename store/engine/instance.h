@@ -145,6 +145,13 @@ class Code4 {
 
   int Fail(int rc) {
     if (rc < 0) error = rc;
+    if (rc == kLocked) lock_user.clear();
+    return rc;
+  }
+  // The same for a lock on a record (0 = the whole table), whose holder may have left a note.
+  int FailLocked(int rc, TableFile& table, std::uint32_t record) {
+    Fail(rc);
+    if (rc == kLocked) lock_user = table.LockHolder(record);
     return rc;
   }
   Journal& JournalOf(const std::string& folder);

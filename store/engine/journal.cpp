@@ -3,30 +3,18 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <set>
 
 #include "store/engine/byte_order.h"
-#include "store/engine/index_file.h"
 
 namespace tallwick::engine {
 namespace {
 
-constexpr std::string_view kMagic = "TWKJRNL1";
 // From so many bytes behind the files' ends on, writing them once is worth the note's flush.
 constexpr std::int64_t kAheadBytes = std::int64_t{1} << 20;
-constexpr std::int64_t kHeaderBytes = 96;
-constexpr std::int64_t kBootAt = 32;
-constexpr std::size_t kBootBytes = 64;
+constexpr std::size_t kBootBytes = 56;
 constexpr std::string_view kSeveralMachines = "-";
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
-constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
-constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
-constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
-constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
-// Posts last milliseconds; a writer that waits longer than this gives up.
-constexpr int kWriterTries = 2000;
-constexpr int kWriterWaitMs = 2;
 
 // The parts of the changes behind the ends of their files, and in *rest all the others.
 std::vector<JournalFileChange> SplitTails(const std::vector<JournalFileChange>& changes,
@@ -69,20 +57,6 @@ int NoteLengths(const std::vector<JournalFileChange>& tails, std::vector<Journal
     lengths->push_back(std::move(file));
   }
   return kSuccess;
-}
-
-// Back to its length, unless the file has become another one since.
-int CutFile(File& file, const JournalLength& before) {
-  auto start = before.start;
-  if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
-  if (start != before.start || file.Size() <= before.length) return kSuccess;
-  const int rc = file.Truncate(before.length);
-  return rc == kSuccess ? file.Flush() : rc;
-}
-
-bool IsIndexName(std::string_view name) {
-  return name.size() > 4 &&
-         (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
 }
 
 }  // namespace
@@ -145,7 +119,11 @@ int Journal::FinishAsOnly(bool all) {
   // entry.
   if (ReadMarks(&first, &applied)) {
     rc = ApplyFrom(all ? first : applied);
+    // A broken chain cannot be done again: what it has lost must not be forgotten.
+    if (rc == kSuccess && end_.number < applied.number) rc = kErrorJournal;
     if (rc == kSuccess) rc = Checkpoint();
+  } else if (!IsBlank()) {
+    rc = kErrorJournal;
   }
   if (rc == kSuccess) rc = file_->Truncate(0);
   file_->Unlock(kWriterAt, 1);
@@ -184,7 +162,7 @@ int Journal::BeginWriting() {
   size_ = file_->Size();
   int rc = size_ < 0 ? static_cast<int>(kErrorJournal) : static_cast<int>(kSuccess);
   if (rc == kSuccess && !ReadMarks(&first, &applied)) {
-    rc = WriteMarks(&first, applied);
+    rc = IsBlank() ? WriteMarks(&first, applied) : static_cast<int>(kErrorJournal);
     if (rc == kSuccess) rc = WriteBoot();
     size_ = std::max(size_, kHeaderBytes);
   } else if (rc == kSuccess && MayHaveLostPower()) {
@@ -225,7 +203,7 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
   }
   std::vector<JournalFileChange> rest;
   const std::vector<JournalFileChange> tails = SplitTails(changes, &rest);
-  if (TotalBytes(tails) < kAheadBytes) return CommitEntry(changes);
+  if (TotalBytes(tails) < kAheadBytes) return CommitEntry(changes, end_.number);
 
   const Mark note_at = end_;
   std::vector<JournalLength> lengths;
@@ -233,18 +211,19 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
   if (rc == kSuccess) rc = Append(BuildNote(end_.number, lengths));
   if (rc != kSuccess) return rc;
   rc = WriteTails(tails);
-  if (rc == kSuccess) rc = CommitEntry(rest);
+  if (rc == kSuccess) rc = CommitEntry(rest, note_at.number);
   // What cannot be cut back now is cut back by whoever writes next, before anything else.
   if (rc != kSuccess) CutBack(note_at, lengths);
   return rc;
 }
 
-int Journal::CommitEntry(const std::vector<JournalFileChange>& changes) {
+int Journal::CommitEntry(const std::vector<JournalFileChange>& changes, std::uint64_t unit) {
   const std::vector<std::uint8_t> entry = BuildEntry(end_.number, changes);
   if (static_cast<std::int64_t>(entry.size()) > kMaxPayload) return kErrorTooLarge;
   if (const int rc = Append(entry); rc != kSuccess) return rc;
   // From here on the unit stands: whoever comes to an entry that was not applied applies it.
-  unapplied_ = Apply(changes) != kSuccess || WriteMarks(nullptr, end_) != kSuccess;
+  unapplied_ =
+      WriteBegun(unit) != kSuccess || Apply(changes) != kSuccess || WriteMarks(nullptr, end_) != kSuccess;
   return kSuccess;
 }
 
@@ -300,6 +279,12 @@ int Journal::Apply(const std::vector<JournalFileChange>& changes) {
   return kSuccess;
 }
 
+int Journal::WriteBegun(std::uint64_t unit) {
+  std::array<std::uint8_t, 8> bytes{};
+  Store64(bytes.data(), unit);
+  return file_->WriteAt(kBegunAt, bytes.data(), bytes.size());
+}
+
 int Journal::WriteMarks(const Mark* first, const Mark& applied) {
   std::array<std::uint8_t, kHeaderBytes> header{};
   std::memcpy(header.data(), kMagic.data(), kMagic.size());
@@ -308,163 +293,6 @@ int Journal::WriteMarks(const Mark* first, const Mark& applied) {
   if (first == nullptr) return file_->WriteAt(8, &header[8], 16);
   Store64(&header[24], first->number);
   return file_->WriteAt(0, header.data(), kBootAt);
-}
-
-// --- Recovery ---
-
-bool Journal::ReadMarks(Mark* first, Mark* applied) {
-  std::array<std::uint8_t, 32> header{};
-  if (file_->ReadAt(0, header.data(), header.size()) != static_cast<std::int64_t>(header.size()))
-    return false;
-  if (std::memcmp(header.data(), kMagic.data(), kMagic.size()) != 0) return false;
-  const std::uint64_t position = Load64(&header[8]);
-  if (position < kHeaderBytes || position > (std::uint64_t{1} << 40)) return false;
-  *applied = Mark{static_cast<std::int64_t>(position), Load64(&header[16])};
-  *first = Mark{kHeaderBytes, Load64(&header[24])};
-  return true;
-}
-
-bool Journal::ReadEntry(Mark* mark, Entry* entry) {
-  JournalHead head;
-  if (!ReadHead(*mark, &head) || head.payload_bytes > static_cast<std::uint64_t>(kMaxPayload)) return false;
-  const std::int64_t start = mark->position + kEntryHead;
-  const auto length = static_cast<std::int64_t>(head.payload_bytes);
-  if (start + length > file_->Size()) return false;
-  entry->is_note = head.is_note;
-  entry->payload.resize(head.payload_bytes);
-  if (file_->ReadAt(start, entry->payload.data(), head.payload_bytes) != length) return false;
-  if (EntryChecksum(head.number, entry->payload) != head.checksum) return false;
-  *mark = Mark{start + length, mark->number + 1};
-  return true;
-}
-
-bool Journal::ReadHead(const Mark& mark, JournalHead* head) {
-  std::array<std::uint8_t, kEntryHead> bytes{};
-  return file_->ReadAt(mark.position, bytes.data(), bytes.size()) == kEntryHead && head->Parse(bytes) &&
-         head->number == mark.number;
-}
-
-bool Journal::HasEntryAt(const Mark& mark) {
-  JournalHead head;
-  return ReadHead(mark, &head);
-}
-
-bool Journal::HasOrphans() {
-  Mark first;
-  Mark applied;
-  if (writing_ || !file_ || !ReadMarks(&first, &applied) || !HasEntryAt(applied)) return false;
-  if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;  // its writer is at work
-  file_->Unlock(kWriterAt, 1);
-  // An entry that is not whole was never flushed, and waits for no one.
-  Entry entry;
-  return ReadMarks(&first, &applied) && ReadEntry(&applied, &entry);
-}
-
-int Journal::Recover() {
-  if (writing_) return kSuccess;
-  if (const int rc = Attach(); rc != kSuccess || !file_) return rc;
-  Mark first;
-  Mark applied;
-  if (!ReadMarks(&first, &applied) || !HasEntryAt(applied)) return kSuccess;
-  int rc = TakeWriterLock(false);
-  if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
-  if (rc != kSuccess) return rc;
-  if (ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
-  file_->Unlock(kWriterAt, 1);
-  return rc;
-}
-
-int Journal::ApplyFrom(Mark mark) {
-  Entry entry;
-  const std::uint64_t before = mark.number;
-  Mark note_at;
-  std::vector<JournalLength> note;  // that no entry has followed yet
-  for (Mark place = mark; ReadEntry(&mark, &entry); place = mark) {
-    note.clear();
-    if (entry.is_note) {
-      note_at = place;
-      if (!ParseNote(entry.payload, &note)) return kErrorJournal;
-    } else if (const int rc = ApplyEntry(entry.payload); rc != kSuccess) {
-      return rc;
-    }
-  }
-  if (!note.empty()) {
-    if (const int rc = CutBack(note_at, note); rc != kSuccess) return rc;
-    mark = note_at;
-  }
-  end_ = mark;
-  return mark.number == before ? static_cast<int>(kSuccess) : WriteMarks(nullptr, mark);
-}
-
-int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
-  std::vector<JournalFileChange> changes;
-  if (!ParseEntry(payload, &changes)) return kErrorJournal;
-  for (auto& change : changes) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(change.name), OpenMode::kReadWrite, &rc);
-    if (!file) {
-      // A table that was deleted since needs nothing any more.
-      if (!setup_.files.Exists(PathOf(change.name))) continue;
-      return rc;
-    }
-    if (IsIndexName(change.name)) {
-      for (int tries = 0; (rc = file->Lock(kIndexLockAt, 1, LockKind::kExclusive)) == kLocked; ++tries) {
-        if (tries == kWriterTries) return kLocked;
-        setup_.clock.Sleep(kWriterWaitMs);
-      }
-    }
-    for (const auto& extent : change.extents) {
-      if (rc == kSuccess) rc = file->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
-    }
-    if (rc != kSuccess) return rc;
-  }
-  return kSuccess;
-}
-
-int Journal::CutBack(const Mark& note, const std::vector<JournalLength>& lengths) {
-  for (const JournalLength& before : lengths) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
-    if (!file && setup_.files.Exists(PathOf(before.name))) return rc;
-    rc = file ? CutFile(*file, before) : static_cast<int>(kSuccess);
-    if (rc != kSuccess) return rc;
-  }
-  const std::array<std::uint8_t, kEntryHead> none{};
-  const int rc = file_->WriteAt(note.position, none.data(), none.size());
-  if (rc == kSuccess) end_ = note;
-  return rc;
-}
-
-int Journal::Checkpoint() {
-  std::set<std::string> names;
-  Entry entry;
-  Mark mark;
-  Mark applied;
-  if (!ReadMarks(&mark, &applied)) return kErrorJournal;
-  if (const int rc = ApplyFrom(applied); rc != kSuccess) return rc;
-  while (ReadEntry(&mark, &entry)) {
-    if (entry.is_note) continue;  // the files it names are in the entry behind it
-    std::vector<JournalFileChange> changes;
-    if (!ParseEntry(entry.payload, &changes)) return kErrorJournal;
-    for (const auto& change : changes) names.insert(change.name);
-  }
-  for (const std::string& name : names) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
-    if (!file) {
-      if (!setup_.files.Exists(PathOf(name))) continue;
-      return rc;
-    }
-    if (rc = file->Flush(); rc != kSuccess) return rc;
-  }
-  // The numbers go on, so entries of before can never be taken for new ones.
-  end_ = Mark{kHeaderBytes, mark.number};
-  if (const int rc = WriteMarks(&end_, end_); rc != kSuccess) return rc;
-  if (file_->Size() > 2 * kCheckpointAt) {
-    if (const int rc = file_->Truncate(kCheckpointAt); rc != kSuccess) return rc;
-    size_ = kCheckpointAt;
-  }
-  return file_->Flush();
 }
 
 }  // namespace tallwick::engine

@@ -3,8 +3,9 @@
 // File ESCROW_UNITS.JNL beside the tables:
 //   header   96 bytes: 0 "TWKJRNL1", 8 (8 bytes) where the entries end that were applied to the tables,
 //            16 (8) the number that an entry there would have, 24 (8) the number of the first entry, behind
-//            the header, 32 (64) the boot id of the machine that wrote all entries, NUL padded ("-": several
-//            did)
+//            the header, 32 (56) the boot id of the machine that wrote all entries, NUL padded ("-": several
+//            did), 88 (8) the number with which the unit begins whose bytes were last begun to be brought to
+//            the tables: while it is that of 16, the tables are between two states
 //   entry    0 "TWKE", 4 (8) payload length, 12 (8) number of the entry, 20 (8) FNV-1a checksum of number and
 //            payload, 28 the payload: 2 count of files, and for each: 2 length of the name, the name (within
 //            the folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
@@ -40,12 +41,13 @@
 #include "store/engine/codebase.h"
 #include "store/engine/file.h"
 #include "store/engine/journal_entry.h"
+#include "store/engine/journal_state.h"
 
 namespace tallwick::engine {
 
 class Journal {
  public:
-  static constexpr std::string_view kFileName = "ESCROW_UNITS.JNL";
+  static constexpr std::string_view kFileName = kJournalFileName;
 
   Journal(const EngineSetup& setup, std::string folder) : setup_(setup), folder_(std::move(folder)) {}
   ~Journal();
@@ -58,8 +60,13 @@ class Journal {
   // Finishes what a dead writer left behind; nothing while a live writer is at work. Cheap when there is
   // nothing.
   int Recover();
-  // True when flushed entries wait that no live writer will apply.
+  // True when flushed entries wait that no live writer will apply, or one is just being applied: then a
+  // reader must not keep an index lock, for whoever applies may want it.
   bool HasOrphans();
+  // For readers without a lock: true when no other workstation has brought a unit to the tables, nor begun
+  // to, since the last call that gave true; so what was read in between is of one moment. Waits until a unit
+  // that has begun is done. *rc is kSuccess, or why the reader cannot go on.
+  bool WasQuiet(int* rc);
 
   // Takes the writer's lock (making the journal where it is missing), after recovering. kLocked when another
   // writer keeps it too long.
@@ -77,6 +84,12 @@ class Journal {
   // them.
   bool HasUnapplied() const { return unapplied_; }
 
+  // Looks without changing anything. `waiting` gets the number of units for kWaiting.
+  JournalState Examine(std::uint64_t* waiting);
+  // Takes a foreign or damaged journal out of the way under another name in the folder, after bringing to the
+  // tables what waits in it whole. kErrorOpenRefused while another workstation has it open.
+  int SetAside(std::string_view name);
+
   const std::string& Folder() const { return folder_; }
 
  private:
@@ -91,6 +104,18 @@ class Journal {
     std::vector<std::uint8_t> payload;
   };
 
+  static constexpr std::string_view kMagic = "TWKJRNL1";
+  static constexpr std::int64_t kHeaderBytes = 96;
+  static constexpr std::int64_t kBootAt = 32;
+  static constexpr std::int64_t kBegunAt = 88;
+  static constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
+  static constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
+  static constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
+  static constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
+  // Posts last milliseconds; a writer or reader that waits longer than this gives up.
+  static constexpr int kWriterTries = 2000;
+  static constexpr int kWriterWaitMs = 2;
+
   int OpenFile();
   int TakeWriterLock(bool wait);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
@@ -100,12 +125,20 @@ class Journal {
   // lost.
   bool MayHaveLostPower();
   int WriteBoot();
+  // Says to readers that the unit which begins with this number goes to the tables now.
+  int WriteBegun(std::uint64_t unit);
+  // The number of the next entry to apply, 0 in an empty journal; *under_way says that it has begun.
+  std::uint64_t ReadProgress(bool* under_way);
+  int AwaitUnit();
   int ApplyFrom(Mark mark);
-  int ApplyEntry(std::span<const std::uint8_t> payload);
+  int ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit);
+  // An index with its lock. Null and kSuccess for a file that is gone.
+  int OpenToApply(const std::string& name, std::unique_ptr<File>* file);
   int Apply(const std::vector<JournalFileChange>& changes);
   // Writes and flushes an entry at the end; when that fails nobody finds it.
   int Append(const std::vector<std::uint8_t>& entry);
-  int CommitEntry(const std::vector<JournalFileChange>& changes);
+  // `unit` is the number of the first entry of the unit, its note or itself.
+  int CommitEntry(const std::vector<JournalFileChange>& changes, std::uint64_t unit);
   // Brings what lies behind the files' ends to the files, under a note.
   int WriteTails(const std::vector<JournalFileChange>& tails);
   // Undoes what a note stands for, and the note.
@@ -115,6 +148,9 @@ class Journal {
   int WriteMarks(const Mark* first, const Mark& applied);
   // Reads the entry at a mark and moves the mark behind it; false at the end or at a torn entry.
   bool ReadEntry(Mark* mark, Entry* entry);
+  // True where nothing was ever written: whoever made the file died before its head was there.
+  bool IsBlank();
+  JournalState ExamineOpen(std::uint64_t* waiting);
   bool HasEntryAt(const Mark& mark);
   // False when no entry with the mark's number begins there.
   bool ReadHead(const Mark& mark, JournalHead* head);
@@ -130,6 +166,7 @@ class Journal {
   std::int64_t size_ = 0;  // of the file; known while writing
   bool writing_ = false;
   bool unapplied_ = false;
+  std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
 };
 
 }  // namespace tallwick::engine

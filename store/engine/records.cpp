@@ -263,9 +263,8 @@ int LoadRecord(Data4& data, std::uint32_t record) {
     if (bytes == nullptr) return rc;
     data.view = bytes;
   } else {
-    const std::int64_t count = data.table.RecordCount();
-    if (count < 0) return kErrorRead;
-    if (record == 0 || record > count) return kNoRecord;
+    int rc = kSuccess;
+    if (record == 0 || !data.table.Holds(record, &rc)) return rc == kSuccess ? int{kNoRecord} : rc;
     if (data.table.ReadRecords(record, 1, data.buffer.data()) != 1) return kErrorRead;
     data.SetView();
   }
@@ -297,7 +296,7 @@ int WriteChanges(Data4& data) {
   const bool held = data.table.Owns(&data, data.record);
   if (!held) {
     const int rc = data.table.LockRecord(&data, data.record, code.lock_attempts);
-    if (rc != kSuccess) return code.Fail(rc);
+    if (rc != kSuccess) return code.FailLocked(rc, data.table, data.record);
   }
   data.Own();
   // A change tried within a caller's unit is undone with it, also when it was refused and stands in the
@@ -401,11 +400,15 @@ int d4flush(Data4& data) {
 
 int d4lockVB(Data4& data, std::uint32_t record) {
   if (record == 0) return kSuccess;
-  return data.code.Fail(data.table.LockRecord(&data, record, data.code.lock_attempts));
+  const int rc = data.table.LockRecord(&data, record, data.code.lock_attempts);
+  if (rc == kSuccess) data.table.NoteLock(record);
+  return data.code.FailLocked(rc, data.table, record);
 }
 
 int d4lockFile(Data4& data) {
-  return data.code.Fail(data.table.LockWhole(&data, data.code.lock_attempts));
+  const int rc = data.table.LockWhole(&data, data.code.lock_attempts);
+  if (rc == kSuccess) data.table.NoteLock(0);
+  return data.code.FailLocked(rc, data.table, 0);
 }
 
 int d4unlock(Data4& data) {

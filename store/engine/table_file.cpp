@@ -17,6 +17,8 @@ constexpr std::int64_t kPlainWholeLength = 0x3FFFFFFD;
 constexpr int kOpenTries = 10;
 constexpr int kCountTries = 2000;
 constexpr int kCountWaitMs = 5;
+// A unit takes longer to write than a block to read, so even a second try is rare.
+constexpr int kReadTries = 1000;
 
 }  // namespace
 
@@ -117,8 +119,10 @@ int TableFile::ReopenIndex() {
 
 int TableFile::Adopt(std::unique_ptr<TableFile> fresh) {
   data_ = std::move(fresh->data_);
+  settled_count_ = 0;
   record_owners_.clear();
   whole_owner_ = nullptr;
+  notes_.DropAll();
   memo_.reset();
   const int rc = ReopenIndex();
   return rc == kSuccess ? OpenMemo() : rc;
@@ -148,8 +152,35 @@ std::int64_t TableFile::RecordCount() {
 
 std::int64_t TableFile::ReadRecords(std::uint32_t first, std::uint32_t count, std::uint8_t* buffer) {
   const std::size_t length = static_cast<std::size_t>(header_.record_length) * count;
-  const std::int64_t got = data_->ReadAt(RecordOffset(first), buffer, length);
+  const std::int64_t got =
+      ReadUndisturbed([&] { return data_->ReadAt(RecordOffset(first), buffer, length); });
   return got < 0 ? got : got / header_.record_length;
+}
+
+int TableFile::ReadMemo(std::uint32_t block, std::string* text) {
+  if (!memo_) return kErrorMemo;
+  return static_cast<int>(ReadUndisturbed([&] { return std::int64_t{memo_->Read(block, text)}; }));
+}
+
+template <class Reading>
+std::int64_t TableFile::ReadUndisturbed(Reading reading) {
+  for (int tries = 0; tries < kReadTries; ++tries) {
+    const std::int64_t result = reading();
+    int rc = kSuccess;
+    if (journal_ == nullptr || access_.exclusive || journal_->WasQuiet(&rc)) return result;
+    if (rc != kSuccess) return rc;
+  }
+  return kErrorRead;
+}
+
+bool TableFile::Holds(std::uint32_t record, int* rc) {
+  *rc = kSuccess;
+  if (record <= settled_count_) return record != 0;
+  const std::int64_t count = RecordCount();
+  if (count < 0) *rc = kErrorRead;
+  // What a unit has appended may still be taken back.
+  if (count > 0 && !data_->IsDirty()) settled_count_ = static_cast<std::uint32_t>(count);
+  return static_cast<std::int64_t>(record) <= count;
 }
 
 void TableFile::StageRecord(std::uint32_t record, std::span<const std::uint8_t> bytes) {
@@ -225,6 +256,7 @@ void TableFile::UnlockRecord(const void* owner, std::uint32_t record) {
   if (held == record_owners_.end() || held->second != owner) return;
   data_->Raw().Unlock(RecordLockAt(record), header_.has_index ? 1 : header_.record_length);
   record_owners_.erase(held);
+  notes_.Drop(record);
 }
 
 void TableFile::UnlockAll(const void* owner) {
@@ -232,6 +264,7 @@ void TableFile::UnlockAll(const void* owner) {
     const std::int64_t at = header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
     data_->Raw().Unlock(at, header_.has_index ? kIndexedWholeLength : kPlainWholeLength);
     whole_owner_ = nullptr;
+    notes_.DropAll();
   }
   for (auto held = record_owners_.begin(); held != record_owners_.end();) {
     const std::uint32_t record = held->first;

@@ -17,6 +17,8 @@
 
 #include "store/engine/codebase.h"
 #include "store/engine/index_file.h"
+#include "store/engine/journal.h"
+#include "store/engine/lock_notes.h"
 #include "store/engine/memo_file.h"
 #include "store/engine/staged_file.h"
 #include "store/engine/table_header.h"
@@ -59,8 +61,16 @@ class TableFile {
 
   // The record count of the header as it stands now, staged changes included; negative codes on failure.
   std::int64_t RecordCount();
-  // Reads `count` records from `first` on into `buffer`; the number read, which is less at the end.
+  // True when the table has the record, which it then keeps while it is open.
+  bool Holds(std::uint32_t record, int* rc);
+  // The folder's journal, which tells whether a unit was brought to the files while they were read. It must
+  // outlive the table. Without one, reads take what they find.
+  void Heed(Journal* journal) { journal_ = journal; }
+  // Reads `count` records from `first` on into `buffer`; the number read, which is less at the end. All of
+  // them are as of one moment: another workstation's unit is in all of them or in none.
   std::int64_t ReadRecords(std::uint32_t first, std::uint32_t count, std::uint8_t* buffer);
+  // The memo at a block, whole. kSuccess or an error.
+  int ReadMemo(std::uint32_t block, std::string* text);
   void StageRecord(std::uint32_t record, std::span<const std::uint8_t> bytes);
   // Stages a record behind the last one, the end mark and the new count.
   int StageAppend(std::span<const std::uint8_t> bytes, const Date& today, std::uint32_t* record);
@@ -73,6 +83,11 @@ class TableFile {
   bool Owns(const void* owner, std::uint32_t record) const;
   void UnlockRecord(const void* owner, std::uint32_t record);
   void UnlockAll(const void* owner);
+  // Says in the folder's notes that this workstation has locked a record (0 = the whole table) until further
+  // notice; the note goes with the lock.
+  void NoteLock(std::uint32_t record) { notes_.Note(record); }
+  // Who has noted such a lock; "" where that is not known.
+  std::string LockHolder(std::uint32_t record) { return notes_.Holder(record); }
   // What an owner holds becomes the table's own, until the unit ends.
   void TakeOverLocks(const void* owner);
   // The header lock; held until the unit of work ends.
@@ -93,8 +108,8 @@ class TableFile {
       false;  // its files were replaced and could not be opened again: nothing may be written any more
 
  private:
-  TableFile(const EngineSetup& setup, std::string path, Access access)
-      : setup_(setup), path_(std::move(path)), access_(access) {}
+  TableFile(const EngineSetup& setup, const std::string& path, Access access)
+      : setup_(setup), path_(path), access_(access), notes_(setup, path) {}
   int OpenData();
   int OpenIndex();
   int OpenMemo();
@@ -102,6 +117,9 @@ class TableFile {
   std::int64_t RecordOffset(std::uint32_t record) const;
   std::int64_t RecordLockAt(std::uint32_t record) const;
   std::int64_t AppendLockAt() const;
+  // Repeats a read until no unit has come in between; the read's result, or a negative code.
+  template <class Reading>
+  std::int64_t ReadUndisturbed(Reading reading);
   int Try(std::int64_t offset, std::int64_t length, int attempts);
 
   EngineSetup setup_;
@@ -115,7 +133,10 @@ class TableFile {
   std::unique_ptr<MemoFile> memo_;
   std::map<std::uint32_t, const void*> record_owners_;
   const void* whole_owner_ = nullptr;
+  LockNotes notes_;
   bool append_locked_ = false;
+  Journal* journal_ = nullptr;
+  std::uint32_t settled_count_ = 0;  // records known to be in the file for good
 };
 
 }  // namespace tallwick::engine

@@ -3,214 +3,178 @@
 #include <algorithm>
 #include <array>
 #include <cstring>
-#include <map>
-#include <set>
 
 #include "store/engine/byte_order.h"
 #include "store/engine/instance.h"
 #include "store/engine/memo_reference.h"
+#include "store/engine/verify_tree.h"
 
 namespace tallwick::engine {
 namespace {
 
-constexpr std::size_t kMaxProblems = 1000;
-constexpr int kMaxDepth = 32;
 constexpr std::uint32_t kBlockRecords = 512;
+constexpr std::size_t kDigestMemory = std::size_t{96} << 20;
+// An append that holds the lock ends within milliseconds.
+constexpr int kAppendTries = 1000;
+constexpr int kAppendWaitMs = 5;
 
-class Findings {
- public:
-  explicit Findings(std::vector<TableProblem>* problems) : problems_(problems) {}
-  void Add(std::uint32_t record, std::string text) {
-    if (problems_->size() < kMaxProblems) problems_->push_back({record, std::move(text)});
+// Stands for a key; 0 is kept for "no key". Two different keys share one by an accident of 1 in 2^64.
+std::uint64_t DigestOf(const std::uint8_t* key, std::size_t length) {
+  std::uint64_t sum = 0x9E3779B97F4A7C15U ^ length;
+  for (std::size_t at = 0; at < length; at += 8) {
+    std::uint64_t part = 0;
+    std::memcpy(&part, key + at, std::min<std::size_t>(8, length - at));
+    sum = (sum ^ part) * 0xFF51AFD7ED558CCDU;
+    sum ^= sum >> 32;
   }
+  return sum == 0 ? 1 : sum;
+}
 
- private:
-  std::vector<TableProblem>* problems_;
-};
-
-// Which pages of the index file are spoken for, and by what.
-class PageMap {
- public:
-  bool Claim(std::uint32_t offset) { return used_.insert(offset).second; }
-  std::size_t Count() const { return used_.size(); }
-
- private:
-  std::set<std::uint32_t> used_;
-};
-
-// One tag's tree read straight from the file, without the cache.
-class TagWalk {
- public:
-  TagWalk(IndexFile& index, const IndexTag& tag, PageMap& pages, Findings& findings)
-      : index_(index), tag_(tag), pages_(pages), findings_(findings) {}
-
-  struct Entry {
-    std::vector<std::uint8_t> key;
-    std::uint32_t record;
-  };
-
-  // The entries in order; false when the structure is too damaged to go on.
-  bool Run(std::uint32_t root, std::vector<Entry>* entries) {
-    root_ = root;
-    entries_ = entries;
-    if (!Visit(root, 0)) return false;
-    for (std::size_t i = 0; i < leaves_.size(); ++i) {
-      const std::uint32_t left = i == 0 ? kNoPage : leaves_[i - 1].offset;
-      const std::uint32_t right = i + 1 == leaves_.size() ? kNoPage : leaves_[i + 1].offset;
-      if (leaves_[i].left != left || leaves_[i].right != right) {
-        Problem("a leaf page at " + std::to_string(leaves_[i].offset) + " names the wrong neighbours");
-      }
-    }
-    return true;
-  }
-
- private:
-  struct Leaf {
-    std::uint32_t offset, left, right;
-  };
-
-  void Problem(const std::string& text) { findings_.Add(0, "Tag " + tag_.name + ": " + text); }
-
-  bool Visit(std::uint32_t offset, int depth) {
-    std::array<std::uint8_t, kPageBytes> page{};
-    if (depth > kMaxDepth || offset % kPageBytes != 0 ||
-        index_.Raw().ReadAt(offset, page.data(), page.size()) != kPageBytes) {
-      Problem("page " + std::to_string(offset) + " lies outside the file");
-      return false;
-    }
-    if (!pages_.Claim(offset)) {
-      Problem("page " + std::to_string(offset) + " is used twice");
-      return false;
-    }
-    IndexNode node(offset, true, tag_.shape);
-    if (!DecodePage(page.data(), &node)) {
-      Problem("page " + std::to_string(offset) + " is damaged");
-      return false;
-    }
-    if (((Load16(page.data()) & 1) != 0) != (offset == root_)) {
-      Problem("page " + std::to_string(offset) + " carries the wrong root mark");
-    }
-    if (node.leaf) return VisitLeaf(node, depth);
-    for (int i = 0; i < node.Count(); ++i) {
-      if (!Visit(node.children[static_cast<std::size_t>(i)], depth + 1)) return false;
-      const bool matches =
-          !entries_->empty() &&
-          std::memcmp(entries_->back().key.data(), node.Key(i), entries_->back().key.size()) == 0 &&
-          entries_->back().record == node.records[static_cast<std::size_t>(i)];
-      if (!matches) {
-        Problem("an entry of page " + std::to_string(offset) + " does not hold the highest key of its child");
-      }
-    }
-    return true;
-  }
-
-  bool VisitLeaf(const IndexNode& node, int depth) {
-    if (leaf_depth_ < 0) leaf_depth_ = depth;
-    if (depth != leaf_depth_)
-      Problem("leaf page " + std::to_string(node.offset) + " stands at another depth");
-    if (node.Count() == 0 && node.offset != root_)
-      Problem("leaf page " + std::to_string(node.offset) + " is empty");
-    leaves_.push_back({node.offset, node.left, node.right});
-    for (int i = 0; i < node.Count(); ++i) {
-      Entry entry{{node.Key(i), node.Key(i) + node.key_length}, node.records[static_cast<std::size_t>(i)]};
-      if (!entries_->empty()) {
-        const int order = std::memcmp(entries_->back().key.data(), entry.key.data(), entry.key.size());
-        if (order > 0 || (order == 0 && entries_->back().record >= entry.record)) {
-          findings_.Add(entry.record, "Tag " + tag_.name + ": the key stands out of order");
-        }
-        if (order == 0 && tag_.unique) {
-          findings_.Add(entry.record,
-                        "Tag " + tag_.name + ": another record has the same key, which must be unique");
-        }
-      }
-      entries_->push_back(std::move(entry));
-    }
-    return true;
-  }
-
-  IndexFile& index_;
-  const IndexTag& tag_;
-  PageMap& pages_;
-  Findings& findings_;
-  std::uint32_t root_ = 0;
-  int leaf_depth_ = -1;
-  std::vector<Entry>* entries_ = nullptr;
-  std::vector<Leaf> leaves_;
+// A tag under examination: what its tree says of each record.
+struct TagState {
+  const IndexTag* tag = nullptr;
+  std::string title;
+  bool whole = false;                  // the tree could be read to its end
+  std::vector<std::uint64_t> digests;  // of the key, by record number - 1
 };
 
 class Verifier {
  public:
   Verifier(Data4& data, std::vector<TableProblem>* problems, const Progress& progress)
-      : data_(data), table_(data.table), findings_(problems), progress_(progress) {}
+      : data_(data), table_(data.table), findings_(problems), progress_(progress), pages_(0) {}
 
   int Run() {
+    // Memos are rewritten under the append lock; their blocks must not move while they are compared.
+    const bool has_memo = table_.Memo() != nullptr;
+    int rc = has_memo ? LockAppend() : static_cast<int>(kSuccess);
+    if (rc != kSuccess) return rc;
     CheckHead();
-    if (table_.Index() == nullptr) return CheckRecords();
-    return table_.Index()->Read([this] { return CheckUnderLock(); });
+    rc = table_.Index() == nullptr ? CheckRecords({}, true)
+                                   : table_.Index()->Read([this] { return CheckUnderLock(); });
+    if (has_memo) table_.UnlockAppend();
+    findings_.Close();
+    return rc;
   }
 
  private:
+  int LockAppend() {
+    int rc = kLocked;
+    for (int tries = 0; tries < kAppendTries; ++tries) {
+      rc = table_.LockAppend(1);
+      if (rc != kLocked) break;
+      data_.code.setup.clock.Sleep(kAppendWaitMs);
+    }
+    return rc;
+  }
+
+  // The trees first and then the records, as many tags at once as their digests fit in memory.
   int CheckUnderLock() {
     // The lock is wanted whatever the cache holds.
-    int rc = kSuccess;
     if (!table_.Index()->IsLocked()) return IndexFile::kNeedsLock;
-    for (std::size_t i = 0; i < data_.tags.size() && rc == kSuccess; ++i) rc = ReadTag(*data_.tags[i]->tag);
-    if (rc == kSuccess) CheckFreeList();
-    return rc == kSuccess ? CheckRecords() : rc;
+    pages_ = PageOwners(table_.Index()->End());
+    bool all_whole = CheckDirectory();
+    const std::size_t each = 8 * static_cast<std::size_t>(std::max<std::int64_t>(1, count_));
+    const std::size_t at_once = std::max<std::size_t>(1, kDigestMemory / each);
+    for (std::size_t from = 0; from == 0 || from < data_.tags.size(); from += at_once) {
+      std::vector<TagState> states;
+      for (std::size_t i = from; i < std::min(data_.tags.size(), from + at_once); ++i) {
+        states.emplace_back();
+        if (const int rc = ReadTag(*data_.tags[i]->tag, &states.back()); rc != kSuccess) return rc;
+        all_whole = all_whole && states.back().whole;
+      }
+      if (const int rc = CheckRecords(states, from == 0); rc != kSuccess) return rc;
+    }
+    // Pages below a damaged one are not reached either; that they look lost says nothing.
+    if (CheckFreeList() && all_whole) CheckLostPages();
+    return kSuccess;
   }
 
   void CheckHead() {
     count_ = table_.RecordCount();
     const std::int64_t size = table_.Data().Size();
     if (count_ < 0 || size < 0) {
-      findings_.Add(0, "The table file cannot be read");
+      findings_.Add(0, ProblemKind::kHead, "The table file cannot be read");
       count_ = 0;
       return;
     }
     const std::int64_t held =
         std::max<std::int64_t>(0, size - table_.Header().header_length) / table_.Header().record_length;
     if (held != count_) {
-      findings_.Add(0, "The head counts " + std::to_string(count_) + " records, and the file holds " +
-                           std::to_string(held));
+      findings_.Add(0, ProblemKind::kHead,
+                    "The head counts " + std::to_string(count_) + " records, and the file holds " +
+                        std::to_string(held));
     }
     count_ = std::min(count_, held);
   }
 
-  int ReadTag(IndexTag& tag) {
+  // --- The index file ---
+
+  bool CheckDirectory() {
+    IndexFile& index = *table_.Index();
+    const std::uint16_t owner = pages_.Add("the list of tags");
+    std::array<std::uint8_t, 4> root{};
+    const std::string fault = pages_.Claim(0, owner, kTagHeaderBytes / kPageBytes);
+    if (!fault.empty() || index.Raw().ReadAt(0, root.data(), root.size()) != 4) {
+      findings_.Add(0, ProblemKind::kIndex, "The head of the index cannot be read");
+      return false;
+    }
+    return TreeWalk(index.Raw(), pages_, findings_, "The list of tags", {kTagNameLength, ' '}, true)
+        .Run(Load32(root.data()), owner, [](const std::uint8_t*, std::uint32_t) {});
+  }
+
+  int ReadTag(IndexTag& tag, TagState* state) {
+    state->tag = &tag;
+    state->title = "Tag " + tag.name;
+    state->digests.assign(static_cast<std::size_t>(count_), 0);
+    const std::uint16_t owner = pages_.Add("tag " + tag.name);
+    const std::string fault = pages_.Claim(tag.header_offset, owner, kTagHeaderBytes / kPageBytes);
+    if (!fault.empty()) findings_.Add(0, ProblemKind::kIndex, state->title + ": its head " + fault);
     std::uint32_t root = 0;
     if (const int rc = table_.Index()->Root(tag, &root); rc != kSuccess) return rc;
-    std::vector<TagWalk::Entry> entries;
-    const bool whole = TagWalk(*table_.Index(), tag, pages_, findings_).Run(root, &entries);
-    auto& by_record = keys_[&tag];
-    whole_[&tag] = whole;
-    for (auto& entry : entries) {
-      if (entry.record == 0 || entry.record > count_) {
-        findings_.Add(entry.record, "Tag " + tag.name + ": a key names a record that does not exist");
-      } else if (!by_record.emplace(entry.record, std::move(entry.key)).second) {
-        findings_.Add(entry.record, "Tag " + tag.name + ": the record has two keys");
+    const auto length = static_cast<std::size_t>(tag.shape.length);
+    TreeWalk walk(table_.Index()->Raw(), pages_, findings_, state->title, tag.shape, tag.unique);
+    state->whole = walk.Run(root, owner, [&](const std::uint8_t* key, std::uint32_t record) {
+      if (record == 0 || record > count_) {
+        findings_.Add(record, ProblemKind::kIndex,
+                      state->title + ": a key names a record that does not exist");
+        return;
       }
-    }
+      std::uint64_t& digest = state->digests[record - 1];
+      if (digest != 0) findings_.Add(record, ProblemKind::kIndex, state->title + ": the record has two keys");
+      digest = DigestOf(key, length);
+    });
     return kSuccess;
   }
 
-  void CheckFreeList() {
+  bool CheckFreeList() {
     IndexFile& index = *table_.Index();
-    std::uint32_t at = index.FirstFree();
-    while (at != kNoPage && at != 0) {
+    const std::uint16_t owner = pages_.Add("the list of free pages");
+    for (std::uint32_t at = index.FirstFree(); at != kNoPage && at != 0;) {
+      const std::string fault = pages_.Claim(at, owner);
       std::array<std::uint8_t, 4> next{};
-      if (at % kPageBytes != 0 || at >= index.End() || index.Raw().ReadAt(at, next.data(), 4) != 4) {
-        findings_.Add(0, "The index's list of free pages leads outside the file");
-        return;
-      }
-      if (!pages_.Claim(at)) {
-        findings_.Add(0, "The index's list of free pages holds a page that is in use");
-        return;
+      if (!fault.empty() || index.Raw().ReadAt(at, next.data(), 4) != 4) {
+        findings_.Add(0, ProblemKind::kIndex,
+                      "The index's list of free pages: the page at " + std::to_string(at) + " " + fault);
+        return false;
       }
       at = Load32(next.data());
     }
+    return true;
   }
 
-  int CheckRecords() {
+  void CheckLostPages() {
+    std::uint32_t first = 0;
+    const std::uint32_t lost = pages_.Unclaimed(&first);
+    if (lost == 0) return;
+    findings_.Add(0, ProblemKind::kIndex,
+                  "Nothing leads to " + std::to_string(lost) + (lost == 1 ? " page" : " pages") +
+                      " of the index, the first at " + std::to_string(first) +
+                      ": room is lost until the index is built anew");
+  }
+
+  // --- The records ---
+
+  int CheckRecords(const std::vector<TagState>& states, bool first_pass) {
     const auto length = static_cast<std::size_t>(table_.Header().record_length);
     std::vector<std::uint8_t> block(kBlockRecords * length);
     for (std::int64_t first = 1; first <= count_; first += kBlockRecords) {
@@ -218,35 +182,37 @@ class Verifier {
           static_cast<std::uint32_t>(std::min<std::int64_t>(kBlockRecords, count_ - first + 1));
       if (table_.ReadRecords(static_cast<std::uint32_t>(first), wanted, block.data()) != wanted)
         return kErrorRead;
-      for (std::uint32_t i = 0; i < wanted; ++i)
-        CheckRecord(static_cast<std::uint32_t>(first) + i, block.data() + i * length);
-      if (progress_ &&
-          !progress_(static_cast<std::uint32_t>(first) + wanted - 1, static_cast<std::uint32_t>(count_))) {
-        return kStopped;
+      for (std::uint32_t i = 0; i < wanted; ++i) {
+        const std::uint8_t* record = block.data() + i * length;
+        for (const TagState& state : states) CheckKey(state, static_cast<std::uint32_t>(first) + i, record);
+        if (first_pass) CheckOwnBytes(static_cast<std::uint32_t>(first) + i, record);
       }
+      const auto done = static_cast<std::uint32_t>(first) + wanted - 1;
+      if (progress_ && !progress_(done, static_cast<std::uint32_t>(count_))) return kStopped;
     }
-    CheckMemoOverlap();
+    if (first_pass) CheckMemoOverlap();
     return kSuccess;
   }
 
-  void CheckRecord(std::uint32_t number, const std::uint8_t* record) {
-    if (record[0] != ' ' && record[0] != '*')
-      findings_.Add(number, "The deletion mark is neither blank nor \"*\"");
-    std::array<std::uint8_t, kMaxKeyLength> key{};
-    for (const auto& tag : data_.tags) {
-      const bool wanted = KeyOf(*tag->tag, record, number, key.data());
-      const auto& keys = keys_[tag->tag];
-      const auto found = keys.find(number);
-      const std::string name = "Tag " + tag->tag->name + ": ";
-      if (wanted && found == keys.end() && whole_[tag->tag])
-        findings_.Add(number, name + "the record's key is missing");
-      if (found == keys.end()) continue;
-      if (!wanted) {
-        findings_.Add(number, name + "the record has a key although the filter leaves it out");
-      } else if (std::memcmp(found->second.data(), key.data(), found->second.size()) != 0) {
-        findings_.Add(number, name + "the key is not the record's");
-      }
+  void CheckKey(const TagState& state, std::uint32_t number, const std::uint8_t* record) {
+    std::array<std::uint8_t, kMaxKeyLength> key;
+    const bool wanted = KeyOf(*state.tag, record, number, key.data());
+    const std::uint64_t digest = state.digests[number - 1];
+    const char* fault = nullptr;
+    if (wanted && digest == 0) {
+      // Behind a damaged page every key is missing; the page is the problem.
+      if (state.whole) fault = ": the record's key is missing";
+    } else if (digest != 0 && !wanted) {
+      fault = ": the record has a key although the filter leaves it out";
+    } else if (wanted && digest != DigestOf(key.data(), static_cast<std::size_t>(state.tag->shape.length))) {
+      fault = ": the key is not the record's";
     }
+    if (fault != nullptr) findings_.Add(number, ProblemKind::kIndex, state.title + fault);
+  }
+
+  void CheckOwnBytes(std::uint32_t number, const std::uint8_t* record) {
+    if (record[0] != ' ' && record[0] != '*')
+      findings_.Add(number, ProblemKind::kRecord, "The deletion mark is neither blank nor \"*\"");
     if (record[0] == ' ') CheckMemos(number, record);
   }
 
@@ -258,11 +224,13 @@ class Verifier {
       MemoFile::Extent extent;
       if (block == 0) continue;
       if (table_.Memo()->Measure(block, &extent) != kSuccess) {
-        findings_.Add(number, "Field " + field.name + ": the memo's block lies outside the memo file");
+        findings_.Add(number, ProblemKind::kMemo,
+                      "Field " + field.name + ": the memo's block lies outside the memo file");
         continue;
       }
       if (extent.first_block + extent.blocks > table_.Memo()->NextFree()) {
-        findings_.Add(number, "Field " + field.name + ": the memo lies in blocks that count as free");
+        findings_.Add(number, ProblemKind::kMemo,
+                      "Field " + field.name + ": the memo lies in blocks that count as free");
       }
       memos_.emplace_back(extent, number);
     }
@@ -274,8 +242,9 @@ class Verifier {
     for (std::size_t i = 1; i < memos_.size(); ++i) {
       const auto& before = memos_[i - 1].first;
       if (before.first_block + before.blocks > memos_[i].first.first_block) {
-        findings_.Add(memos_[i].second, "The memo shares blocks with the memo of record " +
-                                            std::to_string(memos_[i - 1].second));
+        findings_.Add(
+            memos_[i].second, ProblemKind::kMemo,
+            "The memo shares blocks with the memo of record " + std::to_string(memos_[i - 1].second));
       }
     }
   }
@@ -285,9 +254,7 @@ class Verifier {
   Findings findings_;
   const Progress& progress_;
   std::int64_t count_ = 0;
-  PageMap pages_;
-  std::map<const IndexTag*, std::map<std::uint32_t, std::vector<std::uint8_t>>> keys_;
-  std::map<const IndexTag*, bool> whole_;
+  PageOwners pages_;
   std::vector<std::pair<MemoFile::Extent, std::uint32_t>> memos_;
 };
 

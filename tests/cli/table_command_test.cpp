@@ -149,13 +149,15 @@ TEST_F(TableCommand, LedgerOfADamagedTableIsRefused) {
   EXPECT_EQ(Do("ledger 24-1")["banks"][0]["totalChecksCount"], 2);
 }
 
-// A bank whose tables do not open is one problem, not one for each reference into it.
-TEST_F(TableCommand, VerifyNamesABankThatDoesNotOpenOnce) {
+// A table that does not open is one problem, not one for each reference into it.
+TEST_F(TableCommand, VerifyNamesATableThatDoesNotOpenOnce) {
   Do("--bank FNT check post 1 --dated 3/15/2024 --payee P --amount 5 --file 24-1 --period 3/2024");
   std::filesystem::remove(escrowctl_.Data("ESCROW_CHECKS_FNT.CDX"));
-  const Json problems = Do("verify")["problems"];
-  ASSERT_EQ(problems.size(), 1u);
-  EXPECT_EQ(problems[0]["problem"], "the tables of bank FNT do not open");
+  const Json verified = Do("verify");
+  ASSERT_EQ(verified["problems"].size(), 1u);
+  EXPECT_EQ(verified["problems"][0]["table"], "ESCROW_CHECKS_FNT");
+  EXPECT_NE(verified["problems"][0]["problem"].get<std::string>().find("does not open"), std::string::npos);
+  EXPECT_FALSE(verified.contains("messages"));  // no question whether it shall be rebuilt
 }
 
 // Each fault between tables is a problem that names table and record.

@@ -244,7 +244,7 @@ TEST_F(KvrDataTest, RecordLockAsksUntilItIsGrantedOrGivenUp) {
   EXPECT_EQ(store_.LastErrorCode(), 50);
   EXPECT_EQ(boxes_.shown.size(), 3U);
   EXPECT_EQ(boxes_.shown.back().title, "Locked Record");
-  EXPECT_EQ(boxes_.LastText(), "Information in use...");
+  EXPECT_EQ(boxes_.LastText(), "Information in use...\r\rIn use by FRONTDESK2 (process 4711)");
 
   other_.SetStringFieldValue(theirs, "NAME", "theirs");
   EXPECT_EQ(other_.UnlockTheRecord(theirs), 0);

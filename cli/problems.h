@@ -1,0 +1,18 @@
+// Prints what an examination of tables found.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "cli/output.h"
+#include "maintenance/verify_problem.h"
+
+namespace tallwick::cli {
+
+// "ESCROW_XRFS record 7"; without a record the table alone.
+std::string Place(const std::string& table, std::int32_t record);
+
+// Prints the problems and gives the exit status: 1 where there are any.
+int ReportProblems(const std::vector<CompanyProblem>& problems, Output& out);
+
+}  // namespace tallwick::cli

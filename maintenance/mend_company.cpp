@@ -1,0 +1,224 @@
+#include "maintenance/mend_company.h"
+
+#include <algorithm>
+#include <functional>
+#include <variant>
+
+#include "maintenance/verify_company.h"
+#include "maintenance/verify_journal.h"
+#include "maintenance/verify_references.h"
+
+namespace tallwick {
+
+namespace {
+
+// A record count, then an index; what is damaged in a third way after that is not ours to mend.
+constexpr int kOpenRounds = 3;
+
+bool IsInUse(const ExaminedCompany::NotOpened& failure) {
+  return failure.code == engine::kErrorOpenRefused;
+}
+
+// The steps of a table's problems: one for all that its index has.
+void AddSteps(const std::vector<CompanyProblem>& problems, std::vector<MendStep>* steps) {
+  for (const CompanyProblem& problem : problems) {
+    if (!problem.IsMendable()) continue;
+    const bool whole_table = std::holds_alternative<RebuildIndex>(problem.remedy);
+    MendStep step{problem.table, whole_table ? 0 : problem.record, DescribeRemedy(problem.remedy)};
+    const bool known = std::any_of(steps->begin(), steps->end(), [&](const MendStep& other) {
+      return other.table == step.table && other.record == step.record && other.text == step.text;
+    });
+    if (!known) steps->push_back(std::move(step));
+  }
+}
+
+class Mender {
+ public:
+  explicit Mender(const TableHome& home) : home_(home), company_(home, ExaminedCompany::Access::kExclusive) {}
+
+  MendReport Run() {
+    if (OpenAlone()) {
+      RebuildIndexes();
+      MendReferences();
+      ExamineAgain();
+    }
+    company_.Close();
+    return std::move(report_);
+  }
+
+ private:
+  using Problems = std::vector<CompanyProblem>;
+
+  // Opens every table, mending what keeps one from opening. False when somebody has one.
+  bool OpenAlone() {
+    const Problems journal = VerifyJournal(home_);
+    for (int round = 0; round < kOpenRounds; ++round) {
+      not_opened_.clear();
+      company_.Open(&not_opened_);
+      const auto in_use = std::find_if(company_.Failures().begin(), company_.Failures().end(), IsInUse);
+      if (in_use != company_.Failures().end()) {
+        report_.refusal =
+            in_use->table->Name() + " is open on another workstation. Have everybody leave the program";
+        return false;
+      }
+      // Nobody is in, so the journal can be seen to as well.
+      bool mended = round == 0 && MendJournal(journal);
+      for (const CompanyProblem& problem : not_opened_) mended = MendClosed(problem) || mended;
+      if (!mended) return true;
+      company_.Close();
+    }
+    company_.Open(&not_opened_);
+    return true;
+  }
+
+  // True when the tables must be opened anew.
+  bool MendJournal(const Problems& problems) {
+    bool mended = false;
+    for (const CompanyProblem& problem : problems) {
+      // Opening the tables has brought the waiting units to them.
+      if (std::holds_alternative<FinishUnits>(problem.remedy)) Done(problem, engine::kSuccess);
+      if (!std::holds_alternative<SetJournalAside>(problem.remedy)) continue;
+      company_.Close();
+      mended = Done(problem, home_.data.SetJournalAside(home_.folder, kSetAsideJournal)) || mended;
+    }
+    return mended;
+  }
+
+  bool MendClosed(const CompanyProblem& problem) {
+    const auto table = std::find_if(company_.Tables().begin(), company_.Tables().end(),
+                                    [&](const TableBase* one) { return one->Name() == problem.table; });
+    if (table == company_.Tables().end()) return false;
+    if (std::holds_alternative<CorrectCount>(problem.remedy))
+      return Done(problem, home_.data.CorrectRecordCount((*table)->Path()));
+    if (std::holds_alternative<RebuildIndex>(problem.remedy))
+      return Done(problem, home_.data.RebuildIndex((*table)->Path(), (*table)->Layout().tags));
+    return false;
+  }
+
+  // Keeps the step when it was done, else the problem with the reason.
+  bool Done(const CompanyProblem& problem, int code) {
+    if (code == engine::kSuccess) {
+      AddSteps({problem}, &report_.steps);
+      return true;
+    }
+    CompanyProblem left = problem;
+    left.text = DescribeRemedy(problem.remedy) + " - failed: " + std::string(engine::error4text(code)) +
+                " (" + std::to_string(code) + ")";
+    failed_.push_back(std::move(left));
+    return false;
+  }
+
+  void RebuildIndexes() {
+    Problems problems;
+    company_.VerifyTables(&problems);
+    for (TableBase* table : company_.Tables()) {
+      const auto damaged = std::find_if(problems.begin(), problems.end(), [&](const CompanyProblem& problem) {
+        return problem.table == table->Name() && std::holds_alternative<RebuildIndex>(problem.remedy);
+      });
+      if (damaged != problems.end()) Done(*damaged, home_.data.ReindexDatabase(table->Handle()));
+    }
+    Problems after;
+    company_.VerifyTables(&after);  // says which tables may be trusted
+  }
+
+  // A unit of work for each table that is to be changed; a table in which one step fails stays as it was.
+  void MendReferences() {
+    Problems problems;
+    VerifyReferences(company_, &problems);
+    MendInUnit(problems, [](const CompanyProblem& problem) {
+      return std::holds_alternative<AddXref>(problem.remedy) || IsDropFrom(problem, "ESCROW_XRFS");
+    });
+    MendInUnit(problems, [](const CompanyProblem& problem) {
+      return std::holds_alternative<RaiseVoucherCounter>(problem.remedy);
+    });
+    for (const auto& bank : company_.by_bank) {
+      const std::string& code = bank.first;
+      const std::string name = bank.second->deposit_xrefs.Name();
+      MendInUnit(problems, [&](const CompanyProblem& problem) {
+        const auto* add = std::get_if<AddDepositXref>(&problem.remedy);
+        return add != nullptr ? add->bank_code == code : IsDropFrom(problem, name);
+      });
+    }
+  }
+
+  static bool IsDropFrom(const CompanyProblem& problem, std::string_view table) {
+    return std::holds_alternative<DropReference>(problem.remedy) && problem.table == table;
+  }
+
+  void MendInUnit(const Problems& problems, const std::function<bool(const CompanyProblem&)>& chosen) {
+    std::vector<const CompanyProblem*> work;
+    for (const CompanyProblem& problem : problems)
+      if (chosen(problem)) work.push_back(&problem);
+    if (work.empty()) return;
+    int code = home_.data.BeginUnit();
+    const CompanyProblem* last = work.front();
+    for (auto one = work.begin(); one != work.end() && code == engine::kSuccess; ++one) {
+      last = *one;
+      code = Apply(*last);
+    }
+    if (code == engine::kSuccess) {
+      code = home_.data.CommitUnit();
+    } else {
+      home_.data.RollbackUnit();
+    }
+    if (code != engine::kSuccess) {
+      Done(*last, code);
+      return;
+    }
+    for (const CompanyProblem* one : work) Done(*one, engine::kSuccess);
+  }
+
+  int Apply(const CompanyProblem& problem) {
+    if (const auto* add = std::get_if<AddXref>(&problem.remedy))
+      return Added(company_.xrefs.Add(add->xref, true));
+    if (const auto* add = std::get_if<AddDepositXref>(&problem.remedy)) {
+      DepositXrefTable& table = company_.by_bank.at(add->bank_code)->deposit_xrefs;
+      return table.IsOpen() ? Added(table.Add(add->xref, true)) : engine::kErrorOpen;
+    }
+    if (const auto* raise = std::get_if<RaiseVoucherCounter>(&problem.remedy)) return Raise(*raise);
+    for (TableBase* table : company_.Tables())
+      if (table->Name() == problem.table && table->GoTo(problem.record)) return table->Delete();
+    return engine::kNoRecord;
+  }
+
+  // A reference that two transactions ask for is there after the first.
+  static int Added(int code) { return code == engine::kUnique ? engine::kSuccess : code; }
+
+  int Raise(const RaiseVoucherCounter& raise) {
+    std::optional<BankRecord> bank = company_.banks.Find(raise.bank_code);
+    if (!bank) return engine::kNoRecord;
+    bank->last_voucher = raise.number;
+    return company_.banks.Update(*bank);
+  }
+
+  // What is still there, with the reason where mending it was tried.
+  void ExamineAgain() {
+    report_.remains = std::move(not_opened_);
+    company_.VerifyTables(&report_.remains);
+    VerifyReferences(company_, &report_.remains);
+    for (CompanyProblem& problem : failed_) report_.remains.push_back(std::move(problem));
+  }
+
+  TableHome home_;
+  ExaminedCompany company_;
+  Problems not_opened_;
+  Problems failed_;
+  MendReport report_;
+};
+
+}  // namespace
+
+MendReport PlanMending(const TableHome& home) {
+  MendReport report;
+  std::vector<CompanyProblem> problems = VerifyCompany(home);
+  AddSteps(problems, &report.steps);
+  std::erase_if(problems, [](const CompanyProblem& problem) { return problem.IsMendable(); });
+  report.remains = std::move(problems);
+  return report;
+}
+
+MendReport MendCompany(const TableHome& home) {
+  return Mender(home).Run();
+}
+
+}  // namespace tallwick

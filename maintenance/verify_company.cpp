@@ -1,0 +1,96 @@
+#include "maintenance/verify_company.h"
+
+#include <variant>
+
+#include "core/text.h"
+#include "maintenance/verify_journal.h"
+#include "maintenance/verify_references.h"
+#include "maintenance/verify_table.h"
+#include "tables/bank_code.h"
+
+namespace tallwick {
+
+ExaminedCompany::ExaminedCompany(const TableHome& home, Access access)
+    : banks(home),
+      xrefs(home),
+      home_(home),
+      access_(access),
+      notes_(home),
+      agent_(home),
+      users_(home),
+      user_banks_(home) {}
+
+void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
+                              std::vector<CompanyProblem>* problems) {
+  if (!table.Exists(bank_code)) return;
+  tables_.push_back(&table);
+  // Tried silently first: a damaged table would ask the user whether it shall be rebuilt.
+  const bool alone = access_ == Access::kExclusive;
+  const DataHandle tried = home_.data.OpenDatabaseSilent(table.Path(), alone);
+  if (tried <= 0) {
+    failures_.push_back({&table, tried});
+    problems->push_back(NotOpenedProblem(table.Name(), tried));
+    // The suite's tables may have other tags than those that we know of.
+    if (&table == &users_ || &table == &user_banks_) problems->back().remedy = {};
+    return;
+  }
+  home_.data.CloseDatabase(tried);
+  if (alone) {
+    table.OpenExclusive(bank_code);
+  } else {
+    table.Open(bank_code);
+  }
+}
+
+void ExaminedCompany::Open(std::vector<CompanyProblem>* problems) {
+  for (TableBase* table : {static_cast<TableBase*>(&banks), static_cast<TableBase*>(&xrefs),
+                           static_cast<TableBase*>(&notes_), static_cast<TableBase*>(&agent_),
+                           static_cast<TableBase*>(&users_), static_cast<TableBase*>(&user_banks_)})
+    OpenOne(*table, {}, problems);
+  if (!banks.IsOpen()) return;
+  // In record order: the bank table's index may be what is damaged.
+  for (bool on = banks.Top(""); on; on = banks.Skip()) {
+    if (home_.data.IsRecordDeleted(banks.Handle())) continue;
+    const std::string code = TrimmedBankCode(banks.Read().code);
+    if (!BankCodeProblem(code).empty()) {
+      problems->push_back({banks.Name(),
+                           banks.RecordNumber(),
+                           "the bank's code " + Quoted(code) + " can name no tables",
+                           {}});
+      continue;
+    }
+    by_bank.emplace(code, std::make_unique<BankTables>(home_));
+  }
+  for (auto& [code, bank] : by_bank)
+    for (TableBase* table : bank->All()) OpenOne(*table, code, problems);
+}
+
+void ExaminedCompany::Close() {
+  for (TableBase* table : tables_) table->Close();
+  tables_.clear();
+  failures_.clear();
+  damaged_.clear();
+  by_bank.clear();
+}
+
+void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
+  damaged_.clear();
+  for (TableBase* table : tables_) {
+    if (!table->IsOpen()) continue;
+    for (CompanyProblem& problem : VerifyTable(table->Data(), table->Handle(), table->Name())) {
+      if (std::holds_alternative<RebuildIndex>(problem.remedy)) damaged_.insert(table);
+      problems->push_back(std::move(problem));
+    }
+  }
+}
+
+std::vector<CompanyProblem> VerifyCompany(const TableHome& home) {
+  std::vector<CompanyProblem> problems = VerifyJournal(home);
+  ExaminedCompany company(home, ExaminedCompany::Access::kShared);
+  company.Open(&problems);
+  company.VerifyTables(&problems);
+  VerifyReferences(company, &problems);
+  return problems;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,238 @@
+// The journal as it is read: what a reader must know of units under way, and what is done with the entries
+// that a writer left behind.
+#include <algorithm>
+#include <array>
+#include <set>
+
+#include "store/engine/byte_order.h"
+#include "store/engine/index_file.h"
+#include "store/engine/journal.h"
+
+namespace tallwick::engine {
+namespace {
+
+// Most units are brought to the tables within microseconds, so a reader looks this often before it sleeps.
+constexpr int kEagerTries = 50;
+
+// Back to its length, unless the file has become another one since.
+int CutFile(File& file, const JournalLength& before) {
+  auto start = before.start;
+  if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
+  if (start != before.start || file.Size() <= before.length) return kSuccess;
+  const int rc = file.Truncate(before.length);
+  return rc == kSuccess ? file.Flush() : rc;
+}
+
+bool IsIndexName(std::string_view name) {
+  return name.size() > 4 &&
+         (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
+}
+
+}  // namespace
+
+bool Journal::ReadMarks(Mark* first, Mark* applied) {
+  std::array<std::uint8_t, 32> header{};
+  if (file_->ReadAt(0, header.data(), header.size()) != static_cast<std::int64_t>(header.size()))
+    return false;
+  if (std::memcmp(header.data(), kMagic.data(), kMagic.size()) != 0) return false;
+  const std::uint64_t position = Load64(&header[8]);
+  if (position < kHeaderBytes || position > (std::uint64_t{1} << 40)) return false;
+  *applied = Mark{static_cast<std::int64_t>(position), Load64(&header[16])};
+  *first = Mark{kHeaderBytes, Load64(&header[24])};
+  return true;
+}
+
+bool Journal::IsBlank() {
+  std::array<std::uint8_t, kHeaderBytes> head{};
+  const auto got = file_->ReadAt(0, head.data(), head.size());
+  return got >= 0 && (got < kBootAt || std::all_of(head.begin(), head.end(), [](auto b) { return b == 0; }));
+}
+
+bool Journal::ReadEntry(Mark* mark, Entry* entry) {
+  JournalHead head;
+  if (!ReadHead(*mark, &head) || head.payload_bytes > static_cast<std::uint64_t>(kMaxPayload)) return false;
+  const std::int64_t start = mark->position + kEntryHead;
+  const auto length = static_cast<std::int64_t>(head.payload_bytes);
+  if (start + length > file_->Size()) return false;
+  entry->is_note = head.is_note;
+  entry->payload.resize(head.payload_bytes);
+  if (file_->ReadAt(start, entry->payload.data(), head.payload_bytes) != length) return false;
+  if (EntryChecksum(head.number, entry->payload) != head.checksum) return false;
+  *mark = Mark{start + length, mark->number + 1};
+  return true;
+}
+
+bool Journal::ReadHead(const Mark& mark, JournalHead* head) {
+  std::array<std::uint8_t, kEntryHead> bytes{};
+  return file_->ReadAt(mark.position, bytes.data(), bytes.size()) == kEntryHead && head->Parse(bytes) &&
+         head->number == mark.number;
+}
+
+bool Journal::HasEntryAt(const Mark& mark) {
+  JournalHead head;
+  return ReadHead(mark, &head);
+}
+
+bool Journal::HasOrphans() {
+  Mark first;
+  Mark applied;
+  bool under_way = false;
+  if (file_ && !writing_) ReadProgress(&under_way);
+  if (under_way) return true;
+  if (writing_ || !file_ || !ReadMarks(&first, &applied) || !HasEntryAt(applied)) return false;
+  if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;  // its writer is at work
+  file_->Unlock(kWriterAt, 1);
+  // An entry that is not whole was never flushed, and waits for no one.
+  Entry entry;
+  return ReadMarks(&first, &applied) && ReadEntry(&applied, &entry);
+}
+
+int Journal::Recover() {
+  if (writing_) return kSuccess;
+  if (const int rc = Attach(); rc != kSuccess || !file_) return rc;
+  Mark first;
+  Mark applied;
+  if (!ReadMarks(&first, &applied) || !HasEntryAt(applied)) return kSuccess;
+  int rc = TakeWriterLock(false);
+  if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
+  if (rc != kSuccess) return rc;
+  if (ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  file_->Unlock(kWriterAt, 1);
+  return rc;
+}
+
+// --- Readers ---
+
+std::uint64_t Journal::ReadProgress(bool* under_way) {
+  std::array<std::uint8_t, kHeaderBytes - 16> bytes{};
+  const auto got = file_->ReadAt(16, bytes.data(), bytes.size());
+  const std::uint64_t next = got == static_cast<std::int64_t>(bytes.size()) ? Load64(&bytes[0]) : 0;
+  *under_way = next != 0 && Load64(&bytes[kBegunAt - 16]) == next;
+  return next;
+}
+
+int Journal::AwaitUnit() {
+  bool under_way = true;
+  for (int tries = 0; tries < kWriterTries; ++tries) {
+    if (const int rc = Recover(); rc != kSuccess) return rc;  // its writer may have died
+    ReadProgress(&under_way);
+    if (!under_way) return kSuccess;
+    if (tries >= kEagerTries) setup_.clock.Sleep(kWriterWaitMs);
+  }
+  return kErrorJournal;
+}
+
+bool Journal::WasQuiet(int* rc) {
+  *rc = kSuccess;
+  if (writing_) return true;  // nobody else can
+  if (!file_) {
+    if (!setup_.files.Exists(PathOf(kFileName))) return true;  // no unit was ever written here
+    *rc = OpenFile();
+    return false;
+  }
+  bool under_way = false;
+  const std::uint64_t next = ReadProgress(&under_way);
+  const bool quiet = !under_way && next == quiet_at_;
+  quiet_at_ = next;
+  if (under_way) *rc = AwaitUnit();
+  return quiet;
+}
+
+// --- Applying what stands in the journal ---
+
+int Journal::ApplyFrom(Mark mark) {
+  Entry entry;
+  Mark unit = mark;                 // where the unit at hand begins: with its note, or its entry
+  std::vector<JournalLength> note;  // that no entry has followed yet
+  while (ReadEntry(&mark, &entry)) {
+    note.clear();
+    if (entry.is_note) {
+      if (!ParseNote(entry.payload, &note)) return kErrorJournal;
+      continue;
+    }
+    int rc = ApplyEntry(entry.payload, unit.number);
+    if (rc == kSuccess) rc = WriteMarks(nullptr, mark);
+    if (rc != kSuccess) return rc;
+    unit = mark;
+  }
+  end_ = unit;
+  return note.empty() ? static_cast<int>(kSuccess) : CutBack(unit, note);
+}
+
+int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
+  int rc = kSuccess;
+  *file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
+  // A table that was deleted since needs nothing any more.
+  if (!*file) return setup_.files.Exists(PathOf(name)) ? rc : static_cast<int>(kSuccess);
+  for (int tries = 0; IsIndexName(name); ++tries) {
+    rc = (*file)->Lock(kIndexLockAt, 1, LockKind::kExclusive);
+    if (rc != kLocked || tries == kWriterTries) return rc;
+    setup_.clock.Sleep(kWriterWaitMs);
+  }
+  return kSuccess;
+}
+
+int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit) {
+  std::vector<JournalFileChange> changes;
+  if (!ParseEntry(payload, &changes)) return kErrorJournal;
+  std::vector<std::unique_ptr<File>> files(changes.size());
+  int rc = kSuccess;
+  for (std::size_t i = 0; i < changes.size() && rc == kSuccess; ++i)
+    rc = OpenToApply(changes[i].name, &files[i]);
+  // Only with every index lock in hand: a reader that holds one waits for a unit that has begun.
+  if (rc == kSuccess) rc = WriteBegun(unit);
+  for (std::size_t i = 0; i < changes.size(); ++i) {
+    if (!files[i]) continue;
+    for (const auto& extent : changes[i].extents)
+      if (rc == kSuccess) rc = files[i]->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
+  }
+  return rc;
+}
+
+int Journal::CutBack(const Mark& note, const std::vector<JournalLength>& lengths) {
+  for (const JournalLength& before : lengths) {
+    int rc = kSuccess;
+    const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
+    if (!file && setup_.files.Exists(PathOf(before.name))) return rc;
+    rc = file ? CutFile(*file, before) : static_cast<int>(kSuccess);
+    if (rc != kSuccess) return rc;
+  }
+  const std::array<std::uint8_t, kEntryHead> none{};
+  const int rc = file_->WriteAt(note.position, none.data(), none.size());
+  if (rc == kSuccess) end_ = note;
+  return rc;
+}
+
+int Journal::Checkpoint() {
+  std::set<std::string> names;
+  Entry entry;
+  Mark mark;
+  Mark applied;
+  if (!ReadMarks(&mark, &applied)) return kErrorJournal;
+  if (const int rc = ApplyFrom(applied); rc != kSuccess) return rc;
+  while (ReadEntry(&mark, &entry)) {
+    if (entry.is_note) continue;  // the files it names are in the entry behind it
+    std::vector<JournalFileChange> changes;
+    if (!ParseEntry(entry.payload, &changes)) return kErrorJournal;
+    for (const auto& change : changes) names.insert(change.name);
+  }
+  for (const std::string& name : names) {
+    int rc = kSuccess;
+    const auto file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
+    if (!file) {
+      if (!setup_.files.Exists(PathOf(name))) continue;
+      return rc;
+    }
+    if (rc = file->Flush(); rc != kSuccess) return rc;
+  }
+  // The numbers go on, so entries of before can never be taken for new ones.
+  end_ = Mark{kHeaderBytes, mark.number};
+  if (const int rc = WriteMarks(&end_, end_); rc != kSuccess) return rc;
+  if (file_->Size() > 2 * kCheckpointAt) {
+    if (const int rc = file_->Truncate(kCheckpointAt); rc != kSuccess) return rc;
+    size_ = kCheckpointAt;
+  }
+  return file_->Flush();
+}
+
+}  // namespace tallwick::engine

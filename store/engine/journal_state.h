@@ -1,0 +1,19 @@
+// What an examination of a folder's journal of units of work finds.
+#pragma once
+
+#include <string_view>
+
+namespace tallwick::engine {
+
+inline constexpr std::string_view kJournalFileName = "ESCROW_UNITS.JNL";
+
+enum class JournalState {
+  kNone,        // there is none
+  kSettled,     // every unit of work is in the tables, or its writer is at work
+  kWaiting,     // whole units stand in it that no one has brought to the tables
+  kForeign,     // a file of this name that is no journal
+  kDamaged,     // the chain of entries is broken: after a power cut they could not be done again
+  kUnreadable,  // it cannot be opened or read
+};
+
+}  // namespace tallwick::engine
