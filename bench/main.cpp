@@ -122,7 +122,6 @@ class Bench {
     return rows;
   }
 
-  const std::string& EngineFolder() const { return engine_folder_; }
   std::string StoreNames() const { return stores_[0]->Name() + " | " + stores_[1]->Name(); }
 
  private:
@@ -243,11 +242,13 @@ int main(int count, char** words) {
               << MarkdownTable("reading the file", bench.RunBesideCat());
   }
   if (options.growth == 0) return 0;
-  Bench large(options, options.growth, folder.Path() + "/large", false);
-  const std::vector<Row> grown = Growth(rows, options.checks, large.Run(), options.growth);
-  std::cout << '\n'
-            << options.growth << " checks beside " << options.checks << "\n\n"
-            << MarkdownTable("at " + std::to_string(options.checks), grown);
-  PrintMemory(words[0], large.EngineFolder());
+  {
+    Bench large(options, options.growth, folder.Path() + "/large", false);
+    const std::vector<Row> grown = Growth(rows, options.checks, large.Run(), options.growth);
+    std::cout << '\n'
+              << options.growth << " checks beside " << options.checks << "\n\n"
+              << MarkdownTable("at " + std::to_string(options.checks), grown);
+  }
+  PrintMemory(words[0], folder.Path() + "/large/ours");
   return 0;
 }

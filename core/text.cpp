@@ -6,7 +6,10 @@ namespace tallwick {
 
 namespace {
 
-constexpr std::string_view kBlanks{" \t\r\n\0", 5};
+// Asked for every character of every field that is read, so it is a comparison and no search.
+bool IsBlank(char c) {
+  return c == ' ' || c == '\0' || c == '\t' || c == '\r' || c == '\n';
+}
 
 char Upper(char character) {
   return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
@@ -25,13 +28,13 @@ std::string Mapped(std::string_view text, char (*map)(char)) {
 }  // namespace
 
 std::string_view Trim(std::string_view text) {
-  const std::size_t start = text.find_first_not_of(kBlanks);
-  return start == std::string_view::npos ? std::string_view{} : TrimRight(text.substr(start));
+  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
+  return TrimRight(text);
 }
 
 std::string_view TrimRight(std::string_view text) {
-  const std::size_t last = text.find_last_not_of(kBlanks);
-  return last == std::string_view::npos ? std::string_view{} : text.substr(0, last + 1);
+  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
+  return text;
 }
 
 std::string ToUpper(std::string_view text) {

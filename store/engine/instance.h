@@ -51,6 +51,7 @@ class ReadAhead {
   };
   const std::uint8_t* Find(TableFile& table, std::uint32_t record, int* rc);
   Block* Fill(TableFile& table, std::uint32_t number, int* rc);
+  Block* Reusable(std::uint32_t number);
   std::vector<Block> blocks_;
   // The block last used: its first record, its records, and their bytes.
   std::uint32_t first_ = 0;

@@ -55,21 +55,47 @@ std::size_t KeyList::CommonPrefix() const {
 
 // Digit by digit from the lowest, 8 bits each; digits that are the same in all entries are passed over.
 // Entries with the same prefix keep their order.
-void KeyList::SortByPrefix(std::vector<Entry>* order) {
-  constexpr int kDigits = 8;
+void KeyList::SortByPrefix(std::span<Entry> entries) {
+  constexpr std::size_t kDigits = 8;
   constexpr std::size_t kValues = 256;
   std::vector<std::array<std::uint32_t, kValues>> counts(kDigits);
-  for (const Entry& entry : *order) {
-    for (int d = 0; d < kDigits; ++d) ++counts[static_cast<std::size_t>(d)][entry.prefix >> (8 * d) & 0xFF];
+  for (const Entry& entry : entries) {
+    for (std::size_t d = 0; d < kDigits; ++d) ++counts[d][entry.prefix >> (8 * d) & 0xFF];
   }
-  std::vector<Entry> sorted(order->size());
-  for (int d = 0; d < kDigits; ++d) {
-    auto& count = counts[static_cast<std::size_t>(d)];
-    if (count[order->front().prefix >> (8 * d) & 0xFF] == order->size()) continue;
+  std::vector<Entry> other(entries.size());
+  std::span<Entry> from = entries;
+  std::span<Entry> to = other;
+  for (std::size_t d = 0; d < kDigits; ++d) {
+    auto& count = counts[d];
+    if (count[from.front().prefix >> (8 * d) & 0xFF] == from.size()) continue;
     std::uint32_t place = 0;
     for (std::uint32_t& of_value : count) place += std::exchange(of_value, place);
-    for (const Entry& entry : *order) sorted[count[entry.prefix >> (8 * d) & 0xFF]++] = entry;
-    order->swap(sorted);
+    for (const Entry& entry : from) to[count[entry.prefix >> (8 * d) & 0xFF]++] = entry;
+    std::swap(from, to);
+  }
+  if (from.data() != entries.data()) std::copy(from.begin(), from.end(), entries.begin());
+}
+
+bool KeyList::IsLess(const Entry& a, const Entry& b, std::size_t at) const {
+  if (a.prefix != b.prefix) return a.prefix < b.prefix;
+  const std::size_t rest = std::min(at + 8, length_);
+  const int order = std::memcmp(Added(a.place) + rest, Added(b.place) + rest, length_ - rest);
+  return order != 0 ? order < 0 : records_[a.place] < records_[b.place];
+}
+
+// Eight bytes after the other: keys that share the first ones are sorted by the next.
+void KeyList::SortFrom(std::span<Entry> entries, std::size_t at) {
+  constexpr std::size_t kFew = 64;
+  for (Entry& entry : entries) entry.prefix = Prefix(Added(entry.place) + at, length_ - at);
+  const auto less = [this, at](const Entry& a, const Entry& b) { return IsLess(a, b, at); };
+  if (std::is_sorted(entries.begin(), entries.end(), less)) return;
+  if (entries.size() <= kFew || at + 8 >= length_) return std::sort(entries.begin(), entries.end(), less);
+  SortByPrefix(entries);
+  for (std::size_t from = 0; from < entries.size();) {
+    std::size_t to = from + 1;
+    while (to < entries.size() && entries[to].prefix == entries[from].prefix) ++to;
+    if (to - from > 1) SortFrom(entries.subspan(from, to - from), at + 8);
+    from = to;
   }
 }
 
@@ -77,28 +103,9 @@ void KeyList::SortByPrefix(std::vector<Entry>* order) {
 // share.
 void KeyList::Sort() {
   sorted_ = true;
-  const std::size_t common = CommonPrefix();
-  const std::size_t rest = std::min(common + 8, length_);
   order_.resize(records_.size());
-  for (std::size_t i = 0; i < records_.size(); ++i) {
-    order_[i] = Entry{Prefix(Added(i) + common, length_ - common), static_cast<std::uint32_t>(i)};
-  }
-  const auto less_behind = [this, rest](const Entry& a, const Entry& b) {
-    const int order =
-        rest < length_ ? std::memcmp(Added(a.place) + rest, Added(b.place) + rest, length_ - rest) : 0;
-    return order != 0 ? order < 0 : records_[a.place] < records_[b.place];
-  };
-  const auto less = [&less_behind](const Entry& a, const Entry& b) {
-    return a.prefix != b.prefix ? a.prefix < b.prefix : less_behind(a, b);
-  };
-  if (std::is_sorted(order_.begin(), order_.end(), less)) return;
-  SortByPrefix(&order_);
-  for (auto from = order_.begin(); from != order_.end();) {
-    const auto to =
-        std::find_if(from, order_.end(), [&](const Entry& e) { return e.prefix != from->prefix; });
-    if (to - from > 1 && !std::is_sorted(from, to, less_behind)) std::sort(from, to, less_behind);
-    from = to;
-  }
+  for (std::size_t i = 0; i < records_.size(); ++i) order_[i].place = static_cast<std::uint32_t>(i);
+  SortFrom(order_, CommonPrefix());
 }
 
 bool KeyList::HasSameKeys() const {
@@ -117,22 +124,27 @@ void KeyList::KeepFirstOfSame() {
 
 // --- The queue ---
 
-std::size_t KeyQueue::Slot(const std::uint8_t* key) const {
+std::size_t KeyQueue::SlotOf(const std::uint8_t* key, std::uint32_t* mark) const {
+  const std::uint64_t hash = Hash(key, keys_.KeyLength());
+  *mark = static_cast<std::uint32_t>(hash >> 32);
   const std::size_t mask = slots_.size() - 1;
-  std::size_t slot = static_cast<std::size_t>(Hash(key, keys_.KeyLength())) & mask;
-  while (slots_[slot] != 0 && std::memcmp(keys_.Added(slots_[slot] - 1), key, keys_.KeyLength()) != 0) {
-    slot = (slot + 1) & mask;
-  }
-  return slot;
+  const auto holds_key = [&](const Slot& slot) {
+    return slot.mark == *mark && std::memcmp(keys_.Added(slot.place - 1), key, keys_.KeyLength()) == 0;
+  };
+  std::size_t at = static_cast<std::size_t>(hash) & mask;
+  while (slots_[at].place != 0 && !holds_key(slots_[at])) at = (at + 1) & mask;
+  return at;
 }
 
 void KeyQueue::FillTable() {
   if (keys_.Count() * 2 > slots_.size()) {
-    slots_.assign(std::bit_ceil(std::max<std::size_t>(64, keys_.Count() * 4)), 0);
+    slots_.assign(std::bit_ceil(std::max<std::size_t>(64, keys_.Count() * 4)), {});
     in_table_ = 0;
   }
   for (; in_table_ < keys_.Count(); ++in_table_) {
-    slots_[Slot(keys_.Added(in_table_))] = static_cast<std::uint32_t>(in_table_ + 1);
+    std::uint32_t mark = 0;
+    const std::size_t at = SlotOf(keys_.Added(in_table_), &mark);
+    slots_[at] = {static_cast<std::uint32_t>(in_table_ + 1), mark};
   }
 }
 
@@ -146,7 +158,8 @@ void KeyQueue::Add(const std::uint8_t* key, std::uint32_t record) {
 bool KeyQueue::Contains(const std::uint8_t* key) {
   if (highest_ == nullptr || std::memcmp(key, highest_, keys_.KeyLength()) > 0) return false;
   FillTable();
-  return slots_[Slot(key)] != 0;
+  std::uint32_t mark = 0;
+  return slots_[SlotOf(key, &mark)].place != 0;
 }
 
 const KeyList& KeyQueue::Sorted() {

@@ -36,11 +36,14 @@ class KeyList {
  private:
   static constexpr std::size_t kBlockKeys = 64;
   struct Entry {
-    std::uint64_t prefix;  // the first 8 key bytes that are not common to all, big-endian
-    std::uint32_t place;
+    std::uint64_t prefix = 0;  // the 8 key bytes that are looked at now, big-endian
+    std::uint32_t place = 0;
   };
   std::size_t CommonPrefix() const;
-  static void SortByPrefix(std::vector<Entry>* order);
+  // Sorts entries whose keys are the same before `at`.
+  void SortFrom(std::span<Entry> entries, std::size_t at);
+  bool IsLess(const Entry& a, const Entry& b, std::size_t at) const;
+  static void SortByPrefix(std::span<Entry> entries);
 
   std::size_t length_;
   bool sorted_ = false;
@@ -64,15 +67,20 @@ class KeyQueue {
   void Clear();
 
  private:
-  std::size_t Slot(const std::uint8_t* key) const;
+  struct Slot {
+    std::uint32_t place = 0;  // in keys_, plus one; 0 = free
+    std::uint32_t mark = 0;   // of the key's hash: keys with another one need not be looked at
+  };
+  // The slot that holds the key, or the free one where it belongs; *mark gets its mark.
+  std::size_t SlotOf(const std::uint8_t* key, std::uint32_t* mark) const;
   void FillTable();
 
   bool searchable_;
   KeyList keys_;
   const std::uint8_t* highest_ = nullptr;  // of the keys
-  // Hash table of places in keys_, plus one; 0 = free. Numbers mostly ascend, and a key behind the highest
+  // A hash table. Numbers mostly ascend, and a key behind the highest
   // needs no search, so the table is filled when first needed.
-  std::vector<std::uint32_t> slots_;
+  std::vector<Slot> slots_;
   std::size_t in_table_ = 0;
 };
 

@@ -177,11 +177,20 @@ int ChangeNow(Data4& data, bool* begun) {
 
 // --- Blocks of records ---
 
-ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* rc) {
-  if (blocks_.size() < kAheadBlocks) blocks_.emplace_back();
-  Block* block = &*std::min_element(blocks_.begin(), blocks_.end(), [](const Block& a, const Block& b) {
+// A walk that goes on from block to block keeps to the memory of the one before, which is in the processor's
+// cache; else the block that was not used for the longest time goes.
+ReadAhead::Block* ReadAhead::Reusable(std::uint32_t number) {
+  for (Block& held : blocks_) {
+    if (held.used == clock_ && held.number + 1 == number) return &held;
+  }
+  if (blocks_.size() < kAheadBlocks) return &blocks_.emplace_back();
+  return &*std::min_element(blocks_.begin(), blocks_.end(), [](const Block& a, const Block& b) {
     return (a.count == 0 ? 0 : a.used) < (b.count == 0 ? 0 : b.used);
   });
+}
+
+ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* rc) {
+  Block* block = Reusable(number);
   const auto length = static_cast<std::size_t>(table.Header().record_length);
   const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length));
   count_ = 0;  // the block that is reused may be the one last used
