@@ -45,7 +45,7 @@ bool Office::HasDataOption() {
 std::optional<TableHome> Office::Tables() {
   if (!HasDataOption()) return std::nullopt;
   const std::string folder = CommandLineSuite(options_, files_).DataPath();
-  if (!files_.FileExists(folder + std::string(kBankLayout.name) + ".DBF")) {
+  if (!files_.FileExists(WithBackslash(folder) + std::string(kBankLayout.name) + ".DBF")) {
     Refused("There is no company in " + options_.data, kNoTables);
     return std::nullopt;
   }

@@ -10,7 +10,7 @@ std::string Place(const std::string& table, std::int32_t record) {
   return record == 0 ? table : table + " record " + std::to_string(record);
 }
 
-int ReportProblems(const std::vector<CompanyProblem>& problems, Output& out) {
+int ReportProblems(const std::vector<CompanyProblem>& problems, Output& out, std::string_view none) {
   out.Set("ok", problems.empty());
   out.StartList("problems");
   for (const CompanyProblem& problem : problems) {
@@ -19,7 +19,7 @@ int ReportProblems(const std::vector<CompanyProblem>& problems, Output& out) {
   }
   out.EndList();
   if (problems.empty()) {
-    out.Line("No problems found");
+    out.Line(none);
     return kDone;
   }
   const bool mendable = std::any_of(problems.begin(), problems.end(),

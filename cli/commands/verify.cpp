@@ -34,7 +34,8 @@ int Mend(Office& office, const MendArguments& arguments) {
              "  " + Place(step.table, step.record) + ": " + step.text);
   out.EndList();
   if (!report.remains.empty()) out.Line("Left as it is:");
-  return ReportProblems(report.remains, out);
+  return ReportProblems(report.remains, out,
+                        report.steps.empty() ? "No problems found" : "No other problems found");
 }
 
 }  // namespace

@@ -157,7 +157,7 @@ TEST_F(TableCommand, VerifyNamesATableThatDoesNotOpenOnce) {
   ASSERT_EQ(verified["problems"].size(), 1u);
   EXPECT_EQ(verified["problems"][0]["table"], "ESCROW_CHECKS_FNT");
   EXPECT_NE(verified["problems"][0]["problem"].get<std::string>().find("does not open"), std::string::npos);
-  EXPECT_FALSE(verified.contains("messages"));  // no question whether it shall be rebuilt
+  EXPECT_TRUE(verified["messages"].empty());  // no question whether it shall be rebuilt
 }
 
 // Each fault between tables is a problem that names table and record.
