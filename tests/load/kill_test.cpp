@@ -6,10 +6,13 @@
 #include <random>
 
 #include "tests/load/company_check.h"
-#include "tests/load/processes.h"
+#include "tests/support/processes.h"
 
 namespace tallwick::load {
 namespace {
+
+using testing::Setting;
+using testing::Spawn;
 
 // Runs `work` in a process of its own, kills it a random while after it has called the function handed to it,
 // and returns what it has written into its pipe.

@@ -3,11 +3,15 @@
 #include <gtest/gtest.h>
 
 #include "tests/load/company_check.h"
-#include "tests/load/processes.h"
 #include "tests/load/watchers.h"
+#include "tests/support/processes.h"
 
 namespace tallwick::load {
 namespace {
+
+using testing::ExitOf;
+using testing::Setting;
+using testing::Spawn;
 
 using Time = std::chrono::steady_clock::time_point;
 

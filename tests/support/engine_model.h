@@ -36,7 +36,7 @@ class EngineModel {
 
   EngineModel(engine::FileLayer& files, std::string path, Limits limits)
       : files_(files), path_(std::move(path)), limits_(limits) {}
-  // On a disk in memory, where death can be planned.
+  // On a disk in memory, where faults can be planned.
   EngineModel(MemoryFiles& disk, std::string path, Limits limits)
       : files_(disk), disk_(&disk), path_(std::move(path)), limits_(limits) {}
 
@@ -122,11 +122,12 @@ class EngineModel {
 
   // --- Agreement ---
 
-  // After a planned death nothing the engine says counts.
   bool Dead() const { return disk_ != nullptr && disk_->IsDead(); }
+  // Once a planned fault has struck, nothing counts that is said until its end.
+  bool Struck() const { return disk_ != nullptr && disk_->HasStruck(); }
 
   void Agree(bool same, std::string_view what) {
-    if (!same && wrong_.empty() && !Dead())
+    if (!same && wrong_.empty() && !Struck())
       wrong_ = "step " + std::to_string(step_) + ": " + std::string(what);
   }
   void Expect(int got, int wanted, std::string_view what) {
@@ -189,15 +190,30 @@ class EngineModel {
     if (!alone) seat_ = 1 - seat_;
     if (alone) OpenSeats();
     if (!wrong_.empty() || seats_[seat_].table == nullptr) return;
+    TakeStock(before);
+    OpenSeats();
+  }
+
+  // After a fault that the workstation survived: what was not committed is given up. Who packs a table does
+  // not write on when it fails.
+  void GoOn(const Rows& before) {
+    disk_->Plan(Fault::kNone, 0);
+    if (depth_ > 0) engine::code4unitRollback(Code());
+    depth_ = 0;
+    if (exclusive_) Leave(seats_[0]);
+    OpenSeats();
+    if (wrong_.empty()) TakeStock(before);
+  }
+
+  void TakeStock(const Rows& before) {
     // Cached pages may stand for a little longer; whoever takes the index lock, as this does, finishes what
     // was left.
     std::vector<engine::TableProblem> of_no_account;
     engine::d4verify(Table(), &of_no_account);
     Rows found = ReadRows();
-    Agree(found == committed_ || (!done_ && found == before), "after a death something else was found");
+    Agree(found == committed_ || (!done_ && found == before), "after a fault something else was found");
     rows_ = committed_ = std::move(found);
     if (wrong_.empty()) CheckWhole();
-    OpenSeats();
   }
 
   // --- Operations ---
@@ -207,11 +223,14 @@ class EngineModel {
     done_ = false;
     Operate(Draw(24));
     if (depth_ == 0) committed_ = rows_;
-    if (Dead()) {
-      Revive(before);
-    } else if (wrong_.empty()) {
+    if (wrong_.empty() && !Struck()) {
       CheckOrder(static_cast<std::size_t>(step_) % kTagCount);
       if (step_ % limits_.whole_check_at == 0) CheckWhole();
+    }
+    if (Dead()) {
+      Revive(before);
+    } else if (Struck()) {
+      GoOn(before);
     }
   }
 
@@ -242,7 +261,7 @@ class EngineModel {
       case 22:
         return TakeTurns();
       default:
-        return PlanDeath();
+        return PlanFault();
     }
   }
 
@@ -345,17 +364,18 @@ class EngineModel {
     exclusive_ = Draw(3) == 0;
     seat_ = 0;
     OpenSeats();
-    if (!Dead() && wrong_.empty()) CheckWhole();
+    if (!Struck() && wrong_.empty()) CheckWhole();
   }
 
   void TakeTurns() {
     if (depth_ == 0 && !exclusive_) seat_ = 1 - seat_;
   }
 
-  void PlanDeath() {
+  void PlanFault() {
     if (disk_ == nullptr) return;
+    constexpr Fault kFaults[] = {Fault::kDie, Fault::kTear, Fault::kFail, Fault::kShort, Fault::kFull};
     power_cut_ = Draw(2) == 0;
-    const Fault fault = Draw(2) == 0 ? Fault::kTear : Fault::kDie;
+    const Fault fault = kFaults[Draw(std::size(kFaults))];
     disk_->Plan(fault, 1 + static_cast<int>(Draw(64)));
   }
 

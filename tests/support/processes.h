@@ -9,7 +9,7 @@
 #include <cstdlib>
 #include <thread>
 
-namespace tallwick::load {
+namespace tallwick::testing {
 
 // The exit status is the result of `work`. Neither the test framework nor any other destructor of the parent
 // runs in it.
@@ -37,4 +37,4 @@ inline int Setting(const char* variable, int usual) {
   return text == nullptr ? usual : std::atoi(text);
 }
 
-}  // namespace tallwick::load
+}  // namespace tallwick::testing
