@@ -46,7 +46,9 @@ void Print(const Tally& tally, int seconds) {
   line("walks", tally.walks);
   line("records walked", tally.walked_records);
   line("ledgers", tally.ledgers);
+  line("clerks' time in all, microseconds", tally.total_us);
   line("slowest operation, microseconds", tally.slowest_us);
+  line("operations over a second", tally.over_a_second);
 }
 
 TEST(Load, ElevenWorkstationsOnOneBank) {

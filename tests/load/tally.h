@@ -21,6 +21,8 @@ struct Tally {
   std::atomic<std::int64_t> changed_elsewhere;  // refused, the record was not as it was read
   std::atomic<std::int64_t> walks, walked_records, ledgers;
   std::atomic<std::int64_t> slowest_us;  // operation of a clerk
+  std::atomic<std::int64_t> total_us;    // of all of them
+  std::atomic<std::int64_t> over_a_second;
   // 1 for a number in its table, 0 for one that is not.
   std::atomic<std::int8_t> checks[kMostNumbers], vouchers[kMostNumbers], deposits[kMostNumbers];
 
@@ -34,6 +36,8 @@ struct Tally {
   }
   void Took(std::chrono::steady_clock::duration time) {
     const std::int64_t us = std::chrono::duration_cast<std::chrono::microseconds>(time).count();
+    total_us += us;
+    if (us > 1'000'000) ++over_a_second;
     std::int64_t slowest = slowest_us.load();
     while (us > slowest && !slowest_us.compare_exchange_weak(slowest, us)) {
     }
