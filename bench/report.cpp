@@ -27,9 +27,14 @@ double Median(std::vector<double> values) {
   return values.size() % 2 == 1 ? values[middle] : (values[middle - 1] + values[middle]) / 2;
 }
 
-std::string MarkdownTable(const std::vector<Row>& rows) {
+std::string MemoryRow(const std::string& work, double mebibytes, double goal) {
+  return "| " + work + " | " + Format("%.0f MiB", mebibytes) + " | ≤ " + Format("%.0f MiB", goal) +
+         (mebibytes <= goal ? " | yes |\n" : " | no |\n");
+}
+
+std::string MarkdownTable(const std::string& against, const std::vector<Row>& rows) {
   std::string table =
-      "| work | ours | SQLite | ratio | goal | ok |\n| --- | ---: | ---: | ---: | ---: | --- |\n";
+      "| work | ours | " + against + " | ratio | goal | ok |\n| --- | ---: | ---: | ---: | ---: | --- |\n";
   for (const Row& row : rows) {
     table += "| " + row.work + " | " + Time(row.ours) + " | ";
     if (row.theirs) {

@@ -18,7 +18,9 @@ struct Row {
   std::optional<double> goal;  // ours / theirs may be at most this
 };
 
-// The rows as a Markdown table, a ratio below 1 meaning that ours is faster.
-std::string MarkdownTable(const std::vector<Row>& rows);
+// The rows as a Markdown table, a ratio below 1 meaning that ours is faster than what it is held against.
+std::string MarkdownTable(const std::string& against, const std::vector<Row>& rows);
+// A line of the table of memory.
+std::string MemoryRow(const std::string& work, double mebibytes, double goal);
 
 }  // namespace tallwick::bench

@@ -1,13 +1,13 @@
 // Any bytes as the journal beside the sample table. Opening the table recovers or refuses with a code, and a
 // journal without one whole entry changes nothing. Each input is tried as it is, and once more with its
 // entries made whole, so that what lies behind the checksum is reached as well.
-#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
+#include <span>
 #include <string>
-#include <string_view>
 
 #include "fuzz/sample_table.h"
 #include "store/engine/byte_order.h"
@@ -20,37 +20,28 @@ using namespace tallwick::engine;
 using namespace tallwick::fuzz;
 
 constexpr std::size_t kHeader = 96;
-constexpr std::size_t kEntryHead = 28;
-constexpr std::string_view kEntryMagic = "TWKE";
+constexpr std::size_t kHead = static_cast<std::size_t>(kEntryHead);
 
 std::uint8_t* At(std::string& bytes, std::size_t place) {
   return reinterpret_cast<std::uint8_t*>(bytes.data()) + place;
 }
 
-// The checksum of an entry, written down a second time.
-std::uint64_t Checksum(std::uint64_t number, const std::uint8_t* bytes, std::size_t size) {
-  std::uint64_t sum = 0xCBF29CE484222325U ^ number;
-  std::size_t i = 0;
-  for (; i + 8 <= size; i += 8) sum = (sum ^ Load64(bytes + i)) * 0x100000001B3U;
-  for (; i < size; ++i) sum = (sum ^ bytes[i]) * 0x100000001B3U;
-  return sum ^ (sum >> 29);
-}
-
-// The length of the payload of the entry that seems to begin here; npos for none.
-std::size_t PayloadAt(std::string& bytes, std::size_t place) {
-  if (bytes.size() < place + kEntryHead || bytes.compare(place, 4, kEntryMagic) != 0)
-    return std::string::npos;
-  const std::uint64_t length = Load64(At(bytes, place + 4));
-  return length <= bytes.size() - place - kEntryHead ? static_cast<std::size_t>(length) : std::string::npos;
+// The payload of the entry or note that seems to begin at a place; nullopt for none.
+std::optional<std::span<std::uint8_t>> PayloadAt(std::string& bytes, std::size_t place) {
+  JournalHead head;
+  if (bytes.size() < place + kHead ||
+      !head.Parse(std::span<const std::uint8_t, kHead>(At(bytes, place), kHead)))
+    return std::nullopt;
+  if (head.payload_bytes > bytes.size() - place - kHead) return std::nullopt;
+  return std::span(At(bytes, place + kHead), static_cast<std::size_t>(head.payload_bytes));
 }
 
 bool HoldsWholeEntry(std::string bytes) {
-  for (std::size_t place = bytes.find(kEntryMagic); place != std::string::npos;
-       place = bytes.find(kEntryMagic, place + 1)) {
-    const std::size_t length = PayloadAt(bytes, place);
-    if (length == std::string::npos) continue;
-    const std::uint8_t* entry = At(bytes, place);
-    if (Checksum(Load64(entry + 12), entry + kEntryHead, length) == Load64(entry + 20)) return true;
+  for (std::size_t place = bytes.find("TWK"); place != std::string::npos;
+       place = bytes.find("TWK", place + 1)) {
+    const auto payload = PayloadAt(bytes, place);
+    const std::uint8_t* head = At(bytes, place);
+    if (payload && EntryChecksum(Load64(head + 12), *payload) == Load64(head + 20)) return true;
   }
   return false;
 }
@@ -61,11 +52,10 @@ std::string Sealed(std::string bytes) {
   bytes.replace(0, 8, "TWKJRNL1");
   std::uint64_t number = Load64(At(bytes, 24));
   std::size_t place = kHeader;
-  for (std::size_t length; (length = PayloadAt(bytes, place)) != std::string::npos;
-       place += kEntryHead + length) {
-    std::uint8_t* entry = At(bytes, place);
-    Store64(entry + 12, number);
-    Store64(entry + 20, Checksum(number, entry + kEntryHead, length));
+  for (auto payload = PayloadAt(bytes, place); payload; payload = PayloadAt(bytes, place)) {
+    Store64(At(bytes, place + 12), number);
+    Store64(At(bytes, place + 20), EntryChecksum(number, *payload));
+    place += kHead + payload->size();
     ++number;
   }
   return bytes;

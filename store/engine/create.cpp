@@ -85,12 +85,12 @@ class TagRun {
     std::vector<KeyList> lists;
     for (std::size_t i = from; i < to; ++i) {
       lists.emplace_back(tags_[i]->shape.length);
-      if (!tags_[i]->filter || tags_[i]->unique) lists.back().Reserve(total_);
     }
     int rc = ScanRecords(table_, total_, [&](std::uint32_t number, const std::uint8_t* record) {
+      RecordFilter filter(record, number);
       for (std::size_t i = from; i < to; ++i) {
         const IndexTag& tag = *tags_[i];
-        if (tag.filter && !tag.filter->EvaluateLogical(record, number)) continue;
+        if (!filter.Includes(tag)) continue;
         tag.key->EvaluateKey(record, number, lists[i - from].Add(number));
       }
       const bool stop = number % 4096 == 0 && progress_ && !progress_(number, total_);

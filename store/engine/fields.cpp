@@ -192,8 +192,10 @@ int f4assignNVB(Field4& field, std::string_view text) {
 int f4assignLong(Field4& field, long value) {
   if (field.info.type == 'B') return PutBinary(field, static_cast<double>(value));
   if (!IsNumeric(field) && field.info.type != 'C') return Refuse(field);
-  const std::string text = std::to_string(value);
-  return IsNumeric(field) ? f4assignNVB(field, text) : Put(field, text, true);
+  std::array<char, 24> digits{};
+  const auto end = std::to_chars(digits.data(), digits.data() + digits.size(), value).ptr;
+  const std::string_view text(digits.data(), static_cast<std::size_t>(end - digits.data()));
+  return field.info.decimals > 0 ? f4assignNVB(field, text) : Put(field, text, true);
 }
 
 int f4assignDouble(Field4& field, double value) {

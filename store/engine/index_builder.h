@@ -22,14 +22,7 @@ class IndexBuilder {
   int Finish(std::uint32_t counter);
 
  private:
-  struct Child {
-    std::vector<std::uint8_t> key;
-    std::uint32_t record;
-    std::uint32_t page;
-  };
-  int WriteLeaves(const IndexTag& tag, const KeyList& keys, std::vector<Child>* level);
-  int WriteLevel(const IndexTag& tag, const std::vector<Child>& below, std::vector<Child>* level);
-  int PutPage(const IndexNode& node, bool is_root);
+  int PutPage(const std::uint8_t* page);
   int Put(std::int64_t offset, const std::uint8_t* bytes, std::size_t length);
   int FlushPages();
 

@@ -7,6 +7,7 @@
 #include "store/engine/byte_order.h"
 #include "store/engine/codebase.h"
 #include "store/engine/index_tree.h"
+#include "store/engine/tree_packer.h"
 
 namespace tallwick::engine {
 namespace {
@@ -17,6 +18,9 @@ constexpr int kLockTries = 2000;
 constexpr int kLockWaitMs = 5;
 constexpr int kMaxTags = 255;
 constexpr std::size_t kPool = 512;
+// So many keys or more fill an empty tree page by page.
+constexpr std::size_t kPackFrom = 1000;
+constexpr std::size_t kRunBytes = std::size_t{1} << 20;
 
 std::size_t NodeBytes(const IndexNode& node) {
   return sizeof(IndexNode) + node.keys.capacity() + 4 * (node.records.capacity() + node.children.capacity());
@@ -265,11 +269,20 @@ IndexNode* IndexFile::Load(const IndexTag& tag, std::uint32_t offset, int* rc) {
   std::array<std::uint8_t, kPageBytes> page{};
   *rc = kErrorIndex;
   if (!IsPageOffset(offset) || offset >= end_) return nullptr;
-  if (file_->ReadAt(offset, page.data(), page.size()) != kPageBytes) return nullptr;
+  if (!ReadPage(offset, page.data())) return nullptr;
   auto node = std::make_unique<IndexNode>(offset, true, tag.shape);
   if (!DecodePage(page.data(), node.get())) return nullptr;
   *rc = kSuccess;
   return Keep(std::move(node));
+}
+
+bool IndexFile::ReadPage(std::uint32_t offset, std::uint8_t* page) {
+  for (const PageRun& run : packed_) {
+    if (offset < run.offset || offset >= run.End()) continue;
+    std::memcpy(page, run.bytes.data() + (offset - run.offset), kPageBytes);
+    return true;
+  }
+  return file_->ReadAt(offset, page, kPageBytes) == kPageBytes;
 }
 
 int IndexFile::Root(IndexTag& tag, std::uint32_t* root) {
@@ -350,11 +363,38 @@ int IndexFile::SettleQueues() {
   if (!queued_) return kSuccess;
   for (const auto& tag : tags_) {
     if (!tag->queue || tag->queue->IsEmpty()) continue;
-    const int rc = IndexTree(*this, *tag).InsertSorted(tag->queue->Sorted());
+    const int rc = PutKeys(*tag, tag->queue->Sorted());
     tag->queue->Clear();
     if (rc != kSuccess) return queue_failure_ = rc;
   }
   queued_ = false;
+  return kSuccess;
+}
+
+int IndexFile::PutKeys(IndexTag& tag, const KeyList& keys) {
+  std::uint32_t at = 0;
+  int rc = Root(tag, &at);
+  IndexNode* root = rc == kSuccess ? Load(tag, at, &rc) : nullptr;
+  if (root == nullptr) return rc;
+  const bool is_empty = root->leaf && root->Count() == 0;
+  if (!is_empty || keys.Count() < kPackFrom) return IndexTree(*this, tag).InsertSorted(keys);
+  // A tree that is yet to be made is packed as a whole.
+  TreePacker packer(tag.shape, end_, [this](const std::uint8_t* page) { return PackPage(page); });
+  rc = packer.Pack(keys);
+  if (rc != kSuccess) return rc;
+  Free(root);
+  SetRoot(tag, packer.Root());
+  return kSuccess;
+}
+
+int IndexFile::PackPage(const std::uint8_t* page) {
+  if (static_cast<std::int64_t>(end_) + kPageBytes > size_limit_) return kErrorTooLarge;
+  if (packed_.empty() || packed_.back().End() != end_ || packed_.back().bytes.size() >= kRunBytes) {
+    packed_.push_back({end_, {}});
+    packed_.back().bytes.reserve(kRunBytes);
+  }
+  packed_.back().bytes.insert(packed_.back().bytes.end(), page, page + kPageBytes);
+  end_ += kPageBytes;
   return kSuccess;
 }
 
@@ -399,6 +439,7 @@ void IndexFile::Publish() {
   changed_.clear();
   for (const auto& tag : tags_) tag->root_changed = false;
   free_links_.clear();
+  packed_.clear();
   written_ = false;
   file_->Unlock(kIndexLockAt, 1);
   TrimCache();
@@ -412,6 +453,7 @@ void IndexFile::Discard() {
   queued_ = false;
   queue_failure_ = 0;
   free_links_.clear();
+  packed_.clear();
   changed_.clear();
   counter_known_ = false;
   DropCache();

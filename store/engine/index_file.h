@@ -15,6 +15,7 @@
 
 #include <array>
 #include <cstdint>
+#include <deque>
 #include <functional>
 #include <map>
 #include <memory>
@@ -123,6 +124,14 @@ class IndexFile {
   void Queue(IndexTag& tag, const std::uint8_t* key, std::uint32_t record);
   // Puts every queued key into its tree.
   int SettleQueues();
+  // Pages behind the file's end that were packed in the unit, at most 1 MiB in a run. Pages of Collect that
+  // stand at the same place are newer.
+  struct PageRun {
+    std::uint32_t offset = 0;
+    std::vector<std::uint8_t> bytes;
+    std::uint32_t End() const { return offset + static_cast<std::uint32_t>(bytes.size()); }
+  };
+  const std::deque<PageRun>& PackedPages() const { return packed_; }
 
   // Raised by every change of any cached page; a remembered position is good while it stands.
   std::uint64_t Version() const { return version_; }
@@ -164,6 +173,9 @@ class IndexFile {
   int ReadDirectory(std::span<const FieldInfo> fields);
   int ReadTag(const std::string& name, std::uint32_t offset, std::span<const FieldInfo> fields);
   IndexNode* Keep(std::unique_ptr<IndexNode> node);
+  int PutKeys(IndexTag& tag, const KeyList& keys);
+  int PackPage(const std::uint8_t* page);
+  bool ReadPage(std::uint32_t offset, std::uint8_t* page);
 
   std::unique_ptr<File> file_;
   Clock& clock_;
@@ -175,6 +187,7 @@ class IndexFile {
   std::vector<std::uint32_t> changed_;  // offsets of pages marked dirty in the unit
   std::map<std::uint32_t, std::uint32_t>
       free_links_;  // pages freed in the unit, each with the next free page
+  std::deque<PageRun> packed_;
 
   bool counter_known_ = false;
   std::uint32_t counter_ = 0;

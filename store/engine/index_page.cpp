@@ -17,30 +17,34 @@ int CountBits(int key_length) {
   return std::bit_width(static_cast<unsigned>(key_length));
 }
 
+// Both count eight bytes at a time: they run for every key that goes into a page.
 int TrailingFill(const std::uint8_t* key, int length, std::uint8_t fill) {
+  const std::uint64_t eight = fill * 0x0101010101010101U;
   int count = 0;
+  for (; count + 8 <= length; count += 8) {
+    const std::uint64_t difference = Load64(key + length - count - 8) ^ eight;
+    if (difference != 0) return count + std::countl_zero(difference) / 8;
+  }
   while (count < length && key[length - 1 - count] == fill) ++count;
   return count;
 }
 
 int SharedBytes(const std::uint8_t* before, const std::uint8_t* key, int limit) {
   int count = 0;
+  for (; count + 8 <= limit; count += 8) {
+    const std::uint64_t difference = Load64(before + count) ^ Load64(key + count);
+    if (difference != 0) return count + std::countr_zero(difference) / 8;
+  }
   while (count < limit && before[count] == key[count]) ++count;
   return count;
 }
 
-// How the three numbers of a leaf entry lie in its bytes.
-struct EntryLayout {
-  int record_bits = 0;
-  int count_bits = 0;
-  int bytes = 0;
-
-  EntryLayout(int key_length, std::uint32_t highest_record, int has) {
-    count_bits = CountBits(key_length);
-    bytes = LeafEntryBytes(key_length, highest_record, has);
-    record_bits = std::min(8 * bytes - 2 * count_bits, 32);
-  }
-};
+void PutHead(std::uint8_t* page, int attributes, int count, std::uint32_t left, std::uint32_t right) {
+  Store16(page, static_cast<std::uint32_t>(attributes));
+  Store16(page + 2, static_cast<std::uint32_t>(count));
+  Store32(page + 4, left);
+  Store32(page + 8, right);
+}
 
 std::uint64_t LoadEntry(const std::uint8_t* p, int bytes) {
   std::uint64_t value = 0;
@@ -197,49 +201,85 @@ bool IndexNode::Fits() const {
   return UsedBytes() <= (leaf ? kLeafRoom : kInteriorRoom);
 }
 
-bool EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
+// --- Packing ---
+
+LeafPacker::LeafPacker(KeyShape shape, std::uint32_t highest_record, int entry_bytes)
+    : shape_(shape),
+      entry_bytes_(LeafEntryBytes(shape.length, highest_record, entry_bytes)),
+      count_bits_(CountBits(shape.length)),
+      record_bits_(std::min(8 * entry_bytes_ - 2 * count_bits_, 32)) {}
+
+void LeafPacker::Begin(std::uint8_t* page) {
+  page_ = page;
+  previous_ = nullptr;
+  count_ = 0;
+  key_start_ = kPageBytes;
   std::memset(page, 0, kPageBytes);
+}
+
+bool LeafPacker::Add(const std::uint8_t* key, std::uint32_t record) {
+  const int trailing = TrailingFill(key, shape_.length, shape_.fill);
+  const int duplicates = previous_ == nullptr ? 0 : SharedBytes(previous_, key, shape_.length - trailing);
+  const int stored = shape_.length - trailing - duplicates;
+  const int entries_end = kLeafHead + (count_ + 1) * entry_bytes_;
+  if (key_start_ - stored < entries_end) return false;
+  key_start_ -= stored;
+  std::memcpy(page_ + key_start_, key + duplicates, static_cast<std::size_t>(stored));
+  std::uint64_t entry = record;
+  entry |= static_cast<std::uint64_t>(duplicates) << record_bits_;
+  entry |= static_cast<std::uint64_t>(trailing) << (record_bits_ + count_bits_);
+  std::uint8_t* out = page_ + entries_end - entry_bytes_;
+  for (int b = 0; b < entry_bytes_; ++b) out[b] = static_cast<std::uint8_t>(entry >> (8 * b));
+  previous_ = key;
+  ++count_;
+  return true;
+}
+
+void LeafPacker::Finish(bool is_root, std::uint32_t left, std::uint32_t right) {
+  PutHead(page_, (is_root ? kAttributeRoot : 0) + kAttributeLeaf, count_, left, right);
+  const auto count_mask = static_cast<std::uint8_t>((1U << count_bits_) - 1);
+  Store16(page_ + 12, static_cast<std::uint32_t>(key_start_ - kLeafHead - count_ * entry_bytes_));
+  Store32(page_ + 14, record_bits_ >= 32 ? 0xFFFFFFFFU : (1U << record_bits_) - 1);
+  page_[18] = count_mask;
+  page_[19] = count_mask;
+  page_[20] = static_cast<std::uint8_t>(record_bits_);
+  page_[21] = static_cast<std::uint8_t>(count_bits_);
+  page_[22] = static_cast<std::uint8_t>(count_bits_);
+  page_[23] = static_cast<std::uint8_t>(entry_bytes_);
+}
+
+void EncodeInterior(std::span<const InteriorEntry> entries, KeyShape shape, bool is_root, std::uint32_t left,
+                    std::uint32_t right, std::uint8_t* page) {
+  std::memset(page, 0, kPageBytes);
+  PutHead(page, is_root ? kAttributeRoot : 0, static_cast<int>(entries.size()), left, right);
+  std::uint8_t* out = page + kInteriorHead;
+  for (const InteriorEntry& entry : entries) {
+    std::memcpy(out, entry.key, static_cast<std::size_t>(shape.length));
+    Store32Big(out + shape.length, entry.record);
+    Store32Big(out + shape.length + 4, entry.child);
+    out += shape.length + 8;
+  }
+}
+
+bool EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page) {
   if (!node.Fits()) return false;
-  Store16(page,
-          static_cast<std::uint32_t>((is_root ? kAttributeRoot : 0) + (node.leaf ? kAttributeLeaf : 0)));
-  Store16(page + 2, static_cast<std::uint32_t>(node.Count()));
-  Store32(page + 4, node.left);
-  Store32(page + 8, node.right);
-  const int length = node.key_length;
-  if (!node.leaf) {
-    std::uint8_t* entry = page + kInteriorHead;
-    for (int i = 0; i < node.Count(); ++i, entry += length + 8) {
-      std::memcpy(entry, node.Key(i), static_cast<std::size_t>(length));
-      Store32Big(entry + length, node.records[static_cast<std::size_t>(i)]);
-      Store32Big(entry + length + 4, node.children[static_cast<std::size_t>(i)]);
+  const KeyShape shape{node.key_length, node.fill};
+  if (node.leaf) {
+    LeafPacker packer(shape, node.highest_record, node.entry_bytes);
+    packer.Begin(page);
+    for (int i = 0; i < node.Count(); ++i) {
+      if (!packer.Add(node.Key(i), node.records[static_cast<std::size_t>(i)])) return false;
     }
+    packer.Finish(is_root, node.left, node.right);
     return true;
   }
-
-  const EntryLayout layout(length, node.highest_record, node.entry_bytes);
-  const auto count_mask = static_cast<std::uint8_t>((1U << layout.count_bits) - 1);
-  Store32(page + 14, layout.record_bits >= 32 ? 0xFFFFFFFFU : (1U << layout.record_bits) - 1);
-  page[18] = count_mask;
-  page[19] = count_mask;
-  page[20] = static_cast<std::uint8_t>(layout.record_bits);
-  page[21] = static_cast<std::uint8_t>(layout.count_bits);
-  page[22] = static_cast<std::uint8_t>(layout.count_bits);
-  page[23] = static_cast<std::uint8_t>(layout.bytes);
-  int key_start = kPageBytes;
+  std::vector<InteriorEntry> entries;
+  entries.reserve(node.records.size());
   for (int i = 0; i < node.Count(); ++i) {
-    const std::uint8_t* key = node.Key(i);
-    const int trailing = TrailingFill(key, length, node.fill);
-    const int duplicates = i == 0 ? 0 : SharedBytes(node.Key(i - 1), key, length - trailing);
-    const int stored = length - trailing - duplicates;
-    key_start -= stored;
-    std::memcpy(page + key_start, key + duplicates, static_cast<std::size_t>(stored));
-    std::uint64_t entry = node.records[static_cast<std::size_t>(i)];
-    entry |= static_cast<std::uint64_t>(duplicates) << layout.record_bits;
-    entry |= static_cast<std::uint64_t>(trailing) << (layout.record_bits + layout.count_bits);
-    std::uint8_t* out = page + kLeafHead + static_cast<std::ptrdiff_t>(i) * layout.bytes;
-    for (int b = 0; b < layout.bytes; ++b) out[b] = static_cast<std::uint8_t>(entry >> (8 * b));
+    const auto at = static_cast<std::size_t>(i);
+    entries.push_back({node.Key(i), node.records[at], node.children[at]});
   }
-  Store16(page + 12, static_cast<std::uint32_t>(key_start - kLeafHead - node.Count() * layout.bytes));
+  EncodeInterior(entries, shape, is_root, node.left, node.right, page);
   return true;
 }
 

@@ -18,6 +18,7 @@
 
 #include <cstdint>
 #include <cstring>
+#include <span>
 #include <vector>
 
 namespace tallwick::engine {
@@ -87,6 +88,39 @@ int LeafEntryBytes(int key_length, std::uint32_t highest_record, int has = 0);
 // Room for entries and keys in a leaf, and for entries in an interior page.
 inline constexpr int kLeafRoom = kPageBytes - 24;
 inline constexpr int kInteriorRoom = kPageBytes - 12;
+
+// Packs entries in ascending order into the bytes of one leaf after the other.
+class LeafPacker {
+ public:
+  // `highest_record` of all entries to come decides how wide an entry is; `entry_bytes` as in IndexNode.
+  LeafPacker(KeyShape shape, std::uint32_t highest_record, int entry_bytes = 0);
+  // Starts a leaf in these kPageBytes.
+  void Begin(std::uint8_t* page);
+  // False when the leaf has no room for the entry. The key must stay where it is until the next one is added.
+  bool Add(const std::uint8_t* key, std::uint32_t record);
+  void Finish(bool is_root, std::uint32_t left, std::uint32_t right);
+  int Count() const { return count_; }
+
+ private:
+  KeyShape shape_;
+  int entry_bytes_ = 0;
+  int count_bits_ = 0;
+  int record_bits_ = 0;
+  std::uint8_t* page_ = nullptr;
+  const std::uint8_t* previous_ = nullptr;
+  int count_ = 0;
+  int key_start_ = kPageBytes;
+};
+
+// An interior page's entry: the highest entry of a child.
+struct InteriorEntry {
+  const std::uint8_t* key;
+  std::uint32_t record;
+  std::uint32_t child;
+};
+// Writes kPageBytes; the entries must fit, which are kInteriorRoom / (key length + 8).
+void EncodeInterior(std::span<const InteriorEntry> entries, KeyShape shape, bool is_root, std::uint32_t left,
+                    std::uint32_t right, std::uint8_t* page);
 
 // False when the entries do not fit the page; nothing useful is in it then.
 bool EncodePage(const IndexNode& node, bool is_root, std::uint8_t* page);

@@ -60,6 +60,15 @@ class ReadAhead {
   std::uint64_t clock_ = 0;
 };
 
+// One tag's part in a change of a record.
+struct TagChange {
+  Tag4* tag = nullptr;
+  bool had = false;  // the old record's entry leaves the tag
+  bool has = false;  // the new record's entry joins it
+  std::array<std::uint8_t, kMaxKeyLength> old_key;
+  std::array<std::uint8_t, kMaxKeyLength> new_key;
+};
+
 class Data4 {
  public:
   Data4(Code4& owner, TableFile& file);
@@ -81,6 +90,10 @@ class Data4 {
   std::vector<std::uint32_t> unlock_records;  // locked for one change within a unit, until it ends
   bool unlock_at_end = false;                 // unlocked within a unit: the locks go when it ends
   std::map<int, std::pair<MemoFile::Kind, std::string>> memos;  // assigned, not yet written; by field number
+
+  // Of the change at hand; kept from one to the next, so that a change allocates nothing.
+  std::vector<TagChange> plan;       // by tag
+  std::vector<std::uint8_t> before;  // the record as an append found it
 
   // Where the handle stands in the selected tag: its place among the pages, good for `placed_record` while
   // the index is at `place_version`; and the entry itself, where it was kept (for `place_record`; else the
@@ -186,6 +199,20 @@ void RebindTags(Data4& data);  // after the index file of its table was replaced
 int LoadRecord(Data4& data, std::uint32_t record);
 void ShowEnd(Data4& data);
 int WriteChanges(Data4& data);
+// Asks the filters of several tags about one record. Tags mostly have the same filter, one after the other:
+// it is evaluated once.
+class RecordFilter {
+ public:
+  RecordFilter(const std::uint8_t* record, std::uint32_t number) : record_(record), number_(number) {}
+  bool Includes(const IndexTag& tag);
+
+ private:
+  const std::uint8_t* record_;
+  std::uint32_t number_;
+  const IndexTag* asked_ = nullptr;
+  bool included_ = false;
+};
+
 // Key bytes of a record for a tag; false when the filter leaves the record out.
 bool KeyOf(const IndexTag& tag, const std::uint8_t* record, std::uint32_t number, std::uint8_t* key);
 

@@ -12,12 +12,12 @@ namespace tallwick::engine {
 namespace {
 
 constexpr std::string_view kMagic = "TWKJRNL1";
-constexpr std::string_view kEntryMagic = "TWKE";
+// From so many bytes behind the files' ends on, writing them once is worth the note's flush.
+constexpr std::int64_t kAheadBytes = std::int64_t{1} << 20;
 constexpr std::int64_t kHeaderBytes = 96;
 constexpr std::int64_t kBootAt = 32;
 constexpr std::size_t kBootBytes = 64;
 constexpr std::string_view kSeveralMachines = "-";
-constexpr std::int64_t kEntryHead = 28;
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
 constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
@@ -28,126 +28,56 @@ constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
 constexpr int kWriterTries = 2000;
 constexpr int kWriterWaitMs = 2;
 
-std::uint64_t Checksum(std::uint64_t number, std::span<const std::uint8_t> bytes) {
-  std::uint64_t sum = 0xCBF29CE484222325U ^ number;
-  std::size_t i = 0;
-  for (; i + 8 <= bytes.size(); i += 8) sum = (sum ^ Load64(&bytes[i])) * 0x100000001B3U;
-  for (; i < bytes.size(); ++i) sum = (sum ^ bytes[i]) * 0x100000001B3U;
-  return sum ^ (sum >> 29);
-}
-
-void Put(std::vector<std::uint8_t>* out, const void* bytes, std::size_t length) {
-  const auto* from = static_cast<const std::uint8_t*>(bytes);
-  out->insert(out->end(), from, from + length);
-}
-
-void Put16(std::vector<std::uint8_t>* out, std::uint32_t v) {
-  std::uint8_t b[2];
-  Store16(b, v);
-  Put(out, b, sizeof b);
-}
-void Put32(std::vector<std::uint8_t>* out, std::uint32_t v) {
-  std::uint8_t b[4];
-  Store32(b, v);
-  Put(out, b, sizeof b);
-}
-void Put64(std::vector<std::uint8_t>* out, std::uint64_t v) {
-  std::uint8_t b[8];
-  Store64(b, v);
-  Put(out, b, sizeof b);
-}
-
-std::vector<std::uint8_t> BuildEntry(std::uint64_t number, const std::vector<JournalFileChange>& changes) {
-  std::size_t total = static_cast<std::size_t>(kEntryHead) + 2;
+// The parts of the changes behind the ends of their files, and in *rest all the others.
+std::vector<JournalFileChange> SplitTails(const std::vector<JournalFileChange>& changes,
+                                          std::vector<JournalFileChange>* rest) {
+  std::vector<JournalFileChange> tails;
   for (const auto& change : changes) {
-    total += 6 + change.name.size();
-    for (const auto& extent : change.extents) total += 12 + extent.bytes.size();
+    const std::int64_t size = change.open->Size();
+    if (size < 0) {
+      rest->push_back(change);
+      continue;
+    }
+    JournalFileChange tail{change.name, change.open, {}};
+    JournalFileChange head{change.name, change.open, {}};
+    for (const JournalExtent& extent : change.extents) {
+      const auto inside = static_cast<std::size_t>(
+          std::clamp<std::int64_t>(size - extent.offset, 0, std::ssize(extent.bytes)));
+      if (inside > 0) head.extents.push_back({extent.offset, extent.bytes.first(inside)});
+      if (inside == extent.bytes.size()) continue;
+      tail.extents.push_back(
+          {extent.offset + static_cast<std::int64_t>(inside), extent.bytes.subspan(inside)});
+    }
+    if (!head.extents.empty()) rest->push_back(std::move(head));
+    if (!tail.extents.empty()) tails.push_back(std::move(tail));
   }
-  std::vector<std::uint8_t> entry;
-  entry.reserve(total);
-  entry.resize(kEntryHead);
-  Put16(&entry, static_cast<std::uint32_t>(changes.size()));
+  return tails;
+}
+
+std::int64_t TotalBytes(const std::vector<JournalFileChange>& changes) {
+  std::int64_t total = 0;
   for (const auto& change : changes) {
-    Put16(&entry, static_cast<std::uint32_t>(change.name.size()));
-    Put(&entry, change.name.data(), change.name.size());
-    Put32(&entry, static_cast<std::uint32_t>(change.extents.size()));
-    for (const auto& extent : change.extents) {
-      Put64(&entry, static_cast<std::uint64_t>(extent.offset));
-      Put32(&entry, static_cast<std::uint32_t>(extent.bytes.size()));
-      Put(&entry, extent.bytes.data(), extent.bytes.size());
-    }
+    for (const JournalExtent& extent : change.extents) total += std::ssize(extent.bytes);
   }
-  const std::span<const std::uint8_t> payload(entry.data() + kEntryHead, entry.size() - kEntryHead);
-  std::memcpy(entry.data(), kEntryMagic.data(), kEntryMagic.size());
-  Store64(&entry[4], payload.size());
-  Store64(&entry[12], number);
-  Store64(&entry[20], Checksum(number, payload));
-  return entry;
+  return total;
 }
 
-// Reads a payload front to back; every read is checked against its end.
-class PayloadReader {
- public:
-  explicit PayloadReader(std::span<const std::uint8_t> bytes) : bytes_(bytes) {}
-  bool Take(std::size_t length, std::span<const std::uint8_t>* out) {
-    if (bytes_.size() < length) return false;
-    *out = bytes_.first(length);
-    bytes_ = bytes_.subspan(length);
-    return true;
+int NoteLengths(const std::vector<JournalFileChange>& tails, std::vector<JournalLength>* lengths) {
+  for (const auto& tail : tails) {
+    JournalLength file{tail.name, tail.open->Size(), {}};
+    if (file.length < 0 || tail.open->ReadAt(0, file.start.data(), file.start.size()) < 0) return kErrorRead;
+    lengths->push_back(std::move(file));
   }
-  bool Take16(std::uint32_t* v) {
-    std::span<const std::uint8_t> b;
-    if (!Take(2, &b)) return false;
-    *v = Load16(b.data());
-    return true;
-  }
-  bool Take32(std::uint32_t* v) {
-    std::span<const std::uint8_t> b;
-    if (!Take(4, &b)) return false;
-    *v = Load32(b.data());
-    return true;
-  }
-  bool Take64(std::uint64_t* v) {
-    std::span<const std::uint8_t> b;
-    if (!Take(8, &b)) return false;
-    *v = Load64(b.data());
-    return true;
-  }
-
- private:
-  std::span<const std::uint8_t> bytes_;
-};
-
-// A name that stays in the folder.
-bool IsPlainName(std::string_view name) {
-  return !name.empty() && name != "." && name != ".." &&
-         name.find_first_of("/\\:") == std::string_view::npos && name.find('\0') == std::string_view::npos;
+  return kSuccess;
 }
 
-bool ParsePayload(std::span<const std::uint8_t> payload, std::vector<JournalFileChange>* changes) {
-  PayloadReader reader(payload);
-  std::uint32_t files = 0;
-  if (!reader.Take16(&files)) return false;
-  for (std::uint32_t f = 0; f < files; ++f) {
-    JournalFileChange change;
-    std::uint32_t length = 0;
-    std::uint32_t extents = 0;
-    std::span<const std::uint8_t> name;
-    if (!reader.Take16(&length) || !reader.Take(length, &name) || !reader.Take32(&extents)) return false;
-    change.name.assign(name.begin(), name.end());
-    if (!IsPlainName(change.name)) return false;
-    for (std::uint32_t e = 0; e < extents; ++e) {
-      JournalExtent extent;
-      std::uint64_t offset = 0;
-      std::uint32_t size = 0;
-      if (!reader.Take64(&offset) || !reader.Take32(&size) || !reader.Take(size, &extent.bytes)) return false;
-      if (offset > (std::uint64_t{1} << 40)) return false;
-      extent.offset = static_cast<std::int64_t>(offset);
-      change.extents.push_back(extent);
-    }
-    changes->push_back(std::move(change));
-  }
-  return true;
+// Back to its length, unless the file has become another one since.
+int CutFile(File& file, const JournalLength& before) {
+  auto start = before.start;
+  if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
+  if (start != before.start || file.Size() <= before.length) return kSuccess;
+  const int rc = file.Truncate(before.length);
+  return rc == kSuccess ? file.Flush() : rc;
 }
 
 bool IsIndexName(std::string_view name) {
@@ -293,25 +223,60 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
       if (rc != kSuccess) return rc;
     }
   }
+  std::vector<JournalFileChange> rest;
+  const std::vector<JournalFileChange> tails = SplitTails(changes, &rest);
+  if (TotalBytes(tails) < kAheadBytes) return CommitEntry(changes);
+
+  const Mark note_at = end_;
+  std::vector<JournalLength> lengths;
+  int rc = NoteLengths(tails, &lengths);
+  if (rc == kSuccess) rc = Append(BuildNote(end_.number, lengths));
+  if (rc != kSuccess) return rc;
+  rc = WriteTails(tails);
+  if (rc == kSuccess) rc = CommitEntry(rest);
+  // What cannot be cut back now is cut back by whoever writes next, before anything else.
+  if (rc != kSuccess) CutBack(note_at, lengths);
+  return rc;
+}
+
+int Journal::CommitEntry(const std::vector<JournalFileChange>& changes) {
   const std::vector<std::uint8_t> entry = BuildEntry(end_.number, changes);
   if (static_cast<std::int64_t>(entry.size()) > kMaxPayload) return kErrorTooLarge;
-  const Mark next{end_.position + static_cast<std::int64_t>(entry.size()), end_.number + 1};
+  if (const int rc = Append(entry); rc != kSuccess) return rc;
+  // From here on the unit stands: whoever comes to an entry that was not applied applies it.
+  unapplied_ = Apply(changes) != kSuccess || WriteMarks(nullptr, end_) != kSuccess;
+  return kSuccess;
+}
+
+int Journal::Append(const std::vector<std::uint8_t>& entry) {
+  const Mark next{end_.position + std::ssize(entry), end_.number + 1};
   int rc = GrowTo(next.position);
   if (rc == kSuccess) rc = file_->WriteAt(end_.position, entry.data(), entry.size());
   if (rc == kSuccess) rc = file_->Flush();
-  if (rc != kSuccess) {
-    // Nobody may find the entry: a reader of the journal stops at the first one that is not whole.
-    const std::array<std::uint8_t, kEntryHead> none{};
-    if (file_->WriteAt(end_.position, none.data(), none.size()) == kSuccess) file_->Flush();
-    return rc;
+  if (rc == kSuccess) {
+    end_ = next;
+    return kSuccess;
   }
-  // From here on the unit stands: whoever comes to an entry that was not applied applies it.
-  end_ = next;
-  unapplied_ = Apply(changes) != kSuccess || WriteMarks(nullptr, next) != kSuccess;
+  // Nobody may find the entry: a reader of the journal stops at the first one that is not whole.
+  const std::array<std::uint8_t, kEntryHead> none{};
+  if (file_->WriteAt(end_.position, none.data(), none.size()) == kSuccess) file_->Flush();
+  return rc;
+}
+
+int Journal::WriteTails(const std::vector<JournalFileChange>& tails) {
+  if (const int rc = Apply(tails); rc != kSuccess) return rc;
+  for (const auto& tail : tails) {
+    if (const int rc = tail.open->Flush(); rc != kSuccess) return rc;
+  }
   return kSuccess;
 }
 
 int Journal::GrowTo(std::int64_t size) {
+  // What is longer than that makes its own length durable anyway.
+  if (size - size_ > kGrowth) {
+    size_ = size;
+    return kSuccess;
+  }
   if (size_ >= size) return kSuccess;
   const std::vector<std::uint8_t> zeros(kGrowth, 0);
   while (size_ < size) {
@@ -359,26 +324,29 @@ bool Journal::ReadMarks(Mark* first, Mark* applied) {
   return true;
 }
 
-bool Journal::ReadEntry(Mark* mark, std::vector<std::uint8_t>* payload) {
-  std::array<std::uint8_t, kEntryHead> head{};
-  if (file_->ReadAt(mark->position, head.data(), head.size()) != kEntryHead) return false;
-  if (std::memcmp(head.data(), kEntryMagic.data(), kEntryMagic.size()) != 0) return false;
-  const std::uint64_t length = Load64(&head[4]);
-  if (Load64(&head[12]) != mark->number || length > static_cast<std::uint64_t>(kMaxPayload)) return false;
+bool Journal::ReadEntry(Mark* mark, Entry* entry) {
+  JournalHead head;
+  if (!ReadHead(*mark, &head) || head.payload_bytes > static_cast<std::uint64_t>(kMaxPayload)) return false;
   const std::int64_t start = mark->position + kEntryHead;
-  if (start + static_cast<std::int64_t>(length) > file_->Size()) return false;
-  payload->resize(length);
-  if (file_->ReadAt(start, payload->data(), length) != static_cast<std::int64_t>(length)) return false;
-  if (Checksum(mark->number, *payload) != Load64(&head[20])) return false;
-  *mark = Mark{start + static_cast<std::int64_t>(length), mark->number + 1};
+  const auto length = static_cast<std::int64_t>(head.payload_bytes);
+  if (start + length > file_->Size()) return false;
+  entry->is_note = head.is_note;
+  entry->payload.resize(head.payload_bytes);
+  if (file_->ReadAt(start, entry->payload.data(), head.payload_bytes) != length) return false;
+  if (EntryChecksum(head.number, entry->payload) != head.checksum) return false;
+  *mark = Mark{start + length, mark->number + 1};
   return true;
 }
 
+bool Journal::ReadHead(const Mark& mark, JournalHead* head) {
+  std::array<std::uint8_t, kEntryHead> bytes{};
+  return file_->ReadAt(mark.position, bytes.data(), bytes.size()) == kEntryHead && head->Parse(bytes) &&
+         head->number == mark.number;
+}
+
 bool Journal::HasEntryAt(const Mark& mark) {
-  std::array<std::uint8_t, kEntryHead> head{};
-  if (file_->ReadAt(mark.position, head.data(), head.size()) != kEntryHead) return false;
-  return std::memcmp(head.data(), kEntryMagic.data(), kEntryMagic.size()) == 0 &&
-         Load64(&head[12]) == mark.number;
+  JournalHead head;
+  return ReadHead(mark, &head);
 }
 
 bool Journal::HasOrphans() {
@@ -388,8 +356,8 @@ bool Journal::HasOrphans() {
   if (file_->Lock(kWriterAt, 1, LockKind::kExclusive) != kSuccess) return false;  // its writer is at work
   file_->Unlock(kWriterAt, 1);
   // An entry that is not whole was never flushed, and waits for no one.
-  std::vector<std::uint8_t> payload;
-  return ReadMarks(&first, &applied) && ReadEntry(&applied, &payload);
+  Entry entry;
+  return ReadMarks(&first, &applied) && ReadEntry(&applied, &entry);
 }
 
 int Journal::Recover() {
@@ -407,10 +375,22 @@ int Journal::Recover() {
 }
 
 int Journal::ApplyFrom(Mark mark) {
-  std::vector<std::uint8_t> payload;
+  Entry entry;
   const std::uint64_t before = mark.number;
-  while (ReadEntry(&mark, &payload)) {
-    if (const int rc = ApplyEntry(payload); rc != kSuccess) return rc;
+  Mark note_at;
+  std::vector<JournalLength> note;  // that no entry has followed yet
+  for (Mark place = mark; ReadEntry(&mark, &entry); place = mark) {
+    note.clear();
+    if (entry.is_note) {
+      note_at = place;
+      if (!ParseNote(entry.payload, &note)) return kErrorJournal;
+    } else if (const int rc = ApplyEntry(entry.payload); rc != kSuccess) {
+      return rc;
+    }
+  }
+  if (!note.empty()) {
+    if (const int rc = CutBack(note_at, note); rc != kSuccess) return rc;
+    mark = note_at;
   }
   end_ = mark;
   return mark.number == before ? static_cast<int>(kSuccess) : WriteMarks(nullptr, mark);
@@ -418,7 +398,7 @@ int Journal::ApplyFrom(Mark mark) {
 
 int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
   std::vector<JournalFileChange> changes;
-  if (!ParsePayload(payload, &changes)) return kErrorJournal;
+  if (!ParseEntry(payload, &changes)) return kErrorJournal;
   for (auto& change : changes) {
     int rc = kSuccess;
     const auto file = setup_.files.Open(PathOf(change.name), OpenMode::kReadWrite, &rc);
@@ -441,16 +421,31 @@ int Journal::ApplyEntry(std::span<const std::uint8_t> payload) {
   return kSuccess;
 }
 
+int Journal::CutBack(const Mark& note, const std::vector<JournalLength>& lengths) {
+  for (const JournalLength& before : lengths) {
+    int rc = kSuccess;
+    const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
+    if (!file && setup_.files.Exists(PathOf(before.name))) return rc;
+    rc = file ? CutFile(*file, before) : static_cast<int>(kSuccess);
+    if (rc != kSuccess) return rc;
+  }
+  const std::array<std::uint8_t, kEntryHead> none{};
+  const int rc = file_->WriteAt(note.position, none.data(), none.size());
+  if (rc == kSuccess) end_ = note;
+  return rc;
+}
+
 int Journal::Checkpoint() {
   std::set<std::string> names;
-  std::vector<std::uint8_t> payload;
+  Entry entry;
   Mark mark;
   Mark applied;
   if (!ReadMarks(&mark, &applied)) return kErrorJournal;
   if (const int rc = ApplyFrom(applied); rc != kSuccess) return rc;
-  while (ReadEntry(&mark, &payload)) {
+  while (ReadEntry(&mark, &entry)) {
+    if (entry.is_note) continue;  // the files it names are in the entry behind it
     std::vector<JournalFileChange> changes;
-    if (!ParsePayload(payload, &changes)) return kErrorJournal;
+    if (!ParseEntry(entry.payload, &changes)) return kErrorJournal;
     for (const auto& change : changes) names.insert(change.name);
   }
   for (const std::string& name : names) {

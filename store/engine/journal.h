@@ -8,6 +8,8 @@
 //   entry    0 "TWKE", 4 (8) payload length, 12 (8) number of the entry, 20 (8) FNV-1a checksum of number and
 //            payload, 28 the payload: 2 count of files, and for each: 2 length of the name, the name (within
 //            the folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
+//   note     as an entry, but with 0 "TWKN" and the payload 2 count of files, and for each: 2 length of the
+//            name, the name, 8 length of the file, 16 its first bytes
 // Entries are numbered one by one for the life of the file, and stand one behind the other; the first place
 // without the next number (or with a wrong checksum) is the end. So the file keeps its length when it is
 // emptied, and a flush need not make a new length durable as well.
@@ -17,6 +19,11 @@
 // flushed, the journal emptied). Entries are new bytes for places in files, so applying one again, in order
 // from the oldest, does no harm, unless another program has changed the tables since: applied entries are
 // applied again only when the power may have gone.
+//
+// A large unit writes what lies behind the ends of its files to the files themselves, so that megabytes need
+// not be written twice: first a note of the lengths is flushed, then the files are, then the entry with all
+// the rest. A note that no entry follows is of a unit that never happened: the files are cut back to their
+// lengths, unless their first bytes (record count, change counter) show that another program has gone on.
 //
 // Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
 // its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
@@ -32,20 +39,9 @@
 #include "core/clock.h"
 #include "store/engine/codebase.h"
 #include "store/engine/file.h"
+#include "store/engine/journal_entry.h"
 
 namespace tallwick::engine {
-
-// New bytes for a place in a file of the folder.
-struct JournalExtent {
-  std::int64_t offset = 0;
-  std::span<const std::uint8_t> bytes;
-};
-
-struct JournalFileChange {
-  std::string name;      // within the folder
-  File* open = nullptr;  // where to apply it; null while recovering
-  std::vector<JournalExtent> extents;
-};
 
 class Journal {
  public:
@@ -90,6 +86,11 @@ class Journal {
     std::uint64_t number = 0;
   };
 
+  struct Entry {
+    bool is_note = false;
+    std::vector<std::uint8_t> payload;
+  };
+
   int OpenFile();
   int TakeWriterLock(bool wait);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
@@ -102,12 +103,21 @@ class Journal {
   int ApplyFrom(Mark mark);
   int ApplyEntry(std::span<const std::uint8_t> payload);
   int Apply(const std::vector<JournalFileChange>& changes);
+  // Writes and flushes an entry at the end; when that fails nobody finds it.
+  int Append(const std::vector<std::uint8_t>& entry);
+  int CommitEntry(const std::vector<JournalFileChange>& changes);
+  // Brings what lies behind the files' ends to the files, under a note.
+  int WriteTails(const std::vector<JournalFileChange>& tails);
+  // Undoes what a note stands for, and the note.
+  int CutBack(const Mark& note, const std::vector<JournalLength>& lengths);
   // Both marks of the header; false when it is no journal's.
   bool ReadMarks(Mark* first, Mark* applied);
   int WriteMarks(const Mark* first, const Mark& applied);
   // Reads the entry at a mark and moves the mark behind it; false at the end or at a torn entry.
-  bool ReadEntry(Mark* mark, std::vector<std::uint8_t>* payload);
+  bool ReadEntry(Mark* mark, Entry* entry);
   bool HasEntryAt(const Mark& mark);
+  // False when no entry with the mark's number begins there.
+  bool ReadHead(const Mark& mark, JournalHead* head);
   int GrowTo(std::int64_t size);
   // Flushes every file the journal names and empties it.
   int Checkpoint();

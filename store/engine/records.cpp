@@ -15,34 +15,30 @@ constexpr std::size_t kAheadBytes = std::size_t{128} << 10;
 constexpr std::size_t kAheadBlocks = 24;
 constexpr std::uint32_t kNoBlock = 0xFFFFFFFFU;
 
-using KeyBuffer = std::array<std::uint8_t, kMaxKeyLength>;
-
-// One tag's part in a change of a record.
-struct TagChange {
-  Tag4* tag = nullptr;
-  bool had = false;  // the old record stands in the tag
-  bool has = false;  // the new one will
-  KeyBuffer old_key;
-  KeyBuffer new_key;
-};
-
 bool SameKey(const TagChange& change) {
   const auto length = static_cast<std::size_t>(change.tag->tag->shape.length);
-  return change.had == change.has &&
-         (!change.had || std::memcmp(change.old_key.data(), change.new_key.data(), length) == 0);
+  return std::memcmp(change.old_key.data(), change.new_key.data(), length) == 0;
 }
 
-std::vector<TagChange> PlanChanges(Data4& data, const std::uint8_t* old_record, std::uint32_t number) {
-  std::vector<TagChange> plan;
-  plan.reserve(data.tags.size());
-  for (const auto& tag : data.tags) {
-    TagChange& change = plan.emplace_back();
-    change.tag = tag.get();
-    if (old_record != nullptr) change.had = KeyOf(*tag->tag, old_record, number, change.old_key.data());
-    change.has = KeyOf(*tag->tag, data.buffer.data(), number, change.new_key.data());
-    if (old_record == nullptr ? !change.has : SameKey(change)) plan.pop_back();
+// Fills the handle's plan with what a change of a record (from nothing: null) does to its tags. False when it
+// does nothing to any.
+bool PlanChanges(Data4& data, const std::uint8_t* old_record, std::uint32_t number) {
+  data.plan.resize(data.tags.size());
+  RecordFilter old_filter(old_record, number);
+  RecordFilter filter(data.buffer.data(), number);
+  bool any = false;
+  for (std::size_t i = 0; i < data.tags.size(); ++i) {
+    TagChange& change = data.plan[i];
+    const IndexTag& tag = *data.tags[i]->tag;
+    change.tag = data.tags[i].get();
+    change.had = old_record != nullptr && old_filter.Includes(tag);
+    change.has = filter.Includes(tag);
+    if (change.had) tag.key->EvaluateKey(old_record, number, change.old_key.data());
+    if (change.has) tag.key->EvaluateKey(data.buffer.data(), number, change.new_key.data());
+    if (change.had && change.has && SameKey(change)) change.had = change.has = false;
+    any |= change.had || change.has;
   }
-  return plan;
+  return any;
 }
 
 // Whether another record holds the key already. Decides by the tag's mode: kSuccess to go on (the key may
@@ -72,8 +68,8 @@ int CheckUnique(Data4& data, TagChange* change, std::uint32_t number) {
   return rc;
 }
 
-void QueueKeys(Data4& data, const std::vector<TagChange>& plan, std::uint32_t number) {
-  for (const TagChange& change : plan) {
+void QueueKeys(Data4& data, std::uint32_t number) {
+  for (const TagChange& change : data.plan) {
     if (change.has) data.table.Index()->Queue(*change.tag->tag, change.new_key.data(), number);
   }
 }
@@ -86,8 +82,8 @@ bool HeldByAnother(IndexTree& tree, const TagChange& change) {
          std::memcmp(place.Key(), change.old_key.data(), static_cast<std::size_t>(length)) == 0;
 }
 
-int ApplyPlan(Data4& data, const std::vector<TagChange>& plan, std::uint32_t number) {
-  for (const TagChange& change : plan) {
+int ApplyPlan(Data4& data, std::uint32_t number) {
+  for (const TagChange& change : data.plan) {
     IndexTree tree(*data.table.Index(), *change.tag->tag);
     if (change.had) {
       int rc = tree.Remove(change.old_key.data(), number);
@@ -138,9 +134,9 @@ int AppendNow(Data4& data, bool* begun) {
   const std::int64_t count = table.RecordCount();
   if (count < 0) return kErrorRead;
   const auto number = static_cast<std::uint32_t>(count + 1);
-  std::vector<TagChange> plan = PlanChanges(data, nullptr, number);
+  const bool has_keys = PlanChanges(data, nullptr, number);
   if (table.Index() != nullptr && rc == kSuccess) rc = table.Index()->LockForChange();
-  for (TagChange& change : plan) {
+  for (TagChange& change : data.plan) {
     if (rc == kSuccess) rc = CheckUnique(data, &change, number);
   }
   if (rc != kSuccess) return rc;
@@ -149,7 +145,7 @@ int AppendNow(Data4& data, bool* begun) {
   std::uint32_t written = 0;
   rc = WriteMemos(data);
   if (rc == kSuccess) rc = table.StageAppend(data.buffer, code.setup.clock.Now().date, &written);
-  if (rc == kSuccess && !plan.empty()) QueueKeys(data, plan, number);
+  if (rc == kSuccess && has_keys) QueueKeys(data, number);
   return rc;
 }
 
@@ -161,11 +157,11 @@ int ChangeNow(Data4& data, bool* begun) {
   std::vector<std::uint8_t> old(data.buffer.size());
   if (table.ReadRecords(data.record, 1, old.data()) != 1) return kErrorRead;
   // A memo's place is known only when it is written, and no key depends on it.
-  std::vector<TagChange> plan = PlanChanges(data, old.data(), data.record);
+  const bool changes_keys = PlanChanges(data, old.data(), data.record);
   if (!data.memos.empty()) rc = table.LockAppend(code.lock_attempts);
-  if (!plan.empty() && rc == kSuccess) rc = table.Index()->LockForChange();
-  if (!plan.empty() && rc == kSuccess) rc = table.Index()->SettleQueues();
-  for (TagChange& change : plan) {
+  if (changes_keys && rc == kSuccess) rc = table.Index()->LockForChange();
+  if (changes_keys && rc == kSuccess) rc = table.Index()->SettleQueues();
+  for (TagChange& change : data.plan) {
     if (rc == kSuccess) rc = CheckUnique(data, &change, data.record);
   }
   if (rc != kSuccess) return rc;
@@ -174,7 +170,7 @@ int ChangeNow(Data4& data, bool* begun) {
   rc = WriteMemos(data);
   if (rc != kSuccess) return rc;
   table.StageRecord(data.record, data.buffer);
-  return ApplyPlan(data, plan, data.record);
+  return ApplyPlan(data, data.record);
 }
 
 }  // namespace
@@ -243,6 +239,15 @@ std::uint8_t* Data4::Own() {
     SetView();
   }
   return buffer.data();
+}
+
+bool RecordFilter::Includes(const IndexTag& tag) {
+  if (!tag.filter) return true;
+  if (asked_ == nullptr || asked_->filter_text != tag.filter_text) {
+    included_ = tag.filter->EvaluateLogical(record_, number_);
+    asked_ = &tag;
+  }
+  return included_;
 }
 
 bool KeyOf(const IndexTag& tag, const std::uint8_t* record, std::uint32_t number, std::uint8_t* key) {
@@ -345,7 +350,7 @@ int d4append(Data4& data) {
   UnitScope unit(data.code);
   bool begun = false;
   data.Own();
-  const std::vector<std::uint8_t> before = data.buffer;
+  data.before = data.buffer;
   const auto memos = data.memos;
   int rc = AppendNow(data, &begun);
   std::uint32_t number = 0;
@@ -356,7 +361,7 @@ int d4append(Data4& data) {
   rc = unit.End(rc, begun);
   if (rc != kSuccess) {
     // The new record stays in the buffer, to be appended again or given up.
-    data.buffer = before;
+    data.buffer = data.before;
     data.SetView();
     data.memos = memos;
     data.record = 0;

@@ -13,6 +13,17 @@ std::int64_t End(const std::pair<const std::int64_t, StagedFile::Bytes>& extent)
   return extent.first + static_cast<std::int64_t>(extent.second.size());
 }
 
+// Writes over an extent's bytes, and behind their end.
+void Put(StagedFile::Bytes& extent, std::size_t at, const std::uint8_t* bytes, std::size_t length) {
+  const std::size_t over = std::min(length, extent.size() - at);
+  std::memcpy(extent.data() + at, bytes, over);
+  if (over == length) return;
+  // An extent that grows past this is likely to grow to the limit.
+  if (extent.size() + length > extent.capacity() && extent.size() > kJoinLimit / 32)
+    extent.reserve(2 * kJoinLimit);
+  extent.insert(extent.end(), bytes + over, bytes + length);
+}
+
 }  // namespace
 
 std::int64_t StagedFile::Size() {
@@ -55,7 +66,6 @@ std::int64_t StagedFile::ReadAt(std::int64_t offset, void* buffer, std::size_t l
 
 void StagedFile::Stage(std::int64_t offset, const void* bytes, std::size_t length) {
   if (length == 0) return;
-  const std::int64_t end = offset + static_cast<std::int64_t>(length);
   const auto* in = static_cast<const std::uint8_t*>(bytes);
 
   auto target = extents_.upper_bound(offset);
@@ -65,8 +75,7 @@ void StagedFile::Stage(std::int64_t offset, const void* bytes, std::size_t lengt
     const bool touches =
         End(*target) > offset || (End(*target) == offset && target->second.size() < kJoinLimit);
     if (touches) {
-      if (End(*target) < end) target->second.resize(static_cast<std::size_t>(end - target->first));
-      std::memcpy(target->second.data() + (offset - target->first), in, length);
+      Put(target->second, static_cast<std::size_t>(offset - target->first), in, length);
       joined = true;
     }
   }

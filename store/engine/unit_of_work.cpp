@@ -24,9 +24,11 @@ int AddIndex(const std::string& path, IndexFile& index, std::deque<std::vector<s
              std::vector<JournalFileChange>* changes) {
   if (!index.IsDirty()) return kSuccess;
   JournalFileChange change{NameOf(path), &index.Raw(), {}};
+  for (const auto& run : index.PackedPages()) change.extents.push_back({run.offset, run.bytes});
+  const std::size_t packed = change.extents.size();
   const int rc = index.Collect([&](std::int64_t offset, const std::uint8_t* bytes, std::size_t length) {
     auto& last = change.extents;
-    const bool adjoins = !last.empty() &&
+    const bool adjoins = last.size() > packed &&
                          last.back().offset + static_cast<std::int64_t>(last.back().bytes.size()) == offset &&
                          store->back().size() + length <= (std::size_t{1} << 20);
     if (!adjoins) {

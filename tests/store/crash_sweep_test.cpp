@@ -64,12 +64,23 @@ int Void(Company& c) {
   return c.EndUnit(rc);
 }
 
+// Long remarks make the unit large enough to be written ahead of its commit.
+int PostBatch(Company& c) {
+  code4unitBegin(*c.code);
+  int rc = kSuccess;
+  for (int i = 300; i < 360 && rc == kSuccess; ++i) {
+    rc = c.AddCheck("   " + std::to_string(i), "24-0" + std::to_string(i), std::string(20000, 'r'));
+  }
+  return c.EndUnit(rc);
+}
+
 const Work kWorks[] = {
     {"post", 0,
      [](Company& c) {
        code4unitBegin(*c.code);
        return c.EndUnit(c.AddCheck("   500", "24-0500"));
      }},
+    {"batch", 0, PostBatch},
     {"edit", 0, Edit},
     {"renumber", 0, Renumber},
     {"void", 0, Void},

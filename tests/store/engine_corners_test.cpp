@@ -177,6 +177,44 @@ TEST(Engine, PagesHoldRecordNumbersOfAnyWidth) {
   ExpectClean(table);
 }
 
+// Many keys for an empty tree are packed page by page; the trees are as if they had come one by one, within
+// the unit and after it.
+TEST(Engine, ABatchIntoAnEmptyTableIsFoundWithinItsUnitAndAfterIt) {
+  MemoryFiles disk;
+  Company company(disk);
+  company.Make();
+  constexpr int kCount = 3001;  // a prime: multiples of 7 reach every number once
+  const auto number = [](int i) { return PadLeft(std::to_string(i * 7 % kCount + 1), 12); };
+  code4unitBegin(*company.code);
+  for (int i = 0; i < kCount; ++i) {
+    ASSERT_EQ(company.AddCheck(number(i), "24-" + std::to_string(i % 40)), kSuccess);
+    if (i == 1500) {
+      ASSERT_EQ(company.AddCheck(number(7), "24-7"), kUnique);
+    }
+  }
+  const auto expect_all = [&] {
+    d4tagSelect(*company.checks, d4tag(*company.checks, "CHXNUMBER"));
+    ASSERT_EQ(d4top(*company.checks), kSuccess);
+    int seen = 0;
+    for (int rc = kSuccess; rc == kSuccess; rc = d4skip(*company.checks, 1)) {
+      ++seen;
+      ASSERT_EQ(std::string(f4ptr(*d4field(*company.checks, "CHXNUMBER")), 12),
+                PadLeft(std::to_string(seen), 12));
+    }
+    EXPECT_EQ(seen, kCount);
+  };
+  expect_all();
+  // Packed pages are changed before they are in the file.
+  ASSERT_EQ(company.Find(company.checks, "CHXNUMBER", number(20)), kSuccess);
+  Company::Set(company.checks, "CHXPAYEE", "AARDVARK ABSTRACT");
+  ASSERT_EQ(d4flush(*company.checks), kSuccess);
+  ASSERT_EQ(code4unitCommit(*company.code), kSuccess);
+  expect_all();
+  EXPECT_EQ(company.Find(company.checks, "CHXPAYEE", "AARDVARK"), kSuccess);
+  ExpectClean(company.checks);
+  ExpectClean(company.xrefs);
+}
+
 TEST(Engine, ATableWhoseFieldsCannotHoldTheirTypesIsRefused) {
   constexpr FieldLayout kFields[] = {{"RATE", 'B', 8}, {"NAME", 'C', 12}};
   for (const int width : {1, 4, 9}) {

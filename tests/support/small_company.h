@@ -47,13 +47,13 @@ struct Company {
     f4assignNVB(*d4field(*data, field), value);
   }
 
-  int AddCheck(const std::string& number, const std::string& file) {
+  int AddCheck(const std::string& number, const std::string& file, const std::string& remark = "Remark") {
     d4appendStart(*checks);
     Set(checks, "CHXNUMBER", number);
     Set(checks, "CHXFILENO", file);
     Set(checks, "CHXPAYEE", "SMITH TITLE " + number);
     Set(checks, "CHXAMOUNT", "1250.00");
-    f4memoAssign(*d4field(*checks, "REMARK"), "Remark on " + number);
+    f4memoAssign(*d4field(*checks, "REMARK"), remark + " on " + number);
     int rc = d4append(*checks);
     if (rc != kSuccess) d4changed(*checks, 0);
     d4appendStart(*xrefs);

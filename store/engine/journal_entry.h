@@ -1,0 +1,55 @@
+// The entries of the journal in bytes: how they are built and read. The layout stands in journal.h.
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <vector>
+
+#include "store/engine/file.h"
+
+namespace tallwick::engine {
+
+// New bytes for a place in a file of the folder.
+struct JournalExtent {
+  std::int64_t offset = 0;
+  std::span<const std::uint8_t> bytes;
+};
+
+struct JournalFileChange {
+  std::string name;      // within the folder
+  File* open = nullptr;  // where to apply it; null while recovering
+  std::vector<JournalExtent> extents;
+};
+
+// A file as it was when a note was written: its length and first bytes.
+struct JournalLength {
+  std::string name;
+  std::int64_t length = 0;
+  std::array<std::uint8_t, 16> start{};
+};
+
+inline constexpr std::int64_t kEntryHead = 28;
+
+// An entry's head as it stands in the file.
+struct JournalHead {
+  bool is_note = false;
+  std::uint64_t payload_bytes = 0;
+  std::uint64_t number = 0;
+  std::uint64_t checksum = 0;
+  // False when the bytes are no entry's.
+  bool Parse(std::span<const std::uint8_t, kEntryHead> bytes);
+};
+
+std::uint64_t EntryChecksum(std::uint64_t number, std::span<const std::uint8_t> payload);
+
+// Head and payload.
+std::vector<std::uint8_t> BuildEntry(std::uint64_t number, const std::vector<JournalFileChange>& changes);
+std::vector<std::uint8_t> BuildNote(std::uint64_t number, const std::vector<JournalLength>& files);
+
+// False for a payload that is none, or that names a file outside the folder. Extents point into the payload.
+bool ParseEntry(std::span<const std::uint8_t> payload, std::vector<JournalFileChange>* changes);
+bool ParseNote(std::span<const std::uint8_t> payload, std::vector<JournalLength>* files);
+
+}  // namespace tallwick::engine
