@@ -7,6 +7,6 @@
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* bytes, std::size_t size) {
   tallwick::fuzz::SampleFiles files = tallwick::fuzz::BaseSample();
   files.memo.assign(reinterpret_cast<const char*>(bytes), size);
-  tallwick::fuzz::Exercise(files);
+  tallwick::fuzz::Exercise(files, true);
   return 0;
 }

@@ -1,8 +1,11 @@
 // Writes the seeds of every fuzz target into the folder named: fuzz/corpus in the source tree. The seeds are
 // committed; run this again when a file format or the expression language grows.
 #include <cstdio>
+#include <cstdlib>
 #include <filesystem>
 #include <fstream>
+#include <random>
+#include <set>
 #include <string>
 #include <string_view>
 
@@ -77,6 +80,44 @@ void WriteExpressions(const fs::path& corpus) {
   }
 }
 
+// The journals that deaths leave behind while the sample table is changed, without the zeros at their end.
+void WriteJournals(const fs::path& corpus) {
+  using namespace tallwick::engine;
+  const tallwick::fuzz::SampleFiles& sample = tallwick::fuzz::BaseSample();
+  std::set<std::string> seen;
+  for (int change = 1; change <= 24; ++change) {
+    tallwick::testing::MemoryFiles files;
+    files.Put(tallwick::fuzz::kTablePath, sample.table);
+    files.Put(tallwick::fuzz::kIndexPath, sample.index);
+    files.Put(tallwick::fuzz::kMemoPath, sample.memo);
+    tallwick::testing::EnginePorts ports;
+    const auto code = code4initVB(ports.Over(files));
+    Data4* data = d4open(*code, tallwick::fuzz::kTablePath);
+    if (data == nullptr) std::abort();
+    files.Plan(change % 2 == 0 ? tallwick::testing::Fault::kDie : tallwick::testing::Fault::kTear, change);
+    for (std::uint32_t record = 1; record <= 3; ++record) {
+      d4goLow(*data, record);
+      f4assignNVB(*d4field(*data, "PAYEE"), "AARDVARK " + std::to_string(record));
+      if (record == 3) f4memoAssign(*d4field(*data, "NOTE"), "A longer memo than before");
+      d4flush(*data);
+    }
+    std::string journal = files.Get("/data/ESCROW_UNITS.JNL");
+    journal.resize(journal.find_last_not_of('\0') + 1);
+    if (seen.insert(journal).second)
+      Write(corpus / "journal" / ("died-at-" + std::to_string(change)), journal);
+  }
+}
+
+// Sequences of operations for the model.
+void WriteOperations(const fs::path& corpus) {
+  for (unsigned seed = 1; seed <= 16; ++seed) {
+    std::mt19937 random(seed);
+    std::string bytes;
+    while (bytes.size() < 40 * seed) bytes += static_cast<char>(random());
+    Write(corpus / "model" / ("random-" + std::to_string(seed)), bytes);
+  }
+}
+
 }  // namespace
 
 int main(int count, char** words) {
@@ -86,5 +127,7 @@ int main(int count, char** words) {
   }
   WriteTables(words[1]);
   WriteExpressions(words[1]);
+  WriteJournals(words[1]);
+  WriteOperations(words[1]);
   return 0;
 }

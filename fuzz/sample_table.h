@@ -30,7 +30,7 @@ const SampleFiles& BaseSample();
 
 // Opens the table of the sample and does with it what the product does, in a limited number of steps: reads
 // every field and memo, walks and seeks in every tag, changes, appends and deletes a record, reindexes and
-// packs.
-void Exercise(const SampleFiles& sample);
+// packs. With `only_memos` no tags are visited: where they are whole, that would be most of the time.
+void Exercise(const SampleFiles& sample, bool only_memos = false);
 
 }  // namespace tallwick::fuzz

@@ -231,7 +231,7 @@ int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout
   const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
   QuietJournal quiet(code, TableFolder(full));
   int rc = quiet.Begin();
-  if (rc == kSuccess) rc = FinishSwap(code.setup.files, full);
+  if (rc == kSuccess) rc = FinishSwap(code.setup.files, full, FilesOf(code, full));
   std::unique_ptr<TableFile> table;
   if (rc == kSuccess) table = OpenAlone(code, full, &rc);
   if (!table) return code.Fail(rc);

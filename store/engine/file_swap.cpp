@@ -1,5 +1,7 @@
 #include "store/engine/file_swap.h"
 
+#include <algorithm>
+
 namespace tallwick::engine {
 namespace {
 
@@ -66,6 +68,18 @@ int RenameAll(FileLayer& files, const std::vector<std::string>& paths) {
   return kSuccess;
 }
 
+bool HasNewFiles(FileLayer& files, const std::vector<std::string>& paths) {
+  return std::any_of(paths.begin(), paths.end(),
+                     [&](const std::string& path) { return files.Exists(NewFileName(path)); });
+}
+
+// One that cannot be removed does no harm: without a list that names it nobody uses it.
+void RemoveNewFiles(FileLayer& files, const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    if (files.Exists(NewFileName(path))) files.Remove(NewFileName(path));
+  }
+}
+
 int EndSwap(FileLayer& files, const std::string& table) {
   int rc = files.FlushFolder(TableFolder(table));
   if (rc == kSuccess) rc = files.Remove(ListName(table));
@@ -82,24 +96,19 @@ int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std:
   if (rc == kSuccess) rc = files.FlushFolder(TableFolder(table));
   if (rc != kSuccess) {
     files.Remove(list);
-    for (const std::string& path : paths) files.Remove(NewFileName(path));
+    RemoveNewFiles(files, paths);
     return rc;
   }
   rc = RenameAll(files, paths);
   return rc == kSuccess ? EndSwap(files, table) : rc;
 }
 
-int FinishSwap(FileLayer& files, const std::string& table) {
-  const std::string list = ListName(table);
-  if (!files.Exists(list)) return kSuccess;
-  // Whoever swaps has the table for himself; while that is so, the swap is not ours to finish.
+namespace {
+
+// What a list, found while nobody swaps, asks for.
+int FinishListed(FileLayer& files, const std::string& table) {
   int rc = kSuccess;
-  const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
-  if (!data) return rc;
-  rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
-  if (rc != kSuccess) return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
-  if (!files.Exists(list)) return kSuccess;
-  const auto file = files.Open(list, OpenMode::kReadOnly, &rc);
+  const auto file = files.Open(ListName(table), OpenMode::kReadOnly, &rc);
   if (!file) return rc;
   std::vector<std::string> names;
   const bool whole = ReadList(*file, &names);
@@ -108,12 +117,28 @@ int FinishSwap(FileLayer& files, const std::string& table) {
   for (const std::string& name : names) paths.push_back(TableFolder(table) + "/" + name);
   if (whole) {
     rc = RenameAll(files, paths);
-    return rc == kSuccess ? EndSwap(files, table) : rc;
+  } else {
+    RemoveNewFiles(files, paths);
   }
-  for (const std::string& path : paths) {
-    if (files.Exists(NewFileName(path))) files.Remove(NewFileName(path));
-  }
-  return EndSwap(files, table);
+  return rc == kSuccess ? EndSwap(files, table) : rc;
+}
+
+}  // namespace
+
+int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std::string>& paths) {
+  const bool listed = files.Exists(ListName(table));
+  if (!listed && !HasNewFiles(files, paths)) return kSuccess;
+  // Whoever swaps, or is about to, has the table for himself; while that is so, nothing here is ours.
+  int rc = kSuccess;
+  const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
+  if (!data) return rc;
+  rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
+  // A lock on a file that a swap has just replaced says nothing about the table.
+  const bool busy = rc == kLocked || (rc == kSuccess && !data->IsStill(table));
+  if (busy) return listed ? static_cast<int>(kErrorOpenRefused) : static_cast<int>(kSuccess);
+  if (rc == kSuccess && files.Exists(ListName(table))) rc = FinishListed(files, table);
+  if (rc == kSuccess) RemoveNewFiles(files, paths);
+  return rc;
 }
 
 }  // namespace tallwick::engine

@@ -27,8 +27,9 @@ std::string NewFileName(const std::string& path);
 // caller must not write on.
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths);
 
-// Finishes a swap that was cut short; nothing where there is none. Called before a table is opened;
-// kErrorOpenRefused while whoever swaps is still at it.
-int FinishSwap(FileLayer& files, const std::string& table);
+// Finishes a swap that was cut short, and removes new files whose maker died before the list was whole.
+// `paths` are the table's files. Called before a table is opened; kErrorOpenRefused while whoever swaps is
+// still at it. New files beside a table that others have open stay for the next who finds it free.
+int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std::string>& paths);
 
 }  // namespace tallwick::engine

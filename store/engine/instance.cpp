@@ -59,6 +59,11 @@ void LeaveFolder(Code4& code, const std::string& folder) {
 
 }  // namespace
 
+std::vector<std::string> FilesOf(const Code4& code, const std::string& full) {
+  return {full, TableFile::SiblingPath(code.setup.paths, full, "CDX"),
+          TableFile::SiblingPath(code.setup.paths, full, "FPT")};
+}
+
 std::string TablePath(const Code4& code, std::string_view path) {
   const std::string_view name = FileNameOf(path);
   const bool bare = name.find('.') == std::string_view::npos;
@@ -149,7 +154,7 @@ Data4* d4open(Code4& code, std::string_view path) {
     return nullptr;
   }
   int rc = code.JournalOf(TableFolder(full)).Recover();
-  if (rc == kSuccess) rc = FinishSwap(code.setup.files, full);
+  if (rc == kSuccess) rc = FinishSwap(code.setup.files, full, FilesOf(code, full));
   std::unique_ptr<TableFile> table;
   if (rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, &rc);
   if (!table) {

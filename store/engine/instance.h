@@ -198,6 +198,8 @@ class QuietJournal {
 
 // Shared steps (records.cpp, navigation.cpp, instance.cpp).
 std::string TablePath(const Code4& code, std::string_view path);
+// The files of the table at a platform path: data, index and memo file, whether they exist or not.
+std::vector<std::string> FilesOf(const Code4& code, const std::string& full);
 // Writes an index with the tags of another over the records of a table.
 int BuildIndexLike(Code4& code, TableFile& table, const IndexFile& like, const std::string& path,
                    const Progress& progress);

@@ -1,19 +1,14 @@
 // Several workstations on one folder: locks between instances, and real processes that post, walk and are
 // killed.
 #include <gtest/gtest.h>
-#include <sys/wait.h>
-#include <unistd.h>
 
-#include <chrono>
-#include <csignal>
-#include <cstdlib>
 #include <random>
 #include <set>
-#include <thread>
 
 #include "core/text.h"
 #include "store/engine/verify.h"
 #include "tests/support/memory_files.h"
+#include "tests/support/processes.h"
 #include "tests/support/small_company.h"
 #include "tests/support/temp_folder.h"
 
@@ -21,14 +16,14 @@ namespace tallwick::engine {
 namespace {
 
 using tallwick::testing::Company;
+using tallwick::testing::ExitOf;
 using tallwick::testing::MemoryFiles;
+using tallwick::testing::Setting;
+using tallwick::testing::Spawn;
 using tallwick::testing::TempFolder;
 
-// How often the slow tests repeat; the environment may ask for a longer run.
-int Rounds(const char* variable, int usual) {
-  const char* text = std::getenv(variable);
-  return text == nullptr ? usual : std::atoi(text);
-}
+// TALLWICK_POSTS and TALLWICK_KILLS ask for a longer run.
+constexpr std::chrono::minutes kPatience{20};
 
 void ExpectClean(Company& company) {
   for (Data4* table : {company.checks, company.xrefs}) {
@@ -124,20 +119,6 @@ TEST_F(TwoInstances, AWalkGoesOnThroughTheOthersChanges) {
 
 // --- Processes ---
 
-// Runs `work` in a process of its own; the exit status is its result.
-template <class Work>
-pid_t Spawn(Work work) {
-  const pid_t child = fork();
-  if (child == 0) _exit(work());
-  return child;
-}
-
-int ExitOf(pid_t child) {
-  int status = 0;
-  waitpid(child, &status, 0);
-  return WIFEXITED(status) ? WEXITSTATUS(status) : 255;
-}
-
 // A workstation's clock waits for real.
 struct RealCompany : Company {
   explicit RealCompany(const std::string& path) : Company(SystemFiles(), path, &SystemClock()) {}
@@ -184,7 +165,7 @@ int WalkUntilStopped(const std::string& folder) {
 TEST(Workstations, PostAtOnceWithoutLosingANumber) {
   TempFolder folder;
   const std::string path = folder.Platform();
-  const int posts = Rounds("TALLWICK_POSTS", 25);
+  const int posts = Setting("TALLWICK_POSTS", 25);
   {
     RealCompany company(path);
     company.Make();
@@ -201,9 +182,9 @@ TEST(Workstations, PostAtOnceWithoutLosingANumber) {
       return 0;
     }));
   }
-  for (const pid_t clerk : clerks) EXPECT_EQ(ExitOf(clerk), 0);
+  for (const pid_t clerk : clerks) EXPECT_EQ(ExitOf(clerk, kPatience), 0);
   SystemFileSystem().Write(folder.Held("stop"), "");
-  for (const pid_t walker : walkers) EXPECT_EQ(ExitOf(walker), 0);
+  for (const pid_t walker : walkers) EXPECT_EQ(ExitOf(walker, kPatience), 0);
 
   RealCompany company(path);
   ASSERT_TRUE(company.Open());
@@ -221,7 +202,7 @@ TEST(Workstations, AKilledOneLosesNothingAcknowledged) {
   }
   std::mt19937 random(7);
   std::set<int> acknowledged;
-  for (int round = 0; round < Rounds("TALLWICK_KILLS", 30); ++round) {
+  for (int round = 0; round < Setting("TALLWICK_KILLS", 30); ++round) {
     int ends[2];
     ASSERT_EQ(pipe(ends), 0);
     const pid_t clerk = Spawn([&] {

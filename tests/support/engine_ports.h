@@ -4,25 +4,11 @@
 #include <string>
 #include <string_view>
 
-#include "core/clock.h"
 #include "core/file_system.h"
-#include "core/workstation.h"
 #include "store/engine/codebase.h"
-#include "store/engine/instance.h"  // whoever holds an instance must be able to destroy it
+#include "tests/support/fakes.h"
 
 namespace tallwick::testing {
-
-class StillClock : public Clock {
- public:
-  DateTime Now() override { return {{2024, 3, 15}, 9, 30, 0}; }
-  void Sleep(int) override {}
-};
-
-class StillWorkstation : public Workstation {
- public:
-  std::string ComputerName() override { return "FRONTDESK"; }
-  int ProcessId() override { return 4711; }
-};
 
 // Only paths are answered: an engine asks a FileSystem for nothing else.
 class PlainPaths : public FileSystem {
@@ -47,8 +33,8 @@ class PlainPaths : public FileSystem {
 
 // The ports together, for an engine over any file layer.
 struct EnginePorts {
-  StillClock clock;
-  StillWorkstation workstation;
+  FakeClock clock;
+  FakeWorkstation workstation;
   PlainPaths paths;
 
   engine::EngineSetup Over(engine::FileLayer& files) { return {clock, workstation, paths, files}; }

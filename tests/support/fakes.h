@@ -24,9 +24,11 @@ class FakeWorkstation : public Workstation {
  public:
   std::string ComputerName() override { return name; }
   int ProcessId() override { return process; }
+  std::string BootId() override { return boot; }
 
   std::string name = "FRONTDESK2";
   int process = 4711;
+  std::string boot;
 };
 
 // Records every box. A question takes the next of `answers`, without one its safe answer.

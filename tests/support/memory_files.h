@@ -41,6 +41,8 @@ class MemoryFiles : public engine::FileLayer {
   int Changes() const { return changes_; }
   int Flushes() const { return flushes_; }
   bool IsDead() const { return dead_; }
+  // Whether the planned fault has struck, be it a death or not.
+  bool HasStruck() const { return fault_ != Fault::kNone && changes_ >= fault_at_; }
 
   // After a death (all open files of the dead process must be closed).
   void Restart(bool power_cut) {

@@ -1,0 +1,154 @@
+#include "tests/load/clerk.h"
+
+namespace tallwick::load {
+namespace {
+
+constexpr int kDepositDays = 400;
+
+bool IsKept(std::string_view file) {
+  return file == kPillarFile || file == kGrowingFile;
+}
+
+}  // namespace
+
+void Clerk::Work() {
+  const auto start = std::chrono::steady_clock::now();
+  const std::int64_t kind = Draw(100);
+  if (kind < 30) {
+    PostACheck();
+  } else if (kind < 45) {
+    PostADeposit();
+  } else if (kind < 58) {
+    PostAVoucher();
+  } else if (kind < 73) {
+    ChangeACheck(false);
+  } else if (kind < 80) {
+    ChangeACheck(true);
+  } else if (kind < 86) {
+    DeleteACheck();
+  } else if (kind < 95) {
+    ChangeADeposit(kind >= 91);
+  } else {
+    ChangeAVoucher();
+  }
+  tally_.Took(std::chrono::steady_clock::now() - start);
+  for (const Box& box : place_.boxes.shown) {
+    if (box.title != "Locked Record") tally_.Fail("a box: " + box.text);
+  }
+  place_.boxes.shown.clear();
+}
+
+bool Clerk::Done(int code, const char* what, Counter& counter) {
+  if (code == engine::kSuccess) {
+    ++counter;
+  } else if (code == engine::kLocked) {
+    ++tally_.locked;
+  } else if (code == kChangedElsewhere) {
+    ++tally_.changed_elsewhere;
+  } else if (code == engine::kUnique) {
+    ++tally_.number_taken;
+  } else {
+    tally_.Fail(std::string(what) + " gave " + std::to_string(code));
+  }
+  return code == engine::kSuccess;
+}
+
+// --- Posting: a number that another took meanwhile is tried again with the next one ---
+
+void Clerk::PostACheck() {
+  const bool growing = Draw(8) == 0;
+  for (int code = engine::kUnique; code == engine::kUnique;) {
+    const std::int64_t number = 1 + std::stoll("0" + place_.tables->checks.LastNumber());
+    const CheckRecord check =
+        growing ? MakeCheck(number, 100, kGrowingFile) : MakeCheck(number, DrawCents(), DrawFile());
+    code = PostCheck(*place_.tables, place_.Xrefs(), kBank, check).code;
+    if (Done(code, "a check", tally_.posts)) ++tally_.checks[number];
+  }
+}
+
+void Clerk::PostAVoucher() {
+  for (int code = engine::kUnique; code == engine::kUnique;) {
+    const auto bank = place_.Banks().Find(kBank);
+    if (!bank) return tally_.Fail("the bank was not found");
+    const std::int64_t number = bank->last_voucher + 1;
+    code = PostVoucher(*place_.tables, place_.Banks(), place_.Xrefs(), kBank,
+                       MakeVoucher(number, DrawCents(), DrawFile()));
+    if (Done(code, "a voucher", tally_.posts)) ++tally_.vouchers[number];
+  }
+}
+
+void Clerk::PostADeposit() {
+  const int key = static_cast<int>(Draw(kDepositDays * kDepositsADay));
+  DepositRecord deposit = MakeDeposit(key);
+  for (std::int64_t items = 1 + Draw(4); items > 0; --items) AddItem(deposit, DrawCents(), DrawFile());
+  const int code = load::PostDeposit(*place_.tables, place_.Xrefs(), kBank, deposit);
+  if (Done(code, "a deposit", tally_.posts)) ++tally_.deposits[key];
+}
+
+// --- Changing what stands ---
+
+std::optional<CheckRecord> Clerk::FindACheck() {
+  const std::int64_t last = std::stoll("0" + place_.tables->checks.LastNumber());
+  if (last == 0 || !place_.tables->checks.SeekNumber(std::to_string(1 + Draw(last)))) return std::nullopt;
+  CheckRecord check = place_.tables->checks.Read();
+  if (!IsWhole(check)) tally_.Fail("a torn check " + check.number + ": " + check.payee);
+  return IsKept(check.file_number) ? std::nullopt : std::optional(check);
+}
+
+void Clerk::ChangeACheck(bool make_void) {
+  const auto before = FindACheck();
+  if (!before) return;
+  const std::string file = make_void ? "VOID" : DrawFile();
+  CheckRecord after = MakeCheck(std::stoll(before->number), make_void ? 0 : DrawCents(), file);
+  after.number = before->number;
+  after.status = make_void ? "V" : "O";
+  const int code = RewriteCheck(*place_.tables, place_.Xrefs(), kBank, *before, after).code;
+  Done(code, "an edit of a check", make_void ? tally_.voids : tally_.edits);
+}
+
+void Clerk::DeleteACheck() {
+  const auto check = FindACheck();
+  if (!check || std::stoll(check->number) % kDeletedNever == 0) return;
+  const int code = RemoveCheck(*place_.tables, place_.Xrefs(), kBank, *check).code;
+  if (Done(code, "a deletion of a check", tally_.deletes)) --tally_.checks[std::stoll(check->number)];
+}
+
+std::optional<DepositRecord> Clerk::FindADeposit() {
+  const DepositRecord drawn = MakeDeposit(static_cast<int>(Draw(kDepositDays * kDepositsADay)));
+  DepositTable& deposits = place_.tables->deposits;
+  // The drawn one, or the next that stands.
+  if (!deposits.SeekDeposit(drawn.dated, drawn.sequence) && !deposits.Seek("DEPODATED", drawn.dated))
+    return std::nullopt;
+  DepositRecord deposit = deposits.Read();
+  if (!IsWhole(deposit)) tally_.Fail("a torn deposit " + deposit.dated + " " + deposit.sequence);
+  return IsKept(deposit.items[0].file_number) ? std::nullopt : std::optional(deposit);
+}
+
+void Clerk::ChangeADeposit(bool remove) {
+  const auto before = FindADeposit();
+  if (!before) return;
+  if (remove) {
+    const int code = load::RemoveDeposit(*place_.tables, place_.Xrefs(), kBank, *before);
+    if (Done(code, "a deletion of a deposit", tally_.deletes)) --tally_.deposits[KeyOf(*before)];
+    return;
+  }
+  DepositRecord after = MakeDeposit(KeyOf(*before));
+  for (std::int64_t items = 1 + Draw(4); items > 0; --items) AddItem(after, DrawCents(), DrawFile());
+  const int code = load::RewriteDeposit(*place_.tables, place_.Xrefs(), kBank, *before, after);
+  Done(code, "an edit of a deposit", tally_.edits);
+}
+
+void Clerk::ChangeAVoucher() {
+  VoucherTable& vouchers = place_.tables->vouchers;
+  const auto bank = place_.Banks().Find(kBank);
+  if (!bank || bank->last_voucher == 0) return;
+  if (!vouchers.SeekNumber(std::to_string(1 + Draw(bank->last_voucher)))) return;
+  const VoucherRecord before = vouchers.Read();
+  if (!IsWhole(before)) tally_.Fail("a torn voucher " + before.number);
+  VoucherRecord after = MakeVoucher(std::stoll(before.number), DrawCents(), DrawFile());
+  after.number = before.number;
+  const int code = load::RewriteVoucher(*place_.tables, place_.Xrefs(), kBank, before, after);
+  Done(code, "an edit of a voucher", tally_.edits);
+}
+
+}  // namespace tallwick::load
