@@ -22,6 +22,7 @@ constexpr std::string_view kSeveralMachines = "-";
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
 constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
 constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
+constexpr std::int64_t kNextWriterAt = 0x7FFFFFF2;
 constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
 constexpr std::int64_t kMaxPayload = std::int64_t{1} << 32;
 // Posts last milliseconds; a writer that waits longer than this gives up.
@@ -167,12 +168,23 @@ Journal::~Journal() {
 
 // --- Writing ---
 
-int Journal::TakeWriterLock(bool wait) {
+int Journal::WaitForLock(std::int64_t at) {
   for (int tries = 0;; ++tries) {
-    const int rc = file_->Lock(kWriterAt, 1, LockKind::kExclusive);
-    if (rc != kLocked || !wait || tries == kWriterTries) return rc;
+    const int rc = file_->Lock(at, 1, LockKind::kExclusive);
+    if (rc != kLocked || tries == kWriterTries) return rc;
     setup_.clock.Sleep(kWriterWaitMs);
   }
+}
+
+// One waits for the writer, the others for that one's place. So who has just let go and comes again has to
+// wait as well, and cannot write for seconds while those who sleep never find the lock free.
+int Journal::TakeWriterLock(bool wait) {
+  if (!wait) return file_->Lock(kWriterAt, 1, LockKind::kExclusive);
+  int rc = WaitForLock(kNextWriterAt);
+  if (rc != kSuccess) return rc;
+  rc = WaitForLock(kWriterAt);
+  file_->Unlock(kNextWriterAt, 1);
+  return rc;
 }
 
 int Journal::BeginWriting() {

@@ -27,7 +27,8 @@
 //
 // Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
 // its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
-// open, so that whoever gets it exclusively knows to be alone.
+// open, so that whoever gets it exclusively knows to be alone; byte 0x7FFFFFF2 is held by the one who is next
+// to write.
 #pragma once
 
 #include <cstdint>
@@ -93,6 +94,7 @@ class Journal {
 
   int OpenFile();
   int TakeWriterLock(bool wait);
+  int WaitForLock(std::int64_t at);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
   // entries too.
   int FinishAsOnly(bool all);
