@@ -145,12 +145,23 @@ Journal::~Journal() {
 
 // --- Writing ---
 
-int Journal::TakeWriterLock(bool wait) {
+int Journal::WaitForLock(std::int64_t at, int wait_ms) {
   for (int tries = 0;; ++tries) {
-    const int rc = file_->Lock(kWriterAt, 1, LockKind::kExclusive);
-    if (rc != kLocked || !wait || tries == kWriterTries) return rc;
-    setup_.clock.Sleep(kWriterWaitMs);
+    const int rc = file_->Lock(at, 1, LockKind::kExclusive);
+    if (rc != kLocked || tries == kWriterTries) return rc;
+    if (tries >= kEagerTries) setup_.clock.Sleep(wait_ms);
   }
+}
+
+// One waits for the writer, the others for that one's place. So who has just let go and comes again has to
+// wait as well, and cannot write for seconds while those who sleep never find the lock free.
+int Journal::TakeWriterLock(bool wait) {
+  if (!wait) return file_->Lock(kWriterAt, 1, LockKind::kExclusive);
+  int rc = WaitForLock(kNextWriterAt, kWriterWaitMs);
+  if (rc != kSuccess) return rc;
+  rc = WaitForLock(kWriterAt, 1);
+  file_->Unlock(kNextWriterAt, 1);
+  return rc;
 }
 
 int Journal::BeginWriting() {

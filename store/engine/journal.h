@@ -28,7 +28,8 @@
 //
 // Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
 // its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
-// open, so that whoever gets it exclusively knows to be alone.
+// open, so that whoever gets it exclusively knows to be alone; byte 0x7FFFFFF2 is held by the one who is next
+// to write.
 #pragma once
 
 #include <cstdint>
@@ -112,12 +113,17 @@ class Journal {
   static constexpr std::int64_t kCheckpointAt = std::int64_t{8} << 20;
   static constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
   static constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
+  static constexpr std::int64_t kNextWriterAt = 0x7FFFFFF2;
   // Posts last milliseconds; a writer or reader that waits longer than this gives up.
   static constexpr int kWriterTries = 2000;
   static constexpr int kWriterWaitMs = 2;
+  // Most units are brought to the tables within microseconds, so whoever waits for one looks this often
+  // before it sleeps.
+  static constexpr int kEagerTries = 50;
 
   int OpenFile();
   int TakeWriterLock(bool wait);
+  int WaitForLock(std::int64_t at, int wait_ms);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
   // entries too.
   int FinishAsOnly(bool all);

@@ -11,9 +11,6 @@
 namespace tallwick::engine {
 namespace {
 
-// Most units are brought to the tables within microseconds, so a reader looks this often before it sleeps.
-constexpr int kEagerTries = 50;
-
 // Back to its length, unless the file has become another one since.
 int CutFile(File& file, const JournalLength& before) {
   auto start = before.start;
