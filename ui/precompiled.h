@@ -1,5 +1,5 @@
-// What nearly every window includes, compiled once for all of them and their tests. No file relies on it: each includes
-// what it uses.
+// What nearly every window includes, compiled once for all of them and their tests. No file relies on it:
+// each includes what it uses.
 #pragma once
 #include <QAction>
 #include <QApplication>
