@@ -183,6 +183,7 @@ TEST_F(ScreensTest, ChecksOfAnotherBankHaveAWindowOfTheirOwn) {
 TEST_F(ScreensTest, FilesAreFoundAndHelpIsReadByKeys) {
   OpenBank();
   Window(kMain).activateWindow();
+  QTest::qWait(1);
   QTest::keyClick(&Window(kMain), Qt::Key_F, Qt::ControlModifier);
   auto* box = Get<QComboBox>(kMain, "txtFindFile");
   ASSERT_TRUE(box->hasFocus());
