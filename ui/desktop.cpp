@@ -58,7 +58,8 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   // A reader shows one topic at a time.
   if (ScreenHost* reader = Find(screen); reader != nullptr && window->property("perTopic").toBool())
     reader->Close();
-  const bool modal = window->property("waits").toBool();
+  // What opens over a dialog could not be used before the dialog has closed, unless it waits itself.
+  const bool modal = window->property("waits").toBool() || QApplication::activeModalWidget() != nullptr;
   if (modal) {
     window->setParent(QApplication::activeWindow(), window->windowFlags());
     window->setWindowModality(Qt::ApplicationModal);

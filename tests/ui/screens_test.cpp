@@ -203,6 +203,22 @@ TEST_F(ScreensTest, FilesAreFoundAndHelpIsReadByKeys) {
   EXPECT_EQ(Get<QListWidget>("frmHelp", "lstTopics")->currentItem()->text(), "Choosing a bank account");
 }
 
+TEST_F(ScreensTest, HelpOverADialogCanBeUsed) {
+  QTimer::singleShot(20, qApp, [this] {
+    QTimer::singleShot(20, qApp, [this] {
+      ASSERT_NE(desktop_->Find("frmHelp"), nullptr);
+      EXPECT_EQ(QApplication::activeModalWidget(), &Window("frmHelp"));
+      EXPECT_EQ(Get<QListWidget>("frmHelp", "lstTopics")->currentItem()->text(), "Choosing a bank account");
+      desktop_->Find("frmHelp")->Close();
+    });
+    QTest::keyClick(Get<QListWidget>("frmBankSelect", "lstBankNames"), Qt::Key_F1);
+    EXPECT_EQ(desktop_->Find("frmHelp"), nullptr);
+    desktop_->Find("frmBankSelect")->Close();
+  });
+  Get<QAction>(kMain, "mnuFileOpen")->trigger();
+  EXPECT_EQ(desktop_->Find("frmBankSelect"), nullptr);
+}
+
 TEST(RtfTextTest, ShowsBoldLinesAndEscapes) {
   EXPECT_EQ(
       HtmlOfRtf(
