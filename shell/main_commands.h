@@ -16,9 +16,12 @@ struct MainCommand {
   int right = 0;              // see rights.h; 0 = none
   bool needs_bank = false;    // a bank must be selected
   bool transactions = false;  // disabled while transactions are locked
+  // The same command by another control name: posting commands are known with the verb before and behind the
+  // noun.
+  std::string_view other_name = {};
 };
 
-// In menu order. Commands for checks have two names, with the verb before and behind "Checks".
+// In menu order.
 std::span<const MainCommand> MainCommands();
 
 // True when the screen, in this mode, enters or changes transactions.

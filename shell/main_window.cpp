@@ -46,6 +46,11 @@ std::string AddressLine(const BankRecord& bank) {
   return text;
 }
 
+std::vector<std::string_view> NamesOf(const MainCommand& command) {
+  if (command.other_name.empty()) return {command.control};
+  return {command.control, command.other_name};
+}
+
 std::string WindowCaption(const Suite& suite) {
   std::string caption(kProgramName);
   if (!suite.CompanyName().empty()) caption += " - " + suite.CompanyName();
@@ -62,7 +67,8 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
       figures_(session) {
   SetFormCaption(WindowCaption(session.TheSuite()));
   for (const MainCommand& command : MainCommands()) {
-    Add(ControlKind::kMenu, std::string(command.control), std::string(command.caption));
+    for (const std::string_view name : NamesOf(command))
+      Add(ControlKind::kMenu, std::string(name), std::string(command.caption));
   }
   for (std::string_view panel : {"BankName", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
@@ -88,16 +94,19 @@ void FrmMainEscrowAccounting::OnOpen() {
 void FrmMainEscrowAccounting::OnMenu(Control& control) {
   const auto commands = MainCommands();
   const auto found = std::find_if(commands.begin(), commands.end(), [&](const MainCommand& command) {
-    return command.control == control.name;
+    return command.control == control.name || command.other_name == control.name;
   });
   if (found == commands.end()) return;
-  if (found->screen.empty()) return CarryOut(found->control);
-  // The switch may have been thrown on another workstation since the commands were shown.
-  if (found->transactions && !TransactionsOpen(session_)) {
+  // A right may have been taken away, and the switch thrown on another workstation, since the commands were
+  // shown.
+  const bool open = TransactionsOpen(session_);
+  if (!IsOffered(*found, session_.TheSuite().SecurityOn(), open)) {
     ShowStatus();
     ShowCommands();
-    return Boxes().Exclaim(kProgramName, kLockedText);
+    if (found->transactions && !open) Boxes().Exclaim(kProgramName, kLockedText);
+    return;
   }
+  if (found->screen.empty()) return CarryOut(found->control);
   opener_.OpenScreen(found->screen, found->mode);
 }
 
@@ -202,7 +211,8 @@ void FrmMainEscrowAccounting::ShowCommands() {
   const bool security_on = session_.TheSuite().SecurityOn();
   const bool open = TransactionsOpen(session_);
   for (const MainCommand& command : MainCommands()) {
-    SetEnabled(command.control, IsOffered(command, security_on, open));
+    const bool offered = IsOffered(command, security_on, open);
+    for (const std::string_view name : NamesOf(command)) SetEnabled(name, offered);
   }
   SetValue("mnuFileLockTransactions", open ? 0 : 1);
 }
