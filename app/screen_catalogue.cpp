@@ -1,14 +1,19 @@
 #include "app/screen_catalogue.h"
 
 #include "posting/check_posting.h"
+#include "shell/about.h"
 #include "shell/bank_select.h"
+#include "shell/help.h"
+#include "shell/main_commands.h"
 #include "shell/main_window.h"
 #include "shell/rights.h"
 #include "shell/start_up.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
 
+using TopicMaker = std::unique_ptr<Form> (*)(Session&, std::string_view topic);
 using Maker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&);
 
 struct Screen {
@@ -17,6 +22,7 @@ struct Screen {
   bool needs_bank;
   int right;  // 0 = none
   Maker make;
+  TopicMaker make_of_topic = nullptr;  // of a screen whose mode is free: what it is to show
 };
 
 std::unique_ptr<Form> MakeMain(Session& session, ScreenOpener& opener) {
@@ -33,16 +39,27 @@ std::unique_ptr<Form> MakeCheckPosting(Session& session, ScreenOpener&) {
   return form;
 }
 
+std::unique_ptr<Form> MakeAbout(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmAbout>(session);
+}
+
+std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
+  return std::make_unique<FrmHelp>(session, topic);
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
     {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeCheckPosting},
+    {"frmAbout", "", false, 0, MakeAbout},
+    {"frmHelp", "", false, 0, nullptr, MakeHelp},
 };
 
 const Screen* FindScreen(std::string_view name, std::string_view mode) {
   for (const Screen& screen : kScreens) {
-    if (screen.name == name && (mode.empty() || screen.mode == mode)) return &screen;
+    if (screen.name == name && (mode.empty() || screen.mode == mode || screen.make_of_topic != nullptr))
+      return &screen;
   }
   return nullptr;
 }
@@ -81,6 +98,12 @@ std::unique_ptr<Form> ScreenCatalogue::Make(std::string_view screen, std::string
     session_.Boxes().Critical(kProgramName, "No bank account is open.  Open a bank account first.");
     return nullptr;
   }
+  if (EntersTransactions(screen, found->mode) && !TransactionsOpen(session_)) {
+    session_.Boxes().Critical(
+        kProgramName, "Transactions are locked.  Ask whoever locked them to unlock them, then try again.");
+    return nullptr;
+  }
+  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, mode);
   return found->make(session_, opener_);
 }
 

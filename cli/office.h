@@ -13,6 +13,7 @@
 #include "cli/output.h"
 #include "cli/surroundings.h"
 #include "core/form.h"
+#include "shell/machine.h"
 #include "shell/session.h"
 #include "store/clsKVRData.h"
 #include "tables/table_base.h"
@@ -64,9 +65,12 @@ class Office {
     void OpenScreen(std::string_view screen, std::string_view mode) override {
       if (target != nullptr) target->OpenScreen(screen, mode);
     }
+    bool Offers(std::string_view screen, std::string_view mode) const override {
+      return target == nullptr || target->Offers(screen, mode);
+    }
   };
 
-  Ports ThePorts() { return {boxes_, files_, clock_, workstation_}; }
+  Ports ThePorts() { return {boxes_, files_, clock_, workstation_, nullptr, &SystemMachine()}; }
   bool HasDataOption();
   // Says what failed and keeps the exit status; always null.
   Session* Refused(std::string_view why, int status);

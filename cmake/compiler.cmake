@@ -22,7 +22,13 @@ if(TALLWICK_FUZZ)
   add_compile_options(-fsanitize=fuzzer-no-link)
 endif()
 
+# ccache sees through precompiled headers only when it is told that their time stamps do not count.
 find_program(TALLWICK_CCACHE ccache)
 if(TALLWICK_CCACHE)
-  set(CMAKE_CXX_COMPILER_LAUNCHER ${TALLWICK_CCACHE})
+  set(CMAKE_CXX_COMPILER_LAUNCHER
+      ${CMAKE_COMMAND} -E env CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime
+      CCACHE_BASEDIR=${CMAKE_SOURCE_DIR} CCACHE_NOHASHDIR=1 ${TALLWICK_CCACHE})
+  if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND NOT CMAKE_DISABLE_PRECOMPILE_HEADERS)
+    add_compile_options(-fpch-preprocess)
+  endif()
 endif()

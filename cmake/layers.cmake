@@ -28,6 +28,11 @@ function(tallwick_tests name)
   target_link_libraries(${name}_test PRIVATE ${ARGN} GTest::gtest GTest::gmock GTest::gtest_main)
   target_compile_definitions(${name}_test PRIVATE TALLWICK_SOURCE_DIR="${CMAKE_SOURCE_DIR}"
                                                   TALLWICK_BIN_DIR="${CMAKE_BINARY_DIR}/bin")
+  if(name STREQUAL ui)  # windows are tested with their own precompiled headers
+    target_precompile_headers(${name}_test REUSE_FROM tallwick_ui)
+  else()
+    target_precompile_headers(${name}_test REUSE_FROM tallwick_test_headers)
+  endif()
   gtest_discover_tests(${name}_test DISCOVERY_TIMEOUT 60)
 endfunction()
 

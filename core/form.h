@@ -194,6 +194,8 @@ class ScreenOpener {
  public:
   virtual ~ScreenOpener() = default;
   virtual void OpenScreen(std::string_view screen, std::string_view mode) = 0;
+  // Whether there is such a screen, and it opens in this mode.
+  virtual bool Offers(std::string_view /*screen*/, std::string_view /*mode*/) const { return true; }
 };
 
 }  // namespace tallwick

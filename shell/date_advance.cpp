@@ -1,6 +1,7 @@
 #include "shell/date_advance.h"
 
 #include "shell/company_tables.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 
@@ -16,7 +17,7 @@ std::string AdvanceQuestion(const BankRecord& bank, const Date& today) {
 }
 
 bool AdvanceAccountingDate(Session& session) {
-  if (session.BankCode().empty()) return false;
+  if (session.BankCode().empty() || !TransactionsOpen(session)) return false;
   BankTable& banks = session.Company().banks;
   const std::optional<BankRecord> bank = banks.Find(session.BankCode());
   if (!bank) return false;

@@ -19,7 +19,8 @@ std::string AdvanceQuestion(const BankRecord& bank, const Date& today);
 
 // Asks to advance the selected bank's accounting date where it lies before today, and writes it on Yes. A
 // question that was the last one asked in this run is not asked again. A bank that is gone or locked by
-// another workstation stays as it is, silently. True when the date was advanced.
+// another workstation, and every bank while transactions are locked, stays as it is, silently. True when the
+// date was advanced.
 bool AdvanceAccountingDate(Session& session);
 
 }  // namespace tallwick

@@ -1,38 +1,28 @@
 #include "shell/main_window.h"
 
-#include <functional>
+#include <algorithm>
 
+#include "core/text.h"
 #include "core/text_format.h"
-#include "shell/bank_overview.h"
+#include "shell/about.h"
+#include "shell/clsBranch.h"
 #include "shell/company_tables.h"
 #include "shell/date_advance.h"
-#include "shell/rights.h"
+#include "shell/help.h"
 #include "shell/start_up.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
 
-// What a menu command needs and does.
-struct Command {
-  std::string_view control;
-  std::string_view caption;
-  bool needs_bank;
-  int right;                // 0 = none
-  std::string_view screen;  // the screen it opens, if any
-  std::string_view mode;
-};
+constexpr int kFileNumberLength = 14;
+constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
+constexpr std::string_view kLockedText = "Transactions Locked...";
 
-constexpr Command kCommands[] = {
-    {"mnuFileOpen", "&Open Bank Account...", false, 0, "frmBankSelect", ""},
-    {"mnuFileClose", "&Close Bank Account", true, 0, "", ""},
-    {"mnuFileExit", "E&xit", false, 0, "", ""},
-    {"mnuEditChecksPost", "Post &Checks...", true, kRightPostChecks, "frmEditChecksPost", "Posting"},
-    {"mnuViewRefresh", "&Refresh", true, 0, "", ""},
-};
-
-constexpr std::string_view kFigures[] = {"lblBankName",          "lblBankAddress",        "lblAccountNumber",
-                                         "lblAcctPeriod",        "lblLastReconciliation", "lblBookBalance",
-                                         "lblOutstandingChecks", "lblOutstandingDeposits"};
+constexpr std::string_view kFigures[] = {
+    "lblBankName",          "lblBankAddress",         "lblAccountNumber",
+    "lblAcctPeriod",        "lblLastReconciliation",  "lblBookBalance",
+    "lblOutstandingChecks", "lblOutstandingDeposits", "lblFilesOverdrawn"};
 
 std::string Money(Currency amount) {
   return FormatNumber(amount, "#,###,###,##0.00");
@@ -56,6 +46,11 @@ std::string AddressLine(const BankRecord& bank) {
   return text;
 }
 
+std::vector<std::string_view> NamesOf(const MainCommand& command) {
+  if (command.other_name.empty()) return {command.control};
+  return {command.control, command.other_name};
+}
+
 std::string WindowCaption(const Suite& suite) {
   std::string caption(kProgramName);
   if (!suite.CompanyName().empty()) caption += " - " + suite.CompanyName();
@@ -66,14 +61,20 @@ std::string WindowCaption(const Suite& suite) {
 }  // namespace
 
 FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener& opener)
-    : Form("frmMainEscrowAccounting", session.Boxes()), session_(session), opener_(opener) {
+    : Form("frmMainEscrowAccounting", session.Boxes()),
+      session_(session),
+      opener_(opener),
+      figures_(session) {
   SetFormCaption(WindowCaption(session.TheSuite()));
-  for (const Command& command : kCommands) {
-    Add(ControlKind::kMenu, std::string(command.control), std::string(command.caption));
+  for (const MainCommand& command : MainCommands()) {
+    for (const std::string_view name : NamesOf(command))
+      Add(ControlKind::kMenu, std::string(name), std::string(command.caption));
   }
   for (std::string_view panel : {"BankName", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
+  Add(ControlKind::kCombo, "txtFindFile", "Find a file").max_length = kFileNumberLength;
+  Add(ControlKind::kButton, "cmdFindFile", "Find");
   Add(ControlKind::kGrid, "grdLatestPostings", "Latest postings");
   session_.Watch(this);
 }
@@ -86,46 +87,142 @@ void FrmMainEscrowAccounting::OnOpen() {
   AdvanceAccountingDate(session_);
   ShowStatus();
   ShowCommands();
+  ShowRecentFiles();
   ShowFigures();
 }
 
 void FrmMainEscrowAccounting::OnMenu(Control& control) {
-  for (const Command& command : kCommands) {
-    if (command.control == control.name && !command.screen.empty()) {
-      opener_.OpenScreen(command.screen, command.mode);
-      return;
-    }
+  const auto commands = MainCommands();
+  const auto found = std::find_if(commands.begin(), commands.end(), [&](const MainCommand& command) {
+    return command.control == control.name || command.other_name == control.name;
+  });
+  if (found == commands.end()) return;
+  // A right may have been taken away, and the switch thrown on another workstation, since the commands were
+  // shown.
+  const bool open = TransactionsOpen(session_);
+  if (!IsOffered(*found, session_.TheSuite().SecurityOn(), open)) {
+    ShowStatus();
+    ShowCommands();
+    if (found->transactions && !open) Boxes().Exclaim(kProgramName, kLockedText);
+    return;
   }
-  if (control.name == "mnuFileClose") session_.SetBank({}, {});
-  if (control.name == "mnuFileExit") Close();
-  if (control.name == "mnuViewRefresh") ShowFigures();
+  if (found->screen.empty()) return CarryOut(found->control);
+  opener_.OpenScreen(found->screen, found->mode);
+}
+
+void FrmMainEscrowAccounting::CarryOut(std::string_view command) {
+  if (command == "mnuFileClose") session_.SetBank({}, {});
+  if (command == "mnuFileExit") Close();
+  if (command == "mnuFileLockTransactions") SwitchTransactions();
+  if (command == "mnuViewRefresh") ReadAnew();
+  if (command == "mnuHelpContents")
+    OpenHelp(session_, opener_, kEscrowHelpBook, {HelpCommand::kContents, 0, {}});
+  if (command == "mnuHelpIndex") OpenHelp(session_, opener_, kEscrowHelpBook, {HelpCommand::kIndex, 0, {}});
+  if (command == "mnuHelpTallwick") OpenHelp(session_, opener_, 1, {HelpCommand::kContents, 0, {}});
+}
+
+void FrmMainEscrowAccounting::SwitchTransactions() {
+  if (!SetTransactionsOpen(session_, !TransactionsOpen(session_))) {
+    Boxes().Critical(
+        kProgramName,
+        "The transactions switch could not be written to the company's data folder.  Make room on its "
+        "disk, or ask for the right to write there, and try again.");
+  }
+  session_.NotifyChanged(SessionChange::kSwitch);
+}
+
+void FrmMainEscrowAccounting::OnClick(Control& control) {
+  if (control.name == "cmdFindFile") FindFile();
 }
 
 bool FrmMainEscrowAccounting::OnKey(std::string_view key) {
-  if (key != "F5") return false;
-  ShowFigures();
+  if (key == "F5") {
+    ReadAnew();
+    return true;
+  }
+  if (key != "Enter" || Focus() == nullptr || Focus()->name != "txtFindFile") return false;
+  FindFile();
   return true;
 }
 
+// Everything as it is now: what other workstations have changed too.
+void FrmMainEscrowAccounting::ReadAnew() {
+  figures_.Forget();
+  ShowStatus();
+  ShowCommands();
+  ShowFigures();
+}
+
+void FrmMainEscrowAccounting::FindFile() {
+  const std::string file = ToUpper(Trim(Text("txtFindFile")));
+  if (file.empty()) return;
+  const FileReferences found = session_.Company().xrefs.LookUpFile(file);
+  if (found.banks.empty()) {
+    Boxes().Inform("Find a File", file + " does NOT have any transactions posted.");
+    return SetFocus("txtFindFile");
+  }
+  RememberFile(file);
+  if (opener_.Offers(kLedgerScreen, {})) return opener_.OpenScreen(kLedgerScreen, file);
+  const auto counted = [](int count, std::string_view what) {
+    return FormatNumber(static_cast<long long>(count), "###,##0") + " " + std::string(what) +
+           (count == 1 ? "" : "s");
+  };
+  Boxes().Inform("Find a File", file + " has " + counted(found.checks, "check") + ", " +
+                                    counted(found.deposits, "deposit item") + ", " +
+                                    counted(found.wires, "wire") + " and " +
+                                    counted(found.vouchers, "voucher") + " in " +
+                                    counted(static_cast<int>(found.banks.size()), "bank account") + ".");
+}
+
+// The branch remembers its latest files; a settings file that cannot be written is no reason to stop.
+void FrmMainEscrowAccounting::RememberFile(std::string_view file_number) {
+  const std::string name = session_.TheSuite().BranchName();
+  if (name.empty()) return;
+  BranchFile file(session_.Files(), session_.TheSuite().SettingsPath());
+  clsBranch branch = file.Load(name);
+  branch.Files.Add(file_number);
+  file.Save(branch);
+  ShowRecentFiles();
+}
+
+void FrmMainEscrowAccounting::ShowRecentFiles() {
+  const std::string name = session_.TheSuite().BranchName();
+  if (name.empty()) return;
+  std::vector<std::string> files =
+      BranchFile(session_.Files(), session_.TheSuite().SettingsPath()).Load(name).Files.Entries();
+  std::erase(files, "");
+  SetRows("txtFindFile", std::move(files));
+}
+
 void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
-  if (change == SessionChange::kBank || change == SessionChange::kPrinter) ShowStatus();
-  if (change == SessionChange::kBank || change == SessionChange::kUser) ShowCommands();
+  if (change != SessionChange::kUser) ShowStatus();
+  if (change != SessionChange::kPrinter) ShowCommands();
+  if (change == SessionChange::kBank) figures_.Forget();
   if (change == SessionChange::kBank || change == SessionChange::kPosted) ShowFigures();
 }
 
 void FrmMainEscrowAccounting::ShowStatus() {
-  const ProgramVersion& version = session_.Version();
-  SetCaption("BankName", session_.BankName());
+  SetCaption("BankName", TransactionsOpen(session_) ? session_.BankName() : std::string(kLockedText));
   SetCaption("Printer", "Printer: " + (session_.Printer().empty() ? "none" : session_.Printer()));
-  SetCaption("Version", "Version: " + VersionText(version.major, version.minor, version.revision));
+  SetCaption("Version", "Version: " + VersionTextOf(session_.Version()));
 }
 
 void FrmMainEscrowAccounting::ShowCommands() {
-  const bool has_bank = !session_.BankCode().empty();
-  for (const Command& command : kCommands) {
-    const bool granted = command.right == 0 || session_.MayUse(command.right);
-    SetEnabled(command.control, granted && (has_bank || !command.needs_bank));
+  const bool security_on = session_.TheSuite().SecurityOn();
+  const bool open = TransactionsOpen(session_);
+  for (const MainCommand& command : MainCommands()) {
+    const bool offered = IsOffered(command, security_on, open);
+    for (const std::string_view name : NamesOf(command)) SetEnabled(name, offered);
   }
+  SetValue("mnuFileLockTransactions", open ? 0 : 1);
+}
+
+bool FrmMainEscrowAccounting::IsOffered(const MainCommand& command, bool security_on, bool open) const {
+  if (command.control == "mnuFileSave") return false;  // this window has nothing of its own to save
+  if (command.needs_bank && session_.BankCode().empty()) return false;
+  if (command.transactions && !open) return false;
+  if (!command.screen.empty() && !opener_.Offers(command.screen, command.mode)) return false;
+  return session_.MayUse(command.right, security_on);
 }
 
 void FrmMainEscrowAccounting::ShowFigures() {
@@ -136,7 +233,7 @@ void FrmMainEscrowAccounting::ShowFigures() {
     SetSource("grdLatestPostings", nullptr);
     return;
   }
-  BankOverview overview = ReadBankOverview(session_);
+  BankOverview overview = figures_.Read();
   SetCaption("lblBankName", bank->name);
   SetCaption("lblBankAddress", AddressLine(*bank));
   SetCaption("lblAccountNumber", "Account No. " + bank->account_number);
@@ -145,6 +242,7 @@ void FrmMainEscrowAccounting::ShowFigures() {
   SetCaption("lblBookBalance", Money(overview.book_balance));
   SetCaption("lblOutstandingChecks", Counted(overview.outstanding_checks));
   SetCaption("lblOutstandingDeposits", Counted(overview.outstanding_deposits));
+  SetCaption("lblFilesOverdrawn", FormatNumber(static_cast<long long>(overview.files_overdrawn), "###,##0"));
   SetSource("grdLatestPostings", std::make_shared<LatestPostings>(std::move(overview.latest)));
 }
 

@@ -2,15 +2,19 @@
 // shows the bank's figures and opens every other screen.
 //
 // Controls, in order:
-//   menu commands  mnuFileOpen, mnuFileClose, mnuFileExit, mnuEditChecksPost, mnuViewRefresh
+//   menu commands  those of main_commands.h; mnuFileLockTransactions is checked while transactions are locked
 //   status panels  BankName, Printer, Version (labels)
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
-//   lblBookBalance,
-//                  lblOutstandingChecks, lblOutstandingDeposits (labels), grdLatestPostings (grid)
-// A command that the user may not use, or that needs a bank while none is selected, is disabled.
+//                  lblBookBalance, lblOutstandingChecks, lblOutstandingDeposits, lblFilesOverdrawn (labels),
+//                  txtFindFile (combo: a file number, with the branch's latest files on offer), cmdFindFile,
+//                  grdLatestPostings (grid)
+// A command is disabled that the user may not use, that needs a bank while none is selected, that enters
+// transactions while they are locked, or whose screen there is not.
 #pragma once
 
 #include "core/form.h"
+#include "shell/bank_figures.h"
+#include "shell/main_commands.h"
 #include "shell/session.h"
 
 namespace tallwick {
@@ -23,16 +27,25 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
  protected:
   void OnOpen() override;
   void OnMenu(Control& control) override;
+  void OnClick(Control& control) override;
   bool OnKey(std::string_view key) override;
 
  private:
   void SessionChanged(SessionChange change) override;
   void ShowStatus();
   void ShowCommands();
+  bool IsOffered(const MainCommand& command, bool security_on, bool open) const;
   void ShowFigures();
+  void ReadAnew();
+  void ShowRecentFiles();
+  void CarryOut(std::string_view command);
+  void SwitchTransactions();
+  void FindFile();
+  void RememberFile(std::string_view file_number);
 
   Session& session_;
   ScreenOpener& opener_;
+  BankFigures figures_;
 };
 
 }  // namespace tallwick

@@ -3,8 +3,10 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "shell/clsLauncher.h"
 #include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 #include "store/clsKVRData.h"
 
 namespace tallwick {
@@ -21,7 +23,12 @@ void Session::SetBank(std::string_view code, std::string_view name) {
 }
 
 bool Session::MayUse(int right) const {
-  if (!suite_->SecurityOn()) return true;
+  return MayUse(right, suite_->SecurityOn());
+}
+
+bool Session::MayUse(int right, bool security_on) const {
+  if (!security_on || right == 0) return true;
+  if (right == kAdministrator) return user_->bLoggedIn && user_->sGroup == "Administrator";
   return user_->bLoggedIn && user_->IsSecurityOff(right);
 }
 

@@ -18,7 +18,11 @@
 
 namespace tallwick {
 
+class HelpViewer;
+class Machine;
+class Registry;
 class clsKVRData;
+class clsLauncher;
 class clsSecurity;
 struct CompanyTables;
 struct TableHome;
@@ -28,6 +32,7 @@ struct ProgramVersion {
   int major = 1;
   int minor = 0;
   int revision = 1;
+  int build = 1;
 };
 
 // What a session stands on. All of it must outlive the session.
@@ -36,6 +41,9 @@ struct Ports {
   FileSystem& files;
   Clock& clock;
   Workstation& workstation;
+  const Registry* registry = nullptr;  // null where there are no earlier settings to take over
+  Machine* machine = nullptr;          // null where nobody asks about the machine
+  HelpViewer* help = nullptr;          // null where the platform shows no help files
 };
 
 enum class SessionChange {
@@ -43,6 +51,7 @@ enum class SessionChange {
   kUser,     // the user or the user's rights
   kPosted,   // a transaction was posted, changed or removed
   kPrinter,  // the current printer
+  kSwitch,   // the transactions switch
 };
 
 // Told what has changed, after the change.
@@ -63,11 +72,14 @@ class Session {
   FileSystem& Files() const { return ports_.files; }
   Clock& TheClock() const { return ports_.clock; }
   Workstation& TheWorkstation() const { return ports_.workstation; }
+  Machine* TheMachine() const { return ports_.machine; }
+  HelpViewer* Help() const { return ports_.help; }
   Suite& TheSuite() const { return *suite_; }
   RunState& Run() { return run_; }
   const ProgramVersion& Version() const { return version_; }
   clsSecurity& User() const { return *user_; }
   // These exist from the end of a successful start-up on.
+  clsLauncher& Launcher() const { return *launcher_; }
   clsKVRData& Data() const { return *data_; }
   CompanyTables& Company() const { return *company_; }
   // For opening tables of one's own.
@@ -86,6 +98,8 @@ class Session {
   // True when the current user may use the right (rights.h): always while security is off, never for a login
   // that is not among the users.
   bool MayUse(int right) const;
+  // The same for a caller that has asked the suite already whether security is on.
+  bool MayUse(int right, bool security_on) const;
   // Reads the suite's login again: loads that user's record while security is on, else forgets the user's
   // rights.
   void ReloadUser();
@@ -106,6 +120,7 @@ class Session {
   std::unique_ptr<Suite> suite_;
   RunState run_;
   ProgramVersion version_;
+  std::unique_ptr<clsLauncher> launcher_;
   std::string data_path_;
   std::unique_ptr<clsKVRData> data_;
   std::unique_ptr<TableHome> home_;

@@ -3,6 +3,7 @@
 #include "core/encoding.h"
 #include "core/text.h"
 #include "core/text_format.h"
+#include "shell/clsLauncher.h"
 #include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
 #include "store/clsKVRData.h"
@@ -33,6 +34,7 @@ class StartUpRun {
  private:
   StartUpResult Steps() {
     if (!AttachSuite()) return StartUpResult::kNoSuite;
+    LoadLauncher();
     if (!ProveDataPath()) return StartUpResult::kNoDataPath;
     if (!StartEngine()) return StartUpResult::kNoEngine;
     session_->company_ = std::make_unique<CompanyTables>(*session_->home_);
@@ -53,6 +55,19 @@ class StartUpRun {
     suite->RegisterProgram(kProgramName, ports_.workstation.ProcessId());
     session_ = std::make_unique<Session>(ports_, std::move(suite));
     return true;
+  }
+
+  // Settings that lie in the company's folder wait for it: making their folder would make an empty company
+  // where the real one is out of reach.
+  void LoadLauncher() {
+    const Suite& suite = session_->TheSuite();
+    const std::string data = WithBackslash(Trim(suite.DataPath()));
+    std::string settings = WithBackslash(Trim(suite.SettingsPath()));
+    const bool in_data = !data.empty() && ToUpper(settings).rfind(ToUpper(data), 0) == 0;
+    if (in_data && !ports_.files.FolderExists(data)) settings.clear();
+    session_->launcher_ = std::make_unique<clsLauncher>(ports_.files, ports_.registry, settings);
+    session_->launcher_->SetAppName("Tallwick.exe");
+    session_->launcher_->Load();
   }
 
   bool ProveDataPath() {

@@ -25,6 +25,9 @@ class Suite {
   // Where "Inactive Banks.dat" lies: the data path unless the suite says otherwise.
   virtual std::string InactiveBanksPath() const { return DataPath(); }
 
+  // The branch office in which the user works, a name in "Branches.xml"; "" where the suite names none.
+  virtual std::string BranchName() const { return {}; }
+
   virtual bool SecurityOn() const = 0;
   virtual std::string Login() const = 0;
 

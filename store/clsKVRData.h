@@ -16,6 +16,7 @@
 
 #include <cstdint>
 #include <deque>
+#include <functional>
 #include <map>
 #include <memory>
 #include <optional>
@@ -156,6 +157,12 @@ class clsKVRData {
   bool IsDatabaseOpen(DataHandle data) const { return Find(data) != nullptr; }
   std::string DatabaseName(DataHandle data) const;  // full path as a person is shown it; "" when not open
   bool HasIndex(DataHandle data) const;
+
+  // Told the table and the record after each append and each write of a record, within the unit of work that
+  // may still be rolled back.
+  using WriteWatcher = std::function<void(DataHandle data, std::int32_t record)>;
+  int WatchWrites(WriteWatcher watcher);  // the number by which it is ended
+  void UnwatchWrites(int number) { write_watchers_.erase(number); }
 
   // --- Units of work ---
 
@@ -350,8 +357,11 @@ class clsKVRData {
   Relation* FindRelation(RelationHandle relation);
   int RelationSettle(Relation& relation, int code);
 
+  void TellWritten(DataHandle data);
+
   StorePorts ports_;
   StoreSettings settings_;
+  std::map<int, WriteWatcher> write_watchers_;  // by number
   std::unique_ptr<engine::Code4> engine_;
   std::vector<std::unique_ptr<OpenTable>> tables_;  // by handle - 1; null when closed
   std::deque<DataHandle> free_handles_;             // oldest first, so that a dead handle stays dead for long

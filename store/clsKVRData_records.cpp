@@ -46,6 +46,7 @@ int clsKVRData::FinishAppend(DataHandle data, std::string_view unique_id_field, 
     if (!reported) ReportUpdateFailure(data, code);
     engine::d4changed(*table->data, 0);
   }
+  if (code == engine::kSuccess) TellWritten(data);
   int unlocked = silent ? UnlockTheRecordSilent(data) : UnlockTheRecord(data);
   return Moved(*table, code != engine::kSuccess ? code : unlocked);
 }
@@ -127,7 +128,19 @@ int clsKVRData::UnlockTheRecordSilent(DataHandle data) {
 }
 
 int clsKVRData::WriteTheRecord(DataHandle data) {
-  return RetryWhileLocked(data, engine::d4flush, false);
+  const int code = RetryWhileLocked(data, engine::d4flush, false);
+  if (code == engine::kSuccess) TellWritten(data);
+  return code;
+}
+
+void clsKVRData::TellWritten(DataHandle data) {
+  for (const auto& [number, watcher] : write_watchers_) watcher(data, CurrentRecord(data));
+}
+
+int clsKVRData::WatchWrites(WriteWatcher watcher) {
+  const int number = write_watchers_.empty() ? 1 : write_watchers_.rbegin()->first + 1;
+  write_watchers_.emplace(number, std::move(watcher));
+  return number;
 }
 
 int clsKVRData::RetryWhileLocked(DataHandle data, int (*step)(engine::Data4&), bool silent) {

@@ -70,6 +70,7 @@ QJsonObject SuiteServer::State() const {
           {"settingsPath", or_data_path(settings_.settings_path)},
           {"updatePath", settings_.update_path},
           {"inactiveBanksPath", or_data_path(settings_.inactive_banks_path)},
+          {"branch", settings_.branch},
           {"securityOn", settings_.security_on},
           {"login", settings_.login}};
 }

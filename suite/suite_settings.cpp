@@ -32,6 +32,7 @@ bool ReadSettings(const QString& path, SuiteSettings& settings) {
   take("Company/SettingsPath", settings.settings_path);
   take("Company/UpdatePath", settings.update_path);
   take("Company/InactiveBanksPath", settings.inactive_banks_path);
+  take("Company/Branch", settings.branch);
   take("User/Login", settings.login);
   settings.security_on = ini.value("User/SecurityOn", settings.security_on).toBool();
   const QString list = ini.value("Company/FileList").toString();

@@ -1,5 +1,5 @@
 // What the stand-in publishes, and the INI file it is read from:
-//   [Company] Name, Number, DataPath, ApplicationPath, SettingsPath, UpdatePath, InactiveBanksPath, FileList
+//   [Company] Name, Number, DataPath, ApplicationPath, SettingsPath, UpdatePath, InactiveBanksPath, Branch, FileList
 //   [User]    Login, SecurityOn
 // Paths are written with "/". FileList is a text file with one escrow file number a line.
 #pragma once
@@ -18,6 +18,7 @@ struct SuiteSettings {
   QString settings_path;  // the data path when left out
   QString update_path;
   QString inactive_banks_path;  // the data path when left out
+  QString branch = "Main Office";
   QString login;
   bool security_on = false;
   std::optional<QStringList> file_list;  // upper case; nothing where no list is kept

@@ -8,8 +8,10 @@
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
+#include <QTextBrowser>
 
 #include "ui/register_view.h"
+#include "ui/rtf_text.h"
 #include "ui/style.h"
 
 namespace tallwick {
@@ -72,6 +74,27 @@ class BoundTextEdit : public BoundWidget {
 
  private:
   QPlainTextEdit& edit_;
+};
+
+// A text to read: HTML, or RTF of the program's own. A link is told as the text that it names.
+class BoundBrowser : public BoundWidget {
+ public:
+  BoundBrowser(QTextBrowser& browser, const Control& control, WidgetEvents& events) : browser_(browser) {
+    QObject::connect(&browser, &QTextBrowser::anchorClicked, &browser,
+                     [&control, &events](const QUrl& link) { events.TextTyped(control, link.toString()); });
+  }
+  void Show(const Control& control) override {
+    if (shown_ != control.text) {
+      shown_ = control.text;
+      browser_.setHtml(IsRtf(shown_) ? HtmlOfRtf(shown_) : QString::fromStdString(shown_));
+    }
+    ShowState(browser_, control);
+  }
+  QWidget* Widget() const override { return &browser_; }
+
+ private:
+  QTextBrowser& browser_;
+  std::string shown_;
 };
 
 class BoundCombo : public BoundWidget {
@@ -221,6 +244,9 @@ std::unique_ptr<BoundWidget> BindWidget(QObject& object, const Control& control,
     return std::make_unique<BoundLineEdit>(*edit, control, events);
   if (auto* text = qobject_cast<QPlainTextEdit*>(&object)) {
     return std::make_unique<BoundTextEdit>(*text, control, events);
+  }
+  if (auto* browser = qobject_cast<QTextBrowser*>(&object)) {
+    return std::make_unique<BoundBrowser>(*browser, control, events);
   }
   if (auto* combo = qobject_cast<QComboBox*>(&object))
     return std::make_unique<BoundCombo>(*combo, control, events);

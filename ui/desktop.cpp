@@ -4,15 +4,10 @@
 #include <QPrinterInfo>
 #include <algorithm>
 
+#include "shell/help.h"
 #include "ui/screens.h"
 
 namespace tallwick {
-namespace {
-
-constexpr std::string_view kMainScreen = "frmMainEscrowAccounting";
-
-}  // namespace
-
 Desktop::~Desktop() {
   while (!hosts_.empty())
     hosts_.pop_back();  // dialogs before the windows they stand on; all before the session
@@ -36,18 +31,22 @@ ScreenHost* Desktop::Find(std::string_view screen) const {
   return nullptr;
 }
 
-// A screen stays with the bank it was opened for: it never stands in for the same screen of another.
-ScreenHost* Desktop::FindForBank(std::string_view screen, std::string_view bank_code) const {
+// A screen stays with the bank and the mode it was opened for: it never stands in for the same screen of
+// another.
+ScreenHost* Desktop::FindForBank(std::string_view screen, std::string_view mode,
+                                 std::string_view bank_code) const {
   for (const auto& host : hosts_) {
     const Form& form = host->TheForm();
-    if (form.Name() == screen && form.IsOpen() && host->BankCode() == bank_code) return host.get();
+    const bool same_mode = host->Window().property("openMode").toString().toStdString() == mode;
+    if (form.Name() == screen && form.IsOpen() && host->BankCode() == bank_code && same_mode)
+      return host.get();
   }
   return nullptr;
 }
 
 void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   const std::string bank_code = TheSession().BankCode();
-  if (ScreenHost* open = FindForBank(screen, bank_code)) {
+  if (ScreenHost* open = FindForBank(screen, mode, bank_code)) {
     open->Window().raise();
     open->Window().activateWindow();
     return;
@@ -55,7 +54,12 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   std::unique_ptr<Form> form = application_->Screens().Make(screen, mode);
   std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
   if (!form || !window) return;
-  const bool modal = window->property("waits").toBool();
+  window->setProperty("openMode", QString::fromUtf8(mode.data(), static_cast<qsizetype>(mode.size())));
+  // A reader shows one topic at a time.
+  if (ScreenHost* reader = Find(screen); reader != nullptr && window->property("perTopic").toBool())
+    reader->Close();
+  // What opens over a dialog could not be used before the dialog has closed, unless it waits itself.
+  const bool modal = window->property("waits").toBool() || QApplication::activeModalWidget() != nullptr;
   if (modal) {
     window->setParent(QApplication::activeWindow(), window->windowFlags());
     window->setWindowModality(Qt::ApplicationModal);
@@ -63,7 +67,12 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   hosts_.push_back(std::make_unique<ScreenHost>(std::move(form), std::move(window), bank_code));
   ScreenHost& host = *hosts_.back();
   connect(&host, &ScreenHost::Closed, this, [this, &host] { ScreenClosed(host); });
+  connect(&host, &ScreenHost::HelpAsked, this, [this, &host] { OpenHelpOf(*this, host.TheForm().Name()); });
   modal ? host.OpenAndWait() : host.Open();
+}
+
+bool Desktop::Offers(std::string_view screen, std::string_view mode) const {
+  return ScreenCatalogue::Knows(screen, mode) && HasScreenWindow(screen);
 }
 
 void Desktop::ScreenClosed(ScreenHost& host) {

@@ -11,6 +11,8 @@
 
 namespace tallwick {
 
+inline constexpr std::string_view kMainScreen = "frmMainEscrowAccounting";
+
 class Desktop : public QObject, public ScreenOpener {
   Q_OBJECT
 
@@ -24,6 +26,8 @@ class Desktop : public QObject, public ScreenOpener {
   // Opens the screen in a window of its own; one that stands open for the selected bank already comes to the
   // front. A dialog has closed when this returns.
   void OpenScreen(std::string_view screen, std::string_view mode) override;
+  // A screen in the catalogue that has a window.
+  bool Offers(std::string_view screen, std::string_view mode) const override;
 
   Session& TheSession() { return application_->TheSession(); }
   // The one opened last; null where the screen is not open.
@@ -34,7 +38,7 @@ class Desktop : public QObject, public ScreenOpener {
   void Ended();
 
  private:
-  ScreenHost* FindForBank(std::string_view screen, std::string_view bank_code) const;
+  ScreenHost* FindForBank(std::string_view screen, std::string_view mode, std::string_view bank_code) const;
   void ScreenClosed(ScreenHost& host);
   // False when the user kept one open.
   bool CloseOthers();

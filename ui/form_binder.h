@@ -95,7 +95,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
 
   bool HandleKey(QWidget& widget, const QKeyEvent& key);
   bool HandleEnter(QWidget& widget, const QKeyEvent& key);
-  void ShowFieldHelp(QWidget& widget);
+  bool ShowFieldHelp(QWidget& widget);  // false where the field has none
   void ShowCalendar(QWidget& widget, const Control& control);
   bool IsFilled() const;
   void GoToNextField(QWidget& from);

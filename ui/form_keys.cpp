@@ -56,8 +56,7 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
     case Qt::Key_Enter:
       return HandleEnter(widget, key);
     case Qt::Key_F1:
-      ShowFieldHelp(widget);
-      return true;
+      return ShowFieldHelp(widget);  // else the key goes on to the window
     case Qt::Key_F2:
       if (control == nullptr || !HasCalendar(*control)) return false;
       ShowCalendar(widget, *control);
@@ -96,9 +95,11 @@ bool FormBinder::PassKey(const char* key) {
   return form_.Key(key);
 }
 
-void FormBinder::ShowFieldHelp(QWidget& widget) {
-  if (PassKey("F1") || widget.whatsThis().isEmpty()) return;
+bool FormBinder::ShowFieldHelp(QWidget& widget) {
+  if (PassKey("F1")) return true;
+  if (widget.whatsThis().isEmpty()) return false;
   QWhatsThis::showText(widget.mapToGlobal(QPoint(0, widget.height())), widget.whatsThis(), &widget);
+  return true;
 }
 
 void FormBinder::ShowCalendar(QWidget& widget, const Control& control) {

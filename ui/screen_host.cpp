@@ -3,6 +3,7 @@
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QShortcut>
@@ -67,6 +68,10 @@ void ScreenHost::Find() {
     if (!box->property("finds").isValid()) continue;
     box->setFocus(Qt::ShortcutFocusReason);
     box->selectAll();
+    return;
+  }
+  for (QWidget* widget : window_->findChildren<QWidget*>()) {
+    if (widget->property("focusBy").toString() == "Ctrl+F") widget->setFocus(Qt::ShortcutFocusReason);
   }
 }
 
@@ -78,7 +83,12 @@ void ScreenHost::ShowKeys(const QWidget* focused) {
 }
 
 bool ScreenHost::eventFilter(QObject* watched, QEvent* event) {
-  if (watched != window_.get() || event->type() != QEvent::Close) return false;
+  if (watched != window_.get()) return false;
+  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1) {
+    emit HelpAsked();
+    return true;
+  }
+  if (event->type() != QEvent::Close) return false;
   event->setAccepted(binder_->Close());
   return true;
 }

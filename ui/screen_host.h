@@ -32,6 +32,8 @@ class ScreenHost : public QObject {
  signals:
   // The form has closed; the host may be deleted later.
   void Closed();
+  // F1 where no field has a help of its own.
+  void HelpAsked();
 
  protected:
   bool eventFilter(QObject* watched, QEvent* event) override;

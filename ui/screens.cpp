@@ -6,11 +6,14 @@
 #include <QMainWindow>
 #include <QStatusBar>
 #include <QToolBar>
+#include <algorithm>
 
 #include "ui/register_view.h"
 #include "ui/style.h"
+#include "ui_about.h"
 #include "ui_bank_select.h"
 #include "ui_check_post.h"
+#include "ui_help.h"
 #include "ui_main_window.h"
 
 namespace tallwick {
@@ -31,6 +34,8 @@ struct Screen {
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", Make<QMainWindow, Ui::frmMainEscrowAccounting>},
     {"frmBankSelect", Make<QDialog, Ui::frmBankSelect>},
+    {"frmAbout", Make<QDialog, Ui::frmAbout>},
+    {"frmHelp", Make<QMainWindow, Ui::frmHelp>},
     {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
 };
 
@@ -71,6 +76,11 @@ void ConnectFindBoxes(QWidget& window) {
 }
 
 }  // namespace
+
+bool HasScreenWindow(std::string_view screen) {
+  return std::any_of(std::begin(kScreens), std::end(kScreens),
+                     [&](const Screen& known) { return known.name == screen; });
+}
 
 std::unique_ptr<QWidget> MakeScreenWindow(std::string_view screen) {
   for (const Screen& known : kScreens) {

@@ -11,5 +11,6 @@ namespace tallwick {
 // A new window for the screen, or null where the screen has no layout. Its property "waits" is true for a
 // dialog that must be dealt with before anything else.
 std::unique_ptr<QWidget> MakeScreenWindow(std::string_view screen);
+bool HasScreenWindow(std::string_view screen);
 
 }  // namespace tallwick

@@ -5,35 +5,17 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QTextStream>
 #include <QTimer>
 
 #include "core/system_ports.h"
 #include "shell/bank_select.h"
+#include "shell/machine.h"
 #include "tables/bank_table.h"
 #include "ui/desktop.h"
+#include "ui/folder_suite.h"
 
 namespace tallwick {
 namespace {
-
-class PictureSuite : public Suite {
- public:
-  explicit PictureSuite(const ScreenshotOrder& order) : order_(order) {}
-  std::string CompanyName() const override { return order_.company_name.toStdString(); }
-  std::string CompanyNumber() const override { return order_.company_number.toStdString(); }
-  std::string DataPath() const override {
-    return SystemFileSystem().HeldPath(order_.data_path.toStdString());
-  }
-  std::string ApplicationPath() const override { return {}; }
-  std::string SettingsPath() const override { return DataPath(); }
-  std::string UpdatePath() const override { return {}; }
-  bool SecurityOn() const override { return false; }
-  std::string Login() const override { return "PICTURES"; }
-  bool RegisterProgram(std::string_view, int) override { return true; }
-
- private:
-  const ScreenshotOrder& order_;
-};
 
 // Stands still on the day that the company's data end with.
 class PictureClock : public Clock {
@@ -44,15 +26,6 @@ class PictureClock : public Clock {
 
  private:
   Date today_;
-};
-
-// Nobody sits here to answer.
-class QuietBoxes : public MessageBoxes {
- public:
-  BoxAnswer Show(const Box& box) override {
-    QTextStream(stderr) << QString::fromStdString(box.title + ": " + box.text) << Qt::endl;
-    return SafeAnswer(box);
-  }
 };
 
 constexpr int kSmallest = 0;  // the "quality" of a PNG file is its size
@@ -75,16 +48,23 @@ class Photographer {
       : order_(order),
         dark_(dark),
         clock_(order.today),
-        desktop_({boxes_, SystemFileSystem(), clock_, SystemWorkstation()}) {}
+        desktop_({boxes_, SystemFileSystem(), clock_, SystemWorkstation(), nullptr, &SystemMachine()}) {}
 
   int Run() {
     QDir().mkpath(order_.folder);
-    if (!desktop_.Start([this] { return std::make_unique<PictureSuite>(order_); })) return 1;
+    if (!desktop_.Start([this] {
+          return std::make_unique<FolderSuite>(
+              FolderCompany{order_.data_path, order_.company_name, order_.company_number}, "PICTURES");
+        }))
+      return 1;
     Take("frmMainEscrowAccounting", "main-window-no-bank");
     const std::vector<BankRecord> banks = OfferedBanks(desktop_.TheSession());
     if (banks.empty() || !SelectBank(desktop_.TheSession(), banks.front().code)) return 1;
     Take("frmMainEscrowAccounting", "main-window");
-    TakeBankSelect();
+    TakeDialog("frmBankSelect", "bank-select");
+    TakeDialog("frmAbout", "about");
+    desktop_.OpenScreen("frmHelp", "frmMainEscrowAccounting");
+    Take("frmHelp", "help");
     TakeCheckPosting();
     return failed_ ? 1 : 0;
   }
@@ -109,13 +89,13 @@ class Photographer {
     failed_ = !picture.save(path, "PNG", kSmallest) || failed_;
   }
 
-  // The dialog waits for its answer, so it is photographed from within.
-  void TakeBankSelect() {
-    QTimer::singleShot(200, &desktop_, [this] {
-      Take("frmBankSelect", "bank-select");
-      if (ScreenHost* host = desktop_.Find("frmBankSelect")) host->Close();
+  // A dialog waits for its answer, so it is photographed from within.
+  void TakeDialog(std::string_view screen, const QString& name) {
+    QTimer::singleShot(200, &desktop_, [this, screen, name] {
+      Take(screen, name);
+      if (ScreenHost* host = desktop_.Find(screen)) host->Close();
     });
-    desktop_.OpenScreen("frmBankSelect", {});
+    desktop_.OpenScreen(screen, {});
   }
 
   void TakeCheckPosting() {
@@ -140,7 +120,7 @@ class Photographer {
   const bool dark_;
   bool failed_ = false;
   PictureClock clock_;
-  QuietBoxes boxes_;
+  PrintedBoxes boxes_;
   Desktop desktop_;
 };
 

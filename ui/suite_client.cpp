@@ -17,6 +17,7 @@ class SocketSuite : public Suite {
   std::string SettingsPath() const override { return Folder("settingsPath"); }
   std::string UpdatePath() const override { return Folder("updatePath"); }
   std::string InactiveBanksPath() const override { return Folder("inactiveBanksPath"); }
+  std::string BranchName() const override { return Text("branch"); }
 
   bool SecurityOn() const override {
     AskAgain();

@@ -4,7 +4,8 @@
 // carry any number of them, one after the other:
 //   {"ask":"state"}                                  {"companyName":T,"companyNumber":T,"dataPath":T,
 //                                                     "applicationPath":T,"settingsPath":T,"updatePath":T,
-//                                                     "inactiveBanksPath":T,"securityOn":B,"login":T}
+//                                                     "inactiveBanksPath":T,"branch":T,"securityOn":B,
+//                                                     "login":T}
 //   {"ask":"register","program":T,"process":N}       {"registered":true}
 //   {"ask":"file","file":T}                          {"known":true|false|null}   null: no file list is kept
 //   {"ask":"quit"}                                   {"ended":true}              the stand-in only

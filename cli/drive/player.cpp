@@ -114,6 +114,10 @@ void ScriptPlayer::OpenScreen(std::string_view screen, std::string_view mode) {
   Push(std::move(form));
 }
 
+bool ScriptPlayer::Offers(std::string_view screen, std::string_view mode) const {
+  return ScreenCatalogue::Knows(screen, mode);
+}
+
 void ScriptPlayer::Push(std::unique_ptr<Form> form) {
   screens_.push_back(std::make_unique<Screen>(std::move(form), tell_));
   screens_.back()->TheForm().Opened();

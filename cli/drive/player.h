@@ -32,6 +32,7 @@ class ScriptPlayer : private ScreenOpener {
   class Screen;
 
   void OpenScreen(std::string_view screen, std::string_view mode) override;
+  bool Offers(std::string_view screen, std::string_view mode) const override;
 
   bool Run(const Step& step);
   bool RunSurroundings(const Step& step);

@@ -25,6 +25,7 @@ struct SuiteFacts {
   std::string company = "Lakeside Title";
   std::string number = "12";
   std::string data_path;
+  std::string branch;
   std::string login = "jdoe";
   bool security = false;
   std::optional<std::set<std::string>> files;  // none: the suite offers no list
@@ -40,6 +41,7 @@ class FakeSuite : public Suite {
   std::string ApplicationPath() const override { return {}; }
   std::string SettingsPath() const override { return facts_.data_path; }
   std::string UpdatePath() const override { return {}; }
+  std::string BranchName() const override { return facts_.branch; }
   bool SecurityOn() const override { return facts_.security; }
   std::string Login() const override { return facts_.login; }
   bool RegisterProgram(std::string_view program, int process_id) override {
@@ -60,7 +62,7 @@ class Office : public ScreenOpener {
   Office() { suite.data_path = folder.Held(); }
 
   StartUpOutcome Start() {
-    return StartUp({boxes, SystemFileSystem(), clock, workstation},
+    return StartUp({boxes, SystemFileSystem(), clock, workstation, registry, machine},
                    [this] { return std::make_unique<FakeSuite>(suite); });
   }
   // Starts, and opens a bank FNB on month-and-year periods: March 2024, reconciled through January 2024.
@@ -96,13 +98,18 @@ class Office : public ScreenOpener {
     opened.push_back(std::string(screen) + " " + std::string(mode));
   }
 
+  bool Offers(std::string_view screen, std::string_view) const override { return screen != missing_screen; }
+
   TempFolder folder;
   FakeClock clock;
   FakeWorkstation workstation;
   ScriptedBoxes boxes;
+  const Registry* registry = nullptr;
+  Machine* machine = nullptr;
   SuiteFacts suite;
   std::unique_ptr<Session> session;
   std::vector<std::string> opened;
+  std::string missing_screen;
 };
 
 // What a person sees of a control: a label's or button's caption, else its text.

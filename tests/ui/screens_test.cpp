@@ -3,16 +3,20 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QComboBox>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPushButton>
 #include <QTest>
+#include <QTextBrowser>
 #include <QTimer>
 
 #include "tests/support/office.h"
 #include "ui/desktop.h"
 #include "ui/register_view.h"
+#include "ui/rtf_text.h"
+#include "ui/screens.h"
 
 namespace tallwick {
 namespace {
@@ -174,6 +178,54 @@ TEST_F(ScreensTest, ChecksOfAnotherBankHaveAWindowOfTheirOwn) {
   ASSERT_TRUE(SelectBank(session, "FNB"));
   desktop_->OpenScreen(kChecks, "Posting");
   EXPECT_EQ(desktop_->Find(kChecks)->BankCode(), "LSB") << "the first bank's came to the front, as it was";
+}
+
+TEST_F(ScreensTest, FilesAreFoundAndHelpIsReadByKeys) {
+  OpenBank();
+  Window(kMain).activateWindow();
+  QTest::qWait(1);
+  QTest::keyClick(&Window(kMain), Qt::Key_F, Qt::ControlModifier);
+  auto* box = Get<QComboBox>(kMain, "txtFindFile");
+  ASSERT_TRUE(box->hasFocus());
+  QTest::keyClicks(box, "24-0117");
+  QTest::keyClick(box, Qt::Key_Return);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("24-0117 does NOT have any transactions posted."));
+  EXPECT_EQ(Get<QAction>(kMain, "mnuFileCopyDatabases")->isEnabled(), HasScreenWindow("frmCopyDatabases"));
+
+  Get<RegisterView>(kMain, "grdLatestPostings")->Table().setFocus();
+  QTest::keyClick(&Window(kMain), Qt::Key_F1);  // no field has a help of its own here
+  ASSERT_NE(desktop_->Find("frmHelp"), nullptr);
+  EXPECT_EQ(Get<QListWidget>("frmHelp", "lstTopics")->currentItem()->text(), "The main window");
+  auto* page = Get<QTextBrowser>("frmHelp", "txtPage");
+  emit page->anchorClicked(QUrl("keys.html"));
+  EXPECT_EQ(Get<QListWidget>("frmHelp", "lstTopics")->currentItem()->text(), "Keys");
+  desktop_->OpenScreen("frmHelp", "frmBankSelect");
+  EXPECT_EQ(Get<QListWidget>("frmHelp", "lstTopics")->currentItem()->text(), "Choosing a bank account");
+}
+
+TEST_F(ScreensTest, HelpOverADialogCanBeUsed) {
+  QTimer::singleShot(20, qApp, [this] {
+    QTimer::singleShot(20, qApp, [this] {
+      ASSERT_NE(desktop_->Find("frmHelp"), nullptr);
+      EXPECT_EQ(QApplication::activeModalWidget(), &Window("frmHelp"));
+      EXPECT_EQ(Get<QListWidget>("frmHelp", "lstTopics")->currentItem()->text(), "Choosing a bank account");
+      desktop_->Find("frmHelp")->Close();
+    });
+    QTest::keyClick(Get<QListWidget>("frmBankSelect", "lstBankNames"), Qt::Key_F1);
+    EXPECT_EQ(desktop_->Find("frmHelp"), nullptr);
+    desktop_->Find("frmBankSelect")->Close();
+  });
+  Get<QAction>(kMain, "mnuFileOpen")->trigger();
+  EXPECT_EQ(desktop_->Find("frmBankSelect"), nullptr);
+}
+
+TEST(RtfTextTest, ShowsBoldLinesAndEscapes) {
+  EXPECT_EQ(
+      HtmlOfRtf(
+          "{\\rtf1\\ansi{\\fonttbl{\\f0 Arial;}}\\f0\\fs20\n\\b A:\\b0  1 < 2 \\{M\\'fcller\\}\\par\nB}"),
+      QString::fromUtf8("<p><b>A:</b> 1 &lt; 2 {Müller}<br>B</p>"));
+  EXPECT_EQ(HtmlOfRtf("{\\rtf1 \\b"), "<p><b></p>") << "a text cut short";
+  EXPECT_EQ(HtmlOfRtf("{\\rtf1 \\'f"), "<p>'f</p>");
 }
 
 // Fields from top to bottom, and from left to right in a row, as Tab reaches them.

@@ -1,25 +1,16 @@
-// What the main window says about the selected bank: its figures now, and the transactions entered last.
+// The transactions entered last in a bank, as the main window lists them.
 #pragma once
 
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "core/currency.h"
+#include "core/date.h"
 #include "core/form.h"
-#include "shell/session.h"
 
 namespace tallwick {
 
-// A sum and how many items it has.
-struct CountedSum {
-  Currency sum;
-  int count = 0;
-  void Add(Currency amount) {
-    sum += amount;
-    ++count;
-  }
-};
+struct BankTables;
 
 struct LatestPosting {
   Date dated;
@@ -32,17 +23,8 @@ struct LatestPosting {
   std::string style;   // see RowSource::RowStyle
 };
 
-struct BankOverview {
-  Currency book_balance;
-  CountedSum outstanding_checks;
-  CountedSum outstanding_deposits;    // deposit items
-  std::vector<LatestPosting> latest;  // newest date first
-};
-
-// The check book balance is the balance of the last reconciliation, plus deposits and less checks and wires
-// of later accounting periods, plus checks voided or stopped since. Empty when the bank's tables cannot be
-// opened.
-BankOverview ReadBankOverview(Session& session);
+// From the tables' ends, newest date first.
+std::vector<LatestPosting> ReadLatestPostings(BankTables& tables);
 
 // The latest postings as rows: Date, Kind, Number, File, Payee or source, Amount, Status.
 class LatestPostings : public RowSource {

@@ -1,0 +1,79 @@
+#include "shell/main_commands.h"
+
+#include <algorithm>
+#include <array>
+
+#include "shell/rights.h"
+
+namespace tallwick {
+namespace {
+
+constexpr bool kBank = true;
+constexpr bool kNoBank = false;
+constexpr bool kTransactions = true;
+
+constexpr auto kCommands = std::to_array<MainCommand>({
+    {"mnuFileOpen", "&Open Bank Account...", "frmBankSelect", ""},
+    {"mnuFileClose", "&Close Bank Account", "", "", 0, kBank},
+    {"mnuFileSave", "&Save", "", "", 0, kBank},
+    {"mnuFileCopyDatabases", "Copy &Databases...", "frmCopyDatabases", ""},
+    {"mnuFileRestoreDatabases", "&Restore Databases...", "frmRestoreDatabases", "", kRightEscrowOffice},
+    {"mnuFileRebuildReindexTransactions", "Re&build && Reindex Transactions...", "frmMaintenance",
+     "Rebuild & Reindex", kRightEscrowOffice},
+    {"mnuFileUpdateDatabaseVersions", "&Update Database Versions...", "frmMaintenance",
+     "Update Database Versions", kRightEscrowOffice},
+    {"mnuFilePack", "&Pack...", "frmMaintenance", "Pack Databases", kRightEscrowOffice},
+    {"mnuFilePurge", "Pur&ge...", "frmPurgeFiles", "", kRightPurgeFiles},
+    {"mnuFileCheckXReference", "Check &X-Reference...", "frmCheckXReference", "", kRightEscrowOffice, kBank},
+    {"mnuFileLockTransactions", "&Lock Transactions", "", "", kRightEscrowOffice},
+    {"mnuFileExit", "E&xit", "", ""},
+
+    {"mnuEditChecksPost", "Post &Checks...", "frmEditChecksPost", "Posting", kRightPostChecks, kBank,
+     kTransactions, "mnuEditPostChecks"},
+    {"mnuEditChecksClear", "C&lear Checks...", "frmEditChecksPost", "Clearing", kRightClearChecks, kBank,
+     kTransactions, "mnuEditClearChecks"},
+    {"mnuEditChecksVoid", "&Void Checks...", "frmEditChecksPost", "Voiding", kRightVoidChecks, kBank,
+     kTransactions, "mnuEditVoidChecks"},
+    {"mnuEditChecksStopPayment", "&Stop Payment...", "frmEditChecksPost", "Stop Payment", kRightVoidChecks,
+     kBank, kTransactions, "mnuEditStopPaymentChecks"},
+    {"mnuEditPostDeposits", "Post &Deposits...", "frmEditDepositsPost", "Posting", kRightPostDeposits, kBank,
+     kTransactions, "mnuEditDepositsPost"},
+    {"mnuEditClearDeposits", "Cl&ear Deposits...", "frmEditDepositsClear", "Clearing", kRightClearDeposits,
+     kBank, kTransactions, "mnuEditDepositsClear"},
+    {"mnuEditWireTransfers", "&Wire Transfers...", "frmEditWiresPost", "Posting", kRightWires, kBank,
+     kTransactions, "mnuEditWiresPost"},
+    {"mnuEditVouchers", "V&ouchers...", "frmEditVouchersPost", "Posting", kRightPostChecks, kBank,
+     kTransactions, "mnuEditVouchersPost"},
+    {"mnuEditReconcileAccount", "&Reconcile Account...", "frmReconcileAccount", "", kRightReconcile, kBank,
+     kTransactions},
+    {"mnuCheckClearingInterfacesProcess", "&Process Cleared Transactions...", "frmProcessClearedTransactions",
+     "", kRightClearChecks, kBank, kTransactions},
+
+    {"mnuViewFileLedgers", "File &Ledgers...", "frmViewFileLedgers", ""},
+    {"mnuViewReportHeadings", "Name in Report &Headings...", "frmViewReportHeadings", "",
+     kRightEscrowReports},
+    {"mnuViewRefresh", "&Refresh", "", "", 0, kBank},
+    {"mnuReports", "&Escrow Reports...", "frmReports", "", kRightEscrowReports, kBank},
+    {"mnuToolsUsers", "&Users and Rights...", "frmEditUsers", "", kAdministrator},
+
+    {"mnuHelpContents", "&Contents", "", ""},
+    {"mnuHelpIndex", "&Index", "", ""},
+    {"mnuHelpTallwick", "&Tallwick Help", "", ""},
+    {"mnuHelpAuditTrailViewer", "&Audit Trail Viewer...", "frmViewLog", "", 0, kBank},
+    {"mnuHelpCheckDatabaseVersion", "Check Database &Version...", "frmCheckDatabaseVersion", ""},
+    {"mnuHelpAbout", "A&bout Escrow Accounting", "frmAbout", "", 0, kNoBank},
+});
+
+}  // namespace
+
+std::span<const MainCommand> MainCommands() {
+  return kCommands;
+}
+
+bool EntersTransactions(std::string_view screen, std::string_view mode) {
+  return std::any_of(kCommands.begin(), kCommands.end(), [&](const MainCommand& command) {
+    return command.transactions && command.screen == screen && (mode.empty() || command.mode == mode);
+  });
+}
+
+}  // namespace tallwick

@@ -1,0 +1,2 @@
+// Carries the precompiled headers of the tests.
+#include "tests/support/precompiled.h"
