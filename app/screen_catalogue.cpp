@@ -1,6 +1,9 @@
 #include "app/screen_catalogue.h"
 
 #include "posting/check_posting.h"
+#include "posting/deposit_posting.h"
+#include "posting/voucher_posting.h"
+#include "posting/wire_posting.h"
 #include "shell/bank_select.h"
 #include "shell/main_window.h"
 #include "shell/rights.h"
@@ -27,8 +30,9 @@ std::unique_ptr<Form> MakeBankSelect(Session& session, ScreenOpener&) {
   return std::make_unique<FrmBankSelect>(session);
 }
 
-std::unique_ptr<Form> MakeCheckPosting(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<FrmEditChecksPost>(session);
+template <class PostingScreenForm>
+std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
+  auto form = std::make_unique<PostingScreenForm>(session);
   if (!form->OpenTables()) return nullptr;
   return form;
 }
@@ -37,7 +41,10 @@ std::unique_ptr<Form> MakeCheckPosting(Session& session, ScreenOpener&) {
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
-    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeCheckPosting},
+    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditChecksPost>},
+    {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
+    {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
+    {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
 };
 
 const Screen* FindScreen(std::string_view name, std::string_view mode) {
