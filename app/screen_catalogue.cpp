@@ -1,5 +1,6 @@
 #include "app/screen_catalogue.h"
 
+#include "clearing/deposit_clearing.h"
 #include "posting/check_posting.h"
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
@@ -43,6 +44,7 @@ constexpr Screen kScreens[] = {
     {"frmBankSelect", "", false, 0, MakeBankSelect},
     {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditChecksPost>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
+    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
 };

@@ -56,6 +56,7 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
     ReportFailure(outcome, check.number);
     return false;
   }
+  last_posted_ = check.number;
   Audit(kAuditAdd, check.number);
   AfterWriting();
   return true;
@@ -71,6 +72,7 @@ bool FrmEditChecksPost::WriteChanged(const CheckRecord& check) {
     ReportFailure(outcome, check.number);
     return false;
   }
+  last_posted_ = check.number;
   Audit(kAuditSave, check.number);
   AfterWriting();
   return true;

@@ -154,7 +154,29 @@ bool FrmEditDepositsPost::OnKey(std::string_view key) {
     PrintSlip();
     return true;
   }
+  if (key == "Enter" && Focus() != nullptr) return GoOnFrom(*Focus());
   return PostingForm::OnKey(key);
+}
+
+// Enter goes on from field to field and from line to line; on a line left empty it posts.
+bool FrmEditDepositsPost::GoOnFrom(const Control& control) {
+  const int row = control.index;
+  const auto go_to = [this](std::string_view name, int index) {
+    SetFocus(name, index);
+    return true;
+  };
+  if (control.name == "txtDepositDated") return go_to("txtDateSequence", 0);
+  if (control.name == "txtDateSequence") return go_to("txtDepositAcctPeriod", 0);
+  if (control.name == "txtDepositAcctPeriod") return go_to("txtFileNumbers", 1);
+  if (row == 0) return false;
+  if (control.name == "txtFileNumbers" && !RowAt(row).IsUsed() &&
+      origin_[static_cast<std::size_t>(row)] == 0) {
+    Click("cmdOk");
+    return true;
+  }
+  if (control.name == "txtFileNumbers") return go_to("txtSources", row);
+  if (control.name == "txtSources" && At("txtAmounts", row).enabled) return go_to("txtAmounts", row);
+  return row < kDepositItems ? go_to("txtFileNumbers", row + 1) : go_to("cmdOk", 0);
 }
 
 bool FrmEditDepositsPost::OnClose() {

@@ -74,6 +74,8 @@ class FrmEditDepositsPost : public PostingForm {
   void ListDeposits();
   void RefreshRegister();
 
+  bool GoOnFrom(const Control& control);
+
   // The lines (deposit_posting_rows.cpp).
   DepositRow RowAt(int row);
   std::vector<DepositRow> Rows();

@@ -110,6 +110,7 @@ bool FrmEditDepositsPost::Write(const DepositRecord& deposit) {
   const PostOutcome outcome = loaded_ ? RewriteDeposit(tables_, xrefs, bank_code_, *loaded_, deposit)
                                       : PostDeposit(tables_, xrefs, bank_code_, deposit);
   if (!outcome.Done()) return SettleFailure(outcome, deposit);
+  last_posted_ = deposit.dated + deposit.sequence;
   Audit(loaded_ ? kAuditSave : kAuditAdd, DepositName(deposit.dated, deposit.sequence));
   if (pasted_) buffer_.clear();
   AfterWriting();

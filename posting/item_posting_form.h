@@ -134,7 +134,8 @@ class ItemPostingForm : public PostingForm {
     }
     const PostOutcome outcome = loaded_ ? WriteChanged(*loaded_, record) : WriteNew(record);
     if (!outcome.Done()) return SettleFailure(outcome, NumberOf(record));
-    Audit(loaded_ ? kAuditSave : kAuditAdd, NumberOf(record));
+    last_posted_ = NumberOf(record);
+    Audit(loaded_ ? kAuditSave : kAuditAdd, last_posted_);
     AfterWriting();
     return true;
   }

@@ -110,7 +110,8 @@ PostOutcome RemoveDeposit(BankTables& bank, XrefTable& xrefs, std::string_view b
 
 std::string DepositFailureMessage(const PostOutcome& outcome, std::string_view name) {
   const std::string text(name);
-  return FailureMessage(outcome, "Deposit " + text, "Failed to add deposit " + text, "deposit");
+  return FailureMessage(outcome, "Deposit " + text, "Failed to add deposit " + text, "deposit") +
+         AdviceFor(outcome);
 }
 
 }  // namespace tallwick

@@ -51,4 +51,9 @@ std::string FailureMessage(const PostOutcome& outcome, std::string_view item, st
   return std::string(not_added) + code;
 }
 
+std::string AdviceFor(const PostOutcome& outcome) {
+  if (outcome.code != engine::kLocked) return {};
+  return "\r\nAnother workstation holds the record.  Nothing was saved: try again in a moment.";
+}
+
 }  // namespace tallwick

@@ -55,4 +55,7 @@ int HoldUnchanged(Table& table, bool found, const Record& before) {
 std::string FailureMessage(const PostOutcome& outcome, std::string_view item, std::string_view not_added,
                            std::string_view kind);
 
+// What to do about an outcome, as a line to be set behind its message; "" where the message says enough.
+std::string AdviceFor(const PostOutcome& outcome);
+
 }  // namespace tallwick

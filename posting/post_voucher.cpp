@@ -74,7 +74,8 @@ PostOutcome RewriteVoucher(BankTables& bank, XrefTable& xrefs, std::string_view 
 std::string VoucherFailureMessage(const PostOutcome& outcome, std::string_view voucher_number) {
   const std::string number(voucher_number);
   return FailureMessage(outcome, "Voucher Number " + number, "Failed to add voucher number " + number,
-                        "voucher");
+                        "voucher") +
+         AdviceFor(outcome);
 }
 
 }  // namespace tallwick

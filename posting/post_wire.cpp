@@ -31,7 +31,8 @@ PostOutcome RewriteWire(BankTables& bank, XrefTable& xrefs, std::string_view ban
 
 std::string WireFailureMessage(const PostOutcome& outcome, std::string_view wire_number) {
   const std::string number(wire_number);
-  return FailureMessage(outcome, "Wire " + number, "Failed to add wire number " + number, "wire");
+  return FailureMessage(outcome, "Wire " + number, "Failed to add wire number " + number, "wire") +
+         AdviceFor(outcome);
 }
 
 }  // namespace tallwick

@@ -34,6 +34,8 @@ class PostingForm : public Form {
  public:
   // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
   bool OpenTables();
+  // The key of what was written last: a number, or the stored date and sequence of a deposit. "" until then.
+  const std::string& LastPosted() const { return last_posted_; }
 
  protected:
   // Works on the session's selected bank, also when another is selected later.
@@ -98,6 +100,7 @@ class PostingForm : public Form {
   std::string bank_code_;
   BankRecord bank_;  // as it was read last
   BankTables tables_;
+  std::string last_posted_;
 
  private:
   // Text and check value of every entry, in the order of the controls.

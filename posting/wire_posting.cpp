@@ -1,5 +1,8 @@
 #include "posting/wire_posting.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "posting/file_number.h"
 #include "posting/post_wire.h"
 #include "posting/wire_validation.h"
@@ -54,6 +57,20 @@ void FrmEditWiresPost::OnLeave(Control& control) {
   ItemPostingForm::OnLeave(control);
   const bool period = control.name == "txtWireAcctPeriod" || control.name == "txtWireStmtPeriod";
   if (period && !loaded_) ShowDestination();
+}
+
+// A new wire is cleared at once where a statement period is typed: Enter passes that entry before it posts.
+bool FrmEditWiresPost::OnKey(std::string_view key) {
+  if (key == "Enter" && Focus() != nullptr && !loaded_) {
+    const auto* entry = std::find_if(std::begin(kFields), std::end(kFields),
+                                     [&](const auto& field) { return field.control == Focus()->name; });
+    const bool has_next = entry != std::end(kFields) && std::next(entry) != std::end(kFields);
+    if (has_next) {
+      SetFocus(std::next(entry)->control);
+      return true;
+    }
+  }
+  return ItemPostingForm::OnKey(key);
 }
 
 void FrmEditWiresPost::OnChoose(Control& control) {

@@ -23,6 +23,7 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord> {
   void OnLeave(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
+  bool OnKey(std::string_view key) override;
 
   bool OpenRegister() override { return register_->Open(bank_code_); }
   std::optional<WireRecord> FindPosted(const std::string& number) override;

@@ -27,6 +27,11 @@ constexpr Command kCommands[] = {
     {"mnuFileClose", "&Close Bank Account", true, 0, "", ""},
     {"mnuFileExit", "E&xit", false, 0, "", ""},
     {"mnuEditChecksPost", "Post &Checks...", true, kRightPostChecks, "frmEditChecksPost", "Posting"},
+    {"mnuEditDepositsPost", "Post &Deposits...", true, kRightPostDeposits, "frmEditDepositsPost", "Posting"},
+    {"mnuEditDepositsClear", "Clea&r Deposits...", true, kRightClearDeposits, "frmEditDepositsClear",
+     "Clearing"},
+    {"mnuEditWiresPost", "Post &Wire Transfers...", true, kRightWires, "frmEditWiresPost", "Posting"},
+    {"mnuEditVouchersPost", "Post &Vouchers...", true, kRightPostChecks, "frmEditVouchersPost", "Posting"},
     {"mnuViewRefresh", "&Refresh", true, 0, "", ""},
 };
 

@@ -117,6 +117,13 @@ void RegisterView::StartSearch(bool next) {
   SetStyleProperty(*box_, "refused", false);
   ShowCount();
   if (box_->text().trimmed().isEmpty() || model_->rowCount() == 0) return;
+  // From an index where there is one; the next match, and what no index knows, by looking at the rows.
+  if (!next) {
+    if (const auto row = model_->Source()->FindRow(box_->text().trimmed().toStdString())) {
+      search_row_ = static_cast<int>(*row);
+      return EndSearch(true);
+    }
+  }
   search_row_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
   search_left_ = model_->rowCount();
   search_timer_.start();

@@ -7,6 +7,7 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+#include "ui/posting_windows.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui_bank_select.h"
@@ -32,6 +33,10 @@ constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", Make<QMainWindow, Ui::frmMainEscrowAccounting>},
     {"frmBankSelect", Make<QDialog, Ui::frmBankSelect>},
     {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
+    {"frmEditDepositsPost", MakeDepositWindow},
+    {"frmEditDepositsClear", MakeDepositClearingWindow},
+    {"frmEditWiresPost", MakeWireWindow},
+    {"frmEditVouchersPost", MakeVoucherWindow},
 };
 
 // A status bar's property "panels" lists its labels from left to right; the first takes the room that is
