@@ -27,7 +27,7 @@ CheckRegister::Shown CheckRegister::ReadRow() {
       StatusStyle(status)};
 }
 
-std::vector<CheckRegister::SearchKey> CheckRegister::KeysFor(std::string_view text) const {
+std::vector<SearchKey> CheckRegister::KeysFor(std::string_view text) const {
   return {
       {"CHXNUMBER", StoredNumber(text)}, {"CHXFILENO", std::string(text)}, {"CHXPAYEE", std::string(text)}};
 }

@@ -239,7 +239,8 @@ void FrmEditDepositsPost::LookUpDeposit() {
   if (key.empty() || key == looked_up_) return;
   // A new deposit keeps its lines under another free date and sequence; anything else shows other lines.
   const std::string dated = StoredDate(*TypedDate());
-  const bool posted = FindPosted(dated, Text("txtDateSequence")).has_value();
+  const std::string sequence = Text("txtDateSequence");
+  const bool posted = FindPosted(dated, sequence).has_value();
   if ((posted || loaded_) && !MayDropChanges(UnsavedQuestion())) {
     RestoreKey();
     // A refused post has put the cursor into the field that it names.
@@ -247,7 +248,7 @@ void FrmEditDepositsPost::LookUpDeposit() {
     if (focus != nullptr && focus->name.starts_with("txtD")) SetFocus(focus->name);
     return;
   }
-  if (posted || loaded_) return OpenDeposit(dated, Text("txtDateSequence"));
+  if (posted || loaded_) return OpenDeposit(dated, sequence);
   KeepKey();
 }
 

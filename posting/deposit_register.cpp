@@ -34,7 +34,7 @@ DepositRegister::Shown DepositRegister::ReadRow() {
           state.style};
 }
 
-std::vector<DepositRegister::SearchKey> DepositRegister::KeysFor(std::string_view text) const {
+std::vector<SearchKey> DepositRegister::KeysFor(std::string_view text) const {
   const std::optional<Date> date = ParseDisplayDate(text);
   if (!date || date->IsEmpty()) return {};
   return {{kTag, StoredDate(*date)}};

@@ -80,6 +80,7 @@ DepositFinding DateIsReadable(const DepositCase& deposit) {
 
 DepositFinding SequenceIsNumber(const DepositCase& deposit) {
   const std::string_view typed = Trim(deposit.sequence);
+  if (deposit.posted) return {};
   if (IsAllDigits(typed) && typed.size() <= 2 && typed != "0" && typed != "00") return {};
   return {"Sequence Number " + Quoted(typed) + " is not one of 1 to " + std::to_string(kLastSequence) + ".",
           "txtDateSequence"};

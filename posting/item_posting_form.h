@@ -191,7 +191,8 @@ class ItemPostingForm : public PostingForm {
     RefreshRegister();
     session_.NotifyChanged(SessionChange::kPosted);
     BeginNew(ProposedNumber());
-    SetFocus(number_control_);
+    // A number that is proposed needs no typing.
+    SetFocus(looked_up_number_.empty() ? std::string_view(number_control_) : fields_[1].control);
   }
 
   const TableLayout& layout_;

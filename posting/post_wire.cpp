@@ -31,6 +31,11 @@ PostOutcome RewriteWire(BankTables& bank, XrefTable& xrefs, std::string_view ban
 
 std::string WireFailureMessage(const PostOutcome& outcome, std::string_view wire_number) {
   const std::string number(wire_number);
+  if (outcome.code == engine::kUnique && outcome.failed == Step::kItem) {
+    return "Wire " + number +
+           " was posted on another workstation in the meantime.  Nothing was saved: correct the number, or "
+           "look the posted wire up.";
+  }
   return FailureMessage(outcome, "Wire " + number, "Failed to add wire number " + number, "wire") +
          AdviceFor(outcome);
 }

@@ -17,6 +17,12 @@
 
 namespace tallwick {
 
+// Where a text that is searched for can stand: the key that a tag has for it, in full or as its beginning.
+struct SearchKey {
+  std::string_view tag;
+  std::string key;
+};
+
 class TableRegister : public RowSource {
  public:
   // Looks at the table again. Cheap when nothing but a record behind the last one was added.
@@ -32,12 +38,6 @@ class TableRegister : public RowSource {
     std::vector<std::string> cells;
     std::string style;  // see RowSource::RowStyle
   };
-  // Where a text that is searched for can stand: the key that a tag has for it, in full or as its beginning.
-  struct SearchKey {
-    std::string_view tag;
-    std::string key;
-  };
-
   // `table` must outlive the register, which is its only user. Rows come in the order of `tag`.
   TableRegister(TableBase& table, std::string_view tag) : table_(table), tag_(tag) {}
 

@@ -6,42 +6,31 @@
 #include "tables/status_text.h"
 
 namespace tallwick {
+namespace {
 
-bool VoucherRegister::Open(std::string_view bank_code) {
-  if (vouchers_.Open(bank_code) <= 0) return false;
-  CountAgain();
-  return true;
+std::vector<std::string> Cells(const VoucherRecord& voucher) {
+  return {
+      voucher.number,      DisplayDate(voucher.dated),        voucher.payee,       AmountText(voucher.amount),
+      voucher.file_number, VoucherStatusText(voucher.status), voucher.check_number};
 }
 
-void VoucherRegister::ShowStatus(std::string_view status) {
-  status_ = status;
-  CountAgain();
-}
-
-bool VoucherRegister::IsWanted() {
-  return vouchers_.Data().GetStringFieldValueByPointer(vouchers_.Handle(), vouchers_.Field("VCHRSTATUS")) ==
-         status_;
-}
-
-VoucherRegister::Shown VoucherRegister::ReadRow() {
-  const VoucherRecord voucher = vouchers_.Read();
-  return {{voucher.number, DisplayDate(voucher.dated), voucher.payee, AmountText(voucher.amount),
-           voucher.file_number, VoucherStatusText(voucher.status), voucher.check_number},
-          StatusStyle(voucher.status)};
-}
-
-std::vector<VoucherRegister::SearchKey> VoucherRegister::KeysFor(std::string_view text) const {
+std::vector<SearchKey> Keys(std::string_view text) {
   return {{"VCHRNUMBER", StoredNumber(text)},
           {"VCHRFILENO", std::string(text)},
           {"VCHRPAYEE", std::string(text)}};
 }
 
-std::vector<std::string> VoucherRegister::Headings() const {
-  return {"Number", "Dated", "Payee", "Amount", "File", "Status", "Check"};
-}
+}  // namespace
 
-std::string VoucherRegister::NumberAt(std::size_t row) {
-  return GoToRow(row) ? vouchers_.Read().number : "";
-}
+VoucherRegister::VoucherRegister(const TableHome& home)
+    : ItemRegister(home, {"VCHRNUMBER",
+                          "VCHRSTATUS",
+                          &VoucherRecord::number,
+                          &VoucherRecord::status,
+                          {"Number", "Dated", "Payee", "Amount", "File", "Status", "Check"},
+                          3,
+                          Cells,
+                          Keys,
+                          StatusStyle}) {}
 
 }  // namespace tallwick

@@ -5,39 +5,28 @@
 #include "tables/status_text.h"
 
 namespace tallwick {
+namespace {
 
-bool WireRegister::Open(std::string_view bank_code) {
-  if (wires_.Open(bank_code) <= 0) return false;
-  CountAgain();
-  return true;
+std::vector<std::string> Cells(const WireRecord& wire) {
+  return {wire.number,      DisplayDate(wire.dated),    wire.payee, AmountText(wire.amount),
+          wire.file_number, WireStatusText(wire.status)};
 }
 
-void WireRegister::ShowStatus(std::string_view status) {
-  status_ = status;
-  CountAgain();
-}
-
-bool WireRegister::IsWanted() {
-  return wires_.Data().GetStringFieldValueByPointer(wires_.Handle(), wires_.Field("WIRESTATUS")) == status_;
-}
-
-WireRegister::Shown WireRegister::ReadRow() {
-  const WireRecord wire = wires_.Read();
-  return {{wire.number, DisplayDate(wire.dated), wire.payee, AmountText(wire.amount), wire.file_number,
-           WireStatusText(wire.status)},
-          StatusStyle(wire.status)};
-}
-
-std::vector<WireRegister::SearchKey> WireRegister::KeysFor(std::string_view text) const {
+std::vector<SearchKey> Keys(std::string_view text) {
   return {{"WIRENUMBER", std::string(text)}, {"WIREFILENO", std::string(text)}};
 }
 
-std::vector<std::string> WireRegister::Headings() const {
-  return {"Number", "Dated", "Payee", "Amount", "File", "Status"};
-}
+}  // namespace
 
-std::string WireRegister::NumberAt(std::size_t row) {
-  return GoToRow(row) ? wires_.Read().number : "";
-}
+WireRegister::WireRegister(const TableHome& home)
+    : ItemRegister(home, {"WIRENUMBER",
+                          "WIRESTATUS",
+                          &WireRecord::number,
+                          &WireRecord::status,
+                          {"Number", "Dated", "Payee", "Amount", "File", "Status"},
+                          3,
+                          Cells,
+                          Keys,
+                          StatusStyle}) {}
 
 }  // namespace tallwick

@@ -7,7 +7,7 @@
 
 #include "posting/deposit_facts.h"
 #include "posting/post_deposit.h"
-#include "tests/support/office.h"
+#include "tests/posting/screen_fixture.h"
 
 namespace tallwick {
 namespace {
@@ -15,7 +15,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::Office;
+using testing::PostingScreenTest;
 using testing::Seen;
 
 class SlipBook : public DepositSlipPrinter {
@@ -26,32 +26,15 @@ class SlipBook : public DepositSlipPrinter {
   std::vector<DepositRecord> slips;
 };
 
-class DepositPostingTest : public ::testing::Test {
+class DepositPostingTest : public PostingScreenTest<FrmEditDepositsPost> {
  protected:
-  void OpenOffice(const std::function<void(BankRecord&)>& change = {}) {
-    ASSERT_TRUE(office_.Open(change));
-    office_.suite.files = {"24-0117", "24-0118"};
-    tables_ = std::make_unique<BankTables>(office_.session->Home());
-    ASSERT_TRUE(tables_->Open("FNB"));
-    OpenForm();
-  }
-  void OpenForm() {
-    form_ = std::make_unique<FrmEditDepositsPost>(*office_.session, &slips_);
-    ASSERT_TRUE(form_->OpenTables());
-    form_->Opened();
-  }
-  void Set(std::string_view control, std::string text, int index = 0) {
-    form_->Enter(control, index);
-    form_->Change(control, std::move(text), index);
+  std::unique_ptr<FrmEditDepositsPost> MakeForm() override {
+    return std::make_unique<FrmEditDepositsPost>(*office_.session, &slips_);
   }
   void SetRow(int row, const char* file, const char* amount, const char* source = "SMITH") {
     Set("txtFileNumbers", file, row);
     Set("txtSources", source, row);
     Set("txtAmounts", amount, row);
-  }
-  void Post() {
-    form_->Click("cmdOk");
-    ASSERT_THAT(office_.TakeTexts(), IsEmpty());
   }
   // Looks a deposit up by its date and sequence.
   void Show(const char* dated, const char* sequence) {
@@ -64,9 +47,9 @@ class DepositPostingTest : public ::testing::Test {
     return tables_->deposits.Read();
   }
   // Files and items of every cross-reference of the bank, which agree in both tables: "24-0117 20240315 1 1".
-  std::vector<std::string> Xrefs() {
+  std::vector<std::string> References() {
     std::vector<std::string> found;
-    XrefTable& company = office_.session->Company().xrefs;
+    XrefTable& company = Xrefs();
     int company_count = 0;
     for (bool on = company.Top("XRFSFILEBK"); on; on = company.Skip()) ++company_count;
     for (bool on = tables_->deposit_xrefs.Top("DXRFFILENO"); on; on = tables_->deposit_xrefs.Skip()) {
@@ -80,14 +63,6 @@ class DepositPostingTest : public ::testing::Test {
     EXPECT_EQ(static_cast<std::size_t>(company_count), found.size());
     return found;
   }
-  std::string Log() { return office_.ReadFile("Logs\\FNB\\Audit_Trail.log"); }
-  void ChangeBank(const std::function<void(BankRecord&)>& change) {
-    BankTable& banks = office_.session->Company().banks;
-    ASSERT_TRUE(banks.SeekCode("FNB"));
-    BankRecord bank = banks.Read();
-    change(bank);
-    ASSERT_EQ(banks.Update(bank), 0);
-  }
   void Clear(const char* dated, const char* sequence, std::size_t item, const Period& statement) {
     DepositRecord deposit = *Stored(dated, sequence);
     deposit.items[item - 1].status = "C";
@@ -96,9 +71,6 @@ class DepositPostingTest : public ::testing::Test {
   }
 
   SlipBook slips_;
-  Office office_;
-  std::unique_ptr<BankTables> tables_;
-  std::unique_ptr<FrmEditDepositsPost> form_;
 };
 
 TEST_F(DepositPostingTest, ANewDepositIsPostedWholeAndTheNextOneBegun) {
@@ -126,7 +98,7 @@ TEST_F(DepositPostingTest, ANewDepositIsPostedWholeAndTheNextOneBegun) {
   expected.items[1] = {"2", "24-0118", "LENDER ONE", Currency::FromCents(99'50), {}, "O"};
   expected.spare = " X";
   EXPECT_EQ(Stored("20240315", "1"), expected);
-  EXPECT_THAT(Xrefs(), ElementsAre("24-0117 20240315 1 1", "24-0118 20240315 1 2"));
+  EXPECT_THAT(References(), ElementsAre("24-0117 20240315 1 1", "24-0118 20240315 1 2"));
   EXPECT_THAT(Log(), HasSubstr("[TX: Post Deposit][REFERENCE: 03-15-2024 / 1]"));
   EXPECT_THAT(Log(), HasSubstr("[ADD] 03-15-2024 / 1\r\n"));
   EXPECT_EQ(Seen(*form_, "txtDateSequence"), "2");
@@ -139,12 +111,6 @@ TEST_F(DepositPostingTest, ANewDepositIsPostedWholeAndTheNextOneBegun) {
 
 TEST_F(DepositPostingTest, RefusesInOrderAndWritesNothing) {
   OpenOffice();
-  struct Case {
-    const char* control;
-    int index;
-    const char *text, *message, *focus;
-    int focus_index;
-  };
   // Everything is wrong at first; each step mends what was refused.
   SetRow(1, "24-0117", "10");
   SetRow(2, "24-0117", "20");
@@ -153,31 +119,23 @@ TEST_F(DepositPostingTest, RefusesInOrderAndWritesNothing) {
   Set("txtDepositAcctPeriod", "13-2024");
   Set("txtDateSequence", "x");
   form_->Leave();
-  const Case cases[] = {
-      {"txtDepositDated", 0, "___ _, ____", "Date Posted Required ...", "txtDepositDated", 0},
-      {"txtDepositDated", 0, "2/30/2024", "File Number required for deposit item 3 .", "txtFileNumbers", 3},
-      {"txtDateSequence", 0, "", "Sequence Number Required ...", "txtDateSequence", 0},
-      {"txtDateSequence", 0, "x", "File Number required for deposit item 3 .", "txtFileNumbers", 3},
-      {"txtFileNumbers", 3, "void", "File Number can not be \"VOID\" for deposit item 3 .", "txtFileNumbers",
+  const Step steps[] = {
+      {"txtDepositDated", "___ _, ____", "Date Posted Required ...", "txtDepositDated"},
+      {"txtDepositDated", "2/30/2024", "File Number required for deposit item 3 .", "txtFileNumbers", 0, 3},
+      {"txtDateSequence", "", "Sequence Number Required ...", "txtDateSequence"},
+      {"txtDateSequence", "x", "File Number required for deposit item 3 .", "txtFileNumbers", 0, 3},
+      {"txtFileNumbers", "void", "File Number can not be \"VOID\" for deposit item 3 .", "txtFileNumbers", 3,
        3},
-      {"txtFileNumbers", 3, "24-0118", "Accounting Period is bad or missing.", "txtDepositAcctPeriod", 0},
-      {"txtDepositAcctPeriod", 0, "2-2024",
-       "Date Posted \"2/30/2024\" is not a date.  Type it like 03/15/2024.", "txtDepositDated", 0},
-      {"txtDepositDated", 0, "2/28/2024", "Sequence Number \"x\" is not one of 1 to 99.", "txtDateSequence",
-       0},
-      {"txtDateSequence", 0, "7", "Amount missing for deposit item 4 .", "txtAmounts", 4},
-      {"txtAmounts", 4, "12x", "Line 4 Amount \"12x\" is not an amount.  Type it like 1,250.00.",
-       "txtAmounts", 4},
+      {"txtFileNumbers", "24-0118", "Accounting Period is bad or missing.", "txtDepositAcctPeriod", 3},
+      {"txtDepositAcctPeriod", "2-2024", "Date Posted \"2/30/2024\" is not a date.  Type it like 03/15/2024.",
+       "txtDepositDated"},
+      {"txtDepositDated", "2/28/2024", "Sequence Number \"x\" is not one of 1 to 99.", "txtDateSequence"},
+      {"txtDateSequence", "7", "Amount missing for deposit item 4 .", "txtAmounts", 0, 4},
+      {"txtAmounts", "12x", "Line 4 Amount \"12x\" is not an amount.  Type it like 1,250.00.", "txtAmounts",
+       4, 4},
   };
-  for (const Case& one : cases) {
-    Set(one.control, one.text, one.index);
-    form_->Click("cmdOk");
-    EXPECT_THAT(office_.TakeTexts(), ElementsAre(one.message));
-    ASSERT_NE(form_->Focus(), nullptr);
-    EXPECT_EQ(form_->Focus()->name, one.focus) << one.message;
-    EXPECT_EQ(form_->Focus()->index, one.focus_index) << one.message;
-    EXPECT_EQ(tables_->deposits.RecordCount(), 0);
-  }
+  RefusesInOrder(steps);
+  EXPECT_EQ(tables_->deposits.RecordCount(), 0);
   Set("txtAmounts", "40", 4);
   Post();
   EXPECT_EQ(DepositTotal(*Stored("20240228", "7")), Currency::FromCents(100'00));
@@ -198,7 +156,8 @@ TEST_F(DepositPostingTest, UnknownFilesAreSaidTogetherAndAReconciledPeriodIsRefu
   form_->Menu("mnuOptionsFileCheck");
   Set("txtDepositAcctPeriod", "2/2024");
   Post();
-  EXPECT_THAT(Xrefs(), ElementsAre("24-0117 20240315 1 2", "24-0998 20240315 1 1", "24-0999 20240315 1 3"));
+  EXPECT_THAT(References(),
+              ElementsAre("24-0117 20240315 1 2", "24-0998 20240315 1 1", "24-0999 20240315 1 3"));
 }
 
 TEST_F(DepositPostingTest, SequencesRestartOnEachDateAndDatesAreTypedFreely) {
@@ -262,7 +221,7 @@ TEST_F(DepositPostingTest, ChangesMoveBothCrossReferences) {
   form_->Leave();
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Delete Line 2 ?", "Delete Line 2 ?"));
   Post();
-  EXPECT_THAT(Xrefs(), ElementsAre("24-0117 20240315 1 2", "24-0118 20240315 1 1"));
+  EXPECT_THAT(References(), ElementsAre("24-0117 20240315 1 2", "24-0118 20240315 1 1"));
   EXPECT_EQ(Stored("20240315", "1")->item_count, 2);
   EXPECT_EQ(Stored("20240315", "1")->spare, " X");
   EXPECT_THAT(Log(), HasSubstr("[EDIT] txtFileNumbers (1) was: 24-0117 now: 24-0118\r\n"));
@@ -276,7 +235,7 @@ TEST_F(DepositPostingTest, ChangesMoveBothCrossReferences) {
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Delete Line 1 ?", "Delete Line 2 ?",
                                                "No line is left in this deposit.  Remove it?"));
   EXPECT_FALSE(Stored("20240315", "1"));
-  EXPECT_THAT(Xrefs(), IsEmpty());
+  EXPECT_THAT(References(), IsEmpty());
   EXPECT_THAT(Log(), HasSubstr("[DELETE] 03-15-2024 / 1\r\n"));
 
   // Below the screen: another date and sequence take the references along.
@@ -285,13 +244,12 @@ TEST_F(DepositPostingTest, ChangesMoveBothCrossReferences) {
   before.sequence = "1";
   before.item_count = 1;
   before.items[0] = {"1", "24-0117", "SMITH", Currency::FromCents(1), {}, "O"};
-  XrefTable& xrefs = office_.session->Company().xrefs;
-  ASSERT_TRUE(PostDeposit(*tables_, xrefs, "FNB", before).Done());
+  ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", before).Done());
   DepositRecord after = before;
   after.dated = "20240302";
   after.sequence = "2";
-  ASSERT_TRUE(RewriteDeposit(*tables_, xrefs, "FNB", before, after).Done());
-  EXPECT_THAT(Xrefs(), ElementsAre("24-0117 20240302 2 1"));
+  ASSERT_TRUE(RewriteDeposit(*tables_, Xrefs(), "FNB", before, after).Done());
+  EXPECT_THAT(References(), ElementsAre("24-0117 20240302 2 1"));
 }
 
 TEST_F(DepositPostingTest, LinesAreCutAndPastedIntoAnotherDeposit) {
@@ -310,7 +268,7 @@ TEST_F(DepositPostingTest, LinesAreCutAndPastedIntoAnotherDeposit) {
                           "quickly clear all lines and in preparation for a \"Paste\" operation to a "
                           "different date and sequence number.  Proceed?"));
   EXPECT_FALSE(Stored("20240315", "1"));
-  EXPECT_THAT(Xrefs(), ElementsAre("24-0117 20240315 2 1"));
+  EXPECT_THAT(References(), ElementsAre("24-0117 20240315 2 1"));
   Show("3/15/2024", "2");
   form_->Menu("mnuEditPasteLineItems");
   EXPECT_THAT(
@@ -324,7 +282,8 @@ TEST_F(DepositPostingTest, LinesAreCutAndPastedIntoAnotherDeposit) {
   form_->Menu("mnuEditPasteLineItems");
   EXPECT_EQ(Seen(*form_, "lblDepositTotal"), "3.00");
   Post();
-  EXPECT_THAT(Xrefs(), ElementsAre("24-0117 20240314 1 1", "24-0117 20240315 2 1", "24-0118 20240314 1 2"));
+  EXPECT_THAT(References(),
+              ElementsAre("24-0117 20240314 1 1", "24-0117 20240315 2 1", "24-0118 20240314 1 2"));
   EXPECT_TRUE(IsWireIn(*Stored("20240314", "1"), 2));
   EXPECT_FALSE(form_->Find("mnuEditPasteLineItems")->enabled);  // posted once, they are given up
   EXPECT_TRUE(form_->Close());
@@ -374,8 +333,7 @@ TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
   SetRow(1, "24-0118", "5");
   DepositRecord other = *Stored("20240315", "1");
   other.sequence = "2";
-  XrefTable& xrefs = office_.session->Company().xrefs;
-  ASSERT_TRUE(PostDeposit(*tables_, xrefs, "FNB", other).Done());
+  ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", other).Done());
   form_->Click("cmdOk");
   EXPECT_EQ(Seen(*form_, "txtFileNumbers", 1), "24-0118");
   office_.boxes.answers = {BoxAnswer::kYes};
@@ -413,7 +371,7 @@ TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
   office_.boxes.answers.clear();
   Show("3/15/2024", "1");
   Set("txtSources", "AGAIN", 1);
-  ASSERT_TRUE(RemoveDeposit(*tables_, xrefs, "FNB", *Stored("20240315", "1")).Done());
+  ASSERT_TRUE(RemoveDeposit(*tables_, Xrefs(), "FNB", *Stored("20240315", "1")).Done());
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("was removed on another workstation")));
   Post();
@@ -438,7 +396,9 @@ TEST_F(DepositPostingTest, UnsavedChangesAreAskedForAndSlipsPrinted) {
   Show("3/15/2024", "2");
   EXPECT_EQ(Seen(*form_, "txtDateSequence"), "1");
   EXPECT_EQ(Seen(*form_, "txtSources", 1), "JONES");
-  Show("3/15/2024", "2");
+  Set("txtDateSequence", "7");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtDateSequence"), "7");  // what was asked for, after the save
   EXPECT_THAT(office_.TakeTexts(),
               ElementsAre("Save Changes to 03/15/2024 ?", "Save Changes to 03/15/2024 ?"));
   EXPECT_EQ(Stored("20240315", "1")->items[0].source, "JONES");
