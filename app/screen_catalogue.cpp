@@ -38,12 +38,19 @@ std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
   return form;
 }
 
+std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
+  auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
+  if (!form->OpenTables()) return nullptr;
+  return form;
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
     {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditChecksPost>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
+    {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
