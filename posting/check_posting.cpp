@@ -116,14 +116,14 @@ void FrmEditChecksPost::LookUpNumber() {
   const std::string number = Text("txtCheckNumber");
   if (number != looked_up_number_) {
     // A new check keeps its entries under another free number; anything else shows other entries.
-    const bool posted = !number.empty() && tables_.checks.SeekNumber(number);
-    if ((posted || loaded_) && !MayDropChanges()) {
+    const bool shows_other = loaded_ || (!number.empty() && tables_.checks.SeekNumber(number));
+    if (shows_other && !MayDropChanges()) {
       SetText("txtCheckNumber", looked_up_number_);
       // A refused post has put the cursor into the field that it names.
       if (Focus() == &At("txtCheckNumber")) SetFocus("txtCheckNumber");
       return;
     }
-    if (posted || loaded_) return OpenNumber(number);
+    if (shows_other) return OpenNumber(number);
     looked_up_number_ = number;
   }
   WarnOfNumber();

@@ -249,15 +249,15 @@ void FrmEditDepositsPost::LookUpDeposit() {
   // A new deposit keeps its lines under another free date and sequence; anything else shows other lines.
   const std::string dated = StoredDate(*TypedDate());
   const std::string sequence = Text("txtDateSequence");
-  const bool posted = FindPosted(dated, sequence).has_value();
-  if ((posted || loaded_) && !MayDropChanges(UnsavedQuestion())) {
+  const bool shows_other = loaded_ || FindPosted(dated, sequence);
+  if (shows_other && !MayDropChanges(UnsavedQuestion())) {
     RestoreKey();
     // A refused post has put the cursor into the field that it names.
     const Control* focus = Focus();
     if (focus != nullptr && focus->name.starts_with("txtD")) SetFocus(focus->name);
     return;
   }
-  if (posted || loaded_) return OpenDeposit(dated, sequence);
+  if (shows_other) return OpenDeposit(dated, sequence);
   KeepKey();
 }
 

@@ -74,14 +74,14 @@ class ItemPostingForm : public PostingForm {
     const std::string number = Text(number_control_);
     if (number == looked_up_number_) return;
     // A new item keeps its entries under another free number; anything else shows other entries.
-    const std::optional<Record> posted = FindPosted(number);
-    if ((posted || loaded_) && !MayDropChanges()) {
+    const bool shows_other = loaded_ || FindPosted(number);
+    if (shows_other && !MayDropChanges()) {
       SetText(number_control_, looked_up_number_);
       // A refused post has put the cursor into the field that it names.
       if (Focus() == Find(number_control_)) SetFocus(number_control_);
       return;
     }
-    if (posted || loaded_) return OpenNumber(number);
+    if (shows_other) return OpenNumber(number);
     looked_up_number_ = number;
   }
 
