@@ -1,6 +1,10 @@
 #include "app/screen_catalogue.h"
 
+#include "clearing/deposit_clearing.h"
 #include "posting/check_posting.h"
+#include "posting/deposit_posting.h"
+#include "posting/voucher_posting.h"
+#include "posting/wire_posting.h"
 #include "shell/about.h"
 #include "shell/bank_select.h"
 #include "shell/help.h"
@@ -33,8 +37,15 @@ std::unique_ptr<Form> MakeBankSelect(Session& session, ScreenOpener&) {
   return std::make_unique<FrmBankSelect>(session);
 }
 
-std::unique_ptr<Form> MakeCheckPosting(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<FrmEditChecksPost>(session);
+template <class PostingScreenForm>
+std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
+  auto form = std::make_unique<PostingScreenForm>(session);
+  if (!form->OpenTables()) return nullptr;
+  return form;
+}
+
+std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
+  auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
   if (!form->OpenTables()) return nullptr;
   return form;
 }
@@ -51,7 +62,12 @@ std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
-    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeCheckPosting},
+    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditChecksPost>},
+    {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
+    {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
+    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
+    {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
+    {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
     {"frmAbout", "", false, 0, MakeAbout},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
 };

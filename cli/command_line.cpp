@@ -67,6 +67,9 @@ void AddCommands(CLI::App& app, Action& chosen) {
   AddWordsCommand(app, chosen);
   AddPeriodCommand(app, chosen);
   AddCheckCommands(app, chosen);
+  AddDepositCommands(app, chosen);
+  AddWireCommands(app, chosen);
+  AddVoucherCommands(app, chosen);
   AddFileCommand(app, chosen);
   AddLedgerCommand(app, chosen);
   AddUserCommands(app, chosen);

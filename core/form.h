@@ -52,6 +52,9 @@ class RowSource {
   virtual std::string RowStyle(std::size_t) { return {}; }
   // True when the column holds numbers, which stand on the right.
   virtual bool IsNumeric(std::size_t) const { return false; }
+  // The row that a typed text names, found without reading the rows before it; nullopt where only a look at
+  // the rows themselves can tell.
+  virtual std::optional<std::size_t> FindRow(std::string_view) { return std::nullopt; }
 };
 
 struct Control {

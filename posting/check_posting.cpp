@@ -1,5 +1,7 @@
 #include "posting/check_posting.h"
 
+#include <algorithm>
+
 #include "audit/audit_trail.h"
 #include "core/text.h"
 #include "posting/check_voucher.h"
@@ -9,6 +11,9 @@
 
 namespace tallwick {
 namespace {
+
+constexpr PostingScreen kScreen{"frmEditChecksPost", "Post Checks - ", "Bank ID Code no longer valid...",
+                                kAuditPostCheck};
 
 // Entries that a reconciled period closes.
 constexpr std::string_view kRestricted[] = {"txtCheckDated",         "txtCheckAmount",
@@ -39,21 +44,15 @@ std::string RestrictionText(const CheckRecord& check, const BankRecord& bank) {
 }  // namespace
 
 FrmEditChecksPost::FrmEditChecksPost(Session& session)
-    : Form("frmEditChecksPost", session.Boxes()),
-      session_(session),
-      bank_code_(session.BankCode()),
-      tables_(session.Home()),
-      register_(std::make_shared<CheckRegister>(session.Home())) {
-  SetFormCaption("Post Checks - " + session.BankName());
+    : PostingForm(session, kScreen), register_(std::make_shared<CheckRegister>(session.Home())) {
   AddControls();
 }
 
 void FrmEditChecksPost::AddControls() {
   for (const CheckEntryField& entry : CheckEntryFields()) {
-    Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length = WidthOfEntry(entry);
+    Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length =
+        TypedWidth(entry.kind, kCheckLayout, entry.field);
   }
-  At("txtCheckAmount").max_length = 0;  // typed with "$" and commas it may be longer than what is stored
-  At("txtCheckDated").max_length = 0;
   Add(ControlKind::kCheck, "chkHandwritten", "&Handwritten");
   for (std::string_view label : {"lblLastCheckNumber", "lblHighestCheckNumber", "lblCheckStatus",
                                  "lblVoucherInformation", "lblEditMessage"}) {
@@ -64,21 +63,6 @@ void FrmEditChecksPost::AddControls() {
   Add(ControlKind::kButton, "cmdDone", "Do&ne");
   Add(ControlKind::kMenu, "mnuEditUseNextHigherCheckNumber", "Use Next &Higher Check Number");
   Add(ControlKind::kMenu, "mnuOptionsWarnHigherNumber", "&Warn of Higher Number").value = 1;
-}
-
-bool FrmEditChecksPost::OpenTables() {
-  return ReadBank() && tables_.Open(bank_code_) && register_->Open(bank_code_);
-}
-
-bool FrmEditChecksPost::ReadBank() {
-  std::optional<BankRecord> bank = session_.Company().banks.Find(bank_code_);
-  if (!bank) {
-    Boxes().Critical(Caption(), "Bank ID Code no longer valid...");
-    return false;
-  }
-  bank_ = std::move(*bank);
-  At("txtCheckAcctPeriod").month_only = bank_.accounting.day == 0;
-  return true;
 }
 
 void FrmEditChecksPost::OnOpen() {
@@ -126,34 +110,20 @@ void FrmEditChecksPost::OnMenu(Control& control) {
   }
 }
 
-bool FrmEditChecksPost::OnKey(std::string_view key) {
-  if (key != "Esc") return false;
-  Close();
-  return true;
-}
-
-bool FrmEditChecksPost::OnClose() {
-  return MayDropChanges();
-}
-
-EntryText FrmEditChecksPost::Entries() {
-  return [this](std::string_view control) { return Text(control); };
-}
-
 // --- The number ---
 
 void FrmEditChecksPost::LookUpNumber() {
   const std::string number = Text("txtCheckNumber");
   if (number != looked_up_number_) {
     // A new check keeps its entries under another free number; anything else shows other entries.
-    const bool posted = !number.empty() && tables_.checks.SeekNumber(number);
-    if ((posted || loaded_) && !MayDropChanges()) {
+    const bool shows_other = loaded_ || (!number.empty() && tables_.checks.SeekNumber(number));
+    if (shows_other && !MayDropChanges()) {
       SetText("txtCheckNumber", looked_up_number_);
       // A refused post has put the cursor into the field that it names.
       if (Focus() == &At("txtCheckNumber")) SetFocus("txtCheckNumber");
       return;
     }
-    if (posted || loaded_) return OpenNumber(number);
+    if (shows_other) return OpenNumber(number);
     looked_up_number_ = number;
   }
   WarnOfNumber();
@@ -175,7 +145,7 @@ void FrmEditChecksPost::OpenNumber(const std::string& number) {
 void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
   loaded_ = check;
   for (const CheckEntryField& entry : CheckEntryFields()) {
-    SetText(entry.control, CheckEntryText(entry, check));
+    SetText(entry.control, ShownEntry(entry, check));
   }
   SetValue("chkHandwritten", check.status == "H" ? 1 : 0);
   looked_up_number_ = check.number;
@@ -186,7 +156,7 @@ void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
     SetCaption("lblVoucherInformation", VoucherSummary(tables_.vouchers.Read()));
   }
   ShowState();
-  unchanged_ = EntryState();
+  KeepState();
   Audit(kAuditSnapshot, {});
 }
 
@@ -202,7 +172,7 @@ void FrmEditChecksPost::ClearEntries() {
   SetCaption("lblVoucherInformation", {});
   looked_up_voucher_.clear();
   ShowState();
-  unchanged_ = EntryState();
+  KeepState();
 }
 
 void FrmEditChecksPost::BeginNewCheck() {
@@ -281,27 +251,17 @@ void FrmEditChecksPost::FillAmountFrom(const VoucherRecord& voucher) {
 
 // --- Changes that are not posted yet ---
 
-std::vector<std::string> FrmEditChecksPost::EntryState() {
-  std::vector<std::string> state = {std::to_string(At("chkHandwritten").value)};
-  for (const CheckEntryField& entry : CheckEntryFields()) {
-    const bool kept = entry.control != "txtRemittanceAdvice" || !loaded_;  // a posted check does not hold it
-    if (entry.control != "txtCheckNumber" && kept) state.push_back(Text(entry.control));
-  }
-  return state;
+bool FrmEditChecksPost::IsEntry(const Control& control) const {
+  if (control.name == "chkHandwritten") return true;
+  if (control.name == "txtRemittanceAdvice") return !loaded_;  // a posted check does not hold it
+  const std::span<const CheckEntryField> entries = CheckEntryFields();
+  return control.name != "txtCheckNumber" &&
+         std::any_of(entries.begin(), entries.end(),
+                     [&](const CheckEntryField& entry) { return entry.control == control.name; });
 }
 
-bool FrmEditChecksPost::IsChanged() {
-  return EntryState() != unchanged_;
-}
-
-bool FrmEditChecksPost::MayDropChanges() {
-  if (!IsChanged()) return true;
-  const BoxAnswer answer = Boxes().Show(
-      {BoxIcon::kQuestion, Caption(), "Save Changes?", BoxButtons::kYesNoCancel, BoxAnswer::kYes});
-  if (answer == BoxAnswer::kNo) return true;
-  if (answer != BoxAnswer::kYes) return false;
+void FrmEditChecksPost::RestoreKey() {
   SetText("txtCheckNumber", looked_up_number_);
-  return Post();
 }
 
 }  // namespace tallwick

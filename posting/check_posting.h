@@ -14,26 +14,19 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "core/form.h"
 #include "posting/check_entry.h"
 #include "posting/check_numbering.h"
 #include "posting/check_register.h"
 #include "posting/post_check.h"
-#include "shell/session.h"
-#include "tables/bank_table.h"
-#include "tables/bank_tables.h"
+#include "posting/posting_form.h"
 
 namespace tallwick {
 
-class FrmEditChecksPost : public Form {
+class FrmEditChecksPost : public PostingForm {
  public:
   // Works on the session's selected bank, also when another is selected later.
   explicit FrmEditChecksPost(Session& session);
-
-  // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
-  bool OpenTables();
 
  protected:
   void OnOpen() override;
@@ -42,13 +35,14 @@ class FrmEditChecksPost : public Form {
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
-  bool OnKey(std::string_view key) override;
-  bool OnClose() override;
+  bool OpenRegister() override { return register_->Open(bank_code_); }
+  bool Post() override;
+  void RestoreKey() override;
+  bool IsEntry(const Control& control) const override;
+  bool IsPosted() const override { return loaded_.has_value(); }
 
  private:
   void AddControls();
-  EntryText Entries();
-  bool ReadBank();
 
   // The number: which check it names, and what is said about it (check_posting.cpp).
   void LookUpNumber();
@@ -64,32 +58,20 @@ class FrmEditChecksPost : public Form {
   void LookUpVoucher();
   void FillAmountFrom(const VoucherRecord& voucher);
 
-  // Changes that are not posted yet.
-  std::vector<std::string> EntryState();
-  bool IsChanged();
-  bool MayDropChanges();
-
   // Posting (check_posting_save.cpp). True when the check was written.
-  bool Post();
-  bool PassesTests(Period* accounting);
+  bool MayPost(Period* accounting);
   CheckRecord Record(const Period& accounting);
   bool WriteNew(const CheckRecord& check);
   bool WriteChanged(const CheckRecord& check);
   void ReportFailure(const PostOutcome& outcome, std::string_view number);
-  void Audit(int action, std::string_view reference);
   void AfterWriting();
 
-  Session& session_;
-  std::string bank_code_;
-  BankRecord bank_;  // as it was read last
-  BankTables tables_;
   std::shared_ptr<CheckRegister> register_;
   CheckNumbering numbering_;
   std::optional<CheckRecord> loaded_;
   std::string looked_up_number_;  // the number that the entries belong to
   std::string warned_number_;     // the number that was measured against the stock
   std::string looked_up_voucher_;
-  std::vector<std::string> unchanged_;  // the entries as they were loaded or begun
 };
 
 }  // namespace tallwick

@@ -3,21 +3,21 @@
 #include "core/text.h"
 #include "posting/check_posting.h"
 #include "posting/check_validation.h"
-#include "posting/on_file.h"
+#include "posting/file_number.h"
 #include "shell/company_tables.h"
 
 namespace tallwick {
 
 bool FrmEditChecksPost::Post() {
   Period accounting;
-  if (!ReadBank() || !PassesTests(&accounting)) return false;
+  if (!ReadBank() || !MayPost(&accounting)) return false;
   const CheckRecord check = Record(accounting);
   if (loaded_) return WriteChanged(check);
   WarnOfNumber();
   return WriteNew(check);
 }
 
-bool FrmEditChecksPost::PassesTests(Period* accounting) {
+bool FrmEditChecksPost::MayPost(Period* accounting) {
   if (Text("txtCheckAcctPeriod").empty() && session_.Run().default_period && !bank_.accounting.IsEmpty()) {
     SetText("txtCheckAcctPeriod", ShortForm(bank_.accounting));
   }
@@ -31,30 +31,20 @@ bool FrmEditChecksPost::PassesTests(Period* accounting) {
                         valid,
                         At("txtCheckAcctPeriod").enabled,
                         [this] { return IsOnFile(session_, Text("txtCheckFileNumber")); }};
-  for (const CheckTest& test : CheckTests()) {
-    const std::string message = test.message(check);
-    if (message.empty()) continue;
-    if (test.refuses) {
-      Refuse(message, test.control);
-      return false;
-    }
-    Boxes().Inform(Caption(), message);
-  }
+  if (!PassesTests(CheckTests(), check)) return false;
   if (!valid && check.period_enabled) {
     ReportInvalidPeriod(period, bank_.accounting.day, Boxes());
     MarkRefused("txtCheckAcctPeriod");
     return false;
   }
-  const EntryRefusal refusal = FirstEntryRefusal(Entries());
-  if (!refusal.message.empty()) Refuse(refusal.message, refusal.control);
-  return refusal.message.empty();
+  return Passes(FirstEntryRefusal(Entries()));
 }
 
 CheckRecord FrmEditChecksPost::Record(const Period& accounting) {
   CheckRecord check = loaded_.value_or(CheckRecord{});
   const Period kept = check.accounting;
-  ApplyCheckEntry(Entries(), accounting, &check);
-  if (!At("txtCheckAcctPeriod").enabled) check.accounting = kept;
+  ApplyEntries(CheckEntryFields(), Entries(), bank_.accounting.day, &check);
+  check.accounting = At("txtCheckAcctPeriod").enabled ? accounting : kept;
   const bool open_status = check.status.empty() || check.status == "O" || check.status == "H";
   if (open_status) check.status = At("chkHandwritten").value == 1 ? "H" : "O";
   return check;
@@ -66,6 +56,7 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
     ReportFailure(outcome, check.number);
     return false;
   }
+  last_posted_ = check.number;
   Audit(kAuditAdd, check.number);
   AfterWriting();
   return true;
@@ -81,22 +72,16 @@ bool FrmEditChecksPost::WriteChanged(const CheckRecord& check) {
     ReportFailure(outcome, check.number);
     return false;
   }
+  last_posted_ = check.number;
   Audit(kAuditSave, check.number);
   AfterWriting();
   return true;
 }
 
 void FrmEditChecksPost::ReportFailure(const PostOutcome& outcome, std::string_view number) {
-  const std::string_view field = ControlOfCheckField(outcome.field);
-  const bool says_why = outcome.code == kChangedElsewhere || !outcome.field_problem.empty();
-  const std::string message =
-      loaded_ && !says_why ? "Failed to update transaction..." : PostFailureMessage(outcome, number);
+  const std::string_view field = ControlOfField(CheckEntryFields(), outcome.field);
+  const std::string message = FailureText(outcome, PostFailureMessage(outcome, number));
   Refuse(message, field.empty() ? "txtCheckNumber" : field);
-}
-
-void FrmEditChecksPost::Audit(int action, std::string_view reference) {
-  WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, kAuditPostCheck,
-                  reference);
 }
 
 void FrmEditChecksPost::AfterWriting() {

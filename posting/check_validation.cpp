@@ -1,11 +1,10 @@
 #include "posting/check_validation.h"
 
 #include "core/text.h"
+#include "posting/file_number.h"
 
 namespace tallwick {
 namespace {
-
-constexpr std::string_view kVoidFile = "VOID";
 
 std::string FileNumber(const CheckCase& check) {
   return std::string(Trim(check.text("txtCheckFileNumber")));
@@ -16,12 +15,12 @@ std::string FileIsGiven(const CheckCase& check) {
 }
 
 std::string FileIsNotVoid(const CheckCase& check) {
-  if (!EqualsIgnoreCase(FileNumber(check), kVoidFile) || check.status == "V") return {};
+  if (!IsVoidFile(FileNumber(check)) || check.status == "V") return {};
   return "File Number can NOT be " + Quoted(FileNumber(check)) + " ...";
 }
 
 std::string FileIsKnown(const CheckCase& check) {
-  if (EqualsIgnoreCase(FileNumber(check), kVoidFile) || check.on_file()) return {};
+  if (IsVoidFile(FileNumber(check)) || check.on_file()) return {};
   return FileNumber(check) + " is not on file...";
 }
 
@@ -51,11 +50,7 @@ std::span<const CheckTest> CheckTests() {
 
 EntryRefusal FirstEntryRefusal(const EntryText& text) {
   if (Trim(text("txtCheckNumber")).empty()) return {"txtCheckNumber", "Check Number is Required..."};
-  for (const CheckEntryField& entry : CheckEntryFields()) {
-    std::string problem = CheckEntryProblem(entry, text(entry.control));
-    if (!problem.empty()) return {entry.control, std::move(problem)};
-  }
-  return {};
+  return FirstEntryProblem(CheckEntryFields(), kCheckLayout, text);
 }
 
 }  // namespace tallwick

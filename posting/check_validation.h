@@ -23,20 +23,11 @@ struct CheckCase {
   std::function<bool()> on_file;  // whether the office knows the file number
 };
 
-struct CheckTest {
-  // The message of a failed test; "" when it is passed.
-  std::string (*message)(const CheckCase&);
-  std::string_view control;  // where the cursor goes
-  bool refuses = true;       // false: says it, and goes on
-};
+using CheckTest = EntryTest<CheckCase>;
 
 std::span<const CheckTest> CheckTests();
 
-// The first entry that cannot be stored as it was typed: its control and the message, both "" when all can.
-struct EntryRefusal {
-  std::string_view control;
-  std::string message;
-};
+// The first entry that cannot be stored as it was typed, the number that is missing included.
 EntryRefusal FirstEntryRefusal(const EntryText& text);
 
 }  // namespace tallwick

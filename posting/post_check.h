@@ -5,25 +5,10 @@
 #include <string>
 #include <string_view>
 
+#include "posting/post_unit.h"
 #include "tables/bank_tables.h"
-#include "tables/xref_table.h"
 
 namespace tallwick {
-
-// Result of RewriteCheck beside the engine's codes: another workstation has changed or removed the check
-// since it was read. Nothing was written.
-inline constexpr int kChangedElsewhere = 1001;
-
-struct PostOutcome {
-  enum class Step { kCheck, kCrossReference, kVoucher, kCommit };
-  int code = 0;                // 0 done; else an engine code (20: the number is taken) or kChangedElsewhere
-  Step failed = Step::kCheck;  // where, when the code is not 0
-  // When a value does not fit its field: the field, and a sentence that says why.
-  std::string field;
-  std::string field_problem;
-
-  bool Done() const { return code == 0; }
-};
 
 // Appends the check to the open tables of a bank, with its cross-reference; a voucher that it names, and that
 // no check has consumed yet, gets the check's number. Shows nothing.

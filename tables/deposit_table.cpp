@@ -96,6 +96,18 @@ constexpr TagLayout kTags[] = {
 constexpr TableLayout kDepositLayout{"ESCROW_DEPOSITS_", true, kFields, kTags,
                                      TextsFor("Open Database DEPOSITS")};
 
+bool IsWireIn(const DepositRecord& deposit, int item) {
+  const auto place = static_cast<std::size_t>(item) - 1;
+  return place < deposit.spare.size() && deposit.spare[place] == 'X';
+}
+
+void SetWireIn(DepositRecord* deposit, int item, bool on) {
+  const auto place = static_cast<std::size_t>(item) - 1;
+  deposit->spare = PadRight(deposit->spare, place + 1);
+  deposit->spare[place] = on ? 'X' : ' ';
+  deposit->spare = TrimRight(deposit->spare);
+}
+
 DepositTable::DepositTable(const TableHome& home) : TypedTable(home, kDepositLayout, kColumns) {}
 
 bool DepositTable::SeekDeposit(std::string_view dated, std::string_view sequence) {

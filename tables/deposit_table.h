@@ -30,6 +30,11 @@ struct DepositRecord {
   friend bool operator==(const DepositRecord&, const DepositRecord&) = default;
 };
 
+// The wire-in mark of an item (1 to 15): the money came by wire. It is the "X" at the item's position of the
+// spare field.
+bool IsWireIn(const DepositRecord& deposit, int item);
+void SetWireIn(DepositRecord* deposit, int item, bool on);
+
 extern const TableLayout kDepositLayout;
 
 class DepositTable : public TypedTable<DepositRecord> {

@@ -29,4 +29,11 @@ std::string WireStatusText(std::string_view code) {
   return Undefined(code);
 }
 
+std::string VoucherStatusText(std::string_view code) {
+  code = Trim(code);
+  if (code == "O") return "Outstanding";
+  if (code == "C") return "Cleared";
+  return Undefined(code);
+}
+
 }  // namespace tallwick

@@ -8,5 +8,7 @@ namespace tallwick {
 
 std::string CheckStatusText(std::string_view code);
 std::string WireStatusText(std::string_view code);
+// Vouchers and deposit items: "Outstanding" or "Cleared".
+std::string VoucherStatusText(std::string_view code);
 
 }  // namespace tallwick

@@ -215,8 +215,22 @@ void FormBinder::RowChosen(const Control& control, int row) {
 }
 
 void FormBinder::Clicked(const Control& control) {
-  const Running running(*this);
-  form_.Click(control.name, control.index);
+  {
+    const Running running(*this);
+    form_.Click(control.name, control.index);
+  }
+  ShowCalendarOf(WidgetOf(control));
+}
+
+// A button with the property "calendarOf" opens the calendar of the field that it names.
+void FormBinder::ShowCalendarOf(const QWidget* button) {
+  const QString field_name = button != nullptr ? button->property("calendarOf").toString() : QString();
+  if (field_name.isEmpty()) return;
+  auto* field = window_.findChild<QLineEdit*>(field_name);
+  const Control* control = ControlOf(field);
+  if (control != nullptr && field->isEnabled()) {
+    ShowCalendar(*field, *control, button->property("calendarTitle").toString());
+  }
 }
 
 void FormBinder::CommandGiven(const QString& control_name) {

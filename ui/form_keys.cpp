@@ -37,6 +37,8 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
     keys << tr("Enter next match") << tr("Down takes the row");
   } else if (qobject_cast<const QPlainTextEdit*>(&widget) != nullptr) {
     keys << tr("Tab next field") << tr("Ctrl+Enter post");
+  } else if (control != nullptr && control->index != 0) {
+    keys << tr("Enter next field") << tr("Up Down other line") << tr("Ctrl+Enter post");
   } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
     keys << (MainButton() != nullptr && IsFilled() ? tr("Enter posts") : tr("Enter next field"));
   } else if (IsRegister(control)) {
@@ -61,6 +63,10 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
       if (control == nullptr || !HasCalendar(*control)) return false;
       ShowCalendar(widget, *control);
       return true;
+    case Qt::Key_Up:
+      return MoveInColumn(control, -1);
+    case Qt::Key_Down:
+      return MoveInColumn(control, 1);
     case Qt::Key_F4:
       PassKey("F4");
       return true;
@@ -102,10 +108,25 @@ bool FormBinder::ShowFieldHelp(QWidget& widget) {
   return true;
 }
 
-void FormBinder::ShowCalendar(QWidget& widget, const Control& control) {
+// Up and down among the lines of a control array, as in a spreadsheet.
+bool FormBinder::MoveInColumn(const Control* control, int lines) {
+  if (control == nullptr || control->index == 0) return false;
+  for (const Control* line = control; line != nullptr;) {
+    line = form_.Find(line->name, line->index + lines);
+    QWidget* widget = line != nullptr ? WidgetOf(*line) : nullptr;
+    if (widget == nullptr || !CanBeEntered(*widget)) continue;
+    widget->setFocus(Qt::TabFocusReason);
+    break;
+  }
+  return true;
+}
+
+void FormBinder::ShowCalendar(QWidget& widget, const Control& control, const QString& title) {
   auto* edit = qobject_cast<QLineEdit*>(&widget);
   if (edit == nullptr || edit->isReadOnly()) return;
   auto* popup = new CalendarPopup(*edit, control);
+  popup->setWindowTitle(title);
+  popup->setAccessibleName(title);
   connect(popup, &CalendarPopup::Chosen, this, [this, &control](const QString& text) {
     TextTyped(control, text);
     if (QWidget* field = WidgetOf(control)) field->setFocus(Qt::OtherFocusReason);

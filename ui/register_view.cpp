@@ -117,6 +117,13 @@ void RegisterView::StartSearch(bool next) {
   SetStyleProperty(*box_, "refused", false);
   ShowCount();
   if (box_->text().trimmed().isEmpty() || model_->rowCount() == 0) return;
+  // From an index where there is one; the next match, and what no index knows, by looking at the rows.
+  if (!next) {
+    if (const auto row = model_->Source()->FindRow(box_->text().trimmed().toStdString())) {
+      search_row_ = static_cast<int>(*row);
+      return EndSearch(true);
+    }
+  }
   search_row_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
   search_left_ = model_->rowCount();
   search_timer_.start();
@@ -176,10 +183,15 @@ void RegisterView::resizeEvent(QResizeEvent* event) {
   empty_->setGeometry(24, top, std::max(table_->width() - 48, 0), std::max(table_->height() - top, 0));
 }
 
+// A register that lists other rows at times has other columns then, and remembers each.
+QByteArray RegisterView::ColumnsKey() const {
+  return "columns" + QByteArray::number(model_->columnCount());
+}
+
 void RegisterView::PlaceColumns() {
   columns_placed_ = true;
   QHeaderView* header = table_->horizontalHeader();
-  const QByteArray kept = RememberedState(*this, "columns");
+  const QByteArray kept = RememberedState(*this, ColumnsKey().constData());
   if (!kept.isEmpty() && header->restoreState(kept)) return;
   const QFontMetrics metrics(table_->font());
   const int rows = std::min(model_->rowCount(), kSampleRows);
@@ -198,7 +210,7 @@ void RegisterView::PlaceColumns() {
 
 void RegisterView::RememberColumns() {
   if (placing_ || !columns_placed_ || !isVisible()) return;
-  RememberState(*this, "columns", table_->horizontalHeader()->saveState());
+  RememberState(*this, ColumnsKey().constData(), table_->horizontalHeader()->saveState());
 }
 
 }  // namespace tallwick

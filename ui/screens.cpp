@@ -8,6 +8,7 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "ui/posting_windows.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui_about.h"
@@ -37,6 +38,10 @@ constexpr Screen kScreens[] = {
     {"frmAbout", Make<QDialog, Ui::frmAbout>},
     {"frmHelp", Make<QMainWindow, Ui::frmHelp>},
     {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
+    {"frmEditDepositsPost", MakeDepositWindow},
+    {"frmEditDepositsClear", MakeDepositClearingWindow},
+    {"frmEditWiresPost", MakeWireWindow},
+    {"frmEditVouchersPost", MakeVoucherWindow},
 };
 
 // A status bar's property "panels" lists its labels from left to right; the first takes the room that is

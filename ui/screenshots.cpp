@@ -30,6 +30,11 @@ class PictureClock : public Clock {
 
 constexpr int kSmallest = 0;  // the "quality" of a PNG file is its size
 
+struct TypedEntry {
+  const char* control;
+  const char* text;
+  int index;
+};
 struct Entry {
   const char* control;
   const char* text;
@@ -41,6 +46,40 @@ constexpr Entry kEntries[] = {{"txtCheckPayee", "Lucas County Recorder"},
                               {"txtCheckAmount", "1250"},
                               {"txtCheckFileNumber", "24-0054"},
                               {"txtCheckControl", "MARY K"}};
+
+// The entries of the other posting screens, in the order in which they are typed.
+struct Posting {
+  std::string_view screen;
+  const char* picture;
+  std::vector<TypedEntry> entries;
+};
+const Posting kPostings[] = {
+    {"frmEditDepositsPost",
+     "deposit-posting",
+     {{"txtFileNumbers", "24-0054", 1},
+      {"txtSources", "MIDWEST MORTGAGE CORP", 1},
+      {"txtAmounts", "184000", 1},
+      {"txtFileNumbers", "24-0054", 2},
+      {"txtSources", "DANA AND LEE PETERSON", 2},
+      {"txtAmounts", "21350.75", 2},
+      {"txtFileNumbers", "24-0061", 3},
+      {"txtSources", "EARNEST MONEY", 3},
+      {"txtAmounts", "5000", 3},
+      {"txtFileNumbers", "24-0063", 4}}},
+    {"frmEditWiresPost",
+     "wire-posting",
+     {{"txtWireNumber", "20240315-00417", 0},
+      {"txtWirePayee", "Fifth Third Mortgage, payoff", 0},
+      {"txtWireAmount", "98412.33", 0},
+      {"txtWireFileNumber", "24-0054", 0},
+      {"txtWireStmtPeriod", "3/2024", 0}}},
+    {"frmEditVouchersPost",
+     "voucher-posting",
+     {{"txtVCHRFileNumber", "24-0054", 0},
+      {"txtVCHRPayee", "Lucas County Treasurer", 0},
+      {"txtVCHRReason", "Second half taxes", 0},
+      {"txtVCHRAmount", "1250", 0}}},
+};
 
 class Photographer {
  public:
@@ -66,6 +105,7 @@ class Photographer {
     desktop_.OpenScreen("frmHelp", "frmMainEscrowAccounting");
     Take("frmHelp", "help");
     TakeCheckPosting();
+    for (const Posting& posting : kPostings) TakePosting(posting);
     return failed_ ? 1 : 0;
   }
 
@@ -96,6 +136,20 @@ class Photographer {
       if (ScreenHost* host = desktop_.Find(screen)) host->Close();
     });
     desktop_.OpenScreen(screen, {});
+  }
+
+  void TakePosting(const Posting& posting) {
+    desktop_.OpenScreen(posting.screen, "Posting");
+    ScreenHost* host = desktop_.Find(posting.screen);
+    if (host == nullptr) {
+      failed_ = true;
+      return;
+    }
+    for (const TypedEntry& entry : posting.entries) {
+      host->TheForm().Enter(entry.control, entry.index);
+      host->TheForm().Change(entry.control, entry.text, entry.index);
+    }
+    Take(posting.screen, posting.picture);
   }
 
   void TakeCheckPosting() {

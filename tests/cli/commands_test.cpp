@@ -294,5 +294,52 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   EXPECT_EQ(escrowctl.Run("--json table dump USERSESC").Json()["records"], Json::array());
 }
 
+// Deposits, wires and vouchers: what each command gives with --json, and that a post is never a change.
+TEST(CommandLine, PostsDepositsWiresAndVouchers) {
+  const Escrowctl escrowctl;
+  ASSERT_EQ(escrowctl.Run("init").status, 0);
+  ASSERT_EQ(escrowctl.Run(kAddBank).status, 0);
+  const auto run = [&](const std::string& arguments) {
+    return escrowctl.Run("--json --bank FNT " + arguments);
+  };
+  const std::string deposit =
+      "deposit post --dated 03/15/2024 --period 3/15/2024 --item 24-0117:1,250.00:'SMITH: earnest' 24-0118:5 "
+      "--wire-in 2 ";
+  const Json posted = run(deposit).Json();
+  EXPECT_EQ(posted["posted"], true);
+  EXPECT_EQ(posted["fields"]["DEPOSRC1"], "SMITH: earnest");
+  EXPECT_EQ(posted["fields"]["DEPOITMNOS"], 2);
+  EXPECT_EQ(posted["fields"]["DEPOSTAT2"], "O");
+  EXPECT_EQ(run(deposit).Json()["fields"]["DEPOSEQNC"], "2");
+  EXPECT_EQ(run(deposit + "--seq 1").status, 1);
+  EXPECT_EQ(run("deposit show 2024-03-15 1").Json()["fields"]["DEPOAMT1"], "1250.00");
+  EXPECT_EQ(run("deposit show 03/15/2024 3").status, 1);
+  EXPECT_EQ(run("deposit clear 03/15/2024 1 1 --stmt 3/31/2024").Json()["fields"]["DEPOSTAT1"], "C");
+  EXPECT_EQ(run("deposit list").Json()["deposits"].size(), 2U);
+
+  const std::string wire =
+      "wire post FED-1 --dated 03/15/2024 --payee SMITH --amount 9.50 --file 24-0117 --period 3/15/2024 ";
+  EXPECT_EQ(run(wire).Json()["fields"]["WIRESTATUS"], "O");
+  EXPECT_EQ(run(wire).status, 1);
+  EXPECT_EQ(run("wire clear FED-1 --stmt 3/31/2024").Json()["fields"]["WIRESTATUS"], "C");
+  EXPECT_EQ(run("wire show FED-1").Json()["fields"]["WIREAMOUNT"], "9.50");
+  EXPECT_EQ(run("wire list --status O").Json()["wires"].size(), 0U);
+
+  const std::string voucher =
+      " --dated 03/15/2024 --payee SMITH --reason FEES --amount 5 --file 24-0117 --period 3/15/2024";
+  EXPECT_EQ(run("voucher next").Json()["next"], 1);
+  EXPECT_EQ(run("voucher post" + voucher).Json()["fields"]["VCHRNUMBER"], "1");
+  EXPECT_EQ(run("voucher post 30" + voucher).Json()["fields"]["VCHRSTATUS"], "O");
+  EXPECT_EQ(run("voucher post 30" + voucher).status, 1);
+  EXPECT_EQ(run("voucher next").Json()["next"], 31);
+  EXPECT_EQ(run("voucher list").Json()["vouchers"].size(), 2U);
+  EXPECT_EQ(run("bank show FNT").Json()["fields"]["BANKVCHRNO"], 30);
+  const Json file = run("file 24-0117").Json();
+  EXPECT_EQ(file["deposits"], 2);
+  EXPECT_EQ(file["wires"], 1);
+  EXPECT_EQ(file["vouchers"], 2);
+  EXPECT_EQ(run("verify").Json()["ok"], true);
+}
+
 }  // namespace
 }  // namespace tallwick::testing

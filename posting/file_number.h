@@ -1,4 +1,4 @@
-// Whether the office knows an escrow file.
+// What the posting screens ask of an escrow file number.
 #pragma once
 
 #include <string_view>
@@ -9,5 +9,8 @@ namespace tallwick {
 
 // True when any bank has a transaction of the file, or the suite's file list holds it.
 bool IsOnFile(Session& session, std::string_view file_number);
+
+// True for "VOID", in any case: the number that stands on voided checks only.
+bool IsVoidFile(std::string_view file_number);
 
 }  // namespace tallwick

@@ -1,4 +1,4 @@
-#include "posting/on_file.h"
+#include "posting/file_number.h"
 
 #include "core/text.h"
 #include "shell/company_tables.h"
@@ -9,6 +9,10 @@ bool IsOnFile(Session& session, std::string_view file_number) {
   const std::string_view file = Trim(file_number);
   if (session.TheSuite().KnowsFile(file).value_or(false)) return true;
   return !session.Company().xrefs.LookUpFile(file).banks.empty();
+}
+
+bool IsVoidFile(std::string_view file_number) {
+  return EqualsIgnoreCase(Trim(file_number), "VOID");
 }
 
 }  // namespace tallwick

@@ -1,0 +1,202 @@
+#include "clearing/deposit_clearing.h"
+
+#include "audit/audit_trail.h"
+#include "posting/deposit_facts.h"
+#include "posting/post_deposit.h"
+#include "shell/company_tables.h"
+
+namespace tallwick {
+namespace {
+
+constexpr PostingScreen kScreen{"frmEditDepositsClear", "Clear Deposits - ",
+                                "Bank ID Code no longer valid...", kAuditClearDeposit};
+
+const DepositItem& ItemOf(const DepositRecord& deposit, int item) {
+  return deposit.items[static_cast<std::size_t>(item) - 1];
+}
+
+bool IsUsed(const DepositItem& item) {
+  return !item.file_number.empty() || !item.amount.IsZero();
+}
+
+}  // namespace
+
+FrmEditDepositsClear::FrmEditDepositsClear(Session& session)
+    : PostingForm(session, kScreen), deposits_(std::make_shared<DepositRegister>(session.Home())) {
+  Add(ControlKind::kDate, "txtDepositDated", "&Date Posted");
+  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence").max_length = 2;
+  Add(ControlKind::kPeriod, "txtStmtPeriod", "Statement &Period");
+  for (int item = 1; item <= kDepositItems; ++item) {
+    Add(ControlKind::kCheck, "chkCleared", "Cleared", item);
+    Add(ControlKind::kLabel, "lblItems", {}, item);
+  }
+  for (std::string_view label : {"lblDepositStatus", "lblLastReconciled"}) {
+    Add(ControlKind::kLabel, std::string(label));
+  }
+  Add(ControlKind::kGrid, "lstDepositDates", "Deposits");
+  Add(ControlKind::kButton, "cmdOk", "&Ok");
+  Add(ControlKind::kButton, "cmdMarkAll", "&Mark All");
+  Add(ControlKind::kButton, "cmdClose", "&Close");
+}
+
+void FrmEditDepositsClear::OnOpen() {
+  SetSource("lstDepositDates", deposits_);
+  SetText("txtStmtPeriod", ShownValue(bank_.accounting));
+  ShowNothing();
+  SetFocus("txtDepositDated");
+}
+
+void FrmEditDepositsClear::OnLeave(Control& control) {
+  if (control.kind == ControlKind::kDate || control.kind == ControlKind::kPeriod) {
+    SetText(control.name, FormattedEntry(control.kind, control.text, bank_.accounting.day));
+  }
+  if (control.name == "txtDepositDated" || control.name == "txtDateSequence") LookUpDeposit();
+}
+
+void FrmEditDepositsClear::OnChoose(Control& control) {
+  if (control.name != "lstDepositDates" || control.selected == 0) return;
+  const DepositKey key = deposits_->KeyAt(static_cast<std::size_t>(control.selected) - 1);
+  if (key.dated.empty() || !MayDropChanges()) return;
+  if (tables_.deposits.SeekDeposit(key.dated, key.sequence)) ShowDeposit(tables_.deposits.Read());
+}
+
+void FrmEditDepositsClear::OnClick(Control& control) {
+  if (control.name == "cmdOk") Post();
+  if (control.name == "cmdMarkAll") MarkAll();
+  if (control.name == "cmdClose") Close();
+}
+
+// --- Which deposit ---
+
+void FrmEditDepositsClear::ShowKey() {
+  if (!loaded_) return;
+  SetText("txtDepositDated", DisplayDate(ParseStoredDate(loaded_->dated).value_or(Date{})));
+  SetText("txtDateSequence", loaded_->sequence);
+}
+
+void FrmEditDepositsClear::LookUpDeposit() {
+  const std::optional<Date> date = ParseDisplayDate(Text("txtDepositDated"));
+  const std::string sequence(Trim(Text("txtDateSequence")));
+  if (!date || date->IsEmpty() || sequence.empty()) return;
+  const std::string dated = StoredDate(*date);
+  if (loaded_ && loaded_->dated == dated && loaded_->sequence == sequence) return;
+  if (!MayDropChanges()) return ShowKey();
+  if (tables_.deposits.SeekDeposit(dated, sequence)) return ShowDeposit(tables_.deposits.Read());
+  ShowNothing();
+}
+
+void FrmEditDepositsClear::ShowDeposit(const DepositRecord& deposit) {
+  loaded_ = deposit;
+  ShowKey();
+  for (int item = 1; item <= kDepositItems; ++item) ShowItem(item);
+  SetCaption("lblDepositStatus", StateOf(deposit).text);
+  KeepState();
+  Audit(kAuditSnapshot, {});
+}
+
+void FrmEditDepositsClear::ShowNothing() {
+  loaded_.reset();
+  for (int item = 1; item <= kDepositItems; ++item) ShowItem(item);
+  SetCaption("lblDepositStatus", "Not Posted");
+  KeepState();
+}
+
+void FrmEditDepositsClear::ShowItem(int item) {
+  const DepositItem shown = loaded_ ? ItemOf(*loaded_, item) : DepositItem{};
+  const bool cleared = shown.status == "C";
+  const std::string period = cleared ? "  " + ShownValue(shown.statement) : "";
+  SetCaption(
+      "lblItems",
+      IsUsed(shown) ? shown.file_number + "  " + shown.source + "  " + AmountText(shown.amount) + period : "",
+      item);
+  SetValue("chkCleared", cleared ? 1 : 0, item);
+  SetEnabled("chkCleared", IsUsed(shown) && !(cleared && IsReconciled(shown.statement)), item);
+}
+
+void FrmEditDepositsClear::MarkAll() {
+  for (int item = 1; item <= kDepositItems; ++item) {
+    if (At("chkCleared", item).enabled) SetValue("chkCleared", 1, item);
+  }
+}
+
+// --- Writing ---
+
+DepositRecord FrmEditDepositsClear::Marked(const Period& statement) {
+  DepositRecord deposit = *loaded_;
+  for (int item = 1; item <= kDepositItems; ++item) {
+    DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
+    const bool marked = At("chkCleared", item).value == 1;
+    if (!IsUsed(one) || marked == (one.status == "C")) continue;
+    one.status = marked ? "C" : "O";
+    one.statement = marked ? statement : Period{};
+  }
+  return deposit;
+}
+
+bool FrmEditDepositsClear::ClearsAny() {
+  for (int item = 1; item <= kDepositItems; ++item) {
+    if (At("chkCleared", item).value == 1 && ItemOf(*loaded_, item).status != "C") return true;
+  }
+  return false;
+}
+
+bool FrmEditDepositsClear::MayPost(Period* statement) {
+  if (!loaded_) {
+    return Passes({"txtDepositDated", "No deposit is shown.  Type the date and sequence of a posted one."});
+  }
+  if (!ClearsAny()) return true;
+  bool valid = false;
+  *statement = PeriodIn("txtStmtPeriod", &valid);
+  if (!valid) return Passes({"txtStmtPeriod", "Statement Period is bad or missing."});
+  const std::string period = ShortForm(*statement);
+  if (IsReconciled(*statement)) {
+    return Passes({"txtStmtPeriod", "May NOT clear Deposits in the Statement Period " + period +
+                                        " - It has been reconciled..."});
+  }
+  if (MakeKey(*statement) < MakeKey(loaded_->accounting)) {
+    return Passes({"txtStmtPeriod", "Deposit posted to Accounting Period " + ShortForm(loaded_->accounting) +
+                                        " can not be cleared in the Statement Period " + period});
+  }
+  return true;
+}
+
+bool FrmEditDepositsClear::Post() {
+  Period statement;
+  if (!ReadBank() || !MayPost(&statement)) return false;
+  const DepositRecord marked = Marked(statement);
+  const std::string name = DepositName(marked.dated, marked.sequence);
+  if (marked == *loaded_) {
+    Boxes().Inform(Caption(), "Deposit " + name + " was not added or updated.");
+    return false;
+  }
+  const PostOutcome outcome = RewriteDeposit(tables_, session_.Company().xrefs, bank_code_, *loaded_, marked);
+  if (!outcome.Done()) return SettleFailure(outcome);
+  last_posted_ = marked.dated + marked.sequence;
+  Audit(kAuditSave, name);
+  deposits_->Refresh();
+  RowsChanged("lstDepositDates");
+  session_.NotifyChanged(SessionChange::kPosted);
+  ShowDeposit(marked);
+  return true;
+}
+
+// What another workstation has made of the deposit is shown; the marks are set anew by hand.
+bool FrmEditDepositsClear::SettleFailure(const PostOutcome& outcome) {
+  const std::string name = DepositName(loaded_->dated, loaded_->sequence);
+  if (outcome.code == kChangedElsewhere) {
+    if (tables_.deposits.SeekDeposit(loaded_->dated, loaded_->sequence)) {
+      ShowDeposit(tables_.deposits.Read());
+    } else {
+      ShowNothing();
+    }
+    Refuse("Deposit " + name +
+               " was changed on another workstation since it was loaded.  Nothing was saved: look at what is "
+               "shown now, and mark it again.",
+           "txtDateSequence");
+    return false;
+  }
+  Refuse(FailureText(outcome, DepositFailureMessage(outcome, name)), "txtDateSequence");
+  return false;
+}
+
+}  // namespace tallwick

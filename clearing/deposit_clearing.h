@@ -1,0 +1,54 @@
+// frmEditDepositsClear, the screen that marks the items of a posted deposit cleared on a bank statement, or
+// sets them outstanding again.
+//
+// Controls, in order: txtDepositDated and txtDateSequence, which select the deposit; txtStmtPeriod; for each
+// item 1 to 15 chkCleared and lblItems (file, source, amount); the labels lblDepositStatus and
+// lblLastReconciled; the register lstDepositDates; the buttons cmdOk, cmdMarkAll and cmdClose.
+//
+// Invariants: loaded_ is the deposit that is shown, as it was read. An item of a statement period that has
+// been reconciled is not changed.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "posting/deposit_register.h"
+#include "posting/posting_form.h"
+
+namespace tallwick {
+
+class FrmEditDepositsClear : public PostingForm {
+ public:
+  explicit FrmEditDepositsClear(Session& session);
+
+ protected:
+  void OnOpen() override;
+  void OnLeave(Control& control) override;
+  void OnChoose(Control& control) override;
+  void OnClick(Control& control) override;
+
+  bool OpenRegister() override { return deposits_->Open(bank_code_); }
+  bool Post() override;
+  void RestoreKey() override { ShowKey(); }
+  bool IsEntry(const Control& control) const override { return control.name == "chkCleared"; }
+  bool IsPosted() const override { return loaded_.has_value(); }
+
+ private:
+  void ShowKey();
+  void LookUpDeposit();
+  void ShowDeposit(const DepositRecord& deposit);
+  void ShowNothing();
+  void ShowItem(int item);
+  void MarkAll();
+  // The deposit with the marks of the screen, the newly cleared items in the period.
+  DepositRecord Marked(const Period& statement);
+  bool ClearsAny();
+  bool MayPost(Period* statement);
+  bool SettleFailure(const PostOutcome& outcome);
+
+  std::shared_ptr<DepositRegister> deposits_;
+  std::optional<DepositRecord> loaded_;
+};
+
+}  // namespace tallwick

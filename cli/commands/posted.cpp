@@ -1,0 +1,66 @@
+#include "cli/commands/posted.h"
+
+#include "posting/posting_form.h"
+
+namespace tallwick::cli {
+
+void AddEntryOptions(CLI::App& command, std::span<const EntryOption> options,
+                     std::vector<TypedEntry>& entries) {
+  for (const EntryOption& entry : options) {
+    const std::function<void(const std::string&)> type = [&entries,
+                                                          control = entry.control](const std::string& text) {
+      entries.push_back({control, text});
+    };
+    command.add_option_function(entry.option, type, entry.what)->required(entry.required);
+  }
+}
+
+bool OpenOfBank(Office& office, TableBase& table, int* status) {
+  Session* session = office.Open();
+  if (table.Open(session->BankCode()) > 0) return true;
+  office.Out().Fail("The table " + table.Name() + " could not be opened");
+  *status = kNoTables;
+  return false;
+}
+
+std::string PostOnScreen(Office& office, std::string_view screen, const std::vector<TypedEntry>& entries) {
+  const std::unique_ptr<Form> form = office.Screens().Make(screen, {});
+  const auto* posting = dynamic_cast<const PostingForm*>(form.get());
+  if (posting == nullptr) return {};
+  form->Opened();
+  for (const TypedEntry& entry : entries) {
+    const Control* control = form->Find(entry.control, entry.index);
+    if (control != nullptr && control->kind == ControlKind::kCheck) {
+      form->SetCheck(entry.control, 1, entry.index);
+    } else if (control != nullptr && control->kind == ControlKind::kButton) {
+      form->Click(entry.control);
+    } else {
+      form->Change(entry.control, entry.text, entry.index);
+    }
+  }
+  form->Click("cmdOk");
+  return posting->LastPosted();
+}
+
+Json FieldsJson(const TableBase& table) {
+  return RecordJson(table.Data(), table.Handle(), table.Data().FieldList(table.Handle()), Trimming::kBoth);
+}
+
+int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found) {
+  if (!found) {
+    office.Out().Fail(not_found);
+    return kRefused;
+  }
+  const Json fields = FieldsJson(table);
+  office.Out().Set("fields", fields);
+  office.Out().Line(FieldLines(fields));
+  return kDone;
+}
+
+int ShowPosted(Office& office, const TableBase& table, bool posted, const std::string& failure) {
+  office.Out().Set("posted", posted);
+  if (posted) office.Out().Line("posted");
+  return ShowFields(office, table, posted, failure);
+}
+
+}  // namespace tallwick::cli

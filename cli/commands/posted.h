@@ -1,0 +1,61 @@
+// What the commands on deposits, wires and vouchers share: the bank's table, typing into the posting screen,
+// and showing what is posted.
+#pragma once
+
+#include <memory>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/commands/command.h"
+#include "cli/json_values.h"
+#include "core/form.h"
+#include "tables/table_base.h"
+
+namespace tallwick::cli {
+
+// A text to be typed into a control; a check box is marked, a button pressed.
+struct TypedEntry {
+  std::string control;
+  std::string text;
+  int index = 0;
+};
+
+// An option whose text is typed into a control.
+struct EntryOption {
+  const char* option;
+  const char* control;
+  bool required;
+  const char* what;
+};
+// Adds the options; what is given for them goes to the end of `entries`, which must outlive the parsing.
+void AddEntryOptions(CLI::App& command, std::span<const EntryOption> options,
+                     std::vector<TypedEntry>& entries);
+
+// Opens the table of the selected bank; false after a message, with the exit status.
+bool OpenOfBank(Office& office, TableBase& table, int* status);
+
+// A table of the selected bank, open; null after a message.
+template <class Table>
+std::unique_ptr<Table> OpenPosted(Office& office, int* status) {
+  Session* session = office.OpenBank();
+  *status = session == nullptr ? office.Status() : kDone;
+  if (session == nullptr) return nullptr;
+  auto table = std::make_unique<Table>(session->Home());
+  return OpenOfBank(office, *table, status) ? std::move(table) : nullptr;
+}
+
+// Types the entries into a posting screen in their order and presses the posting button. Gives the key of
+// what was posted, "" when the screen refused or could not be opened.
+std::string PostOnScreen(Office& office, std::string_view screen, const std::vector<TypedEntry>& entries);
+
+// The fields of the current record.
+Json FieldsJson(const TableBase& table);
+
+// Prints the current record under "fields", or says that it was not found. The exit status.
+int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found);
+
+// Ends a posting command: `posted` and the fields of the current record, or what failed. The exit status.
+int ShowPosted(Office& office, const TableBase& table, bool posted, const std::string& failure);
+
+}  // namespace tallwick::cli

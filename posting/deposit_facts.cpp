@@ -1,0 +1,134 @@
+#include "posting/deposit_facts.h"
+
+#include <algorithm>
+#include <cctype>
+#include <vector>
+
+#include "core/text.h"
+#include "core/text_format.h"
+#include "shell/status_style.h"
+#include "tables/status_text.h"
+
+namespace tallwick {
+namespace {
+
+constexpr int kMonths = 12;
+constexpr std::size_t kShortestMonth = 3;  // "Mar"
+
+int NumberOf(std::string_view digits) {
+  int value = 0;
+  for (char digit : digits.substr(0, 4)) value = value * 10 + (digit - '0');
+  return value;
+}
+
+// 1 to 12 for a month's name or its beginning; 0 for none.
+int MonthOf(std::string_view word) {
+  if (word.size() < kShortestMonth) return 0;
+  for (int month = 1; month <= kMonths; ++month) {
+    const std::string_view name = MonthName(month);
+    if (EqualsIgnoreCase(name.substr(0, word.size()), word)) return month;
+  }
+  return 0;
+}
+
+// Runs of letters and runs of digits.
+std::vector<std::string> Words(std::string_view text) {
+  std::vector<std::string> words;
+  char kind = ' ';
+  for (char c : text) {
+    const bool letter = std::isalpha(static_cast<unsigned char>(c)) != 0;
+    const char now = IsDigit(c) ? 'd' : letter ? 'l' : ' ';
+    if (now != ' ' && now != kind) words.emplace_back();
+    if (now != ' ') words.back() += c;
+    kind = now;
+  }
+  return words;
+}
+
+int FullYear(int year) {
+  if (year >= 100) return year;
+  return year < 50 ? year + 2000 : year + 1900;
+}
+
+}  // namespace
+
+std::string DepositDateText(std::string_view dated) {
+  return FormatDate(ParseStoredDate(dated).value_or(Date{}), "mm-dd-yyyy");
+}
+
+std::string DepositName(std::string_view dated, std::string_view sequence) {
+  return DepositDateText(dated) + " / " + std::string(Trim(sequence));
+}
+
+bool IsEmptyDate(std::string_view text) {
+  return text.find_first_not_of(" _/,.-") == std::string_view::npos;
+}
+
+std::optional<Date> ParseFreeDate(std::string_view text, const Date& today) {
+  if (const std::optional<Date> date = ParseDisplayDate(text)) return date;
+  std::vector<std::string> words = Words(text);
+  if (words.size() < 2 || words.size() > 3) return std::nullopt;
+  Date date{today.year, 0, 0};
+  const auto named =
+      std::find_if(words.begin(), words.end(), [](const std::string& word) { return MonthOf(word) != 0; });
+  if (named != words.end()) {
+    date.month = MonthOf(*named);
+    words.erase(named);
+  } else if (words.size() == 2) {
+    if (!IsAllDigits(words.front())) return std::nullopt;
+    date.month = NumberOf(words.front());
+    words.erase(words.begin());
+  }
+  if (date.month == 0 || !std::all_of(words.begin(), words.end(), IsAllDigits)) return std::nullopt;
+  date.day = NumberOf(words.front());
+  if (words.size() == 2) date.year = FullYear(NumberOf(words.back()));
+  return IsValidDate(date) ? std::optional(date) : std::nullopt;
+}
+
+int NextSequence(DepositTable& deposits, std::string_view dated) {
+  int highest = 0;
+  if (!deposits.Seek("DEPODATED", dated)) return 1;
+  for (bool on = true; on; on = deposits.Skip()) {
+    clsKVRData& data = deposits.Data();
+    const DataHandle table = deposits.Handle();
+    if (data.GetStringFieldValueByPointer(table, deposits.Field("DEPODATED")) != dated) break;
+    const std::string sequence = data.GetStringFieldValueByPointer(table, deposits.Field("DEPOSEQNC"));
+    if (IsAllDigits(sequence)) highest = std::max(highest, NumberOf(sequence));
+  }
+  return highest + 1;
+}
+
+std::string LastDepositReminder(DepositTable& deposits) {
+  if (!deposits.Bottom("DEPODATED")) return {};
+  const DepositRecord last = deposits.Read();
+  const Date date = ParseStoredDate(last.dated).value_or(Date{});
+  return "\r\nLast Deposit was Posted " + FormatDate(date, "mmm dd, yyyy") + " / " + last.sequence;
+}
+
+Currency DepositTotal(const DepositRecord& deposit) {
+  Currency total;
+  for (const DepositItem& item : deposit.items) total += item.amount;
+  return total;
+}
+
+DepositState StateOf(const DepositRecord& deposit) {
+  int used = 0;
+  int cleared = 0;
+  for (const DepositItem& item : deposit.items) {
+    if (item.number.empty() && item.file_number.empty()) continue;
+    ++used;
+    if (item.status == "C") ++cleared;
+  }
+  if (cleared > 0 && cleared < used) return {"Partly Cleared", ""};
+  const std::string status = cleared > 0 ? "C" : "O";
+  return {VoucherStatusText(status), StatusStyle(status)};
+}
+
+int FirstCleared(const DepositRecord& deposit) {
+  for (int item = 1; item <= kDepositItems; ++item) {
+    if (deposit.items[static_cast<std::size_t>(item) - 1].status == "C") return item;
+  }
+  return 0;
+}
+
+}  // namespace tallwick

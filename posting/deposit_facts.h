@@ -1,0 +1,44 @@
+// Small facts about deposits: names, dates as they are typed, the next sequence, what a deposit adds up to.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "core/date.h"
+#include "tables/deposit_table.h"
+
+namespace tallwick {
+
+inline constexpr int kLastSequence = 99;  // two characters
+
+// "03-15-2024", from a stored date "CCYYMMDD".
+std::string DepositDateText(std::string_view dated);
+// "03-15-2024 / 1": how messages and the audit trail name a deposit.
+std::string DepositName(std::string_view dated, std::string_view sequence);
+
+// True for a date entry without a date: blank, or a mask with nothing typed into it.
+bool IsEmptyDate(std::string_view text);
+// A date typed freely: everything that the masked entry takes, and "March 15, 2024", "15 mar 24", "Mar 15",
+// "3/15"; without a year it is one of `today`'s year. Nullopt for what is no existing day.
+std::optional<Date> ParseFreeDate(std::string_view text, const Date& today);
+
+// The next free sequence number of a date: one above the highest; 1 on a date without deposits.
+int NextSequence(DepositTable& deposits, std::string_view dated);
+
+// A line break and "Last Deposit was Posted Mar 15, 2024 / 2"; "" for an empty table.
+std::string LastDepositReminder(DepositTable& deposits);
+
+Currency DepositTotal(const DepositRecord& deposit);
+
+// "Outstanding", "Cleared" when every item has cleared, else "Partly Cleared"; with the style of its row.
+struct DepositState {
+  std::string text;
+  std::string style;
+};
+DepositState StateOf(const DepositRecord& deposit);
+
+// The first item, from 1, that has cleared; 0 = none.
+int FirstCleared(const DepositRecord& deposit);
+
+}  // namespace tallwick

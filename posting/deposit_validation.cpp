@@ -1,0 +1,137 @@
+#include "posting/deposit_validation.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "posting/deposit_facts.h"
+#include "posting/entry_problems.h"
+#include "posting/file_number.h"
+
+namespace tallwick {
+namespace {
+
+std::string OfItem(const DepositRow& row) {
+  return " for deposit item " + std::to_string(row.number) + " .";
+}
+
+DepositFinding DateIsGiven(const DepositCase& deposit) {
+  if (!IsEmptyDate(deposit.dated)) return {};
+  return {"Date Posted Required ...", "txtDepositDated"};
+}
+
+DepositFinding SequenceIsGiven(const DepositCase& deposit) {
+  if (!Trim(deposit.sequence).empty()) return {};
+  return {"Sequence Number Required ...", "txtDateSequence"};
+}
+
+DepositFinding RowsHaveFiles(const DepositCase& deposit) {
+  for (const DepositRow& row : deposit.rows) {
+    if (!row.HasAmount()) continue;
+    if (row.file_number.empty()) {
+      return {"File Number required" + OfItem(row), "txtFileNumbers", row.number};
+    }
+    if (IsVoidFile(row.file_number)) {
+      return {"File Number can not be " + Quoted("VOID") + OfItem(row), "txtFileNumbers", row.number};
+    }
+  }
+  return {};
+}
+
+DepositFinding FilesAreKnown(const DepositCase& deposit) {
+  DepositFinding finding;
+  finding.kind = DepositFinding::Kind::kNote;
+  if (!deposit.on_file) return finding;
+  for (const DepositRow& row : deposit.rows) {
+    if (row.HasAmount() && !deposit.on_file(row.file_number)) {
+      finding.message += "\r\n" + row.file_number + " is not on file" + OfItem(row);
+    }
+  }
+  return finding;
+}
+
+DepositFinding PeriodIsGood(const DepositCase& deposit) {
+  if (deposit.period_valid) return {};
+  return {"Accounting Period is bad or missing.", "txtDepositAcctPeriod"};
+}
+
+// A new deposit is refused; who changes one that exists is asked, also when the change would take it out of a
+// reconciled period.
+DepositFinding PeriodIsOpen(const DepositCase& deposit) {
+  const std::int32_t reconciled = MakeKey(deposit.bank.reconciled);
+  const bool closed = MakeKey(deposit.period) <= reconciled;
+  const bool was_closed = deposit.posted && MakeKey(deposit.posted_period) <= reconciled;
+  if (!closed && !was_closed) return {};
+  const std::string period = closed ? ShortForm(deposit.period) : ShortForm(deposit.posted_period);
+  if (deposit.posted) {
+    return {"WARNING - Accounting period " + period + " has been reconciled.  Ok to make changes?",
+            "txtDepositAcctPeriod", 0, DepositFinding::Kind::kQuestion};
+  }
+  return {"May NOT post deposits to the accounting period " + period + " , it has been reconciled.",
+          "txtDepositAcctPeriod"};
+}
+
+// --- What cannot be stored as it was typed ---
+
+DepositFinding DateIsReadable(const DepositCase& deposit) {
+  if (deposit.date_readable) return {};
+  return {"Date Posted " + Quoted(Trim(deposit.dated)) + " is not a date.  Type it like 03/15/2024.",
+          "txtDepositDated"};
+}
+
+DepositFinding SequenceIsNumber(const DepositCase& deposit) {
+  const std::string_view typed = Trim(deposit.sequence);
+  if (deposit.posted) return {};
+  if (IsAllDigits(typed) && typed.size() <= 2 && typed != "0" && typed != "00") return {};
+  return {"Sequence Number " + Quoted(typed) + " is not one of 1 to " + std::to_string(kLastSequence) + ".",
+          "txtDateSequence"};
+}
+
+DepositFinding RowsCanBeStored(const DepositCase& deposit) {
+  for (const DepositRow& row : deposit.rows) {
+    const std::string lead = "Line " + std::to_string(row.number) + " ";
+    struct Entry {
+      std::string_view control;
+      std::string problem;
+    };
+    const Entry entries[] = {
+        {"txtFileNumbers",
+         TextProblem(lead + "File Number", row.file_number, WidthOf(kDepositLayout, "DEPOFILE1"))},
+        {"txtSources", TextProblem(lead + "Source", row.source, WidthOf(kDepositLayout, "DEPOSRC1"))},
+        {"txtAmounts", AmountProblem(lead + "Amount", row.amount, WidthOf(kDepositLayout, "DEPOAMT1"))},
+    };
+    for (const Entry& entry : entries) {
+      if (!entry.problem.empty()) return {entry.problem, entry.control, row.number};
+    }
+    if (row.IsUsed() && !row.HasAmount()) {
+      return {"Amount missing" + OfItem(row), "txtAmounts", row.number};
+    }
+  }
+  return {};
+}
+
+// A posted deposit without lines is one to be removed.
+DepositFinding HasRows(const DepositCase& deposit) {
+  const bool used = std::any_of(deposit.rows.begin(), deposit.rows.end(),
+                                [](const DepositRow& row) { return row.IsUsed(); });
+  if (used || deposit.posted) return {};
+  return {"A deposit needs at least one line.  Type a file number and an amount.", "txtFileNumbers", 1};
+}
+
+constexpr DepositTest kTests[] = {
+    DateIsGiven,  SequenceIsGiven, RowsHaveFiles,    FilesAreKnown,   PeriodIsGood,
+    PeriodIsOpen, DateIsReadable,  SequenceIsNumber, RowsCanBeStored, HasRows,
+};
+
+}  // namespace
+
+bool DepositRow::HasAmount() const {
+  if (amount.empty()) return false;
+  const std::optional<Currency> value = Currency::ParseTyped(amount);
+  return !value || !value->IsZero();
+}
+
+std::span<const DepositTest> DepositTests() {
+  return kTests;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,62 @@
+// The register of records that go by one number and have a status: wires and vouchers, last number first.
+#pragma once
+
+#include "posting/table_register.h"
+
+namespace tallwick {
+
+// What the rows show.
+template <class Record>
+struct ItemRows {
+  std::string_view number_tag;
+  std::string_view status_field;
+  std::string Record::*number;
+  std::string Record::*status;
+  std::vector<std::string> headings;
+  std::size_t amount_column;
+  std::vector<std::string> (*cells)(const Record&);
+  std::vector<SearchKey> (*keys)(std::string_view text);
+  std::string (*style)(std::string_view status);
+};
+
+template <class Table, class Record>
+class ItemRegister : public TableRegister {
+ public:
+  ItemRegister(const TableHome& home, ItemRows<Record> rows)
+      : TableRegister(table_, rows.number_tag), table_(home), rows_(std::move(rows)) {}
+
+  // False after a message when the bank's table cannot be opened.
+  bool Open(std::string_view bank_code) {
+    if (table_.Open(bank_code) <= 0) return false;
+    CountAgain();
+    return true;
+  }
+  // Shows items of one status; "" shows all.
+  void ShowStatus(std::string_view status) {
+    status_ = status;
+    CountAgain();
+  }
+  // The number of the item in a row, "" when it is gone.
+  std::string NumberAt(std::size_t row) { return GoToRow(row) ? table_.Read().*rows_.number : ""; }
+
+  std::vector<std::string> Headings() const override { return rows_.headings; }
+  bool IsNumeric(std::size_t column) const override { return column == rows_.amount_column; }
+
+ private:
+  Shown ReadRow() override {
+    const Record record = table_.Read();
+    return {rows_.cells(record), rows_.style(record.*rows_.status)};
+  }
+  bool IsWanted() override {
+    return table_.Data().GetStringFieldValueByPointer(table_.Handle(), table_.Field(rows_.status_field)) ==
+           status_;
+  }
+  bool HasFilter() const override { return !status_.empty(); }
+  std::vector<SearchKey> KeysFor(std::string_view text) const override { return rows_.keys(text); }
+
+  Table table_;
+  const ItemRows<Record> rows_;
+  std::string status_;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,24 @@
+// The posting step of a wire, below any screen: the wire and its cross-reference are written as one unit of
+// work, both or none.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "posting/post_unit.h"
+#include "tables/bank_tables.h"
+
+namespace tallwick {
+
+// Appends the wire to the open tables of a bank, with its cross-reference. Shows nothing.
+PostOutcome PostWire(BankTables& bank, XrefTable& xrefs, std::string_view bank_code, const WireRecord& wire);
+
+// Writes `after` over the wire as it was read (`before`), which has the same number, and moves its
+// cross-reference to another file.
+PostOutcome RewriteWire(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
+                        const WireRecord& before, const WireRecord& after);
+
+// The message for an outcome that is not done.
+std::string WireFailureMessage(const PostOutcome& outcome, std::string_view wire_number);
+
+}  // namespace tallwick

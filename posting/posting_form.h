@@ -1,0 +1,116 @@
+// What the posting screens have in common: the bank that they work on and its tables, the tests before a
+// post, the question about changes that are not posted yet, and the way back after another workstation was
+// quicker.
+//
+// Invariant: the entries are changed when they differ from what KeepState saw last. A screen writes nothing
+// but in Post.
+#pragma once
+
+#include <functional>
+#include <span>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/form.h"
+#include "posting/entry_fields.h"
+#include "posting/post_unit.h"
+#include "shell/session.h"
+#include "tables/bank_table.h"
+#include "tables/bank_tables.h"
+
+namespace tallwick {
+
+// By what the screens differ.
+struct PostingScreen {
+  std::string_view name;       // "frmEditWiresPost"
+  std::string_view caption;    // before the bank's name
+  std::string_view bank_gone;  // what is said when the bank is not in the bank table any more
+  int audit_tx;                // the audit trail's transaction; 0 = the trail has none for this screen
+};
+
+class PostingForm : public Form {
+ public:
+  // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
+  bool OpenTables();
+  // The key of what was written last: a number, or the stored date and sequence of a deposit. "" until then.
+  const std::string& LastPosted() const { return last_posted_; }
+
+ protected:
+  // Works on the session's selected bank, also when another is selected later.
+  PostingForm(Session& session, const PostingScreen& screen);
+
+  // Opens what the list shows.
+  virtual bool OpenRegister() = 0;
+  // Tests the entries and writes them. True when they were written.
+  virtual bool Post() = 0;
+  // Puts the key back that the entries belong to, after another one was typed.
+  virtual void RestoreKey() = 0;
+  // Whether the control is part of the entry; keys of the record are not.
+  virtual bool IsEntry(const Control& control) const = 0;
+  // Whether the entries show a record of the table.
+  virtual bool IsPosted() const = 0;
+
+  // Reads the bank anew; false after a message when it is gone. Shows lblLastReconciled where there is one.
+  bool ReadBank();
+  EntryText Entries();
+  // The text of a control as a period, and whether it is one of the bank's form.
+  Period PeriodIn(std::string_view control, bool* valid);
+  // True for a text that is blank or a period of the bank's form; else the message has been shown.
+  bool PeriodIsReadable(std::string_view control);
+  bool IsReconciled(const Period& period) const;
+  // Refuses with the finding; true when there is none.
+  bool Passes(const EntryRefusal& finding);
+  // Runs the tests in order; false when one has refused.
+  template <class Case>
+  bool PassesTests(std::span<const EntryTest<Case>> tests, const Case& facts) {
+    for (const EntryTest<Case>& test : tests) {
+      std::string message = test.message(facts);
+      if (!test.refuses && !message.empty()) {
+        Boxes().Inform(Caption(), message);
+      } else if (!Passes({test.control, std::move(message)})) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  // The entries now are those of the table, or of a new item.
+  void KeepState();
+  bool IsChanged();
+  // Asks `question` where there are changes; Yes posts them. True when the screen may show something else.
+  bool MayDropChanges(std::string_view question = "Save Changes?");
+
+  // What a post that failed says: `not_added` for a new item, or why a value does not fit.
+  std::string FailureText(const PostOutcome& outcome, std::string_view not_added) const;
+
+  // The number was taken by another workstation since it was proposed: asks whether to post under `next`.
+  bool TakesNext(std::string_view taken, std::string_view next);
+  // The record was changed elsewhere since it was loaded: `show_theirs` puts what is stored now into the
+  // entries, and the user is shown both.
+  enum class Settled { kMine, kTheirs, kBack };
+  Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs);
+
+  void Audit(int action, std::string_view reference);
+  bool OnKey(std::string_view key) override;
+  bool OnClose() override;
+
+  Session& session_;
+  std::string bank_code_;
+  BankRecord bank_;  // as it was read last
+  BankTables tables_;
+  std::string last_posted_;
+
+ private:
+  // Text and check value of every entry, in the order of the controls.
+  using Values = std::vector<std::pair<std::string, int>>;
+  Values TakeValues();
+  void PutValues(const Values& values);
+  std::string Differences(const Values& mine, const Values& theirs);
+
+  const PostingScreen screen_;
+  Values unchanged_;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,158 @@
+#include "posting/voucher_posting.h"
+
+#include "posting/file_number.h"
+#include "posting/post_voucher.h"
+#include "posting/voucher_validation.h"
+#include "shell/company_tables.h"
+#include "tables/status_text.h"
+
+namespace tallwick {
+namespace {
+
+// The audit trail has no transaction for vouchers.
+constexpr PostingScreen kScreen{"frmEditVouchersPost", "Post Vouchers - ", "Bank ID Code no longer valid.",
+                                0};
+
+constexpr EntryField<VoucherRecord> kFields[] = {
+    {"txtVCHRNumber", ControlKind::kText, "Voucher &Number", "Voucher Number", "VCHRNUMBER",
+     &VoucherRecord::number},
+    {"txtVCHRFileNumber", ControlKind::kText, "&File Number", "File Number", "VCHRFILENO",
+     &VoucherRecord::file_number},
+    {"txtVCHRDated", ControlKind::kDate, "&Dated", "Voucher Date", "VCHRDATED", &VoucherRecord::dated},
+    {"txtVCHRPayee", ControlKind::kText, "&Payee", "Payee", "VCHRPAYEE", &VoucherRecord::payee},
+    {"txtVCHRReason", ControlKind::kText, "&Reason", "Reason", "VCHRREASON", &VoucherRecord::reason},
+    {"txtVCHRAmount", ControlKind::kAmount, "A&mount", "Voucher Amount", "VCHRAMOUNT",
+     &VoucherRecord::amount},
+    {"txtVCHRAcctPeriod", ControlKind::kPeriod, "Acco&unting Period", "Accounting Period", "",
+     &VoucherRecord::accounting},
+    {"txtVCHRCheckNumber", ControlKind::kText, "Chec&k Number", "Check Number", "VCHRCHKNUM",
+     &VoucherRecord::check_number},
+};
+
+// Entries that a reconciled period closes.
+constexpr std::string_view kRestricted[] = {"txtVCHRFileNumber", "txtVCHRDated", "txtVCHRAmount",
+                                            "txtVCHRAcctPeriod"};
+
+}  // namespace
+
+FrmEditVouchersPost::FrmEditVouchersPost(Session& session)
+    : ItemPostingForm(session, kScreen, kVoucherLayout, kFields),
+      register_(std::make_shared<VoucherRegister>(session.Home())) {
+  Add(ControlKind::kCheck, "chkVCHRCleared", "&Cleared");
+  Add(ControlKind::kLabel, "lblVCHRStatus");
+  Add(ControlKind::kLabel, "lblEditMessage");
+  Add(ControlKind::kGrid, "lstVCHRNumbers", "Vouchers");
+  Add(ControlKind::kButton, "cmdOk", "&Add");
+  Add(ControlKind::kButton, "cmdNextVCHRNumber", "Ne&xt Number");
+  Add(ControlKind::kButton, "cmdDone", "Do&ne");
+  Add(ControlKind::kButton, "cmdListAll", "&List All");
+  Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
+  Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
+}
+
+void FrmEditVouchersPost::OnOpen() {
+  SetSource("lstVCHRNumbers", register_);
+  BeginNew(ProposedNumber());
+  SetFocus("txtVCHRFileNumber");
+}
+
+void FrmEditVouchersPost::OnLeave(Control& control) {
+  ItemPostingForm::OnLeave(control);
+  if (control.name == "txtVCHRAcctPeriod" && !loaded_) ShowBeside(nullptr);
+}
+
+void FrmEditVouchersPost::OnChoose(Control& control) {
+  if (control.name != "lstVCHRNumbers" || control.selected == 0) return;
+  OpenChosen(register_->NumberAt(static_cast<std::size_t>(control.selected) - 1));
+}
+
+void FrmEditVouchersPost::OnClick(Control& control) {
+  if (control.name == "cmdOk") Post();
+  if (control.name == "cmdNextVCHRNumber") TakeNextNumber();
+  if (control.name == "cmdDone") Close();
+  if (!control.name.starts_with("cmdList")) return;
+  register_->ShowStatus(control.name == "cmdListAll" ? "" : control.name == "cmdListCleared" ? "C" : "O");
+  RowsChanged("lstVCHRNumbers");
+}
+
+void FrmEditVouchersPost::TakeNextNumber() {
+  if (!ReadBank()) return;
+  SetText("txtVCHRNumber", ProposedNumber());
+  LookUpNumber();
+}
+
+bool FrmEditVouchersPost::IsEntry(const Control& control) const {
+  return control.name == "chkVCHRCleared" || ItemPostingForm::IsEntry(control);
+}
+
+std::optional<VoucherRecord> FrmEditVouchersPost::FindPosted(const std::string& number) {
+  if (number.empty() || !tables_.vouchers.SeekNumber(number)) return std::nullopt;
+  return tables_.vouchers.Read();
+}
+
+std::string FrmEditVouchersPost::ProposedNumber() {
+  const std::optional<BankRecord> bank = session_.Company().banks.Find(bank_code_);
+  return bank ? std::to_string(NextVoucherNumber(tables_.vouchers, bank->last_voucher)) : "";
+}
+
+VoucherRecord FrmEditVouchersPost::BlankRecord() {
+  VoucherRecord voucher;
+  voucher.dated = session_.TheClock().Now().date;
+  voucher.accounting = bank_.accounting;
+  return voucher;
+}
+
+void FrmEditVouchersPost::ShowMarks(const VoucherRecord* voucher) {
+  SetValue("chkVCHRCleared", voucher != nullptr && voucher->status == "C" ? 1 : 0);
+}
+
+void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
+  const bool closed = voucher != nullptr && IsReconciled(voucher->accounting);
+  for (std::string_view control : kRestricted) SetEnabled(control, !closed);
+  SetCaption("cmdOk", voucher != nullptr ? "&Ok" : "&Add");
+  if (voucher == nullptr) {
+    SetCaption("lblVCHRStatus", "Not Posted");
+    SetCaption("lblEditMessage",
+               "\r\nTransaction will be posted to the Accounting Period " + Text("txtVCHRAcctPeriod") + " .");
+    return;
+  }
+  SetCaption("lblVCHRStatus", VoucherStatusText(voucher->status));
+  SetCaption("lblEditMessage", closed ? "Accounting period " + ShortForm(voucher->accounting) +
+                                            " has been reconciled.\r\nChanges are restricted."
+                                      : "");
+}
+
+void FrmEditVouchersPost::Complete(VoucherRecord* voucher) {
+  voucher->status = At("chkVCHRCleared").value == 1 ? "C" : "O";
+}
+
+bool FrmEditVouchersPost::MayPost() {
+  VoucherCase voucher{Entries(), bank_, {}, false, At("txtVCHRAcctPeriod").enabled, [this] {
+                        return IsOnFile(session_, Text("txtVCHRFileNumber"));
+                      }};
+  voucher.period = PeriodIn("txtVCHRAcctPeriod", &voucher.period_valid);
+  return PassesTests(VoucherTests(), voucher) && PeriodIsReadable("txtVCHRAcctPeriod");
+}
+
+PostOutcome FrmEditVouchersPost::WriteNew(const VoucherRecord& voucher) {
+  return PostVoucher(tables_, session_.Company().banks, session_.Company().xrefs, bank_code_, voucher);
+}
+
+PostOutcome FrmEditVouchersPost::WriteChanged(const VoucherRecord& before, const VoucherRecord& after) {
+  return RewriteVoucher(tables_, session_.Company().xrefs, bank_code_, before, after);
+}
+
+std::string FrmEditVouchersPost::NotAdded(const PostOutcome& outcome, const std::string& number) const {
+  return VoucherFailureMessage(outcome, number);
+}
+
+std::string FrmEditVouchersPost::NothingChanged(const std::string& number) const {
+  return "Voucher " + number + " was not added or updated.";
+}
+
+void FrmEditVouchersPost::RefreshRegister() {
+  register_->Refresh();
+  RowsChanged("lstVCHRNumbers");
+}
+
+}  // namespace tallwick

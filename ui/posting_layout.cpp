@@ -1,0 +1,168 @@
+#include "ui/posting_layout.h"
+
+#include <QAction>
+#include <QLabel>
+#include <QMenuBar>
+#include <QPushButton>
+#include <QSplitter>
+#include <QStatusBar>
+
+namespace tallwick {
+namespace {
+
+constexpr int kGap = 8;
+constexpr int kLineGap = 4;
+constexpr int kNotesHeight = 88;
+
+// A label that names the field beside it.
+QLabel* MakeCaption(QWidget& field, QWidget& parent) {
+  auto* label = new QLabel(&parent);
+  label->setBuddy(&field);
+  label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+  return label;
+}
+
+QPushButton* MakeButton(const char* name, QWidget& parent) {
+  auto* button = new QPushButton(&parent);
+  button->setObjectName(name);
+  button->setAutoDefault(false);
+  return button;
+}
+
+}  // namespace
+
+PostingLayout::PostingLayout(QMainWindow& window, int entry_width, bool grows) : window_(window) {
+  window_.resize(1280, 800);
+  window_.setProperty("escCloses", true);
+  auto* splitter = new QSplitter(Qt::Horizontal, &window_);
+  splitter->setObjectName("splitEntry");
+  splitter->setChildrenCollapsible(false);
+  splitter->setHandleWidth(1);
+  entry_ = new QWidget(splitter);
+  entry_->setMinimumWidth(entry_width);
+  if (!grows) entry_->setMaximumWidth(entry_width + 48);
+  entry_column_ = new QVBoxLayout(entry_);
+  entry_column_->setContentsMargins(24, kGap, 16, 16);
+  entry_column_->setSpacing(kGap);
+  auto* register_pane = new QWidget(splitter);
+  register_column_ = new QVBoxLayout(register_pane);
+  register_column_->setContentsMargins(16, kGap, 24, 16);
+  register_column_->setSpacing(kGap);
+  splitter->setStretchFactor(1, 1);
+  window_.setCentralWidget(splitter);
+}
+
+QGridLayout& PostingLayout::AddGroup(const char* heading) {
+  auto* grid = new QGridLayout;
+  grid->setHorizontalSpacing(16);
+  grid->setVerticalSpacing(kLineGap);
+  grid->setColumnStretch(1, 1);
+  auto* label = new QLabel(QObject::tr(heading), entry_);
+  label->setProperty("role", "heading");
+  grid->addWidget(label, 0, 0, 1, 2);
+  entry_column_->addLayout(grid);
+  return *grid;
+}
+
+QLineEdit* PostingLayout::MakeField(const FieldLook& look) {
+  auto* field = new QLineEdit(entry_);
+  field->setObjectName(look.name);
+  field->setWhatsThis(QObject::tr(look.help));
+  if (look.width > 0) field->setFixedWidth(look.width);
+  if (look.required) field->setProperty("required", true);
+  return field;
+}
+
+QLineEdit& PostingLayout::AddField(QGridLayout& grid, const FieldLook& look) {
+  QLineEdit* field = MakeField(look);
+  const int row = grid.rowCount();
+  grid.addWidget(MakeCaption(*field, *entry_), row, 0);
+  grid.addWidget(field, row, 1, look.width > 0 ? Qt::AlignLeft : Qt::Alignment());
+  return *field;
+}
+
+QLabel* PostingLayout::MakeLabel(const char* name, const char* role) {
+  auto* label = new QLabel(entry_);
+  label->setObjectName(name);
+  if (*role != 0) label->setProperty("role", role);
+  return label;
+}
+
+void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
+  auto* notes = new QWidget(entry_);
+  notes->setMinimumHeight(kNotesHeight);
+  auto* column = new QVBoxLayout(notes);
+  column->setContentsMargins(0, kGap, 0, kGap);
+  column->setSpacing(kLineGap);
+  const char* role = "heading";
+  for (const char* name : labels) {
+    QLabel* label = MakeLabel(name, role);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    column->addWidget(label);
+    role = "";
+  }
+  column->addStretch(1);
+  entry_column_->addWidget(notes, 1);
+}
+
+void PostingLayout::AddButtons(std::initializer_list<const char*> others) {
+  auto* row = new QHBoxLayout;
+  row->setSpacing(kGap);
+  QPushButton* post = MakeButton("cmdOk", *entry_);
+  post->setProperty("main", true);
+  post->setDefault(true);
+  post->setMinimumWidth(120);
+  row->addWidget(post);
+  row->addStretch(1);
+  for (const char* name : others) row->addWidget(MakeButton(name, *entry_));
+  entry_column_->addLayout(row);
+}
+
+void PostingLayout::AddRegister(const RegisterLook& look) {
+  QWidget& pane = *register_column_->parentWidget();
+  auto* head = new QHBoxLayout;
+  head->setSpacing(kGap);
+  auto* heading = new QLabel(QObject::tr(look.heading), &pane);
+  heading->setProperty("role", "heading");
+  auto* find = new QLineEdit(&pane);
+  find->setObjectName("boxFind");
+  find->setProperty("finds", look.name);
+  find->setPlaceholderText(QObject::tr(look.find));
+  find->setMinimumWidth(256);
+  QLabel* caption = MakeCaption(*find, pane);
+  caption->setText(QObject::tr("Find"));
+  caption->setProperty("role", "muted");
+  head->addWidget(heading);
+  head->addStretch(1);
+  head->addWidget(caption);
+  head->addWidget(find);
+  register_column_->addLayout(head);
+  auto* buttons = new QHBoxLayout;
+  buttons->setSpacing(kGap);
+  for (const char* name : look.list_buttons) buttons->addWidget(MakeButton(name, pane));
+  buttons->addStretch(1);
+  register_column_->addLayout(buttons);
+  auto* view = new RegisterView(&pane);
+  view->setObjectName(look.name);
+  view->setAccessibleName(QObject::tr(look.heading));
+  view->SetEmptyText(QObject::tr(look.empty));
+  view->setProperty("wideColumn", look.wide_column);
+  register_column_->addWidget(view, 1);
+}
+
+void PostingLayout::AddMenu(const char* title, std::initializer_list<CommandLook> commands) {
+  QMenu* menu = window_.menuBar()->addMenu(QObject::tr(title));
+  for (const CommandLook& command : commands) {
+    auto* action = new QAction(&window_);
+    action->setObjectName(command.name);
+    action->setShortcut(QKeySequence(command.shortcut));
+    menu->addAction(action);
+  }
+}
+
+void PostingLayout::AddStatusBar() {
+  window_.statusBar()->setProperty("panels", QStringList{"lblKeys"});
+}
+
+}  // namespace tallwick

@@ -1,0 +1,71 @@
+// The layout that posting windows share: the entry on the left in the order in which it is typed, what the
+// program says about it below, the buttons at the foot; on the right the register with its find box and the
+// buttons that choose what it lists.
+#pragma once
+
+#include <QBoxLayout>
+#include <QGridLayout>
+#include <QLineEdit>
+#include <QMainWindow>
+#include <QMenu>
+#include <initializer_list>
+
+#include "ui/register_view.h"
+
+namespace tallwick {
+
+// A field of the entry, named as its control.
+struct FieldLook {
+  const char* name;
+  const char* help;  // for F1
+  int width = 0;     // pixels; 0 = as wide as there is room
+  bool required = false;
+};
+
+struct CommandLook {
+  const char* name;
+  const char* shortcut = "";
+};
+
+struct RegisterLook {
+  const char* name;
+  const char* heading;
+  const char* empty;  // what an empty register says
+  const char* find;   // what the find box says while it is empty
+  int wide_column;
+  std::initializer_list<const char*> list_buttons;
+};
+
+class PostingLayout {
+ public:
+  // Builds into `window`, whose object name is the form's; the entry is at least `entry_width` wide and grows
+  // with the window where `grows`.
+  PostingLayout(QMainWindow& window, int entry_width, bool grows);
+
+  QWidget& Entry() { return *entry_; }
+  QVBoxLayout& EntryColumn() { return *entry_column_; }
+
+  // A grid for labelled fields, under a heading.
+  QGridLayout& AddGroup(const char* heading);
+  // The next row of the grid: the label of the control, and the field.
+  QLineEdit& AddField(QGridLayout& grid, const FieldLook& look);
+  QLineEdit* MakeField(const FieldLook& look);
+  // A label that shows a control's caption.
+  QLabel* MakeLabel(const char* name, const char* role = "");
+
+  // The place under the entry where the program speaks: first the state, as a heading.
+  void AddNotes(std::initializer_list<const char*> labels);
+  // The posting button at the left, the others at the right.
+  void AddButtons(std::initializer_list<const char*> others);
+  void AddRegister(const RegisterLook& look);
+  void AddMenu(const char* title, std::initializer_list<CommandLook> commands);
+  void AddStatusBar();
+
+ private:
+  QMainWindow& window_;
+  QWidget* entry_;
+  QVBoxLayout* entry_column_;
+  QVBoxLayout* register_column_;
+};
+
+}  // namespace tallwick
