@@ -69,6 +69,7 @@ void AddCommands(CLI::App& app, Action& chosen) {
   AddCheckCommands(app, chosen);
   AddFileCommand(app, chosen);
   AddLedgerCommand(app, chosen);
+  AddAuditCommand(app, chosen);
   AddUserCommands(app, chosen);
   AddVerifyCommand(app, chosen);
   AddTableCommands(app, chosen);

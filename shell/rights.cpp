@@ -69,6 +69,23 @@ constexpr Right kCatalogue[] = {
     {62, kCommand, "Prevent Deleting"},
 };
 
+struct GatedCommand {
+  std::string_view control;
+  int right;
+};
+
+// Stopping a check goes with voiding, vouchers go with checks.
+constexpr GatedCommand kGatedCommands[] = {
+    {"mnuEditPostChecks", kRightPostChecks},        {"mnuEditChecksPost", kRightPostChecks},
+    {"mnuEditClearChecks", kRightClearChecks},      {"mnuEditChecksClear", kRightClearChecks},
+    {"mnuEditVoidChecks", kRightVoidChecks},        {"mnuEditChecksVoid", kRightVoidChecks},
+    {"mnuEditStopPaymentChecks", kRightVoidChecks}, {"mnuEditChecksStopPayment", kRightVoidChecks},
+    {"mnuEditPostDeposits", kRightPostDeposits},    {"mnuEditDepositsPost", kRightPostDeposits},
+    {"mnuEditClearDeposits", kRightClearDeposits},  {"mnuEditDepositsClear", kRightClearDeposits},
+    {"mnuEditWireTransfers", kRightWires},          {"mnuEditVouchers", kRightPostChecks},
+    {"mnuEditReconcileAccount", kRightReconcile},   {"mnuToolsUsers", kAdministrator},
+};
+
 }  // namespace
 
 std::span<const Right> RightsCatalogue() {
@@ -77,6 +94,13 @@ std::span<const Right> RightsCatalogue() {
 
 std::string RightKey(const Right& right) {
   return (right.kind == RightKind::kHeading ? "P" : "C") + std::to_string(right.number);
+}
+
+int RightOfCommand(std::string_view control) {
+  for (const GatedCommand& command : kGatedCommands) {
+    if (command.control == control) return command.right;
+  }
+  return 0;
 }
 
 }  // namespace tallwick

@@ -23,6 +23,10 @@ std::span<const Right> RightsCatalogue();
 // "P1" for the heading 1, "C2" for the command 2.
 std::string RightKey(const Right& right);
 
+// The right that a command of the main window asks for, by its control's name; 0 = none. Both orders of the
+// words in a name are known ("mnuEditChecksPost", "mnuEditPostChecks").
+int RightOfCommand(std::string_view control);
+
 // Rights that this program tests.
 inline constexpr int kRightClearChecks = 49;
 inline constexpr int kRightClearDeposits = 50;
@@ -31,5 +35,7 @@ inline constexpr int kRightPostDeposits = 53;
 inline constexpr int kRightReconcile = 55;
 inline constexpr int kRightVoidChecks = 56;
 inline constexpr int kRightWires = 57;
+// No number of the rights string: stands where only the group "Administrator" may.
+inline constexpr int kAdministrator = -1;
 
 }  // namespace tallwick

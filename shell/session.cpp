@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 #include "store/clsKVRData.h"
 
 namespace tallwick {
@@ -22,6 +23,7 @@ void Session::SetBank(std::string_view code, std::string_view name) {
 
 bool Session::MayUse(int right) const {
   if (!suite_->SecurityOn()) return true;
+  if (right == kAdministrator) return user_->IsAdministrator();
   return user_->bLoggedIn && user_->IsSecurityOff(right);
 }
 

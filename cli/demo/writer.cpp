@@ -56,10 +56,8 @@ class Writer {
 };
 
 bool Writer::WriteUsers(const DemoCompany& company) {
-  UserAccounts accounts(session_.Home());
-  if (!accounts.Open()) return Done(engine::kErrorOpen);
-  for (const UserAccount& user : company.users) {
-    if (!Done(accounts.Save(user, session_.TheClock().Now()))) return false;
+  for (clsSecurity user : company.users) {
+    if (!Done(user.SaveUserSecurity(session_.Home(), session_.TheClock().Now()))) return false;
     ++counts_.users;
   }
   return true;
