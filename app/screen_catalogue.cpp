@@ -1,7 +1,9 @@
 #include "app/screen_catalogue.h"
 
+#include "audit/view_log.h"
 #include "posting/check_posting.h"
 #include "shell/bank_select.h"
+#include "shell/edit_users.h"
 #include "shell/main_window.h"
 #include "shell/rights.h"
 #include "shell/start_up.h"
@@ -33,11 +35,21 @@ std::unique_ptr<Form> MakeCheckPosting(Session& session, ScreenOpener&) {
   return form;
 }
 
+std::unique_ptr<Form> MakeEditUsers(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmEditUsers>(session);
+}
+
+std::unique_ptr<Form> MakeViewLog(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmViewLog>(session);
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
     {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeCheckPosting},
+    {"frmEditUsers", "", false, kAdministrator, MakeEditUsers},
+    {"frmViewLog", "", true, 0, MakeViewLog},
 };
 
 const Screen* FindScreen(std::string_view name, std::string_view mode) {

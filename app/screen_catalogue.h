@@ -17,7 +17,7 @@ class ScreenCatalogue {
   // Forms that open other screens call `opener`. Both must outlive the forms made.
   ScreenCatalogue(Session& session, ScreenOpener& opener) : session_(session), opener_(opener) {}
 
-  // "frmMainEscrowAccounting", "frmBankSelect", "frmEditChecksPost".
+  // "frmMainEscrowAccounting", "frmBankSelect", "frmEditChecksPost", "frmEditUsers", "frmViewLog".
   static std::vector<std::string_view> Names();
   // Modes of a screen; empty where it has only one way to open. The first is taken when none is named.
   static std::vector<std::string_view> Modes(std::string_view screen);

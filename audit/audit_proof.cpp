@@ -21,8 +21,14 @@ std::string Bytes(std::int64_t number) {
   return Count(number) + (number == 1 ? " byte" : " bytes");
 }
 
+// "2024-03-04 14:07:31" as a person reads it.
+std::string MomentText(const std::string& moment) {
+  if (moment.size() < 10) return moment;
+  return moment.substr(5, 2) + "/" + moment.substr(8, 2) + "/" + moment.substr(0, 4) + moment.substr(10);
+}
+
 std::string WrittenBy(const ChainRecord& record) {
-  return record.moment + " on " + FromWindows1252(record.computer);
+  return MomentText(record.moment) + " on " + FromWindows1252(record.computer);
 }
 
 // One pass over the records. Where the log has grown or shrunk in its middle, what stands behind the change
@@ -225,7 +231,7 @@ AuditProof ProveAuditLog(const FileSystem& files, std::string_view log_path, std
 std::string ProofSummary(const AuditProof& proof) {
   if (!proof.proven) return "NOT proven: " + proof.problems.front();
   if (proof.records == 0) return proof.notes.empty() ? "Nothing is recorded yet." : proof.notes.front();
-  return "Proven: no line was changed or removed since " + proof.since + ".";
+  return "Proven: no line was changed or removed since " + MomentText(proof.since) + ".";
 }
 
 }  // namespace tallwick

@@ -28,6 +28,8 @@ constexpr Command kCommands[] = {
     {"mnuFileExit", "E&xit", false, 0, "", ""},
     {"mnuEditChecksPost", "Post &Checks...", true, kRightPostChecks, "frmEditChecksPost", "Posting"},
     {"mnuViewRefresh", "&Refresh", true, 0, "", ""},
+    {"mnuToolsUsers", "&Users and Rights...", false, kAdministrator, "frmEditUsers", ""},
+    {"mnuHelpAuditTrailViewer", "Audit Trail &Viewer", true, 0, "frmViewLog", ""},
 };
 
 constexpr std::string_view kFigures[] = {"lblBankName",          "lblBankAddress",        "lblAccountNumber",
@@ -109,7 +111,7 @@ bool FrmMainEscrowAccounting::OnKey(std::string_view key) {
 
 void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
   if (change == SessionChange::kBank || change == SessionChange::kPrinter) ShowStatus();
-  if (change == SessionChange::kBank || change == SessionChange::kUser) ShowCommands();
+  if (change != SessionChange::kPrinter) ShowCommands();
   if (change == SessionChange::kBank || change == SessionChange::kPosted) ShowFigures();
 }
 

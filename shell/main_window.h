@@ -2,7 +2,8 @@
 // shows the bank's figures and opens every other screen.
 //
 // Controls, in order:
-//   menu commands  mnuFileOpen, mnuFileClose, mnuFileExit, mnuEditChecksPost, mnuViewRefresh
+//   menu commands  mnuFileOpen, mnuFileClose, mnuFileExit, mnuEditChecksPost, mnuViewRefresh,
+//                  mnuToolsUsers, mnuHelpAuditTrailViewer
 //   status panels  BankName, Printer, Version (labels)
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
 //   lblBookBalance,

@@ -13,6 +13,7 @@
 #include "core/file_system.h"
 #include "core/message_boxes.h"
 #include "core/period.h"
+#include "core/print_document.h"
 #include "core/workstation.h"
 #include "shell/suite.h"
 
@@ -36,6 +37,7 @@ struct Ports {
   FileSystem& files;
   Clock& clock;
   Workstation& workstation;
+  DocumentPrinter* printer = nullptr;  // null where the face cannot print
 };
 
 enum class SessionChange {
@@ -43,6 +45,7 @@ enum class SessionChange {
   kUser,     // the user or the user's rights
   kPosted,   // a transaction was posted, changed or removed
   kPrinter,  // the current printer
+  kScreenClosed,
 };
 
 // Told what has changed, after the change.
@@ -63,6 +66,7 @@ class Session {
   FileSystem& Files() const { return ports_.files; }
   Clock& TheClock() const { return ports_.clock; }
   Workstation& TheWorkstation() const { return ports_.workstation; }
+  DocumentPrinter* Documents() const { return ports_.printer; }
   Suite& TheSuite() const { return *suite_; }
   RunState& Run() { return run_; }
   const ProgramVersion& Version() const { return version_; }

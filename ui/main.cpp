@@ -6,6 +6,7 @@
 
 #include "core/system_ports.h"
 #include "ui/desktop.h"
+#include "ui/document_printer.h"
 #include "ui/qt_message_boxes.h"
 #include "ui/screenshots.h"
 #include "ui/style.h"
@@ -50,7 +51,8 @@ int RunScreenshots(const QCommandLineParser& parser) {
 int RunDesktop(const QCommandLineParser& parser) {
   const QString socket_name = parser.value("socket");
   QtMessageBoxes boxes;
-  Desktop desktop({boxes, SystemFileSystem(), SystemClock(), SystemWorkstation()});
+  QtDocumentPrinter printer(boxes);
+  Desktop desktop({boxes, SystemFileSystem(), SystemClock(), SystemWorkstation(), &printer});
   QObject::connect(&desktop, &Desktop::Ended, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   if (!desktop.Start([&] { return AttachToSuite(socket_name, SystemFileSystem()); })) return 1;
   return QApplication::exec();

@@ -9,6 +9,8 @@
 
 #include "ui/register_view.h"
 #include "ui/style.h"
+#include "ui/users_window.h"
+#include "ui/view_log_window.h"
 #include "ui_bank_select.h"
 #include "ui_check_post.h"
 #include "ui_main_window.h"
@@ -32,6 +34,8 @@ constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", Make<QMainWindow, Ui::frmMainEscrowAccounting>},
     {"frmBankSelect", Make<QDialog, Ui::frmBankSelect>},
     {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
+    {"frmEditUsers", MakeUsersWindow},
+    {"frmViewLog", MakeViewLogWindow},
 };
 
 // A status bar's property "panels" lists its labels from left to right; the first takes the room that is

@@ -1,5 +1,6 @@
 #include "cli/demo/writer.h"
 
+#include "cli/demo/audit_book.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
 
@@ -131,7 +132,9 @@ bool Writer::WriteVouchers(const DemoBank& bank, BankTables& tables) {
 }  // namespace
 
 int WriteDemoCompany(Session& session, const DemoCompany& company, DemoCounts* counts) {
-  return Writer(session, counts).Write(company);
+  const int code = Writer(session, counts).Write(company);
+  if (code == engine::kSuccess) counts->audit_entries = WriteDemoAudit(session, company);
+  return code;
 }
 
 }  // namespace tallwick::cli

@@ -124,7 +124,10 @@ Form* ScriptPlayer::Top() {
 }
 
 void ScriptPlayer::Sweep() {
-  std::erase_if(screens_, [](const std::unique_ptr<Screen>& screen) { return !screen->TheForm().IsOpen(); });
+  const auto closed = std::erase_if(
+      screens_, [](const std::unique_ptr<Screen>& screen) { return !screen->TheForm().IsOpen(); });
+  if (closed == 0) return;
+  if (Session* session = office_.Open()) session->NotifyChanged(SessionChange::kScreenClosed);
 }
 
 bool ScriptPlayer::RunOnScreen(const Step& step) {
