@@ -57,8 +57,8 @@ class Prover {
  private:
   struct Read {
     ChainRecord record;
-    bool anew = false;            // stands behind a line that cannot be read
-    std::int64_t lost_from = -1;  // later records say that the log was cut here, within or before this record
+    bool anew = false;  // stands behind a line that cannot be read
+    bool lost = false;  // a later record says that the log was cut within or before this one
   };
 
   void Problem(std::string text) {
@@ -92,13 +92,13 @@ class Prover {
   // Records whose bytes were lost later cannot be looked at any more; the loss itself is one problem.
   void FindLosses() {
     std::int64_t lowest = -1;
-    for (auto one = records_.rbegin(); one != records_.rend(); ++one) {
-      const ChainRecord& record = one->record;
+    for (std::size_t i = records_.size(); i-- > 0;) {
+      const ChainRecord& record = records_[i].record;
       if (record.kind == 'L') {
         lowest = lowest < 0 ? record.begin : std::min(lowest, record.begin);
         continue;
       }
-      if (lowest >= 0 && record.end > lowest) one->lost_from = lowest;
+      if (lowest >= 0 && record.end > lowest) records_[i].lost = true;
     }
     for (const Read& one : records_) {
       if (one.record.kind != 'L') continue;
@@ -130,7 +130,7 @@ class Prover {
     const bool starts = place == 0 || read.anew;
     const std::string_view before = starts ? kFirstDigest : records_[place - 1].record.digest;
     if (!starts || place == 0) CheckPlace(read, place == 0 ? nullptr : &records_[place - 1].record);
-    if (read.lost_from >= 0) return;
+    if (read.lost) return;
     if (Matches(read, before, shift_)) {
       failed_before_ = false;
       return;

@@ -82,6 +82,7 @@ std::vector<std::string> MarkedRows(const Control& list) {
 // Marks of the rows that were checked before, by their text.
 std::vector<bool> KeptMarks(const std::vector<std::string>& rows, const std::vector<std::string>& checked) {
   std::vector<bool> marks;
+  marks.reserve(rows.size());
   for (const std::string& row : rows)
     marks.push_back(std::find(checked.begin(), checked.end(), row) != checked.end());
   return marks;

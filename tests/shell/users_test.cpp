@@ -23,7 +23,7 @@ using testing::Seen;
 
 constexpr DateTime kNow{{2024, 3, 4}, 14, 7, 31};
 
-class UsersTest : public ::testing::Test {
+class UserMaintenanceTest : public ::testing::Test {
  protected:
   void SetUp() override {
     ASSERT_TRUE(office_.Open());
@@ -51,7 +51,7 @@ class UsersTest : public ::testing::Test {
   Office office_;
 };
 
-TEST_F(UsersTest, SavesNumbersAndReadsBack) {
+TEST_F(UserMaintenanceTest, SavesNumbersAndReadsBack) {
   ASSERT_EQ(Save("ann", std::string(10, '1'), {"SAV", "FNB"}, " Power User "), 0);
   ASSERT_EQ(Save("bob"), 0);
   EXPECT_EQ(IdOf("ann"), 1);
@@ -85,7 +85,7 @@ TEST_F(UsersTest, SavesNumbersAndReadsBack) {
   EXPECT_TRUE(clsSecurity::IsLoginUnique(Home(), "carl", 0));
 }
 
-TEST_F(UsersTest, RightsOfAnyLength) {
+TEST_F(UserMaintenanceTest, RightsOfAnyLength) {
   // Only a denied right beyond the field is more than its absence.
   EXPECT_EQ(Save("long", std::string(150, '0')), 0);
   EXPECT_EQ(Save("toolong", std::string(149, '0') + "1"), engine::kErrorFieldValue);
@@ -101,7 +101,7 @@ TEST_F(UsersTest, RightsOfAnyLength) {
   EXPECT_EQ(user.sSecurity, "000");
 }
 
-TEST_F(UsersTest, DeletesWithTheBanksButNotOneself) {
+TEST_F(UserMaintenanceTest, DeletesWithTheBanksButNotOneself) {
   ASSERT_EQ(Save("ann", "", {"SAV"}), 0);
   ASSERT_EQ(Save("bob", "", {"SAV", "FNB"}), 0);
   EXPECT_EQ(clsSecurity::DeleteUserSecurity(Home(), "ann", "ANN "), kOwnAccount);
@@ -151,7 +151,7 @@ TEST(RightsCatalogueTest, KeepsItsNumbersAndGaps) {
   EXPECT_THAT(keys, HasSubstr("C57 C60 P58 C59 P61 C62 "));
 }
 
-TEST_F(UsersTest, TheScreenEditsRightsBanksAndAccount) {
+TEST_F(UserMaintenanceTest, TheScreenEditsRightsBanksAndAccount) {
   ASSERT_EQ(Save("ann", std::string(50, '0') + "x", {"GONE"}), 0);
   FrmEditUsers form(*office_.session);
   form.Opened();
@@ -186,7 +186,7 @@ TEST_F(UsersTest, TheScreenEditsRightsBanksAndAccount) {
   EXPECT_EQ(Seen(form, "lblStatus"), "\"ann\" is saved.");
 }
 
-TEST_F(UsersTest, TheScreenRefusesAndAsks) {
+TEST_F(UserMaintenanceTest, TheScreenRefusesAndAsks) {
   ASSERT_EQ(Save("jdoe", "", {}, "Administrator"), 0);
   ASSERT_EQ(Save("zoe"), 0);
   office_.suite.security = true;
@@ -236,7 +236,7 @@ TEST_F(UsersTest, TheScreenRefusesAndAsks) {
   EXPECT_EQ(Get("jdoe").iMustChange, 1);
 }
 
-TEST_F(UsersTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
+TEST_F(UserMaintenanceTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
   ASSERT_EQ(Save("jdoe", "", {"FNB"}, "Administrator"), 0);
   office_.suite.security = true;
   office_.session->ReloadUser();
