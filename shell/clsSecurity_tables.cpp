@@ -124,7 +124,7 @@ int clsSecurity::SaveUserSecurity(const TableHome& home, const DateTime& now) {
   const bool known = users.SeekLogin(osLogin);
   if (known) record = users.Read();
   sLastUpdated = FormatDateTime(now, "mm/dd/yyyy") + " @ " + FormatDateTime(now, "h:nn:ss AMPM");
-  record.login = osLogin;
+  record.login = Trim(osLogin);
   record.password = sPassword;
   record.name = sUserName;
   record.group = Digest(Trim(sGroup));

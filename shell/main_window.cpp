@@ -12,24 +12,23 @@
 namespace tallwick {
 namespace {
 
-// What a menu command needs and does.
+// What a menu command needs and does; the right it asks for stands with the rights.
 struct Command {
   std::string_view control;
   std::string_view caption;
   bool needs_bank;
-  int right;                // 0 = none
   std::string_view screen;  // the screen it opens, if any
   std::string_view mode;
 };
 
 constexpr Command kCommands[] = {
-    {"mnuFileOpen", "&Open Bank Account...", false, 0, "frmBankSelect", ""},
-    {"mnuFileClose", "&Close Bank Account", true, 0, "", ""},
-    {"mnuFileExit", "E&xit", false, 0, "", ""},
-    {"mnuEditChecksPost", "Post &Checks...", true, kRightPostChecks, "frmEditChecksPost", "Posting"},
-    {"mnuViewRefresh", "&Refresh", true, 0, "", ""},
-    {"mnuToolsUsers", "&Users and Rights...", false, kAdministrator, "frmEditUsers", ""},
-    {"mnuHelpAuditTrailViewer", "Audit Trail &Viewer", true, 0, "frmViewLog", ""},
+    {"mnuFileOpen", "&Open Bank Account...", false, "frmBankSelect", ""},
+    {"mnuFileClose", "&Close Bank Account", true, "", ""},
+    {"mnuFileExit", "E&xit", false, "", ""},
+    {"mnuEditChecksPost", "Post &Checks...", true, "frmEditChecksPost", "Posting"},
+    {"mnuViewRefresh", "&Refresh", true, "", ""},
+    {"mnuToolsUsers", "&Users and Rights...", false, "frmEditUsers", ""},
+    {"mnuHelpAuditTrailViewer", "Audit Trail &Viewer", true, "frmViewLog", ""},
 };
 
 constexpr std::string_view kFigures[] = {"lblBankName",          "lblBankAddress",        "lblAccountNumber",
@@ -92,6 +91,8 @@ void FrmMainEscrowAccounting::OnOpen() {
 }
 
 void FrmMainEscrowAccounting::OnMenu(Control& control) {
+  if (!session_.MayUse(RightOfCommand(control.name)))
+    return ShowCommands();  // taken away since they were shown
   for (const Command& command : kCommands) {
     if (command.control == control.name && !command.screen.empty()) {
       opener_.OpenScreen(command.screen, command.mode);
@@ -125,7 +126,7 @@ void FrmMainEscrowAccounting::ShowStatus() {
 void FrmMainEscrowAccounting::ShowCommands() {
   const bool has_bank = !session_.BankCode().empty();
   for (const Command& command : kCommands) {
-    const bool granted = command.right == 0 || session_.MayUse(command.right);
+    const bool granted = session_.MayUse(RightOfCommand(command.control));
     SetEnabled(command.control, granted && (has_bank || !command.needs_bank));
   }
 }

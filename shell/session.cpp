@@ -22,7 +22,7 @@ void Session::SetBank(std::string_view code, std::string_view name) {
 }
 
 bool Session::MayUse(int right) const {
-  if (!suite_->SecurityOn()) return true;
+  if (right == 0 || !suite_->SecurityOn()) return true;
   if (right == kAdministrator) return user_->IsAdministrator();
   return user_->bLoggedIn && user_->IsSecurityOff(right);
 }

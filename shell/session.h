@@ -87,8 +87,8 @@ class Session {
   // bank_select.h does.
   void SetBank(std::string_view code, std::string_view name);
 
-  // True when the current user may use the right (rights.h; kAdministrator asks for the group): always while
-  // security is off, never for a login that is not among the users.
+  // True when the current user may use the right (rights.h; 0 asks for none, kAdministrator for the group):
+  // always while security is off, never for a login that is not among the users.
   bool MayUse(int right) const;
   // Reads the suite's login again: loads that user's record while security is on, else forgets the user's
   // rights.

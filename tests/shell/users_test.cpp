@@ -251,6 +251,11 @@ TEST_F(UserMaintenanceTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
   EXPECT_TRUE(main.Find("mnuToolsUsers")->enabled);
   main.Menu("mnuEditChecksPost");
   EXPECT_THAT(office_.opened, IsEmpty());
+  // A command that was shown before its right was taken away is refused all the same.
+  main.Find("mnuEditChecksPost")->enabled = true;
+  main.Menu("mnuEditChecksPost");
+  EXPECT_THAT(office_.opened, IsEmpty());
+  EXPECT_FALSE(main.Find("mnuEditChecksPost")->enabled);
   ASSERT_EQ(Save("jdoe", "", {"FNB"}, "User"), 0);
   office_.session->ReloadUser();
   EXPECT_TRUE(main.Find("mnuEditChecksPost")->enabled);
