@@ -1,5 +1,6 @@
 #include "app/screen_catalogue.h"
 
+#include "audit/view_log.h"
 #include "clearing/deposit_clearing.h"
 #include "posting/check_posting.h"
 #include "posting/deposit_posting.h"
@@ -7,6 +8,7 @@
 #include "posting/wire_posting.h"
 #include "shell/about.h"
 #include "shell/bank_select.h"
+#include "shell/edit_users.h"
 #include "shell/help.h"
 #include "shell/main_commands.h"
 #include "shell/main_window.h"
@@ -58,6 +60,14 @@ std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
   return std::make_unique<FrmHelp>(session, topic);
 }
 
+std::unique_ptr<Form> MakeEditUsers(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmEditUsers>(session);
+}
+
+std::unique_ptr<Form> MakeViewLog(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmViewLog>(session);
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
@@ -70,6 +80,8 @@ constexpr Screen kScreens[] = {
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
     {"frmAbout", "", false, 0, MakeAbout},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
+    {"frmEditUsers", "", false, kAdministrator, MakeEditUsers},
+    {"frmViewLog", "", true, 0, MakeViewLog},
 };
 
 const Screen* FindScreen(std::string_view name, std::string_view mode) {

@@ -2,6 +2,7 @@
 
 #include <optional>
 
+#include "audit/audit_chain.h"
 #include "core/encoding.h"
 #include "core/text_format.h"
 
@@ -74,29 +75,6 @@ std::string EventLines(const Form& form, int action, int tx, const std::string& 
   }
 }
 
-std::string HeaderLine(const AuditTarget& target, int tx, const std::string& reference) {
-  const DateTime now = target.clock.Now();
-  std::string line = "[DATE: " + FormatDate(now.date, "mmm dd, yyyy") + " @ ";
-  line += FormatDateTime(now, "hh:mm:ss ampm") + "][TX: ";
-  line += AuditTxName(tx);
-  line += "][REFERENCE: " + reference + "][LOGIN: " + OnOneLine(target.login);
-  line += "][COMPUTER: " + OnOneLine(target.computer) + "]\r\n";
-  return line;
-}
-
-// The text as the log holds it; a character that its code page lacks becomes "?".
-std::string LogBytes(std::string text) {
-  std::optional<std::string> bytes = ToWindows1252(text);
-  while (!bytes) {
-    const std::string foreign = FirstCharacterOutside1252(text);
-    const std::size_t place = foreign.empty() ? std::string::npos : text.find(foreign);
-    if (place == std::string::npos) return text;
-    text.replace(place, foreign.size(), "?");
-    bytes = ToWindows1252(text);
-  }
-  return *bytes;
-}
-
 }  // namespace
 
 AuditTarget AuditTargetOf(const Session& session, std::string_view bank_code, bool on) {
@@ -118,10 +96,37 @@ void WriteAuditTrail(const AuditTarget& target, Form& form, int action, int tx, 
   const std::string key = OnOneLine(std::string(reference));
   const std::string events = EventLines(form, action, tx, key);
   if (events.empty()) return;
+  AppendAuditEntry(target, WriteAuditHeader(target, tx, key) + AuditBytes(events));
+}
+
+std::string WriteAuditHeader(const AuditTarget& target, int tx, std::string_view reference) {
+  const DateTime now = target.clock.Now();
+  std::string line = "[DATE: " + FormatDate(now.date, "mmm dd, yyyy") + " @ ";
+  line += FormatDateTime(now, "hh:mm:ss ampm") + "][TX: ";
+  line += AuditTxName(tx);
+  line += "][REFERENCE: " + OnOneLine(std::string(reference)) + "][LOGIN: " + OnOneLine(target.login);
+  line += "][COMPUTER: " + OnOneLine(target.computer) + "]\r\n";
+  return AuditBytes(std::move(line));
+}
+
+void AppendAuditEntry(const AuditTarget& target, std::string_view entry) {
   const std::string path = AuditLogPath(target);
-  std::string entry = target.files.FileExists(path) ? "\r\n" : "";
-  entry += HeaderLine(target, tx, key) + events;
-  target.files.Append(path, LogBytes(std::move(entry)));
+  ChainedAppend log({target.files, target.disk, target.clock, path, AuditBytes(target.computer)});
+  std::string bytes = target.files.FileExists(path) ? "\r\n" : "";
+  bytes += entry;
+  log.Append(bytes);
+}
+
+std::string AuditBytes(std::string text) {
+  std::optional<std::string> bytes = ToWindows1252(text);
+  while (!bytes) {
+    const std::string foreign = FirstCharacterOutside1252(text);
+    const std::size_t place = foreign.empty() ? std::string::npos : text.find(foreign);
+    if (place == std::string::npos) return text;
+    text.replace(place, foreign.size(), "?");
+    bytes = ToWindows1252(text);
+  }
+  return *bytes;
 }
 
 std::string_view AuditTxName(int tx) {
@@ -145,10 +150,14 @@ std::string_view AuditTxName(int tx) {
   }
 }
 
+std::string AuditLogPath(std::string_view data_path, std::string_view bank_code) {
+  return std::string(data_path) + "Logs\\" + std::string(bank_code) + "\\Audit_Trail.log";
+}
+
 std::string AuditLogPath(const AuditTarget& target) {
-  const std::string folder = target.data_path + "Logs\\" + target.bank_code + "\\";
-  target.files.CreateFolder(folder);
-  return folder + "Audit_Trail.log";
+  std::string path = AuditLogPath(target.data_path, target.bank_code);
+  target.files.CreateFolder(path.substr(0, path.rfind('\\') + 1));
+  return path;
 }
 
 }  // namespace tallwick

@@ -8,7 +8,7 @@
 // the name of member 2 of a control array.
 //
 // Invariants: an entry reaches the file in one write, so that entries of two workstations never mix; no
-// failure here ever reaches the caller.
+// failure here ever reaches the caller. What was written is recorded in the log's companion (audit_chain.h).
 //
 // What is compared: the snapshot parks the values of seven kinds of entry (text, combo, list, amount, date,
 // period, number) and of check boxes and options in the controls' tags; the comparison looks at those and at
@@ -20,6 +20,7 @@
 
 #include "core/form.h"
 #include "shell/session.h"
+#include "store/engine/file.h"
 
 namespace tallwick {
 
@@ -49,6 +50,7 @@ struct AuditTarget {
   std::string bank_code;  // trimmed
   std::string login;
   std::string computer;
+  engine::FileLayer& disk = engine::SystemFiles();  // holds the log's companion
 };
 
 // The target for a bank of the session's company, which has its audit trail on or off.
@@ -61,6 +63,17 @@ void WriteAuditTrail(const AuditTarget& target, Form& form, int action, int tx, 
 // "Post Check"; "Undefined" for an unknown number.
 std::string_view AuditTxName(int tx);
 
+// The first line of an entry, as the log holds it (Windows-1252, with its line end).
+std::string WriteAuditHeader(const AuditTarget& target, int tx, std::string_view reference);
+
+// Appends a whole entry in the log's bytes, in one write, after an empty line where the log has entries.
+void AppendAuditEntry(const AuditTarget& target, std::string_view entry);
+
+// The text in the log's bytes: a character that its code page lacks becomes "?".
+std::string AuditBytes(std::string text);
+
+// Where the log of a bank lies; the code is trimmed.
+std::string AuditLogPath(std::string_view data_path, std::string_view bank_code);
 // The log's path in the held form; makes the missing folders.
 std::string AuditLogPath(const AuditTarget& target);
 

@@ -40,6 +40,10 @@ bool HasRow(const Control& control, int row) {
   return static_cast<std::size_t>(row) <= control.rows.size();
 }
 
+bool HasMark(const Control& control, int row) {
+  return row >= 1 && static_cast<std::size_t>(row) <= control.marks.size();
+}
+
 bool HasValue(const Control& control, int value) {
   const int highest = control.kind == ControlKind::kCheck ? 2 : control.kind == ControlKind::kOption ? 1 : -1;
   return value >= 0 && value <= highest;
@@ -147,6 +151,14 @@ void Form::Choose(std::string_view name, int row, int index) {
   OnChoose(*control);  // also for the row chosen already: a second click opens it again
 }
 
+void Form::Mark(std::string_view name, int row, bool checked) {
+  Control* control = EnterFor(name, 0);
+  if (control == nullptr || !HasMark(*control, row)) return;
+  if (control->marks[static_cast<std::size_t>(row) - 1] == checked) return;
+  SetMark(name, row, checked);
+  OnMark(*control, row);
+}
+
 void Form::Click(std::string_view name, int index) {
   if (Control* control = EnterFor(name, index)) OnClick(*control);
 }
@@ -230,6 +242,25 @@ void Form::SetRows(std::string_view name, std::vector<std::string> rows, int sel
   Tell(control);
 }
 
+void Form::SetMarkedRows(std::string_view name, std::vector<std::string> rows, std::vector<bool> marks,
+                         std::vector<int> levels) {
+  Control& control = At(name);
+  marks.resize(rows.size());
+  levels.resize(rows.size());
+  const bool changed = Replace(control.rows, std::move(rows));
+  const bool marked = Replace(control.marks, std::move(marks));
+  const bool moved = Replace(control.levels, std::move(levels));
+  if (!HasRow(control, control.selected)) control.selected = 0;
+  if (changed || marked || moved) Tell(control);
+}
+
+void Form::SetMark(std::string_view name, int row, bool checked) {
+  Control& control = At(name);
+  if (!HasMark(control, row) || control.marks[static_cast<std::size_t>(row) - 1] == checked) return;
+  control.marks[static_cast<std::size_t>(row) - 1] = checked;
+  Tell(control);
+}
+
 void Form::SetSource(std::string_view name, std::shared_ptr<RowSource> source) {
   Control& control = At(name);
   if (!Replace(control.source, std::move(source))) return;
@@ -309,6 +340,7 @@ std::string ControlValue(const Control& control) {
     case ControlKind::kNumber:
     case ControlKind::kMasked:
       return control.text;
+    case ControlKind::kCheckList:
     case ControlKind::kGrid:
     case ControlKind::kLabel:
     case ControlKind::kButton:

@@ -22,11 +22,12 @@
 namespace tallwick {
 
 enum class ControlKind {
-  kText,    // text box
-  kCombo,   // text with a list of offers
-  kList,    // list box; its text is the selected row's
-  kCheck,   // value 0 unchecked, 1 checked, 2 grayed
-  kOption,  // value 0 or 1
+  kText,       // text box
+  kCombo,      // text with a list of offers
+  kList,       // list box; its text is the selected row's
+  kCheck,      // value 0 unchecked, 1 checked, 2 grayed
+  kOption,     // value 0 or 1
+  kCheckList,  // rows with a check mark each, in one list or as a tree
   // Formatted input: the form shows the text in one form after leaving.
   kAmount,
   kDate,
@@ -72,6 +73,8 @@ struct Control {
   bool month_only = false;        // of a period: it is a month and a year, without a day
   std::vector<std::string> rows;  // of a list or combo
   int selected = 0;               // row of a list or grid, from 1; 0 = none
+  std::vector<bool> marks;        // of a check list: whether each row is checked
+  std::vector<int> levels;        // of a check list shown as a tree: how deep each row stands, from 0
   std::shared_ptr<RowSource> source;
 };
 
@@ -109,14 +112,15 @@ class Form {
   // nullptr detaches.
   void Attach(Face* face) { face_ = face; }
 
-  // Events, called by a face. Change, SetCheck, Choose and Click enter their control first where it has not
-  // the focus; Menu and Close leave the current one.
+  // Events, called by a face. Change, SetCheck, Choose, Mark and Click enter their control first where it has
+  // not the focus; Menu and Close leave the current one.
   void Opened();                                     // after the face stands
   void Enter(std::string_view name, int index = 0);  // leaves the current control first
   void Leave();                                      // leaves the current control; none has the focus then
   void Change(std::string_view name, std::string text, int index = 0);
   void SetCheck(std::string_view name, int value, int index = 0);
   void Choose(std::string_view name, int row, int index = 0);  // rows from 1; others are ignored
+  void Mark(std::string_view name, int row, bool checked);     // of a check list; rows from 1
   void Click(std::string_view name, int index = 0);            // a button; refused while disabled
   void Menu(std::string_view name);                            // a command; refused while disabled
   bool Key(std::string_view key);  // "Esc", "F1", "F4", "Ctrl+F"; true when the form used it
@@ -134,6 +138,10 @@ class Form {
   void SetEnabled(std::string_view name, bool enabled, int index = 0);
   void SetVisible(std::string_view name, bool visible, int index = 0);
   void SetRows(std::string_view name, std::vector<std::string> rows, int selected = 0);
+  // The rows of a check list with their marks; `levels` may be empty.
+  void SetMarkedRows(std::string_view name, std::vector<std::string> rows, std::vector<bool> marks,
+                     std::vector<int> levels = {});
+  void SetMark(std::string_view name, int row, bool checked);  // rows from 1
   void SetSource(std::string_view name, std::shared_ptr<RowSource> source);
   // The source is the same, its rows are others.
   void RowsChanged(std::string_view name);
@@ -155,6 +163,7 @@ class Form {
   virtual void OnLeave(Control&) {}
   virtual void OnChange(Control&) {}
   virtual void OnChoose(Control&) {}
+  virtual void OnMark(Control&, int /*row*/) {}
   virtual void OnClick(Control&) {}
   virtual void OnMenu(Control&) {}
   // True when the key was used.

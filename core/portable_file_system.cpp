@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <chrono>
 #include <fstream>
-#include <iterator>
 #include <system_error>
 
 #include "core/system_ports.h"
@@ -53,7 +52,14 @@ bool PortableFileSystem::RemoveFolder(std::string_view folder) {
 std::optional<std::string> PortableFileSystem::Read(std::string_view path) const {
   if (!FileExists(path)) return std::nullopt;
   std::ifstream file(NativePath(path), std::ios::binary);
-  std::string contents{std::istreambuf_iterator<char>(file), std::istreambuf_iterator<char>()};
+  std::string contents;
+  constexpr std::size_t kBlock = std::size_t{1} << 20;
+  while (file) {  // a log may be long: whole blocks, and no trust in a size that grows while we read
+    const std::size_t had = contents.size();
+    contents.resize(had + kBlock);
+    file.read(contents.data() + had, static_cast<std::streamsize>(kBlock));
+    contents.resize(had + static_cast<std::size_t>(file.gcount()));
+  }
   return file.is_open() && !file.bad() ? std::optional(std::move(contents)) : std::nullopt;
 }
 

@@ -70,6 +70,13 @@ std::span<const MainCommand> MainCommands() {
   return kCommands;
 }
 
+int RightOfCommand(std::string_view control) {
+  const auto* found = std::find_if(kCommands.begin(), kCommands.end(), [&](const MainCommand& command) {
+    return command.control == control || command.other_name == control;
+  });
+  return found == kCommands.end() ? 0 : found->right;
+}
+
 bool EntersTransactions(std::string_view screen, std::string_view mode) {
   return std::any_of(kCommands.begin(), kCommands.end(), [&](const MainCommand& command) {
     return command.transactions && command.screen == screen && (mode.empty() || command.mode == mode);

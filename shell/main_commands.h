@@ -24,6 +24,9 @@ struct MainCommand {
 // In menu order.
 std::span<const MainCommand> MainCommands();
 
+// The right that a command asks for, by either of its names; 0 = none, or no such command.
+int RightOfCommand(std::string_view control);
+
 // True when the screen, in this mode, enters or changes transactions.
 bool EntersTransactions(std::string_view screen, std::string_view mode);
 

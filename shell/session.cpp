@@ -28,7 +28,7 @@ bool Session::MayUse(int right) const {
 
 bool Session::MayUse(int right, bool security_on) const {
   if (!security_on || right == 0) return true;
-  if (right == kAdministrator) return user_->bLoggedIn && user_->sGroup == "Administrator";
+  if (right == kAdministrator) return user_->IsAdministrator();
   return user_->bLoggedIn && user_->IsSecurityOff(right);
 }
 

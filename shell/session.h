@@ -13,6 +13,7 @@
 #include "core/file_system.h"
 #include "core/message_boxes.h"
 #include "core/period.h"
+#include "core/print_document.h"
 #include "core/workstation.h"
 #include "shell/suite.h"
 
@@ -44,6 +45,7 @@ struct Ports {
   const Registry* registry = nullptr;  // null where there are no earlier settings to take over
   Machine* machine = nullptr;          // null where nobody asks about the machine
   HelpViewer* help = nullptr;          // null where the platform shows no help files
+  DocumentPrinter* printer = nullptr;  // null where the face cannot print
 };
 
 enum class SessionChange {
@@ -52,6 +54,7 @@ enum class SessionChange {
   kPosted,   // a transaction was posted, changed or removed
   kPrinter,  // the current printer
   kSwitch,   // the transactions switch
+  kScreenClosed,  // a screen was closed
 };
 
 // Told what has changed, after the change.
@@ -74,6 +77,7 @@ class Session {
   Workstation& TheWorkstation() const { return ports_.workstation; }
   Machine* TheMachine() const { return ports_.machine; }
   HelpViewer* Help() const { return ports_.help; }
+  DocumentPrinter* Documents() const { return ports_.printer; }
   Suite& TheSuite() const { return *suite_; }
   RunState& Run() { return run_; }
   const ProgramVersion& Version() const { return version_; }
@@ -95,8 +99,8 @@ class Session {
   // bank_select.h does.
   void SetBank(std::string_view code, std::string_view name);
 
-  // True when the current user may use the right (rights.h): always while security is off, never for a login
-  // that is not among the users.
+  // True when the current user may use the right (rights.h; 0 asks for none, kAdministrator for the group):
+  // always while security is off, never for a login that is not among the users.
   bool MayUse(int right) const;
   // The same for a caller that has asked the suite already whether security is on.
   bool MayUse(int right, bool security_on) const;

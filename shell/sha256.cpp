@@ -1,22 +1,45 @@
 #include "shell/sha256.h"
 
-#include <openssl/sha.h>
+#include <openssl/evp.h>
 
 #include <array>
 
 namespace tallwick {
 
-std::string Sha256Hex(std::string_view bytes) {
-  std::array<unsigned char, SHA256_DIGEST_LENGTH> digest{};
-  SHA256(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size(), digest.data());
+struct Sha256::State {
+  EVP_MD_CTX* context = EVP_MD_CTX_new();
+};
+
+Sha256::Sha256() : state_(std::make_unique<State>()) {
+  EVP_DigestInit_ex(state_->context, EVP_sha256(), nullptr);
+}
+
+Sha256::~Sha256() {
+  EVP_MD_CTX_free(state_->context);
+}
+
+void Sha256::Add(std::string_view bytes) {
+  EVP_DigestUpdate(state_->context, bytes.data(), bytes.size());
+}
+
+std::string Sha256::Hex() {
+  std::array<unsigned char, EVP_MAX_MD_SIZE> digest{};
+  unsigned int length = 0;
+  EVP_DigestFinal_ex(state_->context, digest.data(), &length);
   constexpr std::string_view kDigits = "0123456789ABCDEF";
   std::string hex;
-  hex.reserve(2 * digest.size());
-  for (unsigned char byte : digest) {
-    hex += kDigits[byte >> 4];
-    hex += kDigits[byte & 15];
+  hex.reserve(std::size_t{2} * length);
+  for (unsigned int i = 0; i < length; ++i) {
+    hex += kDigits[digest[i] >> 4];
+    hex += kDigits[digest[i] & 15];
   }
   return hex;
+}
+
+std::string Sha256Hex(std::string_view bytes) {
+  Sha256 digest;
+  digest.Add(bytes);
+  return digest.Hex();
 }
 
 }  // namespace tallwick

@@ -9,6 +9,8 @@
 #include <QPlainTextEdit>
 #include <QSignalBlocker>
 #include <QTextBrowser>
+#include <QTreeWidget>
+#include <algorithm>
 
 #include "ui/register_view.h"
 #include "ui/rtf_text.h"
@@ -111,7 +113,9 @@ class BoundCombo : public BoundWidget {
     if (rows_ != control.rows) {
       rows_ = control.rows;
       combo_.clear();
-      for (const std::string& row : rows_) combo_.addItem(QString::fromStdString(row));
+      QStringList items;
+      for (const std::string& row : rows_) items << QString::fromStdString(row);
+      combo_.addItems(items);
     }
     combo_.setCurrentIndex(control.selected - 1);
     const QString text = QString::fromStdString(control.text);
@@ -148,6 +152,58 @@ class BoundList : public BoundWidget {
  private:
   QListWidget& list_;
   std::vector<std::string> rows_;
+};
+
+// Rows with a check mark each; rows of a level stand below the last one of the level above.
+class BoundCheckList : public BoundWidget {
+ public:
+  BoundCheckList(QTreeWidget& tree, const Control& control, WidgetEvents& events) : tree_(tree) {
+    tree.setHeaderHidden(true);
+    tree.setColumnCount(1);
+    tree.setExpandsOnDoubleClick(false);
+    QObject::connect(&tree, &QTreeWidget::itemChanged, &tree, [&](const QTreeWidgetItem* item) {
+      const int row = item->data(0, Qt::UserRole).toInt();
+      events.RowMarked(control, row, item->checkState(0) == Qt::Checked);
+    });
+  }
+  void Show(const Control& control) override {
+    const QSignalBlocker quiet(tree_);
+    if (rows_ != control.rows || levels_ != control.levels) Build(control);
+    for (std::size_t row = 0; row < items_.size(); ++row) {
+      const Qt::CheckState state = control.marks[row] ? Qt::Checked : Qt::Unchecked;
+      if (items_[row]->checkState(0) != state) items_[row]->setCheckState(0, state);
+    }
+    tree_.viewport()->update();  // with its signals blocked the tree does not know
+    ShowState(tree_, control);
+  }
+  QWidget* Widget() const override { return &tree_; }
+
+ private:
+  void Build(const Control& control) {
+    rows_ = control.rows;
+    levels_ = control.levels;
+    tree_.clear();
+    items_.clear();
+    QTreeWidgetItem* parent = nullptr;
+    for (std::size_t row = 0; row < rows_.size(); ++row) {
+      const bool below = levels_[row] > 0 && parent != nullptr;
+      auto* item = below ? new QTreeWidgetItem(parent) : new QTreeWidgetItem(&tree_);
+      item->setText(0, QString::fromStdString(rows_[row]));
+      item->setData(0, Qt::UserRole, static_cast<int>(row) + 1);
+      item->setCheckState(0, Qt::Unchecked);
+      if (!below) parent = item;
+      items_.push_back(item);
+    }
+    const bool is_tree = std::any_of(levels_.begin(), levels_.end(), [](int level) { return level > 0; });
+    tree_.setRootIsDecorated(is_tree);
+    if (is_tree) tree_.expandAll();
+    if (tree_.topLevelItemCount() > 0) tree_.setCurrentItem(tree_.topLevelItem(0));
+  }
+
+  QTreeWidget& tree_;
+  std::vector<std::string> rows_;
+  std::vector<int> levels_;
+  std::vector<QTreeWidgetItem*> items_;  // by row; the tree owns them
 };
 
 // Push buttons, tool buttons, check boxes and options. A push button may stand for a menu command too.
@@ -252,6 +308,8 @@ std::unique_ptr<BoundWidget> BindWidget(QObject& object, const Control& control,
     return std::make_unique<BoundCombo>(*combo, control, events);
   if (auto* list = qobject_cast<QListWidget*>(&object))
     return std::make_unique<BoundList>(*list, control, events);
+  if (auto* tree = qobject_cast<QTreeWidget*>(&object))
+    return std::make_unique<BoundCheckList>(*tree, control, events);
   if (auto* button = qobject_cast<QAbstractButton*>(&object)) {
     return std::make_unique<BoundButton>(*button, control, events);
   }

@@ -17,7 +17,8 @@ class WidgetEvents {
   virtual void TextTyped(const Control& control, const QString& text) = 0;
   virtual void CheckSet(const Control& control, int value) = 0;
   virtual void RowChosen(const Control& control, int row) = 0;  // from 1
-  virtual void RowTaken(const Control& control) = 0;            // the row chosen was double-clicked
+  virtual void RowMarked(const Control& control, int row, bool checked) = 0;
+  virtual void RowTaken(const Control& control) = 0;  // the row chosen was double-clicked
   virtual void Clicked(const Control& control) = 0;
   virtual void CommandGiven(const QString& control_name) = 0;
 };

@@ -82,6 +82,7 @@ void Desktop::ScreenClosed(ScreenHost& host) {
   std::erase_if(closed_, [](const auto& one) { return one.isNull(); });
   closed_.emplace_back(found->release())->deleteLater();
   hosts_.erase(found);
+  TheSession().NotifyChanged(SessionChange::kScreenClosed);
   if (is_main && CloseOthers()) {
     emit Ended();
   } else if (is_main) {

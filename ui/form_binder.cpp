@@ -214,6 +214,14 @@ void FormBinder::RowChosen(const Control& control, int row) {
   Show(control);
 }
 
+void FormBinder::RowMarked(const Control& control, int row, bool checked) {
+  {
+    const Running running(*this);
+    form_.Mark(control.name, row, checked);
+  }
+  Show(control);
+}
+
 void FormBinder::Clicked(const Control& control) {
   {
     const Running running(*this);

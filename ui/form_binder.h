@@ -76,6 +76,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void TextTyped(const Control& control, const QString& text) override;
   void CheckSet(const Control& control, int value) override;
   void RowChosen(const Control& control, int row) override;
+  void RowMarked(const Control& control, int row, bool checked) override;
   void RowTaken(const Control& control) override;
   void Clicked(const Control& control) override;
   void CommandGiven(const QString& control_name) override;

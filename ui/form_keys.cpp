@@ -44,6 +44,7 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   } else if (IsRegister(control)) {
     keys << tr("Enter to the entry") << tr("Ctrl+F find");
   }
+  if (control != nullptr && control->kind == ControlKind::kCheckList) keys << tr("Space check or clear");
   if (control != nullptr && HasCalendar(*control)) keys << tr("F2 calendar");
   if (widget.property("lookUp").toBool()) keys << tr("F4 look-up");
   if (!widget.whatsThis().isEmpty()) keys << tr("F1 help");

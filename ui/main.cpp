@@ -8,6 +8,7 @@
 #include "shell/machine.h"
 #include "shell/registry.h"
 #include "ui/desktop.h"
+#include "ui/document_printer.h"
 #include "ui/folder_suite.h"
 #include "ui/qt_help_viewer.h"
 #include "ui/qt_message_boxes.h"
@@ -93,8 +94,9 @@ int RunDesktop(const QCommandLineParser& parser) {
   MessageBoxes& boxes = parser.isSet("no-boxes") ? static_cast<MessageBoxes&>(printed_boxes) : shown_boxes;
   const std::unique_ptr<Registry> registry = UserRegistry(SystemFileSystem());
   QtHelpViewer help;
+  QtDocumentPrinter printer(boxes);
   Desktop desktop({boxes, SystemFileSystem(), SystemClock(), SystemWorkstation(), registry.get(),
-                   &SystemMachine(), &help});
+                   &SystemMachine(), &help, &printer});
   QObject::connect(&desktop, &Desktop::Ended, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   QObject::connect(&instance, &SingleInstance::ShowAsked, &desktop, [&] {
     BringToFront(desktop);

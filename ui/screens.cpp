@@ -11,6 +11,8 @@
 #include "ui/posting_windows.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
+#include "ui/users_window.h"
+#include "ui/view_log_window.h"
 #include "ui_about.h"
 #include "ui_bank_select.h"
 #include "ui_check_post.h"
@@ -42,6 +44,8 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},
     {"frmEditVouchersPost", MakeVoucherWindow},
+    {"frmEditUsers", MakeUsersWindow},
+    {"frmViewLog", MakeViewLogWindow},
 };
 
 // A status bar's property "panels" lists its labels from left to right; the first takes the room that is

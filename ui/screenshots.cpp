@@ -106,6 +106,8 @@ class Photographer {
     Take("frmHelp", "help");
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
+    TakeUsers();
+    TakeAuditViewer();
     return failed_ ? 1 : 0;
   }
 
@@ -168,6 +170,28 @@ class Photographer {
     form.Change("txtCheckFileNumber", "");
     form.Click("cmdOk");
     Take("frmEditChecksPost", "check-posting-refused");
+  }
+
+  void TakeUsers() {
+    desktop_.OpenScreen("frmEditUsers", {});
+    ScreenHost* host = desktop_.Find("frmEditUsers");
+    if (host == nullptr) return;
+    if (host->TheForm().Find("lstUsers")->rows.size() >= 3) host->TheForm().Choose("lstUsers", 3);
+    Take("frmEditUsers", "users");
+  }
+
+  void TakeAuditViewer() {
+    desktop_.OpenScreen("frmViewLog", {});
+    ScreenHost* host = desktop_.Find("frmViewLog");
+    if (host == nullptr) return;
+    Form& form = host->TheForm();
+    form.SetCheck("optOrder", 1, 2);
+    Take("frmViewLog", "audit-viewer");
+    form.Change("cboLogin", "davis");
+    form.Mark("lstTXCode", 4, true);
+    form.Mark("lstEntries", 6, true);
+    form.Click("cmdSearch");
+    Take("frmViewLog", "audit-viewer-search");
   }
 
   const ScreenshotOrder& order_;

@@ -31,9 +31,11 @@ int Demo(Office& office, const DemoArguments& arguments) {
     return kRefused;
   }
   const std::pair<const char*, int> kinds[] = {
-      {"banks", counts.banks},   {"users", counts.users},       {"files", arguments.files},
-      {"checks", counts.checks}, {"deposits", counts.deposits}, {"depositItems", counts.deposit_items},
-      {"wires", counts.wires},   {"vouchers", counts.vouchers}, {"notes", counts.notes}};
+      {"banks", counts.banks},       {"users", counts.users},
+      {"files", arguments.files},    {"checks", counts.checks},
+      {"deposits", counts.deposits}, {"depositItems", counts.deposit_items},
+      {"wires", counts.wires},       {"vouchers", counts.vouchers},
+      {"notes", counts.notes},       {"auditEntries", counts.audit_entries}};
   std::vector<std::vector<std::string>> rows;
   for (const auto& [kind, count] : kinds) {
     out.Set(kind, count);

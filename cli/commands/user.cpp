@@ -1,34 +1,32 @@
-// user: the suite's users, their rights and banks.
+// user: the suite's users, their rights and banks. Passwords are never printed; while security is on, only an
+// administrator changes users.
 #include "cli/commands/command.h"
 #include "cli/json_values.h"
-#include "cli/user_accounts.h"
 #include "core/text.h"
 #include "shell/clsSecurity.h"
 #include "shell/rights.h"
+#include "tables/users_table.h"
 
 namespace tallwick::cli {
 
 namespace {
 
 struct UserArguments {
-  UserAccount account;
+  std::string login;
+  std::optional<std::string> name;
+  std::optional<std::string> group;
+  std::optional<std::string> rights;
+  std::optional<std::vector<std::string>> banks;
+  std::optional<std::string> disabled;
+  std::optional<std::string> must_change;
   int right = 0;
+  int length = 10;
 };
 
-// The company's users, opened; empty after a message.
-std::unique_ptr<UserAccounts> OpenUsers(Office& office, int* status) {
-  Session* session = office.Open();
-  *status = session == nullptr ? office.Status() : kDone;
-  if (session == nullptr) return nullptr;
-  auto accounts = std::make_unique<UserAccounts>(session->Home());
-  if (accounts->Open()) return accounts;
-  office.Out().Fail("The users' tables could not be opened");
-  *status = kNoTables;
-  return nullptr;
-}
-
 int Failed(Office& office, std::string_view what, int code) {
-  office.Out().Fail(std::string(what) + ": " + std::string(engine::error4text(code)));
+  std::string why(engine::error4text(code));
+  if (code == engine::kErrorFieldValue) why = office.Open()->Data().LastFieldProblem().text;
+  office.Out().Fail(std::string(what) + ": " + why);
   return kRefused;
 }
 
@@ -37,69 +35,98 @@ int Unknown(Office& office, const std::string& login) {
   return kRefused;
 }
 
-// The record without the password, the group in clear.
-Json UserJson(UserAccounts& accounts) {
-  UsersTable& users = accounts.Users();
+// The company, for a command that changes users. Null after a message, with the status to end with.
+Session* OpenForChange(Office& office, int* status) {
+  Session* session = office.Open();
+  *status = session == nullptr ? office.Status() : kDone;
+  if (session == nullptr || session->MayUse(kAdministrator)) return session;
+  office.Out().Fail("Only an administrator may change users");
+  *status = kRefused;
+  return nullptr;
+}
+
+// The record without the password.
+Json RecordWithoutPassword(UsersTable& users) {
   Json fields =
       RecordJson(users.Data(), users.Handle(), users.Data().FieldList(users.Handle()), Trimming::kBoth);
   fields.erase("PASSWORD");
   return fields;
 }
 
-int ShowUser(Office& office, UserAccounts& accounts) {
-  const UserRecord user = accounts.Users().Read();
-  const Json fields = UserJson(accounts);
-  const std::vector<std::string> banks = accounts.BanksOf(user);
+int ShowUser(Office& office, const TableHome& home, const std::string& login) {
+  const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(home, login);
+  UsersTable users(home);
+  if (!user || users.Open() <= 0 || !users.SeekLogin(login)) return Unknown(office, login);
+  const Json fields = RecordWithoutPassword(users);
   office.Out().Set("fields", fields);
-  office.Out().Set("group", GroupOf(user));
-  office.Out().Set("banks", banks);
+  office.Out().Set("group", user->sGroup);
+  office.Out().Set("banks", user->sBankCodes);
   office.Out().Line(FieldLines(fields));
-  office.Out().Line("group " + GroupOf(user));
-  for (const std::string& bank : banks) office.Out().Line("bank " + bank);
+  office.Out().Line("group " + user->sGroup);
+  for (const std::string& bank : user->sBankCodes) office.Out().Line("bank " + bank);
   return kDone;
 }
 
+void Take(const UserArguments& arguments, clsSecurity& user) {
+  if (arguments.name) user.sUserName = *arguments.name;
+  if (arguments.group) user.sGroup = *arguments.group;
+  if (arguments.rights) user.sSecurity = *arguments.rights;
+  if (arguments.banks) user.sBankCodes = *arguments.banks;
+  if (arguments.disabled) user.iDisabled = *arguments.disabled == "on" ? 1 : 0;
+  if (arguments.must_change) user.iMustChange = *arguments.must_change == "on" ? 1 : 0;
+}
+
+int Save(Office& office, Session& session, clsSecurity& user) {
+  const int code = user.SaveUserSecurity(session.Home(), session.TheClock().Now());
+  return code != 0 ? Failed(office, "The user was not saved", code)
+                   : ShowUser(office, session.Home(), user.osLogin);
+}
+
 int Add(Office& office, const UserArguments& arguments) {
-  if (Trim(arguments.account.login).empty()) {
+  if (Trim(arguments.login).empty()) {
     office.Out().Fail("LOGIN is missing. Please name the user.");
     return kRefused;
   }
   int status = kDone;
-  const std::unique_ptr<UserAccounts> accounts = OpenUsers(office, &status);
-  if (!accounts) return status;
-  const UserAccount& account = arguments.account;
-  if (accounts->Users().SeekLogin(account.login)) {
-    office.Out().Fail("There is a user " + Quoted(account.login) + " already");
+  Session* session = OpenForChange(office, &status);
+  if (session == nullptr) return status;
+  if (!clsSecurity::IsLoginUnique(session->Home(), arguments.login, 0)) {
+    office.Out().Fail("There is a user " + Quoted(arguments.login) + " already");
     return kRefused;
   }
-  if (const int code = accounts->Save(account, office.TheClock().Now()); code != 0) {
-    if (code != engine::kErrorFieldValue) return Failed(office, "The user was not added", code);
-    office.Out().Fail(accounts->Users().Data().LastFieldProblem().text);
-    return kRefused;
-  }
-  return accounts->Users().SeekLogin(account.login) ? ShowUser(office, *accounts)
-                                                    : Unknown(office, account.login);
+  clsSecurity user;
+  user.osLogin = arguments.login;
+  Take(arguments, user);
+  return Save(office, *session, user);
+}
+
+int Set(Office& office, const UserArguments& arguments) {
+  int status = kDone;
+  Session* session = OpenForChange(office, &status);
+  if (session == nullptr) return status;
+  std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
+  if (!user) return Unknown(office, arguments.login);
+  Take(arguments, *user);
+  return Save(office, *session, *user);
 }
 
 int Show(Office& office, const UserArguments& arguments) {
-  int status = kDone;
-  const std::unique_ptr<UserAccounts> accounts = OpenUsers(office, &status);
-  if (!accounts) return status;
-  const std::string& login = arguments.account.login;
-  return accounts->Users().SeekLogin(login) ? ShowUser(office, *accounts) : Unknown(office, login);
+  Session* session = office.Open();
+  return session == nullptr ? office.Status() : ShowUser(office, session->Home(), arguments.login);
 }
 
 int List(Office& office) {
-  int status = kDone;
-  const std::unique_ptr<UserAccounts> accounts = OpenUsers(office, &status);
-  if (!accounts) return status;
+  Session* session = office.Open();
+  if (session == nullptr) return office.Status();
   Json list = Json::array();
   std::vector<std::vector<std::string>> rows;
-  UsersTable& users = accounts->Users();
-  for (bool found = users.Top("LOGIN"); found; found = users.Skip()) {
+  UsersTable users(session->Home());
+  const bool open = users.Exists() && users.Open() > 0;
+  for (bool found = open && users.Top("LOGIN"); found; found = users.Skip()) {
     const UserRecord user = users.Read();
-    list.push_back(UserJson(*accounts));
-    rows.push_back({user.login, user.name, GroupOf(user), user.disabled != 0 ? "disabled" : ""});
+    list.push_back(RecordWithoutPassword(users));
+    rows.push_back({user.login, user.name, clsSecurity::GroupOfDigest(user.group),
+                    user.disabled != 0 ? "disabled" : ""});
   }
   office.Out().Set("users", list);
   office.Out().Line(TextTable({"Login", "Name", "Group", ""}, "<<<<", rows));
@@ -107,30 +134,28 @@ int List(Office& office) {
 }
 
 int Delete(Office& office, const UserArguments& arguments) {
-  const std::string& login = arguments.account.login;
   int status = kDone;
-  const std::unique_ptr<UserAccounts> accounts = OpenUsers(office, &status);
-  if (!accounts) return status;
-  if (EqualsIgnoreCase(Trim(login), Trim(office.Options().user))) {
-    office.Boxes().Critical("User Delete", "You cannot delete your own account.");
+  Session* session = OpenForChange(office, &status);
+  if (session == nullptr) return status;
+  const int code =
+      clsSecurity::DeleteUserSecurity(session->Home(), arguments.login, session->TheSuite().Login());
+  if (code == engine::kNoRecord) return Unknown(office, arguments.login);
+  if (code == kOwnAccount) {
     office.Out().Fail("The user was not deleted");
     return kRefused;
   }
-  const int code = accounts->Delete(login);
-  if (code == engine::kNoRecord) return Unknown(office, login);
   if (code != 0) return Failed(office, "The user was not deleted", code);
-  office.Out().Set("deleted", login);
-  office.Out().Line("deleted " + login);
+  office.Out().Set("deleted", arguments.login);
+  office.Out().Line("deleted " + arguments.login);
   return kDone;
 }
 
 int TestRight(Office& office, const UserArguments& arguments) {
   Session* session = office.Open();
   if (session == nullptr) return office.Status();
-  clsSecurity user;
-  if (!user.LoadUserSecurity(session->Home(), arguments.account.login))
-    return Unknown(office, arguments.account.login);
-  const bool granted = user.IsSecurityOff(arguments.right);
+  const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
+  if (!user) return Unknown(office, arguments.login);
+  const bool granted = user->IsSecurityOff(arguments.right);
   office.Out().Set("granted", granted);
   office.Out().Line(granted ? "granted" : "not granted");
   return kDone;
@@ -138,14 +163,34 @@ int TestRight(Office& office, const UserArguments& arguments) {
 
 int ResetPasswords(Office& office) {
   int status = kDone;
-  const std::unique_ptr<UserAccounts> accounts = OpenUsers(office, &status);
-  if (!accounts) return status;
+  Session* session = OpenForChange(office, &status);
+  if (session == nullptr) return status;
   int count = 0;
-  const int code = accounts->ResetPasswords(&count);
+  const int code = clsSecurity::ForcePasswordResets(session->Home(), &count);
   if (code != 0) return Failed(office, "The passwords were not reset", code);
   office.Out().Set("users", count);
   office.Out().Line(std::to_string(count) + " users must choose a new password");
   return kDone;
+}
+
+int GeneratePassword(Office& office, const UserArguments& arguments) {
+  const std::string password = PasswordGenerator(arguments.length, office.TheClock());
+  office.Out().Set("password", password);
+  office.Out().Line(password);
+  return kDone;
+}
+
+// The options that say what a user is; a new user must have the first two.
+void AddUserOptions(CLI::App* command, UserArguments& arguments, bool required) {
+  command->add_option("--name", arguments.name, "Full name")->required(required);
+  command->add_option("--group", arguments.group, "Administrator, Power User or User")
+      ->required(required)
+      ->check(CLI::IsMember({"Administrator", "Power User", "User"}));
+  command->add_option("--rights", arguments.rights, "One character per right number, 0 = granted");
+  command->add_option("--banks", arguments.banks, "Bank codes, parted by commas")->delimiter(',');
+  command->add_option("--disabled", arguments.disabled, "on or off")->check(CLI::IsMember({"on", "off"}));
+  command->add_option("--must-change", arguments.must_change, "on: a new password at the next login")
+      ->check(CLI::IsMember({"on", "off"}));
 }
 
 }  // namespace
@@ -154,26 +199,23 @@ void AddUserCommands(CLI::App& app, Action& chosen) {
   CLI::App* user = app.add_subcommand("user", "The suite's users and their rights");
   user->require_subcommand(1);
   auto arguments = std::make_shared<UserArguments>();
-  UserAccount& account = arguments->account;
   const auto add = [&](const char* name, const char* what, int (*run)(Office&, const UserArguments&)) {
     CLI::App* command = user->add_subcommand(name, what);
-    command->add_option("LOGIN", account.login)->required();
+    command->add_option("LOGIN", arguments->login)->required();
     Choose(command, chosen, arguments, run);
     return command;
   };
-  CLI::App* new_user = add("add", "Adds a user", Add);
-  new_user->add_option("--name", account.name, "Full name")->required();
-  new_user->add_option("--group", account.group, "Administrator, Power User or User")
-      ->required()
-      ->check(CLI::IsMember({"Administrator", "Power User", "User"}));
-  new_user->add_option("--rights", account.rights, "One character per right number, 0 = granted");
-  new_user->add_option("--banks", account.banks, "Bank codes, parted by commas")->delimiter(',');
+  AddUserOptions(add("add", "Adds a user", Add), *arguments, true);
+  AddUserOptions(add("set", "Changes a user; what is not named stays", Set), *arguments, false);
   add("show", "A user's record and banks", Show);
   add("delete", "Deletes a user", Delete);
   add("right", "Whether a user may use a right", TestRight)->add_option("N", arguments->right)->required();
   Choose(user->add_subcommand("list", "Every user"), chosen, List);
   Choose(user->add_subcommand("reset-passwords", "Makes every user choose a new password"), chosen,
          ResetPasswords);
+  CLI::App* generate = user->add_subcommand("generate-password", "Prints a random password");
+  generate->add_option("LENGTH", arguments->length, "Characters (10 unless said)")->check(CLI::Range(1, 200));
+  Choose(generate, chosen, arguments, GeneratePassword);
 }
 
 }  // namespace tallwick::cli

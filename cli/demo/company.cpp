@@ -61,15 +61,26 @@ AgentRecord Agent() {
   return agent;
 }
 
-std::vector<UserAccount> Users() {
+clsSecurity User(std::string login, std::string name, std::string group, std::string rights,
+                 std::vector<std::string> banks) {
+  clsSecurity user;
+  user.osLogin = std::move(login);
+  user.sUserName = std::move(name);
+  user.sGroup = std::move(group);
+  user.sSecurity = std::move(rights);
+  user.sBankCodes = std::move(banks);
+  return user;
+}
+
+std::vector<clsSecurity> Users() {
   // Right 56 is voiding, 55 reconciling, 54 purging.
   const std::string no_voids = std::string(53, '0') + "111";
   const std::string no_purge = std::string(53, '0') + "1";
-  return {{"ADMIN", "Ruth Lindqvist", "Administrator", "", {"FNT", "LSB", "HCB"}},
-          {"JKELLER", "Joan M. Keller", "Power User", "", {"FNT", "LSB", "HCB"}},
-          {"RDAVIS", "Robert L. Davis", "User", no_purge, {"FNT", "LSB"}},
-          {"TSZABO", "Tamás B. Szabo", "User", no_voids, {"FNT"}},
-          {"AOKAFOR", "Amara Okafor", "User", no_voids, {"LSB", "HCB"}}};
+  return {User("ADMIN", "Ruth Lindqvist", "Administrator", "", {"FNT", "LSB", "HCB"}),
+          User("JKELLER", "Joan M. Keller", "Power User", "", {"FNT", "LSB", "HCB"}),
+          User("RDAVIS", "Robert L. Davis", "User", no_purge, {"FNT", "LSB"}),
+          User("TSZABO", "Tamás B. Szabo", "User", no_voids, {"FNT"}),
+          User("AOKAFOR", "Amara Okafor", "User", no_voids, {"LSB", "HCB"})};
 }
 
 // Files are numbered within the year in which they are opened, and this office's year did not begin with the

@@ -14,8 +14,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/user_accounts.h"
 #include "core/date.h"
+#include "shell/clsSecurity.h"
 #include "tables/agent_table.h"
 #include "tables/bank_table.h"
 #include "tables/check_table.h"
@@ -36,7 +36,7 @@ struct DemoBank {
 
 struct DemoCompany {
   AgentRecord agent;
-  std::vector<UserAccount> users;
+  std::vector<clsSecurity> users;
   std::vector<DemoBank> banks;
   std::vector<NoteRecord> notes;
 };

@@ -1,5 +1,6 @@
 #include "cli/demo/writer.h"
 
+#include "cli/demo/audit_book.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
 
@@ -56,10 +57,8 @@ class Writer {
 };
 
 bool Writer::WriteUsers(const DemoCompany& company) {
-  UserAccounts accounts(session_.Home());
-  if (!accounts.Open()) return Done(engine::kErrorOpen);
-  for (const UserAccount& user : company.users) {
-    if (!Done(accounts.Save(user, session_.TheClock().Now()))) return false;
+  for (clsSecurity user : company.users) {
+    if (!Done(user.SaveUserSecurity(session_.Home(), session_.TheClock().Now()))) return false;
     ++counts_.users;
   }
   return true;
@@ -133,7 +132,9 @@ bool Writer::WriteVouchers(const DemoBank& bank, BankTables& tables) {
 }  // namespace
 
 int WriteDemoCompany(Session& session, const DemoCompany& company, DemoCounts* counts) {
-  return Writer(session, counts).Write(company);
+  const int code = Writer(session, counts).Write(company);
+  if (code == engine::kSuccess) counts->audit_entries = WriteDemoAudit(session, company);
+  return code;
 }
 
 }  // namespace tallwick::cli

@@ -128,7 +128,10 @@ Form* ScriptPlayer::Top() {
 }
 
 void ScriptPlayer::Sweep() {
-  std::erase_if(screens_, [](const std::unique_ptr<Screen>& screen) { return !screen->TheForm().IsOpen(); });
+  const auto closed = std::erase_if(
+      screens_, [](const std::unique_ptr<Screen>& screen) { return !screen->TheForm().IsOpen(); });
+  if (closed == 0) return;
+  if (Session* session = office_.Open()) session->NotifyChanged(SessionChange::kScreenClosed);
 }
 
 bool ScriptPlayer::RunOnScreen(const Step& step) {
@@ -151,6 +154,11 @@ bool ScriptPlayer::RunOnScreen(const Step& step) {
 
 Control* ScriptPlayer::Named(const ControlName& name) {
   Control* control = Top()->Find(name.name, name.index);
+  // Behind a check list the index is a row.
+  if (control == nullptr && name.index != 0) {
+    Control* list = Top()->Find(name.name);
+    if (list != nullptr && list->kind == ControlKind::kCheckList) control = list;
+  }
   if (control == nullptr) Fail(Top()->Name() + " has no control " + ControlText(name.name, name.index));
   return control;
 }
@@ -178,10 +186,10 @@ bool FitsKind(Verb verb, ControlKind kind) {
       return IsTyped(kind);
     case Verb::kCheck:
     case Verb::kUncheck:
-      return kind == ControlKind::kCheck || kind == ControlKind::kOption;
+      return kind == ControlKind::kCheck || kind == ControlKind::kOption || kind == ControlKind::kCheckList;
     case Verb::kChoose:
       return kind == ControlKind::kList || kind == ControlKind::kCombo || kind == ControlKind::kGrid ||
-             kind == ControlKind::kOption;
+             kind == ControlKind::kOption || kind == ControlKind::kCheckList;
     default:
       return kind == ControlKind::kButton || kind == ControlKind::kMenu;
   }
@@ -206,6 +214,7 @@ bool ScriptPlayer::RunOnControl(const Step& step) {
   Form& form = *Top();
   const std::string& name = control->name;
   const int index = control->index;
+  if (control->kind == ControlKind::kCheckList && step.verb != Verb::kChoose) return MarkRow(step, *control);
   switch (step.verb) {
     case Verb::kSet:
       form.Change(name, step.text, index);
@@ -225,6 +234,14 @@ bool ScriptPlayer::RunOnControl(const Step& step) {
         form.Click(name, index);
       return true;
   }
+}
+
+bool ScriptPlayer::MarkRow(const Step& step, const Control& list) {
+  const int row = step.controls.front().index;
+  if (row < 1 || static_cast<std::size_t>(row) > list.rows.size())
+    return Fail(list.name + " has " + std::to_string(list.rows.size()) + " rows");
+  Top()->Mark(list.name, row, step.verb == Verb::kCheck);
+  return true;
 }
 
 bool ScriptPlayer::SelectOption(const Step& step, const Control& control) {
@@ -247,7 +264,7 @@ bool ScriptPlayer::Show(const Step& step) {
     const Control* rows = control == nullptr && name.index != 0 ? Top()->Find(name.name) : nullptr;
     const bool has_rows =
         rows != nullptr && (rows->kind == ControlKind::kList || rows->kind == ControlKind::kCombo ||
-                            rows->kind == ControlKind::kGrid);
+                            rows->kind == ControlKind::kGrid || rows->kind == ControlKind::kCheckList);
     if (control == nullptr && !has_rows) return Named(name) != nullptr;
     tell_(control != nullptr ? ControlLine(*control) : RowLine(*rows, name.index));
   }

@@ -40,6 +40,7 @@ class ScriptPlayer : private ScreenOpener {
   bool RunOnControl(const Step& step);
   bool OpenStep(const Step& step);
   bool Show(const Step& step);
+  bool MarkRow(const Step& step, const Control& list);
   bool SelectOption(const Step& step, const Control& control);
   bool Fail(std::string why);
   // The control a step names on the topmost screen; null after Fail.

@@ -5,7 +5,8 @@
 //   answer OK|Cancel|Yes|No|Retry
 //   open SCREEN [MODE]                 close
 //   set CONTROL[(INDEX)] VALUE         VALUE is the rest of the line as it stands, and may be empty
-//   check CONTROL   uncheck CONTROL    choose CONTROL[(INDEX)] [ROW]
+//   check CONTROL   uncheck CONTROL    of a check list CONTROL(ROW)
+//   choose CONTROL[(INDEX)] [ROW]
 //   click CONTROL   menu CONTROL       key NAME         leave
 //   show CONTROL[(INDEX)]...
 //

@@ -1,5 +1,7 @@
 #include "cli/drive/transcript.h"
 
+#include <algorithm>
+
 #include "cli/drive/script.h"
 
 namespace tallwick::cli {
@@ -58,10 +60,12 @@ std::size_t RowCount(const Control& control) {
 
 std::string ControlLine(const Control& control) {
   std::string line = ControlText(control.name, control.index) + " = ";
-  const bool rows = control.kind == ControlKind::kList || control.kind == ControlKind::kGrid;
-  if (control.kind != ControlKind::kGrid)
-    line += QuotedText(ShowsCaption(control) ? control.caption : control.text);
+  const bool has_text = control.kind != ControlKind::kGrid && control.kind != ControlKind::kCheckList;
+  const bool rows = control.kind == ControlKind::kList || !has_text;
+  if (has_text) line += QuotedText(ShowsCaption(control) ? control.caption : control.text);
   if (rows) line += (line.back() == ' ' ? "" : " ") + std::to_string(RowCount(control)) + " rows";
+  if (control.kind == ControlKind::kCheckList)
+    line += ", " + std::to_string(std::count(control.marks.begin(), control.marks.end(), true)) + " checked";
   line += CheckedWord(control);
   if (!control.enabled) line += " (disabled)";
   if (!control.visible) line += " (hidden)";
@@ -72,7 +76,10 @@ std::string RowLine(const Control& control, int row) {
   const std::string name = ControlText(control.name, row) + " = ";
   const std::size_t place = static_cast<std::size_t>(row) - 1;
   if (row < 1 || place >= RowCount(control)) return name + "no row";
-  if (!control.source) return name + QuotedText(control.rows[place]);
+  const bool marked = control.kind == ControlKind::kCheckList;
+  if (!control.source)
+    return name + QuotedText(control.rows[place]) +
+           (marked ? control.marks[place] ? " (checked)" : " (unchecked)" : "");
   std::string cells;
   for (const std::string& cell : control.source->Row(place)) cells += (cells.empty() ? "" : " | ") + cell;
   return name + QuotedText(cells);

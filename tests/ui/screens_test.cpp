@@ -11,6 +11,7 @@
 #include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QTreeWidget>
 
 #include "tests/support/office.h"
 #include "ui/desktop.h"
@@ -261,6 +262,43 @@ TEST_F(ScreensTest, EveryScreenShowsItsControlsAndFitsASmallLaptop) {
     ExpectReadingOrder(window);
   }
   EXPECT_GT(looked_at, 30);
+}
+
+TEST_F(ScreensTest, RightsAreCheckedAtTheKeyboard) {
+  Get<QAction>(kMain, "mnuToolsUsers")->trigger();
+  ASSERT_NE(desktop_->Find("frmEditUsers"), nullptr);
+  Window("frmEditUsers").activateWindow();
+  auto* rights = Get<QTreeWidget>("frmEditUsers", "lstRights");
+  ASSERT_EQ(rights->topLevelItemCount(), 9);
+  rights->setFocus(Qt::TabFocusReason);
+  rights->setCurrentItem(rights->topLevelItem(1));
+  QTest::keyClick(rights, Qt::Key_Space);
+  // The form took the heading's command with it, and the tree shows so.
+  Form& form = desktop_->Find("frmEditUsers")->TheForm();
+  EXPECT_EQ(rights->topLevelItem(1)->checkState(0), Qt::Unchecked);
+  EXPECT_EQ(rights->topLevelItem(1)->child(0)->checkState(0), Qt::Unchecked);
+  EXPECT_EQ(std::count(form.Find("lstRights")->marks.begin(), form.Find("lstRights")->marks.end(), false), 2);
+}
+
+TEST_F(ScreensTest, TheAuditViewerFindsWhatWasPosted) {
+  OpenBank();
+  SystemFileSystem().CreateFolder(office_.folder.Held("Logs\\FNB\\"));
+  office_.WriteFile(
+      "Logs\\FNB\\Audit_Trail.log",
+      "[DATE: Mar 04, 2024 @ 02:07:31 PM][TX: Post Check][REFERENCE: 1001][LOGIN: a][COMPUTER: b]\r\n"
+      "[ADD] 1001\r\n");
+  Get<QAction>(kMain, "mnuHelpAuditTrailViewer")->trigger();
+  ASSERT_NE(desktop_->Find("frmViewLog"), nullptr);
+  Window("frmViewLog").activateWindow();
+  auto* entries = Get<RegisterView>("frmViewLog", "grdEntries");
+  EXPECT_EQ(entries->Model().rowCount(), 1);
+  auto* from = Get<QLineEdit>("frmViewLog", "txtFrom");
+  from->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(from, "3/5/24");
+  QTest::keyClick(from, Qt::Key_Return);
+  EXPECT_EQ(from->text(), "03/05/2024");
+  EXPECT_EQ(entries->Model().rowCount(), 0);
+  EXPECT_TRUE(Get<QWidget>("frmViewLog", "fraGrids")->isHidden());
 }
 
 }  // namespace

@@ -1,0 +1,44 @@
+// Lays a document out on pages: long cells are broken into lines between words, a row stays whole where a
+// page can hold it, headings are repeated, and every page ends with "Page 1 of 3". All lengths are twips
+// (1/1440 inch), from the printable area's upper left corner.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "core/print_document.h"
+
+namespace tallwick {
+
+// Whoever draws tells how large texts are.
+class TextMeasure {
+ public:
+  virtual ~TextMeasure() = default;
+  virtual int Width(PrintStyle style, std::string_view text) const = 0;
+  virtual int LineHeight(PrintStyle style) const = 0;
+};
+
+struct PlacedText {
+  int x = 0;  // of the cell's left edge
+  int y = 0;  // of the line's upper edge
+  int width = 0;
+  char alignment = '<';
+  PrintStyle style = PrintStyle::kText;
+  std::string text;
+};
+
+struct PrintPage {
+  std::vector<PlacedText> texts;
+  std::vector<int> rules;  // heights of lines across the page
+};
+
+// At least one page.
+std::vector<PrintPage> LayOutPages(const PrintDocument& document, int width, int height,
+                                   const TextMeasure& measure);
+
+// The text in lines no wider than `width`; at least one. A word wider than that is broken within.
+std::vector<std::string> BreakLines(std::string_view text, int width, PrintStyle style,
+                                    const TextMeasure& measure);
+
+}  // namespace tallwick
