@@ -1,5 +1,6 @@
 #include "app/screen_catalogue.h"
 
+#include "maintenance/maintenance_screens.h"
 #include "posting/check_posting.h"
 #include "shell/bank_select.h"
 #include "shell/main_window.h"
@@ -33,11 +34,37 @@ std::unique_ptr<Form> MakeCheckPosting(Session& session, ScreenOpener&) {
   return form;
 }
 
+template <MaintenanceOperation operation>
+std::unique_ptr<Form> MakeMaintenance(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmMaintenance>(session, operation);
+}
+
+template <FrmDataCopy::Direction direction>
+std::unique_ptr<Form> MakeDataCopy(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmDataCopy>(session, direction);
+}
+
+template <class Screen>
+std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
+  return std::make_unique<Screen>(session);
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
     {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeCheckPosting},
+    {"frmCopyDatabases", "", false, 0, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
+    {"frmRestoreDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kRestore>},
+    {"frmMaintenance", "Rebuild & Reindex", false, kRightEscrowOffice,
+     MakeMaintenance<MaintenanceOperation::kRebuild>},
+    {"frmMaintenance", "Update Database Versions", false, kRightEscrowOffice,
+     MakeMaintenance<MaintenanceOperation::kUpdateVersions>},
+    {"frmMaintenance", "Pack Databases", false, kRightEscrowOffice,
+     MakeMaintenance<MaintenanceOperation::kPack>},
+    {"frmPurgeFiles", "", false, kRightPurgeFiles, MakePlain<FrmPurgeFiles>},
+    {"frmCheckXReference", "", true, kRightEscrowOffice, MakePlain<FrmCheckXReference>},
+    {"frmCheckDatabaseVersion", "", false, 0, MakePlain<FrmCheckDatabaseVersion>},
 };
 
 const Screen* FindScreen(std::string_view name, std::string_view mode) {

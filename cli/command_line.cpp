@@ -70,6 +70,7 @@ void AddCommands(CLI::App& app, Action& chosen) {
   AddFileCommand(app, chosen);
   AddLedgerCommand(app, chosen);
   AddUserCommands(app, chosen);
+  AddMaintenanceCommands(app, chosen);
   AddVerifyCommand(app, chosen);
   AddTableCommands(app, chosen);
   AddDriveCommand(app, chosen);

@@ -26,8 +26,10 @@ std::string RightKey(const Right& right);
 // Rights that this program tests.
 inline constexpr int kRightClearChecks = 49;
 inline constexpr int kRightClearDeposits = 50;
+inline constexpr int kRightEscrowOffice = 51;
 inline constexpr int kRightPostChecks = 52;
 inline constexpr int kRightPostDeposits = 53;
+inline constexpr int kRightPurgeFiles = 54;
 inline constexpr int kRightReconcile = 55;
 inline constexpr int kRightVoidChecks = 56;
 inline constexpr int kRightWires = 57;

@@ -7,11 +7,13 @@
 #include <QProcessEnvironment>
 #include <QTextStream>
 #include <QTimer>
+#include <deque>
 
 #include "core/system_ports.h"
 #include "shell/bank_select.h"
 #include "tables/bank_table.h"
 #include "ui/desktop.h"
+#include "ui/maintenance_pictures.h"
 
 namespace tallwick {
 namespace {
@@ -46,10 +48,17 @@ class PictureClock : public Clock {
   Date today_;
 };
 
-// Nobody sits here to answer.
+// Nobody sits here to answer: questions take the answers laid out, or the safe one.
 class QuietBoxes : public MessageBoxes {
  public:
+  std::deque<BoxAnswer> answers;
+
   BoxAnswer Show(const Box& box) override {
+    if (IsQuestion(box) && !answers.empty()) {
+      const BoxAnswer answer = answers.front();
+      answers.pop_front();
+      return answer;
+    }
     QTextStream(stderr) << QString::fromStdString(box.title + ": " + box.text) << Qt::endl;
     return SafeAnswer(box);
   }
@@ -85,6 +94,8 @@ class Photographer {
     if (banks.empty() || !SelectBank(desktop_.TheSession(), banks.front().code)) return 1;
     Take("frmMainEscrowAccounting", "main-window");
     TakeBankSelect();
+    TakeMaintenancePictures(desktop_, boxes_.answers,
+                            [this](std::string_view screen, const QString& name) { Take(screen, name); });
     TakeCheckPosting();
     return failed_ ? 1 : 0;
   }

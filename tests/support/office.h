@@ -60,7 +60,7 @@ class Office : public ScreenOpener {
   Office() { suite.data_path = folder.Held(); }
 
   StartUpOutcome Start() {
-    return StartUp({boxes, SystemFileSystem(), clock, workstation},
+    return StartUp({boxes, *files, clock, workstation},
                    [this] { return std::make_unique<FakeSuite>(suite); });
   }
   // Starts, and opens a bank FNB on month-and-year periods: March 2024, reconciled through January 2024.
@@ -97,6 +97,7 @@ class Office : public ScreenOpener {
   }
 
   TempFolder folder;
+  FileSystem* files = &SystemFileSystem();  // a test may put another in its place before it starts
   FakeClock clock;
   FakeWorkstation workstation;
   ScriptedBoxes boxes;
