@@ -2,7 +2,6 @@
 
 #include "core/text_format.h"
 #include "maintenance/maintained_table.h"
-#include "tables/agent_table.h"
 #include "tables/table_base.h"
 
 namespace tallwick {
@@ -20,15 +19,10 @@ bool AddTable(const Session& session, const MaintainedTable& table, std::string*
 }  // namespace
 
 bool SetupApplicationControlFile(Session& session) {
-  std::vector<MaintainedTable> tables = CompanyWideTables();
-  tables.push_back({&kAgentLayout, {}});
-  for (const std::string& code : EveryBankCode(session)) {
-    for (MaintainedTable& table : TablesOfBank(code)) tables.push_back(std::move(table));
-  }
   const ProgramVersion& version = session.Version();
   std::string text = "Version=" + VersionText(version.major, version.minor, version.revision) + "\r\n";
   bool whole = true;
-  for (const MaintainedTable& table : tables) whole = AddTable(session, table, &text) && whole;
+  for (const MaintainedTable& table : EveryTable(session)) whole = AddTable(session, table, &text) && whole;
   return session.Files().Write(session.DataPath() + "Escrow_Control.txt", text) && whole;
 }
 

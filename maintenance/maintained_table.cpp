@@ -61,6 +61,21 @@ std::vector<std::string> EveryBankCode(const Session& session) {
   return codes;
 }
 
+std::vector<MaintainedTable> EveryMaintainedTable(const Session& session) {
+  std::vector<MaintainedTable> tables = CompanyWideTables();
+  for (const std::string& code : EveryBankCode(session)) {
+    for (MaintainedTable& table : TablesOfBank(code)) tables.push_back(std::move(table));
+  }
+  return tables;
+}
+
+std::vector<MaintainedTable> EveryTable(const Session& session) {
+  std::vector<MaintainedTable> tables = EveryMaintainedTable(session);
+  tables.insert(tables.begin() + static_cast<std::ptrdiff_t>(CompanyWideTables().size()),
+                {&kAgentLayout, {}});
+  return tables;
+}
+
 std::string_view ReportName(const TableLayout& layout) {
   for (const Spelling& spelling : kSpellings) {
     if (spelling.layout == &layout) return spelling.name;

@@ -26,6 +26,11 @@ std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code);
 // out.
 std::vector<std::string> EveryBankCode(const Session& session);
 
+// All of them, in the order in which maintenance goes through them.
+std::vector<MaintainedTable> EveryMaintainedTable(const Session& session);
+// The same with the agent's table, which has no index and needs no maintenance.
+std::vector<MaintainedTable> EveryTable(const Session& session);
+
 // How reports spell a table: "Escrow_Banks"; of a bank's table the prefix, "Escrow_Checks_".
 std::string_view ReportName(const TableLayout& layout);
 // The layout of a table by its file's name without extension; null for a table that is not ours.

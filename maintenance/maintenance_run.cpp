@@ -60,7 +60,7 @@ class Walk {
   // The codes of the banks are read from the banks' table, which may be out of order until its turn is over.
   bool Run() {
     const std::vector<MaintainedTable> company = CompanyWideTables();
-    total_ = company.size() + TablesOfBank("").size() * EveryBankCode(session_).size();
+    total_ = EveryMaintainedTable(session_).size();
     for (const MaintainedTable& table : company) Process(table);
     for (const std::string& code : EveryBankCode(session_)) {
       for (const MaintainedTable& table : TablesOfBank(code)) Process(table);

@@ -3,6 +3,7 @@
 #include "core/text_format.h"
 #include "maintenance/copy_folder.h"
 #include "maintenance/data_copy.h"
+#include "maintenance/maintained_table.h"
 #include "maintenance/version_report.h"
 #include "maintenance/xref_check.h"
 #include "store/engine/codes.h"
@@ -12,6 +13,11 @@ namespace {
 
 std::string Count(int number) {
   return FormatNumber(static_cast<long long>(number), "###,##0");
+}
+
+// "1 closed file", "104 closed files".
+std::string Counted(std::size_t number, const std::string& what) {
+  return Count(static_cast<int>(number)) + " " + what + (number == 1 ? "" : "s");
 }
 
 }  // namespace
@@ -24,6 +30,7 @@ FrmMaintenance::FrmMaintenance(Session& session, MaintenanceOperation operation)
       tables_(std::make_shared<TextRows>(std::vector<std::string>{"Table", "Result"})) {
   SetFormCaption(std::string(OperationName(operation)));
   Add(ControlKind::kGrid, "grdTables", "Tables");
+  for (const MaintainedTable& table : EveryMaintainedTable(session)) tables_->Add({table.Name(), {}});
   SetSource("grdTables", tables_);
 }
 
@@ -37,11 +44,11 @@ void FrmMaintenance::OnOpen() {
     Close();
     return;
   }
-  SayStatus("The tables without the result 0 are as they were.");
+  SayStatus("Some tables could not be processed, and are as they were.");
 }
 
 void FrmMaintenance::Tell(std::string_view table, std::string_view result) {
-  tables_->Add({std::string(table), std::string(result)});
+  tables_->SetLast(table, result);
   RowsChanged("grdTables");
 }
 
@@ -85,9 +92,10 @@ void FrmCheckDatabaseVersion::OnOpen() {
     rows->Add({version.table.bank_code, version.text}, current ? "" : "stopped");
   }
   SetSource("grdVersions", rows);
-  SayStatus(others == 0 ? "All tables are current."
-                        : Count(others) + (others == 1 ? " table is" : " tables are") +
-                              " not current.  Use Update Database Versions of the File menu.");
+  SayStatus(others == 0
+                ? "All tables are current."
+                : Counted(static_cast<std::size_t>(others), "table") + (others == 1 ? " is" : " are") +
+                      " not current.  Use Update Database Versions of the File menu.");
 }
 
 // --- Cross-references ---
@@ -192,7 +200,7 @@ void FrmPurgeFiles::Find() {
 
 void FrmPurgeFiles::ShowFiles(std::vector<ClosedFile> files) {
   files_ = std::move(files);
-  auto rows = std::make_shared<TextRows>(std::vector<std::string>{"File", "Items", "Last period"});
+  auto rows = std::make_shared<TextRows>(std::vector<std::string>{"File", "Items", "Last period"}, 1);
   int items = 0;
   for (const ClosedFile& file : files_) {
     rows->Add({file.number, Count(file.items), LongForm(SplitKey(file.last_key))});
@@ -200,14 +208,14 @@ void FrmPurgeFiles::ShowFiles(std::vector<ClosedFile> files) {
   }
   SetSource("grdFiles", rows);
   SetCaption("lblResult", files_.empty() ? "No closed files."
-                                         : Count(static_cast<int>(files_.size())) + " closed files with " +
-                                               Count(items) + " checks, deposit items, wires and vouchers.");
+                                         : Counted(files_.size(), "closed file") + " with " + Count(items) +
+                                               " checks, deposit items, wires and vouchers.");
   SetEnabled("cmdOk", !files_.empty());
 }
 
 void FrmPurgeFiles::Purge() {
   const std::string question =
-      "Purge " + Count(static_cast<int>(files_.size())) + " files closed through " + LongForm(through_) +
+      "Purge " + Counted(files_.size(), "file") + " closed through " + LongForm(through_) +
       " ?\r\rTheir transactions are removed from every bank account, and can only come "
       "back from a copy of the data.";
   if (Boxes().Show({BoxIcon::kExclamation, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) !=
@@ -223,8 +231,8 @@ void FrmPurgeFiles::Purge() {
                                     std::to_string(code) + ").  Nothing has been changed.");
     return;
   }
-  Boxes().Inform("Purge Files Completed...",
-                 Count(static_cast<int>(files_.size())) + " escrow files have been purged...");
+  Boxes().Inform("Purge Files Completed...", Counted(files_.size(), "escrow file") +
+                                                 (files_.size() == 1 ? " has" : " have") + " been purged...");
   Close();
 }
 

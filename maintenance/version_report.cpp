@@ -1,6 +1,6 @@
 #include "maintenance/version_report.h"
 
-#include "tables/agent_table.h"
+#include "tables/table_base.h"
 
 namespace tallwick {
 namespace {
@@ -23,11 +23,7 @@ TableVersion ExamineVersion(const Session& session, const MaintainedTable& table
 }
 
 std::vector<TableVersion> ReportVersions(const Session& session, WorkProgress& progress) {
-  std::vector<MaintainedTable> tables = CompanyWideTables();
-  tables.push_back({&kAgentLayout, {}});
-  for (const std::string& code : EveryBankCode(session)) {
-    for (MaintainedTable& table : TablesOfBank(code)) tables.push_back(std::move(table));
-  }
+  const std::vector<MaintainedTable> tables = EveryTable(session);
   std::vector<TableVersion> versions;
   for (const MaintainedTable& table : tables) {
     progress.Show("Examining " + table.Name(), static_cast<std::int64_t>(versions.size()),

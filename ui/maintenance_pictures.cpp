@@ -8,7 +8,6 @@ namespace tallwick {
 namespace {
 
 constexpr int kLookEveryMs = 5;
-constexpr std::size_t kRowsShown = 9;  // of the tables processed
 
 using Take = std::function<void(std::string_view, const QString&)>;
 
@@ -42,7 +41,7 @@ bool HasStatus(Form& form, std::string_view start) {
 void TakeMaintenancePictures(Desktop& desktop, std::deque<BoxAnswer>& answers, const Take& take) {
   answers = {BoxAnswer::kNo, BoxAnswer::kOk};
   TakeFromWithin(desktop, "frmMaintenance", "Rebuild & Reindex", "maintenance", take,
-                 [](Form& form) { return form.Find("grdTables")->source->RowCount() >= kRowsShown; });
+                 [](Form& form) { return HasStatus(form, "Processing ESCROW_VOUCHERS"); });
   answers = {BoxAnswer::kOk};
   TakeFromWithin(desktop, "frmCopyDatabases", {}, "copy-databases", take,
                  [](Form& form) { return HasStatus(form, "Copying ESCROW"); });

@@ -177,7 +177,7 @@ void RegisterView::resizeEvent(QResizeEvent* event) {
 }
 
 void RegisterView::PlaceColumns() {
-  columns_placed_ = true;
+  columns_placed_ = model_->rowCount() > 0;  // an empty register does not know its widths yet
   QHeaderView* header = table_->horizontalHeader();
   const QByteArray kept = RememberedState(*this, "columns");
   if (!kept.isEmpty() && header->restoreState(kept)) return;

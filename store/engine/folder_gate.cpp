@@ -12,6 +12,13 @@ constexpr std::int64_t kMaxListBytes = std::int64_t{4} << 20;
 constexpr int kEnterTries = 100;
 constexpr int kEnterWaitMs = 2;
 
+std::string PathIn(const std::string& folder, std::string_view name) {
+  std::string path = folder;
+  path += '/';
+  path += name;
+  return path;
+}
+
 std::string Seal(std::string_view text) {
   std::uint64_t sum = 0xCBF29CE484222325U;
   for (char c : text) sum = (sum ^ static_cast<unsigned char>(c)) * 0x100000001B3U;
@@ -57,12 +64,12 @@ int Clear(File& file) {
 // Every step may have been taken before.
 int CarryOut(FileLayer& files, const std::string& folder, const FolderChange& change) {
   for (const std::string& name : change.removed) {
-    const std::string path = folder + "/" + name;
+    const std::string path = PathIn(folder, name);
     if (!files.Exists(path)) continue;
     if (const int rc = files.Remove(path); rc != kSuccess) return rc;
   }
   for (const std::string& name : change.replaced) {
-    const std::string path = folder + "/" + name;
+    const std::string path = PathIn(folder, name);
     if (!files.Exists(NewFileName(path))) continue;
     if (const int rc = files.Rename(NewFileName(path), path); rc != kSuccess) return rc;
   }
@@ -109,7 +116,7 @@ int FolderGate::Replace(const FolderChange& change) {
   int rc = static_cast<std::int64_t>(list.size()) > kMaxListBytes ? static_cast<int>(kErrorTooLarge)
                                                                   : static_cast<int>(kSuccess);
   for (const std::string& name : change.replaced) {
-    if (!files_.Exists(NewFileName(folder_ + "/" + name))) rc = kErrorRename;
+    if (!files_.Exists(NewFileName(PathIn(folder_, name)))) rc = kErrorRename;
   }
   // The names of the new files and of the gate must be there when the list is.
   if (rc == kSuccess) rc = files_.FlushFolder(folder_);
@@ -119,7 +126,7 @@ int FolderGate::Replace(const FolderChange& change) {
     // Where not even that can be written, the list may be whole: then it counts.
     unfinished_ = Clear(*file_) != kSuccess;
     if (unfinished_) return rc;
-    for (const std::string& name : change.replaced) files_.Remove(NewFileName(folder_ + "/" + name));
+    for (const std::string& name : change.replaced) files_.Remove(NewFileName(PathIn(folder_, name)));
     return rc;
   }
   unfinished_ = true;
@@ -130,7 +137,7 @@ int FolderGate::Replace(const FolderChange& change) {
 }
 
 int PassGate(FileLayer& files, const std::string& folder) {
-  const std::string path = folder + "/" + std::string(FolderGate::kFileName);
+  const std::string path = PathIn(folder, FolderGate::kFileName);
   if (!files.Exists(path)) return kSuccess;
   int rc = kSuccess;
   const auto gate = files.Open(path, OpenMode::kReadWrite, &rc);

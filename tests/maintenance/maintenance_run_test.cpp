@@ -178,13 +178,15 @@ TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
   EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ OUT-of-DATE");
   EXPECT_TRUE(Run(kUpdate).completed);
   EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ - current");
-  BankTables bank(office_.session->Home());
-  ASSERT_TRUE(bank.Open("FNB") && bank.wires.SeekNumber("FED2"));
-  const WireRecord wire = bank.wires.Read();
-  EXPECT_EQ(wire.amount, Currency::FromCents(123456));
-  EXPECT_EQ(wire.dated, (Date{2024, 3, 15}));
-  EXPECT_EQ(wire.file_number, "24-0001");
-  EXPECT_TRUE(bank.wires.FirstOfFile("24-0001"));
+  {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB") && bank.wires.SeekNumber("FED2"));
+    const WireRecord wire = bank.wires.Read();
+    EXPECT_EQ(wire.amount, Currency::FromCents(123456));
+    EXPECT_EQ(wire.dated, (Date{2024, 3, 15}));
+    EXPECT_EQ(wire.file_number, "24-0001");
+    EXPECT_TRUE(bank.wires.FirstOfFile("24-0001"));
+  }
   EXPECT_THAT(office_.ReadFile("ESCROW_WIRES_FNB.OLD"), HasSubstr("KEPT"));
   EXPECT_THAT(SystemFileSystem().List(office_.folder.Held(), "*~*"), IsEmpty());
 

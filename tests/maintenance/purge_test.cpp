@@ -110,8 +110,8 @@ TEST_F(PurgeTest, TakesTheFileWithItsReferencesOrNothing) {
   ASSERT_TRUE(access.Take("Purge Files"));
   progress_.stop_after = 1;
   EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), engine::kStopped);
-  EXPECT_THAT(Closed(), ElementsAre("A-CLOSED", "B-CLOSED"));
   progress_.stop_after = 0;
+  EXPECT_THAT(Closed(), ElementsAre("A-CLOSED", "B-CLOSED"));
   EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), 0);
   access.Return();
   EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, kThrough);
