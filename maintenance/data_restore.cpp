@@ -55,6 +55,7 @@ class RestoreRun {
   CopyOutcome Run() {
     ExclusiveAccess access(session_);
     if (!HasCopy() || !IsConfirmed() || !IsProvenOrWanted() || !access.Take(kTitle)) return Abort(kAborted);
+    RemoveLeftovers();
     if (!StageAll()) {
       RemoveStaged();
       access.Return();
@@ -211,6 +212,12 @@ class RestoreRun {
     const TableLayout* layout = LayoutOfTable(stem);
     if (layout != nullptr && !layout->tags.empty() && !Holds(group, stem + ".CDX"))
       without_index_.emplace_back(session_.DataPath() + group.name, layout);
+  }
+
+  // Of restores that were cut short while they wrote.
+  void RemoveLeftovers() {
+    for (const std::string& name : files_.List(session_.DataPath(), "*~.*.tmp"))
+      files_.Remove(session_.DataPath() + name);
   }
 
   void RemoveStaged() {
