@@ -21,7 +21,7 @@ int Ended(Office& office, bool completed, std::string_view message) {
   office.Out().Set("completed", completed);
   if (!message.empty()) {
     office.Out().Set("message", std::string(message));
-    office.Out().Line(message);
+    office.Out().Line(message.substr(0, message.find('\r')));
   }
   return completed ? kDone : kRefused;
 }
