@@ -2,6 +2,7 @@
 
 #include "audit/view_log.h"
 #include "clearing/deposit_clearing.h"
+#include "maintenance/maintenance_screens.h"
 #include "posting/check_posting.h"
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
@@ -46,26 +47,29 @@ std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
   return form;
 }
 
+template <class ScreenForm>
+std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
+  return std::make_unique<ScreenForm>(session);
+}
+
 std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
   auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
   if (!form->OpenTables()) return nullptr;
   return form;
 }
 
-std::unique_ptr<Form> MakeAbout(Session& session, ScreenOpener&) {
-  return std::make_unique<FrmAbout>(session);
-}
-
 std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
   return std::make_unique<FrmHelp>(session, topic);
 }
 
-std::unique_ptr<Form> MakeEditUsers(Session& session, ScreenOpener&) {
-  return std::make_unique<FrmEditUsers>(session);
+template <MaintenanceOperation operation>
+std::unique_ptr<Form> MakeMaintenance(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmMaintenance>(session, operation);
 }
 
-std::unique_ptr<Form> MakeViewLog(Session& session, ScreenOpener&) {
-  return std::make_unique<FrmViewLog>(session);
+template <FrmDataCopy::Direction direction>
+std::unique_ptr<Form> MakeDataCopy(Session& session, ScreenOpener&) {
+  return std::make_unique<FrmDataCopy>(session, direction);
 }
 
 // Modes of one screen stand together, the usual one first.
@@ -78,10 +82,21 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
-    {"frmAbout", "", false, 0, MakeAbout},
+    {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
-    {"frmEditUsers", "", false, kAdministrator, MakeEditUsers},
-    {"frmViewLog", "", true, 0, MakeViewLog},
+    {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},
+    {"frmViewLog", "", true, 0, MakePlain<FrmViewLog>},
+    {"frmCopyDatabases", "", false, 0, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
+    {"frmRestoreDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kRestore>},
+    {"frmMaintenance", "Rebuild & Reindex", false, kRightEscrowOffice,
+     MakeMaintenance<MaintenanceOperation::kRebuild>},
+    {"frmMaintenance", "Update Database Versions", false, kRightEscrowOffice,
+     MakeMaintenance<MaintenanceOperation::kUpdateVersions>},
+    {"frmMaintenance", "Pack Databases", false, kRightEscrowOffice,
+     MakeMaintenance<MaintenanceOperation::kPack>},
+    {"frmPurgeFiles", "", false, kRightPurgeFiles, MakePlain<FrmPurgeFiles>},
+    {"frmCheckXReference", "", true, kRightEscrowOffice, MakePlain<FrmCheckXReference>},
+    {"frmCheckDatabaseVersion", "", false, 0, MakePlain<FrmCheckDatabaseVersion>},
 };
 
 const Screen* FindScreen(std::string_view name, std::string_view mode) {

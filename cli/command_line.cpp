@@ -74,6 +74,7 @@ void AddCommands(CLI::App& app, Action& chosen) {
   AddLedgerCommand(app, chosen);
   AddAuditCommand(app, chosen);
   AddUserCommands(app, chosen);
+  AddMaintenanceCommands(app, chosen);
   AddVerifyCommand(app, chosen);
   AddTableCommands(app, chosen);
   AddDriveCommand(app, chosen);

@@ -23,6 +23,13 @@ std::string Comparable(std::string_view path) {
 
 }  // namespace
 
+std::optional<std::string> FileSystem::ReadPart(std::string_view path, std::uint64_t offset,
+                                                std::size_t length) const {
+  const std::optional<std::string> whole = Read(path);
+  if (!whole) return std::nullopt;
+  return offset < whole->size() ? whole->substr(static_cast<std::size_t>(offset), length) : std::string();
+}
+
 bool MatchesPattern(std::string_view name, std::string_view pattern) {
   const std::string text = ToUpper(name);
   const std::string upper = ToUpper(pattern);

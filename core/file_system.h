@@ -32,6 +32,9 @@ class FileSystem {
 
   // The whole file; nullopt when it cannot be read.
   virtual std::optional<std::string> Read(std::string_view path) const = 0;
+  // Up to `length` bytes from `offset` on, fewer only at the file's end; nullopt when it cannot be read.
+  virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                              std::size_t length) const;
   // Replaces the whole file: written beside it, flushed, then renamed over it, so that the old or the new
   // contents survive any failure.
   virtual bool Write(std::string_view path, std::string_view contents) = 0;

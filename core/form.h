@@ -92,6 +92,9 @@ class Form {
     virtual void FocusMoved(const Control& control) = 0;
     virtual void CaptionChanged() = 0;
     virtual void Closed() = 0;
+    // Called again and again while long work runs within an event: draws what has changed, and says whether
+    // the person has asked to stop since the work began. Nothing else that the person does gets through.
+    virtual bool StopAsked() { return false; }
   };
 
   Form(std::string name, MessageBoxes& boxes);
@@ -156,6 +159,7 @@ class Form {
   // The same without a box, for a refusal whose message has been shown already.
   void MarkRefused(std::string_view control, int index = 0);
   MessageBoxes& Boxes() { return boxes_; }
+  bool StopAsked() { return face_ != nullptr && face_->StopAsked(); }
   const std::string& Text(std::string_view name, int index = 0);
 
   virtual void OnOpen() {}

@@ -63,6 +63,18 @@ std::optional<std::string> PortableFileSystem::Read(std::string_view path) const
   return file.is_open() && !file.bad() ? std::optional(std::move(contents)) : std::nullopt;
 }
 
+std::optional<std::string> PortableFileSystem::ReadPart(std::string_view path, std::uint64_t offset,
+                                                        std::size_t length) const {
+  if (!FileExists(path)) return std::nullopt;
+  std::ifstream file(NativePath(path), std::ios::binary);
+  std::string part(length, '\0');
+  file.seekg(static_cast<std::streamoff>(offset));
+  file.read(part.data(), static_cast<std::streamsize>(length));
+  if (!file.is_open() || file.bad()) return std::nullopt;
+  part.resize(static_cast<std::size_t>(file.gcount()));
+  return part;
+}
+
 bool PortableFileSystem::Remove(std::string_view path) {
   std::error_code error;
   const fs::path native = NativePath(path);

@@ -18,6 +18,8 @@ class PortableFileSystem : public FileSystem {
   bool CreateFolder(std::string_view folder) override;
   bool RemoveFolder(std::string_view folder) override;
   std::optional<std::string> Read(std::string_view path) const override;
+  std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
+                                      std::size_t length) const override;
   bool Remove(std::string_view path) override;
   std::vector<std::string> List(std::string_view folder, std::string_view pattern) const override;
   std::optional<DateTime> Modified(std::string_view path) const override;

@@ -171,6 +171,26 @@ class clsKVRData {
   int RollbackUnit();  // also undoes the outer units
   bool UnitActive() const;
 
+  // --- The company folder as a whole. Folders are in the held form ---
+
+  // Keeps every workstation from changing the folder's tables until ReleaseWriters; what was posted before is
+  // in the tables.
+  int HoldWriters(std::string_view folder);
+  void ReleaseWriters();
+  // Takes the folder for this workstation alone, until ReleaseFolder; this program's tables must be closed.
+  // engine::kErrorOpenRefused when anybody has one of the tables open whose names match the pattern.
+  int TakeFolder(std::string_view folder, std::string_view table_pattern);
+  void ReleaseFolder();
+  // The path under which the new form of a file is to be written for ReplaceFiles.
+  std::string NewFormOf(std::string_view path) const;
+  // Replaces files (their new forms stand beside them) and removes others, all or none through any failure.
+  // Needs the folder taken and its tables closed.
+  int ReplaceFiles(std::span<const std::string> replaced, std::span<const std::string> removed);
+  // True when the last ReplaceFiles failed after the new files had come to count: the next to open a table of
+  // the folder finishes it.
+  bool ReplaceUnfinished() const;
+  bool IsInUse(std::string_view name);  // by anyone, this program included
+
   // --- Tags and navigation ---
 
   bool SelectTag(DataHandle data,

@@ -132,6 +132,11 @@ DataHandle TableBase::OpenExclusive(std::string_view bank_code) {
   return Settle(handle);
 }
 
+DataHandle TableBase::OpenQuietly(std::string_view bank_code, bool exclusive) {
+  return UseBank(bank_code) ? Settle(home_.data.OpenDatabaseSilent(Path(), exclusive))
+                            : engine::kErrorParameter;
+}
+
 void TableBase::ReportOpenFailed(int code) {
   home_.boxes.Critical(layout_.texts.open_title,
                        "Open database " + name_ + " failed.\r" + std::to_string(code));

@@ -48,6 +48,8 @@ class TableBase {
   DataHandle Open(std::string_view bank_code = {});
   // The same for this workstation alone; a missing table is not made.
   DataHandle OpenExclusive(std::string_view bank_code = {});
+  // The same without a word, without making or mending anything.
+  DataHandle OpenQuietly(std::string_view bank_code, bool exclusive);
   void Close();
   bool IsOpen() const { return handle_ > 0; }
   DataHandle Handle() const { return handle_; }
@@ -59,6 +61,8 @@ class TableBase {
   // proven, and reports "Pack Result Code: " with the code, which is also the result. A damaged or missing
   // index is mended.
   int Rebuild(std::string_view bank_code = {}, const engine::Progress& progress = {});
+  // The same without the report.
+  int RebuildQuietly(std::string_view bank_code, const engine::Progress& progress);
 
   // Navigation in a tag's order; "" is record order. True on a record.
   bool Top(std::string_view tag);

@@ -20,6 +20,12 @@ int TableBase::Rebuild(std::string_view bank_code, const engine::Progress& progr
   return UseBank(bank_code) ? RebuildOnDisk(progress) : engine::kErrorParameter;
 }
 
+int TableBase::RebuildQuietly(std::string_view bank_code, const engine::Progress& progress) {
+  if (!UseBank(bank_code)) return engine::kErrorParameter;
+  DataHandle data = OpenMended();
+  return data > 0 ? PackAndProve(data, progress) : data;
+}
+
 int TableBase::RebuildOnDisk(const engine::Progress& progress) {
   DataHandle data = OpenMended();
   int code = data > 0 ? PackAndProve(data, progress) : data;

@@ -7,6 +7,7 @@
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
+#include <QProgressBar>
 #include <QSignalBlocker>
 #include <QTextBrowser>
 #include <QTreeWidget>
@@ -245,6 +246,20 @@ class BoundLabel : public BoundWidget {
   QLabel& label_;
 };
 
+// Shows a control's value as a percentage.
+class BoundProgress : public BoundWidget {
+ public:
+  explicit BoundProgress(QProgressBar& bar) : bar_(bar) { bar.setRange(0, 100); }
+  void Show(const Control& control) override {
+    bar_.setValue(control.value);
+    ShowState(bar_, control);
+  }
+  QWidget* Widget() const override { return &bar_; }
+
+ private:
+  QProgressBar& bar_;
+};
+
 class BoundRegister : public BoundWidget {
  public:
   BoundRegister(RegisterView& view, const Control& control, WidgetEvents& events) : view_(view) {
@@ -314,6 +329,7 @@ std::unique_ptr<BoundWidget> BindWidget(QObject& object, const Control& control,
     return std::make_unique<BoundButton>(*button, control, events);
   }
   if (auto* label = qobject_cast<QLabel*>(&object)) return std::make_unique<BoundLabel>(*label);
+  if (auto* bar = qobject_cast<QProgressBar*>(&object)) return std::make_unique<BoundProgress>(*bar);
   if (auto* view = qobject_cast<RegisterView*>(&object))
     return std::make_unique<BoundRegister>(*view, control, events);
   if (auto* action = qobject_cast<QAction*>(&object))

@@ -114,6 +114,10 @@ void FormBinder::Open() {
   if (form_.Focus() == nullptr) WidgetEntered(window_.focusWidget());
 }
 
+bool FormBinder::StopAsked() {
+  return stop_watch_.StopAsked();
+}
+
 bool FormBinder::Close() {
   if (!form_.IsOpen()) return true;
   const Running running(*this);

@@ -17,6 +17,7 @@
 
 #include "core/form.h"
 #include "ui/bound_widget.h"
+#include "ui/stop_watch.h"
 
 class QKeyEvent;
 class QLabel;
@@ -72,6 +73,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void FocusMoved(const Control& control) override;
   void CaptionChanged() override;
   void Closed() override;
+  bool StopAsked() override;
 
   void TextTyped(const Control& control, const QString& text) override;
   void CheckSet(const Control& control, int value) override;
@@ -118,6 +120,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   };
   std::vector<Dependant> dependants_;
   const Control* cursor_ = nullptr;  // where the form last put the cursor, until it stands there
+  StopWatch stop_watch_;
   int running_ = 0;
   bool opened_ = false;
 };

@@ -189,7 +189,7 @@ QByteArray RegisterView::ColumnsKey() const {
 }
 
 void RegisterView::PlaceColumns() {
-  columns_placed_ = true;
+  columns_placed_ = model_->rowCount() > 0;  // an empty register does not know its widths yet
   QHeaderView* header = table_->horizontalHeader();
   const QByteArray kept = RememberedState(*this, ColumnsKey().constData());
   if (!kept.isEmpty() && header->restoreState(kept)) return;

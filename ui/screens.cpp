@@ -16,8 +16,13 @@
 #include "ui_about.h"
 #include "ui_bank_select.h"
 #include "ui_check_post.h"
+#include "ui_check_x_reference.h"
+#include "ui_copy_databases.h"
+#include "ui_database_version.h"
 #include "ui_help.h"
 #include "ui_main_window.h"
+#include "ui_maintenance.h"
+#include "ui_purge_files.h"
 
 namespace tallwick {
 namespace {
@@ -46,6 +51,12 @@ constexpr Screen kScreens[] = {
     {"frmEditVouchersPost", MakeVoucherWindow},
     {"frmEditUsers", MakeUsersWindow},
     {"frmViewLog", MakeViewLogWindow},
+    {"frmCopyDatabases", Make<QDialog, Ui::frmCopyDatabases>},
+    {"frmRestoreDatabases", Make<QDialog, Ui::frmCopyDatabases>},
+    {"frmMaintenance", Make<QDialog, Ui::frmMaintenance>},
+    {"frmPurgeFiles", Make<QDialog, Ui::frmPurgeFiles>},
+    {"frmCheckXReference", Make<QDialog, Ui::frmCheckXReference>},
+    {"frmCheckDatabaseVersion", Make<QDialog, Ui::frmCheckDatabaseVersion>},
 };
 
 // A status bar's property "panels" lists its labels from left to right; the first takes the room that is

@@ -1,5 +1,5 @@
 // Pictures of every screen for the documentation and for a look before a release: made with real windows over
-// a company's data, changing nothing in it.
+// a company's data, which stay as they are; a copy of them is made beside.
 #pragma once
 
 #include <QString>

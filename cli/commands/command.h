@@ -42,6 +42,7 @@ void AddFileCommand(CLI::App& app, Action& chosen);
 void AddLedgerCommand(CLI::App& app, Action& chosen);
 void AddUserCommands(CLI::App& app, Action& chosen);
 void AddAuditCommand(CLI::App& app, Action& chosen);
+void AddMaintenanceCommands(CLI::App& app, Action& chosen);
 void AddVerifyCommand(CLI::App& app, Action& chosen);
 void AddDriveCommand(CLI::App& app, Action& chosen);
 

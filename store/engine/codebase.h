@@ -27,6 +27,7 @@ namespace tallwick::engine {
 class Code4;
 class Data4;
 struct Field4;
+struct FolderChange;
 class Tag4;
 }  // namespace tallwick::engine
 
@@ -95,6 +96,26 @@ int code4unitBegin(Code4& code);     // may be nested; only the outermost commit
 int code4unitCommit(Code4& code);    // on failure everything is as it was before the begin
 int code4unitRollback(Code4& code);  // also undoes the outer units
 bool code4unitActive(const Code4& code);
+
+// --- A whole folder (paths in the platform's form) ---
+
+// Keeps every workstation from writing to the folder's tables, which are all applied and flushed: a copy made
+// meanwhile has no unit half done. The journal is made where it is missing. kLocked when a writer is at work
+// for too long. No unit may be begun meanwhile.
+int code4holdWriters(Code4& code, const std::string& folder);
+void code4releaseWriters(Code4& code);
+// Takes the folder for this instance alone: until it is released nobody else can open a table there.
+// kErrorOpenRefused when one of `tables` is open, here or elsewhere, or another workstation has the folder.
+int code4takeFolder(Code4& code, const std::string& folder, const std::vector<std::string>& tables);
+void code4releaseFolder(Code4& code);
+// Replaces and removes files of the folder that was taken, all or none through any failure (see
+// FolderGate::Replace), with nothing left in the journal that could be applied to them. None of their tables
+// may be open.
+int code4replaceFiles(Code4& code, const FolderChange& change);
+// True when the last replacement counts but could not be finished: it is, when the next comes to the folder.
+bool code4replaceUnfinished(const Code4& code);
+// kSuccess when nobody has the table open, or it does not exist; else kErrorOpenRefused.
+int d4inUse(Code4& code, std::string_view path);
 
 // --- Tables ---
 

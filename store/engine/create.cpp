@@ -195,6 +195,7 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   const std::string memo = TableFile::SiblingPath(code.setup.paths, full, "FPT");
   const bool exists = code.setup.files.Exists(full);
   if (rc == kSuccess && code.safety != 0 && exists) rc = kErrorExists;
+  if (rc == kSuccess) rc = code.PassInto(TableFolder(full));
   QuietJournal quiet(code, TableFolder(full));
   if (rc == kSuccess) rc = quiet.Begin();
   // The data file comes last: without it there is no table, and what stands beside it is made anew the next
@@ -229,8 +230,9 @@ int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout
                    const Progress& progress) {
   const std::string full = TablePath(code, path);
   const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
+  int rc = code.PassInto(TableFolder(full));
   QuietJournal quiet(code, TableFolder(full));
-  int rc = quiet.Begin();
+  if (rc == kSuccess) rc = quiet.Begin();
   if (rc == kSuccess) rc = FinishSwap(code.setup.files, full, FilesOf(code, full));
   std::unique_ptr<TableFile> table;
   if (rc == kSuccess) table = OpenAlone(code, full, &rc);

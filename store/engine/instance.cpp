@@ -70,6 +70,11 @@ std::string TablePath(const Code4& code, std::string_view path) {
   return code.setup.paths.PlatformPath(bare ? std::string(path) + ".dbf" : std::string(path));
 }
 
+int Code4::PassInto(const std::string& folder) {
+  return gate != nullptr && gate->Folder() == folder ? static_cast<int>(kSuccess)
+                                                     : PassGate(setup.files, folder);
+}
+
 // --- Settings ---
 
 std::unique_ptr<Code4> code4initVB(const EngineSetup& setup) {
@@ -87,6 +92,8 @@ int code4close(Code4& code) {
 int code4initUndo(Code4& code) {
   if (code.unit_depth > 0) code4unitRollback(code);
   const int rc = code4close(code);
+  code4releaseWriters(code);
+  code4releaseFolder(code);
   code.journals.clear();
   return rc;
 }
@@ -153,7 +160,8 @@ Data4* d4open(Code4& code, std::string_view path) {
     code.Fail(kErrorOpenRefused);
     return nullptr;
   }
-  int rc = code.JournalOf(TableFolder(full)).Recover();
+  int rc = code.PassInto(TableFolder(full));
+  if (rc == kSuccess) rc = code.JournalOf(TableFolder(full)).Recover();
   if (rc == kSuccess) rc = FinishSwap(code.setup.files, full, FilesOf(code, full));
   std::unique_ptr<TableFile> table;
   if (rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, &rc);

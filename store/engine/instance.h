@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "store/engine/codebase.h"
+#include "store/engine/folder_gate.h"
 #include "store/engine/index_tree.h"
 #include "store/engine/journal.h"
 #include "store/engine/table_file.h"
@@ -138,6 +139,9 @@ class Code4 {
   std::vector<std::unique_ptr<Data4>> handles;
   std::map<std::string, std::shared_ptr<Journal>> journals;  // by folder
 
+  std::unique_ptr<FolderGate> gate;       // while this instance has a folder for itself
+  std::shared_ptr<Journal> held_journal;  // while this instance keeps a folder's writers off
+
   // --- Unit of work ---
   int unit_depth = 0;
   int unit_failure = 0;  // the error that makes the unit impossible to commit
@@ -158,6 +162,8 @@ class Code4 {
   Journal& JournalOf(const std::string& folder);
   // Makes a table part of the unit: takes the writer's lock of its folder.
   int Join(TableFile& table);
+  // Before a table of the folder is opened: kErrorOpenRefused while another workstation has it for itself.
+  int PassInto(const std::string& folder);
   int CommitUnit();
   void EndUnit(bool committed);
 };

@@ -3,6 +3,7 @@
 
 #include "core/text.h"
 #include "store/engine/byte_order.h"
+#include "store/engine/instance.h"
 #include "store/engine/verify.h"
 #include "tests/support/memory_files.h"
 #include "tests/support/small_company.h"

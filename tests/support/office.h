@@ -62,7 +62,7 @@ class Office : public ScreenOpener {
   Office() { suite.data_path = folder.Held(); }
 
   StartUpOutcome Start() {
-    return StartUp({boxes, SystemFileSystem(), clock, workstation, registry, machine},
+    return StartUp({boxes, *files, clock, workstation, registry, machine},
                    [this] { return std::make_unique<FakeSuite>(suite); });
   }
   // Starts, and opens a bank FNB on month-and-year periods: March 2024, reconciled through January 2024.
@@ -101,6 +101,7 @@ class Office : public ScreenOpener {
   bool Offers(std::string_view screen, std::string_view) const override { return screen != missing_screen; }
 
   TempFolder folder;
+  FileSystem* files = &SystemFileSystem();  // a test may put another in its place before it starts
   FakeClock clock;
   FakeWorkstation workstation;
   ScriptedBoxes boxes;

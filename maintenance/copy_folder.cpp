@@ -1,0 +1,102 @@
+#include "maintenance/copy_folder.h"
+
+#include <algorithm>
+
+#include "core/encoding.h"
+#include "core/text.h"
+#include "core/text_format.h"
+#include "shell/clsSecurity.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::string_view kSharedTables[] = {"Escrow_Agent.dbf", "Escrow_Banks.dbf", "Escrow_Xrfs.dbf",
+                                              "Escrow_Notes.dbf"};
+
+std::string UpperBase(std::string_view name) {
+  return ToUpper(name.substr(0, name.find('.')));
+}
+
+bool IsShared(std::string_view name) {
+  return std::any_of(std::begin(kSharedTables), std::end(kSharedTables),
+                     [&](std::string_view shared) { return UpperBase(shared) == UpperBase(name); });
+}
+
+bool HasExtension(std::string_view name, std::string_view extension) {
+  return ToUpper(name).ends_with(extension);
+}
+
+bool IsOnItsWay(std::string_view name) {
+  return name.ends_with('~') || HasExtension(name, ".TMP");
+}
+
+// A table's companions are its own, even where a settings file shares its name.
+std::vector<std::string> Companions(const FileSystem& files, std::string_view folder, std::string_view name) {
+  const std::string stem(name.substr(0, name.size() - 3));
+  const bool is_table = HasExtension(name, ".DBF");
+  const bool beside_table = !is_table && !files.List(folder, stem + "DBF").empty();
+  if (beside_table) return {std::string(name)};
+  std::vector<std::string> names = files.List(folder, stem + "*");
+  std::erase_if(names, [&](const std::string& one) {
+    return IsOnItsWay(one) || (is_table && HasExtension(one, ".DAT"));
+  });
+  return names;
+}
+
+std::string UserOfCopy(const Session& session) {
+  for (const std::string& name :
+       {session.User().sUserName, session.TheSuite().Login(), session.TheWorkstation().ComputerName()}) {
+    if (!Trim(name).empty()) return std::string(Trim(name));
+  }
+  return "N/A";
+}
+
+}  // namespace
+
+std::string CopyFolder(const Session& session) {
+  return session.DataPath() + "DBFCOPYS\\";
+}
+
+CopyStamp ReadStamp(const Session& session) {
+  CopyStamp stamp;
+  const std::optional<std::string> text =
+      session.Files().Read(CopyFolder(session) + std::string(CopyStamp::kFileName));
+  if (!text) return stamp;
+  const std::vector<std::string> lines = Split(FromWindows1252(*text), '\n');
+  const auto line = [&lines](std::size_t i) { return i < lines.size() ? std::string(Trim(lines[i])) : ""; };
+  if (!line(0).empty()) stamp.date = line(0);
+  stamp.time = line(1);
+  if (!line(2).empty()) stamp.user = line(2);
+  return stamp;
+}
+
+bool WriteStamp(Session& session) {
+  const DateTime now = session.TheClock().Now();
+  const std::string text = FormatDateTime(now, "dddd, mmmm d, yyyy") + "\r\n" +
+                           FormatDateTime(now, "hh:nn AM/PM") + "\r\n" + UserOfCopy(session) + "\r\n";
+  return session.Files().Write(CopyFolder(session) + std::string(CopyStamp::kFileName),
+                               ToWindows1252(text).value_or(text));
+}
+
+std::vector<FileGroup> WalkedGroups(const FileSystem& files, std::string_view folder) {
+  std::vector<FileGroup> groups;
+  for (std::string_view pattern : {"*.DAT", "*.DBF"}) {
+    for (const std::string& name : files.List(folder, pattern)) {
+      if (IsShared(name) || IsOnItsWay(UpperBase(name))) continue;
+      groups.push_back({name, Companions(files, folder, name), HasExtension(name, ".DAT")});
+    }
+  }
+  return groups;
+}
+
+std::vector<FileGroup> SharedGroups(const FileSystem& files, std::string_view folder) {
+  std::vector<FileGroup> groups;
+  for (std::string_view name : kSharedTables) {
+    FileGroup group{std::string(name), {}, false};
+    if (!files.List(folder, name).empty()) group.files = Companions(files, folder, name);
+    groups.push_back(std::move(group));
+  }
+  return groups;
+}
+
+}  // namespace tallwick

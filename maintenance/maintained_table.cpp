@@ -1,0 +1,96 @@
+#include "maintenance/maintained_table.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "shell/company_tables.h"
+#include "tables/bank_code.h"
+#include "tables/bank_tables.h"
+
+namespace tallwick {
+namespace {
+
+struct Spelling {
+  const TableLayout* layout;
+  std::string_view name;
+};
+
+constexpr Spelling kSpellings[] = {{&kBankLayout, "Escrow_Banks"},
+                                   {&kXrefLayout, "Escrow_Xrfs"},
+                                   {&kNotesLayout, "Escrow_Notes"},
+                                   {&kAgentLayout, "Escrow_Agent"},
+                                   {&kCheckLayout, "Escrow_Checks_"},
+                                   {&kDepositLayout, "Escrow_Deposits_"},
+                                   {&kDepositXrefLayout, "Escrow_DepoXRFS_"},
+                                   {&kVoucherLayout, "Escrow_Vouchers_"},
+                                   {&kWireLayout, "Escrow_Wires_"}};
+
+}  // namespace
+
+std::string MaintainedTable::Name() const {
+  return std::string(layout->name) + bank_code;
+}
+
+std::string MaintainedTable::Path(const Session& session) const {
+  return session.DataPath() + Name() + ".DBF";
+}
+
+std::vector<MaintainedTable> CompanyWideTables() {
+  return {{&kBankLayout, {}}, {&kXrefLayout, {}}, {&kNotesLayout, {}}};
+}
+
+std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code) {
+  std::vector<MaintainedTable> tables;
+  for (const TableLayout* layout :
+       {&kCheckLayout, &kDepositLayout, &kDepositXrefLayout, &kVoucherLayout, &kWireLayout})
+    tables.push_back({layout, TrimmedBankCode(bank_code)});
+  return tables;
+}
+
+std::vector<std::string> EveryBankCode(const Session& session) {
+  std::vector<std::string> codes;
+  BankTable banks(session.Home());
+  if (banks.OpenQuietly({}, false) <= 0) return codes;
+  for (bool on = banks.Top(""); on; on = banks.Skip()) {
+    if (banks.Data().IsRecordDeleted(banks.Handle())) continue;
+    std::string code = TrimmedBankCode(banks.Read().code);
+    const bool known = std::any_of(codes.begin(), codes.end(),
+                                   [&](const std::string& one) { return EqualsIgnoreCase(one, code); });
+    if (!known && IsValidBankCode(code)) codes.push_back(std::move(code));
+  }
+  return codes;
+}
+
+std::vector<MaintainedTable> EveryMaintainedTable(const Session& session) {
+  std::vector<MaintainedTable> tables = CompanyWideTables();
+  for (const std::string& code : EveryBankCode(session)) {
+    for (MaintainedTable& table : TablesOfBank(code)) tables.push_back(std::move(table));
+  }
+  return tables;
+}
+
+std::vector<MaintainedTable> EveryTable(const Session& session) {
+  std::vector<MaintainedTable> tables = EveryMaintainedTable(session);
+  tables.insert(tables.begin() + static_cast<std::ptrdiff_t>(CompanyWideTables().size()),
+                {&kAgentLayout, {}});
+  return tables;
+}
+
+std::string_view ReportName(const TableLayout& layout) {
+  for (const Spelling& spelling : kSpellings) {
+    if (spelling.layout == &layout) return spelling.name;
+  }
+  return layout.name;
+}
+
+const TableLayout* LayoutOfTable(std::string_view name) {
+  const std::string upper = ToUpper(name);
+  for (const Spelling& spelling : kSpellings) {
+    const bool fits =
+        spelling.layout->per_bank ? upper.starts_with(spelling.layout->name) : upper == spelling.layout->name;
+    if (fits) return spelling.layout;
+  }
+  return nullptr;
+}
+
+}  // namespace tallwick

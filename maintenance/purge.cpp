@@ -1,0 +1,237 @@
+#include "maintenance/purge.h"
+
+#include <algorithm>
+#include <functional>
+#include <memory>
+#include <set>
+
+#include "core/encoding.h"
+#include "core/text.h"
+#include "core/text_format.h"
+#include "maintenance/maintained_table.h"
+#include "tables/bank_table.h"
+#include "tables/bank_tables.h"
+#include "tables/keys.h"
+#include "tables/xref_table.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::string_view kReserved = "VOID";
+constexpr int kLastDay = 99;  // in a key: every day of the month, and a month without a day
+
+// The last moment of a period, to compare the keys of either form with.
+std::int32_t EndOf(const Period& period) {
+  return period.day == 0 ? MakeKey(period.year, period.month, kLastDay) : MakeKey(period);
+}
+
+std::string KeyOfFile(std::string_view number) {
+  return UpperKey(Trim(number));
+}
+
+struct FileState {
+  ClosedFile file;
+  Currency balance;
+  bool open = false;
+};
+
+class Finder {
+ public:
+  Finder(Session& session, const Period& through, WorkProgress& progress)
+      : session_(session), through_(EndOf(through)), progress_(progress) {}
+
+  PurgeSearch Run() {
+    PurgeSearch search;
+    const std::vector<std::string> codes = EveryBankCode(session_);
+    std::int64_t done = 0;
+    for (const std::string& code : codes) {
+      progress_.Show("Processing " + code, done++, static_cast<std::int64_t>(codes.size()));
+      if (progress_.StopWanted() || !ReadBank(code)) return search;
+    }
+    KeepTicketsTogether();
+    for (auto& [key, state] : states_) {
+      if (key != kReserved && !key.empty() && !state.open && state.balance == Currency())
+        search.files.push_back(std::move(state.file));
+    }
+    search.whole = true;
+    return search;
+  }
+
+ private:
+  bool ReadBank(const std::string& code) {
+    BankTables bank(session_.Home());
+    BankTable banks(session_.Home());
+    if (banks.OpenQuietly({}, false) <= 0 || !banks.SeekCode(code) || !bank.Open(code)) return false;
+    code_ = code;
+    const Period reconciled = banks.Read().reconciled;
+    limit_ = reconciled.IsEmpty() ? 0 : std::min(through_, EndOf(reconciled));
+    for (bool on = bank.checks.Top("CHXNUMBER"); on; on = bank.checks.Skip()) {
+      const CheckRecord check = bank.checks.Read();
+      const bool voided = check.status == "V";
+      Add(check.file_number, voided ? Currency() : -check.amount, voided || check.status == "C",
+          {check.accounting, check.statement});
+    }
+    for (bool on = bank.wires.Top("WIRENUMBER"); on; on = bank.wires.Skip()) {
+      const WireRecord wire = bank.wires.Read();
+      Add(wire.file_number, -wire.amount, wire.status == "C", {wire.accounting, wire.statement});
+    }
+    for (bool on = bank.vouchers.Top("VCHRNUMBER"); on; on = bank.vouchers.Skip()) {
+      const VoucherRecord voucher = bank.vouchers.Read();
+      Add(voucher.file_number, Currency(), !voucher.check_number.empty(), {voucher.accounting});
+    }
+    for (bool on = bank.deposits.Top("DEPODATED"); on; on = bank.deposits.Skip())
+      AddTicket(bank.deposits.Read());
+    return true;
+  }
+
+  void AddTicket(const DepositRecord& deposit) {
+    std::set<std::string> files;
+    for (const DepositItem& item : deposit.items) {
+      if (item.file_number.empty()) continue;
+      Add(item.file_number, item.amount, item.status == "C", {deposit.accounting, item.statement});
+      files.insert(KeyOfFile(item.file_number));
+    }
+    tickets_.push_back(std::move(files));
+  }
+
+  void Add(const std::string& number, Currency amount, bool settled, std::initializer_list<Period> periods) {
+    FileState& state = states_[KeyOfFile(number)];
+    if (state.file.items++ == 0) state.file.number = Trim(number);
+    if (state.file.banks.empty() || state.file.banks.back() != code_) state.file.banks.push_back(code_);
+    state.balance += amount;
+    for (const Period& period : periods) {
+      const std::int32_t key = MakeKey(period);
+      state.open = state.open || key > limit_;
+      state.file.last_key = std::max(state.file.last_key, key);
+    }
+    state.open = state.open || !settled || limit_ == 0;
+  }
+
+  // One file of a ticket that is not closed keeps the others, and theirs in turn.
+  void KeepTicketsTogether() {
+    for (auto& [key, state] : states_) state.open = state.open || state.balance != Currency();
+    for (bool changed = true; changed;) {
+      changed = false;
+      for (const std::set<std::string>& files : tickets_) {
+        const bool open = std::any_of(files.begin(), files.end(),
+                                      [this](const std::string& file) { return states_[file].open; });
+        for (const std::string& file : files) {
+          if (!open || states_[file].open) continue;
+          states_[file].open = changed = true;
+        }
+      }
+    }
+  }
+
+  Session& session_;
+  std::int32_t through_;
+  WorkProgress& progress_;
+  std::string code_;
+  std::int32_t limit_ = 0;  // the last key that may be purged in the bank at hand; 0 = none
+  std::map<std::string, FileState> states_;
+  std::vector<std::set<std::string>> tickets_;
+};
+
+class Purger {
+ public:
+  Purger(Session& session, const std::vector<ClosedFile>& files, const Period& through,
+         WorkProgress& progress)
+      : session_(session), data_(session.Data()), through_(through), progress_(progress) {
+    for (const ClosedFile& file : files) {
+      files_.insert(KeyOfFile(file.number));
+      banks_.insert(file.banks.begin(), file.banks.end());
+    }
+  }
+
+  int Run() {
+    XrefTable xrefs(session_.Home());
+    BankTable banks(session_.Home());
+    if (xrefs.Open() <= 0 || banks.Open() <= 0) return engine::kErrorOpen;
+    int code = data_.BeginUnit();
+    if (code == engine::kSuccess) code = Delete(xrefs, [&] { return Holds(xrefs.Read().file_number); });
+    for (const std::string& bank : banks_) {
+      if (code == engine::kSuccess) code = PurgeBank(bank, banks);
+    }
+    if (code == engine::kSuccess && progress_.StopWanted()) code = engine::kStopped;
+    if (code == engine::kSuccess) return data_.CommitUnit();
+    data_.RollbackUnit();
+    return code;
+  }
+
+ private:
+  bool Holds(std::string_view file) const { return files_.contains(KeyOfFile(file)); }
+
+  int Delete(TableBase& table, const std::function<bool()>& goes) {
+    progress_.Show("Processing " + table.Name(), 0, 0);
+    for (bool on = table.Top(""); on; on = table.Skip()) {
+      if (data_.IsRecordDeleted(table.Handle()) || !goes()) continue;
+      if (const int code = table.Delete(); code != engine::kSuccess) return code;
+    }
+    return engine::kSuccess;
+  }
+
+  // The tables stay open until the unit ends.
+  int PurgeBank(const std::string& bank_code, BankTable& banks) {
+    opened_.push_back(std::make_unique<BankTables>(session_.Home()));
+    BankTables& bank = *opened_.back();
+    if (!bank.Open(bank_code)) return engine::kErrorOpen;
+    int code = Delete(bank.checks, [&] { return Holds(bank.checks.Read().file_number); });
+    if (code == engine::kSuccess)
+      code = Delete(bank.deposits, [&] { return HoldsTicket(bank.deposits.Read()); });
+    if (code == engine::kSuccess)
+      code = Delete(bank.deposit_xrefs, [&] { return Holds(bank.deposit_xrefs.Read().file_number); });
+    if (code == engine::kSuccess)
+      code = Delete(bank.vouchers, [&] { return Holds(bank.vouchers.Read().file_number); });
+    if (code == engine::kSuccess)
+      code = Delete(bank.wires, [&] { return Holds(bank.wires.Read().file_number); });
+    if (code != engine::kSuccess || !banks.SeekCode(bank_code)) return code;
+    BankRecord record = banks.Read();
+    record.purged = through_;
+    return banks.Update(record);
+  }
+
+  bool HoldsTicket(const DepositRecord& deposit) const {
+    bool any = false;
+    for (const DepositItem& item : deposit.items) {
+      if (item.file_number.empty()) continue;
+      if (!Holds(item.file_number)) return false;
+      any = true;
+    }
+    return any;
+  }
+
+  Session& session_;
+  clsKVRData& data_;
+  Period through_;
+  WorkProgress& progress_;
+  std::set<std::string> files_;
+  std::set<std::string> banks_;
+  std::vector<std::unique_ptr<BankTables>> opened_;
+};
+
+// One write, so that entries of two workstations never mix.
+void WriteLog(Session& session, const std::vector<ClosedFile>& files, const Period& through) {
+  const DateTime now = session.TheClock().Now();
+  std::string text = FormatDateTime(now, "yyyy-mm-dd") + FormatDateTime(now, " hh:nn:ss ") +
+                     session.TheWorkstation().ComputerName() + " " + session.TheSuite().Login() +
+                     ": purged through " + LongForm(through) + "\r\n";
+  for (const ClosedFile& file : files)
+    text += "  " + file.number + " (" + std::to_string(file.items) + " items)\r\n";
+  session.Files().CreateFolder(session.DataPath() + "Logs\\");
+  session.Files().Append(session.DataPath() + "Logs\\Purged_Files.log", ToWindows1252(text).value_or(text));
+}
+
+}  // namespace
+
+PurgeSearch FindClosedFiles(Session& session, const Period& through, WorkProgress& progress) {
+  return Finder(session, through, progress).Run();
+}
+
+int PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,
+               WorkProgress& progress) {
+  const int code = Purger(session, files, through, progress).Run();
+  if (code == engine::kSuccess) WriteLog(session, files, through);
+  return code;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,186 @@
+#include "maintenance/table_upgrade.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "tables/table_base.h"
+
+namespace tallwick {
+namespace {
+
+constexpr int kRecordsPerUnit = 1000;
+constexpr std::string_view kNewTable = "ESCROW_LAYOUT~";  // while it is being filled
+constexpr std::string_view kParts[] = {".DBF", ".CDX", ".FPT"};
+
+bool IsIndexDamage(int code) {
+  return code <= engine::kErrorIndex && code > engine::kErrorExpression;
+}
+
+// The records of a table of an older layout, copied into a new table of the present one.
+class LayoutCopy {
+ public:
+  LayoutCopy(const Session& session, const MaintainedTable& table, const engine::Progress& progress)
+      : data_(session.Data()),
+        files_(session.Files()),
+        table_(table),
+        progress_(progress),
+        old_path_(table.Path(session)),
+        folder_(session.DataPath()) {}
+
+  UpgradeResult Run(TableBase& old) {
+    old_ = old.Handle();
+    RemoveNew();
+    fresh_ = data_.CreateDatabase(New(".DBF"), table_.layout->fields, table_.layout->tags);
+    int code = fresh_ > 0 ? CopyRecords() : data_.LastErrorCode();
+    const bool drops_fields = FieldsFallAway();
+    if (fresh_ > 0) data_.CloseDatabase(fresh_);
+    old.Close();
+    if (code == engine::kSuccess && drops_fields) code = KeepOld();
+    if (code == engine::kSuccess) code = PutInPlace();
+    if (code != engine::kSuccess) RemoveNew();
+    if (code == engine::kSuccess)
+      return {code, std::to_string(count_) + " records brought to the new layout"};
+    return {code, problem_.empty() ? std::string(engine::error4text(code)) : problem_};
+  }
+
+ private:
+  std::string New(std::string_view extension) const {
+    return folder_ + std::string(kNewTable) + std::string(extension);
+  }
+  std::string Old(std::string_view extension) const {
+    return old_path_.substr(0, old_path_.size() - 4) + std::string(extension);
+  }
+  void RemoveNew() {
+    for (std::string_view part : kParts) files_.Remove(New(part));
+  }
+
+  int CopyRecords() {
+    const std::int32_t total = data_.RecordCount(old_);
+    data_.SelectTag(old_, "");
+    data_.SetReadAhead(old_, true);
+    int code = data_.BeginUnit();
+    for (int on = data_.TopDatabase(old_); on == engine::kSuccess && code == engine::kSuccess;
+         on = data_.SkipDatabase(old_)) {
+      if (!data_.IsRecordDeleted(old_)) code = CopyRecord();
+      if (code != engine::kSuccess || data_.CurrentRecord(old_) % kRecordsPerUnit != 0) continue;
+      code = data_.CommitUnit();
+      if (code == engine::kSuccess) code = data_.BeginUnit();
+      if (!progress_(static_cast<std::uint32_t>(data_.CurrentRecord(old_)),
+                     static_cast<std::uint32_t>(total)))
+        code = engine::kStopped;
+    }
+    if (code == engine::kSuccess) return data_.CommitUnit();
+    if (data_.UnitActive()) data_.RollbackUnit();
+    return code;
+  }
+
+  int CopyRecord() {
+    int code = data_.AddRecordStart(fresh_);
+    for (const FieldLayout& field : table_.layout->fields) {
+      if (code == engine::kSuccess) code = CopyField(field);
+    }
+    if (code == engine::kSuccess) code = data_.AddRecordFinishSilent(fresh_);
+    if (code == engine::kSuccess) {
+      ++count_;
+      return code;
+    }
+    data_.SetChangedFlag(fresh_, false);
+    problem_ = "record " + std::to_string(data_.CurrentRecord(old_)) + ": " +
+               (code == engine::kErrorFieldValue ? data_.LastFieldProblem().text
+                                                 : std::string(engine::error4text(code)));
+    return code;
+  }
+
+  int CopyField(const FieldLayout& field) {
+    const FieldHandle from = data_.FindField(old_, field.name);
+    const FieldHandle to = data_.FindField(fresh_, field.name);
+    if (from == 0) return engine::kSuccess;
+    const char old_type = data_.GetFieldTypeByPointer(old_, from);
+    if (old_type == 'M' || field.type == 'M') {
+      return data_.SetMemoFieldValueByPointer(fresh_, to, data_.GetMemoFieldValueByPointer(old_, from));
+    }
+    // Leading blanks of a text count; of anything else they do not.
+    std::string text = data_.GetStringFieldRawValueByPointer(old_, from);
+    text = old_type == 'C' && field.type == 'C' ? std::string(TrimRight(text)) : std::string(Trim(text));
+    if (text.empty()) return engine::kSuccess;
+    if (field.type == 'C') return data_.SetStringFieldValueByPointer(fresh_, to, text);
+    if (old_type == 'D') text = data_.GetDateFieldValueByPointer(old_, from);
+    return data_.SetFieldTextByPointer(fresh_, to, text);
+  }
+
+  bool FieldsFallAway() const {
+    const std::vector<FieldProperties> fields = data_.FieldList(old_);
+    return std::any_of(fields.begin(), fields.end(), [&](const FieldProperties& field) {
+      return std::none_of(
+          table_.layout->fields.begin(), table_.layout->fields.end(),
+          [&](const FieldLayout& wanted) { return EqualsIgnoreCase(wanted.name, field.name); });
+    });
+  }
+
+  int KeepOld() {
+    bool kept = files_.Copy(old_path_, Old(".OLD"));
+    if (files_.FileExists(Old(".FPT"))) kept = kept && files_.Copy(Old(".FPT"), Old(".OLD.FPT"));
+    return kept ? engine::kSuccess : engine::kErrorWrite;
+  }
+
+  // The new files must be on the disk before they count: the writers are held for that, since it empties the
+  // journal.
+  int PutInPlace() {
+    int code = data_.HoldWriters(folder_);
+    if (code != engine::kSuccess) return code;
+    std::vector<std::string> replaced;
+    std::vector<std::string> removed;
+    for (std::string_view part : kParts) {
+      if (files_.FileExists(New(part))) {
+        if (!files_.Rename(New(part), data_.NewFormOf(Old(part)))) code = engine::kErrorRename;
+        replaced.push_back(Old(part));
+      } else if (files_.FileExists(Old(part))) {
+        removed.push_back(Old(part));
+      }
+    }
+    if (code == engine::kSuccess) code = data_.ReplaceFiles(replaced, removed);
+    data_.ReleaseWriters();
+    return code;
+  }
+
+  clsKVRData& data_;
+  FileSystem& files_;
+  const MaintainedTable& table_;
+  const engine::Progress& progress_;
+  std::string old_path_;
+  std::string folder_;
+  DataHandle old_ = 0;
+  DataHandle fresh_ = 0;
+  int count_ = 0;
+  std::string problem_;
+};
+
+}  // namespace
+
+UpgradeResult UpgradeTable(const Session& session, const MaintainedTable& table,
+                           const engine::Progress& progress) {
+  clsKVRData& data = session.Data();
+  TableBase old(session.Home(), *table.layout);
+  int opened = old.OpenQuietly(table.bank_code, true);
+  bool index_made = false;
+  if (IsIndexDamage(opened)) {
+    opened = data.RebuildIndex(table.Path(session), table.layout->tags, progress);
+    index_made = opened == engine::kSuccess;
+    if (index_made) opened = old.OpenQuietly(table.bank_code, true);
+  }
+  if (opened <= 0) return {opened, std::string(engine::error4text(opened))};
+  switch (old.CheckVersion()) {
+    case LayoutState::kCurrent:
+      return {engine::kSuccess, index_made ? "index made anew" : "current already"};
+    case LayoutState::kOtherFields:
+      return LayoutCopy(session, table, progress).Run(old);
+    case LayoutState::kOtherTags:
+      break;
+  }
+  old.Close();
+  const int code = data.RebuildIndex(table.Path(session), table.layout->tags, progress);
+  return {code, code == engine::kSuccess ? "index brought to the new layout"
+                                         : std::string(engine::error4text(code))};
+}
+
+}  // namespace tallwick

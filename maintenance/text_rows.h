@@ -1,0 +1,47 @@
+// Rows of plain texts behind a grid.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "core/form.h"
+
+namespace tallwick {
+
+class TextRows : public RowSource {
+ public:
+  // `numeric` is the column of numbers, from 0; -1 = none.
+  explicit TextRows(std::vector<std::string> headings, int numeric = -1)
+      : headings_(std::move(headings)), numeric_(numeric) {}
+  // `style` as RowSource::RowStyle names it.
+  void Add(std::vector<std::string> cells, std::string style = {}) {
+    rows_.emplace_back(std::move(cells), std::move(style));
+  }
+
+  // Puts a row's last cell; the row is the one with this first cell, or is added.
+  void SetLast(std::string_view first, std::string_view last) {
+    for (auto& [cells, style] : rows_) {
+      if (cells.front() != first) continue;
+      cells.back() = last;
+      return;
+    }
+    Add({std::string(first), std::string(last)});
+  }
+
+  std::vector<std::string> Headings() const override { return headings_; }
+  std::size_t RowCount() override { return rows_.size(); }
+  std::vector<std::string> Row(std::size_t row) override {
+    return row < rows_.size() ? rows_[row].first : std::vector<std::string>();
+  }
+  bool IsNumeric(std::size_t column) const override { return static_cast<int>(column) == numeric_; }
+  std::string RowStyle(std::size_t row) override { return row < rows_.size() ? rows_[row].second : ""; }
+
+ private:
+  std::vector<std::string> headings_;
+  int numeric_;
+  std::vector<std::pair<std::vector<std::string>, std::string>> rows_;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,77 @@
+// Work on a company folder as a whole: keeping its writers off while it is copied, having it alone, and
+// replacing its files together.
+#include <algorithm>
+
+#include "store/engine/file_swap.h"
+#include "store/engine/instance.h"
+
+namespace tallwick::engine {
+namespace {
+
+// A table in use by anyone, this instance included, has its presence byte taken. Asked of the file itself, so
+// that a damaged table can be answered for as well.
+int ProveFree(FileLayer& files, const std::string& table) {
+  int rc = kSuccess;
+  const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
+  if (!data) return files.Exists(table) ? rc : static_cast<int>(kSuccess);
+  rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
+  return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
+}
+
+}  // namespace
+
+int code4holdWriters(Code4& code, const std::string& folder) {
+  if (code.held_journal != nullptr || code.unit_depth > 0) return code.Fail(kErrorParameter);
+  int rc = code.gate != nullptr ? static_cast<int>(kSuccess) : PassGate(code.setup.files, folder);
+  if (rc != kSuccess) return code.Fail(rc);
+  code.JournalOf(folder);
+  std::shared_ptr<Journal> journal = code.journals[folder];
+  rc = journal->BeginWriting();
+  if (rc == kSuccess) rc = journal->Settle();
+  if (rc == kSuccess) {
+    code.held_journal = std::move(journal);
+  } else {
+    journal->EndWriting();
+  }
+  return code.Fail(rc);
+}
+
+void code4releaseWriters(Code4& code) {
+  if (code.held_journal != nullptr) code.held_journal->EndWriting();
+  code.held_journal.reset();
+}
+
+int d4inUse(Code4& code, std::string_view path) {
+  return ProveFree(code.setup.files, TablePath(code, path));
+}
+
+int code4takeFolder(Code4& code, const std::string& folder, const std::vector<std::string>& tables) {
+  if (code.gate != nullptr || code.unit_depth > 0) return code.Fail(kErrorParameter);
+  auto gate = std::make_unique<FolderGate>(code.setup.files, code.setup.clock, folder);
+  int rc = gate->Enter();
+  for (const std::string& table : tables) {
+    if (rc == kSuccess) rc = FinishSwap(code.setup.files, table);
+    if (rc == kSuccess) rc = ProveFree(code.setup.files, table);
+  }
+  if (rc == kSuccess) code.gate = std::move(gate);
+  return code.Fail(rc);
+}
+
+void code4releaseFolder(Code4& code) {
+  code.gate.reset();
+}
+
+int code4replaceFiles(Code4& code, const FolderChange& change) {
+  if (code.gate == nullptr) return code.Fail(kErrorParameter);
+  // What the journal holds belongs to the old files, and must never meet the new ones.
+  QuietJournal quiet(code, code.gate->Folder());
+  int rc = quiet.Begin();
+  if (rc == kSuccess) rc = code.gate->Replace(change);
+  return code.Fail(rc);
+}
+
+bool code4replaceUnfinished(const Code4& code) {
+  return code.gate != nullptr && code.gate->IsUnfinished();
+}
+
+}  // namespace tallwick::engine

@@ -1,0 +1,275 @@
+// Copy and restore: what an office gets back, and what faults leave behind.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "maintenance/copy_manifest.h"
+#include "maintenance/data_copy.h"
+#include "tests/maintenance/maintained_office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using testing::MaintainedOffice;
+using testing::WatchedProgress;
+
+constexpr BoxAnswer kOk = BoxAnswer::kOk;
+constexpr BoxAnswer kCancel = BoxAnswer::kCancel;
+constexpr BoxAnswer kYes = BoxAnswer::kYes;
+constexpr BoxAnswer kNo = BoxAnswer::kNo;
+
+class DataCopyTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(office_.started); }
+
+  CopyOutcome Copy(std::deque<BoxAnswer> answers = {kOk}) {
+    office_.boxes.answers = std::move(answers);
+    return CopyDatabases(*office_.session, progress_);
+  }
+  // Restores; settings that exist are kept.
+  CopyOutcome Restore(std::deque<BoxAnswer> answers = {kOk, kNo, kNo}) {
+    office_.boxes.shown.clear();
+    office_.boxes.answers = std::move(answers);
+    return RestoreDatabases(*office_.session, progress_);
+  }
+  bool Copied(const std::string& name) { return office_.Has("DBFCOPYS\\" + name); }
+  void RemoveFromCopy(const std::string& name) {
+    SystemFileSystem().Remove(office_.folder.Held("DBFCOPYS\\" + name));
+  }
+  void DropManifest() { RemoveFromCopy("Copy_Files.txt"); }
+
+  MaintainedOffice office_;
+  WatchedProgress progress_;
+};
+
+TEST_F(DataCopyTest, BringsBackWhatWasCopied) {
+  const std::string before = office_.Picture();
+  ASSERT_TRUE(Copy().completed);
+  EXPECT_THAT(office_.boxes.shown.front().text, HasSubstr("Last copy was made N/A\rPrepared by: N/A"));
+  EXPECT_EQ(office_.boxes.shown.back().text, "Copy Databases Completed...");
+  EXPECT_EQ(office_.ReadFile("DBFCOPYS\\Copy_Date.txt"), "Friday, March 15, 2024\r\n09:30 AM\r\njdoe\r\n");
+  // The shared tables are copied in their own step, once; nothing but escrow data is.
+  EXPECT_EQ(std::count(progress_.shown.begin(), progress_.shown.end(),
+                       "Copying Escrow_Banks.dbf to " + office_.folder.Platform("DBFCOPYS/") + "."),
+            1);
+  EXPECT_FALSE(std::any_of(progress_.shown.begin(), progress_.shown.end(),
+                           [](const std::string& line) { return line.starts_with("Copying ESCROW_BANKS"); }));
+  for (const char* name : {"ESCROW_CHECKS_FNB.CDX", "ESCROW_NOTES.FPT", "MICR_Print_FNB.dat"})
+    EXPECT_TRUE(Copied(name)) << name;
+  EXPECT_FALSE(Copied("letter.txt"));
+
+  ASSERT_TRUE(office_.AddCheck("900", "24-0900"));
+  office_.session->Company().notes.Save({"24-0001", "GEN", std::string(3000, 'x')});
+  ASSERT_TRUE(office_.AddBank("NEW", "A New Bank"));
+  office_.WriteFile("Inactive Banks.dat", "FNB");
+  ASSERT_NE(office_.Picture(), before);
+
+  EXPECT_TRUE(Restore({kOk, kYes, kNo}).completed);
+  EXPECT_EQ(office_.Picture(), before);
+  EXPECT_EQ(office_.ReadFile("Inactive Banks.dat"), "OLD");
+  const std::vector<Box>& shown = office_.boxes.shown;
+  ASSERT_EQ(shown.size(), 4U);
+  EXPECT_THAT(shown[0].text,
+              HasSubstr("\r\rBackup was made Friday, March 15, 2024 09:30 AM\rPrepared by: jdoe"));
+  EXPECT_EQ(shown[1].text, "\"Inactive Banks.dat\" exists - Overwrite?");
+  EXPECT_EQ(shown[2].title, "Restore Escrow Files");
+  EXPECT_EQ(shown[2].preset, kNo);
+  EXPECT_EQ(
+      shown[2].text,
+      "\"MICR_Print_FNB.dat\" exists - Overwrite?\r\rNote: If restoring files from a remote reconciliation "
+      "then the usual response is 'No'.");
+  EXPECT_EQ(shown[3].title + "|" + shown[3].text,
+            "Restore Databases Completed...|Escrow databases have been restored.");
+  EXPECT_TRUE(office_.AddCheck("901", "24-0901"));
+}
+
+TEST_F(DataCopyTest, AsksBeforeAnythingAndCancelTouchesNothing) {
+  EXPECT_EQ(Copy({kCancel}).message, "Copy Databases Aborted...");
+  EXPECT_FALSE(office_.Has("DBFCOPYS\\Copy_Files.txt"));
+  EXPECT_THAT(Restore().message, HasSubstr("Aborted"));
+  EXPECT_THAT(office_.boxes.shown.front().text, HasSubstr("There is no copy"));
+  ASSERT_TRUE(Copy().completed);
+  ASSERT_TRUE(office_.AddCheck("900", "24-0900"));
+  RemoveFromCopy("Copy_Date.txt");
+  const std::string now = office_.Picture();
+  EXPECT_FALSE(Restore({kCancel}).completed);
+  EXPECT_THAT(office_.boxes.shown.front().text, HasSubstr("Backup was made N/A\rPrepared by: N/A"));
+  EXPECT_EQ(office_.Picture(), now);
+}
+
+TEST_F(DataCopyTest, NobodyPostsWhileTheFilesAreCopied) {
+  StartUpOutcome clerk = office_.Another();
+  ASSERT_NE(clerk.session, nullptr);
+  int refused = 0;
+  progress_.at_show = [&](std::string_view what) {
+    const bool posted = office_.AddCheck("90" + std::to_string(refused), "24-0900", clerk.session.get());
+    if (what.starts_with("Copying ")) {
+      EXPECT_FALSE(posted) << what;
+      ++refused;
+    }
+  };
+  ASSERT_TRUE(Copy().completed);
+  EXPECT_GT(refused, 5);
+  progress_.at_show = {};
+  EXPECT_TRUE(office_.AddCheck("950", "24-0950", clerk.session.get()));
+  clerk.session.reset();
+  EXPECT_TRUE(Restore().completed);
+}
+
+struct CopyFault {
+  const char* what;
+  const char* change;
+  const char* path;  // a part of it
+  std::deque<BoxAnswer> answers;
+  const char* said;  // among the boxes
+  bool old_copy_stays;
+};
+
+TEST_F(DataCopyTest, FaultsOfACopyAreToldAndChangeNothingElse) {
+  const std::vector<CopyFault> faults = {
+      {"the last copy cannot be removed", "remove folder", "DBFCOPYS~", {kOk}, "could not be removed", true},
+      {"nor stepped aside", "rename", "DBFCOPYS~", {kOk}, "could not be removed", true},
+      {"no folder on a read-only disk", "create folder", "DBFCOPYS", {kOk}, "neither full nor", false},
+      {"no room for the list", "write", "Copy_Files.txt", {kOk}, "neither full nor", false},
+      {"a full disk, stopped",
+       "copy",
+       "ESCROW_WIRES",
+       {kOk, kCancel},
+       "ESCROW_WIRES_FNB.CDX was not copied.",
+       false},
+      {"a full disk, gone on", "copy", "ESCROW_WIRES", {kOk, kOk, kOk}, "may NOT have been copied", false},
+      {"no stamp", "write", "Copy_Date.txt", {kOk}, "may NOT have been copied", false},
+      {"no control file",
+       "write",
+       "Escrow_Control",
+       {kOk},
+       "SetupApplicationControlFile returned False...",
+       false}};
+  const std::string before = office_.Picture();
+  for (const CopyFault& fault : faults) {
+    office_.faulty.fails = {};
+    ASSERT_TRUE(Copy().completed);
+    office_.WriteFile("DBFCOPYS\\mark.txt", "the old copy");
+    office_.faulty.fails = [&fault](std::string_view change, std::string_view path) {
+      return change == fault.change && path.find(fault.path) != std::string_view::npos;
+    };
+    office_.boxes.shown.clear();
+    EXPECT_FALSE(Copy(fault.answers).completed) << fault.what;
+    EXPECT_THAT(office_.boxes.Texts(), Contains(HasSubstr(fault.said))) << fault.what;
+    EXPECT_EQ(Copied("mark.txt"), fault.old_copy_stays) << fault.what;
+    EXPECT_EQ(office_.Picture(), before) << fault.what;
+  }
+}
+
+TEST_F(DataCopyTest, ACopyThatDiffersFromTheDataIsNotCompleted) {
+  office_.faulty.copied = [](std::string_view path) {
+    if (path.ends_with("ESCROW_XRFS.DBF")) SystemFileSystem().Append(path, "x");
+  };
+  EXPECT_FALSE(Copy({kOk, kOk}).completed);
+  EXPECT_THAT(office_.boxes.Texts(), Contains("ESCROW_XRFS.DBF was not copied."));
+  office_.faulty.copied = {};
+  EXPECT_FALSE(Restore({kOk, kNo}).completed);
+  EXPECT_THAT(office_.boxes.shown[1].text, HasSubstr("the copy was not completed"));
+}
+
+TEST_F(DataCopyTest, ACopyThatHasChangedIsRestoredOnlyWhenInsisted) {
+  ASSERT_TRUE(Copy().completed);
+  ASSERT_TRUE(office_.AddCheck("900", "24-0900"));
+  office_.WriteFile("DBFCOPYS\\MICR_Print_FNB.dat", "NextCheckNumber=1");
+  office_.WriteFile("DBFCOPYS\\Stranger.dat", "?");
+  RemoveFromCopy("ESCROW_WIRES_FNB.CDX");
+  const std::string now = office_.Picture();
+  EXPECT_FALSE(Restore({kOk, kNo}).completed);
+  const std::string& question = office_.boxes.shown[1].text;
+  for (const char* problem : {"MICR_Print_FNB.dat has changed", "ESCROW_WIRES_FNB.CDX is missing",
+                              "Stranger.dat did not belong to it"})
+    EXPECT_THAT(question, HasSubstr(problem));
+  EXPECT_EQ(office_.Picture(), now);
+  EXPECT_TRUE(Restore({kOk, kYes, kNo, kNo}).completed);
+  EXPECT_EQ(office_.Picture().find("24-0900"), std::string::npos);
+}
+
+TEST_F(DataCopyTest, NoIndexOrMemoOfAnotherGenerationStays) {
+  ASSERT_TRUE(Copy().completed);
+  const std::string before = office_.Picture();
+  DropManifest();  // as an earlier program left a copy
+  RemoveFromCopy("ESCROW_CHECKS_FNB.CDX");
+  for (int i = 0; i < 30; ++i) ASSERT_TRUE(office_.AddCheck(std::to_string(900 + i), "24-0900"));
+  EXPECT_TRUE(Restore().completed);
+  EXPECT_EQ(office_.Picture(), before);  // verified with its tags
+  // A table that came without its memos is left as it is, when the user goes on.
+  RemoveFromCopy("ESCROW_NOTES.FPT");
+  office_.session->Company().notes.Save({"24-0001", "GEN", "Later"});
+  const CopyOutcome outcome = Restore({kOk, kNo, kNo, kOk});
+  EXPECT_THAT(outcome.failed, ElementsAre("Escrow_Notes.dbf"));
+  EXPECT_THAT(office_.boxes.LastText(), HasSubstr("may NOT have been restored"));
+  EXPECT_THAT(office_.Picture(), HasSubstr("Later"));
+}
+
+TEST_F(DataCopyTest, ARestoreThatEndsEarlyLeavesTheOldData) {
+  ASSERT_TRUE(Copy().completed);
+  ASSERT_TRUE(office_.AddCheck("900", "24-0900"));
+  const std::string now = office_.Picture();
+  const auto expect_untouched = [&](const std::string& what) {
+    EXPECT_THAT(office_.boxes.LastText(), HasSubstr("Nothing has been changed")) << what;
+    EXPECT_EQ(office_.Picture(), now) << what;
+    EXPECT_THAT(SystemFileSystem().List(office_.folder.Held(), "*~"), ElementsAre()) << what;
+  };
+  int files = 0;
+  office_.faulty.fails = [&files](std::string_view change, std::string_view path) {
+    return change == "copy" && path.ends_with('~') && ++files == 8;
+  };
+  EXPECT_FALSE(Restore({kOk, kNo, kNo, kCancel}).completed);
+  expect_untouched("a full disk");
+  office_.faulty.fails = {};
+  for (int at : {5, 23, 30}) {
+    progress_.asked = 0;
+    progress_.stop_after = at;
+    EXPECT_FALSE(Restore().completed);
+    if (office_.boxes.LastText() != "Restore Databases Aborted...") expect_untouched("Esc");
+    EXPECT_EQ(office_.Picture(), now);
+  }
+  progress_.stop_after = 0;
+  // Another workstation is at work.
+  StartUpOutcome clerk = office_.Another();
+  EXPECT_FALSE(Restore().completed);
+  EXPECT_THAT(office_.boxes.Texts(), Contains("Could not get exclusive file access.  Try again later..."));
+  EXPECT_EQ(office_.Picture(), now);
+  clerk.session.reset();
+  // Nobody gets in between.
+  progress_.at_show = [&](std::string_view what) {
+    if (!what.starts_with("Restoring ")) return;
+    EXPECT_EQ(office_.Another().result, StartUpResult::kExclusive);
+    EXPECT_EQ(office_.other_boxes.LastText(),
+              "Escrow Accounting is in Exclusive Access Mode - Try again later...");
+  };
+  EXPECT_TRUE(Restore().completed);
+}
+
+TEST_F(DataCopyTest, ASelectedBankThatTheRestoreTakesAwayIsClosed) {
+  ASSERT_TRUE(Copy().completed);
+  ASSERT_TRUE(office_.AddBank("NEW", "A New Bank"));
+  office_.session->SetBank("NEW", "A New Bank");
+  EXPECT_TRUE(Restore().completed);
+  EXPECT_EQ(office_.session->BankCode(), "");
+}
+
+TEST(CopyManifestTest, ReadsOnlyWholeTexts) {
+  const CopyManifest manifest{true,
+                              {{"A B.dat", 12, std::string(64, 'A')}, {"C.DBF", 0, std::string(64, '0')}}};
+  const std::string text = ManifestText(manifest);
+  const std::optional<CopyManifest> read = ParseManifest(text);
+  ASSERT_TRUE(read);
+  EXPECT_TRUE(read->complete);
+  EXPECT_EQ(read->files, manifest.files);
+  for (std::size_t cut = 0; cut < text.size(); ++cut) {
+    const std::optional<CopyManifest> part = ParseManifest(text.substr(0, cut));
+    EXPECT_TRUE(!part || part->files.size() < 2) << cut;
+  }
+}
+
+}  // namespace
+}  // namespace tallwick

@@ -1,0 +1,217 @@
+// The maintenance commands: their questions in order, exclusive access, and what they leave of the tables.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "maintenance/maintenance_run.h"
+#include "maintenance/version_report.h"
+#include "tests/maintenance/maintained_office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::Contains;
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::MaintainedOffice;
+using ::testing::SizeIs;
+using testing::WatchedProgress;
+
+constexpr BoxAnswer kOk = BoxAnswer::kOk;
+constexpr BoxAnswer kCancel = BoxAnswer::kCancel;
+constexpr BoxAnswer kYes = BoxAnswer::kYes;
+constexpr BoxAnswer kNo = BoxAnswer::kNo;
+constexpr MaintenanceOperation kRebuild = MaintenanceOperation::kRebuild;
+constexpr MaintenanceOperation kPack = MaintenanceOperation::kPack;
+constexpr MaintenanceOperation kUpdate = MaintenanceOperation::kUpdateVersions;
+
+class MaintenanceTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(office_.started); }
+  MaintenanceOutcome Run(MaintenanceOperation operation, std::deque<BoxAnswer> answers = {kNo, kOk}) {
+    office_.boxes.shown.clear();
+    office_.boxes.answers = std::move(answers);
+    return RunMaintenance(*office_.session, operation, progress_);
+  }
+  const std::vector<Box>& Shown() { return office_.boxes.shown; }
+
+  MaintainedOffice office_;
+  WatchedProgress progress_;
+};
+
+TEST_F(MaintenanceTest, AsksInOrderAndCancelEndsIt) {
+  const struct {
+    MaintenanceOperation operation;
+    const char* backup_title;
+    const char* lock_out;
+  } cases[] = {{kRebuild, "Backup Prior to Rebuild & Reindex",
+                "\"Rebuild & Reindex\" requires exclusive access to "
+                "Escrow Accounting - Will attempt lock-out now..."},
+               {kUpdate, "Backup Prior to Update",
+                "\"Update Database Versions\" requires exclusive access to "
+                "Escrow Accounting - Will attempt lock-out now..."},
+               {kPack, "Backup Prior to Pack Databases",
+                "\"Pack Databases\" requires exclusive access to Escrow "
+                "Accounting - Will attempt lock-out now..."},
+               {MaintenanceOperation::kPurge, "Backup Prior to Purge",
+                "\"Purge Files\" requires exclusive access to "
+                "Escrow Accounting - Will attempt lock-out now..."}};
+  const std::string before = office_.Picture();
+  for (const auto& one : cases) {
+    EXPECT_FALSE(Run(one.operation, {kCancel}).completed);
+    ASSERT_THAT(Shown(), SizeIs(1));
+    EXPECT_EQ(Shown()[0].title, one.backup_title);
+    EXPECT_EQ(Shown()[0].text, "Backup Escrow Accounting Files Now?");
+    EXPECT_EQ(Shown()[0].buttons, BoxButtons::kYesNoCancel);
+    EXPECT_FALSE(Run(one.operation, {kNo, kCancel}).completed);
+    ASSERT_THAT(Shown(), SizeIs(2));
+    EXPECT_EQ(Shown()[1].text, one.lock_out);
+    EXPECT_FALSE(Run(one.operation, {kYes, kCancel}).completed);
+    EXPECT_EQ(Shown().back().text, "Copy Databases Aborted...\r\rBackup Aborted or Failed...");
+    EXPECT_EQ(office_.Picture(), before);  // every table open and unchanged
+  }
+  EXPECT_TRUE(Run(kRebuild, {kYes, kOk, kOk}).completed);  // with a backup
+  EXPECT_TRUE(office_.Has("DBFCOPYS\\Copy_Date.txt"));
+}
+
+TEST_F(MaintenanceTest, GoesThroughTheTablesInOrder) {
+  const std::string before = office_.Picture();
+  const MaintenanceOutcome outcome = Run(kRebuild);
+  EXPECT_TRUE(outcome.completed);
+  EXPECT_EQ(Shown().back().title + "|" + Shown().back().text,
+            "Rebuild & Reindex Completed...|Escrow Databases have been Rebuilt & Reindexed...");
+  EXPECT_THAT(progress_.shown, ElementsAre("Processing ESCROW_BANKS", "Processing ESCROW_XRFS",
+                                           "Processing ESCROW_NOTES", "Processing ESCROW_CHECKS_FNB",
+                                           "Processing ESCROW_DEPOSITS_FNB", "Processing ESCROW_DEPOXRFS_FNB",
+                                           "Processing ESCROW_VOUCHERS_FNB", "Processing ESCROW_WIRES_FNB"));
+  EXPECT_EQ(outcome.tables.front().text, "Pack Result Code: 0");
+  EXPECT_EQ(office_.Picture(), before);
+  EXPECT_TRUE(office_.AddCheck("900", "24-0900"));
+}
+
+TEST_F(MaintenanceTest, ExclusiveMeansThatNobodyElseWorks) {
+  {
+    const StartUpOutcome clerk = office_.Another();
+    EXPECT_EQ(Run(kPack).code, engine::kErrorOpenRefused);
+    EXPECT_EQ(Shown().back().text, "Could not get exclusive file access.  Try again later...");
+    EXPECT_EQ(Shown().back().icon, BoxIcon::kCritical);
+    EXPECT_TRUE(office_.AddCheck("900", "24-0900"));  // shared again
+  }
+  int turned_away = 0;
+  progress_.at_show = [&](std::string_view) {
+    if (office_.Another().result == StartUpResult::kExclusive) ++turned_away;
+  };
+  EXPECT_TRUE(Run(kPack).completed);
+  EXPECT_GE(turned_away, 8);
+  EXPECT_THAT(office_.other_boxes.Texts(),
+              ::testing::Each("Escrow Accounting is in Exclusive Access Mode - Try again later..."));
+  EXPECT_EQ(office_.Another().result, StartUpResult::kStarted);
+}
+
+TEST_F(MaintenanceTest, PackDropsDeletedRecordsAndRebuildMendsIndexes) {
+  {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB") && bank.checks.SeekNumber("103"));
+    ASSERT_EQ(bank.checks.Delete(), 0);
+    EXPECT_EQ(bank.checks.RecordCount(), 5);
+  }
+  EXPECT_TRUE(Run(kPack).completed);
+  office_.WriteFile("ESCROW_WIRES_FNB.CDX", "no index");
+  const MaintenanceOutcome packed = Run(kPack);
+  EXPECT_TRUE(packed.HasFailures());
+  EXPECT_THAT(Shown().back().text, HasSubstr("ESCROW_WIRES_FNB: Pack Result Code: -"));
+  EXPECT_TRUE(Run(kRebuild).completed);
+  BankTables bank(office_.session->Home());
+  ASSERT_TRUE(bank.Open("FNB"));
+  EXPECT_EQ(bank.checks.RecordCount(), 4);
+  EXPECT_TRUE(bank.wires.SeekNumber("FED1"));
+}
+
+TEST_F(MaintenanceTest, StopsBetweenTablesAndWithinOneWithNothingLost) {
+  const std::string before = office_.Picture();
+  for (int at = 1; at <= 12; ++at) {
+    progress_.asked = 0;
+    progress_.stop_after = at;
+    const MaintenanceOutcome outcome = Run(kRebuild);
+    EXPECT_FALSE(outcome.completed);
+    EXPECT_THAT(Shown().back().text, HasSubstr("was stopped"));
+    EXPECT_EQ(office_.Picture(), before) << at;
+  }
+}
+
+// Makes a bank's wires table of an older layout: another width, a field that is gone, one that is missing,
+// and one tag.
+void MakeOldWires(MaintainedOffice& office) {
+  clsKVRData& data = office.session->Data();
+  const std::string path = office.folder.Held("ESCROW_WIRES_FNB.DBF");
+  for (const char* part : {".DBF", ".CDX"})
+    SystemFileSystem().Remove(office.folder.Held("ESCROW_WIRES_FNB" + std::string(part)));
+  const FieldLayout fields[] = {{"WIRENUMBER", 'C', 12},    {"WIREFILENO", 'C', 10}, {"WIREDATED", 'D', 8},
+                                {"WIREAMOUNT", 'N', 14, 2}, {"WIREOLD", 'C', 5},     {"WIRESTATUS", 'C', 2}};
+  const TagLayout tags[] = {{"WIRENUMBER", "UPPER (WIRENUMBER)", ".NOT. Deleted ()", true}};
+  const DataHandle old = data.CreateDatabase(path, fields, tags);
+  ASSERT_GT(old, 0);
+  for (const char* number : {"FED1", "FED2"}) {
+    data.AddRecordStart(old);
+    data.SetStringFieldValue(old, "WIRENUMBER", number);
+    data.SetStringFieldValue(old, "WIREFILENO", "24-0001");
+    data.SetDateFieldValue(old, "WIREDATED", "03/15/2024");
+    data.SetCurrencyFieldValue(old, "WIREAMOUNT", Currency::FromCents(123456));
+    data.SetStringFieldValue(old, "WIREOLD", "KEPT");
+    EXPECT_EQ(data.AddRecordFinish(old), 0);
+  }
+  data.CloseDatabase(old);
+}
+
+std::string VersionOf(MaintainedOffice& office, const std::string& table) {
+  WatchedProgress progress;
+  for (const TableVersion& version : ReportVersions(*office.session, progress))
+    if (version.table.Name() == table) return version.text;
+  return {};
+}
+
+TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
+  EXPECT_EQ(VersionOf(office_, "ESCROW_BANKS"), "Escrow_Banks - current");
+  EXPECT_EQ(VersionOf(office_, "ESCROW_DEPOXRFS_FNB"), "Escrow_DepoXRFS_ - current");
+  MakeOldWires(office_);
+  EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ OUT-of-DATE");
+  EXPECT_TRUE(Run(kUpdate).completed);
+  EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ - current");
+  {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB") && bank.wires.SeekNumber("FED2"));
+    const WireRecord wire = bank.wires.Read();
+    EXPECT_EQ(wire.amount, Currency::FromCents(123456));
+    EXPECT_EQ(wire.dated, (Date{2024, 3, 15}));
+    EXPECT_EQ(wire.file_number, "24-0001");
+    EXPECT_TRUE(bank.wires.FirstOfFile("24-0001"));
+  }
+  EXPECT_THAT(office_.ReadFile("ESCROW_WIRES_FNB.OLD"), HasSubstr("KEPT"));
+  EXPECT_THAT(SystemFileSystem().List(office_.folder.Held(), "*~*"), IsEmpty());
+
+  office_.WriteFile("ESCROW_CHECKS_FNB.DBF", "no table");
+  EXPECT_EQ(VersionOf(office_, "ESCROW_CHECKS_FNB"), "Escrow_Checks version status not available.");
+}
+
+TEST_F(MaintenanceTest, AValueThatTheNewLayoutCannotHoldKeepsTheOldTable) {
+  MakeOldWires(office_);
+  {
+    clsKVRData& data = office_.session->Data();
+    const DataHandle old = data.OpenDatabase(office_.folder.Held("ESCROW_WIRES_FNB.DBF"));
+    data.TopDatabase(old);
+    data.LockTheRecord(old);
+    data.SetCurrencyFieldValue(old, "WIREAMOUNT", Currency::FromCents(9999999999999));
+    data.WriteTheRecord(old);
+    data.CloseDatabase(old);
+  }
+  const std::string bytes = office_.ReadFile("ESCROW_WIRES_FNB.DBF");
+  const MaintenanceOutcome outcome = Run(kUpdate);
+  EXPECT_FALSE(outcome.completed);
+  EXPECT_THAT(Shown().back().text, HasSubstr("ESCROW_WIRES_FNB: record 1: "));
+  EXPECT_EQ(office_.ReadFile("ESCROW_WIRES_FNB.DBF"), bytes);
+  EXPECT_THAT(SystemFileSystem().List(office_.folder.Held(), "*~*"), IsEmpty());
+}
+
+}  // namespace
+}  // namespace tallwick

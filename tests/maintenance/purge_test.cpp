@@ -1,0 +1,127 @@
+// Which files count as closed, and that a purge takes them whole or not at all.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "maintenance/exclusive_access.h"
+#include "maintenance/purge.h"
+#include "maintenance/xref_check.h"
+#include "tests/maintenance/maintained_office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::Office;
+using testing::WatchedProgress;
+
+constexpr Period kThrough{12, 0, 2023};
+constexpr Period kBefore{11, 0, 2023};
+
+// A bank reconciled through January 2024. Each file has one check of 10.00; what it was deposited with, and
+// how it stands, a test says.
+class PurgeTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(office_.Open()); }
+
+  void AddCheck(const std::string& file, const std::string& status, Period accounting = kBefore) {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB"));
+    CheckRecord check;
+    check.number = std::to_string(++number_);
+    check.file_number = file;
+    check.amount = Currency::FromCents(1000);
+    check.status = status;
+    check.accounting = accounting;
+    if (status == "C") check.statement = accounting;
+    ASSERT_EQ(bank.checks.Add(check), 0);
+    ASSERT_EQ(office_.session->Company().xrefs.Add(CheckXref(file, "FNB", check.number)), 0);
+  }
+  // A cleared ticket with 10.00 for each of the files.
+  void AddTicket(const std::vector<std::string>& files, const std::string& status = "C") {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB"));
+    DepositRecord deposit;
+    deposit.dated = "20231101";
+    deposit.sequence = std::to_string(++sequence_);
+    deposit.accounting = kBefore;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+      const int item = static_cast<int>(i) + 1;
+      deposit.items[i] = {std::to_string(item),      files[i], "BUYER",
+                          Currency::FromCents(1000), kBefore,  status};
+      ASSERT_EQ(office_.session->Company().xrefs.Add(
+                    DepositItemXref(files[i], "FNB", deposit.dated, deposit.sequence, item)),
+                0);
+      ASSERT_EQ(bank.deposit_xrefs.Add({files[i], deposit.dated, deposit.sequence, std::to_string(item)}), 0);
+    }
+    ASSERT_EQ(bank.deposits.Add(deposit), 0);
+  }
+  std::vector<std::string> Closed(const Period& through = kThrough) {
+    std::vector<std::string> numbers;
+    search_ = FindClosedFiles(*office_.session, through, progress_);
+    EXPECT_TRUE(search_.whole);
+    for (const ClosedFile& file : search_.files) numbers.push_back(file.number);
+    return numbers;
+  }
+
+  Office office_;
+  WatchedProgress progress_;
+  PurgeSearch search_;
+  int number_ = 100;
+  int sequence_ = 0;
+};
+
+TEST_F(PurgeTest, AFileIsClosedWhenNothingOfItIsOpen) {
+  AddTicket({"A-CLOSED"});
+  AddCheck("A-CLOSED", "C");
+  AddTicket({"B-OUTSTANDING"});
+  AddCheck("B-OUTSTANDING", "O");
+  AddTicket({"C-FUNDS", "C-FUNDS"});
+  AddCheck("C-FUNDS", "C");
+  AddTicket({"D-DEPOSIT"}, "O");
+  AddCheck("D-DEPOSIT", "C");
+  AddTicket({"E-LATER"});
+  AddCheck("E-LATER", "C", {1, 0, 2024});
+  AddTicket({"F-UNRECONCILED"});
+  AddCheck("F-UNRECONCILED", "C", {2, 0, 2024});
+  AddCheck("G-VOIDED", "V");
+  AddTicket({"H-STOPPED"});
+  AddCheck("H-STOPPED", "S");
+  AddCheck("VOID", "V");
+  // A ticket keeps its files together: one that is open keeps the other, and that one a third.
+  AddTicket({"I-CHAIN", "J-CHAIN"});
+  AddTicket({"J-CHAIN", "K-CHAIN"});
+  for (const char* file : {"I-CHAIN", "J-CHAIN", "J-CHAIN"}) AddCheck(file, "C");
+  EXPECT_THAT(Closed(), ElementsAre("A-CLOSED", "G-VOIDED"));
+  EXPECT_THAT(Closed({1, 31, 2024}), ElementsAre("A-CLOSED", "E-LATER", "G-VOIDED"));
+  EXPECT_THAT(Closed({12, 0, 2030}), ElementsAre("A-CLOSED", "E-LATER", "G-VOIDED"));
+  EXPECT_THAT(Closed({10, 0, 2023}), IsEmpty());
+}
+
+TEST_F(PurgeTest, TakesTheFileWithItsReferencesOrNothing) {
+  AddTicket({"A-CLOSED", "B-CLOSED"});
+  AddCheck("A-CLOSED", "C");
+  AddCheck("B-CLOSED", "C");
+  AddCheck("STAYS", "O");
+  ASSERT_THAT(Closed(), ElementsAre("A-CLOSED", "B-CLOSED"));
+  ExclusiveAccess access(*office_.session);
+  ASSERT_TRUE(access.Take("Purge Files"));
+  progress_.stop_after = 1;
+  EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), engine::kStopped);
+  progress_.stop_after = 0;
+  EXPECT_THAT(Closed(), ElementsAre("A-CLOSED", "B-CLOSED"));
+  EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), 0);
+  access.Return();
+  EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, kThrough);
+  EXPECT_THAT(office_.ReadFile("Logs\\Purged_Files.log"), HasSubstr("  A-CLOSED (2 items)\r\n"));
+  EXPECT_EQ(office_.session->Company().xrefs.LookUpFile("A-CLOSED").checks, 0);
+  const XrefCheckResult check = CheckXReferences(*office_.session, {}, progress_);
+  EXPECT_TRUE(check.completed);
+  EXPECT_THAT(check.findings, IsEmpty());
+  EXPECT_EQ(check.examined, 2);  // the check that stays and its reference
+}
+
+}  // namespace
+}  // namespace tallwick

@@ -1,0 +1,64 @@
+#include "ui/maintenance_pictures.h"
+
+#include <QCoreApplication>
+#include <QKeyEvent>
+#include <QTimer>
+
+namespace tallwick {
+namespace {
+
+constexpr int kLookEveryMs = 5;
+
+using Take = std::function<void(std::string_view, const QString&)>;
+
+// Opens a screen that waits, and takes its picture from within as soon as it is ready; then it is closed, or
+// its work stopped by Esc.
+void TakeFromWithin(Desktop& desktop, std::string_view screen, std::string_view mode, const QString& name,
+                    const Take& take, const std::function<bool(Form&)>& is_ready) {
+  QTimer look;
+  bool taken = false;
+  QObject::connect(&look, &QTimer::timeout, &desktop, [&] {
+    ScreenHost* host = desktop.Find(screen);
+    if (host == nullptr || taken || !is_ready(host->TheForm())) return;
+    taken = true;
+    take(screen, name);
+    QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
+    QCoreApplication::sendEvent(&host->Window(), &esc);
+    QTimer::singleShot(0, &desktop, [&desktop, screen] {
+      if (ScreenHost* open = desktop.Find(screen)) open->Close();
+    });
+  });
+  look.start(kLookEveryMs);
+  desktop.OpenScreen(screen, mode);
+}
+
+bool HasStatus(Form& form, std::string_view start) {
+  return form.Find("lblStatus")->caption.starts_with(start);
+}
+
+}  // namespace
+
+void TakeMaintenancePictures(Desktop& desktop, std::deque<BoxAnswer>& answers, const Take& take) {
+  answers = {BoxAnswer::kNo, BoxAnswer::kOk};
+  TakeFromWithin(desktop, "frmMaintenance", "Rebuild & Reindex", "maintenance", take,
+                 [](Form& form) { return HasStatus(form, "Processing ESCROW_VOUCHERS"); });
+  answers = {BoxAnswer::kOk};
+  TakeFromWithin(desktop, "frmCopyDatabases", {}, "copy-databases", take,
+                 [](Form& form) { return HasStatus(form, "Copying ESCROW"); });
+  TakeFromWithin(desktop, "frmCheckDatabaseVersion", {}, "database-version", take,
+                 [](Form& form) { return form.Find("grdVersions")->source != nullptr; });
+  TakeFromWithin(desktop, "frmCheckXReference", {}, "check-x-reference", take, [](Form& form) {
+    form.Click("cmdOk");
+    return true;
+  });
+  answers = {BoxAnswer::kNo, BoxAnswer::kOk};
+  TakeFromWithin(desktop, "frmPurgeFiles", {}, "purge-files", take, [](Form& form) {
+    if (!form.Find("txtThrough")->enabled || form.Find("prgProgress")->visible) return false;
+    form.Change("txtThrough", "12-2030");
+    form.Click("cmdFind");
+    return true;
+  });
+  answers.clear();
+}
+
+}  // namespace tallwick
