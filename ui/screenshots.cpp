@@ -5,7 +5,6 @@
 #include <QLineEdit>
 #include <QProcess>
 #include <QProcessEnvironment>
-#include <QTextStream>
 #include <QTimer>
 #include <deque>
 
@@ -32,7 +31,7 @@ class PictureClock : public Clock {
 };
 
 // Nobody sits here to answer: questions take the answers laid out, or the safe one.
-class QuietBoxes : public MessageBoxes {
+class AnsweringBoxes : public PrintedBoxes {
  public:
   std::deque<BoxAnswer> answers;
 
@@ -42,8 +41,7 @@ class QuietBoxes : public MessageBoxes {
       answers.pop_front();
       return answer;
     }
-    QTextStream(stderr) << QString::fromStdString(box.title + ": " + box.text) << Qt::endl;
-    return SafeAnswer(box);
+    return PrintedBoxes::Show(box);
   }
 };
 
@@ -219,7 +217,7 @@ class Photographer {
   const bool dark_;
   bool failed_ = false;
   PictureClock clock_;
-  PrintedBoxes boxes_;
+  AnsweringBoxes boxes_;
   Desktop desktop_;
 };
 
