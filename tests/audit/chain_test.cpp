@@ -196,6 +196,7 @@ TEST_F(ChainTest, WorkstationsSideBySideKeepEntriesWholeAndTheChainUnbroken) {
   constexpr int kStations = 4;
   constexpr int kEntries = 50;
   std::vector<std::thread> stations;
+  stations.reserve(kStations);
   for (int station = 0; station < kStations; ++station) {
     stations.emplace_back([this, station] {
       testing::ScriptedBoxes boxes;
