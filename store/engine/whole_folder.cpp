@@ -50,7 +50,7 @@ int code4takeFolder(Code4& code, const std::string& folder, const std::vector<st
   auto gate = std::make_unique<FolderGate>(code.setup.files, code.setup.clock, folder);
   int rc = gate->Enter();
   for (const std::string& table : tables) {
-    if (rc == kSuccess) rc = FinishSwap(code.setup.files, table);
+    if (rc == kSuccess) rc = FinishSwap(code.setup.files, table, FilesOf(code, table));
     if (rc == kSuccess) rc = ProveFree(code.setup.files, table);
   }
   if (rc == kSuccess) code.gate = std::move(gate);
