@@ -110,9 +110,9 @@ TEST_F(ViewerTest, PrintsWhatWasFound) {
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("no printer here")));
 
   KeepingPrinter printer;
-  StartUpOutcome started =
-      StartUp({office_.boxes, SystemFileSystem(), office_.clock, office_.workstation, &printer},
-              [this] { return std::make_unique<testing::FakeSuite>(office_.suite); });
+  StartUpOutcome started = StartUp({office_.boxes, SystemFileSystem(), office_.clock, office_.workstation,
+                                    nullptr, nullptr, nullptr, &printer},
+                                   [this] { return std::make_unique<testing::FakeSuite>(office_.suite); });
   ASSERT_NE(started.session, nullptr);
   ASSERT_TRUE(SelectBank(*started.session, "FNB"));
   FrmViewLog form(*started.session);
