@@ -75,7 +75,7 @@ TEST(CheckVoucherTest, SummaryAndWarnings) {
 
 TEST(EntryProblemTest, WhatCannotBeStoredIsNamed) {
   const std::string e_acute = "\xC3\xA9";
-  EXPECT_EQ(TextProblem("Payee", std::string(60, 'x') + "  ", 60), "");
+  EXPECT_EQ(TextProblem("Payee", std::string(60, 'x').append("  "), 60), "");
   std::string accents;
   for (int i = 0; i < 60; ++i) accents += e_acute;  // 60 characters, 120 bytes here
   EXPECT_EQ(TextProblem("Payee", accents, 60), "");

@@ -182,12 +182,12 @@ TEST(LockHolder, IsNamedAsLongAsItHoldsTheLock) {
   };
   ASSERT_EQ(d4lockVB(*first.checks, 1), kSuccess);
   ASSERT_EQ(d4lockVB(*first.checks, 2), kSuccess);
-  EXPECT_EQ(holder(2), "FRONTDESK (process 4711)");
+  EXPECT_EQ(holder(2), "FRONTDESK2 (process 4711)");
   EXPECT_EQ(d4lockFile(*second.checks), kLocked);
-  EXPECT_EQ(code4lockUserId(*second.code), "FRONTDESK (process 4711)");
+  EXPECT_EQ(code4lockUserId(*second.code), "FRONTDESK2 (process 4711)");
   d4unlock(*first.checks);
   ASSERT_EQ(d4lockFile(*first.checks), kSuccess);
-  EXPECT_EQ(holder(2), "FRONTDESK (process 4711)");
+  EXPECT_EQ(holder(2), "FRONTDESK2 (process 4711)");
   d4unlock(*first.checks);
   EXPECT_EQ(d4lockVB(*second.checks, 1), kSuccess);
 

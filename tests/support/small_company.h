@@ -88,12 +88,12 @@ struct Company {
     d4tagSelect(*checks, nullptr);
     for (int rc = d4top(*checks); rc == kSuccess; rc = d4skip(*checks, 1)) {
       if (d4deleted(*checks)) continue;
-      text += std::string(f4ptr(*d4field(*checks, "CHXNUMBER")), 12 + 60 + 14 + 12) + "|" +
-              f4memoPtr(*d4field(*checks, "REMARK")) + "\n";
+      text.append(f4ptr(*d4field(*checks, "CHXNUMBER")), 12 + 60 + 14 + 12);
+      text.append("|").append(f4memoPtr(*d4field(*checks, "REMARK"))).append("\n");
     }
     d4tagSelect(*xrefs, nullptr);
     for (int rc = d4top(*xrefs); rc == kSuccess; rc = d4skip(*xrefs, 1)) {
-      if (!d4deleted(*xrefs)) text += std::string(f4ptr(*d4field(*xrefs, "XRFSFILENO")), 26) + "\n";
+      if (!d4deleted(*xrefs)) text.append(f4ptr(*d4field(*xrefs, "XRFSFILENO")), 26).append("\n");
     }
     return text;
   }
