@@ -38,11 +38,22 @@ std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
   return form;
 }
 
+template <CheckMode::Kind kMode>
+std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
+  auto form = std::make_unique<FrmEditChecksPost>(session, opener, kMode);
+  if (!form->OpenTables()) return nullptr;
+  return form;
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
-    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditChecksPost>},
+    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeChecks<CheckMode::Kind::kPosting>},
+    {"frmEditChecksPost", "Viewing", true, 0, MakeChecks<CheckMode::Kind::kViewing>},
+    {"frmEditChecksPost", "Clearing", true, kRightClearChecks, MakeChecks<CheckMode::Kind::kClearing>},
+    {"frmEditChecksPost", "Voiding", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kVoiding>},
+    {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},

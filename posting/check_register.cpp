@@ -13,6 +13,41 @@ bool CheckRegister::Open(std::string_view bank_code) {
   return true;
 }
 
+void CheckRegister::ShowOrder(Order order) {
+  if (order == order_) return;
+  order_ = order;
+  UseTag(order == Order::kPayee ? "CHXPAYEE" : "CHXNUMBER", order == Order::kPayee);
+  CountAgain();
+}
+
+void CheckRegister::ShowOnly(Only only) {
+  if (only == only_) return;
+  only_ = only;
+  CountAgain();
+}
+
+bool CheckRegister::IsWanted() {
+  const std::string status =
+      checks_.Data().GetStringFieldValueByPointer(checks_.Handle(), checks_.Field("CHXSTATUS"));
+  switch (only_) {
+    case Only::kCleared:
+      return status == "C";
+    case Only::kVoided:
+      return status == "V";
+    case Only::kStopped:
+      return status == "S";
+    case Only::kOutstanding:
+      return status == "O" || status == "H";
+    case Only::kAll:
+      break;
+  }
+  return true;
+}
+
+Currency CheckRegister::SortValue() {
+  return checks_.Data().GetCurrencyFieldValueByPointer(checks_.Handle(), checks_.Field("CHXAMOUNT"));
+}
+
 CheckRegister::Shown CheckRegister::ReadRow() {
   clsKVRData& data = checks_.Data();
   const DataHandle table = checks_.Handle();

@@ -179,10 +179,9 @@ std::string PostingForm::Differences(const Values& mine, const Values& theirs) {
   return lines.empty() ? "\r\nWhat you see is the same on both." : lines;
 }
 
-void PostingForm::Audit(int action, std::string_view reference) {
-  if (screen_.audit_tx == 0) return;
-  WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, screen_.audit_tx,
-                  reference);
+void PostingForm::AuditAs(int audit_tx, int action, std::string_view reference) {
+  if (audit_tx == 0) return;
+  WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, audit_tx, reference);
 }
 
 }  // namespace tallwick

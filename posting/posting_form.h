@@ -92,7 +92,9 @@ class PostingForm : public Form {
   enum class Settled { kMine, kTheirs, kBack };
   Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs);
 
-  void Audit(int action, std::string_view reference);
+  void Audit(int action, std::string_view reference) { AuditAs(screen_.audit_tx, action, reference); }
+  // The same under another transaction than the screen's.
+  void AuditAs(int audit_tx, int action, std::string_view reference);
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 

@@ -7,11 +7,11 @@
 #include <QStatusBar>
 #include <QToolBar>
 
+#include "ui/check_window.h"
 #include "ui/posting_windows.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui_bank_select.h"
-#include "ui_check_post.h"
 #include "ui_main_window.h"
 
 namespace tallwick {
@@ -32,7 +32,7 @@ struct Screen {
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", Make<QMainWindow, Ui::frmMainEscrowAccounting>},
     {"frmBankSelect", Make<QDialog, Ui::frmBankSelect>},
-    {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
+    {"frmEditChecksPost", MakeCheckWindow},
     {"frmEditDepositsPost", MakeDepositWindow},
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},
