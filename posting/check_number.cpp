@@ -188,6 +188,7 @@ void FrmEditChecksPost::ShowWhatMayBeEntered() {
   }
   SetEnabled("cmdOk", !Is(CheckMode::Kind::kViewing));
   SetEnabled("cmdRolodex", At("txtCheckPayee").enabled);
+  SetEnabled("cmdCalendar", At("txtCheckDated").enabled);
   const bool prints = ports_.printer != nullptr && ports_.printer->WhyNot().empty();
   SetEnabled("cmdPrint", prints && Is(CheckMode::Kind::kPosting));
   SetEnabled("mnuFilePrint", At("cmdPrint").enabled);

@@ -43,6 +43,7 @@ void FrmEditChecksPost::ClosePayees() {
 
 void FrmEditChecksPost::ShowFoundPayees() {
   payee_rows_->Show(payees_.Search(Text("txtFindPayee")));
+  SetSource("lstPayees", payee_rows_);
   RowsChanged("lstPayees");
   SetSelected("lstPayees", payee_rows_->RowCount() > 0 ? 1 : 0);
 }

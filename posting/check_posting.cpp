@@ -66,11 +66,11 @@ void FrmEditChecksPost::AddControls() {
   for (const ButtonText& button : kButtons) {
     Add(ControlKind::kButton, std::string(button.name), std::string(button.caption));
   }
+  for (std::string_view button : {"cmdUsePayee", "cmdClosePayees"}) At(button).visible = false;
 }
 
 void FrmEditChecksPost::OnOpen() {
   SetSource("lstCheckNumbers", register_);
-  SetSource("lstPayees", payee_rows_);
   payees_.Refresh();
   if (const std::string why = ports_.printer != nullptr ? ports_.printer->WhyNot() : ""; !why.empty()) {
     Boxes().Exclaim(Caption(), why);

@@ -97,7 +97,8 @@ class BoundLineEdit : public BoundWidget {
       const auto row = offers_->stringList().indexOf(text);
       if (row >= 0) events.RowChosen(control, static_cast<int>(row) + 1);
     };
-    QObject::connect(completer, qOverload<const QString&>(&QCompleter::activated), &edit_, choose);
+    // Not with the field as receiver: a field that loses the focus drops what its completer tells it.
+    QObject::connect(completer, qOverload<const QString&>(&QCompleter::activated), completer, choose);
   }
 
   QLineEdit& edit_;

@@ -15,6 +15,7 @@ namespace {
 constexpr int kEntryWidth = 432;
 constexpr int kShort = 112;
 constexpr int kMiddle = 144;
+constexpr int kLabelWidth = 120;  // of all groups, so that their fields stand in one line
 
 constexpr FieldLook kNumber{
     "txtCheckNumber",
@@ -56,6 +57,12 @@ constexpr FieldLook kStatus[] = {
     {"txtCheckReason", "Why the check is voided or stopped.", 0, true},
 };
 
+QGridLayout& AddGroup(PostingLayout& layout, const char* heading) {
+  QGridLayout& grid = layout.AddGroup(heading);
+  grid.setColumnMinimumWidth(0, kLabelWidth);
+  return grid;
+}
+
 // A field with something of its own kind beside it.
 void AddFieldBeside(PostingLayout& layout, QGridLayout& grid, const FieldLook& look, QWidget* beside) {
   QLineEdit& field = layout.AddField(grid, look);
@@ -77,11 +84,14 @@ QPushButton* BesideButton(PostingLayout& layout, const char* name, const char* h
 }
 
 void AddPayee(PostingLayout& layout) {
-  QGridLayout& grid = layout.AddGroup("Payee");
+  QGridLayout& grid = AddGroup(layout, "Payee");
   QPushButton* list = BesideButton(layout, "cmdRolodex", "Opens the list of payees (F4).");
   AddFieldBeside(layout, grid, kPayee, list);
   layout.Entry().findChild<QLineEdit*>(kPayee.name)->setProperty("lookUp", true);
   for (const FieldLook& look : kAddress) layout.AddField(grid, look);
+  layout.Entry()
+      .findChild<QLineEdit*>("txtCheckAddr2")
+      ->setAccessibleName(QObject::tr("Address, second line"));
 }
 
 void AddAdvice(PostingLayout& layout, QGridLayout& grid) {
@@ -102,16 +112,16 @@ void AddAdvice(PostingLayout& layout, QGridLayout& grid) {
 }
 
 void AddEntry(PostingLayout& layout) {
-  QGridLayout& check = layout.AddGroup("Check");
+  QGridLayout& check = AddGroup(layout, "Check");
   AddFieldBeside(layout, check, kNumber, layout.MakeLabel("lblLastCheckNumber", "muted"));
   QPushButton* calendar = BesideButton(layout, "cmdCalendar", "Opens a calendar for the date (F2).");
   calendar->setProperty("calendarOf", "txtCheckDated");
   AddFieldBeside(layout, check, kDated, calendar);
   AddPayee(layout);
-  QGridLayout& charge = layout.AddGroup("Amount and file");
+  QGridLayout& charge = AddGroup(layout, "Amount and file");
   for (const FieldLook& look : kCharge) layout.AddField(charge, look);
   layout.Entry().findChild<QLineEdit*>("txtCheckVoucherNumber")->setProperty("lookUp", true);
-  QGridLayout& more = layout.AddGroup("More");
+  QGridLayout& more = AddGroup(layout, "More");
   for (const FieldLook& look : kMore) layout.AddField(more, look);
   AddAdvice(layout, more);
   for (const FieldLook& look : kStatus) layout.AddField(more, look);
