@@ -45,6 +45,12 @@ std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
   return form;
 }
 
+std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
+  auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
+  if (!form->OpenTables()) return nullptr;
+  return form;
+}
+
 // Modes of one screen stand together, the usual one first.
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
@@ -55,6 +61,7 @@ constexpr Screen kScreens[] = {
     {"frmEditChecksPost", "Voiding", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kVoiding>},
     {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
+    {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},

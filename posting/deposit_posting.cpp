@@ -11,6 +11,9 @@ namespace {
 constexpr PostingScreen kScreen{"frmEditDepositsPost", "Post Deposits - ", "Bank ID Code no longer valid...",
                                 kAuditPostDeposit};
 
+constexpr PostingScreen kViewing{"frmEditDepositsPost", "View Deposits - ", kScreen.bank_gone,
+                                 kAuditPostDeposit};
+
 struct Command {
   std::string_view control;
   std::string_view caption;
@@ -44,8 +47,9 @@ std::string WithoutLeadingZero(std::string_view typed) {
 
 }  // namespace
 
-FrmEditDepositsPost::FrmEditDepositsPost(Session& session, DepositSlipPrinter* slips)
-    : PostingForm(session, kScreen),
+FrmEditDepositsPost::FrmEditDepositsPost(Session& session, DepositMode mode, DepositSlipPrinter* slips)
+    : PostingForm(session, mode == DepositMode::kViewing ? kViewing : kScreen),
+      viewing_(mode == DepositMode::kViewing),
       slips_(slips),
       deposits_(std::make_shared<DepositRegister>(session.Home())),
       items_(std::make_shared<DepositItemRegister>(session.Home())) {
@@ -87,7 +91,12 @@ bool FrmEditDepositsPost::OpenRegister() {
 void FrmEditDepositsPost::OnOpen() {
   SetSource("lstDepositDates", deposits_);
   BeginNew(session_.TheClock().Now().date);
-  SetFocus("txtFileNumbers", 1);
+  if (viewing_ && tables_.deposits.Bottom("DEPODATED")) ShowDeposit(tables_.deposits.Read());
+  if (viewing_) {
+    SetFocus("txtDepositDated");
+  } else {
+    SetFocus("txtFileNumbers", 1);
+  }
 }
 
 void FrmEditDepositsPost::OnEnter(Control& control) {
@@ -240,15 +249,15 @@ void FrmEditDepositsPost::LookUpDeposit() {
   // A new deposit keeps its lines under another free date and sequence; anything else shows other lines.
   const std::string dated = StoredDate(*TypedDate());
   const std::string sequence = Text("txtDateSequence");
-  const bool posted = FindPosted(dated, sequence).has_value();
-  if ((posted || loaded_) && !MayDropChanges(UnsavedQuestion())) {
+  const bool shows_other = loaded_ || FindPosted(dated, sequence);
+  if (shows_other && !MayDropChanges(UnsavedQuestion())) {
     RestoreKey();
     // A refused post has put the cursor into the field that it names.
     const Control* focus = Focus();
     if (focus != nullptr && focus->name.starts_with("txtD")) SetFocus(focus->name);
     return;
   }
-  if (posted || loaded_) return OpenDeposit(dated, sequence);
+  if (shows_other) return OpenDeposit(dated, sequence);
   KeepKey();
 }
 

@@ -26,10 +26,13 @@
 
 namespace tallwick {
 
+enum class DepositMode { kPosting, kViewing };
+
 class FrmEditDepositsPost : public PostingForm {
  public:
-  // `slips` prints deposit slips; null where nothing can.
-  explicit FrmEditDepositsPost(Session& session, DepositSlipPrinter* slips = nullptr);
+  // `slips` prints deposit slips; null where nothing can. In the mode "Viewing" nothing can be changed.
+  explicit FrmEditDepositsPost(Session& session, DepositMode mode = DepositMode::kPosting,
+                               DepositSlipPrinter* slips = nullptr);
 
  protected:
   void OnOpen() override;
@@ -84,6 +87,7 @@ class FrmEditDepositsPost : public PostingForm {
   void CloseGaps();
   void ShowRows();
   void ShowTotals();
+  void CloseEntries();
   void LeaveFileNumber(int row);
   void InsertCurrentFile();
   void CutRows();
@@ -102,6 +106,7 @@ class FrmEditDepositsPost : public PostingForm {
   void AfterWriting();
   void PrintSlip();
 
+  const bool viewing_;
   DepositSlipPrinter* slips_;
   std::shared_ptr<DepositRegister> deposits_;
   std::shared_ptr<DepositItemRegister> items_;

@@ -65,6 +65,18 @@ void FrmEditDepositsPost::ShowRows() {
     SetEnabled("txtAmounts", status != "C", row);
   }
   ShowTotals();
+  if (viewing_) CloseEntries();
+}
+
+// Who only looks changes nothing.
+void FrmEditDepositsPost::CloseEntries() {
+  for (const Control& control : Controls()) {
+    if (IsEntry(control)) SetEnabled(control.name, false, control.index);
+  }
+  for (std::string_view command :
+       {"cmdOk", "mnuEditUseTodaysDateandNextSequence", "mnuEditInsertCurrentFile", "mnuEditCutLineItems"}) {
+    SetEnabled(command, false);
+  }
 }
 
 void FrmEditDepositsPost::ShowTotals() {
@@ -78,7 +90,7 @@ void FrmEditDepositsPost::ShowTotals() {
   }
   SetCaption("lblDepositTotal", AmountText(total));
   SetCaption("lblItemCount", std::to_string(lines) + (lines == 1 ? " item" : " items"));
-  SetEnabled("mnuEditCutLineItems", lines > 0);
+  SetEnabled("mnuEditCutLineItems", lines > 0 && !viewing_);
 }
 
 // Deleting the file number of a posted line deletes the line.

@@ -152,8 +152,14 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
   if (outcome.code == kChangedElsewhere) return SettleElsewhere(deposit);
   const std::string name = DepositName(deposit.dated, deposit.sequence);
   const int next = NextSequence(tables_.deposits, deposit.dated);
-  if (loaded_ || outcome.code != engine::kUnique || next > kLastSequence) {
+  if (loaded_ || outcome.code != engine::kUnique) {
     Refuse(FailureText(outcome, deposit), "txtDateSequence");
+    return false;
+  }
+  if (next > kLastSequence) {
+    Refuse("Deposit " + name + " was posted on another workstation in the meantime, and all " +
+               std::to_string(kLastSequence) + " sequence numbers of the date are used.  Type another date.",
+           "txtDepositDated");
     return false;
   }
   if (!TakesNext("Deposit " + name, std::to_string(next))) {
@@ -162,7 +168,7 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
   }
   SetText("txtDateSequence", std::to_string(next));
   KeepKey();
-  return Post();
+  return Write(Record());
 }
 
 bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {

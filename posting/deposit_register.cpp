@@ -103,18 +103,20 @@ const DepositItem* DepositItemRegister::ItemAt(std::size_t row) {
 }
 
 std::vector<std::string> DepositItemRegister::Headings() const {
-  return {"Date", "Seq", "Item", "File", "Source", "Amount", "Status"};
+  return {"Date", "Seq", "Item", "File", "Source", "Amount", "Wire In", "Status"};
 }
 
 std::vector<std::string> DepositItemRegister::Row(std::size_t row) {
   const DepositItem* item = ItemAt(row);
   if (item == nullptr) return {};
+  const int place = static_cast<int>(item - read_.items.data()) + 1;
   return {DepositDateText(read_.dated),
           read_.sequence,
-          item->number,
+          std::to_string(place),
           item->file_number,
           item->source,
           AmountText(item->amount),
+          IsWireIn(read_, place) ? "Wire" : "",
           VoucherStatusText(item->status)};
 }
 

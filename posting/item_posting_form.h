@@ -74,14 +74,14 @@ class ItemPostingForm : public PostingForm {
     const std::string number = Text(number_control_);
     if (number == looked_up_number_) return;
     // A new item keeps its entries under another free number; anything else shows other entries.
-    const std::optional<Record> posted = FindPosted(number);
-    if ((posted || loaded_) && !MayDropChanges()) {
+    const bool shows_other = loaded_ || FindPosted(number);
+    if (shows_other && !MayDropChanges()) {
       SetText(number_control_, looked_up_number_);
       // A refused post has put the cursor into the field that it names.
       if (Focus() == Find(number_control_)) SetFocus(number_control_);
       return;
     }
-    if (posted || loaded_) return OpenNumber(number);
+    if (shows_other) return OpenNumber(number);
     looked_up_number_ = number;
   }
 
@@ -124,7 +124,14 @@ class ItemPostingForm : public PostingForm {
   virtual Record BlankRecord() = 0;
 
   bool Post() override {
-    if (!ReadBank() || !MayPost() || !Passes(FirstEntryProblem(fields_, layout_, Entries()))) return false;
+    return ReadBank() && MayPost() && Passes(FirstEntryProblem(fields_, layout_, Entries())) && Write();
+  }
+
+  std::optional<Record> loaded_;
+
+ private:
+  // Writes the entries, which have passed their tests.
+  bool Write() {
     Record record = loaded_.value_or(Record{});
     ApplyEntries(fields_, Entries(), bank_.accounting.day, &record);
     Complete(&record);
@@ -140,9 +147,6 @@ class ItemPostingForm : public PostingForm {
     return true;
   }
 
-  std::optional<Record> loaded_;
-
- private:
   // True when the item was posted after all.
   bool SettleFailure(const PostOutcome& outcome, const std::string& number) {
     if (outcome.code == kChangedElsewhere) return SettleElsewhere(number);
@@ -151,7 +155,7 @@ class ItemPostingForm : public PostingForm {
     if (!next.empty() && TakesNext(ItemName(number), next)) {
       looked_up_number_ = next;
       SetText(number_control_, next);
-      return Post();
+      return Write();
     }
     const std::string_view field = ControlOfField(fields_, outcome.field);
     const std::string message = FailureText(outcome, NotAdded(outcome, number));

@@ -13,7 +13,7 @@ namespace {
 constexpr int kDateWidth = 112;
 constexpr int kAmountWidth = 120;
 constexpr int kEntryWidth = 432;
-constexpr int kDepositEntryWidth = 696;
+constexpr int kDepositEntryWidth = 640;
 
 constexpr FieldLook kWireFields[] = {
     {"txtWireNumber", "The confirmation number that the bank gave. Type that of a posted wire to see it.",
@@ -82,7 +82,7 @@ void AddDepositHead(PostingLayout& layout) {
     grid.addWidget(caption, 1, column++);
     grid.addWidget(field, 1, column++);
   }
-  grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), 1, column,
+  grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), 0, 2, 1, 5,
                  Qt::AlignRight | Qt::AlignVCenter);
 }
 

@@ -183,10 +183,15 @@ void RegisterView::resizeEvent(QResizeEvent* event) {
   empty_->setGeometry(24, top, std::max(table_->width() - 48, 0), std::max(table_->height() - top, 0));
 }
 
+// A register that lists other rows at times has other columns then, and remembers each.
+QByteArray RegisterView::ColumnsKey() const {
+  return "columns" + QByteArray::number(model_->columnCount());
+}
+
 void RegisterView::PlaceColumns() {
   columns_placed_ = true;
   QHeaderView* header = table_->horizontalHeader();
-  const QByteArray kept = RememberedState(*this, "columns");
+  const QByteArray kept = RememberedState(*this, ColumnsKey().constData());
   if (!kept.isEmpty() && header->restoreState(kept)) return;
   const QFontMetrics metrics(table_->font());
   const int rows = std::min(model_->rowCount(), kSampleRows);
@@ -205,7 +210,7 @@ void RegisterView::PlaceColumns() {
 
 void RegisterView::RememberColumns() {
   if (placing_ || !columns_placed_ || !isVisible()) return;
-  RememberState(*this, "columns", table_->horizontalHeader()->saveState());
+  RememberState(*this, ColumnsKey().constData(), table_->horizontalHeader()->saveState());
 }
 
 }  // namespace tallwick

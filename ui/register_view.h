@@ -55,6 +55,7 @@ class RegisterView : public QWidget {
   void StartSearch(bool next);
   void SearchSlice();
   void EndSearch(bool found);
+  QByteArray ColumnsKey() const;
   void PlaceColumns();
   void RememberColumns();
   void MarkRow(int row);

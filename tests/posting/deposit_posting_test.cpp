@@ -29,7 +29,7 @@ class SlipBook : public DepositSlipPrinter {
 class DepositPostingTest : public PostingScreenTest<FrmEditDepositsPost> {
  protected:
   std::unique_ptr<FrmEditDepositsPost> MakeForm() override {
-    return std::make_unique<FrmEditDepositsPost>(*office_.session, &slips_);
+    return std::make_unique<FrmEditDepositsPost>(*office_.session, DepositMode::kPosting, &slips_);
   }
   void SetRow(int row, const char* file, const char* amount, const char* source = "SMITH") {
     Set("txtFileNumbers", file, row);
@@ -421,7 +421,7 @@ TEST_F(DepositPostingTest, TheRegisterListsDepositsAndItemsAndFindsThem) {
   EXPECT_EQ(rows()->FindRow("25-"), std::nullopt);
   form_->Click("cmdListCleared");
   ASSERT_EQ(rows()->RowCount(), 1u);
-  EXPECT_THAT(rows()->Row(0), ElementsAre("03-15-2024", "1", "1", "24-0117", "SMITH", "1.00", "Cleared"));
+  EXPECT_THAT(rows()->Row(0), ElementsAre("03-15-2024", "1", "1", "24-0117", "SMITH", "1.00", "", "Cleared"));
   form_->Click("cmdListOutstanding");
   EXPECT_EQ(rows()->RowCount(), 2u);
   EXPECT_EQ(rows()->Row(0).at(4), "LENDER");
@@ -435,6 +435,23 @@ TEST_F(DepositPostingTest, TheRegisterListsDepositsAndItemsAndFindsThem) {
   EXPECT_EQ(rows()->RowCount(), 4u);
   form_->Click("cmdListDeposits");
   EXPECT_EQ(rows()->RowCount(), 3u);
+}
+
+TEST_F(DepositPostingTest, WhoOnlyLooksChangesNothing) {
+  OpenOffice();
+  SetRow(1, "24-0117", "1");
+  Post();
+  FrmEditDepositsPost viewing(*office_.session, DepositMode::kViewing);
+  ASSERT_TRUE(viewing.OpenTables());
+  viewing.Opened();
+  EXPECT_EQ(viewing.Caption(), "View Deposits - First National Trust");
+  EXPECT_EQ(Seen(viewing, "txtSources", 1), "SMITH");
+  viewing.Change("txtSources", "JONES", 1);
+  viewing.Click("cmdOk");
+  viewing.Menu("mnuEditCutLineItems");
+  EXPECT_TRUE(viewing.Close());
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_EQ(Stored("20240315", "1")->items[0].source, "SMITH");
 }
 
 }  // namespace
