@@ -14,11 +14,11 @@ namespace {
 using Kind = CheckMode::Kind;
 
 constexpr CheckMode kModes[] = {
-    {Kind::kPosting, "Posting", "Post Checks - ", kRightPostChecks, "", kAuditPostCheck},
-    {Kind::kViewing, "Viewing", "View Checks - ", 0, "", kAuditPostCheck},
-    {Kind::kClearing, "Clearing", "Clear Checks - ", kRightClearChecks, "C", kAuditPostCheck},
-    {Kind::kVoiding, "Voiding", "Void Checks - ", kRightVoidChecks, "V", kAuditVoidCheck},
-    {Kind::kStopPayment, "Stop Payment", "Stop Payment - ", kRightVoidChecks, "S", kAuditPostCheck},
+    {Kind::kPosting, kAuditPostCheck, "Posting", "Post Checks - ", "", kRightPostChecks},
+    {Kind::kViewing, kAuditPostCheck, "Viewing", "View Checks - ", "", 0},
+    {Kind::kClearing, kAuditPostCheck, "Clearing", "Clear Checks - ", "C", kRightClearChecks},
+    {Kind::kVoiding, kAuditVoidCheck, "Voiding", "Void Checks - ", "V", kRightVoidChecks},
+    {Kind::kStopPayment, kAuditPostCheck, "Stop Payment", "Stop Payment - ", "S", kRightVoidChecks},
 };
 
 std::string ReturnWord(const CheckRecord& check) {

@@ -13,11 +13,11 @@ namespace tallwick {
 struct CheckMode {
   enum class Kind { kPosting, kViewing, kClearing, kVoiding, kStopPayment };
   Kind kind;
+  int audit_tx;              // the audit trail's transaction of the change of status
   std::string_view name;     // as the screen is opened: "Stop Payment"
   std::string_view caption;  // before the bank's name
-  int right;                 // 0 = none
   std::string_view status;   // that cmdOk gives to a posted check; "" where it changes none
-  int audit_tx;              // the audit trail's transaction of that change
+  int right;                 // 0 = none
 };
 
 // The usual one first.

@@ -62,6 +62,22 @@ CheckRegister::Shown CheckRegister::ReadRow() {
       StatusStyle(status)};
 }
 
+std::optional<std::size_t> CheckRegister::FindRow(std::string_view text) {
+  const std::optional<Currency> wanted = IsSorted() ? Currency::ParseTyped(text) : std::nullopt;
+  if (!wanted) return TableRegister::FindRow(text);
+  std::size_t first = 0;  // greatest first: the rows before it have more
+  for (std::size_t end = RowCount(); first < end;) {
+    const std::size_t middle = first + (end - first) / 2;
+    if (GoToRow(middle) && SortValue() > *wanted) {
+      first = middle + 1;
+    } else {
+      end = middle;
+    }
+  }
+  const bool found = GoToRow(first) && SortValue() == *wanted;
+  return found ? std::optional(first) : TableRegister::FindRow(text);
+}
+
 std::vector<SearchKey> CheckRegister::KeysFor(std::string_view text) const {
   return {
       {"CHXNUMBER", StoredNumber(text)}, {"CHXFILENO", std::string(text)}, {"CHXPAYEE", std::string(text)}};

@@ -20,6 +20,8 @@ class CheckRegister : public TableRegister {
 
   std::vector<std::string> Headings() const override;
   bool IsNumeric(std::size_t column) const override;
+  // In the order of the amounts a text that is one leads to its first check.
+  std::optional<std::size_t> FindRow(std::string_view text) override;
 
   // The number of the check in a row, "" when it is gone.
   std::string NumberAt(std::size_t row);

@@ -351,6 +351,8 @@ TEST_F(CheckModesTest, TheListIsOrderedAndFiltered) {
   EXPECT_EQ(rows.FindRow("mill"), 1u);
   form_->Menu("mnuViewAmount");
   EXPECT_THAT(Numbers(), ElementsAre("1", "2", "3"));
+  EXPECT_EQ(rows.FindRow("20.00"), 1u);
+  EXPECT_EQ(rows.FindRow("3"), 2u) << "no amount: the number";
   form_->Click("cmdListOutstanding");
   EXPECT_THAT(Numbers(), ElementsAre("1", "3"));
   EXPECT_EQ(rows.FindRow("3"), 1u);
