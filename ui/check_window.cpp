@@ -98,7 +98,7 @@ void AddAdvice(PostingLayout& layout, QGridLayout& grid) {
   auto* advice = new QPlainTextEdit(&layout.Entry());
   advice->setObjectName("txtRemittanceAdvice");
   advice->setWhatsThis(QObject::tr("Text for the stub of the check. Ctrl+Enter posts from here."));
-  advice->setFixedHeight(48);
+  advice->setFixedHeight(40);
   auto* caption = new QLabel(&layout.Entry());
   caption->setBuddy(advice);
   caption->setAlignment(Qt::AlignRight | Qt::AlignTop);
