@@ -12,7 +12,7 @@
 namespace tallwick {
 namespace {
 
-constexpr int kEntryWidth = 432;
+constexpr int kEntryWidth = 488;
 constexpr int kShort = 112;
 constexpr int kMiddle = 144;
 constexpr int kLabelWidth = 120;  // of all groups, so that their fields stand in one line
