@@ -52,6 +52,13 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
   return std::make_unique<ScreenForm>(session);
 }
 
+template <CheckMode::Kind kMode>
+std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
+  auto form = std::make_unique<FrmEditChecksPost>(session, opener, kMode);
+  if (!form->OpenTables()) return nullptr;
+  return form;
+}
+
 std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
   auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
   if (!form->OpenTables()) return nullptr;
@@ -76,7 +83,11 @@ std::unique_ptr<Form> MakeDataCopy(Session& session, ScreenOpener&) {
 constexpr Screen kScreens[] = {
     {"frmMainEscrowAccounting", "", false, 0, MakeMain},
     {"frmBankSelect", "", false, 0, MakeBankSelect},
-    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditChecksPost>},
+    {"frmEditChecksPost", "Posting", true, kRightPostChecks, MakeChecks<CheckMode::Kind::kPosting>},
+    {"frmEditChecksPost", "Viewing", true, 0, MakeChecks<CheckMode::Kind::kViewing>},
+    {"frmEditChecksPost", "Clearing", true, kRightClearChecks, MakeChecks<CheckMode::Kind::kClearing>},
+    {"frmEditChecksPost", "Voiding", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kVoiding>},
+    {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},

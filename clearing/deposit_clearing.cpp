@@ -162,7 +162,7 @@ bool FrmEditDepositsClear::MayPost(Period* statement) {
 
 bool FrmEditDepositsClear::Post() {
   Period statement;
-  if (!ReadBank() || !MayPost(&statement)) return false;
+  if (!MayWrite() || !MayPost(&statement)) return false;
   const DepositRecord marked = Marked(statement);
   const std::string name = DepositName(marked.dated, marked.sequence);
   if (marked == *loaded_) {

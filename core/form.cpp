@@ -172,6 +172,10 @@ bool Form::Key(std::string_view key) {
   return open_ && OnKey(key);
 }
 
+void Form::UseMode(std::string_view mode) {
+  if (open_ && LeaveCurrent()) OnMode(mode);
+}
+
 bool Form::Close() {
   if (!open_) return true;
   if (!LeaveCurrent() || !OnClose()) return false;

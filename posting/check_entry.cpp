@@ -7,7 +7,7 @@ constexpr CheckEntryField kFields[] = {
     {"txtCheckNumber", ControlKind::kText, "Chec&k Number", "Check Number", "CHXNUMBER",
      &CheckRecord::number},
     {"txtCheckDated", ControlKind::kDate, "&Dated", "Check Date", "CHXDATED", &CheckRecord::dated},
-    {"txtCheckPayee", ControlKind::kText, "&Payee", "Payee", "CHXPAYEE", &CheckRecord::payee},
+    {"txtCheckPayee", ControlKind::kCombo, "&Payee", "Payee", "CHXPAYEE", &CheckRecord::payee},
     {"txtCheckAddr1", ControlKind::kText, "Add&ress", "Address Line 1", "CHXADDR1", &CheckRecord::address1},
     {"txtCheckAddr2", ControlKind::kText, "", "Address Line 2", "CHXADDR2", &CheckRecord::address2},
     {"txtCheckCityState", ControlKind::kText, "C&ity, State ZIP", "City and State", "CHXCITYST",

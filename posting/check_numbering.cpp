@@ -5,6 +5,7 @@
 #include "core/encoding.h"
 #include "core/text.h"
 #include "core/text_format.h"
+#include "posting/bank_settings.h"
 
 namespace tallwick {
 namespace {
@@ -29,18 +30,10 @@ long long HighestPosted(CheckTable& checks) {
   return highest;
 }
 
-long long NextNumberSetting(const FileSystem& files, std::string_view data_path, std::string_view bank_code) {
-  const std::optional<std::string> text =
-      files.Read(std::string(data_path) + "MICR_Print_" + std::string(bank_code) + ".dat");
-  if (!text) return 0;
-  for (const std::string& line : Split(*text, '\n')) {
-    const std::size_t equals = line.find('=');
-    if (equals == std::string::npos) continue;
-    const std::string_view name = Trim(std::string_view(line).substr(0, equals));
-    if (EqualsIgnoreCase(name, "NextCheckNumber"))
-      return CheckNumberValue(line.substr(equals + 1)).value_or(0);
-  }
-  return 0;
+long long NextNumberSetting(FileSystem& files, std::string_view data_path, std::string_view bank_code) {
+  const std::optional<std::string> value =
+      BankSettings(files, data_path, kMicrSettings, bank_code).Get(kNextCheckNumber);
+  return value ? CheckNumberValue(*value).value_or(0) : 0;
 }
 
 }  // namespace
@@ -58,7 +51,7 @@ std::optional<long long> CheckNumberValue(std::string_view number) {
   return value;
 }
 
-CheckNumbering ReadCheckNumbering(CheckTable& checks, const FileSystem& files, std::string_view data_path,
+CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::string_view data_path,
                                   std::string_view bank_code) {
   return {HighestPosted(checks), NextNumberSetting(files, data_path, bank_code)};
 }

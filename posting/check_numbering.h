@@ -27,9 +27,8 @@ struct CheckNumbering {
 // The number as a value; nullopt when it is not made of digits.
 std::optional<long long> CheckNumberValue(std::string_view number);
 
-// Reads both facts of a bank: from its open check table, and from "MICR_Print_<bank>.dat" in the data path
-// (lines "name=value", the name "NextCheckNumber").
-CheckNumbering ReadCheckNumbering(CheckTable& checks, const FileSystem& files, std::string_view data_path,
+// Reads both facts of a bank: from its open check table, and from its MICR settings in the data path.
+CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::string_view data_path,
                                   std::string_view bank_code);
 
 // The warning for a number outside the stock that the bank's inventory range names; "" when there is none, or

@@ -1,13 +1,17 @@
-// frmEditChecksPost, the check screen, in mode "Posting": entry of new checks of one bank, and changes to
-// posted ones.
+// frmEditChecksPost, the check screen, in its modes: "Posting" enters new checks of one bank and changes
+// posted ones, "Viewing" shows them, "Clearing", "Voiding" and "Stop Payment" give a posted check another
+// status. "Voiding" also enters checks that are void from the first, such as spoiled stock.
 //
-// Controls, in order: the entries of check_entry.cpp (txtCheckNumber … txtRemittanceAdvice), chkHandwritten;
-// the labels lblLastCheckNumber (last or next number), lblHighestCheckNumber (gap warning), lblCheckStatus,
-// lblVoucherInformation, lblEditMessage; the register lstCheckNumbers; the buttons cmdOk and cmdDone; the
-// commands mnuEditUseNextHigherCheckNumber and mnuOptionsWarnHigherNumber (a check mark).
+// Controls, in order: the entries of check_entry.cpp (txtCheckNumber … txtRemittanceAdvice), chkHandwritten,
+// txtCheckStmtPeriod and txtCheckReason (of a change of status), txtCheckStatus (the status as the audit
+// trail sees it, never shown); the labels lblLastCheckNumber (last or next number), lblHighestCheckNumber
+// (gap warning), lblCheckStatus, lblVoucherInformation, lblEditMessage; the register lstCheckNumbers with the
+// buttons that choose what it lists; the payee look-up txtFindPayee, lstPayees, cmdUsePayee, which cmdRolodex
+// opens; the buttons cmdOk, cmdSetOutstanding, cmdPrint, cmdDone; the commands of check_commands.cpp.
 //
 // Invariant: loaded_ is the posted check that the entries show, as it was read; without it the entries are a
-// new check. Nothing is written but by Post, and there only when every test is passed.
+// new check. Nothing is written but by Post and the two commands that say so, and there only when every test
+// is passed.
 #pragma once
 
 #include <memory>
@@ -16,8 +20,11 @@
 #include <string_view>
 
 #include "posting/check_entry.h"
+#include "posting/check_mode.h"
 #include "posting/check_numbering.h"
+#include "posting/check_ports.h"
 #include "posting/check_register.h"
+#include "posting/payee_book.h"
 #include "posting/post_check.h"
 #include "posting/posting_form.h"
 
@@ -26,15 +33,21 @@ namespace tallwick {
 class FrmEditChecksPost : public PostingForm {
  public:
   // Works on the session's selected bank, also when another is selected later.
-  explicit FrmEditChecksPost(Session& session);
+  FrmEditChecksPost(Session& session, ScreenOpener& opener, CheckMode::Kind mode = CheckMode::Kind::kPosting,
+                    const CheckPorts& ports = {});
 
  protected:
   void OnOpen() override;
   void OnEnter(Control& control) override;
   void OnLeave(Control& control) override;
+  void OnChange(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
+  bool OnKey(std::string_view key) override;
+  bool OnClose() override { return MayLeaveCheck(); }
+  // Goes on in another mode with the posted check that is shown.
+  void OnMode(std::string_view mode) override;
   bool OpenRegister() override { return register_->Open(bank_code_); }
   bool Post() override;
   void RestoreKey() override;
@@ -43,32 +56,78 @@ class FrmEditChecksPost : public PostingForm {
 
  private:
   void AddControls();
+  void AddCommands();
+  bool Is(CheckMode::Kind kind) const { return mode_->kind == kind; }
+  bool SetsStatus() const { return !mode_->status.empty(); }
 
-  // The number: which check it names, and what is said about it (check_posting.cpp).
+  // Commands (check_commands.cpp).
+  bool ListCommand(std::string_view command);
+  bool OrderCommand(std::string_view command);
+  bool ScreenCommand(std::string_view command);
+  void SwitchTo(const CheckMode& mode);
+  void UseNextNumber();
+  void BeginRenumbering();
+  void RemovePosted();
+
+  // The number: which check it names, and what is said about it (check_number.cpp).
   void LookUpNumber();
   void OpenNumber(const std::string& number);
   void ShowCheck(const CheckRecord& check);
   void ClearEntries();
   void BeginNewCheck();
+  // A new check, or a blank number where the mode has none to propose.
+  void BeginNext();
   void OfferRemovalOfZero();
+  // True when the check was removed; what failed has been shown.
+  bool Remove(const CheckRecord& check);
   void ReadNumbering();
   void WarnOfNumber();
   void ShowState();
-  void ShowRestrictions();
+  bool EntersNew() const;
+  void ShowWhatMayBeEntered();
+  bool MayEnter(const Control& control, bool restricted) const;
   void LookUpVoucher();
+  void OfferVoucher();
   void FillAmountFrom(const VoucherRecord& voucher);
+  bool MayLeaveCheck();
+
+  // Payees (check_payee.cpp).
+  void OfferPayees();
+  void TakeOffer();
+  void ShowPayee(const Payee& payee);
+  void OpenPayees();
+  void ClosePayees();
+  void ShowFoundPayees();
+  void UsePayee();
+  void KeepPayee(const CheckRecord& check);
 
   // Posting (check_posting_save.cpp). True when the check was written.
+  bool PostEntry();
+  bool PostStatus(std::string_view status);
   bool MayPost(Period* accounting);
+  bool MayUseStatement(Period* statement);
   CheckRecord Record(const Period& accounting);
   bool WriteNew(const CheckRecord& check);
-  bool WriteChanged(const CheckRecord& check);
+  bool WriteChanged(const CheckRecord& check, int audit_tx);
+  bool SettleTaken(CheckRecord check);
+  // `status`: the one that was to be given; "" for an entry.
+  bool SettleElsewhere(std::string_view status);
   void ReportFailure(const PostOutcome& outcome, std::string_view number);
+  // `is_gone`: no check has its number any more.
+  void TellPositivePay(const CheckRecord& check, bool is_gone = false);
   void AfterWriting();
+  void Print();
 
+  ScreenOpener& opener_;
+  const CheckMode* mode_;
+  const CheckPorts ports_;
   std::shared_ptr<CheckRegister> register_;
+  std::shared_ptr<PayeeRows> payee_rows_ = std::make_shared<PayeeRows>();
+  PayeeBook payees_;
   CheckNumbering numbering_;
   std::optional<CheckRecord> loaded_;
+  bool renumbering_ = false;      // the number entry is the new number of loaded_
+  bool printed_ = false;          // the new check went to paper and is not posted yet
   std::string looked_up_number_;  // the number that the entries belong to
   std::string warned_number_;     // the number that was measured against the stock
   std::string looked_up_voucher_;

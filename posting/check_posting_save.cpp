@@ -1,4 +1,5 @@
-// The posting half of the check screen: tests, writing, and what follows a commit.
+// The posting half of the check screen: tests, writing, what follows a commit, and what is said when another
+// workstation was quicker.
 #include "audit/audit_trail.h"
 #include "core/text.h"
 #include "posting/check_posting.h"
@@ -9,10 +10,24 @@
 namespace tallwick {
 
 bool FrmEditChecksPost::Post() {
+  if (Is(CheckMode::Kind::kViewing)) return false;
+  const bool enters = Is(CheckMode::Kind::kPosting) || (Is(CheckMode::Kind::kVoiding) && !loaded_);
+  return enters ? PostEntry() : PostStatus(mode_->status);
+}
+
+bool FrmEditChecksPost::PostEntry() {
   Period accounting;
-  if (!ReadBank() || !MayPost(&accounting)) return false;
-  const CheckRecord check = Record(accounting);
-  if (loaded_) return WriteChanged(check);
+  if (!MayWrite() || !MayPost(&accounting)) return false;
+  CheckRecord check = Record(accounting);
+  if (loaded_) {
+    if (renumbering_) check.number = Trim(Text("txtCheckNumber"));
+    return WriteChanged(check, kAuditPostCheck);
+  }
+  if (Is(CheckMode::Kind::kVoiding)) {
+    if (!MayUseStatement(&check.statement)) return false;
+    check.status = mode_->status;
+    check.reason = Trim(Text("txtCheckReason"));
+  }
   WarnOfNumber();
   return WriteNew(check);
 }
@@ -24,8 +39,9 @@ bool FrmEditChecksPost::MayPost(Period* accounting) {
   const std::string period = Text("txtCheckAcctPeriod");
   *accounting = ParsePeriod(period, bank_.accounting.day, session_.Run());
   const bool valid = session_.Run().period_valid;
+  const std::string_view new_status = Is(CheckMode::Kind::kVoiding) ? mode_->status : "O";
   const CheckCase check{Entries(),
-                        loaded_ ? loaded_->status : "O",
+                        loaded_ ? loaded_->status : std::string(new_status),
                         bank_,
                         *accounting,
                         valid,
@@ -40,13 +56,49 @@ bool FrmEditChecksPost::MayPost(Period* accounting) {
   return Passes(FirstEntryRefusal(Entries()));
 }
 
+bool FrmEditChecksPost::MayUseStatement(Period* statement) {
+  bool valid = false;
+  *statement = PeriodIn("txtCheckStmtPeriod", &valid);
+  const std::string typed(Trim(Text("txtCheckStmtPeriod")));
+  if (typed.empty()) return Passes({"txtCheckStmtPeriod", "Statement Month is Missing."});
+  if (!valid) return PeriodIsReadable("txtCheckStmtPeriod");
+  if (IsReconciled(*statement)) {
+    return Passes(
+        {"txtCheckStmtPeriod",
+         "Statement period " + typed + " has been reconciled.  Enter the period of a later statement."});
+  }
+  return Passes(
+      {"txtCheckReason", TextProblem("Reason", Text("txtCheckReason"), WidthOf(kCheckLayout, "ChxsReason"))});
+}
+
+// Gives the posted check another status.
+bool FrmEditChecksPost::PostStatus(std::string_view status) {
+  if (!MayWrite()) return false;
+  const std::string& number = Text("txtCheckNumber");
+  if (!loaded_) {
+    Refuse(number.empty() ? "Check Number is Required..." : "Check Number " + number + " is NOT posted.",
+           "txtCheckNumber");
+    return false;
+  }
+  if (!Passes({"txtCheckNumber", StatusRefusal(*loaded_, status, bank_)})) return false;
+  CheckRecord check = *loaded_;
+  check.status = status;
+  if (status == "O") {
+    check.statement = {};
+    check.reason.clear();
+    return WriteChanged(check, kAuditSetOutstanding);
+  }
+  if (!MayUseStatement(&check.statement)) return false;
+  if (!Is(CheckMode::Kind::kClearing)) check.reason = Trim(Text("txtCheckReason"));
+  return WriteChanged(check, mode_->audit_tx);
+}
+
 CheckRecord FrmEditChecksPost::Record(const Period& accounting) {
   CheckRecord check = loaded_.value_or(CheckRecord{});
   const Period kept = check.accounting;
   ApplyEntries(CheckEntryFields(), Entries(), bank_.accounting.day, &check);
   check.accounting = At("txtCheckAcctPeriod").enabled ? accounting : kept;
-  const bool open_status = check.status.empty() || check.status == "O" || check.status == "H";
-  if (open_status) check.status = At("chkHandwritten").value == 1 ? "H" : "O";
+  if (IsOutstanding(check)) check.status = At("chkHandwritten").value == 1 ? "H" : "O";
   return check;
 }
 
@@ -54,42 +106,111 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
   const PostOutcome outcome = PostCheck(tables_, session_.Company().xrefs, bank_code_, check);
   if (!outcome.Done()) {
     ReportFailure(outcome, check.number);
-    return false;
+    return outcome.code == engine::kUnique && SettleTaken(check);
   }
   last_posted_ = check.number;
-  Audit(kAuditAdd, check.number);
+  AuditAs(mode_->audit_tx, kAuditAdd, check.number);
+  KeepPayee(check);
+  TellPositivePay(check);
   AfterWriting();
   return true;
 }
 
-bool FrmEditChecksPost::WriteChanged(const CheckRecord& check) {
+bool FrmEditChecksPost::WriteChanged(const CheckRecord& check, int audit_tx) {
   if (check == *loaded_) {
     Boxes().Inform(Caption(), "Check " + check.number + " was not added or updated.");
     return false;
   }
   const PostOutcome outcome = RewriteCheck(tables_, session_.Company().xrefs, bank_code_, *loaded_, check);
+  if (outcome.code == kChangedElsewhere) return SettleElsewhere(SetsStatus() ? check.status : "");
   if (!outcome.Done()) {
-    ReportFailure(outcome, check.number);
+    const bool taken = outcome.code == engine::kUnique && renumbering_;
+    if (taken) {
+      Refuse("Check " + check.number + " is posted already.  Type a number that is free.", "txtCheckNumber");
+    } else {
+      ReportFailure(outcome, check.number);
+    }
     return false;
   }
   last_posted_ = check.number;
-  Audit(kAuditSave, check.number);
+  const bool new_status = check.status != loaded_->status;
+  if (SetsStatus()) SetText("txtCheckStatus", StatusWord(check));
+  AuditAs(audit_tx, kAuditSave, check.number);
+  if (!new_status) KeepPayee(check);
+  if (renumbering_) TellPositivePay(*loaded_, true);
+  if (loaded_->status != "C") TellPositivePay(check);
   AfterWriting();
   return true;
 }
 
+// --- Another workstation was quicker ---
+
+// The number was posted since it was proposed: the entry stays, and the next number is offered.
+bool FrmEditChecksPost::SettleTaken(CheckRecord check) {
+  ReadNumbering();
+  const std::string next = std::to_string(numbering_.Next());
+  if (!TakesNext("Check " + check.number, next)) return false;
+  looked_up_number_ = next;
+  SetText("txtCheckNumber", next);
+  WarnOfNumber();
+  check.number = next;
+  return WriteNew(check);
+}
+
+bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
+  const CheckRecord before = *loaded_;
+  const std::string name = "Check " + before.number;
+  if (!tables_.checks.SeekNumber(before.number)) {
+    loaded_.reset();
+    ShowState();
+    Refuse(
+        name +
+            " was removed on another workstation since it was loaded.  Nothing was saved: post it to enter "
+            "it anew.",
+        "txtCheckNumber");
+    return false;
+  }
+  const CheckRecord theirs = tables_.checks.Read();
+  const std::string typed_number = Text("txtCheckNumber");
+  const bool renumbers = renumbering_;
+  switch (SettleChange(name, [&] { ShowCheck(theirs); })) {
+    case Settled::kMine:
+      renumbering_ = renumbers;
+      SetText("txtCheckNumber", typed_number);
+      return status.empty() ? Post() : PostStatus(status);
+    case Settled::kBack:
+      loaded_ = before;
+      renumbering_ = renumbers;
+      SetText("txtCheckNumber", typed_number);
+      return false;
+    case Settled::kTheirs:
+      break;
+  }
+  return false;
+}
+
 void FrmEditChecksPost::ReportFailure(const PostOutcome& outcome, std::string_view number) {
   const std::string_view field = ControlOfField(CheckEntryFields(), outcome.field);
-  const std::string message = FailureText(outcome, PostFailureMessage(outcome, number));
+  const std::string message = FailureText(outcome, PostFailureMessage(outcome, number)) + AdviceFor(outcome);
   Refuse(message, field.empty() ? "txtCheckNumber" : field);
+}
+
+// --- After a commit ---
+
+void FrmEditChecksPost::TellPositivePay(const CheckRecord& check, bool is_gone) {
+  if (!bank_.positive_pay || ports_.positive_pay == nullptr) return;
+  if (is_gone || check.status == "V") {
+    ports_.positive_pay->Voided(check, bank_);
+  } else if (IsOutstanding(check)) {
+    ports_.positive_pay->Issued(check, bank_);
+  }
 }
 
 void FrmEditChecksPost::AfterWriting() {
   register_->Refresh();
   RowsChanged("lstCheckNumbers");
   session_.NotifyChanged(SessionChange::kPosted);
-  BeginNewCheck();
-  SetFocus("txtCheckPayee");
+  BeginNext();
 }
 
 }  // namespace tallwick

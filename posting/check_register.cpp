@@ -13,6 +13,41 @@ bool CheckRegister::Open(std::string_view bank_code) {
   return true;
 }
 
+void CheckRegister::ShowOrder(Order order) {
+  if (order == order_) return;
+  order_ = order;
+  UseTag(order == Order::kPayee ? "CHXPAYEE" : "CHXNUMBER", order == Order::kPayee);
+  CountAgain();
+}
+
+void CheckRegister::ShowOnly(Only only) {
+  if (only == only_) return;
+  only_ = only;
+  CountAgain();
+}
+
+bool CheckRegister::IsWanted() {
+  const std::string status =
+      checks_.Data().GetStringFieldValueByPointer(checks_.Handle(), checks_.Field("CHXSTATUS"));
+  switch (only_) {
+    case Only::kCleared:
+      return status == "C";
+    case Only::kVoided:
+      return status == "V";
+    case Only::kStopped:
+      return status == "S";
+    case Only::kOutstanding:
+      return status == "O" || status == "H";
+    case Only::kAll:
+      break;
+  }
+  return true;
+}
+
+Currency CheckRegister::SortValue() {
+  return checks_.Data().GetCurrencyFieldValueByPointer(checks_.Handle(), checks_.Field("CHXAMOUNT"));
+}
+
 CheckRegister::Shown CheckRegister::ReadRow() {
   clsKVRData& data = checks_.Data();
   const DataHandle table = checks_.Handle();
@@ -25,6 +60,22 @@ CheckRegister::Shown CheckRegister::ReadRow() {
        text("CHXPAYEE"), AmountText(data.GetCurrencyFieldValueByPointer(table, checks_.Field("CHXAMOUNT"))),
        text("CHXFILENO"), CheckStatusText(status)},
       StatusStyle(status)};
+}
+
+std::optional<std::size_t> CheckRegister::FindRow(std::string_view text) {
+  const std::optional<Currency> wanted = IsSorted() ? Currency::ParseTyped(text) : std::nullopt;
+  if (!wanted) return TableRegister::FindRow(text);
+  std::size_t first = 0;  // greatest first: the rows before it have more
+  for (std::size_t end = RowCount(); first < end;) {
+    const std::size_t middle = first + (end - first) / 2;
+    if (GoToRow(middle) && SortValue() > *wanted) {
+      first = middle + 1;
+    } else {
+      end = middle;
+    }
+  }
+  const bool found = GoToRow(first) && SortValue() == *wanted;
+  return found ? std::optional(first) : TableRegister::FindRow(text);
 }
 
 std::vector<SearchKey> CheckRegister::KeysFor(std::string_view text) const {

@@ -1,4 +1,5 @@
-// The checks of a bank as rows, highest number first.
+// The checks of a bank as rows: by number, highest first; by payee, in the order of the alphabet; or by
+// amount, greatest first. All of them or those of one status.
 #pragma once
 
 #include "posting/table_register.h"
@@ -12,17 +13,30 @@ class CheckRegister : public TableRegister {
   // False after a message when the bank's check table cannot be opened.
   bool Open(std::string_view bank_code);
 
+  enum class Order { kNumber, kPayee, kAmount };
+  void ShowOrder(Order order);
+  enum class Only { kAll, kOutstanding, kCleared, kVoided, kStopped };
+  void ShowOnly(Only only);
+
   std::vector<std::string> Headings() const override;
   bool IsNumeric(std::size_t column) const override;
+  // In the order of the amounts a text that is one leads to its first check.
+  std::optional<std::size_t> FindRow(std::string_view text) override;
 
   // The number of the check in a row, "" when it is gone.
   std::string NumberAt(std::size_t row);
 
  private:
   Shown ReadRow() override;
+  bool IsWanted() override;
+  bool HasFilter() const override { return only_ != Only::kAll; }
+  bool IsSorted() const override { return order_ == Order::kAmount; }
+  Currency SortValue() override;
   std::vector<SearchKey> KeysFor(std::string_view text) const override;
 
   CheckTable checks_;
+  Order order_ = Order::kNumber;
+  Only only_ = Only::kAll;
 };
 
 }  // namespace tallwick

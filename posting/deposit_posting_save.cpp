@@ -14,7 +14,7 @@ bool FrmEditDepositsPost::IsEntry(const Control& control) const {
 }
 
 bool FrmEditDepositsPost::Post() {
-  if (!ReadBank() || !MayPost()) return false;
+  if (!MayWrite() || !MayPost()) return false;
   CloseGaps();
   const DepositRecord deposit = Record();
   if (loaded_ && deposit.item_count == 0) {
@@ -119,6 +119,7 @@ bool FrmEditDepositsPost::Write(const DepositRecord& deposit) {
 
 // The posted deposit goes from the table; its lines stay on the screen.
 bool FrmEditDepositsPost::RemovePosted() {
+  if (!MayWrite()) return false;
   const DepositRecord deposit = *loaded_;
   if (IsReconciled(deposit.accounting)) {
     const std::string question = "WARNING - Accounting period " + ShortForm(deposit.accounting) +

@@ -124,7 +124,7 @@ class ItemPostingForm : public PostingForm {
   virtual Record BlankRecord() = 0;
 
   bool Post() override {
-    return ReadBank() && MayPost() && Passes(FirstEntryProblem(fields_, layout_, Entries())) && Write();
+    return MayWrite() && MayPost() && Passes(FirstEntryProblem(fields_, layout_, Entries())) && Write();
   }
 
   std::optional<Record> loaded_;

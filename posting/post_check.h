@@ -15,8 +15,9 @@ namespace tallwick {
 PostOutcome PostCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
                       const CheckRecord& check);
 
-// Writes `after` over the check as it was read (`before`), which has the same number: moves its
-// cross-reference to another file and lets go of, or takes, vouchers as they changed.
+// Writes `after` over the check as it was read (`before`): moves its cross-reference to another file and lets
+// go of, or takes, vouchers as they changed; a voided check holds none. Under another number the old record
+// and cross-reference go and new ones come; code 20 when that number is posted.
 PostOutcome RewriteCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
                          const CheckRecord& before, const CheckRecord& after);
 

@@ -4,6 +4,7 @@
 
 #include "audit/audit_trail.h"
 #include "shell/company_tables.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
@@ -38,6 +39,12 @@ PostingForm::PostingForm(Session& session, const PostingScreen& screen)
 
 bool PostingForm::OpenTables() {
   return ReadBank() && tables_.Open(bank_code_) && OpenRegister();
+}
+
+bool PostingForm::MayWrite() {
+  if (TransactionsOpen(session_)) return ReadBank();
+  Boxes().Exclaim(Caption(), kTransactionsLocked);
+  return false;
 }
 
 bool PostingForm::ReadBank() {
@@ -179,10 +186,9 @@ std::string PostingForm::Differences(const Values& mine, const Values& theirs) {
   return lines.empty() ? "\r\nWhat you see is the same on both." : lines;
 }
 
-void PostingForm::Audit(int action, std::string_view reference) {
-  if (screen_.audit_tx == 0) return;
-  WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, screen_.audit_tx,
-                  reference);
+void PostingForm::AuditAs(int audit_tx, int action, std::string_view reference) {
+  if (audit_tx == 0) return;
+  WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, audit_tx, reference);
 }
 
 }  // namespace tallwick

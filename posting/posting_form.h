@@ -54,6 +54,9 @@ class PostingForm : public Form {
 
   // Reads the bank anew; false after a message when it is gone. Shows lblLastReconciled where there is one.
   bool ReadBank();
+  // Asked before every write: false after a message when transactions have been locked since the screen was
+  // opened, or the bank is gone. Reads the bank anew.
+  bool MayWrite();
   EntryText Entries();
   // The text of a control as a period, and whether it is one of the bank's form.
   Period PeriodIn(std::string_view control, bool* valid);
@@ -92,7 +95,9 @@ class PostingForm : public Form {
   enum class Settled { kMine, kTheirs, kBack };
   Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs);
 
-  void Audit(int action, std::string_view reference);
+  void Audit(int action, std::string_view reference) { AuditAs(screen_.audit_tx, action, reference); }
+  // The same under another transaction than the screen's.
+  void AuditAs(int audit_tx, int action, std::string_view reference);
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 

@@ -1,5 +1,7 @@
 #include "posting/table_register.h"
 
+#include <algorithm>
+
 namespace tallwick {
 namespace {
 
@@ -13,7 +15,7 @@ std::size_t TableRegister::Step() const {
 
 void TableRegister::Refresh() {
   window_.clear();
-  if (filtered_ != HasFilter() || !GrewByOne()) Count();
+  if (filtered_ != KeepsAll() || sorted_ || !GrewByOne()) Count();
 }
 
 bool TableRegister::GrewByOne() {
@@ -23,7 +25,7 @@ bool TableRegister::GrewByOne() {
   if (!behind_last) return false;
   last_record_ = last;
   ++table_records_;
-  if (filtered_ && !(table_.GoTo(last) && IsWanted())) return true;
+  if (HasFilter() && !(table_.GoTo(last) && IsWanted())) return true;
   if (count_ % Step() == 0) {
     if (!places_.empty()) places_[last] = marks_.size();
     marks_.push_back(last);
@@ -33,7 +35,8 @@ bool TableRegister::GrewByOne() {
 }
 
 void TableRegister::Count() {
-  filtered_ = HasFilter();
+  filtered_ = KeepsAll();
+  sorted_ = IsSorted();
   window_.clear();
   marks_.clear();
   places_.clear();
@@ -60,18 +63,27 @@ void TableRegister::CountAll() {
 }
 
 void TableRegister::CountWanted() {
+  std::vector<std::pair<Currency, std::int32_t>> wanted;
   table_.Data().SetReadAhead(table_.Handle(), true);
   for (bool on = table_.Top(tag_); on; on = table_.Skip()) {
     last_record_ = table_.RecordNumber();
-    if (IsWanted()) marks_.push_back(last_record_);
+    if (HasFilter() && !IsWanted()) continue;
+    wanted.emplace_back(sorted_ ? SortValue() : Currency(), last_record_);
   }
   table_.Data().SetReadAhead(table_.Handle(), false);
+  // Shown from the last one on.
+  if (sorted_) {
+    std::stable_sort(wanted.begin(), wanted.end(),
+                     [](const auto& left, const auto& right) { return left.first < right.first; });
+  }
+  marks_.reserve(wanted.size());
+  for (const auto& [value, record] : wanted) marks_.push_back(record);
   count_ = marks_.size();
 }
 
 const TableRegister::Shown* TableRegister::At(std::size_t row) {
   if (row >= count_) return nullptr;
-  const std::size_t position = count_ - 1 - row;
+  const std::size_t position = Turned(row);
   if (window_.empty() || window_number_ != position / kWindow) ReadWindow(position / kWindow);
   const std::size_t place = position % kWindow;
   return place < window_.size() ? &window_[place] : nullptr;
@@ -95,7 +107,7 @@ void TableRegister::ReadWindow(std::size_t window) {
 
 bool TableRegister::GoToRow(std::size_t row) {
   if (row >= count_) return false;
-  const std::size_t position = count_ - 1 - row;
+  const std::size_t position = Turned(row);
   table_.Data().SelectTag(table_.Handle(), tag_);
   if (!table_.GoTo(marks_[position / Step()])) return false;
   const auto ahead = static_cast<std::int64_t>(position % Step());
@@ -131,7 +143,7 @@ std::optional<std::size_t> TableRegister::RowOfRecord(std::int32_t record) {
     const auto mark = places_.find(table_.RecordNumber());
     if (mark != places_.end()) {
       const std::size_t position = mark->second * Step() + back;
-      return position < count_ ? std::optional(count_ - 1 - position) : std::nullopt;
+      return position < count_ ? std::optional(Turned(position)) : std::nullopt;
     }
     if (!table_.Skip(-1)) break;
   }

@@ -17,7 +17,6 @@ namespace {
 
 constexpr int kFileNumberLength = 14;
 constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
-constexpr std::string_view kLockedText = "Transactions Locked...";
 
 constexpr std::string_view kFigures[] = {
     "lblBankName",          "lblBankAddress",         "lblAccountNumber",
@@ -103,7 +102,7 @@ void FrmMainEscrowAccounting::OnMenu(Control& control) {
   if (!IsOffered(*found, session_.TheSuite().SecurityOn(), open)) {
     ShowStatus();
     ShowCommands();
-    if (found->transactions && !open) Boxes().Exclaim(kProgramName, kLockedText);
+    if (found->transactions && !open) Boxes().Exclaim(kProgramName, kTransactionsLocked);
     return;
   }
   if (found->screen.empty()) return CarryOut(found->control);
@@ -202,7 +201,7 @@ void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
 }
 
 void FrmMainEscrowAccounting::ShowStatus() {
-  SetCaption("BankName", TransactionsOpen(session_) ? session_.BankName() : std::string(kLockedText));
+  SetCaption("BankName", TransactionsOpen(session_) ? session_.BankName() : std::string(kTransactionsLocked));
   SetCaption("Printer", "Printer: " + (session_.Printer().empty() ? "none" : session_.Printer()));
   SetCaption("Version", "Version: " + VersionTextOf(session_.Version()));
 }

@@ -5,9 +5,14 @@
 // included, locks them. A company without the file has never been locked.
 #pragma once
 
+#include <string_view>
+
 #include "shell/session.h"
 
 namespace tallwick {
+
+// What is said to whoever tries to enter one while they are locked.
+inline constexpr std::string_view kTransactionsLocked = "Transactions Locked...";
 
 bool TransactionsOpen(const Session& session);
 // False when the file could not be written; the switch is then as it was.

@@ -25,7 +25,19 @@ constexpr std::array kColumns = {
 
 constexpr auto kFields = FieldsOf(kColumns);
 
+constexpr std::string_view kPayeeMark = "P";
+
 }  // namespace
+
+bool IsPayee(const AgentRecord& record) {
+  return record.open == kPayeeMark;
+}
+
+AgentRecord NewPayeeRecord() {
+  AgentRecord record;
+  record.open = kPayeeMark;
+  return record;
+}
 
 constexpr TableLayout kAgentLayout{"ESCROW_AGENT",
                                    false,
@@ -38,7 +50,7 @@ AgentTable::AgentTable(const TableHome& home) : TypedTable(home, kAgentLayout, k
 
 bool AgentTable::ToRecord() {
   bool found = Top("");
-  while (found && Data().IsRecordDeleted(Handle())) found = Skip();
+  while (found && (Data().IsRecordDeleted(Handle()) || IsPayee(Read()))) found = Skip();
   return found;
 }
 

@@ -1,4 +1,5 @@
-// ESCROW_AGENT: the escrow agent's name, address and report fonts, in one record.
+// ESCROW_AGENT: the escrow agent's name, address and report fonts, in one record; beside it the payees of
+// checks, each in a record of its own that AGENTOPEN marks with "P".
 #pragma once
 
 #include "tables/typed_table.h"
@@ -27,6 +28,10 @@ struct AgentRecord {
   friend bool operator==(const AgentRecord&, const AgentRecord&) = default;
 };
 
+// Whether a record is a payee's, and an empty one that is.
+bool IsPayee(const AgentRecord& record);
+AgentRecord NewPayeeRecord();
+
 extern const TableLayout kAgentLayout;
 
 class AgentTable : public TypedTable<AgentRecord> {
@@ -37,7 +42,7 @@ class AgentTable : public TypedTable<AgentRecord> {
   int Save(const AgentRecord& agent);
 
  private:
-  bool ToRecord();  // onto the first live record
+  bool ToRecord();  // onto the first live record that is no payee's
 };
 
 }  // namespace tallwick

@@ -1,14 +1,19 @@
 #include "ui/bound_widget.h"
 
 #include <QAbstractButton>
+#include <QAbstractItemView>
 #include <QAction>
 #include <QComboBox>
+#include <QCompleter>
+#include <QCoreApplication>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QPlainTextEdit>
 #include <QProgressBar>
 #include <QSignalBlocker>
+#include <QStringListModel>
 #include <QTextBrowser>
 #include <QTreeWidget>
 #include <algorithm>
@@ -37,6 +42,29 @@ void ShowNegative(QWidget& widget, const QString& text) {
   SetStyleProperty(widget, "negative", negative);
 }
 
+// Enter goes on to the field while no offer is marked, as if none were shown.
+class EnterPastOffers : public QObject {
+ public:
+  EnterPastOffers(QCompleter& completer, QLineEdit& edit)
+      : QObject(&completer), popup_(*completer.popup()), edit_(edit) {
+    popup_.installEventFilter(this);
+  }
+
+ protected:
+  bool eventFilter(QObject*, QEvent* event) override {
+    if (event->type() != QEvent::KeyPress || popup_.currentIndex().isValid()) return false;
+    const int key = static_cast<QKeyEvent*>(event)->key();
+    if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+    popup_.hide();
+    QCoreApplication::sendEvent(&edit_, event);
+    return true;
+  }
+
+ private:
+  QAbstractItemView& popup_;
+  QLineEdit& edit_;
+};
+
 class BoundLineEdit : public BoundWidget {
  public:
   BoundLineEdit(QLineEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
@@ -45,10 +73,16 @@ class BoundLineEdit : public BoundWidget {
     if (control.max_length > 0) edit.setMaxLength(control.max_length);
     QObject::connect(&edit, &QLineEdit::textEdited, &edit,
                      [&control, &events](const QString& text) { events.TextTyped(control, text); });
+    if (control.kind == ControlKind::kCombo) OfferRows(control, events);
   }
   void Show(const Control& control) override {
     const QString text = QString::fromStdString(control.text);
     if (edit_.text() != text) edit_.setText(text);
+    if (offers_ != nullptr) {
+      QStringList rows;
+      for (const std::string& row : control.rows) rows << QString::fromStdString(row);
+      if (offers_->stringList() != rows) offers_->setStringList(rows);
+    }
     ShowNegative(edit_, text);
     ShowState(edit_, control);
   }
@@ -56,7 +90,24 @@ class BoundLineEdit : public BoundWidget {
   void SelectText() override { edit_.selectAll(); }
 
  private:
+  // The rows of a combo drop down under the text while it is typed; the form has chosen them already.
+  void OfferRows(const Control& control, WidgetEvents& events) {
+    auto* completer = new QCompleter(&edit_);
+    offers_ = new QStringListModel(completer);
+    completer->setModel(offers_);
+    completer->setCaseSensitivity(Qt::CaseInsensitive);
+    edit_.setCompleter(completer);
+    new EnterPastOffers(*completer, edit_);  // the completer's child
+    const auto choose = [this, &control, &events](const QString& text) {
+      const auto row = offers_->stringList().indexOf(text);
+      if (row >= 0) events.RowChosen(control, static_cast<int>(row) + 1);
+    };
+    // Not with the field as receiver: a field that loses the focus drops what its completer tells it.
+    QObject::connect(completer, qOverload<const QString&>(&QCompleter::activated), completer, choose);
+  }
+
   QLineEdit& edit_;
+  QStringListModel* offers_ = nullptr;
 };
 
 class BoundTextEdit : public BoundWidget {

@@ -49,6 +49,7 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   if (ScreenHost* open = FindForBank(screen, mode, bank_code)) {
     open->Window().raise();
     open->Window().activateWindow();
+    open->UseMode(mode);
     return;
   }
   std::unique_ptr<Form> form = application_->Screens().Make(screen, mode);

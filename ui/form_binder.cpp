@@ -124,6 +124,11 @@ bool FormBinder::Close() {
   return form_.Close();
 }
 
+void FormBinder::UseMode(std::string_view mode) {
+  const Running running(*this);
+  form_.UseMode(mode);
+}
+
 // --- The form speaks.
 
 void FormBinder::ControlChanged(const Control& control) {

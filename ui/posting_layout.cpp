@@ -3,7 +3,6 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenuBar>
-#include <QPushButton>
 #include <QSplitter>
 #include <QStatusBar>
 
@@ -22,7 +21,7 @@ QLabel* MakeCaption(QWidget& field, QWidget& parent) {
   return label;
 }
 
-QPushButton* MakeButton(const char* name, QWidget& parent) {
+QPushButton* NewButton(const char* name, QWidget& parent) {
   auto* button = new QPushButton(&parent);
   button->setObjectName(name);
   button->setAutoDefault(false);
@@ -88,6 +87,10 @@ QLabel* PostingLayout::MakeLabel(const char* name, const char* role) {
   return label;
 }
 
+QPushButton* PostingLayout::MakeButton(const char* name) {
+  return NewButton(name, *entry_);
+}
+
 void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
   auto* notes = new QWidget(entry_);
   notes->setMinimumHeight(kNotesHeight);
@@ -109,13 +112,13 @@ void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
 void PostingLayout::AddButtons(std::initializer_list<const char*> others) {
   auto* row = new QHBoxLayout;
   row->setSpacing(kGap);
-  QPushButton* post = MakeButton("cmdOk", *entry_);
+  QPushButton* post = NewButton("cmdOk", *entry_);
   post->setProperty("main", true);
   post->setDefault(true);
   post->setMinimumWidth(120);
   row->addWidget(post);
   row->addStretch(1);
-  for (const char* name : others) row->addWidget(MakeButton(name, *entry_));
+  for (const char* name : others) row->addWidget(NewButton(name, *entry_));
   entry_column_->addLayout(row);
 }
 
@@ -140,12 +143,30 @@ void PostingLayout::AddRegister(const RegisterLook& look) {
   register_column_->addLayout(head);
   auto* buttons = new QHBoxLayout;
   buttons->setSpacing(kGap);
-  for (const char* name : look.list_buttons) buttons->addWidget(MakeButton(name, pane));
+  for (const char* name : look.list_buttons) buttons->addWidget(NewButton(name, pane));
   buttons->addStretch(1);
   register_column_->addLayout(buttons);
   auto* view = new RegisterView(&pane);
   view->setObjectName(look.name);
   view->setAccessibleName(QObject::tr(look.heading));
+  view->SetEmptyText(QObject::tr(look.empty));
+  view->setProperty("wideColumn", look.wide_column);
+  register_column_->addWidget(view, 1);
+}
+
+void PostingLayout::AddLookUp(const LookUpLook& look) {
+  QWidget& pane = *register_column_->parentWidget();
+  auto* head = new QHBoxLayout;
+  head->setSpacing(kGap);
+  auto* find = new QLineEdit(&pane);
+  find->setObjectName(look.find);
+  find->setWhatsThis(QObject::tr(look.find_help));
+  head->addWidget(MakeCaption(*find, pane));
+  head->addWidget(find, 1);
+  for (const char* name : look.buttons) head->addWidget(NewButton(name, pane));
+  register_column_->addLayout(head);
+  auto* view = new RegisterView(&pane);
+  view->setObjectName(look.list);
   view->SetEmptyText(QObject::tr(look.empty));
   view->setProperty("wideColumn", look.wide_column);
   register_column_->addWidget(view, 1);

@@ -8,6 +8,7 @@
 #include <QLineEdit>
 #include <QMainWindow>
 #include <QMenu>
+#include <QPushButton>
 #include <initializer_list>
 
 #include "ui/register_view.h"
@@ -36,6 +37,16 @@ struct RegisterLook {
   std::initializer_list<const char*> list_buttons;
 };
 
+// A list that is searched while the entry waits, above the register.
+struct LookUpLook {
+  const char* find;       // the field that is searched by
+  const char* find_help;  // for F1
+  const char* list;
+  const char* empty;
+  int wide_column;
+  std::initializer_list<const char*> buttons;
+};
+
 class PostingLayout {
  public:
   // Builds into `window`, whose object name is the form's; the entry is at least `entry_width` wide and grows
@@ -53,11 +64,15 @@ class PostingLayout {
   // A label that shows a control's caption.
   QLabel* MakeLabel(const char* name, const char* role = "");
 
+  // A button on the entry's side, named as its control.
+  QPushButton* MakeButton(const char* name);
+
   // The place under the entry where the program speaks: first the state, as a heading.
   void AddNotes(std::initializer_list<const char*> labels);
   // The posting button at the left, the others at the right.
   void AddButtons(std::initializer_list<const char*> others);
   void AddRegister(const RegisterLook& look);
+  void AddLookUp(const LookUpLook& look);  // before the register
   void AddMenu(const char* title, std::initializer_list<CommandLook> commands);
   void AddStatusBar();
 

@@ -15,6 +15,7 @@ namespace {
 
 constexpr int kSearchSliceMs = 8;  // the window answers between slices
 constexpr int kSampleRows = 60;    // rows looked at for the first column widths
+constexpr int kSortArrow = 16;     // beside the heading of the order in force
 constexpr int kCellPadding = 24;
 
 }  // namespace
@@ -198,6 +199,7 @@ void RegisterView::PlaceColumns() {
   for (int column = 0; column < model_->columnCount(); ++column) {
     int width =
         metrics.horizontalAdvance(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
+    if (!heading_commands_.value(column).isEmpty()) width += kSortArrow;
     for (int row = 0; row < rows; ++row) {
       width = std::max(width, metrics.horizontalAdvance(model_->index(row, column).data().toString()));
     }

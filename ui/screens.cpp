@@ -8,6 +8,7 @@
 #include <QToolBar>
 #include <algorithm>
 
+#include "ui/check_window.h"
 #include "ui/posting_windows.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
@@ -15,7 +16,6 @@
 #include "ui/view_log_window.h"
 #include "ui_about.h"
 #include "ui_bank_select.h"
-#include "ui_check_post.h"
 #include "ui_check_x_reference.h"
 #include "ui_copy_databases.h"
 #include "ui_database_version.h"
@@ -44,7 +44,7 @@ constexpr Screen kScreens[] = {
     {"frmBankSelect", Make<QDialog, Ui::frmBankSelect>},
     {"frmAbout", Make<QDialog, Ui::frmAbout>},
     {"frmHelp", Make<QMainWindow, Ui::frmHelp>},
-    {"frmEditChecksPost", Make<QMainWindow, Ui::frmEditChecksPost>},
+    {"frmEditChecksPost", MakeCheckWindow},
     {"frmEditDepositsPost", MakeDepositWindow},
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},

@@ -179,6 +179,7 @@ class Photographer {
     ScreenHost* host = desktop_.Find("frmEditChecksPost");
     if (host == nullptr) return;
     Form& form = host->TheForm();
+    TakeCheckVoiding(*host);
     for (const Entry& entry : kEntries) {
       form.Enter(entry.control);
       form.Change(entry.control, entry.text);
@@ -189,6 +190,19 @@ class Photographer {
     form.Change("txtCheckFileNumber", "");
     form.Click("cmdOk");
     Take("frmEditChecksPost", "check-posting-refused");
+    form.Click("cmdRolodex");
+    Take("frmEditChecksPost", "check-payees");
+  }
+
+  void TakeCheckVoiding(ScreenHost& host) {
+    Form& form = host.TheForm();
+    form.Choose("lstCheckNumbers", 1);
+    host.UseMode("Voiding");
+    form.Change("txtCheckReason", "Lost in the mail");
+    Take("frmEditChecksPost", "check-voiding");
+    form.Change("txtCheckReason", "");
+    host.UseMode("Posting");
+    form.Menu("mnuEditUseNextHigherCheckNumber");
   }
 
   void TakeUsers() {

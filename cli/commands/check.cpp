@@ -1,9 +1,10 @@
-// check: posting through the check screen, and looking at what is posted.
+// check: posting and changing through the check screen, and looking at what is posted.
 #include <algorithm>
 
-#include "cli/commands/command.h"
-#include "cli/json_values.h"
+#include "cli/commands/posted.h"
 #include "core/text.h"
+#include "posting/bank_settings.h"
+#include "posting/check_numbering.h"
 #include "posting/entry_problems.h"
 #include "tables/check_table.h"
 #include "tables/status_text.h"
@@ -12,76 +13,120 @@ namespace tallwick::cli {
 
 namespace {
 
+constexpr std::string_view kScreen = "frmEditChecksPost";
+
 struct CheckArguments {
   std::string number;
-  // What is typed, by control; a control that stands here with an empty text is emptied.
-  std::vector<std::pair<std::string, std::string>> entries;
-  bool handwritten = false;
+  std::string new_number;
+  std::vector<TypedEntry> entries;
   std::string status;
   std::string order = "number";
 };
 
-// The bank's checks, open; null after a message.
-std::unique_ptr<CheckTable> OpenChecks(Office& office, int* status) {
-  Session* session = office.OpenBank();
-  *status = session == nullptr ? office.Status() : kDone;
-  if (session == nullptr) return nullptr;
-  auto checks = std::make_unique<CheckTable>(session->Home());
-  if (checks->Open(session->BankCode()) > 0) return checks;
-  office.Out().Fail("The checks of bank " + session->BankCode() + " could not be opened");
-  *status = kNoTables;
-  return nullptr;
-}
-
-Json CheckJson(CheckTable& checks) {
-  return RecordJson(checks.Data(), checks.Handle(), checks.Data().FieldList(checks.Handle()),
-                    Trimming::kBoth);
-}
-
-// Types the entries into the screen, in the order of the form, and presses the posting button. A screen that
-// has posted stands at the next number; one that has refused keeps what was typed.
-bool PostOnScreen(Form& form, const CheckArguments& arguments) {
-  form.Opened();
-  form.Change("txtCheckNumber", arguments.number);
-  for (const auto& [control, text] : arguments.entries) form.Change(control, text);
-  if (arguments.handwritten) form.SetCheck("chkHandwritten", 1);
-  form.Click("cmdOk");
-  return Trim(form.Find("txtCheckNumber")->text) != Trim(arguments.number);
+// The number goes first: it decides whether the screen shows a posted check.
+std::vector<TypedEntry> WithNumber(const CheckArguments& arguments) {
+  std::vector<TypedEntry> entries = {{"txtCheckNumber", arguments.number}};
+  entries.insert(entries.end(), arguments.entries.begin(), arguments.entries.end());
+  return entries;
 }
 
 int Post(Office& office, const CheckArguments& arguments) {
   int status = kDone;
-  const std::unique_ptr<CheckTable> checks = OpenChecks(office, &status);
+  const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
-  Output& out = office.Out();
   // The screen would show a posted check and change it; a command that posts must not.
   const bool taken = checks->SeekNumber(arguments.number);
-  const std::unique_ptr<Form> form = taken ? nullptr : office.Screens().Make("frmEditChecksPost", "Posting");
-  const bool posted =
-      form != nullptr && PostOnScreen(*form, arguments) && checks->SeekNumber(arguments.number);
-  out.Set("posted", posted);
-  if (!posted) {
-    out.Fail("Check " + Quoted(arguments.number) + (taken ? " is posted already" : " was not posted"));
-    return kRefused;
-  }
-  const Json fields = CheckJson(*checks);
-  out.Set("fields", fields);
-  out.Line("posted");
-  out.Line(FieldLines(fields));
-  return kDone;
+  const std::string posted = taken ? "" : PostOnScreen(office, {kScreen, "Posting"}, WithNumber(arguments));
+  return ShowPosted(office, *checks, !posted.empty() && checks->SeekNumber(posted),
+                    "Check " + Quoted(arguments.number) + (taken ? " is posted already" : " was not posted"));
 }
 
 int Show(Office& office, const CheckArguments& arguments) {
   int status = kDone;
-  const std::unique_ptr<CheckTable> checks = OpenChecks(office, &status);
+  const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
-  if (!checks->SeekNumber(arguments.number)) {
-    office.Out().Fail("Check " + Quoted(arguments.number) + " is not posted");
-    return kRefused;
+  return ShowFields(office, *checks, checks->SeekNumber(arguments.number),
+                    "Check " + Quoted(arguments.number) + " is not posted");
+}
+
+// What a command does to a posted check on the screen.
+struct Change {
+  const char* name;
+  const char* help;
+  ScreenUse use;
+  const char* not_done;  // "was not voided"
+};
+
+constexpr Change kVoid{"void", "Voids a check", {kScreen, "Voiding"}, " was not voided"};
+constexpr Change kStop{"stop", "Stops the payment of a check", {kScreen, "Stop Payment"}, " was not stopped"};
+constexpr Change kClear{"clear", "Marks a check cleared", {kScreen, "Clearing"}, " was not cleared"};
+constexpr Change kOutstanding{"outstanding",
+                              "Sets a check outstanding again",
+                              {kScreen, "Clearing", "cmdSetOutstanding"},
+                              " was not set outstanding"};
+constexpr Change kRenumber{
+    "renumber", "Gives a posted check another number", {kScreen, "Posting"}, " was not renumbered"};
+
+template <const Change& kChange>
+int ChangePosted(Office& office, const CheckArguments& arguments) {
+  int status = kDone;
+  const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
+  if (!checks) return status;
+  const std::string name = "Check " + Quoted(arguments.number);
+  if (!checks->SeekNumber(arguments.number))
+    return ShowFields(office, *checks, false, name + " is not posted");
+  std::vector<TypedEntry> entries = WithNumber(arguments);
+  if (!arguments.new_number.empty()) {
+    entries.push_back({"mnuEditRenumberCheck", {}});
+    entries.push_back({"txtCheckNumber", arguments.new_number});
   }
-  const Json fields = CheckJson(*checks);
-  office.Out().Set("fields", fields);
-  office.Out().Line(FieldLines(fields));
+  const std::string changed = PostOnScreen(office, kChange.use, entries);
+  return ShowFields(office, *checks, !changed.empty() && checks->SeekNumber(changed),
+                    name + kChange.not_done);
+}
+
+int Remove(Office& office, const CheckArguments& arguments) {
+  int status = kDone;
+  const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
+  if (!checks) return status;
+  const std::string name = "Check " + Quoted(arguments.number);
+  if (!checks->SeekNumber(arguments.number))
+    return ShowFields(office, *checks, false, name + " is not posted");
+  // Looking up number zero offers its removal at once. Whoever gives this command has decided.
+  const bool zero = CheckNumberValue(arguments.number) == 0;
+  office.Boxes().QueueAnswer(zero ? BoxAnswer::kOk : BoxAnswer::kYes);
+  const bool removed =
+      !PostOnScreen(office, {kScreen, "Posting", zero ? "" : "mnuEditRemoveCheck"}, WithNumber(arguments))
+           .empty();
+  office.Out().Set("removed", removed);
+  if (removed) {
+    office.Out().Line("removed");
+    return kDone;
+  }
+  office.Out().Fail(name + " was not removed");
+  return kRefused;
+}
+
+// Shows the number of the next check, after setting it where a number is given.
+int Next(Office& office, const CheckArguments& arguments) {
+  int status = kDone;
+  const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
+  if (!checks) return status;
+  Session& session = *office.OpenBank();
+  if (!arguments.new_number.empty()) {
+    BankSettings settings(session.Files(), session.DataPath(), kMicrSettings, session.BankCode());
+    const bool is_number = CheckNumberValue(arguments.new_number).has_value();
+    if (!is_number || !settings.Set(kNextCheckNumber, arguments.new_number)) {
+      office.Out().Fail(Quoted(arguments.new_number) +
+                        (is_number ? " could not be kept" : " is not a check number of digits"));
+      return kRefused;
+    }
+  }
+  const CheckNumbering numbering =
+      ReadCheckNumbering(*checks, session.Files(), session.DataPath(), session.BankCode());
+  const std::string next = std::to_string(numbering.Next());
+  office.Out().Set("next", next);
+  office.Out().Line(next);
   return kDone;
 }
 
@@ -92,7 +137,7 @@ void ListCheck(CheckTable& checks, Output& out) {
     line = PadLeft(check.number, 12) + "  " + PadRight(DisplayDate(check.dated), 10) + "  " +
            PadLeft(AmountText(check.amount), 14) + "  " + PadRight(check.file_number, 14) + "  " +
            PadRight(CheckStatusText(check.status), 16) + "  " + check.payee;
-  out.Item(out.IsJson() ? CheckJson(checks) : Json(), line);
+  out.Item(out.IsJson() ? FieldsJson(checks) : Json(), line);
 }
 
 // The table has no tag on amounts: their records are sorted here, least amount first, then by number.
@@ -110,7 +155,7 @@ void ListByAmount(CheckTable& checks, std::string_view status, Output& out) {
 
 int List(Office& office, const CheckArguments& arguments) {
   int open_status = kDone;
-  const std::unique_ptr<CheckTable> checks = OpenChecks(office, &open_status);
+  const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &open_status);
   if (!checks) return open_status;
   const std::string status = ToUpper(arguments.status);
   Output& out = office.Out();
@@ -126,15 +171,7 @@ int List(Office& office, const CheckArguments& arguments) {
   return kDone;
 }
 
-// An option whose text is typed into a control.
-struct EntryOption {
-  const char* option;
-  const char* control;
-  bool required;
-  const char* what;
-};
-
-constexpr EntryOption kEntryOptions[] = {
+constexpr EntryOption kPostOptions[] = {
     {"--dated", "txtCheckDated", true, "Date on the check, MM/DD/YYYY"},
     {"--payee", "txtCheckPayee", true, "Payee"},
     {"--addr1", "txtCheckAddr1", false, "Address line 1"},
@@ -147,20 +184,47 @@ constexpr EntryOption kEntryOptions[] = {
     {"--tin", "txtTIN", false, "Payee's taxpayer number"},
     {"--control", "txtCheckControl", false, "Control number"},
 };
+constexpr EntryOption kStatement = {"--stmt", "txtCheckStmtPeriod", false,
+                                    "Statement period; the bank's accounting period where none is given"};
+constexpr EntryOption kStatusOptions[] = {{"--reason", "txtCheckReason", true, "Reason"}, kStatement};
+
+using Runner = int (*)(Office&, const CheckArguments&);
+
+std::shared_ptr<CheckArguments> AddCommand(CLI::App& check, Action& chosen, const char* name,
+                                           const char* help, Runner run,
+                                           std::span<const EntryOption> options = {}) {
+  CLI::App* command = check.add_subcommand(name, help);
+  auto arguments = std::make_shared<CheckArguments>();
+  command->add_option("NUMBER", arguments->number)->required();
+  AddEntryOptions(*command, options, arguments->entries);
+  Choose(command, chosen, arguments, run);
+  return arguments;
+}
+
+template <const Change& kChange>
+std::shared_ptr<CheckArguments> AddChange(CLI::App& check, Action& chosen,
+                                          std::span<const EntryOption> options = {}) {
+  return AddCommand(check, chosen, kChange.name, kChange.help, ChangePosted<kChange>, options);
+}
 
 void AddPost(CLI::App& check, Action& chosen) {
-  CLI::App* post = check.add_subcommand("post", "Posts a check through the check screen");
+  const auto arguments =
+      AddCommand(check, chosen, "post", "Posts a check through the check screen", Post, kPostOptions);
+  const std::function<void(std::int64_t)> mark = [arguments](std::int64_t) {
+    arguments->entries.push_back({"chkHandwritten", {}});
+  };
+  check.get_subcommand("post")->add_flag_function("--handwritten", mark,
+                                                  "Written by hand, not to be printed");
+}
+
+void AddList(CLI::App& check, Action& chosen) {
+  CLI::App* list = check.add_subcommand("list", "Posted checks");
   auto arguments = std::make_shared<CheckArguments>();
-  post->add_option("NUMBER", arguments->number)->required();
-  for (const EntryOption& entry : kEntryOptions) {
-    const std::function<void(const std::string&)> type = [arguments,
-                                                          control = entry.control](const std::string& text) {
-      arguments->entries.emplace_back(control, text);
-    };
-    post->add_option_function(entry.option, type, entry.what)->required(entry.required);
-  }
-  post->add_flag("--handwritten", arguments->handwritten, "Written by hand, not to be printed");
-  Choose(post, chosen, arguments, Post);
+  list->add_option("--status", arguments->status, "Only those with this status: O, H, C, V or S")
+      ->check(CLI::IsMember({"O", "H", "C", "V", "S"}, CLI::ignore_case));
+  list->add_option("--order", arguments->order, "number, payee or amount")
+      ->check(CLI::IsMember({"number", "payee", "amount"}));
+  Choose(list, chosen, arguments, List);
 }
 
 }  // namespace
@@ -169,16 +233,19 @@ void AddCheckCommands(CLI::App& app, Action& chosen) {
   CLI::App* check = app.add_subcommand("check", "Checks of the selected bank");
   check->require_subcommand(1);
   AddPost(*check, chosen);
+  AddCommand(*check, chosen, "show", "A check's fields", Show);
+  AddList(*check, chosen);
+  AddChange<kVoid>(*check, chosen, kStatusOptions);
+  AddChange<kStop>(*check, chosen, kStatusOptions);
+  AddChange<kClear>(*check, chosen, std::span(&kStatement, 1));
+  AddChange<kOutstanding>(*check, chosen);
+  const auto renumber = AddChange<kRenumber>(*check, chosen);
+  check->get_subcommand("renumber")->add_option("NEW", renumber->new_number)->required();
+  AddCommand(*check, chosen, "remove", "Removes a check and its cross-reference", Remove);
+  CLI::App* next = check->add_subcommand("next", "The number that the next check gets");
   auto arguments = std::make_shared<CheckArguments>();
-  CLI::App* show = check->add_subcommand("show", "A check's fields");
-  show->add_option("NUMBER", arguments->number)->required();
-  Choose(show, chosen, arguments, Show);
-  CLI::App* list = check->add_subcommand("list", "Posted checks");
-  list->add_option("--status", arguments->status, "Only those with this status: O, H, C, V or S")
-      ->check(CLI::IsMember({"O", "H", "C", "V", "S"}, CLI::ignore_case));
-  list->add_option("--order", arguments->order, "number, payee or amount")
-      ->check(CLI::IsMember({"number", "payee", "amount"}));
-  Choose(list, chosen, arguments, List);
+  next->add_option("--set", arguments->new_number, "Has the numbers go on from here");
+  Choose(next, chosen, arguments, Next);
 }
 
 }  // namespace tallwick::cli

@@ -23,22 +23,43 @@ bool OpenOfBank(Office& office, TableBase& table, int* status) {
   return false;
 }
 
-std::string PostOnScreen(Office& office, std::string_view screen, const std::vector<TypedEntry>& entries) {
-  const std::unique_ptr<Form> form = office.Screens().Make(screen, {});
+namespace {
+
+// Types or presses; false when a command was refused.
+bool Use(Form& form, const TypedEntry& entry) {
+  const Control* control = form.Find(entry.control, entry.index);
+  if (control == nullptr) return false;
+  switch (control->kind) {
+    case ControlKind::kCheck:
+      form.SetCheck(entry.control, 1, entry.index);
+      return true;
+    case ControlKind::kButton:
+      form.Click(entry.control);
+      return true;
+    case ControlKind::kMenu:
+      form.Menu(entry.control);
+      return form.Focus() == nullptr || !form.Focus()->refused;
+    default:
+      form.Change(entry.control, entry.text, entry.index);
+      return true;
+  }
+}
+
+}  // namespace
+
+std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries) {
+  const std::unique_ptr<Form> form = office.Screens().Make(use.screen, use.mode);
   const auto* posting = dynamic_cast<const PostingForm*>(form.get());
   if (posting == nullptr) return {};
   form->Opened();
   for (const TypedEntry& entry : entries) {
-    const Control* control = form->Find(entry.control, entry.index);
-    if (control != nullptr && control->kind == ControlKind::kCheck) {
-      form->SetCheck(entry.control, 1, entry.index);
-    } else if (control != nullptr && control->kind == ControlKind::kButton) {
-      form->Click(entry.control);
-    } else {
-      form->Change(entry.control, entry.text, entry.index);
-    }
+    if (!Use(*form, entry)) return {};
   }
-  form->Click("cmdOk");
+  if (use.press.empty()) {
+    form->Leave();
+  } else {
+    Use(*form, {std::string(use.press), {}});
+  }
   return posting->LastPosted();
 }
 

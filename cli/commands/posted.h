@@ -1,5 +1,5 @@
-// What the commands on deposits, wires and vouchers share: the bank's table, typing into the posting screen,
-// and showing what is posted.
+// What the commands on checks, deposits, wires and vouchers share: the bank's table, typing into the posting
+// screen, and showing what is posted.
 #pragma once
 
 #include <memory>
@@ -14,7 +14,7 @@
 
 namespace tallwick::cli {
 
-// A text to be typed into a control; a check box is marked, a button pressed.
+// A text to be typed into a control; a check box is marked, a button pressed, a command given.
 struct TypedEntry {
   std::string control;
   std::string text;
@@ -45,9 +45,19 @@ std::unique_ptr<Table> OpenPosted(Office& office, int* status) {
   return OpenOfBank(office, *table, status) ? std::move(table) : nullptr;
 }
 
+// Which of a screen's modes, and the button or command at the end; "" only leaves the last field.
+struct ScreenUse {
+  std::string_view screen;
+  std::string_view mode = {};
+  std::string_view press = "cmdOk";
+};
 // Types the entries into a posting screen in their order and presses the posting button. Gives the key of
 // what was posted, "" when the screen refused or could not be opened.
-std::string PostOnScreen(Office& office, std::string_view screen, const std::vector<TypedEntry>& entries);
+std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries);
+inline std::string PostOnScreen(Office& office, std::string_view screen,
+                                const std::vector<TypedEntry>& entries) {
+  return PostOnScreen(office, ScreenUse{screen}, entries);
+}
 
 // The fields of the current record.
 Json FieldsJson(const TableBase& table);

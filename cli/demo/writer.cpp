@@ -1,6 +1,7 @@
 #include "cli/demo/writer.h"
 
 #include "cli/demo/audit_book.h"
+#include "posting/payee_book.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
 
@@ -83,7 +84,9 @@ bool Writer::WriteBank(const DemoBank& bank) {
 }
 
 bool Writer::WriteChecks(const DemoBank& bank, BankTables& tables) {
+  PayeeBook payees(session_.Company().agent);
   for (const CheckRecord& check : bank.checks) {
+    payees.Keep({check.payee, check.address1, check.address2, check.city_state});
     if (!Done(tables.checks.Add(check)) ||
         !AddXref(CheckXref(check.file_number, bank.bank.code, check.number)) || !Step())
       return false;

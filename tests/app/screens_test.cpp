@@ -23,7 +23,8 @@ TEST(ScreenCatalogueTest, OpensWhatTheBankAndTheRightsAllow) {
     ASSERT_NE(form, nullptr) << name;
     EXPECT_EQ(form->Name(), name);
   }
-  EXPECT_THAT(ScreenCatalogue::Modes("frmEditChecksPost"), ElementsAre("Posting"));
+  EXPECT_THAT(ScreenCatalogue::Modes("frmEditChecksPost"),
+              ElementsAre("Posting", "Viewing", "Clearing", "Voiding", "Stop Payment"));
   EXPECT_FALSE(ScreenCatalogue::Knows("frmEditChecksPost", "Guessing"));
   EXPECT_EQ(screens.Make("frmNothing", ""), nullptr);
   EXPECT_THAT(office.TakeTexts(), ElementsAre());

@@ -5,6 +5,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "shell/transactions_switch.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -26,7 +27,7 @@ class CheckPostingTest : public ::testing::Test {
     OpenForm();
   }
   void OpenForm() {
-    form_ = std::make_unique<FrmEditChecksPost>(*office_.session);
+    form_ = std::make_unique<FrmEditChecksPost>(*office_.session, office_);
     ASSERT_TRUE(form_->OpenTables());
     form_->Opened();
   }
@@ -72,6 +73,18 @@ class CheckPostingTest : public ::testing::Test {
   std::unique_ptr<BankTables> tables_;
   std::unique_ptr<FrmEditChecksPost> form_;
 };
+
+TEST_F(CheckPostingTest, NothingIsPostedWhileTransactionsAreLocked) {
+  OpenOffice();
+  Enter();
+  ASSERT_TRUE(SetTransactionsOpen(*office_.session, false));  // as from another workstation
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Transactions Locked..."));
+  EXPECT_FALSE(Stored("1"));
+  ASSERT_TRUE(SetTransactionsOpen(*office_.session, true));
+  form_->Click("cmdOk");
+  EXPECT_TRUE(Stored("1"));
+}
 
 TEST_F(CheckPostingTest, ANewCheckIsPostedWholeAndTheNextOneProposed) {
   OpenOffice();
@@ -174,7 +187,8 @@ TEST_F(CheckPostingTest, AnUnknownFileOnlyInforms) {
 
 TEST_F(CheckPostingTest, ABlankPeriodIsFilledWhereTheUserWantsThat) {
   OpenOffice();
-  office_.session->Run().default_period = true;
+  form_->Menu("mnuOptionsDefaultPeriod");
+  EXPECT_TRUE(office_.session->Run().default_period);
   Set("txtCheckAcctPeriod", "");
   Post("1");
   EXPECT_EQ(Stored("1")->accounting, (Period{3, 0, 2024}));
@@ -222,11 +236,18 @@ TEST_F(CheckPostingTest, ATakenNumberIsReportedAndTheEntryKept) {
   other.file_number = "24-0118";
   ASSERT_TRUE(PostCheck(*tables_, office_.session->Company().xrefs, "FNB", other).Done());
   form_->Click("cmdOk");
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Failed to add check number 5\r\nError code = 20"));
+  const char* failed = "Failed to add check number 5\r\nError code = 20";
+  const char* next = "Check 5 was posted on another workstation in the meantime.\r\nPost this one as 6 ?";
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(failed, next));
   EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
   EXPECT_EQ(Stored("5")->file_number, "24-0118");
   EXPECT_FALSE(HasXref("24-0117", "5"));
   EXPECT_EQ(Log(), "");
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(failed, next));
+  EXPECT_EQ(Stored("6")->payee, "SMITH TITLE CO");
+  EXPECT_TRUE(HasXref("24-0117", "6"));
 }
 
 TEST_F(CheckPostingTest, AVoucherFillsWarnsAndIsConsumed) {
@@ -294,10 +315,21 @@ TEST_F(CheckPostingTest, AChangeElsewhereIsNeverOverwritten) {
   CheckRecord theirs = *Stored("10");
   theirs.amount = Currency::FromCents(1);
   ASSERT_EQ(tables_->checks.Update(theirs), 0);
+  const auto question = HasSubstr("\r\nPayee: yours MINE, theirs SMITH TITLE CO\r\nAmount: yours 1,250.00, ");
   form_->Click("cmdOk");
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("was changed on another workstation")));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
   EXPECT_EQ(Stored("10"), theirs);
   EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "MINE");
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
+  EXPECT_EQ(Stored("10"), theirs);
+  theirs.control = "JD";
+  ASSERT_EQ(tables_->checks.Update(theirs), 0);
+  Set("txtCheckPayee", "MINE");
+  form_->Click("cmdOk");
+  EXPECT_EQ(Stored("10")->payee, "MINE");
+  EXPECT_EQ(Stored("10")->control, "");
 }
 
 TEST_F(CheckPostingTest, AReconciledPeriodRestrictsChanges) {

@@ -17,7 +17,13 @@ class PostingScreenTest : public ::testing::Test {
     ASSERT_TRUE(tables_->Open("FNB"));
     OpenForm();
   }
-  virtual std::unique_ptr<Screen> MakeForm() { return std::make_unique<Screen>(*office_.session); }
+  virtual std::unique_ptr<Screen> MakeForm() {
+    if constexpr (std::is_constructible_v<Screen, Session&, ScreenOpener&>) {
+      return std::make_unique<Screen>(*office_.session, office_);
+    } else {
+      return std::make_unique<Screen>(*office_.session);
+    }
+  }
   void OpenForm() {
     form_ = MakeForm();
     ASSERT_TRUE(form_->OpenTables());

@@ -1,0 +1,46 @@
+#include "posting/bank_settings.h"
+
+#include <vector>
+
+#include "core/text.h"
+
+namespace tallwick {
+namespace {
+
+bool Names(std::string_view line, std::string_view name) {
+  const std::size_t equals = line.find('=');
+  return equals != std::string_view::npos && EqualsIgnoreCase(Trim(line.substr(0, equals)), name);
+}
+
+}  // namespace
+
+BankSettings::BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind,
+                           std::string_view bank_code)
+    : files_(files),
+      path_(std::string(data_path) + std::string(kind) + std::string(Trim(bank_code)) + ".dat") {}
+
+std::optional<std::string> BankSettings::Get(std::string_view name) const {
+  const std::optional<std::string> text = files_.Read(path_);
+  if (!text) return std::nullopt;
+  for (const std::string& line : Split(*text, '\n')) {
+    if (Names(line, name)) return std::string(Trim(std::string_view(line).substr(line.find('=') + 1)));
+  }
+  return std::nullopt;
+}
+
+bool BankSettings::Set(std::string_view name, std::string_view value) {
+  const std::string setting = std::string(name) + "=" + std::string(value) + "\r\n";
+  std::string text;
+  bool written = false;
+  for (const std::string& line : Split(files_.Read(path_).value_or(""), '\n')) {
+    if (Names(line, name)) {
+      if (!written) text += setting;
+      written = true;
+    } else if (!Trim(line).empty()) {
+      text += std::string(TrimRight(line)) + "\r\n";
+    }
+  }
+  return files_.Write(path_, written ? text : text + setting);
+}
+
+}  // namespace tallwick

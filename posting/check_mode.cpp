@@ -1,0 +1,95 @@
+#include "posting/check_mode.h"
+
+#include <algorithm>
+
+#include "audit/audit_trail.h"
+#include "core/text.h"
+#include "posting/file_number.h"
+#include "shell/rights.h"
+#include "tables/status_text.h"
+
+namespace tallwick {
+namespace {
+
+using Kind = CheckMode::Kind;
+
+constexpr CheckMode kModes[] = {
+    {Kind::kPosting, kAuditPostCheck, "Posting", "Post Checks - ", "", kRightPostChecks},
+    {Kind::kViewing, kAuditPostCheck, "Viewing", "View Checks - ", "", 0},
+    {Kind::kClearing, kAuditPostCheck, "Clearing", "Clear Checks - ", "C", kRightClearChecks},
+    {Kind::kVoiding, kAuditVoidCheck, "Voiding", "Void Checks - ", "V", kRightVoidChecks},
+    {Kind::kStopPayment, kAuditPostCheck, "Stop Payment", "Stop Payment - ", "S", kRightVoidChecks},
+};
+
+std::string ReturnWord(const CheckRecord& check) {
+  if (check.status == "C") return "Cleared";
+  return check.status == "V" ? "Voided" : "Stop Payment";
+}
+
+std::string NameOf(const CheckRecord& check) {
+  return "Check " + check.number;
+}
+
+bool StatementIsReconciled(const CheckRecord& check, const BankRecord& bank) {
+  const std::int32_t statement = MakeKey(check.statement);
+  return !IsOutstanding(check) && statement != 0 && statement <= MakeKey(bank.reconciled);
+}
+
+std::string ReconciledText(const CheckRecord& check) {
+  return ReturnWord(check) + " and reconciled.\r\nChanges are restricted.";
+}
+
+}  // namespace
+
+std::span<const CheckMode> CheckModes() {
+  return kModes;
+}
+
+const CheckMode* FindCheckMode(std::string_view name) {
+  const auto* found = std::find_if(std::begin(kModes), std::end(kModes),
+                                   [&](const CheckMode& mode) { return name.empty() || mode.name == name; });
+  return found == std::end(kModes) ? nullptr : found;
+}
+
+const CheckMode& CheckModeOf(CheckMode::Kind kind) {
+  return *std::find_if(std::begin(kModes), std::end(kModes),
+                       [&](const CheckMode& mode) { return mode.kind == kind; });
+}
+
+std::string StatusWord(const CheckRecord& check) {
+  return std::string(TrimRight(CheckStatusText(check.status)));
+}
+
+bool IsOutstanding(const CheckRecord& check) {
+  return check.status != "C" && check.status != "V" && check.status != "S";
+}
+
+std::string RestrictionText(const CheckRecord& check, const BankRecord& bank) {
+  if (StatementIsReconciled(check, bank)) return ReconciledText(check);
+  if (MakeKey(check.accounting) > MakeKey(bank.reconciled)) return {};
+  return "Accounting period " + ShortForm(check.accounting) +
+         " has been reconciled.\r\nChanges are restricted.";
+}
+
+std::string StatusRefusal(const CheckRecord& check, std::string_view status, const BankRecord& bank) {
+  if (StatementIsReconciled(check, bank)) return ReconciledText(check);
+  if (status == "O") {
+    if (IsOutstanding(check)) return NameOf(check) + " is outstanding already.";
+    if (!IsVoidFile(check.file_number)) return {};
+    return "File Number can NOT be " + Quoted(check.file_number) + " ...";
+  }
+  const std::string now = StatusWord(check);
+  if (check.status == status) return NameOf(check) + " is marked " + Quoted(now) + " already.";
+  // A stopped check may be voided for good; any other turn goes by way of outstanding.
+  const bool stopped_to_void = check.status == "S" && status == "V";
+  if (IsOutstanding(check) || stopped_to_void) return {};
+  return NameOf(check) + " is marked " + Quoted(now) + ".  Set it outstanding first.";
+}
+
+std::string RemovalRefusal(const CheckRecord& check, const BankRecord& bank) {
+  if (std::string restricted = RestrictionText(check, bank); !restricted.empty()) return restricted;
+  if (check.status != "C") return {};
+  return NameOf(check) + " has cleared the bank.  Set it outstanding first.";
+}
+
+}  // namespace tallwick

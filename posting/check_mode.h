@@ -1,0 +1,44 @@
+// The modes of the check screen, as data: what each is called, what it needs, and the status that it gives.
+#pragma once
+
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "tables/bank_table.h"
+#include "tables/check_table.h"
+
+namespace tallwick {
+
+struct CheckMode {
+  enum class Kind { kPosting, kViewing, kClearing, kVoiding, kStopPayment };
+  Kind kind;
+  int audit_tx;              // the audit trail's transaction of the change of status
+  std::string_view name;     // as the screen is opened: "Stop Payment"
+  std::string_view caption;  // before the bank's name
+  std::string_view status;   // that cmdOk gives to a posted check; "" where it changes none
+  int right;                 // 0 = none
+};
+
+// The usual one first.
+std::span<const CheckMode> CheckModes();
+// The mode of this name; the usual one for "". Null for an unknown name.
+const CheckMode* FindCheckMode(std::string_view name);
+const CheckMode& CheckModeOf(CheckMode::Kind kind);
+
+// "Cleared", without the blank that the display text of a status may end with.
+std::string StatusWord(const CheckRecord& check);
+
+// Why changes to a posted check are restricted, for the screen; "" when they are not.
+std::string RestrictionText(const CheckRecord& check, const BankRecord& bank);
+
+// Why the check cannot be given the status "C", "V", "S" or "O"; "" when it can.
+std::string StatusRefusal(const CheckRecord& check, std::string_view status, const BankRecord& bank);
+
+// Why the check cannot be removed or renumbered; "" when it can.
+std::string RemovalRefusal(const CheckRecord& check, const BankRecord& bank);
+
+// True for a check that is open: neither cleared, voided nor stopped.
+bool IsOutstanding(const CheckRecord& check);
+
+}  // namespace tallwick

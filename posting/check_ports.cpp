@@ -1,0 +1,14 @@
+#include "posting/check_ports.h"
+
+#include "core/amount_in_words.h"
+#include "core/text_format.h"
+
+namespace tallwick {
+
+CheckOnPaper MakeCheckOnPaper(const CheckRecord& check, std::string_view bank_code,
+                              std::string_view remittance_advice) {
+  return {check, std::string(bank_code), "**" + AmountInWords(check.amount) + "**",
+          FormatNumber(check.amount, "$##,###,###,###.00"), std::string(remittance_advice)};
+}
+
+}  // namespace tallwick

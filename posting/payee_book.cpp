@@ -1,0 +1,123 @@
+#include "posting/payee_book.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "tables/keys.h"
+
+namespace tallwick {
+namespace {
+
+std::string KeyOf(std::string_view name) {
+  return UpperKey(Trim(name));
+}
+
+Payee PayeeIn(const AgentRecord& record) {
+  return {record.name, record.address1, record.address2, record.city_state};
+}
+
+void SetAddress(const Payee& payee, AgentRecord* record) {
+  record->address1 = payee.address1;
+  record->address2 = payee.address2;
+  record->city_state = payee.city_state;
+}
+
+}  // namespace
+
+void PayeeBook::Refresh() {
+  const std::int32_t records = table_.RecordCount();
+  if (records < records_read_) {  // packed meanwhile
+    entries_.clear();
+    records_read_ = 0;
+  }
+  if (records == records_read_) return;
+  for (bool on = table_.GoTo(records_read_ + 1); on; on = table_.Skip()) {
+    if (table_.Data().IsRecordDeleted(table_.Handle())) continue;
+    const AgentRecord record = table_.Read();
+    if (IsPayee(record)) Put({KeyOf(record.name), PayeeIn(record), table_.RecordNumber()});
+  }
+  records_read_ = records;
+}
+
+std::vector<PayeeBook::Entry>::const_iterator PayeeBook::From(std::string_view key) const {
+  return std::lower_bound(entries_.begin(), entries_.end(), key,
+                          [](const Entry& entry, std::string_view wanted) { return entry.key < wanted; });
+}
+
+const PayeeBook::Entry* PayeeBook::FindKey(std::string_view key) const {
+  const auto found = From(key);
+  return found != entries_.end() && found->key == key ? &*found : nullptr;
+}
+
+// Two workstations may have added the same payee at once: the later record holds.
+void PayeeBook::Put(Entry entry) {
+  if (entry.key.empty()) return;
+  const auto place = entries_.begin() + (From(entry.key) - entries_.cbegin());
+  if (place != entries_.end() && place->key == entry.key) {
+    *place = std::move(entry);
+  } else {
+    entries_.insert(place, std::move(entry));
+  }
+}
+
+const Payee* PayeeBook::Find(std::string_view name) const {
+  const Entry* entry = FindKey(KeyOf(name));
+  return entry != nullptr ? &entry->payee : nullptr;
+}
+
+std::vector<std::string> PayeeBook::Offers(std::string_view text, std::size_t most) const {
+  const std::string key = KeyOf(text);
+  std::vector<std::string> names;
+  if (key.empty()) return names;
+  for (auto at = From(key); at != entries_.end() && at->key.starts_with(key) && names.size() < most; ++at) {
+    names.push_back(at->payee.name);
+  }
+  return names;
+}
+
+std::vector<Payee> PayeeBook::Search(std::string_view text) const {
+  const std::string wanted = KeyOf(text);
+  std::vector<Payee> found;
+  for (const Entry& entry : entries_) {
+    const Payee& payee = entry.payee;
+    const std::string all =
+        entry.key + "\n" + UpperKey(payee.address1 + "\n" + payee.address2 + "\n" + payee.city_state);
+    if (all.find(wanted) != std::string::npos) found.push_back(payee);
+  }
+  return found;
+}
+
+void PayeeBook::Keep(const Payee& payee) {
+  if (Trim(payee.name).empty()) return;
+  Refresh();
+  const Entry* known = FindKey(KeyOf(payee.name));
+  if (known == nullptr) return Add(payee);
+  const Payee same_address{known->payee.name, payee.address1, payee.address2, payee.city_state};
+  if (payee.HasAddress() && same_address != known->payee) ChangeAddress(*known, same_address);
+}
+
+void PayeeBook::Add(const Payee& payee) {
+  AgentRecord record = NewPayeeRecord();
+  record.name = payee.name;
+  SetAddress(payee, &record);
+  if (table_.Add(record, true) == engine::kSuccess) Refresh();
+}
+
+void PayeeBook::ChangeAddress(const Entry& entry, const Payee& payee) {
+  if (!table_.GoTo(entry.record) || table_.Lock(true) != engine::kSuccess) return;
+  AgentRecord record = table_.Read();
+  if (IsPayee(record) && KeyOf(record.name) == entry.key) {
+    SetAddress(payee, &record);
+    if (table_.Update(record) == engine::kSuccess) Put({entry.key, payee, entry.record});
+  }
+  table_.Unlock();
+}
+
+std::vector<std::string> PayeeRows::Row(std::size_t row) {
+  if (row >= payees_.size()) return {};
+  const Payee& payee = payees_[row];
+  const bool both = !payee.address1.empty() && !payee.address2.empty();
+  return {payee.name, payee.address1 + (both ? ", " : "") + payee.address2, payee.city_state};
+}
+
+}  // namespace tallwick

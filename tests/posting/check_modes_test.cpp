@@ -1,0 +1,425 @@
+// The check screen beyond entry: other modes, renumbering and removal, payees, the list, and printing.
+
+#include <gmock/gmock.h>
+
+#include "posting/bank_settings.h"
+#include "posting/check_posting.h"
+#include "tests/posting/screen_fixture.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+using testing::PostingScreenTest;
+using testing::Seen;
+using Kind = CheckMode::Kind;
+
+struct FakePrinter : CheckPrinter {
+  std::string WhyNot() override { return why_not; }
+  bool Print(const CheckOnPaper& check, const BankRecord&, bool preview) override {
+    printed.push_back(check.check.number + " " + check.figures + " " + check.words +
+                      (preview ? " preview" : ""));
+    return true;
+  }
+  std::string why_not;
+  std::vector<std::string> printed;
+};
+
+struct FakePositivePay : PositivePayExport {
+  void Issued(const CheckRecord& check, const BankRecord&) override {
+    told.push_back("issued " + check.number);
+  }
+  void Voided(const CheckRecord& check, const BankRecord&) override {
+    told.push_back("voided " + check.number);
+  }
+  std::vector<std::string> told;
+};
+
+class CheckModesTest : public PostingScreenTest<FrmEditChecksPost> {
+ protected:
+  std::unique_ptr<FrmEditChecksPost> MakeForm() override {
+    return std::make_unique<FrmEditChecksPost>(*office_.session, office_, mode_,
+                                               CheckPorts{&printer_, &positive_pay_});
+  }
+  void OpenIn(Kind mode) {
+    mode_ = mode;
+    OpenForm();
+  }
+  void PostCheckOf(const std::string& number, const std::string& payee = "SMITH TITLE CO",
+                   const std::string& amount = "1250", const std::string& voucher = "") {
+    Set("txtCheckNumber", number);
+    Set("txtCheckPayee", payee);
+    Set("txtCheckAmount", amount);
+    Set("txtCheckFileNumber", "24-0117");
+    Set("txtCheckVoucherNumber", voucher);
+    Post();
+  }
+  void AddVoucher(const char* number) {
+    VoucherRecord voucher;
+    voucher.number = number;
+    voucher.file_number = "24-0117";
+    voucher.amount = Currency::FromCents(1250'00);
+    ASSERT_EQ(tables_->vouchers.Add(voucher), 0);
+  }
+  std::string VoucherCheck(const char* number) {
+    return tables_->vouchers.SeekNumber(number) ? tables_->vouchers.Read().check_number : "(no voucher)";
+  }
+  CheckRecord Stored(std::string_view number) {
+    return tables_->checks.SeekNumber(number) ? tables_->checks.Read() : CheckRecord{};
+  }
+  bool HasXref(std::string_view file, std::string_view number) {
+    return Xrefs().SeekReference(CheckXref(file, "FNB", number));
+  }
+  std::string Refusal(std::string_view button = "cmdOk") {
+    form_->Click(button);
+    const std::vector<std::string> texts = office_.TakeTexts();
+    return texts.size() == 1 ? texts.front() : std::to_string(texts.size()) + " boxes";
+  }
+  std::vector<std::string> Numbers() {
+    std::vector<std::string> numbers;
+    RowSource& rows = *form_->Find("lstCheckNumbers")->source;
+    for (std::size_t row = 0; row < rows.RowCount(); ++row) numbers.push_back(rows.Row(row).at(0));
+    return numbers;
+  }
+
+  Kind mode_ = Kind::kPosting;
+  FakePrinter printer_;
+  FakePositivePay positive_pay_;
+};
+
+TEST_F(CheckModesTest, AVoidKeepsItsReasonAndFreesItsVoucher) {
+  OpenOffice([](BankRecord& bank) { bank.positive_pay = true; });
+  AddVoucher("31");
+  PostCheckOf("10", "SMITH TITLE CO", "1250", "31");
+  EXPECT_EQ(VoucherCheck("31"), "10");
+  OpenIn(Kind::kVoiding);
+  EXPECT_EQ(form_->Caption(), "Void Checks - First National Trust");
+  Set("txtCheckNumber", "10");
+  Set("txtCheckReason", "Lost in the mail");
+  EXPECT_FALSE(form_->Find("txtCheckAmount")->enabled);
+  EXPECT_EQ(Seen(*form_, "txtCheckStmtPeriod"), "3-2024") << "proposed";
+  Post();
+  EXPECT_EQ(Stored("10").status, "V");
+  EXPECT_EQ(Stored("10").reason, "Lost in the mail");
+  EXPECT_EQ(Stored("10").statement, (Period{3, 0, 2024}));
+  EXPECT_TRUE(HasXref("24-0117", "10"));
+  EXPECT_EQ(VoucherCheck("31"), "");
+  EXPECT_THAT(Log(),
+              HasSubstr("[TX: Void Check][REFERENCE: 10][LOGIN: jdoe][COMPUTER: FRONTDESK2]\r\n[VOID] 10"));
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "") << "ready for the next one";
+
+  Set("txtCheckNumber", "10");
+  form_->Leave();
+  EXPECT_EQ(Refusal(), "Check 10 is marked \"Voided\" already.");
+  form_->Click("cmdSetOutstanding");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_EQ(Stored("10").status, "O");
+  EXPECT_TRUE(Stored("10").statement.IsEmpty());
+  EXPECT_EQ(Stored("10").reason, "");
+  EXPECT_EQ(VoucherCheck("31"), "10");
+  EXPECT_THAT(Log(), HasSubstr("[TX: Set Outstanding][REFERENCE: 10]"));
+  EXPECT_THAT(Log(), HasSubstr("[SET OUTSTANDING] 10\r\n"));
+  EXPECT_THAT(positive_pay_.told, ElementsAre("issued 10", "voided 10", "issued 10"));
+}
+
+TEST_F(CheckModesTest, StopAndClearAreInTheTrailFieldByField) {
+  OpenOffice();
+  PostCheckOf("10");
+  PostCheckOf("11");
+  OpenIn(Kind::kStopPayment);
+  Set("txtCheckNumber", "10");
+  Set("txtCheckReason", "Stolen");
+  Post();
+  EXPECT_EQ(Stored("10").status, "S");
+  EXPECT_THAT(Log(), HasSubstr("[EDIT] txtCheckStmtPeriod was:  now: 3-2024\r\n"
+                               "[EDIT] txtCheckReason was:  now: Stolen\r\n"
+                               "[EDIT] txtCheckStatus was: Outstanding now: Stopped Payment\r\n"));
+  form_->Menu("mnuEditClearChecks");
+  EXPECT_EQ(form_->Caption(), "Clear Checks - First National Trust");
+  Set("txtCheckNumber", "11");
+  form_->Leave();
+  const std::pair<const char*, const char*> periods[] = {
+      {"", "Statement Month is Missing."},
+      {"1/2024", "Statement period 1-2024 has been reconciled.  Enter the period of a later statement."},
+      {"13/2024",
+       "The escrow period 13/2024 is invalid.\rYou must specify the period as a month and year seperated by "
+       "- / "
+       ", . or a space."}};
+  for (const auto& [period, message] : periods) {
+    Set("txtCheckStmtPeriod", period);
+    EXPECT_EQ(Refusal(), message);
+    EXPECT_EQ(form_->Focus()->name, "txtCheckStmtPeriod");
+  }
+  EXPECT_EQ(Stored("11").status, "O");
+  Set("txtCheckStmtPeriod", "2/2024");
+  Post();
+  EXPECT_EQ(Stored("11").status, "C");
+  EXPECT_EQ(Stored("11").statement, (Period{2, 0, 2024}));
+  Set("txtCheckNumber", "99");
+  EXPECT_EQ(Refusal(), "Check Number 99 is NOT posted.");
+}
+
+TEST(CheckModeTest, WhatAStatusAllows) {
+  BankRecord bank;
+  bank.reconciled = {1, 0, 2024};
+  const Period open{2, 0, 2024};
+  const Period closed{1, 0, 2024};
+  struct Case {
+    const char* from;
+    Period statement;
+    const char *to, *refusal;
+  };
+  const char* stopped = "Check 10 is marked \"Stopped Payment\".  Set it outstanding first.";
+  const char* cleared = "Check 10 is marked \"Cleared\".  Set it outstanding first.";
+  const Case cases[] = {{"O", {}, "C", ""},
+                        {"H", {}, "V", ""},
+                        {"O", {}, "S", ""},
+                        {"S", open, "V", ""},
+                        {"S", open, "C", stopped},
+                        {"C", open, "V", cleared},
+                        {"C", open, "S", cleared},
+                        {"V", open, "O", ""},
+                        {"O", {}, "O", "Check 10 is outstanding already."},
+                        {"C", closed, "O", "Cleared and reconciled.\r\nChanges are restricted."},
+                        {"V", closed, "O", "Voided and reconciled.\r\nChanges are restricted."},
+                        {"S", closed, "V", "Stop Payment and reconciled.\r\nChanges are restricted."}};
+  for (const Case& one : cases) {
+    CheckRecord check;
+    check.number = "10";
+    check.status = one.from;
+    check.statement = one.statement;
+    EXPECT_EQ(StatusRefusal(check, one.to, bank), one.refusal) << one.from << one.to;
+  }
+  CheckRecord spoiled;
+  spoiled.status = "V";
+  spoiled.file_number = "VOID";
+  EXPECT_EQ(StatusRefusal(spoiled, "O", bank), "File Number can NOT be \"VOID\" ...");
+}
+
+TEST_F(CheckModesTest, SpoiledStockIsEnteredAsVoid) {
+  OpenOffice();
+  OpenIn(Kind::kVoiding);
+  Set("txtCheckNumber", "77");
+  Set("txtCheckReason", "Torn in the printer");
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "VOID");
+  EXPECT_EQ(Seen(*form_, "cmdOk"), "P&ost Check");
+  Post();
+  EXPECT_EQ(Stored("77").status, "V");
+  EXPECT_EQ(Stored("77").file_number, "VOID");
+  EXPECT_EQ(Stored("77").reason, "Torn in the printer");
+  EXPECT_THAT(Log(), HasSubstr("[TX: Void Check][REFERENCE: 77][LOGIN: jdoe][COMPUTER: FRONTDESK2]\r\n"
+                               "[ADD VOID] 77\r\n"));
+}
+
+TEST_F(CheckModesTest, ModesKeepTheCheckAndFollowTheRights) {
+  OpenOffice();
+  PostCheckOf("10");
+  OpenIn(Kind::kViewing);
+  Set("txtCheckNumber", "10");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
+  for (std::string_view control : {"txtCheckPayee", "txtCheckReason", "chkHandwritten", "cmdOk"}) {
+    EXPECT_FALSE(form_->Find(control)->enabled) << control;
+  }
+  form_->Menu("mnuEditVoidChecks");
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "10");
+  EXPECT_EQ(form_->Find("mnuEditVoidChecks")->value, 1);
+  form_->UseMode("Posting");
+  EXPECT_EQ(form_->Caption(), "Post Checks - First National Trust");
+  EXPECT_TRUE(form_->Find("txtCheckPayee")->enabled);
+  form_->Menu("mnuEditVouchers");
+  EXPECT_THAT(office_.opened, ElementsAre("frmEditVouchersPost Posting"));
+  office_.suite.security = true;  // a login that is not among the users
+  office_.session->ReloadUser();
+  form_->UseMode("Voiding");
+  EXPECT_EQ(form_->Caption(), "Post Checks - First National Trust");
+}
+
+TEST_F(CheckModesTest, ARenumberedCheckTakesEverythingAlong) {
+  OpenOffice();
+  AddVoucher("31");
+  PostCheckOf("10", "SMITH TITLE CO", "1250", "31");
+  PostCheckOf("12");
+  const CheckRecord before = Stored("10");
+  form_->Menu("mnuEditRenumberCheck");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Look up the posted check")));
+  Set("txtCheckNumber", "10");
+  form_->Menu("mnuEditRenumberCheck");
+  Set("txtCheckNumber", "12");
+  EXPECT_EQ(Refusal(), "Check 12 is posted already.  Type a number that is free.");
+  EXPECT_EQ(Stored("10"), before);
+  EXPECT_TRUE(HasXref("24-0117", "10"));
+  EXPECT_EQ(VoucherCheck("31"), "10");
+  Set("txtCheckNumber", "11");
+  Post();
+  CheckRecord after = before;
+  after.number = "11";
+  EXPECT_EQ(Stored("11"), after);
+  EXPECT_EQ(Stored("10"), CheckRecord{});
+  EXPECT_FALSE(HasXref("24-0117", "10"));
+  EXPECT_TRUE(HasXref("24-0117", "11"));
+  EXPECT_EQ(VoucherCheck("31"), "11");
+  EXPECT_THAT(Log(), HasSubstr("[REFERENCE: 11]"));
+  EXPECT_THAT(Log(), HasSubstr("[EDIT] txtCheckNumber was: 10 now: 11\r\n"));
+
+  Set("txtCheckNumber", "11");
+  form_->Menu("mnuEditRenumberCheck");
+  form_->Key("Esc");  // as it was
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "11");
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Menu("mnuEditRemoveCheck");
+  EXPECT_EQ(Stored("11"), after);
+  form_->Menu("mnuEditRemoveCheck");
+  EXPECT_EQ(Stored("11"), CheckRecord{});
+  EXPECT_FALSE(HasXref("24-0117", "11"));
+  EXPECT_EQ(VoucherCheck("31"), "");
+  EXPECT_THAT(Log(), HasSubstr("[DELETE] 11\r\n"));
+
+  office_.TakeTexts();
+  ChangeBank([](BankRecord& bank) { bank.reconciled = {3, 0, 2024}; });
+  OpenForm();
+  Set("txtCheckNumber", "12");
+  for (const char* command : {"mnuEditRenumberCheck", "mnuEditRemoveCheck"}) {
+    form_->Menu(command);
+    EXPECT_THAT(office_.TakeTexts(),
+                ElementsAre("Accounting period 3-2024 has been reconciled.\r\nChanges are restricted."));
+  }
+}
+
+TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {
+  OpenOffice();
+  AgentTable& agents = office_.session->Company().agent;
+  const Payee smith{"SMITH TITLE CO", "12 Main Street", "", "Toledo, OH 43604"};
+  Set("txtCheckAddr1", smith.address1);
+  Set("txtCheckCityState", smith.city_state);
+  PostCheckOf("1");
+  PostCheckOf("2", "Smith Title Co");
+  PostCheckOf("3", "Lucas County");
+  EXPECT_EQ(agents.RecordCount(), 2);
+  EXPECT_EQ(agents.Load(), AgentRecord()) << "payees are not the agent";
+  AgentRecord agent;
+  agent.name = "Lakeside Title";
+  ASSERT_EQ(agents.Save(agent), 0);
+  EXPECT_EQ(agents.Load().name, "Lakeside Title");
+  PayeeBook book(agents);
+  book.Refresh();
+  EXPECT_EQ(*book.Find("smith title co "), smith);
+  EXPECT_THAT(book.Search("toledo"), ElementsAre(smith));
+  EXPECT_EQ(book.Search("").size(), 2u);
+
+  OpenForm();
+  Set("txtCheckPayee", "smi");
+  EXPECT_THAT(form_->Find("txtCheckPayee")->rows, ElementsAre("SMITH TITLE CO"));
+  form_->Choose("txtCheckPayee", 1);
+  EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), "12 Main Street");
+  form_->Click("cmdRolodex");
+  EXPECT_EQ(form_->Focus()->name, "txtFindPayee");
+  Set("txtFindPayee", "county");
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Key("Enter");
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
+  form_->Click("cmdUsePayee");
+  const char* question = "Replace payee \"SMITH TITLE CO\" with \"Lucas County\" ?";
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question, question));
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "Lucas County");
+  EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), "");
+  EXPECT_FALSE(form_->Find("lstPayees")->visible);
+  Set("txtCheckAddr1", "1 Court House");
+  PostCheckOf("4", "Lucas County");
+  PayeeBook again(agents);
+  again.Refresh();
+  EXPECT_EQ(again.Find("Lucas County")->address1, "1 Court House");
+  EXPECT_EQ(agents.RecordCount(), 3);
+}
+
+TEST_F(CheckModesTest, TheListIsOrderedAndFiltered) {
+  OpenOffice();
+  PostCheckOf("1", "Miller", "30");
+  PostCheckOf("2", "adams", "20");
+  PostCheckOf("3", "Young", "10");
+  CheckRecord cleared = Stored("2");
+  cleared.status = "C";
+  ASSERT_EQ(tables_->checks.Update(cleared), 0);
+  OpenForm();
+  EXPECT_THAT(Numbers(), ElementsAre("3", "2", "1"));
+  form_->Menu("mnuViewPayee");
+  EXPECT_THAT(Numbers(), ElementsAre("2", "1", "3"));
+  RowSource& rows = *form_->Find("lstCheckNumbers")->source;
+  EXPECT_EQ(rows.FindRow("3"), 2u);
+  EXPECT_EQ(rows.FindRow("mill"), 1u);
+  form_->Menu("mnuViewAmount");
+  EXPECT_THAT(Numbers(), ElementsAre("1", "2", "3"));
+  EXPECT_EQ(rows.FindRow("20.00"), 1u);
+  EXPECT_EQ(rows.FindRow("3"), 2u) << "no amount: the number";
+  form_->Click("cmdListOutstanding");
+  EXPECT_THAT(Numbers(), ElementsAre("1", "3"));
+  EXPECT_EQ(rows.FindRow("3"), 1u);
+  PostCheckOf("4", "Baker", "15");
+  EXPECT_THAT(Numbers(), ElementsAre("1", "4", "3"));
+  form_->Menu("mnuViewPayee");
+  EXPECT_THAT(Numbers(), ElementsAre("4", "1", "3"));
+  form_->Menu("mnuOptionsCleared");
+  EXPECT_THAT(Numbers(), ElementsAre("2"));
+  form_->Choose("lstCheckNumbers", 1);
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "adams");
+}
+
+TEST_F(CheckModesTest, APrintedCheckIsNotForgotten) {
+  OpenOffice();
+  const char* forgotten = "WARNING - Printed a Check but have NOT posted it.\r\nPost the Check Now?";
+  Set("txtCheckFileNumber", "24-0117");
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Click("cmdPrint");
+  EXPECT_THAT(printer_.printed, IsEmpty());
+  form_->Click("cmdPrint");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Check Amount is Zero...  Print ?", "Check Amount is Zero...  Print ?",
+                          "WARNING - Payee name is blank..."));
+  Set("txtCheckPayee", "SMITH");
+  Set("txtCheckAmount", "1234.56");
+  form_->Menu("mnuOptionsUsePrintPreview");
+  form_->Key("Ctrl+P");
+  EXPECT_EQ(printer_.printed.back(),
+            "1 $1,234.56 **One Thousand Two Hundred Thirty Four dollars & Fifty Six cents ** preview");
+  office_.boxes.answers = {BoxAnswer::kYes};
+  EXPECT_TRUE(form_->Close());
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(forgotten));
+  EXPECT_EQ(Stored("1").payee, "SMITH");
+  printer_.why_not = "MICR Fonts not installed - Printing Checks disabled...";
+  OpenForm();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(printer_.why_not));
+  EXPECT_FALSE(form_->Find("cmdPrint")->enabled);
+}
+
+TEST_F(CheckModesTest, UnusedVouchersOfTheFileAreOfferedInTurn) {
+  OpenOffice();
+  for (const char* number : {"31", "32", "33"}) AddVoucher(number);
+  PostCheckOf("1", "SMITH TITLE CO", "1250", "32");
+  form_->Enter("txtCheckVoucherNumber");
+  form_->Key("F4");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Enter the file number first")));
+  Set("txtCheckFileNumber", "24-0117");
+  form_->Enter("txtCheckVoucherNumber");
+  for (const char* offered : {"31", "33", "31"}) {
+    form_->Key("F4");
+    EXPECT_EQ(Seen(*form_, "txtCheckVoucherNumber"), offered);
+  }
+  EXPECT_EQ(Seen(*form_, "txtCheckAmount"), "1,250.00");
+}
+
+TEST_F(CheckModesTest, SettingsOfABankKeepTheirOtherLines) {
+  OpenOffice();
+  office_.WriteFile("MICR_Print_FNB.dat", "; by hand\nOffset=3\nnextchecknumber = 9 \nNextCheckNumber=8\n");
+  BankSettings settings(SystemFileSystem(), office_.session->DataPath(), kMicrSettings, "FNB     ");
+  EXPECT_EQ(settings.Get("NEXTCHECKNUMBER"), "9");
+  EXPECT_EQ(settings.Get("Layout"), std::nullopt);
+  ASSERT_TRUE(settings.Set(kNextCheckNumber, "500"));
+  ASSERT_TRUE(settings.Set("Font", "E13B"));
+  EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"),
+            "; by hand\r\nOffset=3\r\nNextCheckNumber=500\r\nFont=E13B\r\n");
+}
+
+}  // namespace
+}  // namespace tallwick

@@ -1,0 +1,184 @@
+// The window of the check screen: the check with its payee and what it is charged to on the left; on the
+// right the posted checks and, above them while it is open, the list of payees.
+#include "ui/check_window.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPlainTextEdit>
+#include <QPushButton>
+
+#include "ui/posting_layout.h"
+
+namespace tallwick {
+namespace {
+
+constexpr int kEntryWidth = 488;
+constexpr int kShort = 112;
+constexpr int kMiddle = 144;
+constexpr int kLabelWidth = 120;  // of all groups, so that their fields stand in one line
+
+constexpr FieldLook kNumber{
+    "txtCheckNumber",
+    "The number printed on the check. A new check gets the number after the last one "
+    "posted; type another to change it, or the number of a posted check to see that one.",
+    kShort, true};
+constexpr FieldLook kDated{
+    "txtCheckDated", "The date on the check: month, day, year, as 3/15/2024 or 031524. F2 opens a calendar.",
+    kShort, true};
+constexpr FieldLook kPayee{
+    "txtCheckPayee",
+    "Who the check is made out to. Payees known from earlier checks are offered as you "
+    "type; F4 opens their list.",
+    0, true};
+constexpr FieldLook kAddress[] = {
+    {"txtCheckAddr1", "The first line of the payee's address."},
+    {"txtCheckAddr2", "The second line of the payee's address."},
+    {"txtCheckCityState", "City, state and ZIP code of the payee."},
+};
+constexpr FieldLook kCharge[] = {
+    {"txtCheckAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", kMiddle, true},
+    {"txtCheckFileNumber", "The escrow file that the check is charged to.", kMiddle, true},
+    {"txtCheckAcctPeriod",
+     "The accounting period in which the check counts. It must lie after the last reconciliation. F2 opens a "
+     "calendar.",
+     kShort, true},
+    {"txtCheckVoucherNumber",
+     "The voucher that authorises the check, where there is one. F4 takes the next unused one of the file.",
+     kShort},
+};
+constexpr FieldLook kMore[] = {
+    {"txtTIN", "The payee's taxpayer number.", kMiddle},
+    {"txtCheckControl", "The operator's name or a control number.", kMiddle},
+};
+constexpr FieldLook kStatus[] = {
+    {"txtCheckStmtPeriod",
+     "The bank statement on which the check was cleared, voided or stopped. F2 opens a calendar.", kShort,
+     true},
+    {"txtCheckReason", "Why the check is voided or stopped.", 0, true},
+};
+
+QGridLayout& AddGroup(PostingLayout& layout, const char* heading) {
+  QGridLayout& grid = layout.AddGroup(heading);
+  grid.setColumnMinimumWidth(0, kLabelWidth);
+  return grid;
+}
+
+// A field with something of its own kind beside it.
+void AddFieldBeside(PostingLayout& layout, QGridLayout& grid, const FieldLook& look, QWidget* beside) {
+  QLineEdit& field = layout.AddField(grid, look);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(8);
+  const int at = grid.rowCount() - 1;
+  grid.removeWidget(&field);
+  row->addWidget(&field);
+  row->addWidget(beside);
+  if (look.width > 0) row->addStretch(1);
+  grid.addLayout(row, at, 1);
+}
+
+QPushButton* BesideButton(PostingLayout& layout, const char* name, const char* help) {
+  QPushButton* button = layout.MakeButton(name);
+  button->setFocusPolicy(Qt::NoFocus);
+  button->setWhatsThis(QObject::tr(help));
+  return button;
+}
+
+void AddPayee(PostingLayout& layout) {
+  QGridLayout& grid = AddGroup(layout, "Payee");
+  QPushButton* list = BesideButton(layout, "cmdRolodex", "Opens the list of payees (F4).");
+  AddFieldBeside(layout, grid, kPayee, list);
+  layout.Entry().findChild<QLineEdit*>(kPayee.name)->setProperty("lookUp", true);
+  for (const FieldLook& look : kAddress) layout.AddField(grid, look);
+  layout.Entry()
+      .findChild<QLineEdit*>("txtCheckAddr2")
+      ->setAccessibleName(QObject::tr("Address, second line"));
+}
+
+void AddAdvice(PostingLayout& layout, QGridLayout& grid) {
+  auto* advice = new QPlainTextEdit(&layout.Entry());
+  advice->setObjectName("txtRemittanceAdvice");
+  advice->setWhatsThis(QObject::tr("Text for the stub of the check. Ctrl+Enter posts from here."));
+  advice->setFixedHeight(40);
+  auto* caption = new QLabel(&layout.Entry());
+  caption->setBuddy(advice);
+  caption->setAlignment(Qt::AlignRight | Qt::AlignTop);
+  const int row = grid.rowCount();
+  grid.addWidget(caption, row, 0);
+  grid.addWidget(advice, row, 1);
+  auto* by_hand = new QCheckBox(&layout.Entry());
+  by_hand->setObjectName("chkHandwritten");
+  by_hand->setWhatsThis(QObject::tr("Mark a check that was written by hand and is not to be printed."));
+  grid.addWidget(by_hand, row + 1, 1);
+}
+
+void AddEntry(PostingLayout& layout) {
+  QGridLayout& check = AddGroup(layout, "Check");
+  AddFieldBeside(layout, check, kNumber, layout.MakeLabel("lblLastCheckNumber", "muted"));
+  QPushButton* calendar = BesideButton(layout, "cmdCalendar", "Opens a calendar for the date (F2).");
+  calendar->setProperty("calendarOf", "txtCheckDated");
+  AddFieldBeside(layout, check, kDated, calendar);
+  AddPayee(layout);
+  QGridLayout& charge = AddGroup(layout, "Amount and file");
+  for (const FieldLook& look : kCharge) layout.AddField(charge, look);
+  layout.Entry().findChild<QLineEdit*>("txtCheckVoucherNumber")->setProperty("lookUp", true);
+  QGridLayout& more = AddGroup(layout, "More");
+  for (const FieldLook& look : kMore) layout.AddField(more, look);
+  AddAdvice(layout, more);
+  for (const FieldLook& look : kStatus) layout.AddField(more, look);
+}
+
+void AddMenus(PostingLayout& layout) {
+  layout.AddMenu("&File", {{"mnuFilePrint"}});
+  layout.AddMenu("&Edit", {{"mnuEditPostChecks"},
+                           {"mnuEditClearChecks"},
+                           {"mnuEditVoidChecks"},
+                           {"mnuEditStopPaymentChecks"},
+                           {"mnuEditRenumberCheck"},
+                           {"mnuEditRemoveCheck"},
+                           {"mnuEditUseNextHigherCheckNumber", "Ctrl+H"},
+                           {"mnuEditAddressBook"},
+                           {"mnuEditPostDeposits"},
+                           {"mnuEditVouchers"},
+                           {"mnuEditWireTransfers"}});
+  layout.AddMenu("&View", {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}});
+  layout.AddMenu("Option&s", {{"mnuOptionsAll"},
+                              {"mnuOptionsOutstanding"},
+                              {"mnuOptionsCleared"},
+                              {"mnuOptionsVoids"},
+                              {"mnuOptionsStopPayment"},
+                              {"mnuOptionsWarnHigherNumber"},
+                              {"mnuOptionsUsePrintPreview"},
+                              {"mnuOptionsDefaultPeriod"}});
+}
+
+}  // namespace
+
+std::unique_ptr<QWidget> MakeCheckWindow() {
+  auto window = std::make_unique<QMainWindow>();
+  window->setObjectName("frmEditChecksPost");
+  PostingLayout layout(*window, kEntryWidth, false);
+  AddEntry(layout);
+  layout.AddNotes({"lblCheckStatus", "lblEditMessage", "lblHighestCheckNumber", "lblVoucherInformation"});
+  layout.AddButtons({"cmdSetOutstanding", "cmdPrint", "cmdDone"});
+  layout.AddLookUp({"txtFindPayee",
+                    "Type any part of the name or the address.",
+                    "lstPayees",
+                    "No payee has this in name or address.",
+                    0,
+                    {"cmdUsePayee", "cmdClosePayees"}});
+  layout.AddRegister(
+      {"lstCheckNumbers",
+       "Posted checks",
+       "No check has been posted to this bank account yet. Enter the first one at the left.",
+       "Ctrl+F: number, payee, amount, file",
+       2,
+       {"cmdListAll", "cmdListOutstanding", "cmdListCleared", "cmdListVoids", "cmdListStopPayment"}});
+  window->findChild<RegisterView*>("lstCheckNumbers")
+      ->setProperty("headingCommands",
+                    QStringList{"mnuViewNumber", "", "mnuViewPayee", "mnuViewAmount", "", ""});
+  AddMenus(layout);
+  layout.AddStatusBar();
+  return window;
+}
+
+}  // namespace tallwick
