@@ -126,7 +126,7 @@ void FrmViewLog::AddControls() {
   Add(ControlKind::kMenu, "mnuFilePreview", "Print Pre&view...");
   Add(ControlKind::kMenu, "mnuFilePrint", "&Print...");
   Add(ControlKind::kMenu, "mnuFilePdf", "Save as P&DF...");
-  Add(ControlKind::kMenu, "mnuFileProve", "Pro&ve Log");
+  Add(ControlKind::kMenu, "mnuFileProve", "Prove Lo&g");
   Add(ControlKind::kMenu, "mnuFileExit", "E&xit");
   Add(ControlKind::kCombo, "cboReferenceNum", "Reference Number:");
   Add(ControlKind::kCombo, "cboLogin", "Login Name:");

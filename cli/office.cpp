@@ -3,7 +3,9 @@
 #include "core/system_ports.h"
 #include "core/text.h"
 #include "shell/bank_select.h"
+#include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 #include "shell/start_up.h"
 #include "tables/bank_table.h"
 
@@ -70,6 +72,16 @@ Session* Office::Open() {
   made_tables_ = std::move(outcome.made_tables);
   application_ = std::make_unique<Application>(std::move(outcome.session), opener_);
   return &application_->TheSession();
+}
+
+bool Office::Granted(int right) {
+  if (!options_.security) return true;
+  const std::optional<TableHome> home = Tables();
+  if (!home) return false;
+  const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(*home, options_.user);
+  if (user && (right == kAdministrator ? user->IsAdministrator() : user->IsSecurityOff(right))) return true;
+  Refused("You do not have the right to use this command.  Ask the administrator for it.", kRefused);
+  return false;
 }
 
 Session* Office::OpenBank() {

@@ -172,8 +172,9 @@ bool Form::Key(std::string_view key) {
   return open_ && OnKey(key);
 }
 
-void Form::UseMode(std::string_view mode) {
-  if (open_ && LeaveCurrent()) OnMode(mode);
+bool Form::UseMode(std::string_view mode) {
+  if (!open_) return false;
+  return !LeaveCurrent() || OnMode(mode);
 }
 
 bool Form::Close() {

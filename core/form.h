@@ -127,9 +127,9 @@ class Form {
   void Click(std::string_view name, int index = 0);            // a button; refused while disabled
   void Menu(std::string_view name);                            // a command; refused while disabled
   bool Key(std::string_view key);  // "Esc", "F1", "F4", "Ctrl+F"; true when the form used it
-  // Asked for in a mode of the screen while it is open; "" is the usual one. A screen with one way to open
-  // ignores it.
-  void UseMode(std::string_view mode);
+  // Asked for in a mode of the screen while it is open; "" is the usual one. False for a screen that keeps the
+  // mode it was opened in.
+  bool UseMode(std::string_view mode);
   // Asks what must be asked and closes. False when the user or a refusal kept it open.
   bool Close();
 
@@ -175,7 +175,8 @@ class Form {
   virtual void OnMenu(Control&) {}
   // True when the key was used.
   virtual bool OnKey(std::string_view) { return false; }
-  virtual void OnMode(std::string_view) {}
+  // The screen changes to a mode in place; false where it does not.
+  virtual bool OnMode(std::string_view) { return false; }
   // False keeps the form open.
   virtual bool OnClose() { return true; }
 

@@ -152,11 +152,12 @@ bool FrmEditChecksPost::ScreenCommand(std::string_view command) {
 
 // --- Modes ---
 
-void FrmEditChecksPost::OnMode(std::string_view mode) {
+bool FrmEditChecksPost::OnMode(std::string_view mode) {
   const CheckMode* wanted = FindCheckMode(mode);
-  if (wanted == nullptr || wanted == mode_) return;
-  if ((wanted->right != 0 && !session_.MayUse(wanted->right)) || !MayLeaveCheck()) return;
+  if (wanted == nullptr || wanted == mode_) return true;
+  if ((wanted->right != 0 && !session_.MayUse(wanted->right)) || !MayLeaveCheck()) return true;
   SwitchTo(*wanted);
+  return true;
 }
 
 void FrmEditChecksPost::SwitchTo(const CheckMode& mode) {

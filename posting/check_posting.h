@@ -47,7 +47,7 @@ class FrmEditChecksPost : public PostingForm {
   bool OnKey(std::string_view key) override;
   bool OnClose() override { return MayLeaveCheck(); }
   // Goes on in another mode with the posted check that is shown.
-  void OnMode(std::string_view mode) override;
+  bool OnMode(std::string_view mode) override;
   bool OpenRegister() override { return register_->Open(bank_code_); }
   bool Post() override;
   void RestoreKey() override;

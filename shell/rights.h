@@ -24,6 +24,7 @@ std::span<const Right> RightsCatalogue();
 std::string RightKey(const Right& right);
 
 // Rights that this program tests.
+inline constexpr int kRightBankAccounts = 22;
 inline constexpr int kRightClearChecks = 49;
 inline constexpr int kRightClearDeposits = 50;
 inline constexpr int kRightEscrowOffice = 51;

@@ -15,6 +15,7 @@
 #include <QSignalBlocker>
 #include <QStringListModel>
 #include <QTextBrowser>
+#include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
 
@@ -185,7 +186,11 @@ class BoundList : public BoundWidget {
  public:
   BoundList(QListWidget& list, const Control& control, WidgetEvents& events) : list_(list) {
     QObject::connect(&list, &QListWidget::currentRowChanged, &list, [&](int row) {
-      if (row >= 0) events.RowChosen(control, row + 1);
+      if (row < 0) return;
+      events.RowChosen(control, row + 1);
+      // A form may keep the row it was at; the list would still go on to the new one when this returns.
+      if (control.selected == row + 1) return;
+      QTimer::singleShot(0, &list, [&] { Mark(control); });
     });
     QObject::connect(&list, &QListWidget::itemDoubleClicked, &list, [&] { events.RowTaken(control); });
   }
@@ -196,12 +201,17 @@ class BoundList : public BoundWidget {
       list_.clear();
       for (const std::string& row : rows_) list_.addItem(QString::fromStdString(row));
     }
-    if (list_.currentRow() != control.selected - 1) list_.setCurrentRow(control.selected - 1);
+    Mark(control);
     ShowState(list_, control);
   }
   QWidget* Widget() const override { return &list_; }
 
  private:
+  void Mark(const Control& control) {
+    const QSignalBlocker quiet(list_);
+    if (list_.currentRow() != control.selected - 1) list_.setCurrentRow(control.selected - 1);
+  }
+
   QListWidget& list_;
   std::vector<std::string> rows_;
 };

@@ -8,6 +8,12 @@
 #include "ui/screens.h"
 
 namespace tallwick {
+namespace {
+
+constexpr int kLookAroundMs = 5000;
+
+}  // namespace
+
 Desktop::~Desktop() {
   while (!hosts_.empty())
     hosts_.pop_back();  // dialogs before the windows they stand on; all before the session
@@ -19,6 +25,12 @@ bool Desktop::Start(const SuiteFactory& attach) {
   if (!application_) return false;
   TheSession().SetPrinter(QPrinterInfo::defaultPrinterName().toStdString());
   OpenScreen(kMainScreen, {});
+  // Other workstations throw the transactions switch and post, and nobody tells this one.
+  connect(&look_around_, &QTimer::timeout, this, [this] {
+    TheSession().NotifyChanged(SessionChange::kSwitch);
+    TheSession().NotifyChanged(SessionChange::kPosted);
+  });
+  look_around_.start(kLookAroundMs);
   return Find(kMainScreen) != nullptr;
 }
 
@@ -31,15 +43,14 @@ ScreenHost* Desktop::Find(std::string_view screen) const {
   return nullptr;
 }
 
-// A screen stays with the bank and the mode it was opened for: it never stands in for the same screen of
-// another.
+// A screen stays with the bank it was opened for: it never stands in for the same screen of another.
 ScreenHost* Desktop::FindForBank(std::string_view screen, std::string_view mode,
                                  std::string_view bank_code) const {
+  const QString wanted = QString::fromUtf8(mode.data(), static_cast<qsizetype>(mode.size()));
   for (const auto& host : hosts_) {
     const Form& form = host->TheForm();
-    const bool same_mode = host->Window().property("openMode").toString().toStdString() == mode;
-    if (form.Name() == screen && form.IsOpen() && host->BankCode() == bank_code && same_mode)
-      return host.get();
+    if (form.Name() != screen || !form.IsOpen() || host->BankCode() != bank_code) continue;
+    if (host->UseMode(mode) || host->Window().property("openMode").toString() == wanted) return host.get();
   }
   return nullptr;
 }
@@ -49,7 +60,6 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   if (ScreenHost* open = FindForBank(screen, mode, bank_code)) {
     open->Window().raise();
     open->Window().activateWindow();
-    open->UseMode(mode);
     return;
   }
   std::unique_ptr<Form> form = application_->Screens().Make(screen, mode);

@@ -3,6 +3,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <memory>
 #include <vector>
 
@@ -38,6 +39,7 @@ class Desktop : public QObject, public ScreenOpener {
   void Ended();
 
  private:
+  // The open screen of a bank that shows the mode, or has changed to it.
   ScreenHost* FindForBank(std::string_view screen, std::string_view mode, std::string_view bank_code) const;
   void ScreenClosed(ScreenHost& host);
   // False when the user kept one open.
@@ -48,6 +50,7 @@ class Desktop : public QObject, public ScreenOpener {
   std::vector<std::unique_ptr<ScreenHost>> hosts_;  // the main window's first
   // Closed from within their own event: they go when it has ended, and at the latest before the session.
   std::vector<QPointer<ScreenHost>> closed_;
+  QTimer look_around_;
 };
 
 }  // namespace tallwick

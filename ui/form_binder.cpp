@@ -124,9 +124,9 @@ bool FormBinder::Close() {
   return form_.Close();
 }
 
-void FormBinder::UseMode(std::string_view mode) {
+bool FormBinder::UseMode(std::string_view mode) {
   const Running running(*this);
-  form_.UseMode(mode);
+  return form_.UseMode(mode);
 }
 
 // --- The form speaks.

@@ -44,7 +44,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   // A key that means the screen as a whole ("Esc", "F5"); true when the form used it.
   bool PassKey(const char* key);
   // The screen was asked for again, in this mode.
-  void UseMode(std::string_view mode);
+  bool UseMode(std::string_view mode);
 
   // What the keys do in a field or box of the window: "Enter next field   F2 calendar   Esc back".
   QString KeysOf(const QWidget& widget) const;

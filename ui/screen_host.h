@@ -25,7 +25,7 @@ class ScreenHost : public QObject {
   void OpenAndWait();
   // Asks the form to close; false when the user kept it open.
   bool Close() { return binder_->Close(); }
-  void UseMode(std::string_view mode) { binder_->UseMode(mode); }
+  bool UseMode(std::string_view mode) { return binder_->UseMode(mode); }
   Form& TheForm() { return *form_; }
   QWidget& Window() { return *window_; }
   const std::string& BankCode() const { return bank_code_; }

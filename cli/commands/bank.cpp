@@ -4,6 +4,7 @@
 #include "cli/json_values.h"
 #include "core/text.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 #include "tables/bank_code.h"
 
 namespace tallwick::cli {
@@ -70,6 +71,7 @@ void FillDefaults(BankRecord& bank, const std::vector<FieldAssignment>& assignme
 }
 
 int Add(Office& office, const BankArguments& arguments) {
+  if (!office.Granted(kRightBankAccounts)) return office.Status();
   std::vector<FieldAssignment> assignments;
   if (!ParseAssignments(arguments.values, &assignments, office.Out())) return kWrongUsage;
   if (const std::string problem = BankCodeProblem(arguments.code); !problem.empty()) {
@@ -105,6 +107,7 @@ int Add(Office& office, const BankArguments& arguments) {
 }
 
 int Set(Office& office, const BankArguments& arguments) {
+  if (!office.Granted(kRightBankAccounts)) return office.Status();
   std::vector<FieldAssignment> assignments;
   if (!ParseAssignments(arguments.values, &assignments, office.Out())) return kWrongUsage;
   if (Names(assignments, "BANKCODE")) {

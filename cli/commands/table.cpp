@@ -7,6 +7,7 @@
 #include "cli/problems.h"
 #include "core/text.h"
 #include "maintenance/verify_table.h"
+#include "shell/rights.h"
 
 namespace tallwick::cli {
 
@@ -131,6 +132,7 @@ int ShowRecord(Office& office, OpenTable& table) {
 }
 
 int Append(Office& office, const TableArguments& arguments) {
+  if (!office.Granted(kAdministrator)) return office.Status();
   std::vector<FieldAssignment> assignments;
   if (!ParseAssignments(arguments.values, &assignments, office.Out())) return kWrongUsage;
   OpenTable table(office, arguments.file);
@@ -169,6 +171,7 @@ int ChangeRecord(Office& office, OpenTable& table, std::int32_t record, Change c
 }
 
 int Set(Office& office, const TableArguments& arguments) {
+  if (!office.Granted(kAdministrator)) return office.Status();
   std::vector<FieldAssignment> assignments;
   if (!ParseAssignments(arguments.values, &assignments, office.Out())) return kWrongUsage;
   OpenTable table(office, arguments.file);
@@ -178,6 +181,7 @@ int Set(Office& office, const TableArguments& arguments) {
 }
 
 int Delete(Office& office, const TableArguments& arguments) {
+  if (!office.Granted(kAdministrator)) return office.Status();
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
   return ChangeRecord(office, table, arguments.record,
@@ -193,6 +197,7 @@ int Verify(Office& office, const TableArguments& arguments) {
 // Reindex and pack need the table for themselves.
 template <typename Work>
 int WithExclusive(Office& office, const TableArguments& arguments, std::string_view failure, Work work) {
+  if (!office.Granted(kAdministrator)) return office.Status();
   OpenTable table(office, arguments.file, OpenTable::Access::kExclusive);
   if (!table) return table.Status();
   const int code = work(table.Store(), table.Data());

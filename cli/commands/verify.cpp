@@ -3,6 +3,7 @@
 #include "cli/problems.h"
 #include "maintenance/mend_company.h"
 #include "maintenance/verify_company.h"
+#include "shell/rights.h"
 
 namespace tallwick::cli {
 
@@ -18,6 +19,7 @@ struct MendArguments {
 };
 
 int Mend(Office& office, const MendArguments& arguments) {
+  if (!arguments.dry_run && !office.Granted(kRightEscrowOffice)) return office.Status();
   const std::optional<TableHome> home = office.Tables();
   if (!home) return office.Status();
   Output& out = office.Out();

@@ -6,6 +6,7 @@
 #include "audit/audit_trail.h"
 #include "cli/demo/closing.h"
 #include "core/text.h"
+#include "posting/deposit_facts.h"
 
 namespace tallwick::cli {
 
@@ -88,7 +89,7 @@ class AuditBook {
   }
 
   void AddDeposit(const DepositRecord& deposit, std::size_t place) {
-    const std::string key = deposit.dated + PadLeft(deposit.sequence, 2);
+    const std::string key = DepositName(deposit.dated, deposit.sequence);
     Add(ParseStoredDate(deposit.dated).value_or(Date{}), kAuditPostDeposit, key, "[ADD] " + key,
         ClerkOf(kClerks[place % kClerks.size()].operator_code));
   }

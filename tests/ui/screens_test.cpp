@@ -7,12 +7,14 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMenu>
 #include <QPushButton>
 #include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
 #include <QTreeWidget>
 
+#include "shell/main_commands.h"
 #include "tests/support/office.h"
 #include "ui/desktop.h"
 #include "ui/register_view.h"
@@ -263,6 +265,19 @@ TEST_F(ScreensTest, EveryScreenShowsItsControlsAndFitsASmallLaptop) {
     ExpectReadingOrder(window);
   }
   EXPECT_GT(looked_at, 30);
+}
+
+TEST_F(ScreensTest, EveryCommandStandsInOneMenu) {
+  QList<QMenu*> menus = Window(kMain).findChildren<QMenu*>();
+  for (const MainCommand& command : MainCommands()) {
+    const QString name = QString::fromUtf8(command.control.data(), std::ssize(command.control));
+    ASSERT_EQ(Window(kMain).findChildren<QAction*>(name).size(), 1) << command.control;
+    const auto holds = [&](const QMenu* menu) {
+      return menu->actions().contains(Get<QAction>(kMain, name.toUtf8().constData()));
+    };
+    EXPECT_EQ(std::count_if(menus.begin(), menus.end(), holds), 1) << command.control;
+    EXPECT_TRUE(Get<QAction>(kMain, name.toUtf8().constData())->isVisible()) << command.control;
+  }
 }
 
 TEST_F(ScreensTest, RightsAreCheckedAtTheKeyboard) {
