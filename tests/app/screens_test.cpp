@@ -3,7 +3,12 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+#include <fstream>
+
 #include "app/application.h"
+#include "core/text.h"
+#include "shell/help.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -13,6 +18,22 @@ using ::testing::ElementsAre;
 using testing::FakeSuite;
 using ::testing::HasSubstr;
 using testing::Office;
+
+TEST(ScreenCatalogueTest, EveryScreenHasItsPageInTheHelpBook) {
+  for (std::string_view screen : ScreenCatalogue::Names()) {
+    if (screen == "frmHelp") continue;
+    int pages = 0;
+    for (const HelpPage& page : HelpPages()) {
+      const std::vector<std::string> screens = Split(page.screens, ' ');
+      if (std::find(screens.begin(), screens.end(), screen) == screens.end()) continue;
+      ++pages;
+      EXPECT_TRUE(
+          std::ifstream(std::string(TALLWICK_SOURCE_DIR "/docs/help/") + std::string(page.file)).good())
+          << page.file;
+    }
+    EXPECT_EQ(pages, 1) << screen;
+  }
+}
 
 TEST(ScreenCatalogueTest, OpensWhatTheBankAndTheRightsAllow) {
   Office office;
