@@ -143,6 +143,7 @@ int RunCommandLine(std::vector<std::string> arguments, std::ostream& stream) {
   {
     Office office(options, boxes, out);
     status = chosen(office);
+    if (status == kDone && !office.ReadWhole()) status = kRefused;
   }
   out.Finish(boxes.Shown());
   return status;

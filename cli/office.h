@@ -60,6 +60,8 @@ class Office {
   void ReloadUser();
 
   int Status() const { return status_; }
+  // False when a table could not be read on, so that what was printed is not all.
+  bool ReadWhole() const { return !application_ || !application_->TheSession().Data().HasToldUnreadable(); }
 
  private:
   // Stands between the screens, which are made with the company, and whoever opens them later.

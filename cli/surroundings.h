@@ -34,6 +34,7 @@ class CommandLineWorkstation : public Workstation {
   CommandLineWorkstation(Workstation& system, std::string name) : system_(system), name_(std::move(name)) {}
   std::string ComputerName() override { return name_.empty() ? system_.ComputerName() : name_; }
   int ProcessId() override { return system_.ProcessId(); }
+  std::string BootId() override { return system_.BootId(); }
 
  private:
   Workstation& system_;

@@ -125,24 +125,18 @@ class Mender {
   void MendReferences() {
     Problems problems;
     VerifyReferences(company_, &problems);
-    MendInUnit(problems, [](const CompanyProblem& problem) {
-      return std::holds_alternative<AddXref>(problem.remedy) || IsDropFrom(problem, "ESCROW_XRFS");
-    });
+    MendInUnit(problems,
+               [](const CompanyProblem& problem) { return std::holds_alternative<AddXref>(problem.remedy); });
     MendInUnit(problems, [](const CompanyProblem& problem) {
       return std::holds_alternative<RaiseVoucherCounter>(problem.remedy);
     });
     for (const auto& bank : company_.by_bank) {
       const std::string& code = bank.first;
-      const std::string name = bank.second->deposit_xrefs.Name();
       MendInUnit(problems, [&](const CompanyProblem& problem) {
         const auto* add = std::get_if<AddDepositXref>(&problem.remedy);
-        return add != nullptr ? add->bank_code == code : IsDropFrom(problem, name);
+        return add != nullptr && add->bank_code == code;
       });
     }
-  }
-
-  static bool IsDropFrom(const CompanyProblem& problem, std::string_view table) {
-    return std::holds_alternative<DropReference>(problem.remedy) && problem.table == table;
   }
 
   void MendInUnit(const Problems& problems, const std::function<bool(const CompanyProblem&)>& chosen) {
@@ -176,8 +170,6 @@ class Mender {
       return table.IsOpen() ? Added(table.Add(add->xref, true)) : engine::kErrorOpen;
     }
     if (const auto* raise = std::get_if<RaiseVoucherCounter>(&problem.remedy)) return Raise(*raise);
-    for (TableBase* table : company_.Tables())
-      if (table->Name() == problem.table && table->GoTo(problem.record)) return table->Delete();
     return engine::kNoRecord;
   }
 

@@ -1,5 +1,6 @@
 #include "maintenance/verify_company.h"
 
+#include <algorithm>
 #include <variant>
 
 #include "core/text.h"
@@ -19,6 +20,18 @@ ExaminedCompany::ExaminedCompany(const TableHome& home, Access access)
       agent_(home),
       users_(home),
       user_banks_(home) {}
+
+namespace {
+
+CompanyProblem MissingProblem(const TableBase& table) {
+  return {
+      table.Name(),
+      0,
+      "is missing.  Restore it from a copy before anybody works on: an empty one would be made in its place",
+      {}};
+}
+
+}  // namespace
 
 void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
                               std::vector<CompanyProblem>* problems) {
@@ -61,8 +74,22 @@ void ExaminedCompany::Open(std::vector<CompanyProblem>* problems) {
     }
     by_bank.emplace(code, std::make_unique<BankTables>(home_));
   }
-  for (auto& [code, bank] : by_bank)
-    for (TableBase* table : bank->All()) OpenOne(*table, code, problems);
+  bool any_bank = false;
+  for (auto& [code, bank] : by_bank) any_bank |= OpenBank(*bank, code, problems);
+  if (any_bank && !xrefs.IsOpen() && !xrefs.Exists()) problems->push_back(MissingProblem(xrefs));
+}
+
+// True when the bank has tables. A bank that was never opened has none; one that has some has lost the
+// others.
+bool ExaminedCompany::OpenBank(BankTables& bank, const std::string& code,
+                               std::vector<CompanyProblem>* problems) {
+  const auto all = bank.All();
+  const bool has_any = std::any_of(all.begin(), all.end(), [&](TableBase* one) { return one->Exists(code); });
+  for (TableBase* table : all) {
+    if (has_any && !table->Exists(code)) problems->push_back(MissingProblem(*table));
+    OpenOne(*table, code, problems);
+  }
+  return has_any;
 }
 
 void ExaminedCompany::Close() {

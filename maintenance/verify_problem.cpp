@@ -21,9 +21,6 @@ struct Describe {
     return "adds the reference to item " + add.xref.item + " of deposit " + add.xref.dated + " " +
            add.xref.sequence + " of file " + Quoted(add.xref.file_number);
   }
-  std::string operator()(const DropReference&) const {
-    return "removes the reference: its item stands under another file";
-  }
   std::string operator()(const RaiseVoucherCounter& raise) const {
     return "raises the voucher counter of bank " + raise.bank_code + " to " + std::to_string(raise.number);
   }

@@ -20,8 +20,6 @@ struct AddDepositXref {
   std::string bank_code;
   DepositXrefRecord xref;
 };
-// The reference at the problem's record: its item stands under another escrow file.
-struct DropReference {};
 struct RaiseVoucherCounter {
   std::string bank_code;
   std::int64_t number = 0;
@@ -32,7 +30,7 @@ struct SetJournalAside {};
 struct FinishUnits {};
 
 using Remedy = std::variant<std::monostate, CorrectCount, RebuildIndex, AddXref, AddDepositXref,
-                            DropReference, RaiseVoucherCounter, SetJournalAside, FinishUnits>;
+                            RaiseVoucherCounter, SetJournalAside, FinishUnits>;
 
 struct CompanyProblem {
   std::string table;

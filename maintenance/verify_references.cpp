@@ -157,8 +157,9 @@ void ReferenceCheck::CheckDepositXrefs(BankTables& bank) {
     if (target == Target::kThere || target == Target::kNotJudged) return;
     Add(bank.deposit_xrefs,
         "names item " + xref.item + " of deposit " + xref.dated + " " + xref.sequence + Of(xref.file_number) +
-            ", which is not there",
-        target == Target::kUnderAnotherFile ? Remedy(DropReference()) : Remedy());
+            ", " +
+            std::string(target == Target::kUnderAnotherFile ? "which stands under another file"
+                                                            : "which is not there"));
   });
 }
 
@@ -175,8 +176,9 @@ void ReferenceCheck::CheckXrefs() {
     if (target == Target::kThere || target == Target::kNotJudged) return;
     Add(company_.xrefs,
         "names " + Quoted(xref.kind + " " + std::string(Trim(xref.reference))) + Of(xref.file_number) +
-            " in bank " + code + ", which is not there",
-        target == Target::kUnderAnotherFile ? Remedy(DropReference()) : Remedy());
+            " in bank " + code + ", " +
+            std::string(target == Target::kUnderAnotherFile ? "which stands under another file"
+                                                            : "which is not there"));
   });
 }
 

@@ -223,6 +223,10 @@ class clsKVRData {
   // Codes: 0 on a record, 3 behind the last, 4 before the first.
   int TopDatabase(DataHandle data);
   int BottomDatabase(DataHandle data);
+  // Says that a table could not be read on, and what helps. Whoever walks must not take damage for the end.
+  void TellUnreadable(DataHandle data, int code);
+  // True once a table was told to be unreadable.
+  bool HasToldUnreadable() const { return told_unreadable_; }
   int SkipDatabase(DataHandle data, std::int64_t count = 1);
   int GoToRecordNo(DataHandle data, std::int32_t record);
   std::int32_t RecordCount(DataHandle data);  // deleted ones included; 0 when not open
@@ -390,6 +394,7 @@ class clsKVRData {
   FieldProblem field_problem_;
   std::int16_t last_error_ = 0;
   std::int16_t open_error_ = 0;
+  bool told_unreadable_ = false;
   bool rebuild_requested_ = false;
   bool header_check_ = false;
 };

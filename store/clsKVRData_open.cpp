@@ -202,6 +202,15 @@ int clsKVRData::SetJournalAside(std::string_view folder, std::string_view name) 
       engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).SetAside(name));
 }
 
+void clsKVRData::TellUnreadable(DataHandle data, int code) {
+  told_unreadable_ = true;
+  ports_.boxes.Critical("Read Database",
+                        Quoted(DatabaseName(data)) + " could not be read on (error code " +
+                            std::to_string(code) +
+                            ").  What is shown is not complete: have the table rebuilt, or mended with "
+                            "\"escrowctl mend\", before you rely on it.");
+}
+
 std::string clsKVRData::DatabaseName(DataHandle data) const {
   const OpenTable* table = Find(data);
   return table ? engine::d4fileName(*table->data) : std::string();

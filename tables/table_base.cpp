@@ -1,6 +1,7 @@
 #include "tables/table_base.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "core/text.h"
 #include "tables/bank_code.h"
@@ -173,32 +174,36 @@ LayoutState TableBase::CheckVersion() {
 
 // --- Navigation ---
 
+bool TableBase::Reached(int code) {
+  if (code < 0 && !std::exchange(told_unreadable_, true)) home_.data.TellUnreadable(handle_, code);
+  return code == engine::kSuccess;
+}
+
 bool TableBase::Top(std::string_view tag) {
-  return home_.data.SelectTag(handle_, tag) && home_.data.TopDatabase(handle_) == engine::kSuccess;
+  return home_.data.SelectTag(handle_, tag) && Reached(home_.data.TopDatabase(handle_));
 }
 
 bool TableBase::Bottom(std::string_view tag) {
-  return home_.data.SelectTag(handle_, tag) && home_.data.BottomDatabase(handle_) == engine::kSuccess;
+  return home_.data.SelectTag(handle_, tag) && Reached(home_.data.BottomDatabase(handle_));
 }
 
 bool TableBase::Skip(std::int64_t count) {
-  return home_.data.SkipDatabase(handle_, count) == engine::kSuccess;
+  return Reached(home_.data.SkipDatabase(handle_, count));
 }
 
 bool TableBase::GoTo(std::int32_t record) {
-  return home_.data.GoToRecordNo(handle_, record) == engine::kSuccess;
+  return Reached(home_.data.GoToRecordNo(handle_, record));
 }
 
 bool TableBase::Seek(std::string_view tag, std::string_view key) {
-  const bool found = home_.data.SelectTag(handle_, tag) &&
-                     home_.data.SeekDatabase(handle_, UpperKey(key)) == engine::kSuccess;
+  const bool found =
+      home_.data.SelectTag(handle_, tag) && Reached(home_.data.SeekDatabase(handle_, UpperKey(key)));
   walk_start_ = found ? RecordNumber() : 0;
   return found;
 }
 
 bool TableBase::SeekNext(std::string_view key) {
-  return home_.data.SeekDatabaseNext(handle_, UpperKey(key)) == engine::kSuccess &&
-         RecordNumber() != walk_start_;
+  return Reached(home_.data.SeekDatabaseNext(handle_, UpperKey(key))) && RecordNumber() != walk_start_;
 }
 
 FieldHandle TableBase::Field(std::string_view name) const {

@@ -99,6 +99,8 @@ class TableBase {
   const std::vector<FieldHandle>& Fields() const { return fields_; }
 
  private:
+  // True when a step has reached a record. Damage must not pass for the end of a table: it is told, once.
+  bool Reached(int code);
   bool UseBank(std::string_view bank_code);  // false after a message
   int MakeEmpty();                           // 0 or a code, without a message
   int MakeMissing();
@@ -120,7 +122,8 @@ class TableBase {
   const TableLayout& layout_;
   std::string name_;
   DataHandle handle_ = 0;
-  std::int32_t walk_start_ = 0;      // the record that Seek found; 0 = none
+  std::int32_t walk_start_ = 0;  // the record that Seek found; 0 = none
+  bool told_unreadable_ = false;
   std::vector<FieldHandle> fields_;  // in the layout's order; 0 where the table lacks one
 };
 

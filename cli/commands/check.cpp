@@ -92,9 +92,8 @@ int Remove(Office& office, const CheckArguments& arguments) {
   const std::string name = "Check " + Quoted(arguments.number);
   if (!checks->SeekNumber(arguments.number))
     return ShowFields(office, *checks, false, name + " is not posted");
-  // Looking up number zero offers its removal at once. Whoever gives this command has decided.
+  // Looking up number zero offers its removal at once.
   const bool zero = CheckNumberValue(arguments.number) == 0;
-  office.Boxes().QueueAnswer(zero ? BoxAnswer::kOk : BoxAnswer::kYes);
   const bool removed =
       !PostOnScreen(office, {kScreen, "Posting", zero ? "" : "mnuEditRemoveCheck"}, WithNumber(arguments))
            .empty();

@@ -118,9 +118,9 @@ int Journal::FinishAsOnly(bool all) {
   // wrote to the tables since is newer. A file without a header was made by someone who died before the first
   // entry.
   if (ReadMarks(&first, &applied)) {
-    rc = ApplyFrom(all ? first : applied);
-    // A broken chain cannot be done again: what it has lost must not be forgotten.
-    if (rc == kSuccess && end_.number < applied.number) rc = kErrorJournal;
+    // A broken chain is not done again: what stands before the break is older than what is lost behind it.
+    if (all && !IsWhole(first, applied)) rc = kErrorJournal;
+    if (rc == kSuccess) rc = ApplyFrom(all ? first : applied);
     if (rc == kSuccess) rc = Checkpoint();
   } else if (!IsBlank()) {
     rc = kErrorJournal;

@@ -157,6 +157,8 @@ class Journal {
   // True where nothing was ever written: whoever made the file died before its head was there.
   bool IsBlank();
   JournalState ExamineOpen(std::uint64_t* waiting);
+  // True when whole entries lead from one mark to the other.
+  bool IsWhole(Mark from, const Mark& to);
   bool HasEntryAt(const Mark& mark);
   // False when no entry with the mark's number begins there.
   bool ReadHead(const Mark& mark, JournalHead* head);

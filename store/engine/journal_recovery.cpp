@@ -65,6 +65,14 @@ bool Journal::ReadHead(const Mark& mark, JournalHead* head) {
          head->number == mark.number;
 }
 
+bool Journal::IsWhole(Mark from, const Mark& to) {
+  Entry entry;
+  while (from.number < to.number && ReadEntry(&from, &entry)) {
+  }
+  // A position alone may have been written when the number was not.
+  return from.number == to.number;
+}
+
 bool Journal::HasEntryAt(const Mark& mark) {
   JournalHead head;
   return ReadHead(mark, &head);
@@ -222,6 +230,8 @@ int Journal::Checkpoint() {
     }
     if (rc = file->Flush(); rc != kSuccess) return rc;
   }
+  // What a break hides was perhaps never flushed: the journal is kept for whoever mends it.
+  if (mark.number < end_.number) return kErrorJournal;
   // The numbers go on, so entries of before can never be taken for new ones.
   end_ = Mark{kHeaderBytes, mark.number};
   if (const int rc = WriteMarks(&end_, end_); rc != kSuccess) return rc;

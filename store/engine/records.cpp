@@ -195,7 +195,14 @@ ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* r
   const auto per_block = static_cast<std::uint32_t>(std::max<std::size_t>(1, kAheadBytes / length));
   count_ = 0;  // the block that is reused may be the one last used
   block->bytes.resize(per_block * length);
-  const std::int64_t got = table.ReadRecords(number * per_block + 1, per_block, block->bytes.data());
+  // A large unit writes its records behind the last one before it stands; nobody may see them yet.
+  const std::int64_t count = table.RecordCount();
+  const std::int64_t behind = count - static_cast<std::int64_t>(number) * per_block;
+  const auto wanted = static_cast<std::uint32_t>(std::clamp<std::int64_t>(behind, 0, per_block));
+  const std::int64_t got = count < 0 ? count
+                           : wanted == 0
+                               ? 0
+                               : table.ReadRecords(number * per_block + 1, wanted, block->bytes.data());
   block->number = got > 0 ? number : kNoBlock;
   block->count = got > 0 ? static_cast<std::uint32_t>(got) : 0;
   *rc = got < 0 ? static_cast<int>(kErrorRead) : static_cast<int>(kSuccess);
