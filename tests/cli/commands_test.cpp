@@ -55,6 +55,23 @@ TEST(CommandLine, EndsWithItsStatusAndOneObject) {
   }
 }
 
+// What changes data past the screens asks for its right while security is on; an unknown login has none.
+TEST(CommandLine, RefusesWhatIsNotGranted) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  ASSERT_EQ(escrowctl.Run(kAddBank).status, 0);
+  for (const char* command :
+       {"bank add NEW BANKNAME=x", "bank set FNT BANKNAME=x", "table append ESCROW_BANKS.DBF BANKCODE=X",
+        "table delete ESCROW_BANKS.DBF 1", "table pack ESCROW_BANKS.DBF", "mend", "restore",
+        "maintain rebuild", "maintain pack", "maintain versions", "--bank FNT maintain xrefs"}) {
+    const RunResult result =
+        escrowctl.Run(std::string("--answer Yes --security on --user NOBODY ") + command);
+    EXPECT_EQ(result.status, 1) << command;
+    EXPECT_NE(result.err.find("do not have the right"), std::string::npos) << command << ": " << result.err;
+  }
+  EXPECT_EQ(escrowctl.Run("bank show FNT").out.find("= x"), std::string::npos);
+}
+
 TEST(CommandLine, SpeaksWordsAndPeriods) {
   const Escrowctl escrowctl;
   EXPECT_EQ(escrowctl.RunPlain("words 1234.56").out,
