@@ -127,8 +127,8 @@ class Form {
   void Click(std::string_view name, int index = 0);            // a button; refused while disabled
   void Menu(std::string_view name);                            // a command; refused while disabled
   bool Key(std::string_view key);  // "Esc", "F1", "F4", "Ctrl+F"; true when the form used it
-  // Asked for in a mode of the screen while it is open; "" is the usual one. False for a screen that keeps the
-  // mode it was opened in.
+  // Asked for in a mode of the screen while it is open; "" is the usual one. False for a screen that keeps
+  // the mode it was opened in.
   bool UseMode(std::string_view mode);
   // Asks what must be asked and closes. False when the user or a refusal kept it open.
   bool Close();

@@ -49,11 +49,11 @@ struct Ports {
 };
 
 enum class SessionChange {
-  kBank,     // another bank, or none, is selected
-  kUser,     // the user or the user's rights
-  kPosted,   // a transaction was posted, changed or removed
-  kPrinter,  // the current printer
-  kSwitch,   // the transactions switch
+  kBank,          // another bank, or none, is selected
+  kUser,          // the user or the user's rights
+  kPosted,        // a transaction was posted, changed or removed
+  kPrinter,       // the current printer
+  kSwitch,        // the transactions switch
   kScreenClosed,  // a screen was closed
 };
 

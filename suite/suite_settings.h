@@ -1,6 +1,6 @@
 // What the stand-in publishes, and the INI file it is read from:
-//   [Company] Name, Number, DataPath, ApplicationPath, SettingsPath, UpdatePath, InactiveBanksPath, Branch, FileList
-//   [User]    Login, SecurityOn
+//   [Company] Name, Number, DataPath, ApplicationPath, SettingsPath, UpdatePath, InactiveBanksPath, Branch,
+//   FileList [User]    Login, SecurityOn
 // Paths are written with "/". FileList is a text file with one escrow file number a line.
 #pragma once
 

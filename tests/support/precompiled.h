@@ -1,4 +1,5 @@
-// What nearly every test includes, compiled once for all of them. No file relies on it: each includes what it uses.
+// What nearly every test includes, compiled once for all of them. No file relies on it: each includes what it
+// uses.
 #pragma once
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
