@@ -1,5 +1,5 @@
 // Mends what the examination found, as far as the tables themselves say how: record counts, indexes, missing
-// and stale cross-references, voucher counters, a journal that cannot be used. Never touches a transaction,
+// cross-references, voucher counters, a journal that cannot be used. Never touches a transaction,
 // an amount or a memo; what it cannot derive it leaves and names.
 #pragma once
 
