@@ -80,6 +80,7 @@ struct ReconEntries {
   Currency beginning_balance;  // of the check book
   Currency credits;
   Currency charges;
+  friend bool operator==(const ReconEntries&, const ReconEntries&) = default;
 };
 
 struct ReconResults {
