@@ -140,7 +140,8 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"}});
-  layout.AddMenu("&View", {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}});
+  layout.AddMenu("&View",
+                 {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddMenu("Option&s", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},

@@ -125,6 +125,7 @@ class Photographer {
                             [this](std::string_view screen, const QString& name) { Take(screen, name); });
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
+    TakeLedgers();
     TakeUsers();
     TakeAuditViewer();
     return failed_ ? 1 : 0;
@@ -203,6 +204,17 @@ class Photographer {
     form.Change("txtCheckReason", "");
     host.UseMode("Posting");
     form.Menu("mnuEditUseNextHigherCheckNumber");
+  }
+
+  void TakeLedgers() {
+    desktop_.OpenScreen("frmViewFileLedgers", "24-0054");
+    Take("frmViewFileLedgers", "file-ledger");
+    desktop_.OpenScreen("frmViewTrialBalance", {});
+    ScreenHost* host = desktop_.Find("frmViewTrialBalance");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstKinds", 2);
+    host->TheForm().Click("cmdCompute");
+    Take("frmViewTrialBalance", "trial-balance");
   }
 
   void TakeUsers() {
