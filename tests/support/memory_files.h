@@ -157,7 +157,7 @@ class MemoryFiles : public engine::FileLayer {
       if (offset < 0) return engine::kErrorRead;
       if (offset >= Size()) return 0;
       const std::size_t count = std::min(length, static_cast<std::size_t>(Size() - offset));
-      std::memcpy(buffer, node_->bytes.data() + offset, count);
+      std::copy_n(node_->bytes.data() + offset, count, static_cast<char*>(buffer));
       return static_cast<std::int64_t>(count);
     }
 
