@@ -122,6 +122,8 @@ class Journal {
   static constexpr int kEagerTries = 50;
 
   int OpenFile();
+  // A journal that may only be read: kErrorReadOnly while units wait in it that no live writer will apply.
+  int RecoverReadOnly();
   int TakeWriterLock(bool wait);
   int WaitForLock(std::int64_t at, int wait_ms);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
@@ -174,6 +176,7 @@ class Journal {
   std::int64_t size_ = 0;  // of the file; known while writing
   bool writing_ = false;
   bool unapplied_ = false;
+  bool read_only_ = false;
   std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
 };
 

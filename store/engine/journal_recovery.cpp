@@ -98,10 +98,22 @@ int Journal::Recover() {
   Mark first;
   Mark applied;
   if (!ReadMarks(&first, &applied) || !HasEntryAt(applied)) return kSuccess;
+  if (read_only_) return RecoverReadOnly();
   int rc = TakeWriterLock(false);
   if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
   if (rc != kSuccess) return rc;
   if (ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  file_->Unlock(kWriterAt, 1);
+  return rc;
+}
+
+int Journal::RecoverReadOnly() {
+  int rc = TakeWriterLock(false);
+  if (rc != kSuccess) return rc == kLocked ? static_cast<int>(kSuccess) : rc;
+  Mark first;
+  Mark applied;
+  Entry entry;
+  if (ReadMarks(&first, &applied) && ReadEntry(&applied, &entry)) rc = kErrorReadOnly;
   file_->Unlock(kWriterAt, 1);
   return rc;
 }
