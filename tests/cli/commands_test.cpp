@@ -63,7 +63,7 @@ TEST(CommandLine, RefusesWhatIsNotGranted) {
   for (const char* command :
        {"bank add NEW BANKNAME=x", "bank set FNT BANKNAME=x", "table append ESCROW_BANKS.DBF BANKCODE=X",
         "table delete ESCROW_BANKS.DBF 1", "table pack ESCROW_BANKS.DBF", "mend", "restore",
-        "maintain rebuild", "maintain pack", "maintain versions", "--bank FNT maintain xrefs"}) {
+        "maintain rebuild", "maintain pack", "maintain versions"}) {
     const RunResult result =
         escrowctl.Run(std::string("--answer Yes --security on --user NOBODY ") + command);
     EXPECT_EQ(result.status, 1) << command;
