@@ -9,8 +9,8 @@ namespace {
 
 struct Describe {
   std::string operator()(std::monostate) const { return {}; }
-  std::string operator()(const CorrectCount&) const {
-    return "sets the record count to what the file holds; look its last records over";
+  std::string operator()(const CorrectCount& correct) const {
+    return "sets the record count to what the file holds; look its last records over" + correct.counts;
   }
   std::string operator()(const RebuildIndex&) const { return "builds the index anew from the records"; }
   std::string operator()(const CorrectMemoEnd&) const {

@@ -11,7 +11,9 @@
 namespace tallwick {
 
 // Remedies follow from other records alone. None of them touches an amount, a transaction or a memo.
-struct CorrectCount {};    // the head's record count, from the file's length
+struct CorrectCount {       // the head's record count, from the file's length
+  std::string counts = {};  // ".  It counts 9 records and holds 8", where that is known
+};
 struct RebuildIndex {};    // every tag of the table, from its records
 struct CorrectMemoEnd {};  // the memo file's next free block, from the file's length
 struct AddXref {

@@ -76,8 +76,8 @@ CompanyProblem NotOpenedProblem(const FileSystem& files, const std::string& path
       "does not open: " + std::string(engine::error4text(code)) + " (" + std::to_string(code) + ")",
       {}};
   if (code == engine::kErrorDataHeader) {
-    problem.text += CountText(files, path);
-    problem.remedy = CorrectCount();
+    problem.remedy = CorrectCount{CountText(files, path)};
+    problem.text += std::get<CorrectCount>(problem.remedy).counts;
   } else if (code <= engine::kErrorIndex && code >= engine::kErrorTagName) {
     problem.remedy = RebuildIndex();
   } else if (code == engine::kErrorOpenRefused) {

@@ -4,6 +4,7 @@
 #include <QKeyEvent>
 #include <QProgressBar>
 #include <QTimer>
+#include <utility>
 
 namespace tallwick {
 namespace {
@@ -17,10 +18,11 @@ using Take = std::function<void(std::string_view, const QString&)>;
 void TakeFromWithin(Desktop& desktop, std::string_view screen, std::string_view mode, const QString& name,
                     const Take& take, const std::function<bool(Form&)>& is_ready) {
   QTimer look;
-  bool taken = false;
+  bool looking = false;  // what makes a screen ready may look at its events itself
   const auto take_if_ready = [&](ScreenHost& host) {
-    if (taken || !is_ready(host.TheForm())) return;
-    taken = true;
+    if (std::exchange(looking, true)) return;
+    looking = is_ready(host.TheForm());
+    if (!looking) return;
     take(screen, name);
     QCoreApplication::postEvent(&host.Window(),
                                 new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));

@@ -286,6 +286,9 @@ TEST(Scripts, EndAtTheLineThatIsWrong) {
 TEST(Users, AreKeptWithRightsAndBanks) {
   const Escrowctl escrowctl;
   escrowctl.Run("init");
+  ASSERT_EQ(escrowctl.Run(kAddBank).status, 0);
+  ASSERT_EQ(escrowctl.Run("bank add LSB BANKNAME=Savings").status, 0);
+  EXPECT_EQ(escrowctl.Run("user add RUTH --name Ruth --group User --banks FNT,NOPE").status, 1);
   const Json added =
       escrowctl.Run("--json user add RUTH --name 'Ruth L' --group 'Power User' --rights 0001 --banks FNT,LSB")
           .Json();

@@ -139,7 +139,10 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
     std::string step;
   } kHarms[] = {
       {[&] { Patch("ESCROW_CHECKS_FNB.DBF", 4, "\x09"); },
-       "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over"},
+       "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over.  It "
+       "counts 9 records and holds 3: the last 6 are lost.  Restore the table from a copy if there is a good "
+       "one; "
+       "mending keeps what is left"},
       {[&] { SystemFileSystem().Remove(office_.folder.Held("ESCROW_XRFS.CDX")); },
        "ESCROW_XRFS: builds the index anew from the records"},
       {[&] { Patch("ESCROW_BANKS.CDX", 1024, std::string(512, '\x07')); },
