@@ -77,10 +77,16 @@ int Journal::OpenFile() {
   if (fresh) rc = setup_.files.FlushFolder(folder_);
   if (rc != kSuccess) return rc;
   file_ = std::move(file);
-  // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
-  rc = read_only_ ? static_cast<int>(kLocked) : file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
-  if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
-  if (rc == kLocked) rc = kSuccess;
+  if (read_only_) {
+    Mark first;
+    Mark applied;
+    rc = ReadMarks(&first, &applied) || IsBlank() ? static_cast<int>(kSuccess) : kErrorJournal;
+  } else {
+    // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
+    rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+    if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
+    if (rc == kLocked) rc = kSuccess;
+  }
   for (int tries = 0; rc == kSuccess; ++tries) {
     rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
     if (rc != kLocked || tries == kWriterTries) break;

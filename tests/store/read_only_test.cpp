@@ -71,6 +71,14 @@ TEST_F(ReadOnlyFolder, IsNotOpenedWhileUnitsWait) {
   EXPECT_EQ(company.Find(company.checks, "CHXNUMBER", "   500"), kSuccess);
 }
 
+TEST_F(ReadOnlyFolder, IsNotOpenedBesideAJournalThatIsNone) {
+  disk_.Put("/data/ESCROW_UNITS.JNL", std::string(200, 'x'));
+  disk_.SetReadOnly(true);
+  Company company(disk_);
+  EXPECT_FALSE(company.Open());
+  EXPECT_EQ(code4errorCode(*company.code, 0), kErrorJournal);
+}
+
 // Who reads beside a writer sees the writer's units.
 TEST_F(ReadOnlyFolder, ReadsBesideAWriter) {
   Company writer(disk_);
