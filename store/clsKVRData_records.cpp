@@ -85,9 +85,9 @@ std::string clsKVRData::AdviceFor(int code) const {
       return (holder.empty() ? "Another workstation" : holder) +
              " is making a copy of the data.  Nothing was saved: try again when the copy is done.";
     case engine::kErrorReadOnly:
-      return "The company's data may only be read here: the folder, or one of its files, is write-protected. "
-             " "
-             "Nothing was saved: have the rights on the folder, or its disk, seen to, and start again.";
+      return "The company's data may only be read here: the folder, or one of its files, is "
+             "write-protected.  Nothing was saved: have the rights on the folder, or its disk, seen to, and "
+             "start again.";
     case engine::kErrorDiskFull:
       return "The disk of the company's data is full.  Nothing was saved: make room on it and try again.";
     case engine::kErrorWrite:
