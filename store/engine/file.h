@@ -31,6 +31,8 @@ class File {
   virtual int Reserve(std::int64_t, std::int64_t) { return kSuccess; }
   // Returns when everything written so far would survive a power cut.
   virtual int Flush() = 0;
+  // Lets the disk begin with what was written to a range, so that a Flush later has less to wait for.
+  virtual void StartFlush(std::int64_t, std::int64_t) {}
 
   // Whether a path still names this very file, and not one that was put in its place.
   virtual bool IsStill(const std::string&) { return true; }

@@ -167,7 +167,8 @@ Data4* d4open(Code4& code, std::string_view path) {
   if (rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, &rc);
   if (!table) {
     LeaveFolder(code, TableFolder(full));
-    code.Fail(rc);
+    // A writer that holds the folder and does not come to an end.
+    code.Fail(rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc);
     return nullptr;
   }
   HookRecovery(code, *table);

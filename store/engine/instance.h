@@ -168,6 +168,9 @@ class Code4 {
   int Join(TableFile& table);
   // Before a table of the folder is opened: kErrorOpenRefused while another workstation has it for itself.
   int PassInto(const std::string& folder);
+  // Writes what a long unit puts behind the ends of a table's files to them, so that it need not stay in
+  // memory.
+  int WriteAhead(TableFile& table);
   int CommitUnit();
   void EndUnit(bool committed);
 };

@@ -11,15 +11,6 @@
 namespace tallwick::engine {
 namespace {
 
-// Back to its length, unless the file has become another one since.
-int CutFile(File& file, const JournalLength& before) {
-  auto start = before.start;
-  if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
-  if (start != before.start || file.Size() <= before.length) return kSuccess;
-  const int rc = file.Truncate(before.length);
-  return rc == kSuccess ? file.Flush() : rc;
-}
-
 bool IsIndexName(std::string_view name) {
   return name.size() > 4 &&
          (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
@@ -97,12 +88,14 @@ int Journal::Recover() {
   if (const int rc = Attach(); rc != kSuccess || !file_) return rc;
   Mark first;
   Mark applied;
-  if (!ReadMarks(&first, &applied) || !HasEntryAt(applied)) return kSuccess;
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (!ReadMarks(&first, &applied) || (!under_way && !HasEntryAt(applied))) return kSuccess;
   if (read_only_) return RecoverReadOnly();
   int rc = TakeWriterLock(false);
   if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
   if (rc != kSuccess) return rc;
-  if (ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  if (ReadMarks(&first, &applied)) rc = Finish(applied, applied);
   file_->Unlock(kWriterAt, 1);
   return rc;
 }
@@ -113,7 +106,9 @@ int Journal::RecoverReadOnly() {
   Mark first;
   Mark applied;
   Entry entry;
-  if (ReadMarks(&first, &applied) && ReadEntry(&applied, &entry)) rc = kErrorReadOnly;
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (ReadMarks(&first, &applied) && (under_way || ReadEntry(&applied, &entry))) rc = kErrorReadOnly;
   file_->Unlock(kWriterAt, 1);
   return rc;
 }
@@ -159,21 +154,38 @@ bool Journal::WasQuiet(int* rc) {
 
 int Journal::ApplyFrom(Mark mark) {
   Entry entry;
-  Mark unit = mark;                 // where the unit at hand begins: with its note, or its entry
-  std::vector<JournalLength> note;  // that no entry has followed yet
-  while (ReadEntry(&mark, &entry)) {
-    note.clear();
+  std::vector<Mark> notes;             // that no entry has followed yet
+  std::vector<JournalLength> lengths;  // of the last of them
+  end_ = mark;
+  for (Mark at = mark; ReadEntry(&mark, &entry); at = mark) {
     if (entry.is_note) {
-      if (!ParseNote(entry.payload, &note)) return kErrorJournal;
+      lengths.clear();
+      if (!ParseNote(entry.payload, &lengths)) return kErrorJournal;
+      notes.push_back(at);
       continue;
     }
-    int rc = ApplyEntry(entry.payload, unit.number);
+    int rc = ApplyEntry(entry.payload, notes.empty() ? at.number : notes.front().number);
     if (rc == kSuccess) rc = WriteMarks(nullptr, mark);
     if (rc != kSuccess) return rc;
-    unit = mark;
+    notes.clear();
+    end_ = mark;
   }
-  end_ = unit;
-  return note.empty() ? static_cast<int>(kSuccess) : CutBack(unit, note);
+  return notes.empty() ? static_cast<int>(kSuccess) : CutBack(notes, lengths);
+}
+
+bool Journal::HasUnitAt(Mark mark) {
+  Entry entry;
+  while (ReadEntry(&mark, &entry)) {
+    if (!entry.is_note) return true;
+  }
+  return false;
+}
+
+int Journal::Finish(const Mark& from, const Mark& applied) {
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (under_way && !HasUnitAt(applied)) return kErrorJournal;
+  return ApplyFrom(from);
 }
 
 int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
@@ -203,20 +215,6 @@ int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t uni
     for (const auto& extent : changes[i].extents)
       if (rc == kSuccess) rc = files[i]->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
   }
-  return rc;
-}
-
-int Journal::CutBack(const Mark& note, const std::vector<JournalLength>& lengths) {
-  for (const JournalLength& before : lengths) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
-    if (!file && setup_.files.Exists(PathOf(before.name))) return rc;
-    rc = file ? CutFile(*file, before) : static_cast<int>(kSuccess);
-    if (rc != kSuccess) return rc;
-  }
-  const std::array<std::uint8_t, kEntryHead> none{};
-  const int rc = file_->WriteAt(note.position, none.data(), none.size());
-  if (rc == kSuccess) end_ = note;
   return rc;
 }
 
