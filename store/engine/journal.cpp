@@ -26,6 +26,7 @@ int Journal::OpenFile() {
   if (file_) return kSuccess;
   int rc = kSuccess;
   const bool fresh = !setup_.files.Exists(PathOf(kFileName));
+  read_only_ = false;
   auto file = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kOpenOrCreate, &read_only_, &rc);
   if (!file) return rc == kErrorDiskFull || rc == kErrorReadOnly ? rc : static_cast<int>(kErrorJournal);
   // A journal without its name in the folder would be no help after a power cut.
