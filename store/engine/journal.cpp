@@ -84,7 +84,7 @@ int Journal::FinishAsOnly(bool all) {
   if (ReadMarks(&first, &applied)) {
     // A broken chain is not done again: what stands before the break is older than what is lost behind it.
     if (all && !IsWhole(first, applied)) rc = kErrorJournal;
-    if (rc == kSuccess) rc = Finish(all ? first : applied, applied);
+    if (rc == kSuccess) rc = Finish(first, applied, all);
     if (rc == kSuccess) rc = Checkpoint();
   } else if (!IsBlank()) {
     rc = kErrorJournal;
@@ -144,7 +144,7 @@ int Journal::BeginWriting() {
   } else if (rc == kSuccess && MayHaveLostPower()) {
     rc = file_->WriteAt(kBootAt, kSeveralMachines.data(), kSeveralMachines.size() + 1);
   }
-  if (rc == kSuccess) rc = Finish(applied, applied);
+  if (rc == kSuccess) rc = Finish(first, applied, false);
   unapplied_ = false;
   writing_ = rc == kSuccess;
   if (!writing_) file_->Unlock(kWriterAt, 1);

@@ -151,9 +151,12 @@ class Journal {
   int AwaitUnit();
   // Applies what stands from a mark on, and cuts back what no entry follows.
   int ApplyFrom(Mark mark);
-  // As ApplyFrom, but kErrorJournal when the unit that was begun to be applied behind `applied` is not there
-  // any more: the tables are between two states then.
-  int Finish(const Mark& from, const Mark& applied);
+  // As ApplyFrom, from the applied mark or with `all` from the first entry; but kErrorJournal when the unit
+  // that was begun to be applied is not there any more: the tables are between two states then.
+  int Finish(const Mark& first, Mark applied, bool all);
+  // Gives a mark whose position was written when its number was not its number; false when it is no such
+  // mark.
+  bool CompleteMark(const Mark& first, Mark* applied);
   int ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit);
   // An index with its lock. Null and kSuccess for a file that is gone.
   int OpenToApply(const std::string& name, std::unique_ptr<File>* file);

@@ -95,7 +95,7 @@ int Journal::Recover() {
   int rc = TakeWriterLock(false);
   if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
   if (rc != kSuccess) return rc;
-  if (ReadMarks(&first, &applied)) rc = Finish(applied, applied);
+  if (ReadMarks(&first, &applied)) rc = Finish(first, applied, false);
   file_->Unlock(kWriterAt, 1);
   return rc;
 }
@@ -181,11 +181,22 @@ bool Journal::HasUnitAt(Mark mark) {
   return false;
 }
 
-int Journal::Finish(const Mark& from, const Mark& applied) {
+bool Journal::CompleteMark(const Mark& first, Mark* applied) {
+  Entry entry;
+  Mark at = first;
+  while (at.position < applied->position && ReadEntry(&at, &entry)) {
+  }
+  if (at.position != applied->position || at.number <= applied->number) return false;
+  *applied = at;
+  return true;
+}
+
+int Journal::Finish(const Mark& first, Mark applied, bool all) {
   bool under_way = false;
   ReadProgress(&under_way);
-  if (under_way && !HasUnitAt(applied)) return kErrorJournal;
-  return ApplyFrom(from);
+  if (under_way && !HasUnitAt(applied) && !CompleteMark(first, &applied)) return kErrorJournal;
+  const int rc = ApplyFrom(all ? first : applied);
+  return rc == kSuccess && under_way ? WriteMarks(nullptr, end_) : rc;
 }
 
 int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
