@@ -55,7 +55,8 @@ class FileLayer {
  public:
   virtual ~FileLayer() = default;
 
-  // The open file; null with `code` set to kErrorOpen, kErrorExists, kErrorCreate or kErrorDiskFull.
+  // The open file; null with `code` set to kErrorOpen, kErrorExists, kErrorCreate, kErrorDiskFull or, where
+  // it may not be written, kErrorReadOnly.
   virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) = 0;
   virtual bool Exists(const std::string& path) = 0;
   virtual int Remove(const std::string& path) = 0;
@@ -64,6 +65,12 @@ class FileLayer {
   // Makes names made, renamed or removed in the folder survive a power cut.
   virtual int FlushFolder(const std::string& folder) = 0;
 };
+
+// Opens a file for reading and writing, or, where it may not be written, for reading alone: then *read_only
+// is set. `mode` is kReadWrite or kOpenOrCreate; a file that is missing and may not be made gives
+// kErrorReadOnly.
+std::unique_ptr<File> OpenOrRead(FileLayer& files, const std::string& path, OpenMode mode, bool* read_only,
+                                 int* code);
 
 // The operating system's files.
 FileLayer& SystemFiles();

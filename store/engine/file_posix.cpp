@@ -160,6 +160,8 @@ class PosixFileLayer final : public FileLayer {
   static int OpenError(OpenMode mode) {
     if (errno == ENOSPC || errno == EDQUOT) return kErrorDiskFull;
     if (errno == EEXIST) return kErrorExists;
+    const bool denied = errno == EACCES || errno == EPERM || errno == EROFS;
+    if (denied && mode != OpenMode::kReadOnly) return kErrorReadOnly;
     return mode == OpenMode::kReadOnly || mode == OpenMode::kReadWrite ? kErrorOpen : kErrorCreate;
   }
 };

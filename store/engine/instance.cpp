@@ -226,6 +226,9 @@ std::string d4fileName(const Data4& data) {
 std::string d4alias(const Data4& data) {
   return ToUpper(BaseNameOf(data.table.Path()));
 }
+bool d4readOnly(const Data4& data) {
+  return data.table.IsReadOnly();
+}
 bool d4exclusive(const Data4& data) {
   return data.table.Exclusive();
 }

@@ -26,16 +26,23 @@ int Journal::OpenFile() {
   if (file_) return kSuccess;
   int rc = kSuccess;
   const bool fresh = !setup_.files.Exists(PathOf(kFileName));
-  auto file = setup_.files.Open(PathOf(kFileName), OpenMode::kOpenOrCreate, &rc);
-  if (!file) return rc == kErrorDiskFull ? rc : static_cast<int>(kErrorJournal);
+  read_only_ = false;
+  auto file = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kOpenOrCreate, &read_only_, &rc);
+  if (!file) return rc == kErrorDiskFull || rc == kErrorReadOnly ? rc : static_cast<int>(kErrorJournal);
   // A journal without its name in the folder would be no help after a power cut.
   if (fresh) rc = setup_.files.FlushFolder(folder_);
   if (rc != kSuccess) return rc;
   file_ = std::move(file);
-  // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
-  rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
-  if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
-  if (rc == kLocked) rc = kSuccess;
+  if (read_only_) {
+    Mark first;
+    Mark applied;
+    rc = ReadMarks(&first, &applied) || IsBlank() ? static_cast<int>(kSuccess) : kErrorJournal;
+  } else {
+    // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
+    rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+    if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
+    if (rc == kLocked) rc = kSuccess;
+  }
   for (int tries = 0; rc == kSuccess; ++tries) {
     rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
     if (rc != kLocked || tries == kWriterTries) break;
@@ -97,7 +104,7 @@ Journal::~Journal() {
   if (writing_) EndWriting();
   // The last one to leave makes the tables durable and empties the journal. What fails is done by the next to
   // come.
-  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
+  if (!read_only_ && file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
 }
 
 // --- Writing ---
@@ -113,7 +120,7 @@ int Journal::WaitForLock(std::int64_t at, int wait_ms) {
 // One waits for the writer, the others for that one's place. So who has just let go and comes again has to
 // wait as well, and cannot write for seconds while those who sleep never find the lock free.
 int Journal::TakeWriterLock(bool wait) {
-  if (!wait) return file_->Lock(kWriterAt, 1, LockKind::kExclusive);
+  if (!wait) return file_->Lock(kWriterAt, 1, read_only_ ? LockKind::kShared : LockKind::kExclusive);
   int rc = WaitForLock(kNextWriterAt, kWriterWaitMs);
   if (rc != kSuccess) return rc;
   rc = WaitForLock(kWriterAt, 1);
@@ -124,6 +131,7 @@ int Journal::TakeWriterLock(bool wait) {
 int Journal::BeginWriting() {
   if (writing_) return kSuccess;
   if (const int rc = OpenFile(); rc != kSuccess) return rc;
+  if (read_only_) return kErrorReadOnly;
   if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
   Mark first{kHeaderBytes, 1};
   Mark applied = first;

@@ -133,6 +133,8 @@ class Journal {
   static constexpr int kEagerTries = 50;
 
   int OpenFile();
+  // A journal that may only be read: kErrorReadOnly while units wait in it that no live writer will apply.
+  int RecoverReadOnly();
   int TakeWriterLock(bool wait);
   int WaitForLock(std::int64_t at, int wait_ms);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
@@ -204,6 +206,7 @@ class Journal {
   std::vector<File*> ahead_;            // that were written to and not flushed
   bool writing_ = false;
   bool unapplied_ = false;
+  bool read_only_ = false;
   std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
 };
 

@@ -8,7 +8,7 @@ JournalState Journal::Examine(std::uint64_t* waiting) {
   if (!setup_.files.Exists(PathOf(kFileName))) return JournalState::kNone;
   const bool borrowed = !file_;
   int rc = kSuccess;
-  if (borrowed) file_ = setup_.files.Open(PathOf(kFileName), OpenMode::kReadWrite, &rc);
+  if (borrowed) file_ = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kReadWrite, &read_only_, &rc);
   const JournalState state = file_ ? ExamineOpen(waiting) : JournalState::kUnreadable;
   if (borrowed) file_.reset();
   return state;

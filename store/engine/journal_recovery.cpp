@@ -91,10 +91,24 @@ int Journal::Recover() {
   bool under_way = false;
   ReadProgress(&under_way);
   if (!ReadMarks(&first, &applied) || (!under_way && !HasEntryAt(applied))) return kSuccess;
+  if (read_only_) return RecoverReadOnly();
   int rc = TakeWriterLock(false);
   if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
   if (rc != kSuccess) return rc;
   if (ReadMarks(&first, &applied)) rc = Finish(first, applied, false);
+  file_->Unlock(kWriterAt, 1);
+  return rc;
+}
+
+int Journal::RecoverReadOnly() {
+  int rc = TakeWriterLock(false);
+  if (rc != kSuccess) return rc == kLocked ? static_cast<int>(kSuccess) : rc;
+  Mark first;
+  Mark applied;
+  Entry entry;
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (ReadMarks(&first, &applied) && (under_way || ReadEntry(&applied, &entry))) rc = kErrorReadOnly;
   file_->Unlock(kWriterAt, 1);
   return rc;
 }

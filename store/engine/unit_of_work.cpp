@@ -67,6 +67,13 @@ Journal& Code4::JournalOf(const std::string& folder) {
   return *journal;
 }
 
+// Locks of a moment leave no note, so a note on the journal is that of a copy.
+int Code4::WriterLockFailed(int rc, const std::string& folder) {
+  if (rc != kLocked) return rc;
+  lock_user = LockNotes(setup, folder + "/" + std::string(Journal::kFileName)).Holder(0);
+  return lock_user.empty() ? rc : static_cast<int>(kErrorCopying);
+}
+
 int Code4::Join(TableFile& table) {
   if (unit_failure != 0) return unit_failure;
   if (table.lost) return kErrorClose;
@@ -74,7 +81,8 @@ int Code4::Join(TableFile& table) {
   Journal& journal = JournalOf(table.Folder());
   // One journal makes a unit whole, so a unit stays within one folder.
   if (unit_journal != nullptr && unit_journal != &journal) return kErrorParameter;
-  if (const int rc = journal.BeginWriting(); rc != kSuccess) return rc;
+  if (table.IsReadOnly()) return kErrorReadOnly;
+  if (const int rc = journal.BeginWriting(); rc != kSuccess) return WriterLockFailed(rc, table.Folder());
   unit_journal = &journal;
   unit_tables.push_back(&table);
   return kSuccess;
