@@ -48,7 +48,11 @@ std::optional<TableHome> Office::Tables() {
   if (!HasDataOption()) return std::nullopt;
   const std::string folder = CommandLineSuite(options_, files_).DataPath();
   if (!files_.FileExists(WithBackslash(folder) + std::string(kBankLayout.name) + ".DBF")) {
-    Refused("There is no company in " + options_.data, kNoTables);
+    const bool lost = !files_.List(folder, "ESCROW_*_*.DBF").empty();
+    Refused(lost ? std::string(kBankLayout.name) + " is missing in " + options_.data +
+                       ", where tables of bank accounts are.  Restore it from a copy"
+                 : "There is no company in " + options_.data,
+            kNoTables);
     return std::nullopt;
   }
   clsKVRData* store = Store();

@@ -27,7 +27,7 @@ class CopyRun {
   CopyOutcome Run() {
     if (!IsConfirmed() || !CopyQuietly() || !Prove()) {
       outcome_.message = "Copy Databases Aborted...";
-      if (tells_abort_) boxes_.Exclaim(kTitle, outcome_.message);
+      if (tells_abort_) boxes_.Exclaim(kTitle, outcome_.message + WhatStays());
       return std::move(outcome_);
     }
     Finish();
@@ -35,6 +35,13 @@ class CopyRun {
   }
 
  private:
+  std::string WhatStays() const {
+    if (outcome_.failed.empty()) return {};
+    return "\r\rThe files copied until then stay in the copy folder, marked as incomplete.  See that its "
+           "disk "
+           "has room and may be written, and copy again.";
+  }
+
   bool IsConfirmed() {
     const CopyStamp last = ReadStamp(session_);
     const std::string text = "Data files will be copied to " + files_.PlatformPath(folder_) +
@@ -84,6 +91,8 @@ class CopyRun {
   // make a copy.
   bool CopyQuietly() {
     const int code = session_.Data().HoldWriters(session_.DataPath());
+    if (code == engine::kErrorReadOnly || code == engine::kErrorCopying || code == engine::kErrorDiskFull)
+      return Refuse(session_.Data().AdviceFor(code));
     if (code != engine::kSuccess) {
       return Refuse("Other workstations could not be kept from posting while the copy is made (" +
                     std::string(engine::error4text(code)) + ").  Try again later...");

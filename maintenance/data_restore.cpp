@@ -9,6 +9,7 @@
 #include "maintenance/data_copy.h"
 #include "maintenance/exclusive_access.h"
 #include "maintenance/maintained_table.h"
+#include "shell/main_commands.h"
 #include "store/clsKVRData.h"
 
 namespace tallwick {
@@ -54,7 +55,9 @@ class RestoreRun {
 
   CopyOutcome Run() {
     ExclusiveAccess access(session_);
-    if (!HasCopy() || !IsConfirmed() || !IsProvenOrWanted() || !access.Take(kTitle)) return Abort(kAborted);
+    if (!MayCarryOut(session_, "mnuFileRestoreDatabases") || !HasCopy() || !IsConfirmed() ||
+        !IsProvenOrWanted() || !access.Take(kTitle))
+      return Abort(kAborted);
     RemoveLeftovers();
     if (!StageAll()) {
       RemoveStaged();
@@ -97,10 +100,9 @@ class RestoreRun {
                         BoxAnswer::kOk}) == BoxAnswer::kOk;
   }
 
-  // A copy that came without a list of its files, from an earlier program, cannot be judged.
   bool IsProvenOrWanted() {
     const std::optional<std::string> text = files_.Read(folder_ + std::string(CopyManifest::kFileName));
-    if (!text) return true;
+    if (!text) return IsWantedUnproven();
     const std::vector<std::string> problems = ProblemsOf(ParseManifest(*text));
     if (stopped_ || problems.empty()) return !stopped_;
     std::string question = "The copy is not as it was made:\r";
@@ -110,6 +112,15 @@ class RestoreRun {
       question += "\rand " + std::to_string(problems.size() - kProblemsShown) + " more";
     question += "\r\rRestore it all the same?";
     return boxes_.Show({BoxIcon::kCritical, std::string(kTitle), question, BoxButtons::kYesNo,
+                        BoxAnswer::kNo}) == BoxAnswer::kYes;
+  }
+
+  // From an earlier program, or put together by hand.
+  bool IsWantedUnproven() {
+    const std::string question = "The copy came without the list of its files (" +
+                                 std::string(CopyManifest::kFileName) +
+                                 "), so it can not be proven to be whole.\r\rRestore it all the same?";
+    return boxes_.Show({BoxIcon::kExclamation, std::string(kTitle), question, BoxButtons::kYesNo,
                         BoxAnswer::kNo}) == BoxAnswer::kYes;
   }
 

@@ -29,7 +29,9 @@ bool ExclusiveAccess::Take(std::string_view title) {
   code_ = session_.Data().TakeFolder(session_.DataPath(), kEscrowTables);
   taken_ = code_ == engine::kSuccess;
   if (taken_) return true;
-  session_.Boxes().Critical(title, "Could not get exclusive file access.  Try again later...");
+  const std::string advice = session_.Data().AdviceFor(code_);
+  session_.Boxes().Critical(title, "Could not get exclusive file access.  Try again later..." +
+                                       (advice.empty() ? advice : "\r\r" + advice));
   ReopenCompany(session_);
   return false;
 }

@@ -6,6 +6,7 @@
 #include "maintenance/data_copy.h"
 #include "maintenance/maintained_table.h"
 #include "maintenance/table_upgrade.h"
+#include "shell/main_commands.h"
 #include "store/clsKVRData.h"
 #include "tables/table_base.h"
 
@@ -14,19 +15,20 @@ namespace {
 
 struct OperationTexts {
   MaintenanceOperation operation;
+  std::string_view command;
   std::string_view name;
   std::string_view backup_title;
   std::string_view done;
 };
 
 constexpr OperationTexts kTexts[] = {
-    {MaintenanceOperation::kRebuild, "Rebuild & Reindex", "Backup Prior to Rebuild & Reindex",
-     "Escrow Databases have been Rebuilt & Reindexed..."},
-    {MaintenanceOperation::kUpdateVersions, "Update Database Versions", "Backup Prior to Update",
-     "Escrow Databases have been Updated..."},
-    {MaintenanceOperation::kPack, "Pack Databases", "Backup Prior to Pack Databases",
+    {MaintenanceOperation::kRebuild, "mnuFileRebuildReindexTransactions", "Rebuild & Reindex",
+     "Backup Prior to Rebuild & Reindex", "Escrow Databases have been Rebuilt & Reindexed..."},
+    {MaintenanceOperation::kUpdateVersions, "mnuFileUpdateDatabaseVersions", "Update Database Versions",
+     "Backup Prior to Update", "Escrow Databases have been Updated..."},
+    {MaintenanceOperation::kPack, "mnuFilePack", "Pack Databases", "Backup Prior to Pack Databases",
      "Escrow Databases have been Packed..."},
-    {MaintenanceOperation::kPurge, "Purge Files", "Backup Prior to Purge", ""}};
+    {MaintenanceOperation::kPurge, "mnuFilePurge", "Purge Files", "Backup Prior to Purge", ""}};
 
 const OperationTexts& TextsOf(MaintenanceOperation operation) {
   return *std::find_if(std::begin(kTexts), std::end(kTexts),
@@ -94,6 +96,8 @@ class Walk {
   TableOutcome Work(const MaintainedTable& table, const engine::Progress& share) {
     TableBase files(session_.Home(), *table.layout);
     if (!files.Exists(table.bank_code)) {
+      if (const std::string why = files.WhyLost(); !why.empty())
+        return {table.Name(), false, "is missing, but it was there: " + why + ".  Restore it from a copy"};
       const int code = files.Create(table.bank_code);
       return {table.Name(), code == engine::kSuccess,
               code == engine::kSuccess ? "was missing and has been made, empty" : Failure(code)};
@@ -159,7 +163,8 @@ bool MaintenanceOutcome::HasFailures() const {
 bool PassProtocol(Session& session, MaintenanceOperation operation, WorkProgress& progress,
                   ExclusiveAccess& access) {
   const OperationTexts& texts = TextsOf(operation);
-  return BackUp(session, texts, progress) && AllowsLockOut(session, texts) && access.Take(texts.name);
+  return MayCarryOut(session, texts.command) && BackUp(session, texts, progress) &&
+         AllowsLockOut(session, texts) && access.Take(texts.name);
 }
 
 MaintenanceOutcome RunMaintenance(Session& session, MaintenanceOperation operation, WorkProgress& progress) {

@@ -17,8 +17,8 @@ enum class MaintenanceOperation { kRebuild, kUpdateVersions, kPack, kPurge };
 // "Rebuild & Reindex", "Update Database Versions", "Pack Databases", "Purge Files".
 std::string_view OperationName(MaintenanceOperation operation);
 
-// Asks for a backup and makes it, asks for the lock-out and takes it. False when the command ends here, by
-// the user's will or after a message.
+// Makes sure of the user's right, asks for a backup and makes it, asks for the lock-out and takes it. False
+// when the command ends here, by the user's will or after a message.
 bool PassProtocol(Session& session, MaintenanceOperation operation, WorkProgress& progress,
                   ExclusiveAccess& access);
 

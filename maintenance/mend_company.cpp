@@ -19,11 +19,23 @@ bool IsInUse(const ExaminedCompany::NotOpened& failure) {
   return failure.code == engine::kErrorOpenRefused;
 }
 
-// The steps of a table's problems: one for all that its index has.
+bool IsReadOnly(const ExaminedCompany::NotOpened& failure) {
+  return failure.code == engine::kErrorReadOnly;
+}
+
+// What rests on a table is judged only when the table is whole.
+bool HidesOthers(const CompanyProblem& problem) {
+  return std::holds_alternative<CorrectCount>(problem.remedy) ||
+         std::holds_alternative<RebuildIndex>(problem.remedy) ||
+         std::holds_alternative<SetJournalAside>(problem.remedy);
+}
+
+// The steps of a table's problems: one for all that its index or its memo file has.
 void AddSteps(const std::vector<CompanyProblem>& problems, std::vector<MendStep>* steps) {
   for (const CompanyProblem& problem : problems) {
     if (!problem.IsMendable()) continue;
-    const bool whole_table = std::holds_alternative<RebuildIndex>(problem.remedy);
+    const bool whole_table = std::holds_alternative<RebuildIndex>(problem.remedy) ||
+                             std::holds_alternative<CorrectMemoEnd>(problem.remedy);
     MendStep step{problem.table, whole_table ? 0 : problem.record, DescribeRemedy(problem.remedy)};
     const bool known = std::any_of(steps->begin(), steps->end(), [&](const MendStep& other) {
       return other.table == step.table && other.record == step.record && other.text == step.text;
@@ -38,7 +50,7 @@ class Mender {
 
   MendReport Run() {
     if (OpenAlone()) {
-      RebuildIndexes();
+      MendTables();
       MendReferences();
       ExamineAgain();
     }
@@ -59,6 +71,11 @@ class Mender {
       if (in_use != company_.Failures().end()) {
         report_.refusal =
             in_use->table->Name() + " is open on another workstation. Have everybody leave the program";
+        return false;
+      }
+      if (std::any_of(company_.Failures().begin(), company_.Failures().end(), IsReadOnly)) {
+        report_.refusal =
+            "The company's data may only be read here. See to the rights on the folder or to its disk";
         return false;
       }
       // Nobody is in, so the journal can be seen to as well.
@@ -108,14 +125,19 @@ class Mender {
     return false;
   }
 
-  void RebuildIndexes() {
+  void MendTables() {
     Problems problems;
     company_.VerifyTables(&problems);
     for (TableBase* table : company_.Tables()) {
-      const auto damaged = std::find_if(problems.begin(), problems.end(), [&](const CompanyProblem& problem) {
-        return problem.table == table->Name() && std::holds_alternative<RebuildIndex>(problem.remedy);
-      });
-      if (damaged != problems.end()) Done(*damaged, home_.data.ReindexDatabase(table->Handle()));
+      const auto find = [&]<class Wanted>(Wanted) {
+        return std::find_if(problems.begin(), problems.end(), [&](const CompanyProblem& problem) {
+          return problem.table == table->Name() && std::holds_alternative<Wanted>(problem.remedy);
+        });
+      };
+      const auto memo = find(CorrectMemoEnd());
+      if (memo != problems.end()) Done(*memo, home_.data.CorrectMemoEnd(table->Handle()));
+      const auto index = find(RebuildIndex());
+      if (index != problems.end()) Done(*index, home_.data.ReindexDatabase(table->Handle()));
     }
     Problems after;
     company_.VerifyTables(&after);  // says which tables may be trusted
@@ -204,6 +226,7 @@ MendReport PlanMending(const TableHome& home) {
   MendReport report;
   std::vector<CompanyProblem> problems = VerifyCompany(home);
   AddSteps(problems, &report.steps);
+  report.incomplete = std::any_of(problems.begin(), problems.end(), HidesOthers);
   std::erase_if(problems, [](const CompanyProblem& problem) { return problem.IsMendable(); });
   report.remains = std::move(problems);
   return report;

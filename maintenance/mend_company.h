@@ -21,6 +21,7 @@ struct MendReport {
   std::string refusal;                  // why nothing was begun; "" when it was
   std::vector<MendStep> steps;          // done, or, of a plan, to be done
   std::vector<CompanyProblem> remains;  // what a person must decide, or what failed
+  bool incomplete = false;              // of a plan: more can be judged when its steps have been done
 };
 
 // What MendCompany would do, from an examination beside other workstations. Changes nothing. References that

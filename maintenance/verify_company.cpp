@@ -7,6 +7,7 @@
 #include "maintenance/verify_journal.h"
 #include "maintenance/verify_references.h"
 #include "maintenance/verify_table.h"
+#include "shell/lost_table.h"
 #include "tables/bank_code.h"
 
 namespace tallwick {
@@ -35,14 +36,18 @@ CompanyProblem MissingProblem(const TableBase& table) {
 
 void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
                               std::vector<CompanyProblem>* problems) {
-  if (!table.Exists(bank_code)) return;
+  if (!table.Exists(bank_code)) {
+    if (!table.Layout().per_bank && !WhyLost(home_, table.Name()).empty())
+      problems->push_back(MissingProblem(table));
+    return;
+  }
   tables_.push_back(&table);
   // Tried silently first: a damaged table would ask the user whether it shall be rebuilt.
   const bool alone = access_ == Access::kExclusive;
   const DataHandle tried = home_.data.OpenDatabaseSilent(table.Path(), alone);
   if (tried <= 0) {
     failures_.push_back({&table, tried});
-    problems->push_back(NotOpenedProblem(table.Name(), tried));
+    problems->push_back(NotOpenedProblem(home_.files, table.Path(), table.Name(), tried));
     // The suite's tables may have other tags than those that we know of.
     if (&table == &users_ || &table == &user_banks_) problems->back().remedy = {};
     return;
@@ -68,20 +73,18 @@ void ExaminedCompany::Open(std::vector<CompanyProblem>* problems) {
     if (!BankCodeProblem(code).empty()) {
       problems->push_back({banks.Name(),
                            banks.RecordNumber(),
-                           "the bank's code " + Quoted(code) + " can name no tables",
+                           "the bank's code " + Quoted(code) +
+                               " can name no tables: give the bank another code in its record",
                            {}});
       continue;
     }
     by_bank.emplace(code, std::make_unique<BankTables>(home_));
   }
-  bool any_bank = false;
-  for (auto& [code, bank] : by_bank) any_bank |= OpenBank(*bank, code, problems);
-  if (any_bank && !xrefs.IsOpen() && !xrefs.Exists()) problems->push_back(MissingProblem(xrefs));
+  for (auto& [code, bank] : by_bank) OpenBank(*bank, code, problems);
 }
 
-// True when the bank has tables. A bank that was never opened has none; one that has some has lost the
-// others.
-bool ExaminedCompany::OpenBank(BankTables& bank, const std::string& code,
+// A bank that was never opened has no tables; one that has some has lost the others.
+void ExaminedCompany::OpenBank(BankTables& bank, const std::string& code,
                                std::vector<CompanyProblem>* problems) {
   const auto all = bank.All();
   const bool has_any = std::any_of(all.begin(), all.end(), [&](TableBase* one) { return one->Exists(code); });
@@ -89,7 +92,6 @@ bool ExaminedCompany::OpenBank(BankTables& bank, const std::string& code,
     if (has_any && !table->Exists(code)) problems->push_back(MissingProblem(*table));
     OpenOne(*table, code, problems);
   }
-  return has_any;
 }
 
 void ExaminedCompany::Close() {

@@ -48,7 +48,7 @@ class ExaminedCompany {
   std::map<std::string, std::unique_ptr<BankTables>> by_bank;  // by trimmed code
 
  private:
-  bool OpenBank(BankTables& bank, const std::string& code, std::vector<CompanyProblem>* problems);
+  void OpenBank(BankTables& bank, const std::string& code, std::vector<CompanyProblem>* problems);
   void OpenOne(TableBase& table, const std::string& bank_code, std::vector<CompanyProblem>* problems);
 
   TableHome home_;

@@ -9,10 +9,13 @@ namespace {
 
 struct Describe {
   std::string operator()(std::monostate) const { return {}; }
-  std::string operator()(const CorrectCount&) const {
-    return "sets the record count to what the file holds; look its last records over";
+  std::string operator()(const CorrectCount& correct) const {
+    return "sets the record count to what the file holds; look its last records over" + correct.counts;
   }
   std::string operator()(const RebuildIndex&) const { return "builds the index anew from the records"; }
+  std::string operator()(const CorrectMemoEnd&) const {
+    return "sets the next free block of the memo file to the file's end";
+  }
   std::string operator()(const AddXref& add) const {
     return "adds the cross-reference " + Quoted(add.xref.kind + " " + std::string(Trim(add.xref.reference))) +
            " of file " + Quoted(add.xref.file_number) + " in bank " + add.xref.bank_code;

@@ -11,8 +11,11 @@
 namespace tallwick {
 
 // Remedies follow from other records alone. None of them touches an amount, a transaction or a memo.
-struct CorrectCount {};  // the head's record count, from the file's length
-struct RebuildIndex {};  // every tag of the table, from its records
+struct CorrectCount {       // the head's record count, from the file's length
+  std::string counts = {};  // ".  It counts 9 records and holds 8", where that is known
+};
+struct RebuildIndex {};    // every tag of the table, from its records
+struct CorrectMemoEnd {};  // the memo file's next free block, from the file's length
 struct AddXref {
   XrefRecord xref;
 };
@@ -29,8 +32,8 @@ struct SetJournalAside {};
 // The units that wait in the journal; any opening of a table does it.
 struct FinishUnits {};
 
-using Remedy = std::variant<std::monostate, CorrectCount, RebuildIndex, AddXref, AddDepositXref,
-                            RaiseVoucherCounter, SetJournalAside, FinishUnits>;
+using Remedy = std::variant<std::monostate, CorrectCount, RebuildIndex, CorrectMemoEnd, AddXref,
+                            AddDepositXref, RaiseVoucherCounter, SetJournalAside, FinishUnits>;
 
 struct CompanyProblem {
   std::string table;

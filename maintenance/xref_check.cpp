@@ -4,33 +4,15 @@
 #include <functional>
 
 #include "core/text.h"
+#include "maintenance/reference_rules.h"
 #include "shell/company_tables.h"
-#include "tables/bank_tables.h"
+#include "shell/main_commands.h"
 #include "tables/keys.h"
 
 namespace tallwick {
 namespace {
 
 constexpr int kShowEvery = 100;  // items between two words of progress
-
-// A deposit item's reference taken apart: 8 characters date, 2 sequence, 2 item.
-struct ItemReference {
-  std::string dated;
-  std::string sequence;
-  int item = 0;  // 0: the text is no reference
-};
-
-int ItemNumber(std::string_view text) {
-  const std::string_view digits = Trim(text);
-  if (!IsAllDigits(digits) || digits.size() > 2) return 0;
-  const int number = std::stoi(std::string(digits));
-  return number <= kDepositItems ? number : 0;
-}
-
-ItemReference TakeApart(const std::string& reference) {
-  if (reference.size() < 12) return {};
-  return {reference.substr(0, 8), reference.substr(8, 2), ItemNumber(std::string_view(reference).substr(10))};
-}
 
 class Checker {
  public:
@@ -39,6 +21,7 @@ class Checker {
         options_(options),
         progress_(progress),
         bank_(session.Home()),
+        targets_(bank_, [](const TableBase& table) { return table.IsOpen(); }),
         xrefs_(session.Company().xrefs),
         code_(session.BankCode()) {}
 
@@ -47,8 +30,9 @@ class Checker {
     if (!result_.opened) return std::move(result_);
     for (TableBase* table : bank_.All()) total_ += table->RecordCount();
     total_ += xrefs_.RecordCount();
-    result_.completed = CheckChecks() && CheckWires() && CheckVouchers() && CheckDeposits() &&
-                        CheckDepositXrefs() && CheckXrefs();
+    result_.completed = CheckItems(bank_.checks, kCheckItems) && CheckItems(bank_.wires, kWireItems) &&
+                        CheckItems(bank_.vouchers, kVoucherItems) && CheckDeposits() && CheckDepositXrefs() &&
+                        CheckXrefs();
     return std::move(result_);
   }
 
@@ -88,32 +72,17 @@ class Checker {
     return {bytes.begin(), bytes.end()};
   }
 
-  bool CheckChecks() {
-    return ForEach(bank_.checks, [this] {
-      const CheckRecord check = bank_.checks.Read();
-      Require(bank_.checks, CheckXref(check.file_number, code_, check.number), "Check " + check.number);
-    });
-  }
-  bool CheckWires() {
-    return ForEach(bank_.wires, [this] {
-      const WireRecord wire = bank_.wires.Read();
-      Require(bank_.wires, WireXref(wire.file_number, code_, wire.number), "Wire " + wire.number);
-    });
-  }
-  bool CheckVouchers() {
-    return ForEach(bank_.vouchers, [this] {
-      const VoucherRecord voucher = bank_.vouchers.Read();
-      Require(bank_.vouchers, VoucherXref(voucher.file_number, code_, voucher.number),
-              "Voucher " + voucher.number);
+  bool CheckItems(TableBase& table, const ItemKind& kind) {
+    return ForEach(table, [this, &table, &kind] {
+      const Item item = CurrentItem(table, kind);
+      Require(table, kind.xref(item.file_number, code_, item.number),
+              std::string(kind.title) + " " + item.number);
     });
   }
   bool CheckDeposits() {
     return ForEach(bank_.deposits, [this] {
-      const DepositRecord deposit = bank_.deposits.Read();
-      for (int item = 1; item <= kDepositItems; ++item) {
-        const std::string& file = deposit.items[static_cast<std::size_t>(item) - 1].file_number;
-        if (!file.empty() && !stopped_) RequireItem(deposit, file, item);
-      }
+      for (const ReferredItem& item : ItemsOf(bank_.deposits.Read(), code_))
+        if (!stopped_) RequireItem(item);
     });
   }
 
@@ -123,17 +92,15 @@ class Checker {
     ReportMissing(table, std::move(item), xref.file_number, add);
   }
 
-  void RequireItem(const DepositRecord& deposit, const std::string& file, int item) {
-    const XrefRecord xref = DepositItemXref(file, code_, deposit.dated, deposit.sequence, item);
-    const DepositXrefRecord own{file, deposit.dated, deposit.sequence, std::to_string(item)};
-    if (xrefs_.SeekReference(xref) && bank_.deposit_xrefs.SeekItem(own)) return;
+  void RequireItem(const ReferredItem& item) {
+    if (xrefs_.SeekReference(item.xref) && bank_.deposit_xrefs.SeekItem(item.own)) return;
     const auto add = [&] {
-      int code = xrefs_.SeekReference(xref) ? 0 : xrefs_.Add(xref, true);
-      if (code == engine::kSuccess && !bank_.deposit_xrefs.SeekItem(own))
-        code = bank_.deposit_xrefs.Add(own, true);
+      int code = xrefs_.SeekReference(item.xref) ? 0 : xrefs_.Add(item.xref, true);
+      if (code == engine::kSuccess && !bank_.deposit_xrefs.SeekItem(item.own))
+        code = bank_.deposit_xrefs.Add(item.own, true);
       return code;
     };
-    ReportMissing(bank_.deposits, ItemName(deposit.dated, deposit.sequence, item), file, add);
+    ReportMissing(bank_.deposits, ItemName(item.own), item.own.file_number, add);
   }
 
   void ReportMissing(TableBase& table, std::string item, const std::string& file,
@@ -169,60 +136,39 @@ class Checker {
     return code;
   }
 
-  static std::string ItemName(std::string_view dated, std::string_view sequence, int item) {
-    return "Deposit " + std::string(dated) + " " + std::string(Trim(sequence)) + " item " +
-           std::to_string(item);
-  }
-
-  bool HasItem(std::string_view dated, std::string_view sequence, int item, std::string_view file) {
-    return item >= 1 && bank_.deposits.SeekDeposit(dated, sequence) &&
-           SameKey(bank_.deposits.Read().items[static_cast<std::size_t>(item) - 1].file_number, file);
+  static std::string ItemName(const DepositXrefRecord& xref) {
+    return "Deposit " + xref.dated + " " + std::string(Trim(xref.sequence)) + " item " +
+           std::string(Trim(xref.item));
   }
 
   bool CheckDepositXrefs() {
     return ForEach(bank_.deposit_xrefs, [this] {
       const DepositXrefRecord xref = bank_.deposit_xrefs.Read();
-      const int item = ItemNumber(xref.item);
-      if (!HasItem(xref.dated, xref.sequence, item, xref.file_number) && IsStill(bank_.deposit_xrefs))
-        Report({ItemName(xref.dated, xref.sequence, item), xref.file_number, "Invalid", true, false});
+      if (targets_.Find(xref) != ReferenceTarget::kThere && IsStill(bank_.deposit_xrefs))
+        Report({ItemName(xref), xref.file_number, "Invalid", true, false});
     });
   }
 
   bool CheckXrefs() {
     return ForEach(xrefs_, [this] {
       const XrefRecord xref = xrefs_.Read();
-      if (SameKey(xref.bank_code, code_) && !HasTransaction(xref) && IsStill(xrefs_))
+      if (SameKey(xref.bank_code, code_) && targets_.Find(xref) != ReferenceTarget::kThere && IsStill(xrefs_))
         Report({KindName(xref.kind) + " " + std::string(Trim(xref.reference)), xref.file_number, "Invalid",
                 true, false});
     });
   }
 
   static std::string KindName(std::string_view kind) {
-    if (kind == "C") return "Check";
-    if (kind == "D") return "Deposit";
-    if (kind == "W") return "Wire";
-    return kind == "V" ? "Voucher" : "Kind " + Quoted(kind);
-  }
-
-  bool HasTransaction(const XrefRecord& xref) {
-    if (xref.kind == "C")
-      return bank_.checks.SeekNumber(xref.reference) &&
-             SameKey(bank_.checks.Read().file_number, xref.file_number);
-    if (xref.kind == "W")
-      return bank_.wires.SeekNumber(xref.reference) &&
-             SameKey(bank_.wires.Read().file_number, xref.file_number);
-    if (xref.kind == "V")
-      return bank_.vouchers.SeekNumber(xref.reference) &&
-             SameKey(bank_.vouchers.Read().file_number, xref.file_number);
-    if (xref.kind != "D") return false;
-    const ItemReference item = TakeApart(xref.reference);
-    return HasItem(item.dated, item.sequence, item.item, xref.file_number);
+    for (const ItemKind* items : {&kCheckItems, &kWireItems, &kVoucherItems})
+      if (kind == items->kind) return std::string(items->title);
+    return kind == "D" ? "Deposit" : "Kind " + Quoted(kind);
   }
 
   Session& session_;
   const XrefCheckOptions& options_;
   WorkProgress& progress_;
   BankTables bank_;
+  ReferenceTargets targets_;
   XrefTable& xrefs_;
   std::string code_;
   std::int64_t total_ = 0;
@@ -250,6 +196,7 @@ int XrefCheckResult::Created() const {
 }
 
 XrefCheckResult CheckXReferences(Session& session, const XrefCheckOptions& options, WorkProgress& progress) {
+  if (!MayCarryOut(session, "mnuFileCheckXReference")) return {};
   return Checker(session, options, progress).Run();
 }
 

@@ -24,7 +24,7 @@ struct XrefFinding {
 };
 
 struct XrefCheckResult {
-  bool opened = false;     // false after a message: the bank's tables could not be had
+  bool opened = false;     // false after a message: no right to it, or the bank's tables could not be had
   bool completed = false;  // nothing stopped it
   int examined = 0;        // transactions and references
   std::vector<XrefFinding> findings;

@@ -4,7 +4,7 @@ namespace tallwick {
 namespace {
 
 PostOutcome Failed(clsKVRData& data, PostOutcome::Step step, int code) {
-  PostOutcome outcome{code, step, {}, {}};
+  PostOutcome outcome{code, step, {}, {}, data.AdviceFor(code)};
   if (code == engine::kErrorFieldValue) {
     outcome.field = data.LastFieldProblem().field;
     outcome.field_problem = data.LastFieldProblem().text;
@@ -52,8 +52,7 @@ std::string FailureMessage(const PostOutcome& outcome, std::string_view item, st
 }
 
 std::string AdviceFor(const PostOutcome& outcome) {
-  if (outcome.code != engine::kLocked) return {};
-  return "\r\nAnother workstation holds the record.  Nothing was saved: try again in a moment.";
+  return outcome.advice.empty() ? std::string() : "\r\n" + outcome.advice;
 }
 
 }  // namespace tallwick

@@ -22,6 +22,7 @@ struct PostOutcome {
   // When a value does not fit its field: the field, and a sentence that says why.
   std::string field;
   std::string field_problem;
+  std::string advice;  // what to do about it; "" where the code says enough
 
   bool Done() const { return code == 0; }
 };

@@ -52,7 +52,7 @@ std::string AboutRtf(const Session& session) {
   const FileSystem& files = session.Files();
   const MachineFacts facts = session.TheMachine() != nullptr ? session.TheMachine()->Facts() : MachineFacts();
   const auto shown = [&files](const std::string& folder) {
-    return folder.empty() ? folder : files.PlatformPath(folder);
+    return folder.empty() ? folder : files.PlatformPath(WithBackslash(folder));
   };
   std::string text = "{\\rtf1\\ansi\\ansicpg1252{\\fonttbl{\\f0\\fswiss Arial;}}\\f0\\fs20\n";
   text += "\\b " + Escaped(kProgramName) + "\\b0\\par\n";

@@ -2,6 +2,7 @@
 
 #include "shell/company_tables.h"
 #include "shell/transactions_switch.h"
+#include "store/clsKVRData.h"
 
 namespace tallwick {
 
@@ -19,6 +20,7 @@ std::string AdvanceQuestion(const BankRecord& bank, const Date& today) {
 bool AdvanceAccountingDate(Session& session) {
   if (session.BankCode().empty() || !TransactionsOpen(session)) return false;
   BankTable& banks = session.Company().banks;
+  if (session.Data().IsReadOnly(banks.Handle())) return false;
   const std::optional<BankRecord> bank = banks.Find(session.BankCode());
   if (!bank) return false;
   const Date today = session.TheClock().Now().date;

@@ -12,37 +12,23 @@ namespace {
 
 constexpr std::size_t kLatestRows = 12;
 
+// A check, a wire or a voucher.
+template <class Record>
+LatestPosting ItemPosting(const Record& item, std::string_view kind, std::string_view status) {
+  return {item.dated, std::string(kind), item.number,         item.file_number,
+          item.payee, item.amount,       std::string(status), StatusStyle(item.status)};
+}
+
 LatestPosting PostingOf(const CheckRecord& check) {
-  return {check.dated,
-          "Check",
-          check.number,
-          check.file_number,
-          check.payee,
-          check.amount,
-          CheckStatusText(check.status),
-          StatusStyle(check.status)};
+  return ItemPosting(check, "Check", CheckStatusText(check.status));
 }
 
 LatestPosting PostingOf(const WireRecord& wire) {
-  return {wire.dated,
-          "Wire",
-          wire.number,
-          wire.file_number,
-          wire.payee,
-          wire.amount,
-          WireStatusText(wire.status),
-          StatusStyle(wire.status)};
+  return ItemPosting(wire, "Wire", WireStatusText(wire.status));
 }
 
 LatestPosting PostingOf(const VoucherRecord& voucher) {
-  return {voucher.dated,
-          "Voucher",
-          voucher.number,
-          voucher.file_number,
-          voucher.payee,
-          voucher.amount,
-          voucher.status == "C" ? "Cleared" : "Outstanding",
-          StatusStyle(voucher.status)};
+  return ItemPosting(voucher, "Voucher", voucher.status == "C" ? "Cleared" : "Outstanding");
 }
 
 LatestPosting PostingOf(const DepositRecord& deposit) {

@@ -4,6 +4,7 @@
 #include <array>
 
 #include "shell/rights.h"
+#include "shell/start_up.h"
 
 namespace tallwick {
 namespace {
@@ -76,6 +77,13 @@ int RightOfCommand(std::string_view control) {
     return command.control == control || command.other_name == control;
   });
   return found == kCommands.end() ? 0 : found->right;
+}
+
+bool MayCarryOut(const Session& session, std::string_view control) {
+  if (session.MayUse(RightOfCommand(control))) return true;
+  session.Boxes().Critical(kProgramName,
+                           "You do not have the right to use this command.  Ask the administrator for it.");
+  return false;
 }
 
 bool EntersTransactions(std::string_view screen, std::string_view mode) {

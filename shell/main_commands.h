@@ -6,6 +6,8 @@
 #include <span>
 #include <string_view>
 
+#include "shell/session.h"
+
 namespace tallwick {
 
 struct MainCommand {
@@ -26,6 +28,10 @@ std::span<const MainCommand> MainCommands();
 
 // The right that a command asks for, by either of its names; 0 = none, or no such command.
 int RightOfCommand(std::string_view control);
+
+// For the work behind a command, whoever has called it: true when the current user may do it, else false
+// after a message.
+bool MayCarryOut(const Session& session, std::string_view control);
 
 // True when the screen, in this mode, enters or changes transactions.
 bool EntersTransactions(std::string_view screen, std::string_view mode);

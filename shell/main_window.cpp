@@ -11,6 +11,7 @@
 #include "shell/help.h"
 #include "shell/start_up.h"
 #include "shell/transactions_switch.h"
+#include "store/clsKVRData.h"
 
 namespace tallwick {
 namespace {
@@ -50,10 +51,12 @@ std::vector<std::string_view> NamesOf(const MainCommand& command) {
   return {command.control, command.other_name};
 }
 
-std::string WindowCaption(const Suite& suite) {
+std::string WindowCaption(const Session& session) {
+  const Suite& suite = session.TheSuite();
   std::string caption(kProgramName);
   if (!suite.CompanyName().empty()) caption += " - " + suite.CompanyName();
   if (!suite.CompanyNumber().empty()) caption += " (" + suite.CompanyNumber() + ")";
+  if (session.Data().IsReadOnly(session.Company().banks.Handle())) caption += " - Read Only";
   return caption;
 }
 
@@ -64,7 +67,7 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
       session_(session),
       opener_(opener),
       figures_(session) {
-  SetFormCaption(WindowCaption(session.TheSuite()));
+  SetFormCaption(WindowCaption(session));
   for (const MainCommand& command : MainCommands()) {
     for (const std::string_view name : NamesOf(command))
       Add(ControlKind::kMenu, std::string(name), std::string(command.caption));
@@ -149,6 +152,7 @@ void FrmMainEscrowAccounting::ReadAnew() {
   figures_.Forget();
   ShowStatus();
   ShowCommands();
+  ShowRecentFiles();
   ShowFigures();
 }
 

@@ -6,6 +6,7 @@
 #include "shell/clsLauncher.h"
 #include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
+#include "shell/lost_table.h"
 #include "store/clsKVRData.h"
 
 namespace tallwick {
@@ -42,6 +43,7 @@ class StartUpRun {
       const StartUpResult result = OpenTable(*table);
       if (result != StartUpResult::kStarted) return result;
     }
+    TellReadOnly();
     session_->ReloadUser();
     return StartUpResult::kStarted;
   }
@@ -93,14 +95,18 @@ class StartUpRun {
     const auto note = [ports = ports_, path = session_->data_path_](std::string_view table) {
       NoteMadeTable(ports, path, table);
     };
+    // The session owns the tables that ask.
+    const auto why_lost = [session = session_.get()](std::string_view table) {
+      return WhyLost(*session->home_, table);
+    };
     session_->home_ = std::make_unique<TableHome>(
-        TableHome{*session_->data_, ports_.files, ports_.boxes, session_->data_path_, note});
+        TableHome{*session_->data_, ports_.files, ports_.boxes, session_->data_path_, note, why_lost});
     return session_->data_->InitializeCodebase();
   }
 
   StartUpResult OpenTable(TableBase& table) {
     if (!table.Exists()) {
-      if (table.Create() != engine::kSuccess) return StartUpResult::kTablesRefused;
+      if (!table.MayMake() || table.Create() != engine::kSuccess) return StartUpResult::kTablesRefused;
       outcome_.made_tables.push_back(table.Name());
     }
     // Asked without a word first: a table held exclusively has a message of its own.
@@ -111,7 +117,36 @@ class StartUpRun {
       return StartUpResult::kExclusive;
     }
     if (probe > 0) data.CloseDatabase(probe);
-    return table.Open() > 0 ? StartUpResult::kStarted : StartUpResult::kTablesRefused;
+    if (table.Open() > 0) return StartUpResult::kStarted;
+    TellRefused(table, data.OpenErrorCode());
+    return StartUpResult::kTablesRefused;
+  }
+
+  void TellRefused(const TableBase& table, int code) {
+    const std::string shown = ports_.files.PlatformPath(session_->data_path_);
+    ports_.boxes.Critical(
+        kProgramName, "Escrow Accounting can not start: " + table.Name() + " does not open.  " +
+                          std::string(engine::error4text(code)) + " (" + std::to_string(code) +
+                          ").\r\rHave everybody leave the program.  Then \"escrowctl --data " + shown +
+                          " verify\" says what is wrong, \"mend\" in its place mends what can be mended, and "
+                          "a copy brings back the rest.");
+  }
+
+  // Looking at things needs no more than reading.
+  void TellReadOnly() {
+    std::string tables;
+    for (const TableBase* table : session_->company_->All()) {
+      if (!session_->data_->IsReadOnly(table->Handle())) continue;
+      tables += (tables.empty() ? "" : ", ") + table->Name();
+    }
+    if (tables.empty()) return;
+    ports_.boxes.Inform(
+        kProgramName,
+        "The company's data can be looked at here, but not changed: the folder or its files are "
+        "write-protected (" +
+            tables + ").\r(" + ports_.files.PlatformPath(session_->data_path_) +
+            ")\r\rWhatever would post or change something is refused.  Have the rights on the "
+            "folder, or its disk, seen to, and start again.");
   }
 
   // A table that appears by itself is worth knowing for whoever looks for a lost one later.

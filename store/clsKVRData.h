@@ -107,6 +107,9 @@ class clsKVRData {
   std::int16_t LastErrorCode() const { return last_error_; }
   std::int16_t OpenErrorCode() const { return open_error_; }  // of the last failed open; 0 after a good one
   const FieldProblem& LastFieldProblem() const { return field_problem_; }
+  // What a person can do about a write that failed with the code just now: sentences that begin with why, or
+  // "" where the code's own text says all.
+  std::string AdviceFor(int code) const;
   // Set when the user wants a table rebuilt whose open failed. The opener rebuilds it and clears the flag.
   bool RebuildRequested() const { return rebuild_requested_; }
   void ClearRebuildRequest() { rebuild_requested_ = false; }
@@ -147,6 +150,8 @@ class clsKVRData {
   // examined.
   int VerifyDatabase(DataHandle data, std::vector<engine::TableProblem>* problems,
                      const engine::Progress& progress = {});
+  // Sets the next free block of an open table's memo file to the file's end; needs exclusive access.
+  int CorrectMemoEnd(DataHandle data);
   // Makes the index of a closed table anew, whatever state the old one is in; needs exclusive access.
   int RebuildIndex(std::string_view name, std::span<const TagLayout> tags,
                    const engine::Progress& progress = {});
@@ -157,6 +162,8 @@ class clsKVRData {
   bool IsDatabaseOpen(DataHandle data) const { return Find(data) != nullptr; }
   std::string DatabaseName(DataHandle data) const;  // full path as a person is shown it; "" when not open
   bool HasIndex(DataHandle data) const;
+  // True where the table may be read and not written: writes then end with engine::kErrorReadOnly.
+  bool IsReadOnly(DataHandle data) const;
 
   // Told the table and the record after each append and each write of a record, within the unit of work that
   // may still be rolled back.

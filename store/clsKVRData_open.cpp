@@ -184,6 +184,11 @@ int clsKVRData::VerifyDatabase(DataHandle data, std::vector<engine::TableProblem
   return table ? Finish(engine::d4verify(*table->data, problems, progress)) : NotOpen();
 }
 
+int clsKVRData::CorrectMemoEnd(DataHandle data) {
+  OpenTable* table = Find(data);
+  return table ? Finish(engine::d4correctMemoEnd(*table->data)) : NotOpen();
+}
+
 int clsKVRData::RebuildIndex(std::string_view name, std::span<const TagLayout> tags,
                              const engine::Progress& progress) {
   return engine_ ? Finish(engine::d4rebuildIndex(*engine_, AdjustDBName(name), tags, progress)) : NotOpen();
@@ -214,6 +219,11 @@ void clsKVRData::TellUnreadable(DataHandle data, int code) {
 std::string clsKVRData::DatabaseName(DataHandle data) const {
   const OpenTable* table = Find(data);
   return table ? engine::d4fileName(*table->data) : std::string();
+}
+
+bool clsKVRData::IsReadOnly(DataHandle data) const {
+  const OpenTable* table = Find(data);
+  return table && engine::d4readOnly(*table->data);
 }
 
 bool clsKVRData::HasIndex(DataHandle data) const {

@@ -76,12 +76,37 @@ int clsKVRData::AppendWithRetries(DataHandle data, FieldHandle unique_id, bool s
   }
 }
 
+std::string clsKVRData::AdviceFor(int code) const {
+  const std::string holder = engine_ ? engine::code4lockUserId(*engine_) : std::string();
+  switch (code) {
+    case engine::kLocked:
+      return "Another workstation holds the record.  Nothing was saved: try again in a moment.";
+    case engine::kErrorCopying:
+      return (holder.empty() ? "Another workstation" : holder) +
+             " is making a copy of the data.  Nothing was saved: try again when the copy is done.";
+    case engine::kErrorReadOnly:
+      return "The company's data may only be read here: the folder, or one of its files, is "
+             "write-protected.  Nothing was saved: have the rights on the folder, or its disk, seen to, and "
+             "start again.";
+    case engine::kErrorDiskFull:
+      return "The disk of the company's data is full.  Nothing was saved: make room on it and try again.";
+    case engine::kErrorWrite:
+      return "The disk or the network refused to write.  Nothing was saved: have it seen to and try again.";
+    case engine::kErrorJournal:
+      return "The journal of the company's folder can not be used.  Nothing was saved: \"escrowctl verify\" "
+             "says what is wrong with it.";
+    default:
+      return {};
+  }
+}
+
 void clsKVRData::ReportUpdateFailure(DataHandle data, int code) {
   const OpenTable* table = Find(data);
   std::string text =
       "Error: " + std::to_string(code) + "\r\n\r\nDatabase: " + DatabaseName(data) + "\r\n\r\n";
   const std::string holder = code == engine::kLocked ? engine::code4lockUserId(*engine_) : std::string();
   if (!holder.empty()) text += "In use by " + holder + "\r\n\r\n";
+  if (const std::string advice = AdviceFor(code); code < 0 && !advice.empty()) text += advice + "\r\n\r\n";
   for (const engine::Tag4* tag : table->tags) {
     int unique = engine::t4unique(*tag);
     if (unique != engine::kUnique && unique != engine::kUniqueContinue) continue;

@@ -30,6 +30,8 @@ void AddOptions(QCommandLineParser& parser) {
                      {"number", "Company number.", "number"},
                      {"login", "Login name of the user.", "login"},
                      {"security", "Whether rights are enforced: on or off.", "on|off"},
+                     {"branches", "Branches of the company, parted by commas.", "names"},
+                     {"branch", "Select a branch of the suite that runs on the socket.", "name"},
                      {"files", "Text file with the known escrow file numbers, one a line.", "file"},
                      {"socket", "Name of the local socket.", "name", SuiteSocketName()},
                      {"background", "Start in the background; return when it answers."},
@@ -45,6 +47,7 @@ QString TakeOptions(const QCommandLineParser& parser, SuiteSettings& settings) {
   if (parser.isSet("company")) settings.company_name = parser.value("company");
   if (parser.isSet("number")) settings.company_number = parser.value("number");
   if (parser.isSet("login")) settings.login = parser.value("login");
+  if (parser.isSet("branches")) SetBranches(parser.value("branches").split(','), settings);
   if (parser.isSet("security")) {
     const QString security = parser.value("security").toLower();
     if (security != "on" && security != "off") return "--security takes on or off.";
@@ -86,6 +89,12 @@ int Run() {
   if (parser.isSet("stop")) {
     const bool ended = AskSuite(socket_name, {{"ask", "quit"}})["ended"].toBool();
     return ended ? 0 : Fail("No suite runs on " + socket_name + ".");
+  }
+  if (parser.isSet("branch")) {
+    const QString wanted = parser.value("branch");
+    const QJsonObject answer = AskSuite(socket_name, {{"ask", "branch"}, {"branch", wanted}});
+    if (answer.isEmpty()) return Fail("No suite runs on " + socket_name + ".");
+    return answer["branch"].toString() == wanted ? 0 : Fail("The company has no branch " + wanted + ".");
   }
   SuiteSettings settings;
   const QString wrong = TakeOptions(parser, settings);

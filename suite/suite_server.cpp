@@ -52,11 +52,16 @@ QJsonObject SuiteServer::Answer(const QJsonObject& request) {
     if (!settings_.file_list) return {{"known", QJsonValue::Null}};
     return {{"known", settings_.file_list->contains(number)}};
   }
+  if (asked == "branch") {
+    const QString branch = request["branch"].toString();
+    if (settings_.branches.contains(branch)) settings_.branch = branch;
+    return {{"branch", settings_.branch}};
+  }
   if (asked == "quit") {
     emit EndAsked();
     return {{"ended", true}};
   }
-  return {{"error", "Unknown question: ask for state, register, file or quit."}};
+  return {{"error", "Unknown question: ask for state, register, file, branch or quit."}};
 }
 
 QJsonObject SuiteServer::State() const {

@@ -18,6 +18,16 @@ bool ReadFileList(const QString& path, SuiteSettings& settings) {
   return true;
 }
 
+void SetBranches(const QStringList& names, SuiteSettings& settings) {
+  QStringList branches;
+  for (const QString& name : names) {
+    if (!name.trimmed().isEmpty()) branches << name.trimmed();
+  }
+  if (branches.isEmpty()) return;
+  settings.branches = branches;
+  settings.branch = branches.front();
+}
+
 bool ReadSettings(const QString& path, SuiteSettings& settings) {
   if (!QFileInfo(path).isReadable()) return false;
   const QSettings ini(path, QSettings::IniFormat);
@@ -32,7 +42,7 @@ bool ReadSettings(const QString& path, SuiteSettings& settings) {
   take("Company/SettingsPath", settings.settings_path);
   take("Company/UpdatePath", settings.update_path);
   take("Company/InactiveBanksPath", settings.inactive_banks_path);
-  take("Company/Branch", settings.branch);
+  SetBranches(ini.value("Company/Branches").toStringList(), settings);
   take("User/Login", settings.login);
   settings.security_on = ini.value("User/SecurityOn", settings.security_on).toBool();
   const QString list = ini.value("Company/FileList").toString();

@@ -1,7 +1,9 @@
 // What the stand-in publishes, and the INI file it is read from:
-//   [Company] Name, Number, DataPath, ApplicationPath, SettingsPath, UpdatePath, InactiveBanksPath, Branch,
-//   FileList [User]    Login, SecurityOn
-// Paths are written with "/". FileList is a text file with one escrow file number a line.
+//   [Company] Name, Number, DataPath, ApplicationPath, SettingsPath, UpdatePath, InactiveBanksPath, Branches,
+//             FileList
+//   [User]    Login, SecurityOn
+// Paths are written with "/". Branches are parted by commas; the first is selected at first. FileList is a
+// text file with one escrow file number a line.
 #pragma once
 
 #include <QString>
@@ -18,7 +20,8 @@ struct SuiteSettings {
   QString settings_path;  // the data path when left out
   QString update_path;
   QString inactive_banks_path;  // the data path when left out
-  QString branch = "Main Office";
+  QStringList branches = {"Main Office"};
+  QString branch = branches.front();  // the selected one
   QString login;
   bool security_on = false;
   std::optional<QStringList> file_list;  // upper case; nothing where no list is kept
@@ -26,6 +29,9 @@ struct SuiteSettings {
 
 // Reads the file over `settings`. False when it cannot be read.
 bool ReadSettings(const QString& path, SuiteSettings& settings);
+
+// Takes the names for the branches and selects the first; blank ones are left out.
+void SetBranches(const QStringList& names, SuiteSettings& settings);
 
 // The lines of a file list. False when it cannot be read.
 bool ReadFileList(const QString& path, SuiteSettings& settings);

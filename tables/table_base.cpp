@@ -90,13 +90,29 @@ void TableBase::RemoveStrays() {
 
 void TableBase::ReportNotCreated(int code) {
   const TableTexts& texts = layout_.texts;
+  const std::string advice = home_.data.AdviceFor(code);
   home_.boxes.Critical(texts.create_title, name_ + std::string(texts.not_created) +
                                                std::string(texts.code_lead) + std::to_string(code) +
-                                               std::string(texts.code_tail));
+                                               std::string(texts.code_tail) +
+                                               (advice.empty() ? advice : "\r\r" + advice));
+}
+
+bool TableBase::MayMake() {
+  const std::string why = WhyLost();
+  if (why.empty()) return true;
+  const std::string text =
+      Quoted(name_) + " is missing, but it was there: " + why +
+      ".  Nobody should post before it is back.\r\rAnswer No, and have the file brought back.  Or answer Yes "
+      "to "
+      "restore a copy at once with Restore Databases: until then an empty table stands in its place.\r\rMake "
+      "an empty one?";
+  return home_.boxes.Show({BoxIcon::kCritical, std::string(layout_.texts.open_title), text,
+                           BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
 }
 
 int TableBase::MakeMissing() {
   if (!layout_.per_bank || home_.files.FileExists(Path())) return engine::kSuccess;
+  if (!MayMake()) return engine::kErrorOpen;
   int code = MakeEmpty();
   if (code == engine::kErrorExists) return engine::kSuccess;  // another workstation was quicker
   if (code != engine::kSuccess) {

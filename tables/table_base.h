@@ -23,6 +23,9 @@ struct TableHome {
   std::string folder;  // the company data path
   // Told the name of a per-bank table that was missing and has been made while it was opened. May be empty.
   std::function<void(std::string_view table)> made_on_open = {};
+  // Asked about a missing table before it is made: what speaks for its having been there, or "". May be
+  // empty.
+  std::function<std::string(std::string_view table)> why_lost = {};
 };
 
 class TableBase {
@@ -43,7 +46,13 @@ class TableBase {
   bool Exists(std::string_view bank_code = {});
   // Makes the empty table; 0, or the engine's code after a message. Leaves it closed.
   int Create(std::string_view bank_code = {});
-  // Opens the table shared and looks up its fields. A per-bank table that is missing is made first. When the
+  // True when nothing speaks for a missing table's having been lost, or the user wants an empty one all the
+  // same.
+  bool MayMake();
+  // What speaks for it, as TableHome::why_lost says.
+  std::string WhyLost() const { return home_.why_lost ? home_.why_lost(name_) : std::string(); }
+  // Opens the table shared and looks up its fields. A per-bank table that is missing is made first, after a
+  // question when it seems to be lost. When the
   // user asks for a rebuild of a damaged one it is rebuilt. The handle, 0 or a negative code after a message.
   DataHandle Open(std::string_view bank_code = {});
   // The same for this workstation alone; a missing table is not made.

@@ -25,13 +25,21 @@ bool Desktop::Start(const SuiteFactory& attach) {
   if (!application_) return false;
   TheSession().SetPrinter(QPrinterInfo::defaultPrinterName().toStdString());
   OpenScreen(kMainScreen, {});
-  // Other workstations throw the transactions switch and post, and nobody tells this one.
+  // Other workstations throw the transactions switch and post, and nobody tells this one. What nobody sees
+  // need not be asked for.
   connect(&look_around_, &QTimer::timeout, this, [this] {
+    if (!IsSeen()) return;
     TheSession().NotifyChanged(SessionChange::kSwitch);
     TheSession().NotifyChanged(SessionChange::kPosted);
   });
   look_around_.start(kLookAroundMs);
   return Find(kMainScreen) != nullptr;
+}
+
+bool Desktop::IsSeen() const {
+  return std::any_of(hosts_.begin(), hosts_.end(), [](const auto& host) {
+    return host->Window().isVisible() && !host->Window().isMinimized();
+  });
 }
 
 ScreenHost* Desktop::Find(std::string_view screen) const {

@@ -43,6 +43,7 @@ class Desktop : public QObject, public ScreenOpener {
   // The open screen of a bank that shows the mode, or has changed to it.
   ScreenHost* FindForBank(std::string_view screen, std::string_view mode, std::string_view bank_code) const;
   void ScreenClosed(ScreenHost& host);
+  bool IsSeen() const;  // any window, by the person
   // False when the user kept one open.
   bool CloseOthers();
 

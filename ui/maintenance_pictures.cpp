@@ -2,31 +2,44 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QProgressBar>
 #include <QTimer>
+#include <utility>
 
 namespace tallwick {
 namespace {
 
-constexpr int kLookEveryMs = 5;
+constexpr int kLookEveryMs = 0;  // whenever the desktop looks at its events
 
 using Take = std::function<void(std::string_view, const QString&)>;
 
 // Opens a screen that waits, and takes its picture from within as soon as it is ready; then it is closed, or
-// its work stopped by Esc.
+// its work stopped by Esc. Work may be over within one look, so each step of its progress bar is looked at.
 void TakeFromWithin(Desktop& desktop, std::string_view screen, std::string_view mode, const QString& name,
                     const Take& take, const std::function<bool(Form&)>& is_ready) {
   QTimer look;
-  bool taken = false;
-  QObject::connect(&look, &QTimer::timeout, &desktop, [&] {
-    ScreenHost* host = desktop.Find(screen);
-    if (host == nullptr || taken || !is_ready(host->TheForm())) return;
-    taken = true;
+  bool looking = false;  // what makes a screen ready may look at its events itself
+  const auto take_if_ready = [&](ScreenHost& host) {
+    if (std::exchange(looking, true)) return;
+    looking = is_ready(host.TheForm());
+    if (!looking) return;
     take(screen, name);
-    QKeyEvent esc(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier);
-    QCoreApplication::sendEvent(&host->Window(), &esc);
+    QCoreApplication::postEvent(&host.Window(),
+                                new QKeyEvent(QEvent::KeyPress, Qt::Key_Escape, Qt::NoModifier));
     QTimer::singleShot(0, &desktop, [&desktop, screen] {
       if (ScreenHost* open = desktop.Find(screen)) open->Close();
     });
+  };
+  const QProgressBar* watched = nullptr;
+  QObject::connect(&look, &QTimer::timeout, &look, [&] {
+    ScreenHost* host = desktop.Find(screen);
+    if (host == nullptr) return;
+    const auto* bar = host->Window().findChild<QProgressBar*>("prgProgress");
+    if (bar != nullptr && watched == nullptr) {
+      watched = bar;
+      QObject::connect(bar, &QProgressBar::valueChanged, &look, [&, host] { take_if_ready(*host); });
+    }
+    take_if_ready(*host);
   });
   look.start(kLookEveryMs);
   desktop.OpenScreen(screen, mode);

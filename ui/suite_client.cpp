@@ -17,7 +17,10 @@ class SocketSuite : public Suite {
   std::string SettingsPath() const override { return Folder("settingsPath"); }
   std::string UpdatePath() const override { return Folder("updatePath"); }
   std::string InactiveBanksPath() const override { return Folder("inactiveBanksPath"); }
-  std::string BranchName() const override { return Text("branch"); }
+  std::string BranchName() const override {
+    AskAgain();
+    return Text("branch");
+  }
 
   bool SecurityOn() const override {
     AskAgain();
@@ -44,7 +47,7 @@ class SocketSuite : public Suite {
   std::string Folder(const char* key) const { return files_.HeldPath(Text(key)); }
   void AskAgain() const {
     const QJsonObject now = AskSuite(socket_name_, {{"ask", "state"}});
-    for (const char* key : {"securityOn", "login"}) {
+    for (const char* key : {"securityOn", "login", "branch"}) {
       if (now.contains(QLatin1String(key))) state_[QLatin1String(key)] = now[QLatin1String(key)];
     }
   }

@@ -8,6 +8,9 @@
 //                                                     "login":T}
 //   {"ask":"register","program":T,"process":N}       {"registered":true}
 //   {"ask":"file","file":T}                          {"known":true|false|null}   null: no file list is kept
+//   {"ask":"branch","branch":T}                      {"branch":T}                the stand-in only: the
+//   branch
+//                                                     that is now selected
 //   {"ask":"quit"}                                   {"ended":true}              the stand-in only
 //   anything else                                    {"error":T}
 // Paths are in the platform's form.

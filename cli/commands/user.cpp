@@ -4,6 +4,7 @@
 #include "cli/json_values.h"
 #include "core/text.h"
 #include "shell/clsSecurity.h"
+#include "shell/company_tables.h"
 #include "shell/rights.h"
 #include "tables/users_table.h"
 
@@ -76,6 +77,17 @@ void Take(const UserArguments& arguments, clsSecurity& user) {
   if (arguments.must_change) user.iMustChange = *arguments.must_change == "on" ? 1 : 0;
 }
 
+// Codes of banks that are not there: a typing error would leave the user without the bank.
+bool HasUnknownBank(Office& office, Session& session, const UserArguments& arguments) {
+  if (!arguments.banks) return false;
+  for (const std::string& code : *arguments.banks) {
+    if (session.Company().banks.Find(Trim(code))) continue;
+    office.Out().Fail("There is no bank " + Quoted(Trim(code)) + ".  \"escrowctl bank list\" names them");
+    return true;
+  }
+  return false;
+}
+
 int Save(Office& office, Session& session, clsSecurity& user) {
   const int code = user.SaveUserSecurity(session.Home(), session.TheClock().Now());
   return code != 0 ? Failed(office, "The user was not saved", code)
@@ -94,6 +106,7 @@ int Add(Office& office, const UserArguments& arguments) {
     office.Out().Fail("There is a user " + Quoted(arguments.login) + " already");
     return kRefused;
   }
+  if (HasUnknownBank(office, *session, arguments)) return kRefused;
   clsSecurity user;
   user.osLogin = arguments.login;
   Take(arguments, user);
@@ -106,6 +119,7 @@ int Set(Office& office, const UserArguments& arguments) {
   if (session == nullptr) return status;
   std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
   if (!user) return Unknown(office, arguments.login);
+  if (HasUnknownBank(office, *session, arguments)) return kRefused;
   Take(arguments, *user);
   return Save(office, *session, *user);
 }

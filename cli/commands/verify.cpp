@@ -35,9 +35,11 @@ int Mend(Office& office, const MendArguments& arguments) {
     out.Item({{"table", step.table}, {"record", step.record}, {"step", step.text}},
              "  " + Place(step.table, step.record) + ": " + step.text);
   out.EndList();
+  if (report.incomplete) out.Line("What rests on these can be judged only then: verify again afterwards");
   if (!report.remains.empty()) out.Line("Left as it is:");
-  return ReportProblems(report.remains, out,
-                        report.steps.empty() ? "No problems found" : "No other problems found");
+  std::string_view none = report.steps.empty() ? "No problems found" : "No other problems found";
+  if (report.incomplete) none = "No other problems found so far";
+  return ReportProblems(report.remains, out, none);
 }
 
 }  // namespace

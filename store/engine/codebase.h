@@ -100,8 +100,8 @@ bool code4unitActive(const Code4& code);
 // --- A whole folder (paths in the platform's form) ---
 
 // Keeps every workstation from writing to the folder's tables, which are all applied and flushed: a copy made
-// meanwhile has no unit half done. The journal is made where it is missing. kLocked when a writer is at work
-// for too long. No unit may be begun meanwhile.
+// meanwhile has no unit half done; whoever waits for it too long is told kErrorCopying. The journal is made
+// where it is missing. kLocked when a writer is at work for too long. No unit may be begun meanwhile.
 int code4holdWriters(Code4& code, const std::string& folder);
 void code4releaseWriters(Code4& code);
 // Takes the folder for this instance alone: until it is released nobody else can open a table there.
@@ -142,6 +142,8 @@ int d4headerCheck(Data4& data);
 std::string d4fileName(const Data4& data);  // full path in the platform's form
 std::string d4alias(const Data4& data);     // base name of the file, upper case
 bool d4exclusive(const Data4& data);
+// True where one of the table's files may not be written: locks and changes then end with kErrorReadOnly.
+bool d4readOnly(const Data4& data);
 int d4numFields(const Data4& data);
 std::uint32_t d4recCountDo(Data4& data);  // records in the table, deleted ones included
 int d4recordLength(const Data4& data);

@@ -22,7 +22,8 @@ enum Code : int {
   kErrorLength = -30,
   kErrorRead = -40,
   kErrorLock = -50,
-  kErrorOpen = -60,  // missing, or no permission
+  kErrorCopying = -55,  // another workstation keeps every writer off while it copies the folder
+  kErrorOpen = -60,     // missing, or no permission
   kErrorOpenRefused =
       -61,  // held exclusively by another workstation, or exclusive access wanted while others use it
   kErrorExists = -64,  // safety is on and the file exists
@@ -32,6 +33,7 @@ enum Code : int {
       -100,  // the file would pass 2 GiB while large files are off, or the record count its limit
   kErrorWrite = -120,
   kErrorDiskFull = -121,
+  kErrorReadOnly = -125,    // the file, its folder or its disk may only be read
   kErrorDataHeader = -200,  // the table's header is damaged: the record count does not fit the file's length
   kErrorDataStructure = -210,  // not a table, or its field list is damaged
   kErrorFieldName = -211,      // no field of this name

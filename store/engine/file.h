@@ -31,6 +31,8 @@ class File {
   virtual int Reserve(std::int64_t, std::int64_t) { return kSuccess; }
   // Returns when everything written so far would survive a power cut.
   virtual int Flush() = 0;
+  // Lets the disk begin with what was written to a range, so that a Flush later has less to wait for.
+  virtual void StartFlush(std::int64_t, std::int64_t) {}
 
   // Whether a path still names this very file, and not one that was put in its place.
   virtual bool IsStill(const std::string&) { return true; }
@@ -53,7 +55,8 @@ class FileLayer {
  public:
   virtual ~FileLayer() = default;
 
-  // The open file; null with `code` set to kErrorOpen, kErrorExists, kErrorCreate or kErrorDiskFull.
+  // The open file; null with `code` set to kErrorOpen, kErrorExists, kErrorCreate, kErrorDiskFull or, where
+  // it may not be written, kErrorReadOnly.
   virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) = 0;
   virtual bool Exists(const std::string& path) = 0;
   virtual int Remove(const std::string& path) = 0;
@@ -62,6 +65,12 @@ class FileLayer {
   // Makes names made, renamed or removed in the folder survive a power cut.
   virtual int FlushFolder(const std::string& folder) = 0;
 };
+
+// Opens a file for reading and writing, or, where it may not be written, for reading alone: then *read_only
+// is set. `mode` is kReadWrite or kOpenOrCreate; a file that is missing and may not be made gives
+// kErrorReadOnly.
+std::unique_ptr<File> OpenOrRead(FileLayer& files, const std::string& path, OpenMode mode, bool* read_only,
+                                 int* code);
 
 // The operating system's files.
 FileLayer& SystemFiles();

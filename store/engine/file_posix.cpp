@@ -68,6 +68,10 @@ class PosixFile final : public File {
 
   int Flush() override { return ::fdatasync(fd_) == 0 ? static_cast<int>(kSuccess) : WriteError(errno); }
 
+  void StartFlush(std::int64_t offset, std::int64_t length) override {
+    ::sync_file_range(fd_, offset, length, SYNC_FILE_RANGE_WRITE);
+  }
+
   bool IsStill(const std::string& path) override {
     struct stat own {};
     struct stat named {};
@@ -156,6 +160,8 @@ class PosixFileLayer final : public FileLayer {
   static int OpenError(OpenMode mode) {
     if (errno == ENOSPC || errno == EDQUOT) return kErrorDiskFull;
     if (errno == EEXIST) return kErrorExists;
+    const bool denied = errno == EACCES || errno == EPERM || errno == EROFS;
+    if (denied && mode != OpenMode::kReadOnly) return kErrorReadOnly;
     return mode == OpenMode::kReadOnly || mode == OpenMode::kReadWrite ? kErrorOpen : kErrorCreate;
   }
 };

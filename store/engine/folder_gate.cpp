@@ -140,10 +140,15 @@ int PassGate(FileLayer& files, const std::string& folder) {
   const std::string path = PathIn(folder, FolderGate::kFileName);
   if (!files.Exists(path)) return kSuccess;
   int rc = kSuccess;
-  const auto gate = files.Open(path, OpenMode::kReadWrite, &rc);
+  bool read_only = false;
+  const auto gate = OpenOrRead(files, path, OpenMode::kReadWrite, &read_only, &rc);
   if (!gate) return files.Exists(path) ? rc : static_cast<int>(kSuccess);
   rc = gate->Lock(0, 1, LockKind::kShared);
-  if (rc == kSuccess && gate->Size() > 0) {
+  if (rc == kSuccess && gate->Size() > 0 && read_only) {
+    // A list that is whole says that the old files do not count any more.
+    FolderChange change;
+    if (ReadList(*gate, &change)) rc = kErrorReadOnly;
+  } else if (rc == kSuccess && gate->Size() > 0) {
     gate->Unlock(0, 1);
     rc = gate->Lock(0, 1, LockKind::kExclusive);
     if (rc == kSuccess && gate->IsStill(path)) rc = FinishList(files, folder, *gate);

@@ -167,7 +167,8 @@ Data4* d4open(Code4& code, std::string_view path) {
   if (rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, &rc);
   if (!table) {
     LeaveFolder(code, TableFolder(full));
-    code.Fail(rc);
+    // A writer that holds the folder and does not come to an end.
+    code.Fail(rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc);
     return nullptr;
   }
   HookRecovery(code, *table);
@@ -224,6 +225,9 @@ std::string d4fileName(const Data4& data) {
 }
 std::string d4alias(const Data4& data) {
   return ToUpper(BaseNameOf(data.table.Path()));
+}
+bool d4readOnly(const Data4& data) {
+  return data.table.IsReadOnly();
 }
 bool d4exclusive(const Data4& data) {
   return data.table.Exclusive();

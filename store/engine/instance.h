@@ -12,6 +12,7 @@
 #include "store/engine/folder_gate.h"
 #include "store/engine/index_tree.h"
 #include "store/engine/journal.h"
+#include "store/engine/lock_notes.h"
 #include "store/engine/table_file.h"
 
 namespace tallwick::engine {
@@ -141,6 +142,7 @@ class Code4 {
 
   std::unique_ptr<FolderGate> gate;       // while this instance has a folder for itself
   std::shared_ptr<Journal> held_journal;  // while this instance keeps a folder's writers off
+  std::unique_ptr<LockNotes> held_note;   // which says so to those who wait
 
   // --- Unit of work ---
   int unit_depth = 0;
@@ -160,10 +162,15 @@ class Code4 {
     return rc;
   }
   Journal& JournalOf(const std::string& folder);
+  // The same for the writer's lock of a folder: kErrorCopying where its holder has noted that it copies.
+  int WriterLockFailed(int rc, const std::string& folder);
   // Makes a table part of the unit: takes the writer's lock of its folder.
   int Join(TableFile& table);
   // Before a table of the folder is opened: kErrorOpenRefused while another workstation has it for itself.
   int PassInto(const std::string& folder);
+  // Writes what a long unit puts behind the ends of a table's files to them, so that it need not stay in
+  // memory.
+  int WriteAhead(TableFile& table);
   int CommitUnit();
   void EndUnit(bool committed);
 };

@@ -9,55 +9,10 @@
 namespace tallwick::engine {
 namespace {
 
-// From so many bytes behind the files' ends on, writing them once is worth the note's flush.
-constexpr std::int64_t kAheadBytes = std::int64_t{1} << 20;
 constexpr std::size_t kBootBytes = 56;
 constexpr std::string_view kSeveralMachines = "-";
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
-
-// The parts of the changes behind the ends of their files, and in *rest all the others.
-std::vector<JournalFileChange> SplitTails(const std::vector<JournalFileChange>& changes,
-                                          std::vector<JournalFileChange>* rest) {
-  std::vector<JournalFileChange> tails;
-  for (const auto& change : changes) {
-    const std::int64_t size = change.open->Size();
-    if (size < 0) {
-      rest->push_back(change);
-      continue;
-    }
-    JournalFileChange tail{change.name, change.open, {}};
-    JournalFileChange head{change.name, change.open, {}};
-    for (const JournalExtent& extent : change.extents) {
-      const auto inside = static_cast<std::size_t>(
-          std::clamp<std::int64_t>(size - extent.offset, 0, std::ssize(extent.bytes)));
-      if (inside > 0) head.extents.push_back({extent.offset, extent.bytes.first(inside)});
-      if (inside == extent.bytes.size()) continue;
-      tail.extents.push_back(
-          {extent.offset + static_cast<std::int64_t>(inside), extent.bytes.subspan(inside)});
-    }
-    if (!head.extents.empty()) rest->push_back(std::move(head));
-    if (!tail.extents.empty()) tails.push_back(std::move(tail));
-  }
-  return tails;
-}
-
-std::int64_t TotalBytes(const std::vector<JournalFileChange>& changes) {
-  std::int64_t total = 0;
-  for (const auto& change : changes) {
-    for (const JournalExtent& extent : change.extents) total += std::ssize(extent.bytes);
-  }
-  return total;
-}
-
-int NoteLengths(const std::vector<JournalFileChange>& tails, std::vector<JournalLength>* lengths) {
-  for (const auto& tail : tails) {
-    JournalLength file{tail.name, tail.open->Size(), {}};
-    if (file.length < 0 || tail.open->ReadAt(0, file.start.data(), file.start.size()) < 0) return kErrorRead;
-    lengths->push_back(std::move(file));
-  }
-  return kSuccess;
-}
 
 }  // namespace
 
@@ -71,24 +26,33 @@ int Journal::OpenFile() {
   if (file_) return kSuccess;
   int rc = kSuccess;
   const bool fresh = !setup_.files.Exists(PathOf(kFileName));
-  auto file = setup_.files.Open(PathOf(kFileName), OpenMode::kOpenOrCreate, &rc);
-  if (!file) return rc == kErrorDiskFull ? rc : static_cast<int>(kErrorJournal);
+  read_only_ = false;
+  auto file = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kOpenOrCreate, &read_only_, &rc);
+  if (!file) return rc == kErrorDiskFull || rc == kErrorReadOnly ? rc : static_cast<int>(kErrorJournal);
   // A journal without its name in the folder would be no help after a power cut.
   if (fresh) rc = setup_.files.FlushFolder(folder_);
   if (rc != kSuccess) return rc;
   file_ = std::move(file);
-  // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
-  rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
-  if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
-  if (rc == kLocked) rc = kSuccess;
+  if (read_only_) {
+    Mark first;
+    Mark applied;
+    rc = ReadMarks(&first, &applied) || IsBlank() ? static_cast<int>(kSuccess) : kErrorJournal;
+  } else {
+    // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
+    rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+    if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
+    if (rc == kLocked) rc = kSuccess;
+  }
   for (int tries = 0; rc == kSuccess; ++tries) {
     rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
     if (rc != kLocked || tries == kWriterTries) break;
     setup_.clock.Sleep(kWriterWaitMs);
     rc = kSuccess;
   }
-  if (rc != kSuccess) file_.reset();
-  return rc;
+  // It may have been set aside since it was opened.
+  const bool gone = rc == kSuccess && !file_->IsStill(PathOf(kFileName));
+  if (rc != kSuccess || gone) file_.reset();
+  return gone ? OpenFile() : rc;
 }
 
 bool Journal::MayHaveLostPower() {
@@ -120,7 +84,7 @@ int Journal::FinishAsOnly(bool all) {
   if (ReadMarks(&first, &applied)) {
     // A broken chain is not done again: what stands before the break is older than what is lost behind it.
     if (all && !IsWhole(first, applied)) rc = kErrorJournal;
-    if (rc == kSuccess) rc = ApplyFrom(all ? first : applied);
+    if (rc == kSuccess) rc = Finish(first, applied, all);
     if (rc == kSuccess) rc = Checkpoint();
   } else if (!IsBlank()) {
     rc = kErrorJournal;
@@ -140,7 +104,7 @@ Journal::~Journal() {
   if (writing_) EndWriting();
   // The last one to leave makes the tables durable and empties the journal. What fails is done by the next to
   // come.
-  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
+  if (!read_only_ && file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
 }
 
 // --- Writing ---
@@ -156,7 +120,7 @@ int Journal::WaitForLock(std::int64_t at, int wait_ms) {
 // One waits for the writer, the others for that one's place. So who has just let go and comes again has to
 // wait as well, and cannot write for seconds while those who sleep never find the lock free.
 int Journal::TakeWriterLock(bool wait) {
-  if (!wait) return file_->Lock(kWriterAt, 1, LockKind::kExclusive);
+  if (!wait) return file_->Lock(kWriterAt, 1, read_only_ ? LockKind::kShared : LockKind::kExclusive);
   int rc = WaitForLock(kNextWriterAt, kWriterWaitMs);
   if (rc != kSuccess) return rc;
   rc = WaitForLock(kWriterAt, 1);
@@ -167,6 +131,7 @@ int Journal::TakeWriterLock(bool wait) {
 int Journal::BeginWriting() {
   if (writing_) return kSuccess;
   if (const int rc = OpenFile(); rc != kSuccess) return rc;
+  if (read_only_) return kErrorReadOnly;
   if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
   Mark first{kHeaderBytes, 1};
   Mark applied = first;
@@ -179,7 +144,7 @@ int Journal::BeginWriting() {
   } else if (rc == kSuccess && MayHaveLostPower()) {
     rc = file_->WriteAt(kBootAt, kSeveralMachines.data(), kSeveralMachines.size() + 1);
   }
-  if (rc == kSuccess) rc = ApplyFrom(applied);
+  if (rc == kSuccess) rc = Finish(first, applied, false);
   unapplied_ = false;
   writing_ = rc == kSuccess;
   if (!writing_) file_->Unlock(kWriterAt, 1);
@@ -188,6 +153,7 @@ int Journal::BeginWriting() {
 
 void Journal::EndWriting() {
   if (!writing_) return;
+  Abandon();
   if (unapplied_ || end_.position > kCheckpointAt) {
     // What fails here is tried again by whoever next reads or writes.
     unapplied_ = Checkpoint() != kSuccess && unapplied_;
@@ -206,35 +172,29 @@ int Journal::Settle() {
 }
 
 int Journal::Commit(const std::vector<JournalFileChange>& changes) {
-  for (const auto& change : changes) {
-    for (const auto& extent : change.extents) {
-      const int rc = change.open->Reserve(extent.offset, static_cast<std::int64_t>(extent.bytes.size()));
-      if (rc != kSuccess) return rc;
-    }
-  }
   std::vector<JournalFileChange> rest;
   const std::vector<JournalFileChange> tails = SplitTails(changes, &rest);
-  if (TotalBytes(tails) < kAheadBytes) return CommitEntry(changes, end_.number);
-
-  const Mark note_at = end_;
-  std::vector<JournalLength> lengths;
-  int rc = NoteLengths(tails, &lengths);
-  if (rc == kSuccess) rc = Append(BuildNote(end_.number, lengths));
-  if (rc != kSuccess) return rc;
-  rc = WriteTails(tails);
-  if (rc == kSuccess) rc = CommitEntry(rest, note_at.number);
-  // What cannot be cut back now is cut back by whoever writes next, before anything else.
-  if (rc != kSuccess) CutBack(note_at, lengths);
-  return rc;
-}
-
-int Journal::CommitEntry(const std::vector<JournalFileChange>& changes, std::uint64_t unit) {
-  const std::vector<std::uint8_t> entry = BuildEntry(end_.number, changes);
-  if (static_cast<std::int64_t>(entry.size()) > kMaxPayload) return kErrorTooLarge;
-  if (const int rc = Append(entry); rc != kSuccess) return rc;
+  const bool ahead = IsWorthAhead(tails);
+  int rc = ahead ? WriteTails(tails) : static_cast<int>(kSuccess);
+  if (rc == kSuccess && ahead) rc = FlushTails();
+  const std::vector<JournalFileChange>& entry_changes = ahead ? rest : changes;
+  for (const auto& change : entry_changes) {
+    for (const auto& extent : change.extents)
+      if (rc == kSuccess) rc = change.open->Reserve(extent.offset, std::ssize(extent.bytes));
+  }
+  std::vector<std::uint8_t> entry;
+  if (rc == kSuccess) entry = BuildEntry(end_.number, entry_changes);
+  if (std::ssize(entry) > kMaxPayload) rc = kErrorTooLarge;
+  const std::uint64_t unit = UnitNumber();
+  if (rc == kSuccess) rc = Append(entry);
+  if (rc != kSuccess) {
+    Abandon();
+    return rc;
+  }
   // From here on the unit stands: whoever comes to an entry that was not applied applies it.
-  unapplied_ =
-      WriteBegun(unit) != kSuccess || Apply(changes) != kSuccess || WriteMarks(nullptr, end_) != kSuccess;
+  ForgetAhead();
+  unapplied_ = WriteBegun(unit) != kSuccess || Apply(entry_changes) != kSuccess ||
+               WriteMarks(nullptr, end_) != kSuccess;
   return kSuccess;
 }
 
@@ -251,14 +211,6 @@ int Journal::Append(const std::vector<std::uint8_t>& entry) {
   const std::array<std::uint8_t, kEntryHead> none{};
   if (file_->WriteAt(end_.position, none.data(), none.size()) == kSuccess) file_->Flush();
   return rc;
-}
-
-int Journal::WriteTails(const std::vector<JournalFileChange>& tails) {
-  if (const int rc = Apply(tails); rc != kSuccess) return rc;
-  for (const auto& tail : tails) {
-    if (const int rc = tail.open->Flush(); rc != kSuccess) return rc;
-  }
-  return kSuccess;
 }
 
 int Journal::GrowTo(std::int64_t size) {

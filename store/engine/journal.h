@@ -21,10 +21,12 @@
 // from the oldest, does no harm, unless another program has changed the tables since: applied entries are
 // applied again only when the power may have gone.
 //
-// A large unit writes what lies behind the ends of its files to the files themselves, so that megabytes need
-// not be written twice: first a note of the lengths is flushed, then the files are, then the entry with all
-// the rest. A note that no entry follows is of a unit that never happened: the files are cut back to their
-// lengths, unless their first bytes (record count, change counter) show that another program has gone on.
+// A large unit writes what lies behind the ends of its files to the files themselves, while it still runs, so
+// that megabytes need not be written twice nor kept in memory: first a note of the lengths is flushed, then
+// the files are written and flushed, then comes the entry with all the rest. When the unit meets more files
+// it writes another note, which holds the lengths of all. A note that no entry follows is of a unit that
+// never happened: the files are cut back to the lengths of the last note, unless their first bytes (record
+// count, change counter) show that another program has gone on.
 //
 // Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
 // its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
@@ -34,6 +36,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <string>
 #include <vector>
@@ -73,6 +76,14 @@ class Journal {
   // writer keeps it too long.
   int BeginWriting();
   void EndWriting();
+  // During a unit: writes what the changes put behind the ends of their files to the files, where that is
+  // worth it. AheadOf then tells from where on a file has its part of the changes. After a failure the unit
+  // can only be ended.
+  int WriteAhead(const std::vector<JournalFileChange>& changes);
+  // From where on the unit's bytes stand in a file of this name already; nullopt for nowhere.
+  std::optional<std::int64_t> AheadOf(std::string_view name) const;
+  // Undoes what was written ahead in a unit that will not be committed. To be called under its locks.
+  void Abandon();
   // As BeginWriting, and with every entry applied, the tables flushed and the journal empty. A folder without
   // a journal stays without: then nobody is kept from writing.
   int Settle();
@@ -122,6 +133,8 @@ class Journal {
   static constexpr int kEagerTries = 50;
 
   int OpenFile();
+  // A journal that may only be read: kErrorReadOnly while units wait in it that no live writer will apply.
+  int RecoverReadOnly();
   int TakeWriterLock(bool wait);
   int WaitForLock(std::int64_t at, int wait_ms);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
@@ -136,19 +149,34 @@ class Journal {
   // The number of the next entry to apply, 0 in an empty journal; *under_way says that it has begun.
   std::uint64_t ReadProgress(bool* under_way);
   int AwaitUnit();
+  // Applies what stands from a mark on, and cuts back what no entry follows.
   int ApplyFrom(Mark mark);
+  // As ApplyFrom, from the applied mark or with `all` from the first entry; but kErrorJournal when the unit
+  // that was begun to be applied is not there any more: the tables are between two states then.
+  int Finish(const Mark& first, Mark applied, bool all);
+  // Gives a mark whose position was written when its number was not its number; false when it is no such
+  // mark.
+  bool CompleteMark(const Mark& first, Mark* applied);
   int ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit);
   // An index with its lock. Null and kSuccess for a file that is gone.
   int OpenToApply(const std::string& name, std::unique_ptr<File>* file);
   int Apply(const std::vector<JournalFileChange>& changes);
   // Writes and flushes an entry at the end; when that fails nobody finds it.
   int Append(const std::vector<std::uint8_t>& entry);
-  // `unit` is the number of the first entry of the unit, its note or itself.
-  int CommitEntry(const std::vector<JournalFileChange>& changes, std::uint64_t unit);
-  // Brings what lies behind the files' ends to the files, under a note.
+  // The parts of the changes behind what their files hold for good, and in *rest all the others.
+  std::vector<JournalFileChange> SplitTails(const std::vector<JournalFileChange>& changes,
+                                            std::vector<JournalFileChange>* rest) const;
+  bool IsWorthAhead(const std::vector<JournalFileChange>& tails) const;
+  // Brings tails to their files, under a note.
   int WriteTails(const std::vector<JournalFileChange>& tails);
-  // Undoes what a note stands for, and the note.
-  int CutBack(const Mark& note, const std::vector<JournalLength>& lengths);
+  int NoteLengths(const std::vector<JournalFileChange>& tails);
+  // Flushes what was written ahead to the files.
+  int FlushTails();
+  // Undoes what notes stand for, of which the last holds the lengths, and the notes.
+  int CutBack(const std::vector<Mark>& notes, const std::vector<JournalLength>& lengths);
+  void ForgetAhead();
+  // The number of the unit's first note, or of its entry.
+  std::uint64_t UnitNumber() const { return notes_.empty() ? end_.number : notes_.front().number; }
   // Both marks of the header; false when it is no journal's.
   bool ReadMarks(Mark* first, Mark* applied);
   int WriteMarks(const Mark* first, const Mark& applied);
@@ -160,6 +188,7 @@ class Journal {
   // True when whole entries lead from one mark to the other.
   bool IsWhole(Mark from, const Mark& to);
   bool HasEntryAt(const Mark& mark);
+  bool HasUnitAt(Mark mark);  // notes, if any, and a whole entry
   // False when no entry with the mark's number begins there.
   bool ReadHead(const Mark& mark, JournalHead* head);
   int GrowTo(std::int64_t size);
@@ -170,10 +199,14 @@ class Journal {
   EngineSetup setup_;
   std::string folder_;
   std::unique_ptr<File> file_;
-  Mark end_;               // behind the last entry; known while writing
-  std::int64_t size_ = 0;  // of the file; known while writing
+  Mark end_;                            // behind the last entry; known while writing
+  std::int64_t size_ = 0;               // of the file; known while writing
+  std::vector<Mark> notes_;             // of the unit at hand
+  std::vector<JournalLength> lengths_;  // that its last note holds
+  std::vector<File*> ahead_;            // that were written to and not flushed
   bool writing_ = false;
   bool unapplied_ = false;
+  bool read_only_ = false;
   std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
 };
 

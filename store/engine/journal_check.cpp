@@ -8,7 +8,7 @@ JournalState Journal::Examine(std::uint64_t* waiting) {
   if (!setup_.files.Exists(PathOf(kFileName))) return JournalState::kNone;
   const bool borrowed = !file_;
   int rc = kSuccess;
-  if (borrowed) file_ = setup_.files.Open(PathOf(kFileName), OpenMode::kReadWrite, &rc);
+  if (borrowed) file_ = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kReadWrite, &read_only_, &rc);
   const JournalState state = file_ ? ExamineOpen(waiting) : JournalState::kUnreadable;
   if (borrowed) file_.reset();
   return state;
@@ -26,6 +26,9 @@ JournalState Journal::ExamineOpen(std::uint64_t* waiting) {
   while (whole && mark.number < applied.number) whole = ReadEntry(&mark, &entry);
   whole = whole && mark.number == applied.number && mark.position == applied.position;
   while (whole && ReadEntry(&applied, &entry)) *waiting += entry.is_note ? 0 : 1;
+  bool under_way = false;
+  ReadProgress(&under_way);
+  whole = whole && (!under_way || *waiting > 0);
   if (!writing_) file_->Unlock(kWriterAt, 1);
   if (!whole) return JournalState::kDamaged;
   return *waiting > 0 ? JournalState::kWaiting : JournalState::kSettled;

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "core/text.h"
 #include "store/engine/byte_order.h"
 
 namespace tallwick::engine {
@@ -157,6 +158,11 @@ bool ParseEntry(std::span<const std::uint8_t> payload, std::vector<JournalFileCh
     JournalFileChange change;
     std::uint32_t extents = 0;
     if (!TakeName(reader, &change.name) || !reader.Take32(&extents)) return false;
+    // Each file once: whoever applies the entry takes one lock for each.
+    const auto same = [&](const JournalFileChange& other) {
+      return EqualsIgnoreCase(other.name, change.name);
+    };
+    if (std::any_of(changes->begin(), changes->end(), same)) return false;
     for (std::uint32_t e = 0; e < extents; ++e) {
       JournalExtent extent;
       std::uint64_t offset = 0;

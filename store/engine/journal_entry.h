@@ -48,7 +48,8 @@ std::uint64_t EntryChecksum(std::uint64_t number, std::span<const std::uint8_t> 
 std::vector<std::uint8_t> BuildEntry(std::uint64_t number, const std::vector<JournalFileChange>& changes);
 std::vector<std::uint8_t> BuildNote(std::uint64_t number, const std::vector<JournalLength>& files);
 
-// False for a payload that is none, or that names a file outside the folder. Extents point into the payload.
+// False for a payload that is none, or that names a file outside the folder or twice. Extents point into the
+// payload.
 bool ParseEntry(std::span<const std::uint8_t> payload, std::vector<JournalFileChange>* changes);
 bool ParseNote(std::span<const std::uint8_t> payload, std::vector<JournalLength>* files);
 

@@ -11,15 +11,6 @@
 namespace tallwick::engine {
 namespace {
 
-// Back to its length, unless the file has become another one since.
-int CutFile(File& file, const JournalLength& before) {
-  auto start = before.start;
-  if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
-  if (start != before.start || file.Size() <= before.length) return kSuccess;
-  const int rc = file.Truncate(before.length);
-  return rc == kSuccess ? file.Flush() : rc;
-}
-
 bool IsIndexName(std::string_view name) {
   return name.size() > 4 &&
          (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
@@ -97,11 +88,27 @@ int Journal::Recover() {
   if (const int rc = Attach(); rc != kSuccess || !file_) return rc;
   Mark first;
   Mark applied;
-  if (!ReadMarks(&first, &applied) || !HasEntryAt(applied)) return kSuccess;
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (!ReadMarks(&first, &applied) || (!under_way && !HasEntryAt(applied))) return kSuccess;
+  if (read_only_) return RecoverReadOnly();
   int rc = TakeWriterLock(false);
   if (rc == kLocked) return kSuccess;  // a live writer is at work and will finish
   if (rc != kSuccess) return rc;
-  if (ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  if (ReadMarks(&first, &applied)) rc = Finish(first, applied, false);
+  file_->Unlock(kWriterAt, 1);
+  return rc;
+}
+
+int Journal::RecoverReadOnly() {
+  int rc = TakeWriterLock(false);
+  if (rc != kSuccess) return rc == kLocked ? static_cast<int>(kSuccess) : rc;
+  Mark first;
+  Mark applied;
+  Entry entry;
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (ReadMarks(&first, &applied) && (under_way || ReadEntry(&applied, &entry))) rc = kErrorReadOnly;
   file_->Unlock(kWriterAt, 1);
   return rc;
 }
@@ -147,21 +154,49 @@ bool Journal::WasQuiet(int* rc) {
 
 int Journal::ApplyFrom(Mark mark) {
   Entry entry;
-  Mark unit = mark;                 // where the unit at hand begins: with its note, or its entry
-  std::vector<JournalLength> note;  // that no entry has followed yet
-  while (ReadEntry(&mark, &entry)) {
-    note.clear();
+  std::vector<Mark> notes;             // that no entry has followed yet
+  std::vector<JournalLength> lengths;  // of the last of them
+  end_ = mark;
+  for (Mark at = mark; ReadEntry(&mark, &entry); at = mark) {
     if (entry.is_note) {
-      if (!ParseNote(entry.payload, &note)) return kErrorJournal;
+      lengths.clear();
+      if (!ParseNote(entry.payload, &lengths)) return kErrorJournal;
+      notes.push_back(at);
       continue;
     }
-    int rc = ApplyEntry(entry.payload, unit.number);
+    int rc = ApplyEntry(entry.payload, notes.empty() ? at.number : notes.front().number);
     if (rc == kSuccess) rc = WriteMarks(nullptr, mark);
     if (rc != kSuccess) return rc;
-    unit = mark;
+    notes.clear();
+    end_ = mark;
   }
-  end_ = unit;
-  return note.empty() ? static_cast<int>(kSuccess) : CutBack(unit, note);
+  return notes.empty() ? static_cast<int>(kSuccess) : CutBack(notes, lengths);
+}
+
+bool Journal::HasUnitAt(Mark mark) {
+  Entry entry;
+  while (ReadEntry(&mark, &entry)) {
+    if (!entry.is_note) return true;
+  }
+  return false;
+}
+
+bool Journal::CompleteMark(const Mark& first, Mark* applied) {
+  Entry entry;
+  Mark at = first;
+  while (at.position < applied->position && ReadEntry(&at, &entry)) {
+  }
+  if (at.position != applied->position || at.number <= applied->number) return false;
+  *applied = at;
+  return true;
+}
+
+int Journal::Finish(const Mark& first, Mark applied, bool all) {
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (under_way && !HasUnitAt(applied) && !CompleteMark(first, &applied)) return kErrorJournal;
+  const int rc = ApplyFrom(all ? first : applied);
+  return rc == kSuccess && under_way ? WriteMarks(nullptr, end_) : rc;
 }
 
 int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
@@ -191,20 +226,6 @@ int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t uni
     for (const auto& extent : changes[i].extents)
       if (rc == kSuccess) rc = files[i]->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
   }
-  return rc;
-}
-
-int Journal::CutBack(const Mark& note, const std::vector<JournalLength>& lengths) {
-  for (const JournalLength& before : lengths) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
-    if (!file && setup_.files.Exists(PathOf(before.name))) return rc;
-    rc = file ? CutFile(*file, before) : static_cast<int>(kSuccess);
-    if (rc != kSuccess) return rc;
-  }
-  const std::array<std::uint8_t, kEntryHead> none{};
-  const int rc = file_->WriteAt(note.position, none.data(), none.size());
-  if (rc == kSuccess) end_ = note;
   return rc;
 }
 

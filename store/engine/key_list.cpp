@@ -27,6 +27,10 @@ std::uint64_t Hash(const std::uint8_t* key, std::size_t length) {
   return hash ^ (hash >> 32);
 }
 
+std::uint32_t MarkOf(std::uint64_t hash) {
+  return static_cast<std::uint32_t>(hash >> 32);
+}
+
 }  // namespace
 
 std::uint8_t* KeyList::Add(std::uint32_t record) {
@@ -124,12 +128,11 @@ void KeyList::KeepFirstOfSame() {
 
 // --- The queue ---
 
-std::size_t KeyQueue::SlotOf(const std::uint8_t* key, std::uint32_t* mark) const {
-  const std::uint64_t hash = Hash(key, keys_.KeyLength());
-  *mark = static_cast<std::uint32_t>(hash >> 32);
+std::size_t KeyQueue::SlotOf(const std::uint8_t* key, std::uint64_t hash) const {
+  const std::uint32_t mark = MarkOf(hash);
   const std::size_t mask = slots_.size() - 1;
   const auto holds_key = [&](const Slot& slot) {
-    return slot.mark == *mark && std::memcmp(keys_.Added(slot.place - 1), key, keys_.KeyLength()) == 0;
+    return slot.mark == mark && std::memcmp(keys_.Added(slot.place - 1), key, keys_.KeyLength()) == 0;
   };
   std::size_t at = static_cast<std::size_t>(hash) & mask;
   while (slots_[at].place != 0 && !holds_key(slots_[at])) at = (at + 1) & mask;
@@ -137,14 +140,16 @@ std::size_t KeyQueue::SlotOf(const std::uint8_t* key, std::uint32_t* mark) const
 }
 
 void KeyQueue::FillTable() {
-  if (keys_.Count() * 2 > slots_.size()) {
-    slots_.assign(std::bit_ceil(std::max<std::size_t>(64, keys_.Count() * 4)), {});
+  // Small enough for the processor's cache: slots that follow each other are looked at together, so a full
+  // table costs less than a large one.
+  if (keys_.Count() * 4 >= slots_.size() * 3) {
+    slots_.assign(std::bit_ceil(std::max<std::size_t>(64, keys_.Count() * 3 / 2)), {});
     in_table_ = 0;
   }
   for (; in_table_ < keys_.Count(); ++in_table_) {
-    std::uint32_t mark = 0;
-    const std::size_t at = SlotOf(keys_.Added(in_table_), &mark);
-    slots_[at] = {static_cast<std::uint32_t>(in_table_ + 1), mark};
+    const std::uint8_t* key = keys_.Added(in_table_);
+    const std::uint64_t hash = Hash(key, keys_.KeyLength());
+    slots_[SlotOf(key, hash)] = {static_cast<std::uint32_t>(in_table_ + 1), MarkOf(hash)};
   }
 }
 
@@ -153,13 +158,21 @@ void KeyQueue::Add(const std::uint8_t* key, std::uint32_t record) {
   std::memcpy(own, key, keys_.KeyLength());
   if (!searchable_) return;
   if (highest_ == nullptr || std::memcmp(own, highest_, keys_.KeyLength()) > 0) highest_ = own;
+  // The key that was just asked about goes where it was not found.
+  if (asked_ && in_table_ + 1 == keys_.Count() && Hash(key, keys_.KeyLength()) == asked_->hash)
+    slots_[asked_->slot] = {static_cast<std::uint32_t>(++in_table_), MarkOf(asked_->hash)};
+  asked_.reset();
 }
 
 bool KeyQueue::Contains(const std::uint8_t* key) {
+  asked_.reset();
   if (highest_ == nullptr || std::memcmp(key, highest_, keys_.KeyLength()) > 0) return false;
   FillTable();
-  std::uint32_t mark = 0;
-  return slots_[SlotOf(key, &mark)].place != 0;
+  const std::uint64_t hash = Hash(key, keys_.KeyLength());
+  const std::size_t slot = SlotOf(key, hash);
+  if (slots_[slot].place != 0) return true;
+  asked_ = Asked{hash, slot};
+  return false;
 }
 
 const KeyList& KeyQueue::Sorted() {
@@ -172,6 +185,7 @@ void KeyQueue::Clear() {
   highest_ = nullptr;
   slots_.clear();
   in_table_ = 0;
+  asked_.reset();
 }
 
 }  // namespace tallwick::engine

@@ -4,6 +4,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -22,6 +23,12 @@ class KeyList {
   // In sorted order once sorted.
   const std::uint8_t* Key(std::size_t i) const { return Added(order_[i].place); }
   std::uint32_t Record(std::size_t i) const { return records_[order_[i].place]; }
+  // Sorted keys lie scattered: asks the processor for the i-th, if there is one, before it is needed.
+  void Prefetch(std::size_t i) const {
+    if (i >= order_.size()) return;
+    __builtin_prefetch(Key(i));
+    __builtin_prefetch(Key(i) + length_ - 1);
+  }
   // The key added as i-th, from 0, whatever the order.
   const std::uint8_t* Added(std::size_t i) const {
     return blocks_[i / kBlockKeys].get() + i % kBlockKeys * length_;
@@ -71,17 +78,23 @@ class KeyQueue {
     std::uint32_t place = 0;  // in keys_, plus one; 0 = free
     std::uint32_t mark = 0;   // of the key's hash: keys with another one need not be looked at
   };
-  // The slot that holds the key, or the free one where it belongs; *mark gets its mark.
-  std::size_t SlotOf(const std::uint8_t* key, std::uint32_t* mark) const;
+  // A key that was not found, and the free slot where it belongs.
+  struct Asked {
+    std::uint64_t hash = 0;
+    std::size_t slot = 0;
+  };
+  // The slot that holds the key, or the free one where it belongs.
+  std::size_t SlotOf(const std::uint8_t* key, std::uint64_t hash) const;
   void FillTable();
 
   bool searchable_;
   KeyList keys_;
   const std::uint8_t* highest_ = nullptr;  // of the keys
-  // A hash table. Numbers mostly ascend, and a key behind the highest
-  // needs no search, so the table is filled when first needed.
+  // A hash table. Numbers mostly ascend, and a key behind the highest needs no search, so the table is filled
+  // when first needed.
   std::vector<Slot> slots_;
   std::size_t in_table_ = 0;
+  std::optional<Asked> asked_;
 };
 
 }  // namespace tallwick::engine

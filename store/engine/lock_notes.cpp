@@ -34,7 +34,8 @@ LockNotes::LockNotes(const EngineSetup& setup, const std::string& table)
 
 bool LockNotes::Open(OpenMode mode) {
   int rc = kSuccess;
-  if (!file_) file_ = setup_.files.Open(path_, mode, &rc);
+  bool read_only = false;
+  if (!file_) file_ = OpenOrRead(setup_.files, path_, mode, &read_only, &rc);
   return file_ != nullptr;
 }
 

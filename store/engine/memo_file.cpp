@@ -37,6 +37,17 @@ std::uint32_t MemoFile::NextFree() {
   return Load32Big(head.data());
 }
 
+std::uint32_t MemoFile::BlocksHeld() {
+  const std::int64_t size = file_.Size();
+  return size < 0 ? 0 : static_cast<std::uint32_t>((size + block_size_ - 1) / block_size_);
+}
+
+void MemoFile::CorrectNextFree() {
+  std::array<std::uint8_t, 4> next{};
+  Store32Big(next.data(), BlocksHeld());
+  file_.Stage(0, next.data(), next.size());
+}
+
 int MemoFile::ReadHead(std::uint32_t block, std::uint32_t* length, Kind* kind) {
   std::array<std::uint8_t, kMemoHead> head{};
   const std::int64_t at = static_cast<std::int64_t>(block) * block_size_;

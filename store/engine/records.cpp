@@ -146,7 +146,7 @@ int AppendNow(Data4& data, bool* begun) {
   rc = WriteMemos(data);
   if (rc == kSuccess) rc = table.StageAppend(data.buffer, code.setup.clock.Now().date, &written);
   if (rc == kSuccess && has_keys) QueueKeys(data, number);
-  return rc;
+  return rc == kSuccess ? code.WriteAhead(table) : rc;
 }
 
 int ChangeNow(Data4& data, bool* begun) {

@@ -66,6 +66,7 @@ std::int64_t StagedFile::ReadAt(std::int64_t offset, void* buffer, std::size_t l
 
 void StagedFile::Stage(std::int64_t offset, const void* bytes, std::size_t length) {
   if (length == 0) return;
+  recent_bytes_ += length;
   const auto* in = static_cast<const std::uint8_t*>(bytes);
 
   auto target = extents_.upper_bound(offset);
@@ -89,6 +90,20 @@ void StagedFile::Stage(std::int64_t offset, const void* bytes, std::size_t lengt
     }
     next = extents_.erase(next);
   }
+}
+
+void StagedFile::DropFrom(std::int64_t offset) {
+  recent_bytes_ = 0;
+  auto extent = extents_.lower_bound(offset);
+  extents_.erase(extent, extents_.end());
+  if (extents_.empty()) return;
+  extent = std::prev(extents_.end());
+  if (End(*extent) > offset) extent->second.resize(static_cast<std::size_t>(offset - extent->first));
+}
+
+void StagedFile::Discard() {
+  extents_.clear();
+  recent_bytes_ = 0;
 }
 
 }  // namespace tallwick::engine

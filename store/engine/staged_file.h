@@ -30,7 +30,11 @@ class StagedFile {
   bool IsDirty() const { return !extents_.empty(); }
   // Staged bytes by offset, in ascending order.
   const std::map<std::int64_t, Bytes>& Extents() const { return extents_; }
-  void Discard() { extents_.clear(); }
+  // Bytes staged, again and again at one place or not, since the last DropFrom or Discard.
+  std::size_t RecentBytes() const { return recent_bytes_; }
+  // Lets go of what is staged from an offset on: the file has it.
+  void DropFrom(std::int64_t offset);
+  void Discard();
 
  private:
   // The one extent that holds all of a range, if there is one; it begins at covering_at_.
@@ -38,6 +42,7 @@ class StagedFile {
 
   std::unique_ptr<File> file_;
   std::int64_t covering_at_ = 0;
+  std::size_t recent_bytes_ = 0;
   std::map<std::int64_t, Bytes> extents_;
 };
 

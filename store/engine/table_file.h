@@ -58,6 +58,8 @@ class TableFile {
   const IndexFile* Index() const { return index_.get(); }
   MemoFile* Memo() { return memo_.get(); }
   StagedFile& Data() { return *data_; }
+  // True where one of its files may not be written: then nothing in it can be locked or changed.
+  bool IsReadOnly() const { return read_only_; }
 
   // The record count of the header as it stands now, staged changes included; negative codes on failure.
   std::int64_t RecordCount();
@@ -135,6 +137,7 @@ class TableFile {
   const void* whole_owner_ = nullptr;
   LockNotes notes_;
   bool append_locked_ = false;
+  bool read_only_ = false;
   Journal* journal_ = nullptr;
   std::uint32_t settled_count_ = 0;  // records known to be in the file for good
 };

@@ -6,6 +6,11 @@
 #include "store/engine/codes.h"
 
 namespace tallwick::engine {
+namespace {
+
+constexpr std::size_t kKeysAhead = 8;
+
+}  // namespace
 
 int TreePacker::Put(const std::uint8_t* page) {
   root_ = next_page_;
@@ -23,6 +28,7 @@ int TreePacker::WriteLeaves(const KeyList& keys, std::vector<InteriorEntry>* lev
     return Put(page.data());
   };
   for (std::size_t i = 0; i < keys.Count(); ++i) {
+    keys.Prefetch(i + kKeysAhead);
     if (leaf.Count() == 0) level->push_back({nullptr, 0, next_page_});
     if (!leaf.Add(keys.Key(i), keys.Record(i))) {
       if (const int rc = finish(false); rc != kSuccess) return rc;

@@ -1,11 +1,15 @@
 // Units of work: the changes of several tables of one folder, written through the folder's journal.
 #include <algorithm>
 #include <deque>
+#include <limits>
 
 #include "store/engine/instance.h"
 
 namespace tallwick::engine {
 namespace {
+
+// So many staged bytes of a table are worth a look at what can go to the files already.
+constexpr std::size_t kAheadStep = std::size_t{2} << 20;
 
 std::string NameOf(const std::string& path) {
   const std::size_t slash = path.find_last_of("/\\");
@@ -63,6 +67,13 @@ Journal& Code4::JournalOf(const std::string& folder) {
   return *journal;
 }
 
+// Locks of a moment leave no note, so a note on the journal is that of a copy.
+int Code4::WriterLockFailed(int rc, const std::string& folder) {
+  if (rc != kLocked) return rc;
+  lock_user = LockNotes(setup, folder + "/" + std::string(Journal::kFileName)).Holder(0);
+  return lock_user.empty() ? rc : static_cast<int>(kErrorCopying);
+}
+
 int Code4::Join(TableFile& table) {
   if (unit_failure != 0) return unit_failure;
   if (table.lost) return kErrorClose;
@@ -70,7 +81,8 @@ int Code4::Join(TableFile& table) {
   Journal& journal = JournalOf(table.Folder());
   // One journal makes a unit whole, so a unit stays within one folder.
   if (unit_journal != nullptr && unit_journal != &journal) return kErrorParameter;
-  if (const int rc = journal.BeginWriting(); rc != kSuccess) return rc;
+  if (table.IsReadOnly()) return kErrorReadOnly;
+  if (const int rc = journal.BeginWriting(); rc != kSuccess) return WriterLockFailed(rc, table.Folder());
   unit_journal = &journal;
   unit_tables.push_back(&table);
   return kSuccess;
@@ -95,7 +107,22 @@ int Code4::CommitUnit() {
   return changes.empty() ? static_cast<int>(kSuccess) : unit_journal->Commit(changes);
 }
 
+int Code4::WriteAhead(TableFile& table) {
+  std::vector<std::pair<std::string, StagedFile*>> files = {{table.Path(), &table.Data()}};
+  if (table.Memo() != nullptr) files.emplace_back(table.MemoPath(), &table.Memo()->Staged());
+  std::size_t recent = 0;
+  for (const auto& [path, file] : files) recent += file->RecentBytes();
+  if (recent < kAheadStep) return kSuccess;
+  std::vector<JournalFileChange> changes;
+  for (const auto& [path, file] : files) AddStaged(path, *file, &changes);
+  if (const int rc = unit_journal->WriteAhead(changes); rc != kSuccess) return rc;
+  for (const auto& [path, file] : files)
+    file->DropFrom(unit_journal->AheadOf(NameOf(path)).value_or(std::numeric_limits<std::int64_t>::max()));
+  return kSuccess;
+}
+
 void Code4::EndUnit(bool committed) {
+  if (!committed && unit_journal != nullptr) unit_journal->Abandon();
   // Pages in memory may stand for the files only when the files have them.
   const bool applied = committed && (unit_journal == nullptr || !unit_journal->HasUnapplied());
   for (TableFile* table : unit_tables) {

@@ -192,6 +192,7 @@ class Verifier {
       if (progress_ && !progress_(done, static_cast<std::uint32_t>(count_))) return kStopped;
     }
     if (first_pass) CheckMemoOverlap();
+    if (first_pass) CheckMemoEnd();
     return kSuccess;
   }
 
@@ -230,7 +231,7 @@ class Verifier {
         continue;
       }
       if (extent.first_block + extent.blocks > table_.Memo()->NextFree()) {
-        findings_.Add(number, ProblemKind::kMemo,
+        findings_.Add(number, ProblemKind::kMemoEnd,
                       "Field " + field.name + ": the memo lies in blocks that count as free");
       }
       memos_.emplace_back(extent, number);
@@ -250,6 +251,17 @@ class Verifier {
     }
   }
 
+  // New memos go behind this number, so one that is far too high leaves no room for any.
+  void CheckMemoEnd() {
+    if (table_.Memo() == nullptr) return;
+    const std::uint32_t next = table_.Memo()->NextFree();
+    const std::uint32_t held = table_.Memo()->BlocksHeld();
+    if (next <= held) return;
+    findings_.Add(0, ProblemKind::kMemoEnd,
+                  "The memo file holds " + std::to_string(held) + " blocks and names block " +
+                      std::to_string(next) + " as the next free one: new memos may not find room");
+  }
+
   Data4& data_;
   TableFile& table_;
   Findings findings_;
@@ -260,6 +272,14 @@ class Verifier {
 };
 
 }  // namespace
+
+int d4correctMemoEnd(Data4& data) {
+  if (!data.table.Exclusive() || data.table.Memo() == nullptr) return data.code.Fail(kErrorParameter);
+  UnitScope scope(data.code);
+  const int rc = data.code.Join(data.table);
+  if (rc == kSuccess) data.table.Memo()->CorrectNextFree();
+  return scope.End(rc, rc == kSuccess);
+}
 
 int d4verify(Data4& data, std::vector<TableProblem>* problems, const Progress& progress) {
   if (data.code.unit_depth > 0) return data.code.Fail(kErrorParameter);

@@ -16,7 +16,8 @@ enum class ProblemKind {
   kIndex,   // the index alone is at fault: building it anew from the records mends it
   kHead,    // the head's record count
   kRecord,  // records contradict each other; a person must say which one holds
-  kMemo     // memo texts may be lost or mixed
+  kMemo,    // memo texts may be lost or mixed
+  kMemoEnd  // the memo file's number of the next free block, which follows from the file's length
 };
 
 struct TableProblem {
@@ -29,5 +30,8 @@ struct TableProblem {
 // the examination could be made, whatever it found; kStopped when `progress` said so; else the error that
 // prevented it. Writers to the table's index wait meanwhile.
 int d4verify(Data4& data, std::vector<TableProblem>* problems, const Progress& progress = {});
+
+// Sets the memo file's next free block to the end of the file. Needs exclusive access.
+int d4correctMemoEnd(Data4& data);
 
 }  // namespace tallwick::engine

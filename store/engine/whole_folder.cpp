@@ -26,10 +26,12 @@ int code4holdWriters(Code4& code, const std::string& folder) {
   if (rc != kSuccess) return code.Fail(rc);
   code.JournalOf(folder);
   std::shared_ptr<Journal> journal = code.journals[folder];
-  rc = journal->BeginWriting();
+  rc = code.WriterLockFailed(journal->BeginWriting(), folder);
   if (rc == kSuccess) rc = journal->Settle();
   if (rc == kSuccess) {
     code.held_journal = std::move(journal);
+    code.held_note = std::make_unique<LockNotes>(code.setup, folder + "/" + std::string(Journal::kFileName));
+    code.held_note->Note(0);
   } else {
     journal->EndWriting();
   }
@@ -38,6 +40,7 @@ int code4holdWriters(Code4& code, const std::string& folder) {
 
 void code4releaseWriters(Code4& code) {
   if (code.held_journal != nullptr) code.held_journal->EndWriting();
+  code.held_note.reset();
   code.held_journal.reset();
 }
 

@@ -172,11 +172,14 @@ TEST_F(TableCommand, VerifyHoldsTheCompanyTogether) {
     const char* problem;
   } kFaults[] = {
       {"table append ESCROW_XRFS XRFSFILENO=24-2 XRFSBANKID=FNT XRFSTXTYPE=W XRFSTXREFN=9", "ESCROW_XRFS",
-       "names \"W 9\" of file \"24-2\" in bank FNT, which is not there"},
+       "names \"W 9\" of file \"24-2\" in bank FNT, which is not there: compare with the paper, and enter "
+       "the transaction again where it was real"},
       {"table append ESCROW_XRFS XRFSFILENO=24-2 XRFSBANKID=OLD XRFSTXTYPE=C XRFSTXREFN=9", "ESCROW_XRFS",
-       "names bank \"OLD\", which is not there"},
+       "names bank \"OLD\", which is not there: enter the bank again, if its account is still in use"},
       {"table append ESCROW_DEPOXRFS_FNT DXRFFILENO=24-1 DXRFDATED=20240315 DXRFSEQNC=' 1' DXRFITEMNO=16",
-       "ESCROW_DEPOXRFS_FNT", "names item 16 of deposit 20240315 1 of file \"24-1\", which is not there"},
+       "ESCROW_DEPOXRFS_FNT",
+       "names item 16 of deposit 20240315 1 of file \"24-1\", which is not there: compare with the paper, "
+       "and enter the transaction again where it was real"},
       {"table append ESCROW_VOUCHERS_FNT VCHRNUMBER='           8' VCHRFILENO=24-1", "ESCROW_BANKS",
        "the voucher counter of bank FNT is 0, below voucher 8"},
       {"table append ESCROW_DEPOSITS_FNT DEPODATED=20240315 DEPOSEQNC=' 1' DEPOFILE2=24-1",

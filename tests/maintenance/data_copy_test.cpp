@@ -198,12 +198,14 @@ TEST_F(DataCopyTest, NoIndexOrMemoOfAnotherGenerationStays) {
   DropManifest();  // as an earlier program left a copy
   RemoveFromCopy("ESCROW_CHECKS_FNB.CDX");
   for (int i = 0; i < 30; ++i) ASSERT_TRUE(office_.AddCheck(std::to_string(900 + i), "24-0900"));
-  EXPECT_TRUE(Restore().completed);
+  EXPECT_FALSE(Restore().completed);  // only when it is wanted
+  EXPECT_THAT(office_.boxes.shown[1].text, HasSubstr("can not be proven"));
+  EXPECT_TRUE(Restore({kOk, kYes, kNo, kNo}).completed);
   EXPECT_EQ(office_.Picture(), before);  // verified with its tags
   // A table that came without its memos is left as it is, when the user goes on.
   RemoveFromCopy("ESCROW_NOTES.FPT");
   office_.session->Company().notes.Save({"24-0001", "GEN", "Later"});
-  const CopyOutcome outcome = Restore({kOk, kNo, kNo, kOk});
+  const CopyOutcome outcome = Restore({kOk, kYes, kNo, kNo, kOk});
   EXPECT_THAT(outcome.failed, ElementsAre("Escrow_Notes.dbf"));
   EXPECT_THAT(office_.boxes.LastText(), HasSubstr("may NOT have been restored"));
   EXPECT_THAT(office_.Picture(), HasSubstr("Later"));

@@ -3,8 +3,10 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "maintenance/data_copy.h"
 #include "maintenance/maintenance_run.h"
 #include "maintenance/version_report.h"
+#include "maintenance/xref_check.h"
 #include "tests/maintenance/maintained_office.h"
 
 namespace tallwick {
@@ -107,6 +109,35 @@ TEST_F(MaintenanceTest, ExclusiveMeansThatNobodyElseWorks) {
   EXPECT_THAT(office_.other_boxes.Texts(),
               ::testing::Each("Escrow Accounting is in Exclusive Access Mode - Try again later..."));
   EXPECT_EQ(office_.Another().result, StartUpResult::kStarted);
+}
+
+TEST_F(MaintenanceTest, LostTableIsNotMadeEmpty) {
+  for (const char* extension : {".DBF", ".CDX"})
+    SystemFileSystem().Remove(office_.folder.Held(std::string("ESCROW_CHECKS_FNB") + extension));
+  EXPECT_TRUE(Run(kRebuild).HasFailures());
+  EXPECT_THAT(Shown().back().text, HasSubstr("ESCROW_CHECKS_FNB: is missing, but it was there: "));
+  EXPECT_FALSE(office_.Has("ESCROW_CHECKS_FNB.DBF"));
+}
+
+// Refused in the work itself, so that no face can pass by.
+TEST_F(MaintenanceTest, NeedsTheRight) {
+  office_.suite.security = true;
+  office_.session->ReloadUser();
+  const std::string before = office_.Picture();
+  const auto refused = [&] {
+    return Shown().size() == 1 && Shown()[0].text.starts_with("You do not have the right");
+  };
+  for (const MaintenanceOperation operation : {kRebuild, kUpdate, kPack, MaintenanceOperation::kPurge}) {
+    EXPECT_FALSE(Run(operation).completed);
+    EXPECT_TRUE(refused());
+  }
+  office_.boxes.shown.clear();
+  EXPECT_FALSE(CheckXReferences(*office_.session, {}, progress_).opened);
+  EXPECT_TRUE(refused());
+  office_.boxes.shown.clear();
+  EXPECT_FALSE(RestoreDatabases(*office_.session, progress_).completed);
+  EXPECT_THAT(Shown().front().text, HasSubstr("You do not have the right"));
+  EXPECT_EQ(office_.Picture(), before);
 }
 
 TEST_F(MaintenanceTest, PackDropsDeletedRecordsAndRebuildMendsIndexes) {

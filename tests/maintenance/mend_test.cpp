@@ -113,8 +113,12 @@ TEST_F(Mend, RebuildsReferencesAndCountersAndNamesTheRest) {
              "ESCROW_DEPOSITS_FNB: adds the cross-reference \"D 20240315 1 2\" of file \"24-2\" in bank FNB",
              "ESCROW_DEPOSITS_FNB: adds the reference to item 2 of deposit 20240315 1 of file \"24-2\""}));
   const Lines left{
-      "ESCROW_XRFS: names \"C 102\" of file \"24-1\" in bank FNB, which stands under another file",
-      "ESCROW_XRFS: names \"C 999\" of file \"24-5\" in bank FNB, which is not there"};
+      "ESCROW_XRFS: names \"C 102\" of file \"24-1\" in bank FNB, which stands under another file: compare "
+      "both with "
+      "the paper, and correct the transaction's file number where it is wrong",
+      "ESCROW_XRFS: names \"C 999\" of file \"24-5\" in bank FNB, which is not there: compare with the "
+      "paper, and enter "
+      "the transaction again where it was real"};
   EXPECT_EQ(Texts(plan.remains), left);
   EXPECT_EQ(VerifyCompany(home).size(), 6U);  // planning has changed nothing
 
@@ -135,7 +139,10 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
     std::string step;
   } kHarms[] = {
       {[&] { Patch("ESCROW_CHECKS_FNB.DBF", 4, "\x09"); },
-       "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over"},
+       "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over.  It "
+       "counts 9 records and holds 3: the last 6 are lost.  Restore the table from a copy if there is a good "
+       "one; "
+       "mending keeps what is left"},
       {[&] { SystemFileSystem().Remove(office_.folder.Held("ESCROW_XRFS.CDX")); },
        "ESCROW_XRFS: builds the index anew from the records"},
       {[&] { Patch("ESCROW_BANKS.CDX", 1024, std::string(512, '\x07')); },
@@ -146,6 +153,8 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
          office_.WriteFile("ESCROW_UNITS.JNL", "This is a letter that someone saved under a wrong name.");
        },
        "ESCROW_UNITS.JNL: keeps the journal as ESCROW_UNITS.BAD and begins a new one"},
+      {[&] { Patch("ESCROW_NOTES.FPT", 0, "\x7F\x12\x34\x56"); },
+       "ESCROW_NOTES: sets the next free block of the memo file to the file's end"},
   };
   for (const auto& harm : kHarms) {
     harm.harm();
@@ -156,6 +165,19 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
     EXPECT_EQ(Texts(VerifyCompany(home)), Lines{}) << harm.step;
   }
   EXPECT_TRUE(office_.boxes.shown.empty());
+}
+
+// A table that was cut short opens after mending, without what was lost: that is said before.
+TEST_F(Mend, SaysWhatACutTableHasLost) {
+  const TableHome& home = Leave();
+  const std::string table = office_.ReadFile("ESCROW_CHECKS_FNB.DBF");
+  office_.WriteFile("ESCROW_CHECKS_FNB.DBF", table.substr(0, table.find("103") - 2));
+  const MendReport plan = PlanMending(home);
+  EXPECT_TRUE(plan.incomplete);
+  std::string said;
+  for (const std::string& text : Texts(VerifyCompany(home))) said += text + "\n";
+  EXPECT_NE(said.find("It counts 3 records and holds 2: the last 1 are lost.  Restore"), std::string::npos)
+      << said;
 }
 
 TEST_F(Mend, IsRefusedWhileAnotherWorkstationIsIn) {

@@ -38,8 +38,9 @@ class BankSelectTest : public ::testing::Test {
 
 TEST_F(BankSelectTest, OffersActiveBanksOfTheUserInNameOrder) {
   EXPECT_THAT(Lines(), ElementsAre("First National Trust   (FNB)", "Savings   (B)", "Savings   (SAV)"));
-  office_.WriteFile("Inactive Banks.dat", "\r\n B \r\nfnb\r\n");
-  EXPECT_THAT(Lines(), ElementsAre("First National Trust   (FNB)", "Savings   (SAV)"));  // the case counts
+  office_.WriteFile("Inactive Banks.dat", "\r\nB\r\nfnb\r\n SAV\r\n");
+  EXPECT_THAT(Lines(),
+              ElementsAre("First National Trust   (FNB)", "Savings   (SAV)"));  // every character counts
   office_.session->User().sBankCodes = {"SAV", "B"};
   office_.suite.security = true;
   EXPECT_THAT(Lines(), ElementsAre("Savings   (SAV)"));

@@ -4,6 +4,9 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <filesystem>
 
 #include "shell/clsSecurity.h"
 #include "shell/rights.h"
@@ -76,6 +79,90 @@ TEST(StartUpTest, MissingBankTableIsMadeWithANote) {
   EXPECT_TRUE(tables.Open("FNB"));
   EXPECT_EQ(office.ReadFile("Logs\\Tables.log"),
             "2024-03-15 09:30:00 FRONTDESK2: ESCROW_WIRES_FNB was missing and has been made, empty.\r\n");
+}
+
+// An empty table in the place of a lost one would hide money.
+TEST(StartUpTest, LostTableIsMadeOnlyWhenWanted) {
+  const struct {
+    std::string table;
+    std::string also;  // a file that speaks for it, made by the test
+    std::string why;   // "" for a table that may be made
+  } cases[] = {{"ESCROW_BANKS", "", "the folder holds tables of bank accounts"},
+               {"ESCROW_XRFS", "", "the folder holds tables of bank accounts"},
+               {"ESCROW_CHECKS_FNB", "", "ESCROW_XRFS names transactions of it"},
+               {"ESCROW_NOTES", "DBFCOPYS\\ESCROW_NOTES.DBF", "the last copy holds it"},
+               {"ESCROW_WIRES_FNB", "Escrow_Control.txt", "Escrow_Control.txt lists it"},
+               {"ESCROW_VOUCHERS_FNB", "", ""},
+               {"ESCROW_AGENT", "", ""}};
+  for (const auto& one : cases) {
+    Office office;
+    ASSERT_TRUE(office.Open());
+    ASSERT_TRUE(BankTables(office.session->Home()).Open("FNB"));
+    ASSERT_EQ(office.session->Company().xrefs.Add(CheckXref("24-1", "FNB", "101")), 0);
+    office.session.reset();
+    SystemFileSystem().CreateFolder(office.folder.Held("DBFCOPYS"));
+    if (!one.also.empty()) office.WriteFile(one.also, "Version=1\r\n" + one.table + "=1\r\n");
+    SystemFileSystem().Remove(office.folder.Held(one.table + ".DBF"));
+    for (const BoxAnswer answer : {BoxAnswer::kNo, BoxAnswer::kYes}) {
+      office.boxes.shown.clear();
+      office.boxes.answers = {answer};
+      const StartUpOutcome outcome = office.Start();
+      const bool opens = outcome.session && BankTables(outcome.session->Home()).Open("FNB");
+      EXPECT_EQ(opens, one.why.empty() || answer == BoxAnswer::kYes) << one.table;
+      if (answer == BoxAnswer::kYes && one.why.empty()) continue;  // the first start has made it
+      ASSERT_EQ(office.boxes.shown.size(), one.why.empty() ? 0u : 1u) << one.table;
+      if (one.why.empty()) continue;
+      EXPECT_THAT(office.boxes.LastText(), HasSubstr("it was there: " + one.why));
+    }
+  }
+}
+
+TEST(StartUpTest, DamagedTableNamesTheWayOut) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  office.session.reset();
+  office.WriteFile("ESCROW_UNITS.JNL",
+                   "A letter that someone saved under a wrong name, and longer than a head.");
+  EXPECT_EQ(office.Start().result, StartUpResult::kTablesRefused);
+  EXPECT_THAT(office.boxes.LastText(), HasSubstr("verify\" says what is wrong"));
+}
+
+// The user of the test must not be one who may write everywhere.
+class CommonUser {
+ public:
+  CommonUser() {
+    if (geteuid() == 0 && seteuid(kNobody) != 0) std::abort();
+  }
+  ~CommonUser() {
+    if (getuid() == 0 && seteuid(0) != 0) std::abort();
+  }
+  CommonUser(const CommonUser&) = delete;
+  CommonUser& operator=(const CommonUser&) = delete;
+
+ private:
+  static constexpr uid_t kNobody = 65534;
+};
+
+TEST(StartUpTest, WriteProtectedDataCanBeLookedAt) {
+  Office office;
+  ASSERT_TRUE(office.Open([](BankRecord& bank) { bank.auto_date = 1; }));
+  office.session.reset();
+  const std::filesystem::path folder = office.folder.Platform("");
+  for (const auto& file : std::filesystem::directory_iterator(folder))
+    std::filesystem::permissions(file.path(), std::filesystem::perms(0444));
+  std::filesystem::permissions(folder, std::filesystem::perms(0555));
+  {
+    const CommonUser user;
+    const StartUpOutcome outcome = office.Start();
+    ASSERT_TRUE(outcome.session);
+    EXPECT_THAT(office.TakeTexts(), ElementsAre(HasSubstr("can be looked at here, but not changed")));
+    EXPECT_TRUE(SelectBank(*outcome.session, "FNB"));
+    BankTable& banks = outcome.session->Company().banks;
+    std::optional<BankRecord> bank = banks.Find("FNB");
+    ASSERT_TRUE(bank);
+    EXPECT_EQ(banks.Update(*bank), engine::kErrorReadOnly);
+  }
+  std::filesystem::permissions(folder, std::filesystem::perms(0755));
 }
 
 class UsersTest : public ::testing::Test {

@@ -102,6 +102,25 @@ TEST_F(UserMaintenanceTest, RightsOfAnyLength) {
   EXPECT_EQ(user.sSecurity, "000");
 }
 
+// The suite makes the table, with widths, an order and fields of its own.
+TEST_F(UserMaintenanceTest, RecordsOfOtherWidths) {
+  constexpr FieldLayout kFields[] = {{"EXTRA", 'C', 3},       {"LOGIN", 'C', 10},     {"ID", 'N', 4},
+                                     {"USERNAME", 'C', 14},   {"GROUP", 'C', 64},     {"PASSWORD", 'C', 8},
+                                     {"LASTUPDATE", 'C', 24}, {"LASTLOGIN", 'C', 24}, {"MUSTCHANGE", 'N', 1},
+                                     {"DISABLED", 'N', 1},    {"SECURITY", 'C', 62}};
+  clsKVRData& data = office_.session->Data();
+  const DataHandle made = data.CreateDatabase(office_.folder.Held("USERS.DBF"), kFields, kUsersLayout.tags);
+  ASSERT_GT(made, 0);
+  data.CloseDatabase(made);
+  ASSERT_EQ(Save("ann", "01", {"FNB"}), 0);
+  EXPECT_EQ(Get("ann").sSecurity, "01" + std::string(60, '0'));
+  EXPECT_EQ(Save("ann", std::string(62, '0') + "1"), engine::kErrorFieldValue);  // no place for that denial
+  EXPECT_EQ(Save("bartholomew"), engine::kErrorFieldValue);
+  EXPECT_THAT(data.LastFieldProblem().text, HasSubstr("LOGIN"));
+  EXPECT_EQ(Get("ann").sSecurity, "01" + std::string(60, '0'));
+  EXPECT_THAT(Get("ann").sBankCodes, ElementsAre("FNB"));
+}
+
 TEST_F(UserMaintenanceTest, DeletesWithTheBanksButNotOneself) {
   ASSERT_EQ(Save("ann", "", {"SAV"}), 0);
   ASSERT_EQ(Save("bob", "", {"SAV", "FNB"}), 0);

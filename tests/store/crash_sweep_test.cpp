@@ -64,14 +64,13 @@ int Void(Company& c) {
   return c.EndUnit(rc);
 }
 
-// Long remarks make the unit large enough to be written ahead of its commit.
-int PostBatch(Company& c) {
-  code4unitBegin(*c.code);
+// Long remarks make the unit large enough to be written ahead of its commit, the first of it while it runs.
+int AddBatch(Company& c) {
   int rc = kSuccess;
-  for (int i = 300; i < 360 && rc == kSuccess; ++i) {
-    rc = c.AddCheck("   " + std::to_string(i), "24-0" + std::to_string(i), std::string(20000, 'r'));
+  for (int i = 300; i < 340 && rc == kSuccess; ++i) {
+    rc = c.AddCheck("   " + std::to_string(i), "24-0" + std::to_string(i), std::string(120000, 'r'));
   }
-  return c.EndUnit(rc);
+  return rc;
 }
 
 const Work kWorks[] = {
@@ -80,7 +79,18 @@ const Work kWorks[] = {
        code4unitBegin(*c.code);
        return c.EndUnit(c.AddCheck("   500", "24-0500"));
      }},
-    {"batch", 0, PostBatch},
+    {"batch", 0,
+     [](Company& c) {
+       code4unitBegin(*c.code);
+       return c.EndUnit(AddBatch(c));
+     }},
+    {"batch taken back", 0,
+     [](Company& c) {
+       code4unitBegin(*c.code);
+       const int rc = AddBatch(c);
+       code4unitRollback(*c.code);
+       return rc;
+     }},
     {"edit", 0, Edit},
     {"renumber", 0, Renumber},
     {"void", 0, Void},

@@ -150,6 +150,20 @@ TEST(JournalExamination, TellsTheStatesApart) {
   EXPECT_EQ(state(), JournalState::kWaiting);
   EXPECT_EQ(waiting, 2U);
 
+  // A unit that was begun to be applied, and whose entry is gone.
+  std::string lost = waits;
+  lost.replace(88, 8, lost.substr(16, 8));
+  const std::size_t second = lost.rfind("TWKE");
+  const std::size_t first = lost.rfind("TWKE", second - 1);
+  lost[first + 40] ^= 1;
+  disk.Put(path, lost);
+  EXPECT_EQ(state(), JournalState::kDamaged);
+  {
+    Company company(disk);
+    EXPECT_FALSE(company.Open());
+    EXPECT_EQ(code4errorCode(*company.code, 0), kErrorJournal);
+  }
+
   std::string damaged = after;
   damaged[150] ^= 1;
   disk.Put(path, damaged);

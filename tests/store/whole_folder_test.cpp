@@ -139,7 +139,9 @@ TEST_F(WholeFolder, HeldWritersWaitAndReadersGoOn) {
   Company clerk(disk_);
   ASSERT_TRUE(clerk.Open());
   ASSERT_EQ(code4holdWriters(*copier.code, "/data"), kSuccess);
-  EXPECT_EQ(clerk.AddCheck("   600", "24-0600"), kLocked);
+  EXPECT_EQ(clerk.AddCheck("   600", "24-0600"), kErrorCopying);
+  EXPECT_EQ(code4lockUserId(*clerk.code), "FRONTDESK2 (process 4711)");
+  EXPECT_EQ(code4holdWriters(*clerk.code, "/data"), kErrorCopying);
   EXPECT_EQ(clerk.Picture(), old_);
   code4releaseWriters(*copier.code);
   EXPECT_EQ(clerk.AddCheck("   600", "24-0600"), kSuccess);

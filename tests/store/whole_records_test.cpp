@@ -176,6 +176,34 @@ TEST(WholeRecords, AUnitThatItsWriterLeftHalfDoneIsFinishedByTheReader) {
   EXPECT_EQ(std::string(f4ptr(*d4field(*reader.data, "RIGHT")), 1), "1");
 }
 
+// A long unit writes to the files while it runs; readers see nothing of it.
+TEST(WholeRecords, ALongUnitIsSeenByNobodyBeforeItStands) {
+  MemoryFiles disk;
+  Pairs writer(disk, "/data");
+  writer.Make(4);
+  const std::size_t before = disk.Get(writer.path).size();
+  Pairs reader(disk, "/data");
+  ASSERT_NE(reader.data = d4open(*reader.code, reader.path), nullptr);
+  code4unitBegin(*writer.code);
+  for (int i = 4; i < 20004; ++i) {
+    d4appendStart(*writer.data);
+    f4assignLong(*d4field(*writer.data, "NUMBER"), i);
+    writer.Set("0");
+    ASSERT_EQ(d4append(*writer.data), kSuccess);
+  }
+  EXPECT_GT(disk.Get(writer.path).size(), before);
+  EXPECT_EQ(d4recCountDo(*reader.data), 4);
+  EXPECT_EQ(reader.CountTorn(nullptr, true), 0);
+  d4tagSelect(*writer.data, d4tag(*writer.data, "NUMBER"));
+  EXPECT_EQ(d4seek(*writer.data, "     5"), kSuccess);
+  EXPECT_EQ(f4long(*d4field(*writer.data, "LEFT")), 0);
+
+  code4unitRollback(*writer.code);
+  EXPECT_EQ(disk.Get(writer.path).size(), before);
+  ASSERT_EQ(writer.ChangeAll("1", true), kSuccess);
+  EXPECT_EQ(reader.CountTorn("NUMBER", false), 0);
+}
+
 TEST(WholeRecords, AWalkBesideAWritingProcess) {
   TempFolder folder;
   const std::string path = folder.Platform();

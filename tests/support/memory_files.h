@@ -38,6 +38,8 @@ class MemoryFiles : public engine::FileLayer {
     changes_ = 0;
     full_ = false;
   }
+  // From now on nothing can be opened for writing.
+  void SetReadOnly(bool on) { read_only_ = on; }
   int Changes() const { return changes_; }
   int Flushes() const { return flushes_; }
   bool IsDead() const { return dead_; }
@@ -74,6 +76,7 @@ class MemoryFiles : public engine::FileLayer {
     if (exists && mode == OpenMode::kCreateNew) result = engine::kErrorExists;
     if (!exists && !makes) result = engine::kErrorOpen;
     if (code != nullptr) *code = result;
+    if (read_only_ && mode != OpenMode::kReadOnly && (exists || makes)) result = engine::kErrorReadOnly;
     if (result == engine::kSuccess && dead_) result = engine::kErrorOpen;
     const bool changes = !exists || mode == OpenMode::kCreate;
     if (result == engine::kSuccess && changes) result = Step(engine::kErrorCreate);
@@ -157,7 +160,7 @@ class MemoryFiles : public engine::FileLayer {
       if (offset < 0) return engine::kErrorRead;
       if (offset >= Size()) return 0;
       const std::size_t count = std::min(length, static_cast<std::size_t>(Size() - offset));
-      std::memcpy(buffer, node_->bytes.data() + offset, count);
+      std::copy_n(node_->bytes.data() + offset, count, static_cast<char*>(buffer));
       return static_cast<std::int64_t>(count);
     }
 
@@ -204,6 +207,7 @@ class MemoryFiles : public engine::FileLayer {
     }
 
     int Lock(std::int64_t offset, std::int64_t length, engine::LockKind kind) override {
+      if (!writable_ && kind == engine::LockKind::kExclusive) return engine::kErrorLock;
       const std::int64_t end = offset + length;
       for (const LockedRange& range : node_->locks) {
         const bool overlaps = range.begin < end && offset < range.end;
@@ -252,6 +256,7 @@ class MemoryFiles : public engine::FileLayer {
   int changes_ = 0;
   int flushes_ = 0;
   bool full_ = false;
+  bool read_only_ = false;
   bool dead_ = false;
 };
 

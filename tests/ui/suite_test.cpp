@@ -43,7 +43,8 @@ TEST_F(SuiteTest, PublishesItsCompanyToWhoeverAttaches) {
   const QString list = WriteFile("files.txt", "24-0117\n 24-0118 \n");
   const QString settings =
       WriteFile("suite.ini", "[Company]\nName=Lakeside \"Title\", Inc.\nNumber=12\nDataPath=" + data +
-                                 "\nFileList=" + list.toUtf8() + "\n[User]\nLogin=maryk\n");
+                                 "\nBranches=Main, North Office\nFileList=" + list.toUtf8() +
+                                 "\n[User]\nLogin=maryk\n");
   ASSERT_EQ(Run({"--settings", settings, "--security", "on", "--number", "13", "--background"}), 0);
   const std::unique_ptr<Suite> suite = Attach();
   ASSERT_NE(suite, nullptr);
@@ -55,6 +56,10 @@ TEST_F(SuiteTest, PublishesItsCompanyToWhoeverAttaches) {
   EXPECT_EQ(suite->KnowsFile("24-0118"), true);
   EXPECT_EQ(suite->KnowsFile("24-0119"), false);
   EXPECT_TRUE(suite->RegisterProgram(kProgramName, 4711));
+  EXPECT_EQ(suite->BranchName(), "Main");
+  EXPECT_EQ(Run({"--branch", "North Office"}), 0);
+  EXPECT_EQ(Run({"--branch", "South"}), 1);
+  EXPECT_EQ(suite->BranchName(), "North Office") << "asked anew";
 
   EXPECT_EQ(Run({"--data", folder_.Platform().c_str()}), 1) << "a second suite on the socket";
   EXPECT_TRUE(AskSuite(socket_, {{"ask", "anything"}}).contains("error"));
