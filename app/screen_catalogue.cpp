@@ -1,6 +1,8 @@
 #include "app/screen_catalogue.h"
 
 #include "audit/view_log.h"
+#include "checks/print_checks.h"
+#include "checks/stock_check_printer.h"
 #include "clearing/deposit_clearing.h"
 #include "maintenance/maintenance_screens.h"
 #include "posting/check_posting.h"
@@ -59,9 +61,29 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
   return std::make_unique<ScreenForm>(session);
 }
 
+// Made before the screen that prints with it, and gone behind it.
+struct HeldPrinter {
+  explicit HeldPrinter(Session& session) {
+    if (session.Sheets() != nullptr)
+      printer = std::make_unique<StockCheckPrinter>(session, session.BankCode());
+  }
+  std::unique_ptr<StockCheckPrinter> printer;
+};
+
+class CheckScreen : private HeldPrinter, public FrmEditChecksPost {
+ public:
+  CheckScreen(Session& session, ScreenOpener& opener, CheckMode::Kind mode)
+      : HeldPrinter(session), FrmEditChecksPost(session, opener, mode, {printer.get(), nullptr}) {}
+};
+
 template <CheckMode::Kind kMode>
 std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
-  return Opened(std::make_unique<FrmEditChecksPost>(session, opener, kMode), opener);
+  return Opened(std::make_unique<CheckScreen>(session, opener, kMode), opener);
+}
+
+std::unique_ptr<Form> MakePrintChecks(Session& session, ScreenOpener&) {
+  auto form = std::make_unique<FrmPrintChecks>(session);
+  return form->OpenTables() ? std::move(form) : nullptr;
 }
 
 std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener& opener) {
@@ -107,6 +129,7 @@ constexpr Screen kScreens[] = {
     {"frmEditChecksPost", "Clearing", true, kRightClearChecks, MakeChecks<CheckMode::Kind::kClearing>},
     {"frmEditChecksPost", "Voiding", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kVoiding>},
     {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
+    {"frmPrintChecks", "", true, kRightPostChecks, MakePrintChecks},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},

@@ -1,5 +1,8 @@
 #include "cli/office.h"
 
+#ifdef TALLWICK_HAS_PRINT
+#include "print/sheet_files.h"
+#endif
 #include "core/system_ports.h"
 #include "core/text.h"
 #include "shell/bank_select.h"
@@ -106,6 +109,13 @@ std::optional<std::int32_t> Office::BankAccountingDay() {
   const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
   if (!bank) Refused("The bank " + Quoted(session->BankCode()) + " is gone", kRefused);
   return bank ? std::optional(bank->accounting.day) : std::nullopt;
+}
+
+bool Office::PrintInto([[maybe_unused]] const std::string& path) {
+#ifdef TALLWICK_HAS_PRINT
+  sheets_ = std::make_unique<SheetFilePrinter>(path, &boxes_);
+#endif
+  return sheets_ != nullptr;
 }
 
 void Office::ReloadUser() {

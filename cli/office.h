@@ -47,6 +47,9 @@ class Office {
   // The accounting day of --bank, which decides the form of its periods (0 = month and year). Nullopt after a
   // message.
   std::optional<std::int32_t> BankAccountingDay();
+  // Lets checks be printed, into this PDF file; before the company is opened. False when this program was
+  // built without printing.
+  bool PrintInto(const std::string& path);
   // Who is asked when a screen wants another one opened; null = nobody.
   void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }
   // The screens exist once Open has succeeded.
@@ -70,8 +73,7 @@ class Office {
     void OpenScreen(std::string_view screen, std::string_view mode) override {
       if (target != nullptr) target->OpenScreen(screen, mode);
     }
-    void OpenItem(std::string_view screen, std::string_view mode,
-                  const std::vector<KeyText>& key) override {
+    void OpenItem(std::string_view screen, std::string_view mode, const std::vector<KeyText>& key) override {
       if (target != nullptr) target->OpenItem(screen, mode, key);
     }
     bool Offers(std::string_view screen, std::string_view mode) const override {
@@ -79,7 +81,9 @@ class Office {
     }
   };
 
-  Ports ThePorts() { return {boxes_, files_, clock_, workstation_, nullptr, &SystemMachine()}; }
+  Ports ThePorts() {
+    return {boxes_, files_, clock_, workstation_, nullptr, &SystemMachine(), nullptr, nullptr, sheets_.get()};
+  }
   bool HasDataOption();
   // Says what failed and keeps the exit status; always null.
   Session* Refused(std::string_view why, int status);
@@ -91,6 +95,7 @@ class Office {
   CommandLineClock clock_;
   CommandLineWorkstation workstation_;
   Opener opener_;
+  std::unique_ptr<SheetPrinter> sheets_;
   std::unique_ptr<clsKVRData> store_;
   std::unique_ptr<Application> application_;
   std::vector<std::string> made_tables_;

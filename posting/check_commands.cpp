@@ -17,6 +17,7 @@ struct CommandText {
 };
 constexpr CommandText kCommands[] = {
     {"mnuFilePrint", "&Print Check"},
+    {"mnuFilePrintChecks", "Print Se&veral Checks..."},
     {"mnuEditPostChecks", "&Post Checks"},
     {"mnuEditClearChecks", "&Clear Checks"},
     {"mnuEditVoidChecks", "&Void Checks"},
@@ -77,8 +78,10 @@ struct ScreenChoice {
   std::string_view command;
   std::string_view screen;
   int right;
+  std::string_view mode = "Posting";
 };
 constexpr ScreenChoice kScreens[] = {
+    {"mnuFilePrintChecks", "frmPrintChecks", kRightPostChecks, ""},
     {"mnuEditPostDeposits", "frmEditDepositsPost", kRightPostDeposits},
     {"mnuEditVouchers", "frmEditVouchersPost", kRightPostChecks},
     {"mnuEditWireTransfers", "frmEditWiresPost", kRightWires},
@@ -145,7 +148,7 @@ bool FrmEditChecksPost::OrderCommand(std::string_view command) {
 bool FrmEditChecksPost::ScreenCommand(std::string_view command) {
   for (const ScreenChoice& one : kScreens) {
     if (one.command != command) continue;
-    opener_.OpenScreen(one.screen, "Posting");
+    opener_.OpenScreen(one.screen, one.mode);
     return true;
   }
   return false;

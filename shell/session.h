@@ -14,6 +14,7 @@
 #include "core/message_boxes.h"
 #include "core/period.h"
 #include "core/print_document.h"
+#include "core/sheet.h"
 #include "core/workstation.h"
 #include "shell/suite.h"
 
@@ -46,6 +47,7 @@ struct Ports {
   Machine* machine = nullptr;          // null where nobody asks about the machine
   HelpViewer* help = nullptr;          // null where the platform shows no help files
   DocumentPrinter* printer = nullptr;  // null where the face cannot print
+  SheetPrinter* sheets = nullptr;      // of checks; null where the face cannot print them
 };
 
 enum class SessionChange {
@@ -78,6 +80,7 @@ class Session {
   Machine* TheMachine() const { return ports_.machine; }
   HelpViewer* Help() const { return ports_.help; }
   DocumentPrinter* Documents() const { return ports_.printer; }
+  SheetPrinter* Sheets() const { return ports_.sheets; }
   Suite& TheSuite() const { return *suite_; }
   RunState& Run() { return run_; }
   const ProgramVersion& Version() const { return version_; }

@@ -128,7 +128,7 @@ void AddEntry(PostingLayout& layout) {
 }
 
 void AddMenus(PostingLayout& layout) {
-  layout.AddMenu("&File", {{"mnuFilePrint"}});
+  layout.AddMenu("&File", {{"mnuFilePrint"}, {"mnuFilePrintChecks"}});
   layout.AddMenu("&Edit", {{"mnuEditPostChecks"},
                            {"mnuEditClearChecks"},
                            {"mnuEditVoidChecks"},

@@ -5,10 +5,11 @@
 #include <QTextStream>
 
 #include "core/system_ports.h"
+#include "print/document_printer.h"
+#include "print/sheet_printer.h"
 #include "shell/machine.h"
 #include "shell/registry.h"
 #include "ui/desktop.h"
-#include "print/document_printer.h"
 #include "ui/folder_suite.h"
 #include "ui/qt_help_viewer.h"
 #include "ui/qt_message_boxes.h"
@@ -95,8 +96,9 @@ int RunDesktop(const QCommandLineParser& parser) {
   const std::unique_ptr<Registry> registry = UserRegistry(SystemFileSystem());
   QtHelpViewer help;
   QtDocumentPrinter printer(boxes);
+  QtSheetPrinter sheets(boxes);
   Desktop desktop({boxes, SystemFileSystem(), SystemClock(), SystemWorkstation(), registry.get(),
-                   &SystemMachine(), &help, &printer});
+                   &SystemMachine(), &help, &printer, &sheets});
   QObject::connect(&desktop, &Desktop::Ended, qApp, &QCoreApplication::quit, Qt::QueuedConnection);
   QObject::connect(&instance, &SingleInstance::ShowAsked, &desktop, [&] {
     BringToFront(desktop);

@@ -11,6 +11,7 @@
 #include "ui/check_window.h"
 #include "ui/ledger_window.h"
 #include "ui/posting_windows.h"
+#include "ui/print_checks_window.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui/trial_balance_window.h"
@@ -47,6 +48,7 @@ constexpr Screen kScreens[] = {
     {"frmAbout", Make<QDialog, Ui::frmAbout>},
     {"frmHelp", Make<QMainWindow, Ui::frmHelp>},
     {"frmEditChecksPost", MakeCheckWindow},
+    {"frmPrintChecks", MakePrintChecksWindow},
     {"frmEditDepositsPost", MakeDepositWindow},
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},

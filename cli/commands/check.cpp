@@ -245,6 +245,7 @@ void AddCheckCommands(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<CheckArguments>();
   next->add_option("--set", arguments->new_number, "Has the numbers go on from here");
   Choose(next, chosen, arguments, Next);
+  AddCheckPrintCommands(*check, chosen);
 }
 
 }  // namespace tallwick::cli

@@ -35,6 +35,8 @@ void AddWordsCommand(CLI::App& app, Action& chosen);
 void AddPeriodCommand(CLI::App& app, Action& chosen);
 void AddTableCommands(CLI::App& app, Action& chosen);
 void AddCheckCommands(CLI::App& app, Action& chosen);
+// Adds to the command "check".
+void AddCheckPrintCommands(CLI::App& check, Action& chosen);
 void AddDepositCommands(CLI::App& app, Action& chosen);
 void AddWireCommands(CLI::App& app, Action& chosen);
 void AddVoucherCommands(CLI::App& app, Action& chosen);

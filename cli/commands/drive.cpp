@@ -12,6 +12,7 @@ namespace {
 
 struct DriveArguments {
   std::string script;  // "" = standard input
+  std::string pdf;     // what the screens print; "" = they cannot print
 };
 
 int PlayAll(Office& office, std::istream& script) {
@@ -39,6 +40,10 @@ int PlayAll(Office& office, std::istream& script) {
 }
 
 int Drive(Office& office, const DriveArguments& arguments) {
+  if (!arguments.pdf.empty() && !office.PrintInto(arguments.pdf)) {
+    office.Out().Fail("This escrowctl was built without printing.  Use the desktop's build.");
+    return kRefused;
+  }
   if (arguments.script.empty() || arguments.script == "-") return PlayAll(office, std::cin);
   // A folder can be opened as a file, but not read.
   std::ifstream file(arguments.script);
@@ -57,6 +62,7 @@ void AddDriveCommand(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<DriveArguments>();
   CLI::App* drive = app.add_subcommand("drive", "Drives the screens by control name, from a script");
   drive->add_option("SCRIPT", arguments->script, "A file; left out, standard input");
+  drive->add_option("--pdf", arguments->pdf, "Lets screens print checks, into this PDF file");
   Choose(drive, chosen, arguments, Drive);
 }
 

@@ -203,6 +203,42 @@ TEST(Checks, ArePostedRefusedAndListed) {
 }
 
 // The command and the script go through the same screen: not one byte may differ.
+TEST(Checks, GoToPaperTogetherOrNotAtAll) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  ASSERT_EQ(escrowctl.Run(std::string(kAddBank) + " BANKACCTNO=00123456 BankABANo=041200051").status, 0);
+  const std::string post = kPost;
+  for (const char* number : {"1001", "1002", "1003"})
+    ASSERT_EQ(escrowctl.Run(std::string(post).replace(post.find("1001"), 4, number)).status, 0);
+  const std::string pdf = escrowctl.Data("checks.pdf");
+  const std::string print = "--json --bank FNT check print 1001-1003 --layout three --pdf '" + pdf + "'";
+  RunResult result = escrowctl.Run(print);
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.out.find("its last digit does not fit"), std::string::npos) << result.out;
+  EXPECT_EQ(ReadWhole(pdf), "");
+  ASSERT_EQ(escrowctl.Run("bank set FNT BankABANo=041200050").status, 0);
+  const std::string elsewhere =
+      "--bank FNT check print 1001 --pdf '" + escrowctl.Data("no folder/x.pdf") + "'";
+  EXPECT_EQ(escrowctl.Run(elsewhere).status, 1);
+  result = escrowctl.Run(print);
+  EXPECT_EQ(result.status, 0) << result.err;
+  EXPECT_EQ(result.Json()["printed"], Json({"1001", "1002", "1003"}));
+  EXPECT_EQ(ReadWhole(pdf).rfind("%PDF", 0), 0U);
+  EXPECT_EQ(escrowctl.Run(print).status, 1) << "printed before, and nobody said Yes";
+  EXPECT_EQ(escrowctl.Run("--answer Yes " + print).status, 0);
+  EXPECT_EQ(escrowctl.Run("--bank FNT check print 1001 --pdf x.pdf --security on --user NOBODY").status, 1);
+  result = escrowctl.Run("--bank FNT check layout --layout three");
+  EXPECT_NE(result.out.find("CheckTops=0,88.9,177.8"), std::string::npos) << result.out;
+  const std::string script =
+      escrowctl.Write("print.txt",
+                      "bank FNT\nopen frmEditChecksPost Posting\n"
+                      "set txtCheckPayee Lucas County\nset txtCheckAmount 12.50\n"
+                      "set txtCheckFileNumber 24-0117\nclick cmdPrint\nanswer Yes\nclose\n");
+  result = escrowctl.Run("drive '" + script + "' --pdf '" + escrowctl.Data("screen.pdf") + "'");
+  EXPECT_NE(result.out.find("Printed a Check but have NOT posted it."), std::string::npos) << result.out;
+  EXPECT_EQ(ReadWhole(escrowctl.Data("screen.pdf")).rfind("%PDF", 0), 0U);
+}
+
 TEST(Checks, AreTheSameFromCommandAndScript) {
   const Escrowctl by_command;
   const Escrowctl by_script;

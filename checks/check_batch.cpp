@@ -1,0 +1,89 @@
+#include "checks/check_batch.h"
+
+#include <set>
+
+#include "checks/check_sheet.h"
+#include "core/text.h"
+#include "posting/check_numbering.h"
+
+namespace tallwick {
+namespace {
+
+constexpr long long kMostOfRange = 1000;
+
+class Collector {
+ public:
+  Collector(BankTables& tables, std::string_view bank_code, std::string_view advice)
+      : tables_(tables), bank_code_(bank_code), advice_(advice) {}
+
+  void Take(const std::string& text) {
+    const std::size_t dash = text.find('-');
+    if (dash == std::string::npos) return TakeOne(std::string(Trim(text)));
+    const auto first = CheckNumberValue(Trim(text.substr(0, dash)));
+    const auto last = CheckNumberValue(Trim(text.substr(dash + 1)));
+    if (!first || !last || *last < *first || *last - *first >= kMostOfRange) {
+      batch.problem = Quoted(text) + " is no range of at most 1000 check numbers, such as 10452-10460.";
+      return;
+    }
+    const std::size_t before = batch.checks.size();
+    for (long long number = *first; number <= *last; ++number) {
+      if (tables_.checks.SeekNumber(std::to_string(number)) && tables_.checks.Read().status == "O")
+        TakeFound();
+    }
+    if (batch.checks.size() == before) batch.problem = "No outstanding check has a number of " + text + ".";
+  }
+
+  CheckBatch batch;
+
+ private:
+  void TakeOne(const std::string& number) {
+    if (!tables_.checks.SeekNumber(number)) {
+      batch.problem = "Check " + number + " is not posted.  Post it first.";
+      return;
+    }
+    const CheckRecord check = tables_.checks.Read();
+    batch.problem = StatusProblem(check);
+    if (batch.problem.empty()) TakeFound();
+  }
+
+  // A check that is named twice is printed once.
+  void TakeFound() {
+    const CheckRecord check = tables_.checks.Read();
+    if (!taken_.insert(check.number).second) return;
+    std::string advice = advice_;
+    if (advice.empty() && !check.voucher_number.empty() && tables_.vouchers.SeekNumber(check.voucher_number))
+      advice = tables_.vouchers.Read().reason;
+    batch.checks.push_back(MakeCheckOnPaper(check, bank_code_, advice));
+  }
+
+  BankTables& tables_;
+  const std::string bank_code_;
+  const std::string advice_;
+  std::set<std::string> taken_;
+};
+
+}  // namespace
+
+CheckBatch CollectChecks(BankTables& tables, std::string_view bank_code, std::span<const std::string> numbers,
+                         std::string_view advice) {
+  Collector collector(tables, bank_code, advice);
+  for (const std::string& text : numbers) {
+    if (collector.batch.problem.empty()) collector.Take(text);
+  }
+  return collector.batch;
+}
+
+bool AgreesToPrint(const CheckBatch& batch, MessageBoxes& boxes, std::string_view title) {
+  for (const CheckOnPaper& paper : batch.checks) {
+    const std::string name = "Check " + paper.check.number + "\r\n";
+    if (paper.check.amount.IsZero() &&
+        boxes.Show({BoxIcon::kQuestion, std::string(title), name + "Check Amount is Zero...  Print ?",
+                    BoxButtons::kYesNo, BoxAnswer::kNo}) != BoxAnswer::kYes) {
+      return false;
+    }
+    if (Trim(paper.check.payee).empty()) boxes.Exclaim(title, name + "WARNING - Payee name is blank...");
+  }
+  return true;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,45 @@
+// Checks as sheets: every text fitted into its field, the MICR line at the foot. Pure: what it is given
+// decides what stands where.
+#pragma once
+
+#include <span>
+#include <string>
+#include <vector>
+
+#include "checks/check_layout.h"
+#include "checks/micr_line.h"
+#include "core/sheet.h"
+#include "posting/check_ports.h"
+
+namespace tallwick {
+
+// What all checks of a bank share.
+struct CheckStationery {
+  std::vector<std::string> branch;  // name and address of who writes the checks
+  std::vector<std::string> bank;    // name and address of who pays them
+  std::string routing;
+  std::string account;
+  MicrSettings micr;
+};
+
+// Why a check with this status is not printed; "" for an outstanding one and for one that is not posted.
+std::string StatusProblem(const CheckRecord& check);
+
+// Why these checks cannot be printed ("Check 10452: …"), "" when they can: their status, the MICR line,
+// amounts below zero or out of range.
+std::string CheckProblem(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
+                         const CheckLayout& layout);
+
+// One document of all checks, in their order, behind them their copies: `prints` is 1 for the checks alone.
+// Only for checks without a problem.
+SheetDocument PlaceChecks(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
+                          const CheckLayout& layout, int prints, SheetOffset offset,
+                          const SheetMeasure& measure);
+
+// Lines that fit into a box, set smaller, then narrower, where they must be. With `breaks` they go on in the
+// next line between words. Figures are never cut; of anything else, only what has no room even at half the
+// size.
+std::vector<SheetText> FitIntoBox(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
+                                  const SheetMeasure& measure);
+
+}  // namespace tallwick

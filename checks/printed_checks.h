@@ -1,0 +1,35 @@
+// Which checks went to paper: "Logs\<bank>\Checks_Printed.log" in the data path, a line for every print, only
+// ever added to. Check tables have no room for it, and a check may be printed before it is posted.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+
+#include "core/date.h"
+#include "core/file_system.h"
+#include "tables/check_table.h"
+
+namespace tallwick {
+
+struct PrintNote {
+  DateTime when;
+  std::string login;
+  std::string computer;
+};
+
+class PrintedChecks {
+ public:
+  // `data_path` ends with "\".
+  PrintedChecks(FileSystem& files, std::string_view data_path, std::string_view bank_code);
+  // By check number, what is known of its last print: "03/15/2024 09:30:00 by jdoe".
+  std::map<std::string, std::string> Read() const;
+  // False when it could not be noted.
+  bool Add(const CheckRecord& check, const PrintNote& note);
+
+ private:
+  FileSystem& files_;
+  const std::string folder_;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,49 @@
+// Prints checks of one bank on its stock: reads the layout and the MICR settings, refuses what cannot be
+// printed, asks before a check goes to paper again, and notes what was printed.
+// Invariant: a check is noted as printed only when all of its batch went to paper, and nothing goes to paper
+// when one check of the batch is refused.
+#pragma once
+
+#include <optional>
+#include <span>
+#include <string>
+#include <string_view>
+
+#include "checks/check_layout.h"
+#include "checks/check_sheet.h"
+#include "checks/printed_checks.h"
+#include "posting/check_ports.h"
+#include "shell/session.h"
+
+namespace tallwick {
+
+struct CheckPrintOptions {
+  bool preview = false;
+  std::optional<CheckStock> stock;  // none: what the bank has
+};
+
+class StockCheckPrinter : public CheckPrinter {
+ public:
+  // The session must have a sheet printer.
+  StockCheckPrinter(Session& session, std::string_view bank_code);
+
+  std::string WhyNot() override;
+  bool Print(const CheckOnPaper& check, const BankRecord& bank, bool preview) override;
+  // True when all of them went to paper. What failed has been shown.
+  bool PrintAll(std::span<const CheckOnPaper> checks, const BankRecord& bank,
+                const CheckPrintOptions& options);
+  const PrintedChecks& Printed() const { return printed_; }
+
+ private:
+  MicrSettings ReadMicrSettings() const;
+  CheckStationery StationeryOf(const BankRecord& bank) const;
+  std::optional<CheckLayout> ReadBankLayout(const BankRecord& bank, std::optional<CheckStock> stock) const;
+  bool MayPrintAgain(std::span<const CheckOnPaper> checks) const;
+  void Note(std::span<const CheckOnPaper> checks);
+
+  Session& session_;
+  const std::string bank_code_;
+  PrintedChecks printed_;
+};
+
+}  // namespace tallwick

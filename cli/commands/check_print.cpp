@@ -1,0 +1,90 @@
+// check print: posted checks on their stock, into a PDF file. check layout: the bank's check layout, to begin
+// an own one with.
+#include "checks/check_batch.h"
+#include "checks/stock_check_printer.h"
+#include "cli/commands/posted.h"
+#include "core/text.h"
+#include "posting/bank_settings.h"
+#include "shell/company_tables.h"
+#include "shell/rights.h"
+
+namespace tallwick::cli {
+
+namespace {
+
+struct PrintArguments {
+  std::vector<std::string> numbers;
+  std::string pdf;
+  std::string layout;
+  std::string advice;
+};
+
+int Refuse(Office& office, const std::string& why) {
+  office.Out().Fail(why);
+  return kRefused;
+}
+
+int Print(Office& office, const PrintArguments& arguments) {
+  if (!office.Granted(kRightPostChecks)) return office.Status();
+  if (!office.PrintInto(arguments.pdf))
+    return Refuse(office, "This escrowctl was built without printing.  Use the desktop's build.");
+  Session* session = office.OpenBank();
+  if (session == nullptr) return office.Status();
+  BankTables tables(session->Home());
+  if (!tables.Open(session->BankCode())) return kNoTables;
+  const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
+  if (!bank) return Refuse(office, "Bank ID Code no longer valid...");
+  const CheckBatch batch = CollectChecks(tables, bank->code, arguments.numbers, arguments.advice);
+  if (!batch.problem.empty()) return Refuse(office, batch.problem);
+  StockCheckPrinter printer(*session, bank->code);
+  if (!AgreesToPrint(batch, office.Boxes(), "Print Checks") ||
+      !printer.PrintAll(batch.checks, *bank, {false, ParseStock(arguments.layout)})) {
+    return Refuse(office, "Nothing was printed");
+  }
+  Json numbers = Json::array();
+  for (const CheckOnPaper& paper : batch.checks) numbers.push_back(paper.check.number);
+  office.Out().Set("printed", numbers);
+  office.Out().Set("pdf", arguments.pdf);
+  office.Out().Line(std::to_string(batch.checks.size()) + " printed into " + arguments.pdf);
+  return kDone;
+}
+
+int ShowLayout(Office& office, const PrintArguments& arguments) {
+  Session* session = office.OpenBank();
+  if (session == nullptr) return office.Status();
+  const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
+  if (!bank) return Refuse(office, "Bank ID Code no longer valid...");
+  const std::string name = std::string(kCheckLayoutSettings) + std::string(Trim(bank->code)) + ".dat";
+  const std::string text = session->Files().Read(session->DataPath() + name).value_or("");
+  const LayoutReading reading = ReadLayout(text, *bank, ParseStock(arguments.layout));
+  if (!reading.problem.empty()) return Refuse(office, name + " cannot be used.  " + reading.problem);
+  const std::string shown = LayoutText(reading.layout);
+  office.Out().Set("layout", shown);
+  office.Out().Line(shown);
+  return kDone;
+}
+
+void AddStock(CLI::App* command, PrintArguments& arguments) {
+  command
+      ->add_option("--layout", arguments.layout, "voucher or three (to a page) in place of the bank's stock")
+      ->check(CLI::IsMember({"voucher", "three"}));
+}
+
+}  // namespace
+
+void AddCheckPrintCommands(CLI::App& check, Action& chosen) {
+  auto arguments = std::make_shared<PrintArguments>();
+  CLI::App* print = check.add_subcommand("print", "Prints posted checks into a PDF file");
+  print->add_option("NUMBER", arguments->numbers, "Check numbers, or ranges such as 10452-10460")->required();
+  print->add_option("--pdf", arguments->pdf, "The file")->required();
+  print->add_option("--remittance", arguments->advice,
+                    "Remittance advice; the reason of a check's voucher where none is given");
+  AddStock(print, *arguments);
+  Choose(print, chosen, arguments, Print);
+  auto shown = std::make_shared<PrintArguments>();
+  CLI::App* layout = check.add_subcommand("layout", "The check layout of the bank, as a file to be edited");
+  AddStock(layout, *shown);
+  Choose(layout, chosen, shown, ShowLayout);
+}
+
+}  // namespace tallwick::cli

@@ -1,0 +1,68 @@
+#include "print/sheet_files.h"
+
+#include <QFile>
+#include <QPdfWriter>
+
+#include "print/application_in_need.h"
+#include "print/sheet_renderer.h"
+
+namespace tallwick {
+namespace {
+
+constexpr int kSmallest = 0;  // the "quality" of a PNG file is its size
+
+// "checks.pdf", then "checks-2.pdf".
+std::string NumberedPath(const std::string& path, int number) {
+  const std::size_t dot = path.rfind(".pdf");
+  if (number == 1) return path;
+  return path.substr(0, dot) + "-" + std::to_string(number) + (dot == std::string::npos ? "" : ".pdf");
+}
+
+}  // namespace
+
+bool WriteSheetsPdf(const SheetDocument& document, const std::string& path) {
+  const ApplicationInNeed application;
+  QFile file(QString::fromStdString(path));
+  if (!file.open(QIODevice::WriteOnly)) return false;
+  bool drawn = false;
+  {
+    QPdfWriter writer(&file);
+    writer.setTitle(QString::fromStdString(document.name));
+    writer.setCreator("Tallwick Escrow Accounting");
+    SetSheetPaper(document.width, document.height, writer);
+    drawn = DrawSheets(document, writer);
+  }
+  if (drawn && file.flush() && file.error() == QFileDevice::NoError) return true;
+  file.remove();
+  return false;
+}
+
+int WriteSheetPictures(const SheetDocument& document, const std::string& stem, int dots_per_inch) {
+  const ApplicationInNeed application;
+  int pages = 0;
+  for (const QImage& picture : DrawSheetPictures(document, dots_per_inch)) {
+    const QString path = QString::fromStdString(stem + "-" + std::to_string(++pages) + ".png");
+    if (!picture.save(path, "PNG", kSmallest)) return 0;
+  }
+  return pages;
+}
+
+bool SheetFilePrinter::HasFont(std::string_view family) {
+  const ApplicationInNeed application;
+  return HasLetters(family);
+}
+
+bool SheetFilePrinter::Print(const SheetMaker& make) {
+  const ApplicationInNeed application;
+  const SheetDocument document = make(LetterMeasure(), {});
+  const std::string path = NumberedPath(path_, printed_ + 1);
+  if (!WriteSheetsPdf(document, path)) {
+    boxes_->Critical(document.name,
+                     "The file " + path + " could not be written.  Name a place that you may write to.");
+    return false;
+  }
+  ++printed_;
+  return true;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,33 @@
+// Sheets in files: PDF, and PNG pictures. Works in a program without Qt's application object too, as long as
+// no other thread makes one.
+#pragma once
+
+#include <string>
+
+#include "core/message_boxes.h"
+#include "core/sheet.h"
+
+namespace tallwick {
+
+// `path` in the platform's form. False when the file could not be written; an unfinished one is removed.
+bool WriteSheetsPdf(const SheetDocument& document, const std::string& path);
+
+// Page n goes to `stem` + "-n.png". The number of pages written, 0 when one could not be.
+int WriteSheetPictures(const SheetDocument& document, const std::string& stem, int dots_per_inch);
+
+// Puts everything into a PDF file, which stands for paper; what is printed later goes beside it, into files
+// with a number behind their name.
+class SheetFilePrinter : public SheetPrinter {
+ public:
+  SheetFilePrinter(std::string path, MessageBoxes* boxes) : path_(std::move(path)), boxes_(boxes) {}
+  bool HasFont(std::string_view family) override;
+  bool Preview(const SheetMaker& make) override { return Print(make); }
+  bool Print(const SheetMaker& make) override;
+
+ private:
+  const std::string path_;
+  MessageBoxes* boxes_;
+  int printed_ = 0;
+};
+
+}  // namespace tallwick

@@ -1,0 +1,22 @@
+// The desktop's way to check stock: preview and printer dialog.
+#pragma once
+
+#include "core/message_boxes.h"
+#include "core/sheet.h"
+
+namespace tallwick {
+
+class QtSheetPrinter : public SheetPrinter {
+ public:
+  explicit QtSheetPrinter(MessageBoxes& boxes) : boxes_(boxes) {}
+  bool HasFont(std::string_view family) override;
+  bool Preview(const SheetMaker& make) override;
+  bool Print(const SheetMaker& make) override;
+
+ private:
+  bool Refused(const std::string& name);
+
+  MessageBoxes& boxes_;
+};
+
+}  // namespace tallwick

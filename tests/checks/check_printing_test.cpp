@@ -1,0 +1,185 @@
+// Printing the checks of a bank: what is refused before paper is touched, and that exactly what went to paper
+// is noted as printed.
+
+#include <gmock/gmock.h>
+
+#include "app/screen_catalogue.h"
+#include "checks/check_batch.h"
+#include "checks/stock_check_printer.h"
+#include "tests/support/office.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
+using ::testing::IsEmpty;
+
+class NarrowLetters : public SheetMeasure {
+ public:
+  double Width(const SheetFont&, std::string_view text) const override {
+    return static_cast<double>(text.size());
+  }
+};
+
+struct FakeSheets : SheetPrinter {
+  bool HasFont(std::string_view family) override { return family == "Bank E13B"; }
+  bool Preview(const SheetMaker& make) override { return Print(make); }
+  bool Print(const SheetMaker& make) override {
+    sheets = make(NarrowLetters(), "Front desk");
+    ++prints;
+    return works;
+  }
+  SheetDocument sheets;
+  int prints = 0;
+  bool works = true;
+};
+
+class CheckPrintingTest : public ::testing::Test {
+ protected:
+  CheckPrintingTest() { office_.sheets = &sheets_; }
+  void Open(const std::string& routing = "041200050") {
+    ASSERT_TRUE(office_.Open([&](BankRecord& bank) { bank.routing_number = routing; }));
+    tables_ = std::make_unique<BankTables>(office_.session->Home());
+    ASSERT_TRUE(tables_->Open("FNB"));
+    for (int number = 10; number < 14; ++number) AddCheck(std::to_string(number), "O");
+    printer_ = std::make_unique<StockCheckPrinter>(*office_.session, "FNB");
+  }
+  void AddCheck(const std::string& number, const std::string& status, std::int64_t cents = 1250'00) {
+    CheckRecord check;
+    check.number = number;
+    check.payee = "SMITH TITLE CO";
+    check.amount = Currency::FromCents(cents);
+    check.status = status;
+    check.voucher_number = "31";
+    ASSERT_EQ(tables_->checks.Add(check), 0);
+  }
+  CheckBatch Collect(const std::vector<std::string>& numbers) {
+    return CollectChecks(*tables_, "FNB", numbers);
+  }
+  bool PrintAll(const std::vector<std::string>& numbers) {
+    const CheckBatch batch = Collect(numbers);
+    EXPECT_EQ(batch.problem, "");
+    return printer_->PrintAll(batch.checks, *office_.session->Company().banks.Find("FNB"), {});
+  }
+  std::string Log() { return office_.ReadFile("Logs\\FNB\\Checks_Printed.log"); }
+
+  testing::Office office_;
+  FakeSheets sheets_;
+  std::unique_ptr<BankTables> tables_;
+  std::unique_ptr<StockCheckPrinter> printer_;
+};
+
+TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
+  Open();
+  office_.WriteFile("Check_Print_FNB.dat", "Offset.front desk=1,2\r\n");
+  sheets_.works = false;
+  EXPECT_FALSE(PrintAll({"11-13", "10", "11"}));
+  EXPECT_EQ(Log(), "");
+  sheets_.works = true;
+  EXPECT_TRUE(PrintAll({"11-13", "10", "11"}));
+  EXPECT_EQ(sheets_.sheets.pages.size(), 4U);
+  EXPECT_DOUBLE_EQ(sheets_.sheets.pages[0].texts.front().box.x, 10) << "moved for this printer";
+  EXPECT_THAT(Log(),
+              HasSubstr("[NUMBER: 10][DATE: 03/15/2024][TIME: 09:30:00][LOGIN: jdoe][COMPUTER: FRONTDESK2]"
+                        "[AMOUNT: 1,250.00][FILE: ][PAYEE: SMITH TITLE CO]\r\n"));
+  EXPECT_EQ(printer_->Printed().Read().size(), 4U);
+
+  const std::string noted = Log();
+  EXPECT_FALSE(PrintAll({"12"})) << "the safe answer is not to print it again";
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Check 12 was printed on 03/15/2024 09:30:00 by jdoe.\r\nPrint again?"));
+  EXPECT_EQ(Log(), noted);
+  office_.boxes.answers = {BoxAnswer::kYes};
+  EXPECT_TRUE(PrintAll({"12"}));
+  EXPECT_GT(Log().size(), noted.size());
+}
+
+TEST_F(CheckPrintingTest, NothingIsPrintedWhenOneIsRefused) {
+  Open("041200051");
+  EXPECT_FALSE(PrintAll({"10", "11"}));
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("Check 10: The routing number \"041200051\" is wrong")));
+  office_.WriteFile("Check_Print_FNB.dat", "Micr=off\r\nWrods=off\r\n");
+  EXPECT_FALSE(PrintAll({"10"}));
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("Check_Print_FNB.dat in the company's data folder")));
+  EXPECT_EQ(sheets_.prints, 0);
+  office_.WriteFile("Check_Print_FNB.dat", "Micr=off\r\n");
+  EXPECT_TRUE(PrintAll({"10"}));
+}
+
+TEST_F(CheckPrintingTest, OnlyOutstandingChecksAreCollected) {
+  Open();
+  VoucherRecord voucher;
+  voucher.number = "31";
+  voucher.reason = "Payoff of loan 4711";
+  ASSERT_EQ(tables_->vouchers.Add(voucher), 0);
+  for (const char* status : {"V", "S", "C", "H"})
+    AddCheck(std::string("2") + std::to_string(status[0] % 10), status);
+  struct Case {
+    const char *number, *part;
+  };
+  const Case cases[] = {{"99", "is not posted"}, {"26", "is voided"},         {"23", "payment stopped"},
+                        {"27", "has cleared"},   {"22", "written by hand"},   {"13-10", "is no range"},
+                        {"1-x", "is no range"},  {"20-29", "No outstanding"}, {"1-9999", "is no range"}};
+  for (const Case& one : cases)
+    EXPECT_THAT(Collect({"10", one.number}).problem, HasSubstr(one.part)) << one.number;
+  const CheckBatch batch = Collect({"13-29"});
+  ASSERT_EQ(batch.checks.size(), 1U);
+  EXPECT_EQ(batch.checks[0].remittance_advice, "Payoff of loan 4711");
+  AddCheck("50", "O", 0);
+  EXPECT_FALSE(AgreesToPrint(Collect({"50"}), office_.boxes, "Print Checks"));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 50\r\nCheck Amount is Zero...  Print ?"));
+}
+
+TEST_F(CheckPrintingTest, AMissingFontSwitchesTheScreensPrintingOff) {
+  Open();
+  ScreenCatalogue screens(*office_.session, office_);
+  const auto prints = [&] {
+    const std::unique_ptr<Form> form = screens.Make("frmEditChecksPost", "Posting");
+    form->Opened();
+    return form->Find("cmdPrint")->enabled;
+  };
+  EXPECT_TRUE(prints());
+  office_.WriteFile("MICR_Print_FNB.dat", "Font=Bank E13B\r\n");
+  EXPECT_TRUE(prints());
+  EXPECT_TRUE(PrintAll({"10"}));
+  const std::vector<SheetText>& texts = sheets_.sheets.pages[0].texts;
+  const auto of_font = [](const SheetText& text) { return text.font.family == "Bank E13B"; };
+  EXPECT_EQ(std::count_if(texts.begin(), texts.end(), of_font), 8 + 11 + 9) << "auxiliary, transit, on-us";
+  office_.WriteFile("MICR_Print_FNB.dat", "Font=Another\r\n");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_FALSE(prints());
+  EXPECT_FALSE(PrintAll({"11"}));
+  const char* missing = "MICR Fonts not installed - Printing Checks disabled...";
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(missing, missing));
+}
+
+TEST_F(CheckPrintingTest, TheScreenPrintsSeveralInOneGo) {
+  Open();
+  ScreenCatalogue screens(*office_.session, office_);
+  const std::unique_ptr<Form> form = screens.Make("frmPrintChecks", "");
+  form->Opened();
+  EXPECT_EQ(testing::Seen(*form, "txtNumbers"), "") << "nothing was printed yet that could be gone on from";
+  form->Enter("txtNumbers");
+  form->Change("txtNumbers", "10, 12-14");
+  form->Key("Enter");
+  EXPECT_EQ(testing::Seen(*form, "lblCount"), "3 checks");
+  form->Click("cmdPrint");
+  EXPECT_EQ(sheets_.sheets.pages.size(), 3U);
+  EXPECT_THAT(form->Find("grdChecks")->source->Row(2),
+              ElementsAre("13", "", "SMITH TITLE CO", "$1,250.00", "", "03/15/2024 09:30:00 by jdoe"));
+  AddCheck("14", "O");
+  AddCheck("15", "O");
+  const std::unique_ptr<Form> later = screens.Make("frmPrintChecks", "");
+  later->Opened();
+  EXPECT_EQ(testing::Seen(*later, "txtNumbers"), "14-15");
+  later->Change("txtNumbers", "99");
+  later->Click("cmdPrint");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 99 is not posted.  Post it first."));
+  EXPECT_EQ(later->Focus()->name, "txtNumbers");
+}
+
+}  // namespace
+}  // namespace tallwick

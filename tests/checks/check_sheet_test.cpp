@@ -1,0 +1,214 @@
+// Layouts and the sheets made of them: what an office may write into its layout, and that whatever stands on
+// a check is whole, inside its page and over nothing else.
+
+#include <gmock/gmock.h>
+
+#include "checks/check_layout.h"
+#include "checks/check_sheet.h"
+#include "checks/micr_line.h"
+
+namespace tallwick {
+namespace {
+
+using ::testing::HasSubstr;
+
+// Letters wider than those of any font that is used.
+class WideLetters : public SheetMeasure {
+ public:
+  double Width(const SheetFont& font, std::string_view text) const override {
+    return static_cast<double>(text.size()) * font.points * 0.75 * kMillimetresPerInch / 72;
+  }
+};
+
+const WideLetters kWide;
+
+CheckStationery Stationery() {
+  return {{"LAKESIDE TITLE AGENCY OF NORTHWESTERN OHIO", "100 Harbor Boulevard, Suite 2400", "Second Floor",
+           "Lakeside, OH 43440"},
+          {"First National Trust Company of Lakeside and Marblehead", "12 Main Street", "Lakeside, OH 43440"},
+          "041200050",
+          "00123456",
+          {}};
+}
+
+CheckOnPaper Longest(const std::string& number) {
+  CheckRecord check;
+  check.number = number;
+  check.dated = {2024, 3, 15};
+  check.payee = std::string(60, 'W');
+  check.address1 = check.address2 = check.city_state = std::string(40, 'W');
+  check.amount = Currency::FromCents(777'777'777'77);
+  check.file_number = "24-0117-RESALE";
+  std::string advice;
+  for (int i = 0; i < 60; ++i) advice += "Recording of the deed and the mortgage, ";
+  return MakeCheckOnPaper(check, "FNT", advice);
+}
+
+BankRecord Bank(const std::string& stock = "VOUCHER", const std::string& position = "TOP") {
+  BankRecord bank;
+  bank.check_stock = stock;
+  bank.check_position = position;
+  return bank;
+}
+
+bool Overlap(const SheetRect& one, const SheetRect& other) {
+  constexpr double touch = 0.01;
+  return one.x < other.Right() - touch && other.x < one.Right() - touch && one.y < other.Bottom() - touch &&
+         other.y < one.Bottom() - touch;
+}
+
+std::string AllText(const SheetPage& page) {
+  std::string all;
+  for (const SheetText& text : page.texts) all += text.text + "\n";
+  return all;
+}
+
+void ExpectClean(const SheetDocument& document) {
+  for (const SheetPage& page : document.pages) {
+    for (std::size_t i = 0; i < page.texts.size(); ++i) {
+      const SheetText& text = page.texts[i];
+      EXPECT_GE(text.box.x, 0) << text.text;
+      EXPECT_GE(text.box.y, 0) << text.text;
+      EXPECT_LE(text.box.Right(), document.width) << text.text;
+      EXPECT_LE(text.box.Bottom(), document.height) << text.text;
+      EXPECT_LE(text.stretch, 1);
+      EXPECT_NEAR(kWide.Width(text.font, text.text) * text.stretch, text.box.width, 0.001);
+      for (std::size_t j = 0; j < i; ++j)
+        EXPECT_FALSE(Overlap(text.box, page.texts[j].box)) << text.text << " over " << page.texts[j].text;
+      for (const SheetRect& bar : page.bars) EXPECT_FALSE(Overlap(text.box, bar)) << text.text;
+    }
+  }
+}
+
+TEST(CheckSheetTest, TheLongestCheckFitsOnEveryStock) {
+  const std::vector<CheckOnPaper> checks = {Longest("10452"), Longest("10453"), Longest("10454"),
+                                            Longest("10455")};
+  for (const BankRecord& bank :
+       {Bank(), Bank("VOUCHER", "MIDDLE"), Bank("VOUCHER", "BOTTOM"), Bank("THREE")}) {
+    const LayoutReading reading = ReadLayout("", bank);
+    ASSERT_EQ(reading.problem, "");
+    ASSERT_EQ(CheckProblem(checks, Stationery(), reading.layout), "");
+    for (const SheetOffset offset : {SheetOffset{}, SheetOffset{-4, -4}, SheetOffset{4, 1.5}}) {
+      const SheetDocument document = PlaceChecks(checks, Stationery(), reading.layout, 1, offset, kWide);
+      EXPECT_EQ(document.pages.size(), bank.check_stock == "THREE" ? 2U : 4U);
+      ExpectClean(document);
+      const std::string text = AllText(document.pages.front());
+      EXPECT_THAT(text, HasSubstr("\n$777,777,777.77\n"));
+      EXPECT_THAT(text, HasSubstr("**Seven Hundred Seventy Seven Million"));
+      EXPECT_THAT(text, HasSubstr("Seventy Seven cents **\n"));
+    }
+  }
+}
+
+TEST(CheckSheetTest, OnlyTheMicrLineStandsInTheClearBand) {
+  const CheckLayout layout = DefaultLayout(CheckStock::kThreePerPage);
+  const std::vector<CheckOnPaper> checks = {Longest("10452"), Longest("10453")};
+  const SheetPage page = PlaceChecks(checks, Stationery(), layout, 1, {}, kWide).pages.front();
+  int in_band = 0;
+  for (const double top : {layout.check_tops[0], layout.check_tops[1]}) {
+    const double bottom = top + layout.panel_height;
+    const SheetRect band{0, bottom - kMicrClearBand, layout.width, kMicrClearBand};
+    for (const SheetText& text : page.texts) EXPECT_FALSE(Overlap(text.box, band)) << text.text;
+    for (const SheetRect& bar : page.bars) {
+      if (!Overlap(bar, band)) continue;
+      ++in_band;
+      EXPECT_GE(bar.y, bottom - 0.4375 * kMillimetresPerInch);
+      EXPECT_LE(bar.Bottom(), bottom - 0.1875 * kMillimetresPerInch);
+      EXPECT_LE(bar.Right(), layout.width - 0.3125 * kMillimetresPerInch + 0.001);
+    }
+  }
+  EXPECT_GT(in_band, 100);
+}
+
+TEST(CheckSheetTest, CopiesCannotBeTakenForChecks) {
+  CheckLayout layout = DefaultLayout(CheckStock::kVoucher);
+  layout.fields[static_cast<std::size_t>(CheckField::kSignature)].shown = false;  // its rule is a bar too
+  const CheckOnPaper check = Longest("10452");
+  const SheetDocument document = PlaceChecks({&check, 1}, Stationery(), layout, 2, {}, kWide);
+  ASSERT_EQ(document.pages.size(), 2U);
+  EXPECT_EQ(document.name, "Check 10452");
+  EXPECT_THAT(AllText(document.pages[0]), ::testing::Not(HasSubstr("COPY")));
+  EXPECT_THAT(AllText(document.pages[1]), HasSubstr("COPY - NOT NEGOTIABLE"));
+  EXPECT_FALSE(document.pages[0].bars.empty());
+  EXPECT_TRUE(document.pages[1].bars.empty());
+  EXPECT_TRUE(document.pages[0].background.empty());
+  layout.pantograph = true;
+  layout.micr = false;
+  const SheetPage page = PlaceChecks({&check, 1}, {}, layout, 0, {}, kWide).pages.front();
+  EXPECT_FALSE(page.background.empty());
+  EXPECT_TRUE(page.bars.empty());
+}
+
+TEST(CheckSheetTest, AmountsThatNoCheckHasAreRefused) {
+  CheckLayout layout = DefaultLayout(CheckStock::kVoucher);
+  CheckOnPaper check = Longest("7");
+  check.check.amount = Currency::FromCents(-1);
+  EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout),
+              HasSubstr("Check 7: its amount is below zero"));
+  check = Longest("7");
+  check.check.status = "V";
+  EXPECT_EQ(CheckProblem({&check, 1}, Stationery(), layout),
+            "Check 7 is voided.  Only outstanding checks are printed.");
+  check = Longest("7");
+  layout.width = 120;
+  EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout), HasSubstr("wider than the paper"));
+  CheckStationery stationery = Stationery();
+  stationery.routing = "041200051";
+  EXPECT_THAT(CheckProblem({&check, 1}, stationery, layout), HasSubstr("Check 7: The routing number"));
+  layout.micr = false;
+  EXPECT_EQ(CheckProblem({&check, 1}, stationery, layout), "") << "the stock carries the line";
+}
+
+TEST(CheckLayoutTest, AnOfficesFileChangesWhatItNames) {
+  const LayoutReading reading = ReadLayout(
+      "; ours\r\nWORDS = 10, 38, 190, 9, 9, center, bold\r\nBank=off\r\nOffset=0,0.5\r\noffset.Front "
+      "desk=-1.25,0\r\n"
+      "Copies=2\r\nPantograph=on\r\n",
+      Bank());
+  ASSERT_EQ(reading.problem, "");
+  const CheckLayout& layout = reading.layout;
+  EXPECT_EQ(layout.Place(CheckField::kWords).box, (SheetRect{10, 38, 190, 9}));
+  EXPECT_EQ(layout.Place(CheckField::kWords).alignment, '^');
+  EXPECT_FALSE(layout.Place(CheckField::kBank).shown);
+  EXPECT_EQ(layout.OffsetFor("FRONT DESK").x, -1.25);
+  EXPECT_EQ(layout.OffsetFor("another").y, 0.5);
+  EXPECT_EQ(layout.copies, 2);
+  EXPECT_TRUE(layout.pantograph);
+  EXPECT_EQ(LayoutText(ReadLayout(LayoutText(layout), Bank("THREE")).layout), LayoutText(layout));
+  const CheckLayout three = ReadLayout("Words=off\nCopies=3", Bank(), CheckStock::kThreePerPage).layout;
+  EXPECT_TRUE(three.Place(CheckField::kWords).shown) << "placed for other stock";
+  EXPECT_EQ(three.copies, 3);
+}
+
+TEST(CheckLayoutTest, WrongLinesAreNamed) {
+  struct Case {
+    const char *line, *part;
+  };
+  const Case cases[] = {
+      {"Wrods=off", "\"Wrods\" is none"},
+      {"Words", "Words=x,y,width,height"},
+      {"Words=9,37,198,10,10", "Words=x,y,width,height"},
+      {"Words=9,37,198,10,10,middle", "Words=x,y,width,height"},
+      {"Words=9,37,1e3,10,10,left", "Words=x,y,width,height"},
+      {"Words=-9,37,198,10,10,left", "Words=x,y,width,height"},
+      {"Words=9,37,250,10,10,left", "Words reaches beyond its check or stub"},
+      {"Words=9,37,198,3,10,left", "Words is too low for a line"},
+      {"Words=9,37,198,10,99,left", "4 to 36 points"},
+      {"Words=9,28,198,10,10,left", "Words stands over PayTo"},
+      {"FileNumber=9,70,50,4.5,8,left", "FileNumber reaches into the lowest 15.9 millimetres"},
+      {"Stock=four", "Stock=voucher or Stock=three"},
+      {"Micr=maybe", "Micr=on or Micr=off"},
+      {"Copies=many", "Copies=0 to Copies=9"},
+      {"Offset=1", "Offset=right,down"},
+      {"Offset=1,9", "more than 6 millimetres"},
+      {"CheckTops=0,60", "a check or stub stands over another"},
+      {"StubTops=200", "a check or stub reaches beyond the paper"},
+      {"Paper=10,10", "the paper is smaller"},
+      {"Number=172,7,43,6,12,right\nOffset=5,0", "an offset moves Number off the paper"},
+  };
+  for (const Case& one : cases)
+    EXPECT_THAT(ReadLayout(one.line, Bank()).problem, HasSubstr(one.part)) << one.line;
+}
+
+}  // namespace
+}  // namespace tallwick
