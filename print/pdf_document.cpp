@@ -1,11 +1,10 @@
 #include "print/pdf_document.h"
 
-#include <QFile>
-#include <QPdfWriter>
 #include <vector>
 
 #include "print/application_in_need.h"
 #include "print/page_renderer.h"
+#include "print/pdf_file.h"
 
 namespace tallwick {
 namespace {
@@ -15,20 +14,10 @@ constexpr int kSmallest = 0;  // the "quality" of a PNG file is its size
 }  // namespace
 
 bool WritePdf(const PrintDocument& document, const std::string& path) {
-  const ApplicationInNeed application;
-  QFile file(QString::fromStdString(path));
-  if (!file.open(QIODevice::WriteOnly)) return false;
-  bool drawn = false;
-  {
-    QPdfWriter writer(&file);
-    writer.setTitle(QString::fromStdString(document.name));
-    writer.setCreator("Tallwick Escrow Accounting");
+  return WritePdfFile(path, document.name, [&](QPdfWriter& writer) {
     SetPaper(document, writer);
-    drawn = DrawDocument(document, writer);
-  }
-  if (drawn && file.flush() && file.error() == QFileDevice::NoError) return true;
-  file.remove();
-  return false;
+    return DrawDocument(document, writer);
+  });
 }
 
 int WritePictures(const PrintDocument& document, const std::string& stem, int dots_per_inch) {

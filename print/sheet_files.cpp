@@ -1,9 +1,7 @@
 #include "print/sheet_files.h"
 
-#include <QFile>
-#include <QPdfWriter>
-
 #include "print/application_in_need.h"
+#include "print/pdf_file.h"
 #include "print/sheet_renderer.h"
 
 namespace tallwick {
@@ -21,20 +19,10 @@ std::string NumberedPath(const std::string& path, int number) {
 }  // namespace
 
 bool WriteSheetsPdf(const SheetDocument& document, const std::string& path) {
-  const ApplicationInNeed application;
-  QFile file(QString::fromStdString(path));
-  if (!file.open(QIODevice::WriteOnly)) return false;
-  bool drawn = false;
-  {
-    QPdfWriter writer(&file);
-    writer.setTitle(QString::fromStdString(document.name));
-    writer.setCreator("Tallwick Escrow Accounting");
+  return WritePdfFile(path, document.name, [&](QPdfWriter& writer) {
     SetSheetPaper(document.width, document.height, writer);
-    drawn = DrawSheets(document, writer);
-  }
-  if (drawn && file.flush() && file.error() == QFileDevice::NoError) return true;
-  file.remove();
-  return false;
+    return DrawSheets(document, writer);
+  });
 }
 
 int WriteSheetPictures(const SheetDocument& document, const std::string& stem, int dots_per_inch) {

@@ -9,6 +9,7 @@
 #include <deque>
 
 #include "core/system_ports.h"
+#include "print/sheet_printer.h"
 #include "shell/bank_select.h"
 #include "shell/machine.h"
 #include "tables/bank_table.h"
@@ -104,7 +105,8 @@ class Photographer {
       : order_(order),
         dark_(dark),
         clock_(order.today),
-        desktop_({boxes_, SystemFileSystem(), clock_, SystemWorkstation(), nullptr, &SystemMachine()}) {}
+        desktop_({boxes_, SystemFileSystem(), clock_, SystemWorkstation(), nullptr, &SystemMachine(), nullptr,
+                  nullptr, &sheets_}) {}
 
   int Run() {
     QDir().mkpath(order_.folder);
@@ -193,6 +195,23 @@ class Photographer {
     Take("frmEditChecksPost", "check-posting-refused");
     form.Click("cmdRolodex");
     Take("frmEditChecksPost", "check-payees");
+    TakePrintChecks(*form.Find("lstCheckNumbers")->source);
+  }
+
+  void TakePrintChecks(RowSource& posted) {
+    if (posted.RowCount() == 0) return;
+    const std::string first = posted.Row(std::min<std::size_t>(posted.RowCount(), 12) - 1).front();
+    const std::string numbers = first + "-" + posted.Row(0).front();
+    QTimer::singleShot(200, &desktop_, [this, numbers] {
+      ScreenHost* host = desktop_.Find("frmPrintChecks");
+      if (host == nullptr) return;
+      host->TheForm().Enter("txtNumbers");
+      host->TheForm().Change("txtNumbers", numbers);
+      host->TheForm().Key("Enter");
+      Take("frmPrintChecks", "print-checks");
+      host->Close();
+    });
+    desktop_.OpenScreen("frmPrintChecks", {});
   }
 
   void TakeCheckVoiding(ScreenHost& host) {
@@ -244,6 +263,7 @@ class Photographer {
   bool failed_ = false;
   PictureClock clock_;
   AnsweringBoxes boxes_;
+  QtSheetPrinter sheets_{boxes_};
   Desktop desktop_;
 };
 
