@@ -7,7 +7,10 @@
 #include <string>
 
 #include "core/system_ports.h"
-#include "tests/load/load_steps.h"
+#include "posting/post_check.h"
+#include "posting/post_deposit.h"
+#include "posting/post_voucher.h"
+#include "posting/post_wire.h"
 #include "tests/support/office.h"
 
 namespace tallwick::load {
@@ -87,6 +90,18 @@ inline VoucherRecord MakeVoucher(std::int64_t number, std::int64_t cents, const 
   voucher.payee = Stamp(voucher.amount, file);
   voucher.accounting = {3, 0, 2024};
   return voucher;
+}
+
+inline WireRecord MakeWire(const std::string& number, std::int64_t cents, const std::string& file) {
+  WireRecord wire;
+  wire.number = number;
+  wire.dated = {2024, 3, 15};
+  wire.amount = Currency::FromCents(cents);
+  wire.file_number = file;
+  wire.payee = Stamp(wire.amount, file);
+  wire.accounting = {3, 0, 2024};
+  wire.status = "O";
+  return wire;
 }
 
 // Deposit `key` is one of 99 of its day.
