@@ -40,11 +40,16 @@ std::unique_ptr<Form> MakeBankSelect(Session& session, ScreenOpener&) {
   return std::make_unique<FrmBankSelect>(session);
 }
 
-template <class PostingScreenForm>
-std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<PostingScreenForm>(session);
+// The form, when its bank and tables are there.
+template <class Posting>
+std::unique_ptr<Form> WithTables(std::unique_ptr<Posting> form) {
   if (!form->OpenTables()) return nullptr;
   return form;
+}
+
+template <class Posting>
+std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<Posting>(session, &opener));
 }
 
 template <class ScreenForm>
@@ -54,15 +59,15 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
 
 template <CheckMode::Kind kMode>
 std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
-  auto form = std::make_unique<FrmEditChecksPost>(session, opener, kMode);
-  if (!form->OpenTables()) return nullptr;
-  return form;
+  return WithTables(std::make_unique<FrmEditChecksPost>(session, opener, kMode));
 }
 
-std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
-  if (!form->OpenTables()) return nullptr;
-  return form;
+std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<FrmEditDepositsPost>(session, &opener, DepositMode::kViewing));
+}
+
+std::unique_ptr<Form> MakeDepositClearing(Session& session, ScreenOpener&) {
+  return WithTables(std::make_unique<FrmEditDepositsClear>(session));
 }
 
 std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
@@ -90,7 +95,7 @@ constexpr Screen kScreens[] = {
     {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
-    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
+    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakeDepositClearing},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},

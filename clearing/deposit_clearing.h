@@ -27,6 +27,7 @@ class FrmEditDepositsClear : public PostingForm {
   void OnLeave(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
+  bool OnKey(std::string_view key) override;
 
   bool OpenRegister() override { return deposits_->Open(bank_code_); }
   bool Post() override;

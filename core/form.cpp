@@ -35,7 +35,8 @@ void MarkRow(Control& control) {
 bool HasRow(const Control& control, int row) {
   if (row < 1) return false;
   if (control.kind == ControlKind::kGrid) {
-    return control.source && static_cast<std::size_t>(row) <= control.source->RowCount();
+    const auto rows = static_cast<std::size_t>(row);
+    return control.source && (rows <= control.source->RowsKnown() || rows <= control.source->RowCount());
   }
   return static_cast<std::size_t>(row) <= control.rows.size();
 }

@@ -9,6 +9,7 @@
 // takes none.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -56,6 +57,16 @@ class RowSource {
   // The row that a typed text names, found without reading the rows before it; nullopt where only a look at
   // the rows themselves can tell.
   virtual std::optional<std::size_t> FindRow(std::string_view) { return std::nullopt; }
+
+  // A source that reads many records gives its first rows at once and the others in steps: RowCount reads to
+  // the end, RowsKnown does not. Rows are added at the end, so that those known stay where they are.
+  virtual std::size_t RowsKnown() { return RowCount(); }
+  // Reads on for about this long; false when there is nothing more to read.
+  virtual bool ReadOn(std::chrono::milliseconds) { return false; }
+  virtual int PercentRead() { return 100; }
+  // What the rows add up to, as a person reads it; "" while it is not known, or where there is nothing to
+  // add.
+  virtual std::string Total() { return {}; }
 };
 
 struct Control {

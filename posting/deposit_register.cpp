@@ -15,17 +15,36 @@ bool IsUsed(const DepositItem& item) {
   return !item.file_number.empty() || !item.amount.IsZero();
 }
 
+const DepositItem& ItemOf(const DepositRecord& deposit, int item) {
+  return deposit.items[static_cast<std::size_t>(item) - 1];
+}
+
+std::vector<SearchKey> DateKeys(std::string_view text) {
+  const std::optional<Date> date = ParseDisplayDate(text);
+  if (!date || date->IsEmpty()) return {};
+  return {{kTag, StoredDate(*date)}};
+}
+
+// On the first deposit with an item of the file, and on the item's cross-reference.
+bool SeekDepositOfFile(DepositXrefTable& xrefs, DepositTable& deposits, std::string_view file) {
+  if (!xrefs.Seek("DXRFFILENO", file)) return false;
+  const DepositXrefRecord xref = xrefs.Read();
+  return deposits.SeekDeposit(xref.dated, xref.sequence);
+}
+
 }  // namespace
 
 // --- One row per deposit ---
 
 bool DepositRegister::Open(std::string_view bank_code) {
   if (deposits_.Open(bank_code) <= 0 || xrefs_.Open(bank_code) <= 0) return false;
-  CountAgain();
+  for (int item = 1; item <= kDepositItems; ++item)
+    amounts_[static_cast<std::size_t>(item) - 1] = deposits_.Field("DEPOAMT" + std::to_string(item));
+  BeginAgain();
   return true;
 }
 
-DepositRegister::Shown DepositRegister::ReadRow() {
+DepositRegister::Shown DepositRegister::ReadRow(int) {
   const DepositRecord deposit = deposits_.Read();
   const DepositState state = StateOf(deposit);
   return {{DepositDateText(deposit.dated), deposit.sequence, std::to_string(deposit.item_count),
@@ -35,16 +54,19 @@ DepositRegister::Shown DepositRegister::ReadRow() {
 }
 
 std::vector<SearchKey> DepositRegister::KeysFor(std::string_view text) const {
-  const std::optional<Date> date = ParseDisplayDate(text);
-  if (!date || date->IsEmpty()) return {};
-  return {{kTag, StoredDate(*date)}};
+  return DateKeys(text);
+}
+
+Currency DepositRegister::Amount(int) {
+  Currency total;
+  for (const FieldHandle amount : amounts_)
+    total += deposits_.Data().GetCurrencyFieldValueByPointer(deposits_.Handle(), amount);
+  return total;
 }
 
 std::optional<std::size_t> DepositRegister::FindRow(std::string_view text) {
   if (const std::optional<std::size_t> row = TableRegister::FindRow(text)) return row;
-  if (!xrefs_.Seek("DXRFFILENO", text)) return std::nullopt;
-  const DepositXrefRecord xref = xrefs_.Read();
-  if (!deposits_.SeekDeposit(xref.dated, xref.sequence)) return std::nullopt;
+  if (!SeekDepositOfFile(xrefs_, deposits_, text)) return std::nullopt;
   return RowOfRecord(deposits_.RecordNumber());
 }
 
@@ -60,73 +82,66 @@ DepositKey DepositRegister::KeyAt(std::size_t row) {
 
 // --- One row per item ---
 
+bool DepositItemRegister::Open(std::string_view bank_code) {
+  if (deposits_.Open(bank_code) <= 0 || xrefs_.Open(bank_code) <= 0) return false;
+  BeginAgain();
+  return true;
+}
+
 void DepositItemRegister::ShowStatus(std::string_view status) {
   status_ = status;
-  places_.clear();
-  read_record_ = 0;
-  last_record_ = 0;
-  table_records_ = deposits_.RecordCount();
-  deposits_.Data().SetReadAhead(deposits_.Handle(), true);
-  for (bool on = deposits_.Top(kTag); on; on = deposits_.Skip()) AddItemsOfRecord();
-  deposits_.Data().SetReadAhead(deposits_.Handle(), false);
+  BeginAgain();
 }
 
-void DepositItemRegister::Refresh() {
-  const bool one_more = deposits_.RecordCount() == table_records_ + 1 && deposits_.Bottom(kTag);
-  const std::int32_t last = deposits_.RecordNumber();
-  const bool behind_last =
-      one_more && (deposits_.Skip(-1) ? deposits_.RecordNumber() == last_record_ : last_record_ == 0);
-  if (!behind_last || !deposits_.GoTo(last)) return ShowStatus(std::string(status_));
-  ++table_records_;
-  AddItemsOfRecord();
-}
-
-void DepositItemRegister::AddItemsOfRecord() {
-  last_record_ = deposits_.RecordNumber();
-  const DepositRecord deposit = deposits_.Read();
+// Read with the deposit, of which this is called first.
+std::vector<int> DepositItemRegister::WantedParts() {
+  std::vector<int> items;
+  deposits_.Read(read_);
   for (int item = 1; item <= kDepositItems; ++item) {
-    const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
-    if (IsUsed(one) && (status_.empty() || one.status == status_)) places_.push_back({last_record_, item});
+    const DepositItem& one = ItemOf(read_, item);
+    if (IsUsed(one) && (status_.empty() || one.status == status_)) items.push_back(item);
   }
+  return items;
 }
 
-const DepositItem* DepositItemRegister::ItemAt(std::size_t row) {
-  if (row >= places_.size()) return nullptr;
-  const Place& place = places_[places_.size() - 1 - row];
-  if (read_record_ != place.record) {
-    read_record_ = 0;
-    if (!deposits_.GoTo(place.record) || deposits_.Data().IsRecordDeleted(deposits_.Handle())) return nullptr;
-    deposits_.Read(read_);
-    read_record_ = place.record;
-  }
-  return &read_.items[static_cast<std::size_t>(place.item) - 1];
+DepositItemRegister::Shown DepositItemRegister::ReadRow(int item) {
+  deposits_.Read(read_);
+  const DepositItem& one = ItemOf(read_, item);
+  return {{DepositDateText(read_.dated), read_.sequence, std::to_string(item), one.file_number, one.source,
+           AmountText(one.amount), IsWireIn(read_, item) ? "Wire" : "", VoucherStatusText(one.status)},
+          StatusStyle(one.status)};
+}
+
+Currency DepositItemRegister::Amount(int item) {
+  return ItemOf(read_, item).amount;
 }
 
 std::vector<std::string> DepositItemRegister::Headings() const {
   return {"Date", "Seq", "Item", "File", "Source", "Amount", "Wire In", "Status"};
 }
 
-std::vector<std::string> DepositItemRegister::Row(std::size_t row) {
-  const DepositItem* item = ItemAt(row);
-  if (item == nullptr) return {};
-  const int place = static_cast<int>(item - read_.items.data()) + 1;
-  return {DepositDateText(read_.dated),
-          read_.sequence,
-          std::to_string(place),
-          item->file_number,
-          item->source,
-          AmountText(item->amount),
-          IsWireIn(read_, place) ? "Wire" : "",
-          VoucherStatusText(item->status)};
+std::vector<SearchKey> DepositItemRegister::KeysFor(std::string_view text) const {
+  return DateKeys(text);
 }
 
-std::string DepositItemRegister::RowStyle(std::size_t row) {
-  const DepositItem* item = ItemAt(row);
-  return item != nullptr ? std::string(StatusStyle(item->status)) : "";
+// An item by its file number, which the deposit's cross-reference knows.
+std::optional<std::size_t> DepositItemRegister::FindRow(std::string_view text) {
+  if (const std::optional<std::size_t> row = TableRegister::FindRow(text)) return row;
+  if (!SeekDepositOfFile(xrefs_, deposits_, text)) return std::nullopt;
+  const std::string item = xrefs_.Read().item;
+  std::optional<std::size_t> row = RowOfRecord(deposits_.RecordNumber());
+  // The items of a deposit stand together, the last one first.
+  for (int step = 0; row && step < kDepositItems; ++step, ++*row) {
+    const std::vector<std::string> cells = Row(*row);
+    if (cells.size() > 2 && cells[2] == Trim(item)) return row;
+  }
+  return std::nullopt;
 }
 
 DepositKey DepositItemRegister::KeyAt(std::size_t row) {
-  return ItemAt(row) != nullptr ? DepositKey{read_.dated, read_.sequence} : DepositKey{};
+  if (!GoToRow(row)) return {};
+  const DepositRecord deposit = deposits_.Read();
+  return {deposit.dated, deposit.sequence};
 }
 
 }  // namespace tallwick

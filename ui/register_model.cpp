@@ -29,12 +29,8 @@ void RegisterModel::SetSource(std::shared_ptr<RowSource> source) {
 
 void RegisterModel::Refresh() {
   cache_.clear();
-  const int rows = CountRows();
-  if (rows > rows_) {
-    beginInsertRows({}, rows_, rows - 1);
-    rows_ = rows;
-    endInsertRows();
-  } else if (rows < rows_) {
+  Grow();
+  if (const int rows = CountRows(); rows < rows_) {
     beginRemoveRows({}, rows, rows_ - 1);
     rows_ = rows;
     endRemoveRows();
@@ -42,9 +38,17 @@ void RegisterModel::Refresh() {
   if (rows_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
 }
 
+void RegisterModel::Grow() {
+  const int rows = CountRows();
+  if (rows <= rows_) return;
+  beginInsertRows({}, rows_, rows - 1);
+  rows_ = rows;
+  endInsertRows();
+}
+
 int RegisterModel::CountRows() const {
   constexpr std::size_t kMost = 100'000'000;  // beyond what a view's pixels can address
-  return source_ ? static_cast<int>(std::min(source_->RowCount(), kMost)) : 0;
+  return source_ ? static_cast<int>(std::min(source_->RowsKnown(), kMost)) : 0;
 }
 
 int RegisterModel::columnCount(const QModelIndex& parent) const {

@@ -19,6 +19,8 @@ class RegisterModel : public QAbstractTableModel {
   void SetSource(std::shared_ptr<RowSource> source);
   // Reads the count again and forgets the rows kept. The source is the same, its contents may not be.
   void Refresh();
+  // Takes up the rows that a source has come to know of at its end.
+  void Grow();
   RowSource* Source() const { return source_.get(); }
   // The cells of one row, kept like those that are drawn.
   const std::vector<std::string>& Cells(int row) const;

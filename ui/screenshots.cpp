@@ -125,6 +125,7 @@ class Photographer {
                             [this](std::string_view screen, const QString& name) { Take(screen, name); });
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
+    TakeDepositClearing();
     TakeUsers();
     TakeAuditViewer();
     return failed_ ? 1 : 0;
@@ -171,6 +172,15 @@ class Photographer {
       host->TheForm().Change(entry.control, entry.text, entry.index);
     }
     Take(posting.screen, posting.picture);
+  }
+
+  void TakeDepositClearing() {
+    desktop_.OpenScreen("frmEditDepositsClear", "Clearing");
+    ScreenHost* host = desktop_.Find("frmEditDepositsClear");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstDepositDates", 1);
+    host->TheForm().SetCheck("chkCleared", 1, 1);
+    Take("frmEditDepositsClear", "deposit-clearing");
   }
 
   void TakeCheckPosting() {
