@@ -128,6 +128,7 @@ void FrmEditDepositsClear::ShowItem(int item) {
       IsUsed(shown) ? shown.file_number + "  " + shown.source + "  " + AmountText(shown.amount) + period : "",
       item);
   SetValue("chkCleared", cleared ? 1 : 0, item);
+  SetVisible("chkCleared", IsUsed(shown), item);
   SetEnabled("chkCleared", IsUsed(shown) && !(cleared && IsReconciled(shown.statement)), item);
 }
 
@@ -135,6 +136,11 @@ void FrmEditDepositsClear::MarkAll() {
   for (int item = 1; item <= kDepositItems; ++item) {
     if (At("chkCleared", item).enabled) SetValue("chkCleared", 1, item);
   }
+}
+
+void FrmEditDepositsClear::RefreshRegister() {
+  deposits_->Refresh();
+  RowsChanged("lstDepositDates");
 }
 
 // --- Writing ---
@@ -191,8 +197,7 @@ bool FrmEditDepositsClear::Post() {
   if (!outcome.Done()) return SettleFailure(outcome);
   last_posted_ = marked.dated + marked.sequence;
   Audit(kAuditSave, name);
-  deposits_->Refresh();
-  RowsChanged("lstDepositDates");
+  RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   ShowDeposit(marked);
   return true;

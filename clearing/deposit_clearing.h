@@ -30,6 +30,7 @@ class FrmEditDepositsClear : public PostingForm {
   bool OnKey(std::string_view key) override;
 
   bool OpenRegister() override { return deposits_->Open(bank_code_); }
+  void RefreshRegister() override;
   bool Post() override;
   void RestoreKey() override { ShowKey(); }
   bool IsEntry(const Control& control) const override { return control.name == "chkCleared"; }

@@ -224,7 +224,7 @@ void FrmEditChecksPost::LookUpVoucher() {
   }
   const VoucherRecord voucher = tables_.vouchers.Read();
   SetCaption("lblVoucherInformation", VoucherSummary(voucher));
-  FillAmountFrom(voucher);
+  FillFrom(voucher);
   const Currency amount = Currency::ParseTyped(Text("txtCheckAmount")).value_or(Currency());
   const std::string warnings = VoucherWarnings(voucher, amount, Text("txtCheckFileNumber"), Text(kNumber));
   if (!warnings.empty()) Boxes().Inform(Caption(), warnings);
@@ -256,8 +256,11 @@ void FrmEditChecksPost::OfferVoucher() {
   LookUpVoucher();
 }
 
-void FrmEditChecksPost::FillAmountFrom(const VoucherRecord& voucher) {
-  if (!loaded_ && Text("txtCheckAmount").empty()) SetText("txtCheckAmount", AmountText(voucher.amount));
+// What is blank in a new check comes from its voucher.
+void FrmEditChecksPost::FillFrom(const VoucherRecord& voucher) {
+  if (loaded_) return;
+  if (Text("txtCheckAmount").empty()) SetText("txtCheckAmount", AmountText(voucher.amount));
+  if (Text("txtCheckPayee").empty()) SetText("txtCheckPayee", voucher.payee);
 }
 
 }  // namespace tallwick

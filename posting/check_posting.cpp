@@ -96,8 +96,7 @@ void FrmEditChecksPost::OnChoose(Control& control) {
   if (control.name != "lstCheckNumbers" || control.selected == 0) return;
   const std::string number = register_->NumberAt(static_cast<std::size_t>(control.selected) - 1);
   if (number.empty()) {
-    register_->Refresh();
-    RowsChanged("lstCheckNumbers");
+    RefreshRegister();
   } else if (MayLeaveCheck()) {
     OpenNumber(number);
   }
@@ -137,6 +136,11 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     return true;
   }
   return PayeePostingForm::OnKey(key);
+}
+
+void FrmEditChecksPost::RefreshRegister() {
+  register_->Refresh();
+  RowsChanged("lstCheckNumbers");
 }
 
 // --- Changes that are not posted yet ---

@@ -47,6 +47,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   // Goes on in another mode with the posted check that is shown.
   bool OnMode(std::string_view mode) override;
   bool OpenRegister() override { return register_->Open(bank_code_); }
+  void RefreshRegister() override;
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
@@ -87,7 +88,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   bool MayEnter(const Control& control, bool restricted) const;
   void LookUpVoucher();
   void OfferVoucher();
-  void FillAmountFrom(const VoucherRecord& voucher);
+  void FillFrom(const VoucherRecord& voucher);
   bool MayLeaveCheck();
 
   // Posting (check_posting_save.cpp). True when the check was written.

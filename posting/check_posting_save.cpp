@@ -214,8 +214,7 @@ void FrmEditChecksPost::TellPositivePay(const CheckRecord& check, bool is_gone) 
 }
 
 void FrmEditChecksPost::AfterWriting() {
-  register_->Refresh();
-  RowsChanged("lstCheckNumbers");
+  RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   BeginNext();
 }

@@ -45,6 +45,7 @@ class FrmEditDepositsPost : public PostingForm {
   bool OnClose() override;
 
   bool OpenRegister() override;
+  void RefreshRegister() override;
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
@@ -76,7 +77,6 @@ class FrmEditDepositsPost : public PostingForm {
   std::string ShownDate(const Date& date);
   void ListItems(std::string_view status);
   void ListDeposits();
-  void RefreshRegister();
 
   bool GoOnFrom(const Control& control);
 

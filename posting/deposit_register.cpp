@@ -11,14 +11,6 @@ namespace {
 
 constexpr std::string_view kTag = "DEPODATED";
 
-bool IsUsed(const DepositItem& item) {
-  return !item.file_number.empty() || !item.amount.IsZero();
-}
-
-const DepositItem& ItemOf(const DepositRecord& deposit, int item) {
-  return deposit.items[static_cast<std::size_t>(item) - 1];
-}
-
 std::vector<SearchKey> DateKeys(std::string_view text) {
   const std::optional<Date> date = ParseDisplayDate(text);
   if (!date || date->IsEmpty()) return {};
@@ -34,12 +26,36 @@ bool SeekDepositOfFile(DepositXrefTable& xrefs, DepositTable& deposits, std::str
 
 }  // namespace
 
+void DepositItemFields::LookUp(const DepositTable& deposits) {
+  for (int item = 1; item <= kDepositItems; ++item) {
+    const std::string number = std::to_string(item);
+    items_[static_cast<std::size_t>(item) - 1] = {deposits.Field("DEPOFILE" + number),
+                                                  deposits.Field("DEPOAMT" + number),
+                                                  deposits.Field("DEPOSTAT" + number)};
+  }
+}
+
+Currency DepositItemFields::Amount(const DepositTable& deposits, int item) const {
+  const FieldHandle field = items_[static_cast<std::size_t>(item) - 1].amount;
+  return deposits.Data().GetCurrencyFieldValueByPointer(deposits.Handle(), field);
+}
+
+std::string DepositItemFields::Status(const DepositTable& deposits, int item) const {
+  const FieldHandle field = items_[static_cast<std::size_t>(item) - 1].status;
+  return deposits.Data().GetStringFieldValueByPointer(deposits.Handle(), field);
+}
+
+bool DepositItemFields::IsUsed(const DepositTable& deposits, int item) const {
+  const FieldHandle file = items_[static_cast<std::size_t>(item) - 1].file;
+  return !deposits.Data().GetStringFieldValueByPointer(deposits.Handle(), file).empty() ||
+         !Amount(deposits, item).IsZero();
+}
+
 // --- One row per deposit ---
 
 bool DepositRegister::Open(std::string_view bank_code) {
   if (deposits_.Open(bank_code) <= 0 || xrefs_.Open(bank_code) <= 0) return false;
-  for (int item = 1; item <= kDepositItems; ++item)
-    amounts_[static_cast<std::size_t>(item) - 1] = deposits_.Field("DEPOAMT" + std::to_string(item));
+  fields_.LookUp(deposits_);
   BeginAgain();
   return true;
 }
@@ -59,8 +75,7 @@ std::vector<SearchKey> DepositRegister::KeysFor(std::string_view text) const {
 
 Currency DepositRegister::Amount(int) {
   Currency total;
-  for (const FieldHandle amount : amounts_)
-    total += deposits_.Data().GetCurrencyFieldValueByPointer(deposits_.Handle(), amount);
+  for (int item = 1; item <= kDepositItems; ++item) total += fields_.Amount(deposits_, item);
   return total;
 }
 
@@ -84,6 +99,7 @@ DepositKey DepositRegister::KeyAt(std::size_t row) {
 
 bool DepositItemRegister::Open(std::string_view bank_code) {
   if (deposits_.Open(bank_code) <= 0 || xrefs_.Open(bank_code) <= 0) return false;
+  fields_.LookUp(deposits_);
   BeginAgain();
   return true;
 }
@@ -93,27 +109,26 @@ void DepositItemRegister::ShowStatus(std::string_view status) {
   BeginAgain();
 }
 
-// Read with the deposit, of which this is called first.
 std::vector<int> DepositItemRegister::WantedParts() {
   std::vector<int> items;
-  deposits_.Read(read_);
   for (int item = 1; item <= kDepositItems; ++item) {
-    const DepositItem& one = ItemOf(read_, item);
-    if (IsUsed(one) && (status_.empty() || one.status == status_)) items.push_back(item);
+    if (!fields_.IsUsed(deposits_, item)) continue;
+    if (status_.empty() || fields_.Status(deposits_, item) == status_) items.push_back(item);
   }
   return items;
 }
 
-DepositItemRegister::Shown DepositItemRegister::ReadRow(int item) {
-  deposits_.Read(read_);
-  const DepositItem& one = ItemOf(read_, item);
-  return {{DepositDateText(read_.dated), read_.sequence, std::to_string(item), one.file_number, one.source,
-           AmountText(one.amount), IsWireIn(read_, item) ? "Wire" : "", VoucherStatusText(one.status)},
-          StatusStyle(one.status)};
+Currency DepositItemRegister::Amount(int item) {
+  return fields_.Amount(deposits_, item);
 }
 
-Currency DepositItemRegister::Amount(int item) {
-  return ItemOf(read_, item).amount;
+DepositItemRegister::Shown DepositItemRegister::ReadRow(int item) {
+  const DepositRecord deposit = deposits_.Read();
+  const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
+  return {
+      {DepositDateText(deposit.dated), deposit.sequence, std::to_string(item), one.file_number, one.source,
+       AmountText(one.amount), IsWireIn(deposit, item) ? "Wire" : "", VoucherStatusText(one.status)},
+      StatusStyle(one.status)};
 }
 
 std::vector<std::string> DepositItemRegister::Headings() const {

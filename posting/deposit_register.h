@@ -18,6 +18,22 @@ struct DepositKey {
   std::string sequence;
 };
 
+// The fields by which passes over many deposits look at items, without reading the rest.
+struct DepositItemFields {
+  void LookUp(const DepositTable& deposits);
+  Currency Amount(const DepositTable& deposits, int item) const;  // items from 1
+  std::string Status(const DepositTable& deposits, int item) const;
+  bool IsUsed(const DepositTable& deposits, int item) const;
+
+ private:
+  struct Item {
+    FieldHandle file;
+    FieldHandle amount;
+    FieldHandle status;
+  };
+  std::array<Item, kDepositItems> items_{};
+};
+
 class DepositRegister : public TableRegister {
  public:
   explicit DepositRegister(const TableHome& home)
@@ -38,7 +54,7 @@ class DepositRegister : public TableRegister {
 
   DepositTable deposits_;
   DepositXrefTable xrefs_;
-  std::array<FieldHandle, kDepositItems> amounts_{};
+  DepositItemFields fields_;
 };
 
 // Line items of the deposits, the last one of the latest deposit first.
@@ -65,8 +81,8 @@ class DepositItemRegister : public TableRegister {
 
   DepositTable deposits_;
   DepositXrefTable xrefs_;
+  DepositItemFields fields_;
   std::string status_;
-  DepositRecord read_;  // the deposit that was read last
 };
 
 }  // namespace tallwick

@@ -94,6 +94,10 @@ class ItemPostingForm : public PayeePostingForm {
     }
     PayeePostingForm::OnClick(control);
   }
+  void RefreshRegister() override {
+    register_->Refresh();
+    RowsChanged(item_.list);
+  }
   void OnMenu(Control& control) override { GoTo(control.name); }
   std::string CurrentFile() override { return std::string(Trim(Text(item_.file))); }
 
@@ -189,10 +193,6 @@ class ItemPostingForm : public PayeePostingForm {
   void ShowLedgerCommand() {
     const std::string file = CurrentFile();
     SetCaption("mnuViewFileLedgers", file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
-  }
-  void RefreshRegister() {
-    register_->Refresh();
-    RowsChanged(item_.list);
   }
 
   // Writes the entries, which have passed their tests.

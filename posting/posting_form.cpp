@@ -141,6 +141,10 @@ bool PostingForm::MayDropChanges(std::string_view question) {
 }
 
 bool PostingForm::OnKey(std::string_view key) {
+  if (key == "F5") {
+    RefreshRegister();
+    return true;
+  }
   if (key != "Esc") return false;
   Close();
   return true;

@@ -47,6 +47,8 @@ class PostingForm : public Form {
 
   // Opens what the list shows.
   virtual bool OpenRegister() = 0;
+  // The list looks at its table again.
+  virtual void RefreshRegister() = 0;
   // Tests the entries and writes them. True when they were written.
   virtual bool Post() = 0;
   // Puts the key back that the entries belong to, after another one was typed.

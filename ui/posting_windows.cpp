@@ -16,6 +16,7 @@ constexpr int kDateWidth = 112;
 constexpr int kAmountWidth = 120;
 constexpr int kEntryWidth = 432;
 constexpr int kDepositEntryWidth = 640;
+constexpr int kLineHeight = 24;  // of lines that come and go
 
 constexpr FieldLook kWireFields[] = {
     {"txtWireNumber", "The confirmation number that the bank gave. Type that of a posted wire to see it.",
@@ -208,7 +209,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
 
 std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   auto window = NamedWindow("frmEditDepositsClear");
-  PostingLayout layout(*window, kEntryWidth, false);
+  PostingLayout layout(*window, kDepositEntryWidth, false);
   QGridLayout& grid = layout.AddGroup("Clear deposit");
   for (const FieldLook& look : kClearingFields) layout.AddField(grid, look);
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
@@ -225,6 +226,7 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
     QLabel* shown = layout.MakeLabel("");
     shown->setObjectName("lblItems" + suffix);
     items->addWidget(shown, item, 1);
+    items->setRowMinimumHeight(item, kLineHeight);
   }
   layout.EntryColumn().addLayout(items);
   layout.AddNotes({"lblDepositStatus"});

@@ -8,6 +8,8 @@
 namespace tallwick {
 namespace {
 
+constexpr QStringView kOrderMark = u" \u25BE";  // a triangle behind the word
+
 // Colour beside the status word; an invalid colour leaves the row plain.
 QVariant RowColor(const std::string& style, bool negative) {
   const QPalette palette = QGuiApplication::palette();
@@ -44,6 +46,11 @@ void RegisterModel::Grow() {
   beginInsertRows({}, rows_, rows - 1);
   rows_ = rows;
   endInsertRows();
+}
+
+void RegisterModel::MarkHeading(int section) {
+  marked_heading_ = section;
+  if (columnCount() > 0) emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
 }
 
 int RegisterModel::CountRows() const {
@@ -89,7 +96,10 @@ QVariant RegisterModel::data(const QModelIndex& index, int role) const {
 QVariant RegisterModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const auto column = static_cast<std::size_t>(section);
-  if (role == Qt::DisplayRole) return QString::fromStdString(headings_[column]);
+  if (role == Qt::DisplayRole) {
+    QString heading = QString::fromStdString(headings_[column]);
+    return section == marked_heading_ ? heading.append(kOrderMark) : heading;
+  }
   if (role == Qt::TextAlignmentRole) {
     return static_cast<int>((source_->IsNumeric(column) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }

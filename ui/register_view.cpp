@@ -15,7 +15,7 @@ namespace {
 constexpr int kSliceMs = 8;      // the window answers between slices
 constexpr int kLongMs = 500;     // from then on a reading says how far it is
 constexpr int kSampleRows = 60;  // rows looked at for the first column widths
-constexpr int kSortArrow = 16;   // beside the heading of the order in force
+constexpr int kOrderMark = 16;   // beside the heading of the order in force
 constexpr int kCellPadding = 24;
 
 }  // namespace
@@ -123,10 +123,7 @@ void RegisterView::MarkRow(int row) {
 }
 
 void RegisterView::MarkHeading(const QString& command) {
-  const auto section = heading_commands_.indexOf(command);
-  table_->horizontalHeader()->setSortIndicatorShown(section >= 0);
-  if (section >= 0)
-    table_->horizontalHeader()->setSortIndicator(static_cast<int>(section), Qt::AscendingOrder);
+  model_->MarkHeading(static_cast<int>(heading_commands_.indexOf(command)));
 }
 
 void RegisterView::SearchFrom(QLineEdit* box) {
@@ -222,7 +219,7 @@ void RegisterView::PlaceColumns() {
   for (int column = 0; column < model_->columnCount(); ++column) {
     int width =
         metrics.horizontalAdvance(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
-    if (!heading_commands_.value(column).isEmpty()) width += kSortArrow;
+    if (!heading_commands_.value(column).isEmpty()) width += kOrderMark;
     for (int row = 0; row < rows; ++row) {
       width = std::max(width, metrics.horizontalAdvance(model_->index(row, column).data().toString()));
     }

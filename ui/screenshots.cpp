@@ -89,7 +89,7 @@ const Posting kPostings[] = {
       {"txtWirePayee", "Fifth Third Mortgage, payoff", 0},
       {"txtWireAmount", "98412.33", 0},
       {"txtWireFileNumber", "24-0054", 0},
-      {"txtWireStmtPeriod", "3/2024", 0}}},
+      {"txtWireStmtPeriod", "3/15/2024", 0}}},
     {"frmEditVouchersPost",
      "voucher-posting",
      {{"txtVCHRFileNumber", "24-0054", 0},

@@ -69,39 +69,23 @@ class Workplace {
   std::unique_ptr<BankTables> tables;
 };
 
+template <class Record>
+Record MakeItem(const std::string& number, std::int64_t cents, const std::string& file) {
+  Record item;
+  item.number = number;
+  item.dated = {2024, 3, 15};
+  item.amount = Currency::FromCents(cents);
+  item.file_number = file;
+  item.payee = Stamp(item.amount, file);
+  item.accounting = {3, 0, 2024};
+  item.status = "O";
+  return item;
+}
 inline CheckRecord MakeCheck(std::int64_t number, std::int64_t cents, const std::string& file) {
-  CheckRecord check;
-  check.number = std::to_string(number);
-  check.dated = {2024, 3, 15};
-  check.amount = Currency::FromCents(cents);
-  check.file_number = file;
-  check.payee = Stamp(check.amount, file);
-  check.accounting = {3, 0, 2024};
-  check.status = "O";
-  return check;
+  return MakeItem<CheckRecord>(std::to_string(number), cents, file);
 }
-
 inline VoucherRecord MakeVoucher(std::int64_t number, std::int64_t cents, const std::string& file) {
-  VoucherRecord voucher;
-  voucher.number = std::to_string(number);
-  voucher.dated = {2024, 3, 15};
-  voucher.amount = Currency::FromCents(cents);
-  voucher.file_number = file;
-  voucher.payee = Stamp(voucher.amount, file);
-  voucher.accounting = {3, 0, 2024};
-  return voucher;
-}
-
-inline WireRecord MakeWire(const std::string& number, std::int64_t cents, const std::string& file) {
-  WireRecord wire;
-  wire.number = number;
-  wire.dated = {2024, 3, 15};
-  wire.amount = Currency::FromCents(cents);
-  wire.file_number = file;
-  wire.payee = Stamp(wire.amount, file);
-  wire.accounting = {3, 0, 2024};
-  wire.status = "O";
-  return wire;
+  return MakeItem<VoucherRecord>(std::to_string(number), cents, file);
 }
 
 // Deposit `key` is one of 99 of its day.

@@ -3,10 +3,9 @@
 #include "posting/check_posting.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "shell/transactions_switch.h"
-#include "tests/support/office.h"
+#include "tests/posting/screen_fixture.h"
 
 namespace tallwick {
 namespace {
@@ -14,27 +13,11 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::Office;
+using testing::PostingScreenTest;
 using testing::Seen;
 
-class CheckPostingTest : public ::testing::Test {
+class CheckPostingTest : public PostingScreenTest<FrmEditChecksPost> {
  protected:
-  void OpenOffice(const std::function<void(BankRecord&)>& change = {}) {
-    ASSERT_TRUE(office_.Open(change));
-    office_.suite.files = {"24-0117", "24-0118"};
-    tables_ = std::make_unique<BankTables>(office_.session->Home());
-    ASSERT_TRUE(tables_->Open("FNB"));
-    OpenForm();
-  }
-  void OpenForm() {
-    form_ = std::make_unique<FrmEditChecksPost>(*office_.session, office_);
-    ASSERT_TRUE(form_->OpenTables());
-    form_->Opened();
-  }
-  void Set(std::string_view control, std::string text) {
-    form_->Enter(control);
-    form_->Change(control, std::move(text));
-  }
   // A whole entry with the number that the screen proposes, or another.
   void Enter(const std::string& number = {}, const std::string& amount = "1250",
              const std::string& file = "24-0117") {
@@ -67,11 +50,6 @@ class CheckPostingTest : public ::testing::Test {
   std::string VoucherCheck(const char* number) {
     return tables_->vouchers.SeekNumber(number) ? tables_->vouchers.Read().check_number : "(no voucher)";
   }
-  std::string Log() { return office_.ReadFile("Logs\\FNB\\Audit_Trail.log"); }
-
-  Office office_;
-  std::unique_ptr<BankTables> tables_;
-  std::unique_ptr<FrmEditChecksPost> form_;
 };
 
 TEST_F(CheckPostingTest, NothingIsPostedWhileTransactionsAreLocked) {
