@@ -9,7 +9,7 @@ namespace tallwick {
 namespace {
 
 // Twips; the whole fits between the margins of letter paper.
-constexpr const char* kItemColumns = ">+600|<+2200|<+4800|>+1800|^+1000";
+constexpr const char* kItemColumns = "^+700|<+2100|<+4800|>+1800|^+1000";
 constexpr const char* kAccountColumns = "<+2000|<+8400";
 
 PrintSection ItemsOf(const DepositRecord& deposit) {

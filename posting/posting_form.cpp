@@ -228,7 +228,7 @@ bool PostingForm::GoTo(std::string_view command) {
   }
   std::string name = WithoutMnemonic(At(command).caption);
   if (name.ends_with("...")) name.resize(name.size() - 3);
-  Boxes().Inform(Caption(), "The screen " + Quoted(name) + " is not part of this version of the program.");
+  Boxes().Inform(Caption(), Quoted(name) + " is not part of this version of the program.");
   return true;
 }
 

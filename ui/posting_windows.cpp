@@ -14,7 +14,7 @@ namespace {
 
 constexpr int kDateWidth = 112;
 constexpr int kAmountWidth = 120;
-constexpr int kEntryWidth = 432;
+constexpr int kEntryWidth = 488;
 constexpr int kDepositEntryWidth = 640;
 constexpr int kLineHeight = 24;  // of lines that come and go
 
@@ -215,6 +215,7 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
   auto* items = new QGridLayout;
   items->setColumnStretch(1, 1);
+  items->setVerticalSpacing(0);
   for (int item = 1; item <= kDepositItems; ++item) {
     const QString suffix = "_" + QString::number(item);
     auto* cleared = new QCheckBox(&layout.Entry());

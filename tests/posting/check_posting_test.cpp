@@ -201,8 +201,7 @@ TEST_F(CheckPostingTest, LeadsToOtherScreensAndSaysWhatIsNotThere) {
               ElementsAre("frmViewFileLedgers 24-0117", "frmReconcileAccount ", "frmReports Vouchers"));
   office_.missing_screen = "frmCalculator";
   form_->Menu("mnuToolsCalculator");
-  EXPECT_THAT(office_.TakeTexts(),
-              ElementsAre("The screen \"Calculator\" is not part of this version of the program."));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("\"Calculator\" is not part of this version of the program."));
 }
 
 TEST_F(CheckPostingTest, ACheckChangedElsewhereIsShownBeforeItIsRemoved) {
