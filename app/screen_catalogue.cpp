@@ -7,6 +7,8 @@
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
+#include "reports/view_file_ledgers.h"
+#include "reports/view_trial_balance.h"
 #include "shell/about.h"
 #include "shell/bank_select.h"
 #include "shell/edit_users.h"
@@ -20,7 +22,7 @@
 namespace tallwick {
 namespace {
 
-using TopicMaker = std::unique_ptr<Form> (*)(Session&, std::string_view topic);
+using TopicMaker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&, std::string_view topic);
 using Maker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&);
 
 struct Screen {
@@ -70,8 +72,24 @@ std::unique_ptr<Form> MakeDepositClearing(Session& session, ScreenOpener&) {
   return WithTables(std::make_unique<FrmEditDepositsClear>(session));
 }
 
-std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
+std::unique_ptr<Form> MakeHelp(Session& session, ScreenOpener&, std::string_view topic) {
   return std::make_unique<FrmHelp>(session, topic);
+}
+
+std::unique_ptr<Form> MakeWireViewing(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<FrmEditWiresPost>(session, &opener, true));
+}
+
+std::unique_ptr<Form> MakeVoucherViewing(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<FrmEditVouchersPost>(session, &opener, true));
+}
+
+std::unique_ptr<Form> MakeLedger(Session& session, ScreenOpener& opener, std::string_view file_number) {
+  return std::make_unique<FrmViewFileLedgers>(session, opener, file_number);
+}
+
+std::unique_ptr<Form> MakeTrialBalance(Session& session, ScreenOpener& opener) {
+  return std::make_unique<FrmViewTrialBalance>(session, opener);
 }
 
 template <MaintenanceOperation operation>
@@ -97,7 +115,11 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakeDepositClearing},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
+    {"frmEditWiresPost", "Viewing", true, 0, MakeWireViewing},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
+    {"frmEditVouchersPost", "Viewing", true, 0, MakeVoucherViewing},
+    {"frmViewFileLedgers", "", false, 0, nullptr, MakeLedger},
+    {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
     {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},
@@ -162,7 +184,7 @@ std::unique_ptr<Form> ScreenCatalogue::Make(std::string_view screen, std::string
         kProgramName, "Transactions are locked.  Ask whoever locked them to unlock them, then try again.");
     return nullptr;
   }
-  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, mode);
+  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, opener_, mode);
   return found->make(session_, opener_);
 }
 

@@ -223,7 +223,7 @@ bool PostingForm::GoTo(std::string_view command) {
   const ScreenRoute* route = FindRoute(command);
   if (route == nullptr || opener_ == nullptr) return false;
   if (opener_->Offers(route->screen, route->mode)) {
-    opener_->OpenScreen(route->screen, route->of_file ? CurrentFile() : std::string(route->mode));
+    opener_->OpenScreen(route->screen, route->of_file ? ToUpper(CurrentFile()) : std::string(route->mode));
     return true;
   }
   std::string name = WithoutMnemonic(At(command).caption);

@@ -1,5 +1,8 @@
 #include "posting/voucher_posting.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "posting/file_number.h"
 #include "posting/post_voucher.h"
 #include "posting/voucher_register.h"
@@ -47,8 +50,8 @@ const ItemScreen<VoucherRecord, VoucherTable> kItem{kScreen,
 
 }  // namespace
 
-FrmEditVouchersPost::FrmEditVouchersPost(Session& session, ScreenOpener* opener)
-    : ItemPostingForm(session, opener, kItem, VoucherRows()) {
+FrmEditVouchersPost::FrmEditVouchersPost(Session& session, ScreenOpener* opener, bool viewing)
+    : ItemPostingForm(session, opener, kItem, VoucherRows()), viewing_(viewing) {
   Add(ControlKind::kCheck, "chkVCHRCleared", "&Cleared");
   Add(ControlKind::kLabel, "lblVCHRStatus");
   Add(ControlKind::kLabel, "lblEditMessage");
@@ -57,8 +60,9 @@ FrmEditVouchersPost::FrmEditVouchersPost(Session& session, ScreenOpener* opener)
 }
 
 void FrmEditVouchersPost::OnOpen() {
+  if (viewing_) SetFormCaption("View Vouchers - " + session_.BankName());
   ItemPostingForm::OnOpen();
-  SetFocus("txtVCHRFileNumber");
+  SetFocus(viewing_ ? "txtVCHRNumber" : "txtVCHRFileNumber");
 }
 
 void FrmEditVouchersPost::OnLeave(Control& control) {
@@ -82,6 +86,7 @@ bool FrmEditVouchersPost::IsEntry(const Control& control) const {
 }
 
 std::string FrmEditVouchersPost::ProposedNumber() {
+  if (viewing_) return {};
   const std::optional<BankRecord> bank = session_.Company().banks.Find(bank_code_);
   return bank ? std::to_string(NextVoucherNumber(tables_.vouchers, bank->last_voucher)) : "";
 }
@@ -99,12 +104,19 @@ void FrmEditVouchersPost::ShowMarks(const VoucherRecord* voucher) {
 
 void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
   const bool closed = voucher != nullptr && IsReconciled(voucher->accounting);
-  for (std::string_view control : kRestricted) SetEnabled(control, !closed);
+  for (const EntryField<VoucherRecord>& entry : kFields) {
+    const bool restricted =
+        std::find(std::begin(kRestricted), std::end(kRestricted), entry.control) != std::end(kRestricted);
+    if (entry.control != NumberControl()) SetEnabled(entry.control, !viewing_ && !(closed && restricted));
+  }
+  for (std::string_view control : {"chkVCHRCleared", "cmdOk", "cmdNextVCHRNumber", "cmdRolodex"})
+    SetEnabled(control, !viewing_);
   SetCaption("cmdOk", voucher != nullptr ? "&Ok" : "&Add");
   if (voucher == nullptr) {
     SetCaption("lblVCHRStatus", "Not Posted");
-    SetCaption("lblEditMessage",
-               "\r\nTransaction will be posted to the Accounting Period " + Text("txtVCHRAcctPeriod") + " .");
+    SetCaption("lblEditMessage", viewing_ ? "Choose a posted voucher in the list, or type its number."
+                                          : "\r\nTransaction will be posted to the Accounting Period " +
+                                                Text("txtVCHRAcctPeriod") + " .");
     return;
   }
   SetCaption("lblVCHRStatus", VoucherStatusText(voucher->status));
@@ -118,6 +130,7 @@ void FrmEditVouchersPost::Complete(VoucherRecord* voucher) {
 }
 
 bool FrmEditVouchersPost::MayPost() {
+  if (viewing_) return false;
   VoucherCase voucher{Entries(), bank_, {}, false, At("txtVCHRAcctPeriod").enabled, [this] {
                         return IsOnFile(session_, Text("txtVCHRFileNumber"));
                       }};

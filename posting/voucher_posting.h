@@ -13,7 +13,8 @@ namespace tallwick {
 
 class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord, VoucherTable> {
  public:
-  explicit FrmEditVouchersPost(Session& session, ScreenOpener* opener = nullptr);
+  // In the mode "Viewing" nothing can be changed.
+  explicit FrmEditVouchersPost(Session& session, ScreenOpener* opener = nullptr, bool viewing = false);
 
  protected:
   void OnOpen() override;
@@ -33,6 +34,8 @@ class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord, VoucherTable> 
 
  private:
   void TakeNextNumber();
+
+  const bool viewing_;
 };
 
 }  // namespace tallwick

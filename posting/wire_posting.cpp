@@ -44,8 +44,8 @@ const ItemScreen<WireRecord, WireTable> kItem{kScreen,
 
 }  // namespace
 
-FrmEditWiresPost::FrmEditWiresPost(Session& session, ScreenOpener* opener)
-    : ItemPostingForm(session, opener, kItem, WireRows()) {
+FrmEditWiresPost::FrmEditWiresPost(Session& session, ScreenOpener* opener, bool viewing)
+    : ItemPostingForm(session, opener, kItem, WireRows()), viewing_(viewing) {
   for (std::string_view label : {"lblWireStatus", "lblEditMessage", "lblLastReconciled"}) {
     Add(ControlKind::kLabel, std::string(label));
   }
@@ -54,6 +54,7 @@ FrmEditWiresPost::FrmEditWiresPost(Session& session, ScreenOpener* opener)
 }
 
 void FrmEditWiresPost::OnOpen() {
+  if (viewing_) SetFormCaption("View Wire Transfers - " + session_.BankName());
   ItemPostingForm::OnOpen();
   SetFocus("txtWireNumber");
 }
@@ -97,15 +98,16 @@ void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
   const std::string restriction = wire != nullptr ? Restriction(*wire) : "";
   SetCaption("lblWireStatus", wire != nullptr ? WireStatusText(wire->status) : "Not Posted");
   SetCaption("cmdOk", wire != nullptr ? "&Ok" : "P&ost Wire");
-  SetEnabled("cmdOk", restriction.empty());
-  SetEnabled("cmdRolodex", restriction.empty());
+  const bool open = restriction.empty() && !viewing_;
+  SetEnabled("cmdOk", open);
+  SetEnabled("cmdRolodex", open);
   for (const EntryField<WireRecord>& entry : kFields) {
-    if (entry.control != NumberControl()) SetEnabled(entry.control, restriction.empty());
+    if (entry.control != NumberControl()) SetEnabled(entry.control, open);
   }
-  SetCaption("lblEditMessage", wire != nullptr
-                                   ? restriction
-                                   : "\r\nTransaction will be posted to and cleared in the period " +
-                                         Text("txtWireAcctPeriod") + " .");
+  SetCaption("lblEditMessage", wire != nullptr ? restriction
+                               : viewing_      ? "Choose a posted wire in the list, or type its number."
+                                          : "\r\nTransaction will be posted to and cleared in the period " +
+                                                Text("txtWireAcctPeriod") + " .");
 }
 
 // Once the periods have been typed it is known whether the wire will be cleared.
@@ -123,6 +125,7 @@ void FrmEditWiresPost::Complete(WireRecord* wire) {
 }
 
 bool FrmEditWiresPost::MayPost() {
+  if (viewing_) return false;
   WireCase wire{Entries(), bank_, {}, {}, At("txtWireAcctPeriod").enabled, [this] {
                   return IsOnFile(session_, Text("txtWireFileNumber"));
                 }};

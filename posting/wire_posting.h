@@ -15,7 +15,8 @@ namespace tallwick {
 
 class FrmEditWiresPost : public ItemPostingForm<WireRecord, WireTable> {
  public:
-  explicit FrmEditWiresPost(Session& session, ScreenOpener* opener = nullptr);
+  // In the mode "Viewing" nothing can be changed.
+  explicit FrmEditWiresPost(Session& session, ScreenOpener* opener = nullptr, bool viewing = false);
 
  protected:
   void OnOpen() override;
@@ -33,6 +34,8 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord, WireTable> {
  private:
   std::string Restriction(const WireRecord& wire) const;
   void ShowDestination();
+
+  const bool viewing_;
 };
 
 }  // namespace tallwick

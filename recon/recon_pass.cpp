@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "recon/packed_record.h"
+#include "tables/packed_record.h"
 
 namespace tallwick {
 namespace {

@@ -126,6 +126,7 @@ class Photographer {
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
     TakeDepositClearing();
+    TakeLedgers();
     TakeUsers();
     TakeAuditViewer();
     return failed_ ? 1 : 0;
@@ -213,6 +214,17 @@ class Photographer {
     form.Change("txtCheckReason", "");
     host.UseMode("Posting");
     form.Menu("mnuEditUseNextHigherCheckNumber");
+  }
+
+  void TakeLedgers() {
+    desktop_.OpenScreen("frmViewFileLedgers", "24-0054");
+    Take("frmViewFileLedgers", "file-ledger");
+    desktop_.OpenScreen("frmViewTrialBalance", {});
+    ScreenHost* host = desktop_.Find("frmViewTrialBalance");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstKinds", 2);
+    host->TheForm().Click("cmdCompute");
+    Take("frmViewTrialBalance", "trial-balance");
   }
 
   void TakeUsers() {

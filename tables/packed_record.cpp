@@ -1,4 +1,4 @@
-#include "recon/packed_record.h"
+#include "tables/packed_record.h"
 
 #include <charconv>
 
