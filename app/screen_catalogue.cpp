@@ -7,6 +7,8 @@
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
+#include "reports/view_file_ledgers.h"
+#include "reports/view_trial_balance.h"
 #include "shell/about.h"
 #include "shell/bank_select.h"
 #include "shell/edit_users.h"
@@ -20,7 +22,7 @@
 namespace tallwick {
 namespace {
 
-using TopicMaker = std::unique_ptr<Form> (*)(Session&, std::string_view topic);
+using TopicMaker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&, std::string_view topic);
 using Maker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&);
 
 struct Screen {
@@ -40,11 +42,16 @@ std::unique_ptr<Form> MakeBankSelect(Session& session, ScreenOpener&) {
   return std::make_unique<FrmBankSelect>(session);
 }
 
-template <class PostingScreenForm>
-std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<PostingScreenForm>(session);
+// The form, when its bank and tables are there.
+template <class Posting>
+std::unique_ptr<Form> WithTables(std::unique_ptr<Posting> form) {
   if (!form->OpenTables()) return nullptr;
   return form;
+}
+
+template <class Posting>
+std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<Posting>(session, &opener));
 }
 
 template <class ScreenForm>
@@ -54,19 +61,35 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
 
 template <CheckMode::Kind kMode>
 std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
-  auto form = std::make_unique<FrmEditChecksPost>(session, opener, kMode);
-  if (!form->OpenTables()) return nullptr;
-  return form;
+  return WithTables(std::make_unique<FrmEditChecksPost>(session, opener, kMode));
 }
 
-std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
-  if (!form->OpenTables()) return nullptr;
-  return form;
+std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<FrmEditDepositsPost>(session, &opener, DepositMode::kViewing));
 }
 
-std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
+std::unique_ptr<Form> MakeDepositClearing(Session& session, ScreenOpener&) {
+  return WithTables(std::make_unique<FrmEditDepositsClear>(session));
+}
+
+std::unique_ptr<Form> MakeHelp(Session& session, ScreenOpener&, std::string_view topic) {
   return std::make_unique<FrmHelp>(session, topic);
+}
+
+std::unique_ptr<Form> MakeWireViewing(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<FrmEditWiresPost>(session, &opener, true));
+}
+
+std::unique_ptr<Form> MakeVoucherViewing(Session& session, ScreenOpener& opener) {
+  return WithTables(std::make_unique<FrmEditVouchersPost>(session, &opener, true));
+}
+
+std::unique_ptr<Form> MakeLedger(Session& session, ScreenOpener& opener, std::string_view file_number) {
+  return std::make_unique<FrmViewFileLedgers>(session, opener, file_number);
+}
+
+std::unique_ptr<Form> MakeTrialBalance(Session& session, ScreenOpener& opener) {
+  return std::make_unique<FrmViewTrialBalance>(session, opener);
 }
 
 template <MaintenanceOperation operation>
@@ -90,9 +113,13 @@ constexpr Screen kScreens[] = {
     {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
-    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
+    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakeDepositClearing},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
+    {"frmEditWiresPost", "Viewing", true, 0, MakeWireViewing},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
+    {"frmEditVouchersPost", "Viewing", true, 0, MakeVoucherViewing},
+    {"frmViewFileLedgers", "", false, 0, nullptr, MakeLedger},
+    {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
     {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},
@@ -157,7 +184,7 @@ std::unique_ptr<Form> ScreenCatalogue::Make(std::string_view screen, std::string
         kProgramName, "Transactions are locked.  Ask whoever locked them to unlock them, then try again.");
     return nullptr;
   }
-  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, mode);
+  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, opener_, mode);
   return found->make(session_, opener_);
 }
 

@@ -127,19 +127,21 @@ PrintDocument MakeAuditDocument(const AuditReport& report) {
   PrintDocument document;
   document.name = "Audit Trail " + report.bank_code + " " + FormatDate(report.today, "yyyy-mm-dd");
   document.landscape = report.landscape;
-  document.rows.push_back(
+  PrintSection criteria;
+  criteria.rows.push_back(
       Line("Audit Trail Log: " + report.bank_code + "\\Audit_Trail.log", PrintStyle::kTitle));
-  document.rows.push_back(Line("Last modified: " + FormatDateTime(report.modified, "m/d/yyyy") +
+  criteria.rows.push_back(Line("Last modified: " + FormatDateTime(report.modified, "m/d/yyyy") +
                                FormatDateTime(report.modified, " h:n am/pm")));
-  AddParameters(report.criteria, document.rows);
-  document.rows.push_back(Line(""));
-  document.heading_at = document.rows.size();
-  document.heading = {
+  AddParameters(report.criteria, criteria.rows);
+  criteria.rows.push_back(Line(""));
+  PrintSection entries;
+  entries.heading = {
       {PrintStyle::kHeading, formats.entry, {"Reference", "Login Name", "Computer Name"}, false},
       {PrintStyle::kHeading, formats.event, {"Date @ Time", "Event", "Value"}, false}};
-  if (report.found.empty()) document.rows.push_back(Line("No entry meets the search."));
+  if (report.found.empty()) entries.rows.push_back(Line("No entry meets the search."));
   for (std::uint32_t place : report.found)
-    AddEntry(report, report.log.Entries()[place], formats, document.rows);
+    AddEntry(report, report.log.Entries()[place], formats, entries.rows);
+  document.sections = {std::move(criteria), std::move(entries)};
   return document;
 }
 

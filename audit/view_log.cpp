@@ -320,7 +320,7 @@ bool FrmViewLog::OnKey(std::string_view key) {
   return key == "F5" || key == "Ctrl+P";
 }
 
-void FrmViewLog::ToPrinter(void (DocumentPrinter::*how)(const PrintDocument&)) {
+void FrmViewLog::ToPrinter(bool (DocumentPrinter::*how)(const PrintDocument&)) {
   if (session_.Documents() == nullptr) {
     Boxes().Exclaim(Caption(), "There is no printer here.  Print from the desktop.");
     return;

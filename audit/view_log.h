@@ -50,7 +50,7 @@ class FrmViewLog : public Form {
   AuditCriteria Criteria();
   void ShowFound();
   void Clear();
-  void ToPrinter(void (DocumentPrinter::*how)(const PrintDocument&));
+  void ToPrinter(bool (DocumentPrinter::*how)(const PrintDocument&));
 
   void AddGrid();
   void DeleteGrid();

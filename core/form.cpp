@@ -35,7 +35,8 @@ void MarkRow(Control& control) {
 bool HasRow(const Control& control, int row) {
   if (row < 1) return false;
   if (control.kind == ControlKind::kGrid) {
-    return control.source && static_cast<std::size_t>(row) <= control.source->RowCount();
+    const auto rows = static_cast<std::size_t>(row);
+    return control.source && (rows <= control.source->RowsKnown() || rows <= control.source->RowCount());
   }
   return static_cast<std::size_t>(row) <= control.rows.size();
 }
@@ -354,6 +355,14 @@ std::string ControlValue(const Control& control) {
       break;
   }
   return {};
+}
+
+void EnterTexts(Form& form, const std::vector<KeyText>& texts) {
+  for (const KeyText& text : texts) {
+    form.Enter(text.control);
+    form.Change(text.control, text.text);
+  }
+  form.Leave();
 }
 
 }  // namespace tallwick

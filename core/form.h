@@ -9,6 +9,7 @@
 // takes none.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -56,6 +57,16 @@ class RowSource {
   // The row that a typed text names, found without reading the rows before it; nullopt where only a look at
   // the rows themselves can tell.
   virtual std::optional<std::size_t> FindRow(std::string_view) { return std::nullopt; }
+
+  // A source that reads many records gives its first rows at once and the others in steps: RowCount reads to
+  // the end, RowsKnown does not. Rows are added at the end, so that those known stay where they are.
+  virtual std::size_t RowsKnown() { return RowCount(); }
+  // Reads on for about this long; false when there is nothing more to read.
+  virtual bool ReadOn(std::chrono::milliseconds) { return false; }
+  virtual int PercentRead() { return 100; }
+  // What the rows add up to, as a person reads it; "" while it is not known, or where there is nothing to
+  // add.
+  virtual std::string Total() { return {}; }
 };
 
 struct Control {
@@ -210,11 +221,25 @@ class Form {
 // "True" or "False" of an option, the text of the kinds that hold one; "" for the others.
 std::string ControlValue(const Control& control);
 
+// A control and the text that it is to hold.
+struct KeyText {
+  std::string control;
+  std::string text;
+};
+
+// Enters the texts as a person does who looks an item up, and leaves the last control.
+void EnterTexts(Form& form, const std::vector<KeyText>& texts);
+
 // What a form calls to have another screen opened ("frmEditChecksPost", "Posting").
 class ScreenOpener {
  public:
   virtual ~ScreenOpener() = default;
   virtual void OpenScreen(std::string_view screen, std::string_view mode) = 0;
+  // The same, and shows the item that these texts look up.
+  virtual void OpenItem(std::string_view screen, std::string_view mode,
+                        const std::vector<KeyText>& /*key*/) {
+    OpenScreen(screen, mode);
+  }
   // Whether there is such a screen, and it opens in this mode.
   virtual bool Offers(std::string_view /*screen*/, std::string_view /*mode*/) const { return true; }
 };

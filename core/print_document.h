@@ -9,37 +9,45 @@ namespace tallwick {
 
 enum class PrintStyle {
   kTitle,    // large
+  kHeader,   // 12 points, strong: what a page begins with
+  kSmall,    // 8 points
   kText,     // plain
-  kHeading,  // of columns, with a line below its last row
+  kHeading,  // of columns
   kStrong,   // the row that a group begins with
   kRow,
+  kTotal,  // strong, in the letters of a row
 };
 
 struct PrintRow {
   PrintStyle style = PrintStyle::kText;
-  // One format for each cell, separated by "|": an alignment character ("<" left, ">" right, "^" centred),
-  // "+" and a width in twips. "" gives the one cell the whole width.
+  // One format for each cell (column_format.h). "" gives the one cell the whole width.
   std::string columns;
   std::vector<std::string> cells;  // UTF-8
   bool with_next = false;          // not the last row of a page when another follows
 };
 
+// Rows under headings, which are repeated on every page that the rows reach, with a line below them.
+struct PrintSection {
+  std::vector<PrintRow> heading;
+  std::vector<PrintRow> rows;
+};
+
 struct PrintDocument {
   std::string name;  // proposed as the file name, without folder and extension
   bool landscape = false;
-  std::vector<PrintRow> rows;
-  // Repeated at the top of every page, on the first one behind the rows before `heading_at`.
-  std::vector<PrintRow> heading;
-  std::size_t heading_at = 0;
+  std::vector<PrintRow> header;  // at the top of every page
+  std::string footer;            // at the left of every page's last line, which ends with the page's number
+  std::vector<PrintSection> sections;
 };
 
 class DocumentPrinter {
  public:
   virtual ~DocumentPrinter() = default;
-  // Each asks the user what it needs to know, and reports its own failures.
-  virtual void Preview(const PrintDocument& document) = 0;
-  virtual void Print(const PrintDocument& document) = 0;
-  virtual void SavePdf(const PrintDocument& document) = 0;
+  // Each asks the user what it needs to know, and reports its own failures. True when the document went where
+  // it was sent (a preview: when it was shown); false also when the user thought better of it.
+  virtual bool Preview(const PrintDocument& document) = 0;
+  virtual bool Print(const PrintDocument& document) = 0;
+  virtual bool SavePdf(const PrintDocument& document) = 0;
 };
 
 }  // namespace tallwick

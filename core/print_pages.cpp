@@ -1,36 +1,53 @@
 #include "core/print_pages.h"
 
 #include <algorithm>
-#include <cstdlib>
+#include <cmath>
 
+#include "core/column_format.h"
 #include "core/text.h"
 
 namespace tallwick {
 namespace {
 
-constexpr int kCellGap = 120;  // between the text of a cell and the next cell
-
-struct Cell {
-  char alignment = '<';
-  int width = 0;
-};
-
-std::vector<Cell> CellsOf(const std::string& columns, int page_width) {
-  if (columns.empty()) return {{'<', page_width}};
-  std::vector<Cell> cells;
-  for (const std::string& format : Split(columns, '|')) {
-    const std::size_t plus = format.find('+');
-    const int width = plus == std::string::npos ? 0 : std::atoi(format.c_str() + plus + 1);
-    cells.push_back({format.empty() ? '<' : format.front(), std::max(width, 0)});
-  }
-  return cells;
-}
+constexpr double kSmallest = 0.65;   // of the style's size; below that letters are made narrower
+constexpr double kNarrowest = 0.6;   // of the letters' width
+constexpr int kNarrowColumn = 1500;  // here a text is rather set smaller than broken between words
 
 // The bytes of the UTF-8 character that a text begins with.
 std::size_t CharacterLength(std::string_view text) {
   std::size_t length = 1;
   while (length < text.size() && (static_cast<unsigned char>(text[length]) & 0xC0) == 0x80) ++length;
   return length;
+}
+
+// The widest piece that no line break falls into.
+int WidestPiece(std::string_view text, char alignment, PrintStyle style, const TextMeasure& measure) {
+  if (alignment == '>') return measure.Width(style, text);
+  int widest = 0;
+  while (!text.empty()) {
+    const std::size_t end = std::min(text.find(' '), text.size());
+    if (end > 0) widest = std::max(widest, measure.Width(style, text.substr(0, end)));
+    text.remove_prefix(std::min(end + 1, text.size()));
+  }
+  return widest;
+}
+
+// Where the text of a cell may stand.
+PlacedText CellOf(const std::vector<ColumnFormat>& columns, const PrintRow& row, std::size_t place, int x,
+                  const TextMeasure& measure) {
+  const ColumnFormat& column = columns[place];
+  // The outer edges of a table need no gap.
+  const int left = place > 0 ? kColumnGap / 2 : 0;
+  const int right = place + 1 < columns.size() ? kColumnGap / 2 : 0;
+  PlacedText cell{x + left, 0, std::max(column.width - left - right, 1), column.alignment, row.style, {}};
+  const bool free_before = place > 0 && column.alignment != '<' && row.cells[place - 1].empty();
+  if (free_before && column.width < kNarrowColumn &&
+      measure.Width(row.style, row.cells[place]) > cell.width) {
+    cell.x -= columns[place - 1].width;
+    cell.width += columns[place - 1].width;
+    cell.alignment = '>';
+  }
+  return cell;
 }
 
 // A row ready to be placed: its texts relative to its upper left corner.
@@ -40,22 +57,32 @@ struct Block {
   bool with_next = false;
 };
 
+void PlaceCell(Block& block, PlacedText cell, std::string_view text, int line_height,
+               const TextMeasure& measure) {
+  cell.fit = FitText(text, cell.width, cell.alignment, cell.style, measure);
+  const int room = static_cast<int>(std::lround(cell.width / cell.fit.Scale()));
+  std::vector<std::string> lines{std::string(text)};
+  if (cell.alignment != '>') lines = BreakLines(text, room, cell.style, measure);
+  for (std::string& line : lines) {
+    cell.text = std::move(line);
+    block.texts.push_back(cell);
+    cell.y += line_height;
+  }
+  block.height = std::max(block.height, cell.y);
+}
+
 Block BlockOf(const PrintRow& row, int page_width, const TextMeasure& measure) {
   Block block;
-  const std::vector<Cell> cells = CellsOf(row.columns, page_width);
+  const std::vector<ColumnFormat> columns =
+      row.columns.empty() ? std::vector<ColumnFormat>{{'<', page_width}} : ParseColumnFormats(row.columns);
   const int line_height = measure.LineHeight(row.style);
   block.height = line_height;
   block.with_next = row.with_next;
   int x = 0;
-  for (std::size_t i = 0; i < cells.size() && i < row.cells.size(); ++i) {
-    const int room = std::max(cells[i].width - (i + 1 < cells.size() ? kCellGap : 0), 1);
-    int y = 0;
-    for (std::string& line : BreakLines(row.cells[i], room, row.style, measure)) {
-      block.texts.push_back({x, y, room, cells[i].alignment, row.style, std::move(line)});
-      y += line_height;
-    }
-    block.height = std::max(block.height, y);
-    x += cells[i].width;
+  for (std::size_t i = 0; i < columns.size() && i < row.cells.size(); ++i) {
+    if (!row.cells[i].empty())
+      PlaceCell(block, CellOf(columns, row, i, x, measure), row.cells[i], line_height, measure);
+    x += columns[i].width;
   }
   return block;
 }
@@ -70,45 +97,74 @@ class Paginator {
   }
 
   std::vector<PrintPage> Run() {
-    pages_.emplace_back();
-    for (std::size_t i = 0; i <= document_.rows.size(); ++i) {
-      if (i == document_.heading_at) PlaceHeading();
-      if (i < document_.rows.size()) PlaceRow(i);
+    BeginPage();
+    for (const PrintSection& section : document_.sections) {
+      section_ = &section;
+      PlaceSection();
     }
     for (std::size_t i = 0; i < pages_.size(); ++i) PlaceFooter(i);
     return std::move(pages_);
   }
 
  private:
-  void PlaceRow(std::size_t place) {
-    const Block block = BlockOf(document_.rows[place], width_, measure_);
-    int needed = block.height;
-    if (block.with_next && place + 1 < document_.rows.size())
-      needed += BlockOf(document_.rows[place + 1], width_, measure_).height;
-    if (y_ + needed > bottom_ && y_ > top_) StartPage(place);
-    Place(block);
+  // Headings stay with the first row, and every row with those after it that it is tied to.
+  void PlaceSection() {
+    std::vector<Block> rows;
+    for (std::size_t first = 0; first == 0 || first < section_->rows.size(); first += rows.size()) {
+      rows.clear();
+      int needed = first == 0 ? HeadingHeight() : 0;
+      for (std::size_t i = first; i < section_->rows.size(); ++i) {
+        rows.push_back(BlockOf(section_->rows[i], width_, measure_));
+        needed += rows.back().height;
+        if (!rows.back().with_next) break;
+      }
+      if (y_ + needed > bottom_ && y_ > top_) {
+        BeginPage();
+        if (first > 0) PlaceHeading();
+      }
+      if (first == 0) PlaceHeading();
+      for (const Block& block : rows) Place(block);
+      if (rows.empty()) return;
+    }
   }
 
-  void StartPage(std::size_t place) {
-    pages_.emplace_back();
-    y_ = 0;
-    if (place >= document_.heading_at) PlaceHeading();
-    top_ = y_;
+  int HeadingHeight() const {
+    int height = 0;
+    for (const PrintRow& row : section_->heading) height += BlockOf(row, width_, measure_).height;
+    return height;
   }
 
   void PlaceHeading() {
-    for (const PrintRow& row : document_.heading) Place(BlockOf(row, width_, measure_));
-    if (!document_.heading.empty()) pages_.back().rules.push_back(y_);
+    for (const PrintRow& row : section_->heading) Place(BlockOf(row, width_, measure_));
+    if (!section_->heading.empty()) pages_.back().rules.push_back(y_);
   }
 
-  // A block taller than what is left goes on over the next pages, line by line.
+  void BeginPage() {
+    pages_.emplace_back();
+    y_ = 0;
+    for (const PrintRow& row : document_.header) {
+      Block block = BlockOf(row, width_, measure_);
+      for (PlacedText& text : block.texts) {
+        text.y += y_;
+        pages_.back().texts.push_back(std::move(text));
+      }
+      y_ += block.height;
+    }
+    top_ = y_;
+  }
+
+  // Rows that no page can hold together go on over the next pages, line by line.
   void Place(const Block& block) {
+    if (block.texts.empty() && y_ + block.height > bottom_) return;
     int offset = y_;
-    for (PlacedText text : block.texts) {
+    int broken_at = 0;  // lines from here on stand on the page begun last
+    for (const PlacedText& line : LinesInOrder(block)) {
+      PlacedText text = line;
       const int line_height = measure_.LineHeight(text.style);
-      if (offset + text.y + line_height > bottom_ && offset + text.y > 0) {
-        pages_.emplace_back();
-        offset = -text.y;
+      if (text.y >= broken_at && offset + text.y + line_height > bottom_ && offset + text.y > top_) {
+        BeginPage();
+        offset = top_ - text.y;
+        broken_at = text.y;
       }
       text.y += offset;
       pages_.back().texts.push_back(std::move(text));
@@ -116,9 +172,24 @@ class Paginator {
     y_ = offset + block.height;
   }
 
+  static std::vector<PlacedText> LinesInOrder(const Block& block) {
+    std::vector<PlacedText> lines = block.texts;
+    std::stable_sort(lines.begin(), lines.end(),
+                     [](const PlacedText& left, const PlacedText& right) { return left.y < right.y; });
+    return lines;
+  }
+
   void PlaceFooter(std::size_t page) {
-    const std::string text = "Page " + std::to_string(page + 1) + " of " + std::to_string(pages_.size());
-    pages_[page].texts.push_back({0, height_ - footer_height_, width_, '^', PrintStyle::kText, text});
+    const std::string number = "Page " + std::to_string(page + 1) + " of " + std::to_string(pages_.size());
+    const int y = height_ - footer_height_;
+    const bool centred = document_.footer.empty();
+    if (!centred) {
+      Block block;
+      PlaceCell(block, {0, y, width_ * 3 / 4, '<', PrintStyle::kSmall, {}}, document_.footer, footer_height_,
+                measure_);
+      pages_[page].texts.push_back(block.texts.front());
+    }
+    pages_[page].texts.push_back({0, y, width_, centred ? '^' : '>', PrintStyle::kText, number});
   }
 
   const PrintDocument& document_;
@@ -127,12 +198,28 @@ class Paginator {
   int bottom_ = 0;
   int footer_height_ = 0;
   const TextMeasure& measure_;
+  const PrintSection* section_ = nullptr;
   std::vector<PrintPage> pages_;
   int y_ = 0;
-  int top_ = 0;  // where rows begin on this page
+  int top_ = 0;  // where rows begin on this page, headings included
 };
 
 }  // namespace
+
+TextFit FitText(std::string_view text, int width, char alignment, PrintStyle style,
+                const TextMeasure& measure) {
+  if (width < kNarrowColumn) {
+    const int whole = measure.Width(style, text);
+    if (whole > width && width >= kSmallest * whole) return {static_cast<double>(width) / whole, 1};
+  }
+  const int widest = WidestPiece(text, alignment, style, measure);
+  if (widest <= width || width <= 0) return {};
+  const double scale = static_cast<double>(width) / widest;
+  if (scale >= kSmallest) return {scale, 1};
+  if (scale >= kSmallest * kNarrowest) return {kSmallest, scale / kSmallest};
+  if (alignment == '>') return {scale / kNarrowest, kNarrowest};
+  return {kSmallest, kNarrowest};
+}
 
 std::vector<std::string> BreakLines(std::string_view text, int width, PrintStyle style,
                                     const TextMeasure& measure) {

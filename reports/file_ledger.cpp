@@ -1,5 +1,8 @@
 #include "reports/file_ledger.h"
 
+#include <algorithm>
+
+#include "reports/file_standings.h"
 #include "tables/status_text.h"
 
 namespace tallwick {
@@ -20,12 +23,10 @@ void BankLedger::AddWire(const WireRecord& wire) {
 
 void BankLedger::AddDepositItem(const DepositRecord& deposit, int item) {
   if (item < 1 || item > kDepositItems) return;
-  const std::size_t place = static_cast<std::size_t>(item) - 1;
-  const DepositItem& found = deposit.items[place];
-  const bool wire_in = place < deposit.spare.size() && deposit.spare[place] == 'X';
+  const DepositItem& found = deposit.items[static_cast<std::size_t>(item) - 1];
   total_deposits_ += found.amount;
   deposits_.push_back({deposit.dated, deposit.sequence, item, deposit.accounting, found.source, found.amount,
-                       found.statement, found.status, wire_in});
+                       found.statement, found.status, IsWireIn(deposit, item)});
 }
 
 void BankLedger::AddVoucher(const VoucherRecord& voucher) {
@@ -37,6 +38,14 @@ bool BankLedger::HasTransactions() const {
   return !checks_.empty() || !wires_.empty() || !deposits_.empty() || !vouchers_.empty();
 }
 
+bool BankLedger::HasOutstanding() const {
+  const auto is_outstanding = [](const auto& item) { return LedgerStatusText(item.status) == "Outstanding"; };
+  return std::any_of(checks_.begin(), checks_.end(), is_outstanding) ||
+         std::any_of(wires_.begin(), wires_.end(), is_outstanding) ||
+         std::any_of(deposits_.begin(), deposits_.end(), is_outstanding) ||
+         std::any_of(vouchers_.begin(), vouchers_.end(), is_outstanding);
+}
+
 void FileLedger::AddBank(BankLedger bank) {
   if (!bank.HasTransactions()) return;
   balance_ += bank.BankBalance();
@@ -45,8 +54,13 @@ void FileLedger::AddBank(BankLedger bank) {
 }
 
 std::string_view FileLedger::Condition() const {
-  if (balance_.IsZero()) return "Balanced";
-  return balance_ < Currency() ? "Over Drawn" : "Funds Available";
+  return ConditionOfBalance(balance_);
+}
+
+std::string_view FileLedger::Status() const {
+  const bool outstanding =
+      std::any_of(banks_.begin(), banks_.end(), [](const BankLedger& bank) { return bank.HasOutstanding(); });
+  return outstanding ? "Outstanding" : "Cleared";
 }
 
 std::string LedgerStatusText(std::string_view code) {

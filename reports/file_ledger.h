@@ -64,6 +64,8 @@ class BankLedger {
   Currency AdjustedBalance() const { return BankBalance() - total_vouchers_; }
 
   bool HasTransactions() const;
+  // Whether a transaction of any kind reads "Outstanding".
+  bool HasOutstanding() const;
 
  private:
   std::string code_;
@@ -93,6 +95,8 @@ class FileLedger {
   Currency Vouchered() const { return vouchered_; }
   // "Balanced", "Over Drawn" or "Funds Available".
   std::string_view Condition() const;
+  // "Cleared" when nothing of the file is outstanding, a voucher included; else "Outstanding".
+  std::string_view Status() const;
   // "Yes" when more than one bank has transactions of the file, else "No".
   std::string_view MultipleBanks() const { return banks_.size() > 1 ? "Yes" : "No"; }
 

@@ -239,14 +239,14 @@ void FormBinder::Clicked(const Control& control) {
   ShowCalendarOf(WidgetOf(control));
 }
 
-// A button with the property "calendarOf" opens the calendar of the field that it names.
-void FormBinder::ShowCalendarOf(const QWidget* button) {
-  const QString field_name = button != nullptr ? button->property("calendarOf").toString() : QString();
+// A button or menu command with the property "calendarOf" opens the calendar of the field that it names.
+void FormBinder::ShowCalendarOf(const QObject* command) {
+  const QString field_name = command != nullptr ? command->property("calendarOf").toString() : QString();
   if (field_name.isEmpty()) return;
   auto* field = window_.findChild<QLineEdit*>(field_name);
   const Control* control = ControlOf(field);
   if (control != nullptr && field->isEnabled()) {
-    ShowCalendar(*field, *control, button->property("calendarTitle").toString());
+    ShowCalendar(*field, *control, command->property("calendarTitle").toString());
   }
 }
 
@@ -256,6 +256,7 @@ void FormBinder::CommandGiven(const QString& control_name) {
     form_.Menu(control_name.toStdString());
   }
   if (const Control* control = form_.Find(control_name.toStdString())) Show(*control);
+  ShowCalendarOf(window_.findChild<QAction*>(control_name));
 }
 
 const Control* FormBinder::ControlOf(const QObject* widget) const {

@@ -102,7 +102,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   bool HandleEnter(QWidget& widget, const QKeyEvent& key);
   bool ShowFieldHelp(QWidget& widget);  // false where the field has none
   void ShowCalendar(QWidget& widget, const Control& control, const QString& title = {});
-  void ShowCalendarOf(const QWidget* button);
+  void ShowCalendarOf(const QObject* command);
   bool MoveInColumn(const Control* control, int lines);
   bool IsFilled() const;
   void GoToNextField(QWidget& from);

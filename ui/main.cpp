@@ -8,7 +8,7 @@
 #include "shell/machine.h"
 #include "shell/registry.h"
 #include "ui/desktop.h"
-#include "ui/document_printer.h"
+#include "print/document_printer.h"
 #include "ui/folder_suite.h"
 #include "ui/qt_help_viewer.h"
 #include "ui/qt_message_boxes.h"

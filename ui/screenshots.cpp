@@ -89,7 +89,7 @@ const Posting kPostings[] = {
       {"txtWirePayee", "Fifth Third Mortgage, payoff", 0},
       {"txtWireAmount", "98412.33", 0},
       {"txtWireFileNumber", "24-0054", 0},
-      {"txtWireStmtPeriod", "3/2024", 0}}},
+      {"txtWireStmtPeriod", "3/15/2024", 0}}},
     {"frmEditVouchersPost",
      "voucher-posting",
      {{"txtVCHRFileNumber", "24-0054", 0},
@@ -125,6 +125,8 @@ class Photographer {
                             [this](std::string_view screen, const QString& name) { Take(screen, name); });
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
+    TakeDepositClearing();
+    TakeLedgers();
     TakeUsers();
     TakeAuditViewer();
     return failed_ ? 1 : 0;
@@ -173,6 +175,15 @@ class Photographer {
     Take(posting.screen, posting.picture);
   }
 
+  void TakeDepositClearing() {
+    desktop_.OpenScreen("frmEditDepositsClear", "Clearing");
+    ScreenHost* host = desktop_.Find("frmEditDepositsClear");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstDepositDates", 1);
+    host->TheForm().SetCheck("chkCleared", 1, 1);
+    Take("frmEditDepositsClear", "deposit-clearing");
+  }
+
   void TakeCheckPosting() {
     desktop_.OpenScreen("frmEditChecksPost", "Posting");
     Take("frmEditChecksPost", "check-posting-empty");
@@ -203,6 +214,17 @@ class Photographer {
     form.Change("txtCheckReason", "");
     host.UseMode("Posting");
     form.Menu("mnuEditUseNextHigherCheckNumber");
+  }
+
+  void TakeLedgers() {
+    desktop_.OpenScreen("frmViewFileLedgers", "24-0054");
+    Take("frmViewFileLedgers", "file-ledger");
+    desktop_.OpenScreen("frmViewTrialBalance", {});
+    ScreenHost* host = desktop_.Find("frmViewTrialBalance");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstKinds", 2);
+    host->TheForm().Click("cmdCompute");
+    Take("frmViewTrialBalance", "trial-balance");
   }
 
   void TakeUsers() {

@@ -19,20 +19,28 @@ using testing::Seen;
 
 class KeepingPrinter : public DocumentPrinter {
  public:
-  void Preview(const PrintDocument& document) override { last = document; }
-  void Print(const PrintDocument& document) override { last = document; }
-  void SavePdf(const PrintDocument& document) override { last = document; }
+  bool Preview(const PrintDocument& document) override { return Keep(document); }
+  bool Print(const PrintDocument& document) override { return Keep(document); }
+  bool SavePdf(const PrintDocument& document) override { return Keep(document); }
   // Every cell, a row a line.
   std::string Text() const {
     std::string text;
-    for (const PrintRow& row : last.rows) {
-      for (const std::string& cell : row.cells) text += cell + "|";
-      text += "\n";
+    for (const PrintSection& section : last.sections) {
+      for (const PrintRow& row : section.rows) {
+        for (const std::string& cell : row.cells) text += cell + "|";
+        text += "\n";
+      }
     }
     return text;
   }
 
   PrintDocument last;
+
+ private:
+  bool Keep(const PrintDocument& document) {
+    last = document;
+    return true;
+  }
 };
 
 class ViewerTest : public ::testing::Test {

@@ -1,0 +1,154 @@
+#include "recon/recon_pass.h"
+
+#include <array>
+
+#include "tables/packed_record.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::int64_t kRecordsPerReport = 8192;
+
+// Counts an item and keeps it where it is part of a figure.
+ReconPlace Count(ReconFindings& findings, const ReconItem& item, std::int32_t record, int deposit_item = 0) {
+  const ReconPlace place = findings.recon.Add(item);
+  if (const std::uint8_t figures = FiguresOf(place); figures != 0) {
+    findings.entries.push_back(
+        {record, item.kind, static_cast<std::uint8_t>(deposit_item), figures, item.amount});
+  }
+  return place;
+}
+
+// What the records of one table add to the findings.
+class RecordReader {
+ public:
+  RecordReader(TableBase& table, std::string_view what) : table_(table), fields_(table), what_(what) {}
+  virtual ~RecordReader() = default;
+  virtual void Read(RecordView record, std::int32_t number, ReconFindings& findings) = 0;
+
+  TableBase& Table() { return table_; }
+  std::string_view What() const { return what_; }
+  // A field that the table lacks; "" when it has all.
+  const std::string& Missing() const { return fields_.Missing(); }
+
+ protected:
+  PackedFields& Fields() { return fields_; }
+
+ private:
+  TableBase& table_;
+  PackedFields fields_;
+  std::string_view what_;
+};
+
+// Checks and wires.
+class PaymentReader : public RecordReader {
+ public:
+  PaymentReader(TableBase& table, std::string_view what, ReconKind kind, const std::string& prefix)
+      : RecordReader(table, what),
+        kind_(kind),
+        amount_(Fields().Find(prefix + "AMOUNT", 'N')),
+        status_(Fields().Find(prefix + "STATUS", 'C')),
+        file_(Fields().Find(prefix + "FILENO", 'C')),
+        accounting_(Fields().FindPeriod(prefix + "ACCT")),
+        statement_(Fields().FindPeriod(prefix + "STMT")) {}
+
+  void Read(RecordView record, std::int32_t number, ReconFindings& findings) override {
+    const ReconItem item{kind_, StatusIn(status_.Text(record)), MoneyIn(amount_.Text(record)),
+                         MakeKey(PeriodIn(record, accounting_)), PeriodIn(record, statement_)};
+    const ReconBucket bucket = Count(findings, item, number).bucket;
+    const bool paid = bucket == kReconOutstanding || bucket == kReconCleared;
+    if (paid) findings.files.Add(file_.Text(record), -item.amount);
+  }
+
+ private:
+  const ReconKind kind_;
+  const PackedField amount_, status_, file_;
+  const PackedPeriod accounting_, statement_;
+};
+
+class DepositReader : public RecordReader {
+ public:
+  explicit DepositReader(TableBase& table)
+      : RecordReader(table, "Deposits"), accounting_(Fields().FindPeriod("DEPOACCT")) {
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+      const std::string number = std::to_string(i + 1);
+      items_[i] = {Fields().Find("DEPOFILE" + number, 'C'), Fields().Find("DEPOAMT" + number, 'N'),
+                   Fields().Find("DEPOSTAT" + number, 'C'), Fields().FindPeriod("DEPOST", number)};
+    }
+  }
+
+  void Read(RecordView record, std::int32_t number, ReconFindings& findings) override {
+    const std::int32_t accounting_key = MakeKey(PeriodIn(record, accounting_));
+    if (accounting_key > MakeKey(findings.recon.Terms().statement)) return;
+    for (std::size_t i = 0; i < items_.size(); ++i) {
+      const Item& place = items_[i];
+      const char status = StatusIn(place.status.Text(record));
+      const std::string_view file = place.file.Text(record);
+      const bool has_file = !IsBlank(file);
+      if (status == ' ' && !has_file) continue;
+      const ReconItem item{ReconKind::kDeposit, status, MoneyIn(place.amount.Text(record)), accounting_key,
+                           PeriodIn(record, place.statement)};
+      const ReconBucket bucket = Count(findings, item, number, static_cast<int>(i) + 1).bucket;
+      // A file's ledger holds the item whatever its status is.
+      if (has_file || bucket != kReconNone) findings.files.Add(file, item.amount);
+    }
+  }
+
+ private:
+  struct Item {
+    PackedField file, amount, status;
+    PackedPeriod statement;
+  };
+  const PackedPeriod accounting_;
+  std::array<Item, kDepositItems> items_;
+};
+
+bool HasItsFields(RecordReader& reader) {
+  if (reader.Missing().empty()) return true;
+  TableBase& table = reader.Table();
+  table.Data().TellUnreadable(table.Handle(), engine::kErrorFieldName);
+  return false;
+}
+
+ReconEnd RunPass(RecordReader& reader, ReconProgress& progress, ReconFindings& findings) {
+  clsKVRData& data = reader.Table().Data();
+  const DataHandle table = reader.Table().Handle();
+  const std::int64_t total = data.RecordCount(table);
+  std::int64_t done = 0;
+  data.SelectTagByPointer(table, 0);
+  int code = data.TopDatabase(table);
+  for (; code == engine::kSuccess; code = data.SkipDatabase(table)) {
+    if (done % kRecordsPerReport == 0 && !progress.Reading(reader.What(), done, total))
+      return ReconEnd::kStopped;
+    ++done;
+    const RecordView record = data.RecordBytes(table);
+    if (!IsLive(record)) continue;
+    ++findings.records;
+    reader.Read(record, data.recordNumber, findings);
+  }
+  if (code < 0) {
+    data.TellUnreadable(table, code);
+    return ReconEnd::kUnreadable;
+  }
+  return progress.Reading(reader.What(), total, total) ? ReconEnd::kDone : ReconEnd::kStopped;
+}
+
+}  // namespace
+
+ReconEnd RunReconPasses(BankTables& tables, ReconProgress& progress, ReconFindings& findings) {
+  PaymentReader checks(tables.checks, "Checks", ReconKind::kCheck, "CHX");
+  PaymentReader wires(tables.wires, "Wire Transfers", ReconKind::kWire, "WIRE");
+  DepositReader deposits(tables.deposits);
+  for (RecordReader* reader : {static_cast<RecordReader*>(&checks), static_cast<RecordReader*>(&wires),
+                               static_cast<RecordReader*>(&deposits)}) {
+    if (!HasItsFields(*reader)) return ReconEnd::kUnreadable;
+    TableBase& table = reader->Table();
+    table.Data().SetReadAhead(table.Handle(), true);
+    const ReconEnd end = RunPass(*reader, progress, findings);
+    table.Data().SetReadAhead(table.Handle(), false);
+    if (end != ReconEnd::kDone) return end;
+  }
+  return ReconEnd::kDone;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,122 @@
+// The arithmetic of a bank reconciliation: every check, wire and deposit item of the account is sorted into
+// what the bank has seen on the statement and what it has not, and into what the check book gained and lost
+// since the last reconciliation. Both sides must meet.
+//
+// Pure: items are streamed in, in any order; nothing here knows of tables. Dates are compared as period keys
+// (see MakeKey). Sums keep four decimals; one that leaves the range becomes Currency::Overflow.
+#pragma once
+
+#include <array>
+#include <cstdint>
+
+#include "core/currency.h"
+#include "core/period.h"
+
+namespace tallwick {
+
+// What the account is reconciled to, and by which rules.
+struct ReconTerms {
+  Period statement;
+  std::int32_t last_key = 0;  // of the last reconciliation; 0 = there was none
+  // BANKDTETYP. 0: an item is in the period when its accounting date equals the statement's exactly;
+  // 1: when it lies after the last reconciliation and not after the statement.
+  std::int32_t date_type = 0;
+  // MDYMoStmts, of date type 1: an item cleared in the statement's month counts as cleared on its day.
+  bool month_statements = false;
+};
+
+enum class ReconKind : std::uint8_t { kCheck, kWire, kDeposit };
+
+// A check, a wire, or one item of a deposit with its deposit's accounting date.
+struct ReconItem {
+  ReconKind kind = ReconKind::kCheck;
+  char status = ' ';  // "H", "O", "C", "V", "S", a blank for none; anything else is no known status
+  Currency amount;
+  std::int32_t accounting_key = 0;
+  Period statement;
+};
+
+// Buckets. The numbers are the slots of the accumulators.
+enum ReconBucket : std::uint8_t {
+  kReconNone = 0,  // posted after the statement date, or an unused deposit item: counts nowhere
+  kReconOutstanding = 1,
+  kReconCleared = 2,
+  kReconVoided = 3,
+  kReconStopped = 4,
+};
+
+// Where an item counts.
+struct ReconPlace {
+  ReconBucket bucket = kReconNone;
+  ReconBucket period_bucket = kReconNone;  // in the period; kReconNone = not in it
+  // Of a voided or stopped check: it was written in the period, so it is a disbursement of the period too.
+  bool written_in_period = false;
+  bool cleared_here = false;  // cleared on this statement
+};
+
+ReconPlace PlaceOf(const ReconTerms& terms, const ReconItem& item);
+
+// The figures on the screen that an item is part of, as bits.
+enum ReconFigure : std::uint8_t {
+  kFigureOutstanding = 1,  // on the bank's side
+  kFigureBooked = 2,       // deposits, or disbursements, of the period
+  kFigureReturned = 4,     // checks voided or stopped in the period
+  kFigureCleared = 8,      // cleared on this statement
+};
+std::uint8_t FiguresOf(const ReconPlace& place);
+
+// Sums of one kind by bucket, the slots being those of ReconBucket; slot 0 is not used.
+struct ReconSums {
+  std::array<Currency, 5> by_bucket;
+  std::array<Currency, 5> in_period;
+  Currency cleared_here;
+  std::int64_t cleared_count = 0;
+};
+
+// The figures of the statement and of the check book, as a person enters them.
+struct ReconEntries {
+  Currency statement_balance;
+  Currency adjustments;
+  Currency beginning_balance;  // of the check book
+  Currency credits;
+  Currency charges;
+  friend bool operator==(const ReconEntries&, const ReconEntries&) = default;
+};
+
+struct ReconResults {
+  Currency outstanding_deposits;
+  Currency outstanding_checks;
+  Currency outstanding_wires;
+  Currency adjusted_balance;
+  Currency deposits;       // of the period
+  Currency voided_checks;  // voided or stopped in the period
+  Currency disbursements;  // of the period
+  Currency ending_balance;
+  Currency difference;  // never negative
+
+  Currency cleared_checks;  // on this statement
+  Currency cleared_wires;
+  Currency cleared_deposits;
+  std::int64_t cleared_check_count = 0;
+  std::int64_t cleared_wire_count = 0;
+
+  bool IsBalanced() const { return difference.IsZero(); }
+};
+
+class Reconciliation {
+ public:
+  explicit Reconciliation(const ReconTerms& terms) : terms_(terms) {}
+
+  // Counts the item and says where.
+  ReconPlace Add(const ReconItem& item);
+
+  const ReconTerms& Terms() const { return terms_; }
+  const ReconSums& Sums(ReconKind kind) const { return sums_[static_cast<std::size_t>(kind)]; }
+  ReconResults ResultsFor(const ReconEntries& entries) const;
+
+ private:
+  ReconTerms terms_;
+  std::array<ReconSums, 3> sums_;
+};
+
+}  // namespace tallwick

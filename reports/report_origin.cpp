@@ -1,0 +1,23 @@
+#include "reports/report_origin.h"
+
+#include "shell/about.h"
+#include "shell/clsSecurity.h"
+
+namespace tallwick {
+namespace {
+
+std::string PreparerOf(const Session& session) {
+  const clsSecurity& user = session.User();
+  if (!user.sUserName.empty()) return user.sUserName;
+  const std::string login = session.TheSuite().Login();
+  return login.empty() ? session.TheWorkstation().ComputerName() : login;
+}
+
+}  // namespace
+
+ReportOrigin OriginOf(const Session& session) {
+  return {PreparerOf(session), session.TheClock().Now(), VersionTextOf(session.Version()),
+          session.TheSuite().CompanyName()};
+}
+
+}  // namespace tallwick
