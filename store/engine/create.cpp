@@ -175,7 +175,7 @@ int QuietJournal::Begin() {
   code_.JournalOf(folder_);
   journal_ = code_.journals[folder_];
   was_writing_ = journal_->IsWriting();
-  return journal_->Settle();
+  return code_.WriterLockFailed(journal_->Settle(), folder_);
 }
 
 QuietJournal::~QuietJournal() {
