@@ -178,6 +178,12 @@ bool Form::UseMode(std::string_view mode) {
   return !LeaveCurrent() || OnMode(mode);
 }
 
+void Form::LetWork() {
+  if (face_ != nullptr && face_->TakesWork()) return;
+  while (WorkOn(std::chrono::hours(1))) {
+  }
+}
+
 bool Form::Close() {
   if (!open_) return true;
   if (!LeaveCurrent() || !OnClose()) return false;

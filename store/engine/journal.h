@@ -104,6 +104,9 @@ class Journal {
   // tables what waits in it whole. kErrorOpenRefused while another workstation has it open.
   int SetAside(std::string_view name);
 
+  // True when the journal was found to be one that may only be read.
+  bool IsReadOnly() const { return read_only_; }
+
   const std::string& Folder() const { return folder_; }
 
  private:

@@ -127,8 +127,7 @@ TEST_F(CheckPostingTest, RefusesInOrderAndWritesNothing) {
        "May NOT post checks to Accounting Period 1-2024 - It has been reconciled.", "txtCheckAcctPeriod"},
       {"txtCheckAcctPeriod", "13/2024",
        "The escrow period 13/2024 is invalid.\rYou must specify the period as a month and year seperated by "
-       "- / , . or "
-       "a space.",
+       "- / , . or a space.",
        "txtCheckAcctPeriod"},
       {"txtCheckAcctPeriod", "2-2024", "Check Number is Required...", "txtCheckNumber"},
       {"txtCheckNumber", "7", "Check Date \"2/30/2024\" is not a date.  Type it like 03/15/2024.",
@@ -400,8 +399,7 @@ TEST_F(CheckPostingTest, NumberZeroIsOfferedForRemoval) {
   form_->Leave();
   const std::string question =
       "Check Number '0' (zero) posted in error...\r\n\r\nFile Number: 24-0117\r\nAmount: 75.00\r\n\r\nData "
-      "will be "
-      "removed.";
+      "will be removed.";
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
   EXPECT_TRUE(Stored("0"));
   Set("txtCheckNumber", "1");

@@ -18,13 +18,17 @@ class DesktopTest : public ::testing::Test {
   void SetUp() override {
     office_.suite.files = {"24-0117"};
     ASSERT_TRUE(office_.Open());
+    StartDesktop();
+    ASSERT_TRUE(SelectBank(desktop_->TheSession(), "FNB"));
+    tables_ = std::make_unique<BankTables>(desktop_->TheSession().Home());
+    ASSERT_TRUE(tables_->Open("FNB"));
+  }
+  // Over the office as it is, without a bank.
+  void StartDesktop() {
     office_.session.reset();
     desktop_ = std::make_unique<Desktop>(
         Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation});
     ASSERT_TRUE(desktop_->Start([this] { return std::make_unique<FakeSuite>(office_.suite); }));
-    ASSERT_TRUE(SelectBank(desktop_->TheSession(), "FNB"));
-    tables_ = std::make_unique<BankTables>(desktop_->TheSession().Home());
-    ASSERT_TRUE(tables_->Open("FNB"));
   }
   void Open(std::string_view screen, std::string_view mode = "Posting") {
     desktop_->OpenScreen(screen, mode);

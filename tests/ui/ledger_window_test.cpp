@@ -59,6 +59,8 @@ TEST(LedgerWindowTest, OpensFromAnEntryAndLeadsBackToTheItem) {
   const auto window = [&](std::string_view screen) -> QWidget& { return desktop.Find(screen)->Window(); };
 
   desktop.OpenScreen(kVouchers, "Posting");
+  window(kVouchers).activateWindow();
+  QTest::qWait(1);
   window(kVouchers).findChild<QLineEdit*>("txtVCHRFileNumber")->setFocus(Qt::TabFocusReason);
   QTest::keyClicks(QApplication::focusWidget(), "24-0117");
   window(kVouchers).findChild<QAction*>("mnuViewFileLedgers")->trigger();
