@@ -217,7 +217,7 @@ class Photographer {
   }
 
   void TakeLedgers() {
-    desktop_.OpenScreen("frmViewFileLedgers", "24-0054");
+    desktop_.OpenScreen("frmViewFileLedgers", "24-0025");
     Take("frmViewFileLedgers", "file-ledger");
     desktop_.OpenScreen("frmViewTrialBalance", {});
     ScreenHost* host = desktop_.Find("frmViewTrialBalance");

@@ -61,8 +61,9 @@ TEST(LedgerWindowTest, OpensFromAnEntryAndLeadsBackToTheItem) {
   desktop.OpenScreen(kVouchers, "Posting");
   window(kVouchers).activateWindow();
   QTest::qWait(1);
-  window(kVouchers).findChild<QLineEdit*>("txtVCHRFileNumber")->setFocus(Qt::TabFocusReason);
-  QTest::keyClicks(QApplication::focusWidget(), "24-0117");
+  auto* file = window(kVouchers).findChild<QLineEdit*>("txtVCHRFileNumber");
+  file->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(file, "24-0117");
   window(kVouchers).findChild<QAction*>("mnuViewFileLedgers")->trigger();
   ASSERT_NE(desktop.Find(kLedger), nullptr);
   QWidget& ledger = window(kLedger);
