@@ -7,6 +7,7 @@
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
+#include "recon/reconcile_account.h"
 #include "shell/about.h"
 #include "shell/bank_select.h"
 #include "shell/edit_users.h"
@@ -93,6 +94,7 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
+    {"frmReconcileAccount", "", true, kRightReconcile, MakePosting<FrmReconcileAccount>},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
     {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},

@@ -28,6 +28,7 @@ constexpr CommandText kCommands[] = {
     {"mnuEditPostDeposits", "Post &Deposits..."},
     {"mnuEditVouchers", "&Vouchers..."},
     {"mnuEditWireTransfers", "&Wire Transfers..."},
+    {"mnuEditReconcileAccount", "Reconc&ile Account..."},
     {"mnuViewNumber", "By &Number", 1},
     {"mnuViewPayee", "By &Payee"},
     {"mnuViewAmount", "By &Amount"},
@@ -77,11 +78,13 @@ struct ScreenChoice {
   std::string_view command;
   std::string_view screen;
   int right;
+  std::string_view mode = "Posting";
 };
 constexpr ScreenChoice kScreens[] = {
     {"mnuEditPostDeposits", "frmEditDepositsPost", kRightPostDeposits},
     {"mnuEditVouchers", "frmEditVouchersPost", kRightPostChecks},
     {"mnuEditWireTransfers", "frmEditWiresPost", kRightWires},
+    {"mnuEditReconcileAccount", "frmReconcileAccount", kRightReconcile, ""},
 };
 
 }  // namespace
@@ -144,7 +147,7 @@ bool FrmEditChecksPost::OrderCommand(std::string_view command) {
 bool FrmEditChecksPost::ScreenCommand(std::string_view command) {
   for (const ScreenChoice& one : kScreens) {
     if (one.command != command) continue;
-    opener_.OpenScreen(one.screen, "Posting");
+    opener_.OpenScreen(one.screen, one.mode);
     return true;
   }
   return false;

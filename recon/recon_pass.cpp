@@ -2,7 +2,7 @@
 
 #include <array>
 
-#include "recon/packed_record.h"
+#include "tables/packed_record.h"
 
 namespace tallwick {
 namespace {
@@ -110,21 +110,37 @@ bool HasItsFields(RecordReader& reader) {
   return false;
 }
 
+// Reads the current record and those at hand behind it; their number.
+std::int64_t ReadRun(RecordReader& reader, const clsKVRData& data, DataHandle table,
+                     ReconFindings& findings) {
+  const std::size_t length = data.RecordBytes(table).size();
+  const RecordView run = data.RecordRun(table);
+  std::int32_t number = data.recordNumber;
+  for (std::size_t at = 0; at < run.size(); at += length, ++number) {
+    const RecordView record = run.subspan(at, length);
+    if (!IsLive(record)) continue;
+    ++findings.records;
+    reader.Read(record, number, findings);
+  }
+  return static_cast<std::int64_t>(run.size() / length);
+}
+
 ReconEnd RunPass(RecordReader& reader, ReconProgress& progress, ReconFindings& findings) {
   clsKVRData& data = reader.Table().Data();
   const DataHandle table = reader.Table().Handle();
   const std::int64_t total = data.RecordCount(table);
   std::int64_t done = 0;
+  std::int64_t next_report = 0;
   data.SelectTagByPointer(table, 0);
   int code = data.TopDatabase(table);
-  for (; code == engine::kSuccess; code = data.SkipDatabase(table)) {
-    if (done % kRecordsPerReport == 0 && !progress.Reading(reader.What(), done, total))
-      return ReconEnd::kStopped;
-    ++done;
-    const RecordView record = data.RecordBytes(table);
-    if (!IsLive(record)) continue;
-    ++findings.records;
-    reader.Read(record, data.recordNumber, findings);
+  while (code == engine::kSuccess) {
+    if (done >= next_report) {
+      if (!progress.Reading(reader.What(), done, total)) return ReconEnd::kStopped;
+      next_report = done + kRecordsPerReport;
+    }
+    const std::int64_t records = ReadRun(reader, data, table, findings);
+    done += records;
+    code = data.SkipDatabase(table, records);
   }
   if (code < 0) {
     data.TellUnreadable(table, code);

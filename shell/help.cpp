@@ -26,6 +26,8 @@ constexpr HelpPage kPages[] = {
     {"wires.html", "Wire transfers", 32, "frmEditWiresPost",
      "wire|wire transfer|outgoing wire|reference number"},
     {"vouchers.html", "Vouchers", 33, "frmEditVouchersPost", "voucher|set aside"},
+    {"reconciliation.html", "Reconciling a bank account", 34, "frmReconcileAccount",
+     "reconcile|reconciliation|statement|balance|difference|outstanding|three-way proof|take back|charges|credits"},
     {"users.html", "Users and rights", 80, "frmEditUsers",
      "user|rights|password|group|administrator|banks of a user"},
     {"audit-trail.html", "The audit trail", 81, "frmViewLog", "audit|log|trail|who changed|prove"},

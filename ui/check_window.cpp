@@ -139,7 +139,8 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditAddressBook"},
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
-                           {"mnuEditWireTransfers"}});
+                           {"mnuEditWireTransfers"},
+                           {"mnuEditReconcileAccount"}});
   layout.AddMenu("&View", {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}});
   layout.AddMenu("Option&s", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},

@@ -10,6 +10,7 @@
 
 #include "ui/check_window.h"
 #include "ui/posting_windows.h"
+#include "ui/reconcile_window.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui/users_window.h"
@@ -49,6 +50,7 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},
     {"frmEditVouchersPost", MakeVoucherWindow},
+    {"frmReconcileAccount", MakeReconcileWindow},
     {"frmEditUsers", MakeUsersWindow},
     {"frmViewLog", MakeViewLogWindow},
     {"frmCopyDatabases", Make<QDialog, Ui::frmCopyDatabases>},

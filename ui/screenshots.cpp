@@ -125,6 +125,7 @@ class Photographer {
                             [this](std::string_view screen, const QString& name) { Take(screen, name); });
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
+    TakeReconciliation();
     TakeUsers();
     TakeAuditViewer();
     return failed_ ? 1 : 0;
@@ -203,6 +204,23 @@ class Photographer {
     form.Change("txtCheckReason", "");
     host.UseMode("Posting");
     form.Menu("mnuEditUseNextHigherCheckNumber");
+  }
+
+  // The statement of the month behind the last reconciliation, with the balance that agrees.
+  void TakeReconciliation() {
+    desktop_.OpenScreen("frmReconcileAccount", {});
+    ScreenHost* host = desktop_.Find("frmReconcileAccount");
+    if (host == nullptr) return;
+    Form& form = host->TheForm();
+    form.Click("cmdCompute");
+    const auto amount = [&](const char* control) {
+      return Currency::ParseTyped(form.Find(control)->text).value_or(Currency());
+    };
+    const Currency agreeing = amount("txtEndingCheckBookBalance") - amount("txtAdjustedBalance");
+    form.Change("txtBankStatementBalance", agreeing.ToText());
+    form.Click("cmdCompute");
+    form.Click("cmdOutstandingChecks");
+    Take("frmReconcileAccount", "reconciliation");
   }
 
   void TakeUsers() {
