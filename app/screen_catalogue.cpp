@@ -8,6 +8,8 @@
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
 #include "recon/reconcile_account.h"
+#include "reports/view_file_ledgers.h"
+#include "reports/view_trial_balance.h"
 #include "shell/about.h"
 #include "shell/bank_select.h"
 #include "shell/edit_users.h"
@@ -21,7 +23,7 @@
 namespace tallwick {
 namespace {
 
-using TopicMaker = std::unique_ptr<Form> (*)(Session&, std::string_view topic);
+using TopicMaker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&, std::string_view topic);
 using Maker = std::unique_ptr<Form> (*)(Session&, ScreenOpener&);
 
 struct Screen {
@@ -42,10 +44,15 @@ std::unique_ptr<Form> MakeBankSelect(Session& session, ScreenOpener&) {
 }
 
 template <class PostingScreenForm>
-std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<PostingScreenForm>(session);
+std::unique_ptr<Form> Opened(std::unique_ptr<PostingScreenForm> form, ScreenOpener& opener) {
   if (!form->OpenTables()) return nullptr;
+  form->UseOpener(opener);
   return form;
+}
+
+template <class PostingScreenForm>
+std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener& opener) {
+  return Opened(std::make_unique<PostingScreenForm>(session), opener);
 }
 
 template <class ScreenForm>
@@ -55,19 +62,31 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
 
 template <CheckMode::Kind kMode>
 std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
-  auto form = std::make_unique<FrmEditChecksPost>(session, opener, kMode);
-  if (!form->OpenTables()) return nullptr;
-  return form;
+  return Opened(std::make_unique<FrmEditChecksPost>(session, opener, kMode), opener);
 }
 
-std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing);
-  if (!form->OpenTables()) return nullptr;
-  return form;
+std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener& opener) {
+  return Opened(std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing), opener);
 }
 
-std::unique_ptr<Form> MakeHelp(Session& session, std::string_view topic) {
+std::unique_ptr<Form> MakeHelp(Session& session, ScreenOpener&, std::string_view topic) {
   return std::make_unique<FrmHelp>(session, topic);
+}
+
+std::unique_ptr<Form> MakeWireViewing(Session& session, ScreenOpener& opener) {
+  return Opened(std::make_unique<FrmEditWiresPost>(session, true), opener);
+}
+
+std::unique_ptr<Form> MakeVoucherViewing(Session& session, ScreenOpener& opener) {
+  return Opened(std::make_unique<FrmEditVouchersPost>(session, true), opener);
+}
+
+std::unique_ptr<Form> MakeLedger(Session& session, ScreenOpener& opener, std::string_view file_number) {
+  return std::make_unique<FrmViewFileLedgers>(session, opener, file_number);
+}
+
+std::unique_ptr<Form> MakeTrialBalance(Session& session, ScreenOpener& opener) {
+  return std::make_unique<FrmViewTrialBalance>(session, opener);
 }
 
 template <MaintenanceOperation operation>
@@ -93,8 +112,12 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
     {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
+    {"frmEditWiresPost", "Viewing", true, 0, MakeWireViewing},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
     {"frmReconcileAccount", "", true, kRightReconcile, MakePosting<FrmReconcileAccount>},
+    {"frmEditVouchersPost", "Viewing", true, 0, MakeVoucherViewing},
+    {"frmViewFileLedgers", "", false, 0, nullptr, MakeLedger},
+    {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
     {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},
@@ -159,7 +182,7 @@ std::unique_ptr<Form> ScreenCatalogue::Make(std::string_view screen, std::string
         kProgramName, "Transactions are locked.  Ask whoever locked them to unlock them, then try again.");
     return nullptr;
   }
-  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, mode);
+  if (found->make_of_topic != nullptr) return found->make_of_topic(session_, opener_, mode);
   return found->make(session_, opener_);
 }
 

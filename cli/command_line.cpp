@@ -73,6 +73,7 @@ void AddCommands(CLI::App& app, Action& chosen) {
   AddFileCommand(app, chosen);
   AddLedgerCommand(app, chosen);
   AddReconCommand(app, chosen);
+  AddTrialBalanceCommand(app, chosen);
   AddAuditCommand(app, chosen);
   AddUserCommands(app, chosen);
   AddMaintenanceCommands(app, chosen);

@@ -70,6 +70,10 @@ class Office {
     void OpenScreen(std::string_view screen, std::string_view mode) override {
       if (target != nullptr) target->OpenScreen(screen, mode);
     }
+    void OpenItem(std::string_view screen, std::string_view mode,
+                  const std::vector<KeyText>& key) override {
+      if (target != nullptr) target->OpenItem(screen, mode, key);
+    }
     bool Offers(std::string_view screen, std::string_view mode) const override {
       return target == nullptr || target->Offers(screen, mode);
     }

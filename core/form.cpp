@@ -356,4 +356,12 @@ std::string ControlValue(const Control& control) {
   return {};
 }
 
+void EnterTexts(Form& form, const std::vector<KeyText>& texts) {
+  for (const KeyText& text : texts) {
+    form.Enter(text.control);
+    form.Change(text.control, text.text);
+  }
+  form.Leave();
+}
+
 }  // namespace tallwick

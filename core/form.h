@@ -210,11 +210,25 @@ class Form {
 // "True" or "False" of an option, the text of the kinds that hold one; "" for the others.
 std::string ControlValue(const Control& control);
 
+// A control and the text that it is to hold.
+struct KeyText {
+  std::string control;
+  std::string text;
+};
+
+// Enters the texts as a person does who looks an item up, and leaves the last control.
+void EnterTexts(Form& form, const std::vector<KeyText>& texts);
+
 // What a form calls to have another screen opened ("frmEditChecksPost", "Posting").
 class ScreenOpener {
  public:
   virtual ~ScreenOpener() = default;
   virtual void OpenScreen(std::string_view screen, std::string_view mode) = 0;
+  // The same, and shows the item that these texts look up.
+  virtual void OpenItem(std::string_view screen, std::string_view mode,
+                        const std::vector<KeyText>& /*key*/) {
+    OpenScreen(screen, mode);
+  }
   // Whether there is such a screen, and it opens in this mode.
   virtual bool Offers(std::string_view /*screen*/, std::string_view /*mode*/) const { return true; }
 };

@@ -32,6 +32,24 @@ int WidestPiece(std::string_view text, char alignment, PrintStyle style, const T
   return widest;
 }
 
+// Where the text of a cell may stand.
+PlacedText CellOf(const std::vector<ColumnFormat>& columns, const PrintRow& row, std::size_t place, int x,
+                  const TextMeasure& measure) {
+  const ColumnFormat& column = columns[place];
+  // The outer edges of a table need no gap.
+  const int left = place > 0 ? kColumnGap / 2 : 0;
+  const int right = place + 1 < columns.size() ? kColumnGap / 2 : 0;
+  PlacedText cell{x + left, 0, std::max(column.width - left - right, 1), column.alignment, row.style, {}};
+  const bool free_before = place > 0 && column.alignment != '<' && row.cells[place - 1].empty();
+  if (free_before && column.width < kNarrowColumn &&
+      measure.Width(row.style, row.cells[place]) > cell.width) {
+    cell.x -= columns[place - 1].width;
+    cell.width += columns[place - 1].width;
+    cell.alignment = '>';
+  }
+  return cell;
+}
+
 // A row ready to be placed: its texts relative to its upper left corner.
 struct Block {
   std::vector<PlacedText> texts;
@@ -62,13 +80,8 @@ Block BlockOf(const PrintRow& row, int page_width, const TextMeasure& measure) {
   block.with_next = row.with_next;
   int x = 0;
   for (std::size_t i = 0; i < columns.size() && i < row.cells.size(); ++i) {
-    // The outer edges of a table need no gap.
-    const int left = i > 0 ? kColumnGap / 2 : 0;
-    const int right = i + 1 < columns.size() ? kColumnGap / 2 : 0;
-    const int room = std::max(columns[i].width - left - right, 1);
     if (!row.cells[i].empty())
-      PlaceCell(block, {x + left, 0, room, columns[i].alignment, row.style, {}}, row.cells[i], line_height,
-                measure);
+      PlaceCell(block, CellOf(columns, row, i, x, measure), row.cells[i], line_height, measure);
     x += columns[i].width;
   }
   return block;

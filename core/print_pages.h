@@ -2,8 +2,10 @@
 // page can hold it, headings are repeated, and every page ends with "Page 1 of 3". All lengths are twips
 // (1/1440 inch), from the printable area's upper left corner.
 //
-// Invariant: no text reaches into the next column. A word wider than its column is set smaller, then
-// narrower, and then broken; a number is never broken, only made as small as its column needs.
+// Invariant: no text reaches the text of another column. One too wide for a narrow column takes the room of
+// an empty cell before it; without such a cell it is set a little smaller; a word that still is wider than
+// its column is set smaller, then narrower, and then broken. A text for the right, such as a number, is never
+// broken, only made as small as its column needs.
 #pragma once
 
 #include <string>

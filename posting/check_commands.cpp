@@ -102,6 +102,7 @@ void FrmEditChecksPost::AddCommands() {
 }
 
 void FrmEditChecksPost::OnMenu(Control& control) {
+  PostingForm::OnMenu(control);
   const std::string_view command = control.name;
   if (command == "mnuOptionsWarnHigherNumber" || command == "mnuOptionsUsePrintPreview") {
     SetValue(command, control.value == 0 ? 1 : 0);

@@ -48,6 +48,7 @@ class FrmEditChecksPost : public PostingForm {
   bool OnClose() override { return MayLeaveCheck(); }
   // Goes on in another mode with the posted check that is shown.
   bool OnMode(std::string_view mode) override;
+  std::string FileNumber() override { return Text("txtCheckFileNumber"); }
   bool OpenRegister() override { return register_->Open(bank_code_); }
   bool Post() override;
   void RestoreKey() override;

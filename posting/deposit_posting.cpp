@@ -147,6 +147,7 @@ void FrmEditDepositsPost::OnClick(Control& control) {
 }
 
 void FrmEditDepositsPost::OnMenu(Control& control) {
+  PostingForm::OnMenu(control);
   if (control.name == "mnuEditUseTodaysDateandNextSequence" && MayDropChanges(UnsavedQuestion())) {
     BeginNew(session_.TheClock().Now().date);
   }

@@ -45,6 +45,7 @@ class FrmEditDepositsPost : public PostingForm {
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
+  std::string FileNumber() override { return Text("txtFileNumbers", current_row_); }
   bool OpenRegister() override;
   bool Post() override;
   void RestoreKey() override;

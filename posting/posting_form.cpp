@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "audit/audit_trail.h"
+#include "core/text.h"
 #include "shell/company_tables.h"
 #include "shell/transactions_switch.h"
 
@@ -35,6 +36,7 @@ PostingForm::PostingForm(Session& session, const PostingScreen& screen)
       tables_(session.Home()),
       screen_(screen) {
   SetFormCaption(std::string(screen.caption) + session.BankName());
+  Add(ControlKind::kMenu, "mnuViewFileLedgers", "File &Ledger...");
 }
 
 bool PostingForm::OpenTables() {
@@ -129,6 +131,11 @@ bool PostingForm::MayDropChanges(std::string_view question) {
   if (answer != BoxAnswer::kYes) return false;
   RestoreKey();
   return Post();
+}
+
+void PostingForm::OnMenu(Control& control) {
+  if (control.name == "mnuViewFileLedgers" && ledger_opener_ != nullptr)
+    ledger_opener_->OpenScreen("frmViewFileLedgers", ToUpper(Trim(FileNumber())));
 }
 
 bool PostingForm::OnKey(std::string_view key) {

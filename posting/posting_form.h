@@ -36,6 +36,8 @@ class PostingForm : public Form {
   bool OpenTables();
   // The key of what was written last: a number, or the stored date and sequence of a deposit. "" until then.
   const std::string& LastPosted() const { return last_posted_; }
+  // Who opens the ledger of the file that the entries name (mnuViewFileLedgers); without it nobody does.
+  void UseOpener(ScreenOpener& opener) { ledger_opener_ = &opener; }
 
  protected:
   // Works on the session's selected bank, also when another is selected later.
@@ -98,6 +100,9 @@ class PostingForm : public Form {
   void Audit(int action, std::string_view reference) { AuditAs(screen_.audit_tx, action, reference); }
   // The same under another transaction than the screen's.
   void AuditAs(int audit_tx, int action, std::string_view reference);
+  // The file number that the entries name.
+  virtual std::string FileNumber() { return {}; }
+  void OnMenu(Control& control) override;
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
@@ -115,6 +120,7 @@ class PostingForm : public Form {
   std::string Differences(const Values& mine, const Values& theirs);
 
   const PostingScreen screen_;
+  ScreenOpener* ledger_opener_ = nullptr;
   Values unchanged_;
 };
 

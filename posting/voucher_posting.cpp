@@ -1,5 +1,8 @@
 #include "posting/voucher_posting.h"
 
+#include <algorithm>
+#include <iterator>
+
 #include "posting/file_number.h"
 #include "posting/post_voucher.h"
 #include "posting/voucher_validation.h"
@@ -35,8 +38,9 @@ constexpr std::string_view kRestricted[] = {"txtVCHRFileNumber", "txtVCHRDated",
 
 }  // namespace
 
-FrmEditVouchersPost::FrmEditVouchersPost(Session& session)
+FrmEditVouchersPost::FrmEditVouchersPost(Session& session, bool viewing)
     : ItemPostingForm(session, kScreen, kVoucherLayout, kFields),
+      viewing_(viewing),
       register_(std::make_shared<VoucherRegister>(session.Home())) {
   Add(ControlKind::kCheck, "chkVCHRCleared", "&Cleared");
   Add(ControlKind::kLabel, "lblVCHRStatus");
@@ -51,9 +55,10 @@ FrmEditVouchersPost::FrmEditVouchersPost(Session& session)
 }
 
 void FrmEditVouchersPost::OnOpen() {
+  if (viewing_) SetFormCaption("View Vouchers - " + session_.BankName());
   SetSource("lstVCHRNumbers", register_);
-  BeginNew(ProposedNumber());
-  SetFocus("txtVCHRFileNumber");
+  BeginNew(viewing_ ? std::string() : ProposedNumber());
+  SetFocus(viewing_ ? "txtVCHRNumber" : "txtVCHRFileNumber");
 }
 
 void FrmEditVouchersPost::OnLeave(Control& control) {
@@ -108,12 +113,19 @@ void FrmEditVouchersPost::ShowMarks(const VoucherRecord* voucher) {
 
 void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
   const bool closed = voucher != nullptr && IsReconciled(voucher->accounting);
-  for (std::string_view control : kRestricted) SetEnabled(control, !closed);
+  for (const EntryField<VoucherRecord>& entry : kFields) {
+    const bool restricted =
+        std::find(std::begin(kRestricted), std::end(kRestricted), entry.control) != std::end(kRestricted);
+    if (entry.control != NumberControl()) SetEnabled(entry.control, !viewing_ && !(closed && restricted));
+  }
+  for (std::string_view control : {"chkVCHRCleared", "cmdOk", "cmdNextVCHRNumber"})
+    SetEnabled(control, !viewing_);
   SetCaption("cmdOk", voucher != nullptr ? "&Ok" : "&Add");
   if (voucher == nullptr) {
     SetCaption("lblVCHRStatus", "Not Posted");
-    SetCaption("lblEditMessage",
-               "\r\nTransaction will be posted to the Accounting Period " + Text("txtVCHRAcctPeriod") + " .");
+    SetCaption("lblEditMessage", viewing_ ? "Choose a posted voucher in the list, or type its number."
+                                          : "\r\nTransaction will be posted to the Accounting Period " +
+                                                Text("txtVCHRAcctPeriod") + " .");
     return;
   }
   SetCaption("lblVCHRStatus", VoucherStatusText(voucher->status));
@@ -127,6 +139,7 @@ void FrmEditVouchersPost::Complete(VoucherRecord* voucher) {
 }
 
 bool FrmEditVouchersPost::MayPost() {
+  if (viewing_) return false;
   VoucherCase voucher{Entries(), bank_, {}, false, At("txtVCHRAcctPeriod").enabled, [this] {
                         return IsOnFile(session_, Text("txtVCHRFileNumber"));
                       }};

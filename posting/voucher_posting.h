@@ -15,7 +15,8 @@ namespace tallwick {
 
 class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord> {
  public:
-  explicit FrmEditVouchersPost(Session& session);
+  // In the mode "Viewing" nothing can be changed.
+  explicit FrmEditVouchersPost(Session& session, bool viewing = false);
 
  protected:
   void OnOpen() override;
@@ -23,6 +24,7 @@ class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord> {
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
 
+  std::string FileNumber() override { return Text("txtVCHRFileNumber"); }
   bool OpenRegister() override { return register_->Open(bank_code_); }
   bool IsEntry(const Control& control) const override;
   std::optional<VoucherRecord> FindPosted(const std::string& number) override;
@@ -43,6 +45,7 @@ class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord> {
  private:
   void TakeNextNumber();
 
+  const bool viewing_;
   std::shared_ptr<VoucherRegister> register_;
 };
 

@@ -32,8 +32,9 @@ constexpr EntryField<WireRecord> kFields[] = {
 
 }  // namespace
 
-FrmEditWiresPost::FrmEditWiresPost(Session& session)
+FrmEditWiresPost::FrmEditWiresPost(Session& session, bool viewing)
     : ItemPostingForm(session, kScreen, kWireLayout, kFields),
+      viewing_(viewing),
       register_(std::make_shared<WireRegister>(session.Home())) {
   for (std::string_view label : {"lblWireStatus", "lblEditMessage", "lblLastReconciled"}) {
     Add(ControlKind::kLabel, std::string(label));
@@ -48,6 +49,7 @@ FrmEditWiresPost::FrmEditWiresPost(Session& session)
 }
 
 void FrmEditWiresPost::OnOpen() {
+  if (viewing_) SetFormCaption("View Wire Transfers - " + session_.BankName());
   SetSource("lstWireNumbers", register_);
   BeginNew({});
   SetFocus("txtWireNumber");
@@ -110,14 +112,15 @@ void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
   const std::string restriction = wire != nullptr ? Restriction(*wire) : "";
   SetCaption("lblWireStatus", wire != nullptr ? WireStatusText(wire->status) : "Not Posted");
   SetCaption("cmdOk", wire != nullptr ? "&Ok" : "P&ost Wire");
-  SetEnabled("cmdOk", restriction.empty());
+  const bool open = restriction.empty() && !viewing_;
+  SetEnabled("cmdOk", open);
   for (const EntryField<WireRecord>& entry : kFields) {
-    if (entry.control != NumberControl()) SetEnabled(entry.control, restriction.empty());
+    if (entry.control != NumberControl()) SetEnabled(entry.control, open);
   }
-  SetCaption("lblEditMessage", wire != nullptr
-                                   ? restriction
-                                   : "\r\nTransaction will be posted to and cleared in the period " +
-                                         Text("txtWireAcctPeriod") + " .");
+  SetCaption("lblEditMessage", wire != nullptr ? restriction
+                               : viewing_      ? "Choose a posted wire in the list, or type its number."
+                                          : "\r\nTransaction will be posted to and cleared in the period " +
+                                                Text("txtWireAcctPeriod") + " .");
 }
 
 // Once the periods have been typed it is known whether the wire will be cleared.
@@ -135,6 +138,7 @@ void FrmEditWiresPost::Complete(WireRecord* wire) {
 }
 
 bool FrmEditWiresPost::MayPost() {
+  if (viewing_) return false;
   WireCase wire{Entries(), bank_, {}, {}, At("txtWireAcctPeriod").enabled, [this] {
                   return IsOnFile(session_, Text("txtWireFileNumber"));
                 }};

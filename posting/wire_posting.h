@@ -16,7 +16,8 @@ namespace tallwick {
 
 class FrmEditWiresPost : public ItemPostingForm<WireRecord> {
  public:
-  explicit FrmEditWiresPost(Session& session);
+  // In the mode "Viewing" nothing can be changed.
+  explicit FrmEditWiresPost(Session& session, bool viewing = false);
 
  protected:
   void OnOpen() override;
@@ -25,6 +26,7 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord> {
   void OnClick(Control& control) override;
   bool OnKey(std::string_view key) override;
 
+  std::string FileNumber() override { return Text("txtWireFileNumber"); }
   bool OpenRegister() override { return register_->Open(bank_code_); }
   std::optional<WireRecord> FindPosted(const std::string& number) override;
   const std::string& NumberOf(const WireRecord& wire) const override { return wire.number; }
@@ -43,6 +45,7 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord> {
   std::string Restriction(const WireRecord& wire) const;
   void ShowDestination();
 
+  const bool viewing_;
   std::shared_ptr<WireRegister> register_;
 };
 

@@ -23,10 +23,20 @@ class ApplicationInNeed {
     static char platform[] = "offscreen";
     arguments_ = {program, platform_option, platform, nullptr};
     count_ = static_cast<int>(arguments_.size()) - 1;
+    // Nobody needs to know what the platform finds missing in a program without windows.
+    handler_ = qInstallMessageHandler([](QtMsgType, const QMessageLogContext&, const QString&) {});
     made_ = std::make_unique<QGuiApplication>(count_, arguments_.data());
   }
+  ~ApplicationInNeed() {
+    if (!made_) return;
+    made_.reset();
+    qInstallMessageHandler(handler_);
+  }
+  ApplicationInNeed(const ApplicationInNeed&) = delete;
+  ApplicationInNeed& operator=(const ApplicationInNeed&) = delete;
 
  private:
+  QtMessageHandler handler_ = nullptr;
   std::vector<char*> arguments_;  // Qt keeps references to both
   int count_ = 0;
   std::unique_ptr<QGuiApplication> made_;

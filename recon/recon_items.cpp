@@ -7,6 +7,9 @@
 namespace tallwick {
 namespace {
 
+constexpr std::size_t kItemColumns = 9;
+constexpr std::string_view kNoFile = "(no file)";
+
 std::string PeriodText(const Period& period) {
   return period.IsEmpty() ? std::string() : ShortForm(period);
 }
@@ -107,7 +110,7 @@ class FileRows : public RowSource {
   std::vector<std::string> Row(std::size_t row) override {
     if (row >= files_.size()) return {};
     const FileBalance& file = files_[row];
-    return {file.file_number.empty() ? "(no file)" : file.file_number, AmountText(file.balance),
+    return {file.file_number.empty() ? std::string(kNoFile) : file.file_number, AmountText(file.balance),
             std::string(ConditionOf(file.balance))};
   }
   std::string RowStyle(std::size_t row) override {
@@ -147,6 +150,17 @@ std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string
   auto rows = std::make_shared<ItemRows>(home, std::move(taken));
   if (!rows->Open(bank_code)) return nullptr;
   return rows;
+}
+
+ItemScreen ScreenOfRow(const std::vector<std::string>& cells) {
+  if (cells.size() != kItemColumns)
+    return {"frmViewFileLedgers", cells.empty() || cells[0] == kNoFile ? std::string() : cells[0], {}};
+  const std::string& number = cells[2];
+  if (cells[1] == "Check") return {"frmEditChecksPost", "Viewing", {{"txtCheckNumber", number}}};
+  if (cells[1] == "Wire") return {"frmEditWiresPost", "Viewing", {{"txtWireNumber", number}}};
+  return {"frmEditDepositsPost",
+          "Viewing",
+          {{"txtDepositDated", cells[0]}, {"txtDateSequence", number.substr(0, number.find('/'))}}};
 }
 
 std::string_view ConditionOf(Currency balance) {

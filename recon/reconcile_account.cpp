@@ -53,6 +53,7 @@ FrmReconcileAccount::FrmReconcileAccount(Session& session)
   Add(ControlKind::kButton, "cmdFiles", "Sum of File Ledgers").enabled = false;
   Add(ControlKind::kLabel, "lblItems");
   Add(ControlKind::kGrid, "grdItems", "Items");
+  Add(ControlKind::kButton, "cmdOpenItem", "&Open Item").enabled = false;
   Add(ControlKind::kLabel, "prgProgress").visible = false;
   Add(ControlKind::kLabel, "lblProgress", "Press 'Esc' to cancel...").visible = false;
   Add(ControlKind::kLabel, "lblStatus");
@@ -136,6 +137,8 @@ void FrmReconcileAccount::OnClick(Control& control) {
     SendToPrinter(control.name);
   } else if (control.name == "cmdFiles") {
     ShowFiles();
+  } else if (control.name == "cmdOpenItem") {
+    OpenShown();
   } else if (control.name == "cmdClose") {
     Close();
   } else {
@@ -143,7 +146,15 @@ void FrmReconcileAccount::OnClick(Control& control) {
   }
 }
 
+void FrmReconcileAccount::OnChoose(Control& control) {
+  if (control.name == "grdItems") SetEnabled("cmdOpenItem", control.selected != 0);
+}
+
 bool FrmReconcileAccount::OnKey(std::string_view key) {
+  if (key == "Enter" && Focus() != nullptr && Focus()->name == "grdItems") {
+    OpenShown();
+    return true;
+  }
   if (key != "Esc") return false;
   Close();
   return true;
@@ -208,15 +219,20 @@ bool FrmReconcileAccount::Compute() {
 bool FrmReconcileAccount::RunPasses() {
   findings_ = std::make_unique<ReconFindings>(
       ReconTerms{statement_, MakeKey(bank_.reconciled), bank_.date_type, bank_.month_statements});
-  const ReconEnd end = RunReconPasses(tables_, *this, *findings_);
-  if (end == ReconEnd::kStopped) SetCaption("lblStatus", "Calculations incomplete - stopped by user...");
-  if (end == ReconEnd::kUnreadable)
+  const PassEnd end = RunReconPasses(
+      tables_,
+      [this](std::string_view what, std::int64_t done, std::int64_t total) {
+        return ShowProgress(what, done, total);
+      },
+      *findings_);
+  if (end == PassEnd::kStopped) SetCaption("lblStatus", "Calculations incomplete - stopped by user...");
+  if (end == PassEnd::kUnreadable)
     SetCaption("lblStatus", "Calculations incomplete - a table could not be read...");
-  return end == ReconEnd::kDone;
+  return end == PassEnd::kDone;
 }
 
-bool FrmReconcileAccount::Reading(std::string_view what, std::int64_t done, std::int64_t total) {
-  const std::int64_t share = total > 0 ? std::min(done, total) * 100 / total : 100;
+bool FrmReconcileAccount::ShowProgress(std::string_view what, std::int64_t done, std::int64_t total) {
+  const std::int64_t share = total > 0 ? done * 100 / total : 100;
   SetCaption("lblStatus", std::string(what));
   SetValue("prgProgress", static_cast<int>(share));
   SetCaption("prgProgress", std::to_string(share) + " %");
@@ -240,6 +256,7 @@ void FrmReconcileAccount::Forget() {
   for (const ReconList& list : kReconLists) SetEnabled(list.control, false);
   for (std::string_view button : {"cmdFiles", "cmdPreview", "cmdPrint", "cmdPdf"}) SetEnabled(button, false);
   SetSource("grdItems", nullptr);
+  SetEnabled("cmdOpenItem", false);
   SetCaption("lblStatus", {});
 }
 
@@ -271,6 +288,7 @@ void FrmReconcileAccount::ShowList(std::string_view control) {
                                FormatNumber(static_cast<long long>(sum.count), "###,##0") +
                                (sum.count == 1 ? " item, " : " items, ") + AmountText(sum.sum));
     SetSource("grdItems", MakeItemRows(session_.Home(), bank_code_, findings_->entries, list));
+    SetEnabled("cmdOpenItem", false);
   }
 }
 
@@ -281,6 +299,21 @@ void FrmReconcileAccount::ShowFiles() {
              "Files with a balance: " + FormatNumber(static_cast<long long>(files.size()), "###,##0") + ", " +
                  AmountText(findings_->files.Sum()));
   SetSource("grdItems", MakeFileRows(std::move(files)));
+  SetEnabled("cmdOpenItem", false);
+}
+
+// Screens of items work on the open bank account.
+void FrmReconcileAccount::OpenShown() {
+  const Control& grid = At("grdItems");
+  if (opener_ == nullptr || !grid.source || grid.selected == 0) return;
+  if (session_.BankCode() != bank_code_)
+    return Boxes().Exclaim(Caption(), "Open " + bank_name_ + " again to look at its items.");
+  const ItemScreen item = ScreenOfRow(grid.source->Row(static_cast<std::size_t>(grid.selected) - 1));
+  if (item.key.empty()) {
+    opener_->OpenScreen(item.screen, item.mode);
+  } else {
+    opener_->OpenItem(item.screen, item.mode, item.key);
+  }
 }
 
 }  // namespace tallwick

@@ -7,7 +7,8 @@
 // txtPlusVoidedChecks, txtLessDisbursements, txtEndingCheckBookBalance, txtDifferenceBalances,
 // txtClearedChecksThisBankStmt, txtClearedWiresThisBankStmt, txtClearedDepositsThisBankStmt, and
 // txtFileLedgersTotal; the counts lblClearedChecksCount and lblClearedWiresCount; lblProof; a button for each
-// list behind a figure (see kReconLists), cmdFiles, and with them lblItems and the register grdItems;
+// list behind a figure (see kReconLists), cmdFiles, and with them lblItems, the register grdItems and
+// cmdOpenItem, which opens the screen of the row that is chosen;
 // prgProgress with lblProgress; lblStatus; txtReconciledThrough, txtTakeBackReason and cmdTakeBack; the
 // buttons cmdCompute, cmdUpdateBankRecord, cmdPreview, cmdPrint, cmdPdf and cmdClose.
 //
@@ -29,13 +30,15 @@
 
 namespace tallwick {
 
-class FrmReconcileAccount : public Form, private ReconProgress {
+class FrmReconcileAccount : public Form {
  public:
   // Works on the session's selected bank, also when another is selected later.
   explicit FrmReconcileAccount(Session& session);
 
   // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
   bool OpenTables();
+  // Who opens the screen of an item; nobody until then. It must outlive the form.
+  void UseOpener(ScreenOpener& opener) { opener_ = &opener; }
   // What is printed; nullopt before a computation.
   std::optional<ReportDocument> Report();
   // The results, for other faces than a screen; null before a computation.
@@ -49,22 +52,23 @@ class FrmReconcileAccount : public Form, private ReconProgress {
   void OnLeave(Control& control) override;
   void OnChange(Control& control) override;
   void OnClick(Control& control) override;
+  void OnChoose(Control& control) override;
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
  private:
-  bool Reading(std::string_view what, std::int64_t done, std::int64_t total) override;
-
   bool ReadBank();
   void ShowBank();
   bool ReadEntries();  // false after a refusal
   bool ReadStatementDate();
   bool Compute();  // false where nothing has been computed, after what was to be said
   bool RunPasses();
+  bool ShowProgress(std::string_view what, std::int64_t done, std::int64_t total);
   void Forget();
   void ShowResults();
   void ShowList(std::string_view control);
   void ShowFiles();
+  void OpenShown();
   void SetWorking(bool working);
 
   bool MayWrite();
@@ -76,6 +80,7 @@ class FrmReconcileAccount : public Form, private ReconProgress {
   bool AskOnLeaving(std::string_view warning, std::string_view question, bool* yes);
 
   Session& session_;
+  ScreenOpener* opener_ = nullptr;
   const std::string bank_code_;
   const std::string bank_name_;
   BankRecord bank_;  // as it was read last

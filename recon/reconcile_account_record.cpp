@@ -7,23 +7,12 @@
 #include "recon/recon_screen_data.h"
 #include "recon/recon_update.h"
 #include "recon/reconcile_account.h"
+#include "reports/report_origin.h"
 #include "reports/report_pages.h"
-#include "shell/about.h"
-#include "shell/clsSecurity.h"
 #include "shell/rights.h"
 #include "shell/transactions_switch.h"
 
 namespace tallwick {
-namespace {
-
-ReportOrigin OriginOf(const Session& session) {
-  const std::string& name = session.User().sUserName;
-  return {name.empty() ? session.TheSuite().Login() : name, session.TheClock().Now(),
-          VersionTextOf(session.Version()), session.TheSuite().CompanyName()};
-}
-
-}  // namespace
-
 bool FrmReconcileAccount::MayWrite() {
   if (!TransactionsOpen(session_)) {
     Boxes().Exclaim(Caption(), kTransactionsLocked);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "reports/file_standings.h"
 #include "tables/status_text.h"
 
 namespace tallwick {
@@ -53,8 +54,7 @@ void FileLedger::AddBank(BankLedger bank) {
 }
 
 std::string_view FileLedger::Condition() const {
-  if (balance_.IsZero()) return "Balanced";
-  return balance_ < Currency() ? "Over Drawn" : "Funds Available";
+  return ConditionOfBalance(balance_);
 }
 
 std::string_view FileLedger::Status() const {

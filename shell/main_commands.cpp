@@ -54,6 +54,7 @@ constexpr auto kCommands = std::to_array<MainCommand>({
      kRightEscrowReports},
     {"mnuViewRefresh", "&Refresh", "", "", 0, kBank},
     {"mnuReports", "&Escrow Reports...", "frmReports", "", kRightEscrowReports, kBank},
+    {"mnuReportsTrialBalance", "&Trial Balance...", "frmViewTrialBalance", "", kRightEscrowReports},
     {"mnuToolsUsers", "&Users and Rights...", "frmEditUsers", "", kAdministrator},
 
     {"mnuHelpContents", "&Contents", "", ""},

@@ -141,7 +141,8 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"},
                            {"mnuEditReconcileAccount"}});
-  layout.AddMenu("&View", {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}});
+  layout.AddMenu("&View",
+                 {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddMenu("Option&s", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},

@@ -82,6 +82,11 @@ void Desktop::OpenScreen(std::string_view screen, std::string_view mode) {
   modal ? host.OpenAndWait() : host.Open();
 }
 
+void Desktop::OpenItem(std::string_view screen, std::string_view mode, const std::vector<KeyText>& key) {
+  OpenScreen(screen, mode);
+  if (ScreenHost* host = FindForBank(screen, mode, TheSession().BankCode())) EnterTexts(host->TheForm(), key);
+}
+
 bool Desktop::Offers(std::string_view screen, std::string_view mode) const {
   return ScreenCatalogue::Knows(screen, mode) && HasScreenWindow(screen);
 }

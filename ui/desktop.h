@@ -27,6 +27,7 @@ class Desktop : public QObject, public ScreenOpener {
   // Opens the screen in a window of its own; one that stands open for the selected bank already comes to the
   // front. A dialog has closed when this returns.
   void OpenScreen(std::string_view screen, std::string_view mode) override;
+  void OpenItem(std::string_view screen, std::string_view mode, const std::vector<KeyText>& key) override;
   // A screen in the catalogue that has a window.
   bool Offers(std::string_view screen, std::string_view mode) const override;
 

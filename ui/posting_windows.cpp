@@ -154,6 +154,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
   layout.AddMenu("Option&s", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
   return window;
 }
@@ -187,6 +188,7 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
                       "Ctrl+F: date, file, amount",
                       4,
                       {}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
   return window;
 }
@@ -205,6 +207,7 @@ std::unique_ptr<QWidget> MakeWireWindow() {
                       "Ctrl+F: number, payee, amount, file",
                       2,
                       {"cmdListAll", "cmdListOutstanding", "cmdListCleared"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
   return window;
 }
@@ -226,6 +229,7 @@ std::unique_ptr<QWidget> MakeVoucherWindow() {
                       "Ctrl+F: number, payee, amount, file",
                       2,
                       {"cmdListAll", "cmdListOutstanding", "cmdListCleared"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
   return window;
 }

@@ -253,6 +253,12 @@ QLayout* Items() {
   view->setProperty("wideColumn", 4);
   view->setProperty("totalsLine", false);
   column->addWidget(view, 1);
+  auto* foot = Spaced(new QHBoxLayout, 0, 8);
+  foot->addStretch(1);
+  auto* open = Named(new QPushButton, "cmdOpenItem");
+  open->setAutoDefault(false);
+  foot->addWidget(open);
+  column->addLayout(foot);
   return column;
 }
 

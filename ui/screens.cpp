@@ -9,10 +9,12 @@
 #include <algorithm>
 
 #include "ui/check_window.h"
+#include "ui/ledger_window.h"
 #include "ui/posting_windows.h"
 #include "ui/reconcile_window.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
+#include "ui/trial_balance_window.h"
 #include "ui/users_window.h"
 #include "ui/view_log_window.h"
 #include "ui_about.h"
@@ -51,6 +53,8 @@ constexpr Screen kScreens[] = {
     {"frmEditWiresPost", MakeWireWindow},
     {"frmEditVouchersPost", MakeVoucherWindow},
     {"frmReconcileAccount", MakeReconcileWindow},
+    {"frmViewFileLedgers", MakeLedgerWindow},
+    {"frmViewTrialBalance", MakeTrialBalanceWindow},
     {"frmEditUsers", MakeUsersWindow},
     {"frmViewLog", MakeViewLogWindow},
     {"frmCopyDatabases", Make<QDialog, Ui::frmCopyDatabases>},

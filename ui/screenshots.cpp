@@ -126,6 +126,7 @@ class Photographer {
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
     TakeReconciliation();
+    TakeLedgers();
     TakeUsers();
     TakeAuditViewer();
     return failed_ ? 1 : 0;
@@ -221,6 +222,17 @@ class Photographer {
     form.Click("cmdCompute");
     form.Click("cmdOutstandingChecks");
     Take("frmReconcileAccount", "reconciliation");
+  }
+
+  void TakeLedgers() {
+    desktop_.OpenScreen("frmViewFileLedgers", "24-0054");
+    Take("frmViewFileLedgers", "file-ledger");
+    desktop_.OpenScreen("frmViewTrialBalance", {});
+    ScreenHost* host = desktop_.Find("frmViewTrialBalance");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstKinds", 2);
+    host->TheForm().Click("cmdCompute");
+    Take("frmViewTrialBalance", "trial-balance");
   }
 
   void TakeUsers() {

@@ -108,11 +108,6 @@ class SpokenBoxes : public MessageBoxes {
   }
 };
 
-class NoProgress : public ReconProgress {
- public:
-  bool Reading(std::string_view, std::int64_t, std::int64_t) override { return true; }
-};
-
 double Seconds(const std::function<void()>& work) {
   const auto begin = std::chrono::steady_clock::now();
   work();
@@ -120,9 +115,8 @@ double Seconds(const std::function<void()>& work) {
 }
 
 void Compute(BankTables& tables) {
-  NoProgress progress;
   ReconFindings findings({{12, 28, 2024}, 20241128, 1, true});
-  Require(RunReconPasses(tables, progress, findings) == ReconEnd::kDone, "the passes were not done");
+  Require(RunReconPasses(tables, {}, findings) == PassEnd::kDone, "the passes were not done");
   Require(!findings.recon.ResultsFor({}).outstanding_checks.IsZero(), "nothing was counted");
 }
 

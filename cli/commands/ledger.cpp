@@ -1,9 +1,12 @@
-// ledger: the figures of a file's ledger.
+// ledger: the figures of a file's ledger, and its report.
 #include "cli/commands/command.h"
 #include "cli/json_values.h"
+#include "cli/report_files.h"
 #include "posting/entry_problems.h"
 #include "reports/file_ledger.h"
 #include "reports/ledger_reader.h"
+#include "reports/ledger_report.h"
+#include "reports/report_origin.h"
 
 namespace tallwick::cli {
 
@@ -11,6 +14,7 @@ namespace {
 
 struct LedgerArguments {
   std::string file_number;
+  ReportPaths paths;
 };
 
 Json BankJson(const BankLedger& bank) {
@@ -30,21 +34,18 @@ Json BankJson(const BankLedger& bank) {
           {"adjustedBalance", MoneyText(bank.AdjustedBalance())}};
 }
 
-std::string Counted(std::string_view caption, int count) {
-  return std::string(caption) + "  (" + std::to_string(count) + ")";
-}
-
 std::string BankTextTable(const BankLedger& bank) {
-  return TextTable({bank.Name() + " (" + bank.Code() + ")", "Amount"}, "<>",
-                   {{Counted("Total Checks", bank.TotalChecksCount()), AmountText(bank.TotalChecks())},
-                    {Counted("less Void Checks", bank.VoidChecksCount()), AmountText(bank.VoidChecks())},
-                    {"Net Checks", AmountText(bank.NetChecks())},
-                    {Counted("Total Wire Transfers", bank.TotalWiresCount()), AmountText(bank.TotalWires())},
-                    {"Net Disbursements", AmountText(bank.NetDisbursements())},
-                    {Counted("Total Deposits", bank.TotalDepositsCount()), AmountText(bank.TotalDeposits())},
-                    {"Bank Balance", AmountText(bank.BankBalance())},
-                    {"Total Vouchers", AmountText(bank.TotalVouchers())},
-                    {"Adjusted Balance", AmountText(bank.AdjustedBalance())}});
+  return TextTable(
+      {bank.Name() + " (" + bank.Code() + ")", "Amount"}, "<>",
+      {{CountedCaption("Total Checks", bank.TotalChecksCount()), AmountText(bank.TotalChecks())},
+       {CountedCaption("less Void Checks", bank.VoidChecksCount()), AmountText(bank.VoidChecks())},
+       {"Net Checks", AmountText(bank.NetChecks())},
+       {CountedCaption("Total Wire Transfers", bank.TotalWiresCount()), AmountText(bank.TotalWires())},
+       {"Net Disbursements", AmountText(bank.NetDisbursements())},
+       {CountedCaption("Total Deposits", bank.TotalDepositsCount()), AmountText(bank.TotalDeposits())},
+       {"Bank Balance", AmountText(bank.BankBalance())},
+       {"Total Vouchers", AmountText(bank.TotalVouchers())},
+       {"Adjusted Balance", AmountText(bank.AdjustedBalance())}});
 }
 
 int Ledger(Office& office, const LedgerArguments& arguments) {
@@ -68,13 +69,13 @@ int Ledger(Office& office, const LedgerArguments& arguments) {
   if (!reading.message.empty()) {
     out.Set("message", reading.message);
     out.Line(reading.message);
-    return kDone;
+    return SaveReport(office, MakeLedgerReport(reading, OriginOf(*session)), arguments.paths);
   }
   for (const BankLedger& bank : ledger.Banks()) out.Line(BankTextTable(bank) + "\n");
   out.Line(TextTable({"File Balance", "Escrow Condition", "Multiple Banks"}, "><<",
                      {{AmountText(ledger.FileBalance()), std::string(ledger.Condition()),
                        std::string(ledger.MultipleBanks())}}));
-  return kDone;
+  return SaveReport(office, MakeLedgerReport(reading, OriginOf(*session)), arguments.paths);
 }
 
 }  // namespace
@@ -83,6 +84,7 @@ void AddLedgerCommand(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<LedgerArguments>();
   CLI::App* ledger = app.add_subcommand("ledger", "The ledger of an escrow file");
   ledger->add_option("FILENO", arguments->file_number)->required();
+  AddReportOptions(ledger, arguments->paths);
   Choose(ledger, chosen, arguments, Ledger);
 }
 

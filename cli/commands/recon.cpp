@@ -1,6 +1,7 @@
 // recon: balancing a bank account through the reconcile screen, and taking the last reconciliation back.
 #include "cli/commands/posted.h"
 #include "cli/json_values.h"
+#include "cli/report_files.h"
 #include "core/text.h"
 #include "posting/entry_problems.h"
 #include "recon/recon_screen_data.h"
@@ -15,8 +16,7 @@ constexpr std::string_view kScreen = "frmReconcileAccount";
 struct ReconArguments {
   std::vector<TypedEntry> entries;
   bool update = false;
-  std::string pdf;
-  std::string rtf;
+  ReportPaths paths;
   std::string reason;  // of taking back
 };
 
@@ -96,7 +96,7 @@ int Reconcile(Office& office, const ReconArguments& arguments) {
     office.Out().Fail("The bank record was not updated");
     return kRefused;
   }
-  return kDone;
+  return SaveReport(office, *screen->Report(), arguments.paths);
 }
 
 int TakeBack(Office& office, const ReconArguments& arguments) {
@@ -137,8 +137,7 @@ void AddReconCommand(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<ReconArguments>();
   AddEntryOptions(*recon, kEntryOptions, arguments->entries);
   recon->add_flag("--update", arguments->update, "Records the reconciliation when the difference is zero");
-  recon->add_option("--pdf", arguments->pdf, "Writes the report");
-  recon->add_option("--rtf", arguments->rtf, "Writes the report");
+  AddReportOptions(recon, arguments->paths);
   CLI::App* take_back = recon->add_subcommand("take-back", "Takes the last reconciliation back");
   take_back->add_option("--reason", arguments->reason, "Goes to the audit log")->required();
   // Only one of the two is meant, and only the computation needs the statement.

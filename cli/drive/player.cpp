@@ -114,6 +114,12 @@ void ScriptPlayer::OpenScreen(std::string_view screen, std::string_view mode) {
   Push(std::move(form));
 }
 
+void ScriptPlayer::OpenItem(std::string_view screen, std::string_view mode,
+                            const std::vector<KeyText>& key) {
+  OpenScreen(screen, mode);
+  if (Form* form = Top(); form != nullptr && form->Name() == screen) EnterTexts(*form, key);
+}
+
 bool ScriptPlayer::Offers(std::string_view screen, std::string_view mode) const {
   return ScreenCatalogue::Knows(screen, mode);
 }

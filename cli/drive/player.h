@@ -32,6 +32,7 @@ class ScriptPlayer : private ScreenOpener {
   class Screen;
 
   void OpenScreen(std::string_view screen, std::string_view mode) override;
+  void OpenItem(std::string_view screen, std::string_view mode, const std::vector<KeyText>& key) override;
   bool Offers(std::string_view screen, std::string_view mode) const override;
 
   bool Run(const Step& step);

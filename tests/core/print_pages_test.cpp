@@ -99,19 +99,24 @@ TEST(PagesTest, NoTextReachesIntoTheNextColumn) {
   for (const char* format : {"<+480|<+480|<+480", "^+480|^+480|^+480", ">+480|>+480|>+480"}) {
     for (const char* text : texts) {
       PrintDocument document;
-      document.sections = {{{}, {{PrintStyle::kRow, format, {"", text, ""}, false}}}};
+      document.sections = {{{}, {{PrintStyle::kRow, format, {"a", text, "b"}, false}}}};
       const PrintPage page = LayOutPages(document, 1440, 9000, EvenLetters()).front();
-      for (std::size_t i = 0; i + 1 < page.texts.size(); ++i) {
+      for (std::size_t i = 1; i + 2 < page.texts.size(); ++i) {
         const PlacedText& line = page.texts[i];
         const double width = EvenLetters().Width(line.style, line.text) * line.fit.Scale();
         EXPECT_GE(line.x, 480 + kColumnGap / 2);
         EXPECT_LE(line.x + width, 960 - kColumnGap / 2 + 0.5) << format << " " << text;
       }
       if (format[0] == '>') {
-        EXPECT_EQ(page.texts.front().text, text);
+        EXPECT_EQ(page.texts[1].text, text);
       }
     }
   }
+  PrintDocument spilling;
+  spilling.sections = {{{}, {{PrintStyle::kRow, ">+1400|^+480|<+480", {"", "Outstanding", "x"}, false}}}};
+  const PlacedText spilled = LayOutPages(spilling, 2360, 9000, EvenLetters()).front().texts.front();
+  EXPECT_EQ(spilled.fit, TextFit{});
+  EXPECT_EQ(spilled.x + spilled.width, 1880 - kColumnGap / 2);
   EXPECT_EQ(FitText("MARY K", 480, '<', PrintStyle::kRow, EvenLetters()), (TextFit{0.8, 1}));
   EXPECT_EQ(FitText("Stop Payment", 700, '<', PrintStyle::kRow, EvenLetters()), TextFit{});
   EXPECT_DOUBLE_EQ(FitText("Outstanding", 880, '^', PrintStyle::kRow, EvenLetters()).size, 0.8);

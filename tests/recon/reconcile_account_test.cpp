@@ -110,11 +110,8 @@ TEST_F(ReconcileTest, ThePassesCountWhatTheTablesHold) {
             item.file_number);
   }
 
-  class Patient : public ReconProgress {
-    bool Reading(std::string_view, std::int64_t, std::int64_t) override { return true; }
-  } progress;
   ReconFindings findings(terms);
-  ASSERT_EQ(RunReconPasses(*tables_, progress, findings), ReconEnd::kDone);
+  ASSERT_EQ(RunReconPasses(*tables_, {}, findings), PassEnd::kDone);
   EXPECT_EQ(findings.recon.ResultsFor({}), expected.ResultsFor({}));
   EXPECT_EQ(findings.records, 299 + 60 + 60);
   std::vector<FileBalance> open;

@@ -1,0 +1,157 @@
+#include "reports/file_standings.h"
+
+#include <algorithm>
+#include <cstring>
+#include <map>
+
+#include "core/encoding.h"
+#include "core/text.h"
+
+namespace tallwick {
+namespace {
+
+// "CCYYMMDD" as a number; 0 for anything else.
+std::int32_t DayIn(std::string_view field) {
+  std::int32_t day = 0;
+  for (const char digit : field) {
+    if (!IsDigit(digit)) return 0;
+    day = day * 10 + (digit - '0');
+  }
+  return day;
+}
+
+Date DateOf(std::int32_t day) {
+  const Date date{day / 10000, day / 100 % 100, day % 100};
+  return IsValidDate(date) ? date : Date();
+}
+
+std::int32_t KeyIn(RecordView record, const PackedPeriod& place) {
+  return MakeKey(PeriodIn(record, place));
+}
+
+// One pass: checks, or wires, or deposits.
+struct Pass {
+  std::int32_t as_of;
+  const PassProgress& progress;
+  FileStandings& standings;
+
+  bool IsLater(std::int32_t key) const { return as_of != 0 && key > as_of; }
+};
+
+PassEnd PassChecks(CheckTable& table, const Pass& pass) {
+  PackedFields fields(table);
+  const PackedField amount = fields.Find("CHXAMOUNT", 'N');
+  const PackedField status = fields.Find("CHXSTATUS", 'C');
+  const PackedField file = fields.Find("CHXFILENO", 'C');
+  const PackedField dated = fields.Find("CHXDATED", 'D');
+  const PackedPeriod accounting = fields.FindPeriod("CHXACCT");
+  const PackedPeriod statement = fields.FindPeriod("CHXSTMT");
+  return PassOver(table, fields, "Checks", pass.progress, [&](RecordView record, std::int32_t) {
+    if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
+    const char letter = StatusIn(status.Text(record));
+    const bool returned = letter == 'V' || letter == 'S';
+    const bool counts = !returned || pass.IsLater(KeyIn(record, statement));
+    pass.standings.Pay(file.Text(record), counts ? MoneyIn(amount.Text(record)) : Currency(),
+                       DayIn(dated.Text(record)));
+  });
+}
+
+PassEnd PassWires(WireTable& table, const Pass& pass) {
+  PackedFields fields(table);
+  const PackedField amount = fields.Find("WIREAMOUNT", 'N');
+  const PackedField file = fields.Find("WIREFILENO", 'C');
+  const PackedField dated = fields.Find("WIREDATED", 'D');
+  const PackedPeriod accounting = fields.FindPeriod("WIREACCT");
+  return PassOver(table, fields, "Wire Transfers", pass.progress, [&](RecordView record, std::int32_t) {
+    if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
+    pass.standings.Pay(file.Text(record), MoneyIn(amount.Text(record)), DayIn(dated.Text(record)));
+  });
+}
+
+PassEnd PassDeposits(DepositTable& table, const Pass& pass) {
+  struct Item {
+    PackedField file, amount, status;
+  };
+  PackedFields fields(table);
+  const PackedField dated = fields.Find("DEPODATED", 'C');
+  const PackedPeriod accounting = fields.FindPeriod("DEPOACCT");
+  std::array<Item, kDepositItems> items;
+  for (std::size_t i = 0; i < items.size(); ++i) {
+    const std::string number = std::to_string(i + 1);
+    items[i] = {fields.Find("DEPOFILE" + number, 'C'), fields.Find("DEPOAMT" + number, 'N'),
+                fields.Find("DEPOSTAT" + number, 'C')};
+  }
+  return PassOver(table, fields, "Deposits", pass.progress, [&](RecordView record, std::int32_t) {
+    if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
+    const std::int32_t day = DayIn(dated.Text(record));
+    for (const Item& item : items) {
+      const std::string_view file = item.file.Text(record);
+      if (IsBlank(file) && IsBlank(item.status.Text(record))) continue;
+      pass.standings.Receive(file, MoneyIn(item.amount.Text(record)), day);
+    }
+  });
+}
+
+}  // namespace
+
+std::string_view FileStanding::Condition() const {
+  return ConditionOfBalance(Balance());
+}
+
+std::string_view ConditionOfBalance(Currency balance) {
+  if (balance.IsZero()) return "Balanced";
+  return balance < Currency() ? "Over Drawn" : "Funds Available";
+}
+
+std::size_t FileStandings::Hash::operator()(const Number& number) const {
+  std::array<std::uint64_t, 2> words;
+  std::memcpy(words.data(), number.data(), number.size());
+  const std::uint64_t mixed = (words[0] ^ (words[1] * 0x9E3779B97F4A7C15U)) * 0xD6E8FEB86659FD93U;
+  return static_cast<std::size_t>(mixed ^ (mixed >> 32));
+}
+
+void FileStandings::Receive(std::string_view file_number, Currency amount, std::int32_t day) {
+  Of(file_number, day).receipts += amount;
+}
+
+void FileStandings::Pay(std::string_view file_number, Currency amount, std::int32_t day) {
+  Of(file_number, day).disbursements += amount;
+}
+
+// Spellings of a number are folded into one when the standings are asked for, not for every item.
+FileStandings::Sums& FileStandings::Of(std::string_view file_number, std::int32_t day) {
+  Number number;
+  number.fill(' ');
+  std::memcpy(number.data(), file_number.data(), std::min(file_number.size(), kWidth));
+  Sums& sums = files_[number];
+  sums.day = std::max(sums.day, day);
+  return sums;
+}
+
+std::vector<FileStanding> FileStandings::InOrder() const {
+  std::map<std::string, Sums> folded;
+  for (const auto& [number, sums] : files_) {
+    std::string key(Trim(std::string_view(number.data(), kWidth)));
+    for (char& letter : key) letter = static_cast<char>(UpperWindows1252(static_cast<unsigned char>(letter)));
+    Sums& all = folded[key];
+    all.receipts += sums.receipts;
+    all.disbursements += sums.disbursements;
+    all.day = std::max(all.day, sums.day);
+  }
+  std::vector<FileStanding> standings;
+  standings.reserve(folded.size());
+  for (const auto& [number, sums] : folded)
+    standings.push_back({FromWindows1252(number), sums.receipts, sums.disbursements, DateOf(sums.day)});
+  return standings;
+}
+
+PassEnd ReadStandings(BankTables& tables, std::int32_t as_of, const PassProgress& progress,
+                      FileStandings& standings) {
+  const Pass pass{as_of, progress, standings};
+  PassEnd end = PassChecks(tables.checks, pass);
+  if (end == PassEnd::kDone) end = PassWires(tables.wires, pass);
+  if (end == PassEnd::kDone) end = PassDeposits(tables.deposits, pass);
+  return end;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,134 @@
+#include "reports/trial_balance.h"
+
+#include <algorithm>
+#include <iterator>
+
+#include "core/text.h"
+#include "core/text_format.h"
+#include "shell/company_tables.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::string_view kTrialFormat = "<+1720|>+1900|>+1900|>+1900|^+1780|>+1600";
+
+struct KindName {
+  TrialKind kind;
+  std::string_view word;
+  std::string_view name;
+};
+constexpr KindName kKinds[] = {{TrialKind::kAll, "all", "All Files"},
+                               {TrialKind::kOpen, "open", "Open Balances"},
+                               {TrialKind::kOverdrawn, "overdrawn", "Overdrawn Files"},
+                               {TrialKind::kDormant, "dormant", "Dormant Files"}};
+
+TrialBalance Failed(TrialBalance balance, std::string message, PassEnd end) {
+  balance.message = std::move(message);
+  balance.end = end;
+  return balance;
+}
+
+std::string Scope(const TrialBalance& balance, const TrialTerms& terms) {
+  std::string text = terms.bank_code.empty() ? "All banks" : "Bank " + terms.bank_code;
+  text += terms.as_of.IsEmpty() ? ", all items posted" : ", items posted through " + ReportDate(terms.as_of);
+  if (terms.kind == TrialKind::kDormant)
+    text += ", not active for more than " + std::to_string(terms.dormant_days) + " days";
+  return text + ".  " + FormatNumber(static_cast<long long>(balance.files.size()), "###,###,##0") + " files.";
+}
+
+}  // namespace
+
+std::optional<TrialKind> TrialKindOf(std::string_view word) {
+  const auto* const found = std::find_if(std::begin(kKinds), std::end(kKinds), [&](const KindName& kind) {
+    return EqualsIgnoreCase(kind.word, word);
+  });
+  if (found == std::end(kKinds)) return std::nullopt;
+  return found->kind;
+}
+
+std::string_view TrialKindName(TrialKind kind) {
+  return kKinds[static_cast<std::size_t>(kind)].name;
+}
+
+bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day) {
+  switch (terms.kind) {
+    case TrialKind::kOpen:
+      return !file.Balance().IsZero();
+    case TrialKind::kOverdrawn:
+      return file.Balance() < Currency();
+    case TrialKind::kDormant:
+      return !file.Balance().IsZero() && JulianDay(day) - JulianDay(file.last_activity) > terms.dormant_days;
+    case TrialKind::kAll:
+      break;
+  }
+  return true;
+}
+
+TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress) {
+  TrialBalance balance;
+  FileStandings standings;
+  const std::int32_t as_of = MakeKey(terms.as_of.year, terms.as_of.month, terms.as_of.day);
+  for (const BankRecord& bank : session.Company().banks.InNameOrder()) {
+    const std::string code(Trim(bank.code));
+    if (!terms.bank_code.empty() && !EqualsIgnoreCase(code, terms.bank_code)) continue;
+    BankTables tables(session.Home());
+    if (!tables.Open(code))
+      return Failed(balance, "The tables of bank " + Quoted(code) + " could not be opened.",
+                    PassEnd::kUnreadable);
+    const PassEnd end = ReadStandings(
+        tables, as_of,
+        [&](std::string_view what, std::int64_t done, std::int64_t total) {
+          return !progress || progress(bank.name + ": " + std::string(what), done, total);
+        },
+        standings);
+    if (end == PassEnd::kStopped) return Failed(balance, "Calculations incomplete - stopped by user...", end);
+    if (end == PassEnd::kUnreadable)
+      return Failed(balance, "The tables of bank " + Quoted(code) + " could not be read whole.", end);
+    balance.banks.push_back(code);
+  }
+  if (balance.banks.empty()) {
+    balance.message = terms.bank_code.empty() ? "No banks have been created."
+                                              : "There is no bank " + Quoted(terms.bank_code) + ".";
+    return balance;
+  }
+  const Date day = terms.as_of.IsEmpty() ? session.TheClock().Now().date : terms.as_of;
+  for (FileStanding& file : standings.InOrder()) {
+    if (!IsOfKind(file, terms, day)) continue;
+    balance.receipts += file.receipts;
+    balance.disbursements += file.disbursements;
+    balance.files.push_back(std::move(file));
+  }
+  return balance;
+}
+
+std::string ShownFileNumber(const FileStanding& file) {
+  return file.file_number.empty() ? "(no file)" : file.file_number;
+}
+
+std::vector<std::string> TrialCells(const FileStanding& file) {
+  return {ShownFileNumber(file),        ReportAmount(file.receipts),   ReportAmount(file.disbursements),
+          ReportAmount(file.Balance()), std::string(file.Condition()), ReportDate(file.last_activity)};
+}
+
+ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& terms,
+                               const ReportOrigin& origin) {
+  ReportDocument report;
+  report.group = "ESCROW REPORTS";
+  report.title = "Trial Balance - " + std::string(TrialKindName(terms.kind));
+  report.name = "Trial Balance " + std::string(TrialKindName(terms.kind)) + " " +
+                FormatDate(terms.as_of.IsEmpty() ? origin.when.date : terms.as_of, "yyyy-mm-dd");
+  report.origin = origin;
+  if (!balance.message.empty()) {
+    report.AddText(balance.message);
+    return report;
+  }
+  report.AddText(Scope(balance, terms));
+  ReportTable& table = report.AddTable(kTrialHeadings, kTrialFormat);
+  table.rows.reserve(balance.files.size() + 1);
+  for (const FileStanding& file : balance.files) table.Add(TrialCells(file));
+  table.AddSubtotal({"Total", ReportAmount(balance.receipts), ReportAmount(balance.disbursements),
+                     ReportAmount(balance.Balance()), "", ""});
+  return report;
+}
+
+}  // namespace tallwick

@@ -1,0 +1,58 @@
+// The trial balance: every escrow file with what it received, paid and holds, over one bank or all of them,
+// and the lists that are cut from it: open balances, overdrawn files, dormant files.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reports/file_standings.h"
+#include "reports/report_document.h"
+#include "shell/session.h"
+
+namespace tallwick {
+
+enum class TrialKind { kAll, kOpen, kOverdrawn, kDormant };
+// "all", "open", "overdrawn", "dormant"; nullopt for anything else.
+std::optional<TrialKind> TrialKindOf(std::string_view word);
+// "All Files", "Open Balances", "Overdrawn Files", "Dormant Files".
+std::string_view TrialKindName(TrialKind kind);
+
+// A file that holds money and has not moved for half a year wants looking at.
+inline constexpr int kDormantDays = 180;
+
+struct TrialTerms {
+  std::string bank_code;  // "" = all banks
+  Date as_of;             // items posted later are left out; empty = none is
+  TrialKind kind = TrialKind::kAll;
+  int dormant_days = kDormantDays;  // a dormant file holds money and was last active longer ago than that
+};
+
+struct TrialBalance {
+  std::vector<std::string> banks;   // codes of those read, in name order
+  std::vector<FileStanding> files;  // of the kind asked for, by file number
+  Currency receipts;
+  Currency disbursements;
+  std::string message;  // why there is none: "No banks have been created.", a bank that is not there, …
+  PassEnd end = PassEnd::kDone;
+  Currency Balance() const { return receipts - disbursements; }
+};
+
+// Whether a file belongs to the list; dormant files are counted back from `day`.
+bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day);
+
+// One pass over each bank's checks, wires and deposits. `progress` may be empty.
+TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress);
+
+// The cells of a file as the report and the screen show them, under these headings.
+inline constexpr std::string_view kTrialHeadings =
+    "File|Receipts|Disbursements|Balance|Escrow Condition|Last Activity";
+std::vector<std::string> TrialCells(const FileStanding& file);
+// "(no file)" for what is charged to none.
+std::string ShownFileNumber(const FileStanding& file);
+
+ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& terms,
+                               const ReportOrigin& origin);
+
+}  // namespace tallwick

@@ -1,0 +1,46 @@
+// frmViewTrialBalance: every escrow file with what it received, paid and holds, in one bank or in all, and
+// the lists cut from it. A chosen file opens its ledger.
+//
+// Controls, in order: the commands of report_form.h; lstBanks (all banks first), lstKinds, txtAsOf (blank:
+// every item), txtDormantDays (seen for dormant files only), cmdCompute; lblProgress and prgProgress (whose
+// value is the percentage; seen only while the tables are read); grdFiles, cmdOpenLedger; the labels
+// lblCount, lblReceipts, lblDisbursements and lblBalance. Invariant: the grid and the labels show the same
+// computation, and are empty after one that was stopped.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "reports/report_form.h"
+#include "reports/trial_balance.h"
+
+namespace tallwick {
+
+class FrmViewTrialBalance : public ReportForm {
+ public:
+  FrmViewTrialBalance(Session& session, ScreenOpener& opener);
+
+ protected:
+  ReportDocument Report() override;
+  void OnOpen() override;
+  void OnLeave(Control& control) override;
+  void OnChoose(Control& control) override;
+  void OnClick(Control& control) override;
+  bool OnKey(std::string_view key) override;
+
+ private:
+  // False after a refusal.
+  bool TakeTerms();
+  void Compute();
+  bool ShowProgress(std::string_view what, std::int64_t done, std::int64_t total);
+  void ShowResult();
+  void OpenLedger();
+
+  ScreenOpener& opener_;
+  std::vector<std::string> bank_codes_;  // of the list's lines; "" for all
+  TrialTerms terms_;                     // of the computation shown
+  TrialBalance balance_;
+};
+
+}  // namespace tallwick
