@@ -42,9 +42,6 @@ struct ItemScreen {
 };
 ItemScreen ScreenOfRow(const std::vector<std::string>& cells);
 
-// "Over Drawn" or "Funds Available"; "Balanced" for zero.
-std::string_view ConditionOf(Currency balance);
-
 std::shared_ptr<RowSource> MakeFileRows(std::vector<FileBalance> files);
 
 }  // namespace tallwick

@@ -1,7 +1,7 @@
 #include "recon/recon_report.h"
 
 #include "core/text_format.h"
-#include "recon/recon_items.h"
+#include "reports/file_standings.h"
 
 namespace tallwick {
 namespace {
@@ -56,14 +56,14 @@ void AddProof(const ReconReport& facts, ReportDocument& report) {
   table.Add({"Adjusted Statement Balance", ReportAmount(results.adjusted_balance)});
   table.Add({"Ending Check Book Balance", ReportAmount(results.ending_balance)});
   table.Add({"Sum of File Ledgers", ReportAmount(facts.file_total)});
-  table.AddSubtotal({ProofText(results, facts.file_total)}, kFullLine);
+  report.AddText(ProofText(results, facts.file_total), ReportRow::Kind::kSubtotal);
 }
 
 void AddFiles(const ReconReport& facts, ReportDocument& report) {
   ReportTable& table = report.AddTable("File|Balance||Escrow Condition", kFiles, "Files with a Balance");
   for (const FileBalance& file : facts.files) {
     table.Add({file.file_number.empty() ? "(no file)" : file.file_number, ReportAmount(file.balance), "",
-               std::string(ConditionOf(file.balance))});
+               std::string(ConditionOfBalance(file.balance))});
   }
   const std::size_t files = facts.files.size();
   table.AddSubtotal({Count(static_cast<std::int64_t>(files)) + (files == 1 ? " file" : " files"),

@@ -250,7 +250,7 @@ QLayout* Items() {
   auto* view = Named(new RegisterView, "grdItems");
   view->setAccessibleName(QObject::tr("Items behind the figure"));
   view->SetEmptyText(QObject::tr("Compute, then click the name of a figure to see what it is made of."));
-  view->setProperty("wideColumn", 4);
+  view->setProperty("wideColumn", 5);
   view->setProperty("totalsLine", false);
   column->addWidget(view, 1);
   auto* foot = Spaced(new QHBoxLayout, 0, 8);

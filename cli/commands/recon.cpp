@@ -6,6 +6,7 @@
 #include "posting/entry_problems.h"
 #include "recon/recon_screen_data.h"
 #include "recon/reconcile_account.h"
+#include "reports/file_standings.h"
 
 namespace tallwick::cli {
 
@@ -56,7 +57,7 @@ Json FilesJson(const FileTotals& files) {
   for (const FileBalance& file : files.Open()) {
     list.push_back({{"file", file.file_number},
                     {"balance", MoneyText(file.balance)},
-                    {"condition", std::string(ConditionOf(file.balance))}});
+                    {"condition", std::string(ConditionOfBalance(file.balance))}});
   }
   return list;
 }

@@ -133,6 +133,7 @@ TEST_F(ReconcileTest, ThePassesCountWhatTheTablesHold) {
 
 TEST_F(ReconcileTest, EscStopsTheComputation) {
   OpenOffice();
+  AddCheck(1, "O", 500, {3, 0, 2024}, {});
   Impatient face;
   form_->Attach(&face);
   Set("txtStatementDate", "3/2024");
