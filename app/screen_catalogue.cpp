@@ -7,6 +7,7 @@
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
+#include "recon/reconcile_account.h"
 #include "reports/view_file_ledgers.h"
 #include "reports/view_trial_balance.h"
 #include "shell/about.h"
@@ -117,6 +118,7 @@ constexpr Screen kScreens[] = {
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditWiresPost", "Viewing", true, 0, MakeWireViewing},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
+    {"frmReconcileAccount", "", true, kRightReconcile, MakePosting<FrmReconcileAccount>},
     {"frmEditVouchersPost", "Viewing", true, 0, MakeVoucherViewing},
     {"frmViewFileLedgers", "", false, 0, nullptr, MakeLedger},
     {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},

@@ -11,6 +11,7 @@
 #include "ui/check_window.h"
 #include "ui/ledger_window.h"
 #include "ui/posting_windows.h"
+#include "ui/reconcile_window.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui/trial_balance_window.h"
@@ -51,6 +52,7 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},
     {"frmEditVouchersPost", MakeVoucherWindow},
+    {"frmReconcileAccount", MakeReconcileWindow},
     {"frmViewFileLedgers", MakeLedgerWindow},
     {"frmViewTrialBalance", MakeTrialBalanceWindow},
     {"frmEditUsers", MakeUsersWindow},

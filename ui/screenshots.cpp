@@ -126,6 +126,7 @@ class Photographer {
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
     TakeDepositClearing();
+    TakeReconciliation();
     TakeLedgers();
     TakeUsers();
     TakeAuditViewer();
@@ -214,6 +215,23 @@ class Photographer {
     form.Change("txtCheckReason", "");
     host.UseMode("Posting");
     form.Menu("mnuEditUseNextHigherCheckNumber");
+  }
+
+  // The statement of the month behind the last reconciliation, with the balance that agrees.
+  void TakeReconciliation() {
+    desktop_.OpenScreen("frmReconcileAccount", {});
+    ScreenHost* host = desktop_.Find("frmReconcileAccount");
+    if (host == nullptr) return;
+    Form& form = host->TheForm();
+    form.Click("cmdCompute");
+    const auto amount = [&](const char* control) {
+      return Currency::ParseTyped(form.Find(control)->text).value_or(Currency());
+    };
+    const Currency agreeing = amount("txtEndingCheckBookBalance") - amount("txtAdjustedBalance");
+    form.Change("txtBankStatementBalance", agreeing.ToText());
+    form.Click("cmdCompute");
+    form.Click("cmdOutstandingChecks");
+    Take("frmReconcileAccount", "reconciliation");
   }
 
   void TakeLedgers() {

@@ -88,8 +88,6 @@ class Journal {
   // a journal stays without: then nobody is kept from writing.
   int Settle();
   bool IsWriting() const { return writing_; }
-  // True where the folder's journal may be read and not written.
-  bool IsReadOnly() const { return file_ && read_only_; }
   // One flush: afterwards the changes are durable and the result is kSuccess, whatever happens then. Then
   // applies them. When it fails before that point the journal is as it was and nothing has changed.
   int Commit(const std::vector<JournalFileChange>& changes);
