@@ -153,7 +153,7 @@ std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string
   return rows;
 }
 
-ItemScreen ScreenOfRow(const std::vector<std::string>& cells) {
+RowScreen ScreenOfRow(const std::vector<std::string>& cells) {
   if (cells.size() != kItemColumns)
     return {"frmViewFileLedgers", cells.empty() || cells[0] == kNoFile ? std::string() : cells[0], {}};
   const std::string& number = cells[2];

@@ -35,12 +35,12 @@ std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string
                                         const std::vector<ReconEntry>& entries, const ReconList& list);
 
 // The screen that shows what a row of either list stands for: an item, or a file's ledger.
-struct ItemScreen {
+struct RowScreen {
   std::string_view screen;
   std::string mode;
   std::vector<KeyText> key;  // what looks the item up; none for a ledger
 };
-ItemScreen ScreenOfRow(const std::vector<std::string>& cells);
+RowScreen ScreenOfRow(const std::vector<std::string>& cells);
 
 std::shared_ptr<RowSource> MakeFileRows(std::vector<FileBalance> files);
 

@@ -30,9 +30,10 @@ bool IsAmountEntry(std::string_view control) {
 
 }  // namespace
 
-FrmReconcileAccount::FrmReconcileAccount(Session& session)
+FrmReconcileAccount::FrmReconcileAccount(Session& session, ScreenOpener* opener)
     : Form("frmReconcileAccount", session.Boxes()),
       session_(session),
+      opener_(opener),
       bank_code_(session.BankCode()),
       bank_name_(session.BankName()),
       tables_(session.Home()) {
@@ -308,7 +309,7 @@ void FrmReconcileAccount::OpenShown() {
   if (opener_ == nullptr || !grid.source || grid.selected == 0) return;
   if (session_.BankCode() != bank_code_)
     return Boxes().Exclaim(Caption(), "Open " + bank_name_ + " again to look at its items.");
-  const ItemScreen item = ScreenOfRow(grid.source->Row(static_cast<std::size_t>(grid.selected) - 1));
+  const RowScreen item = ScreenOfRow(grid.source->Row(static_cast<std::size_t>(grid.selected) - 1));
   if (item.key.empty()) {
     opener_->OpenScreen(item.screen, item.mode);
   } else {

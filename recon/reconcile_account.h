@@ -32,13 +32,12 @@ namespace tallwick {
 
 class FrmReconcileAccount : public Form {
  public:
-  // Works on the session's selected bank, also when another is selected later.
-  explicit FrmReconcileAccount(Session& session);
+  // Works on the session's selected bank, also when another is selected later. `opener` opens the screen of
+  // an item, and outlives the form; null where nobody can.
+  FrmReconcileAccount(Session& session, ScreenOpener* opener);
 
   // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
   bool OpenTables();
-  // Who opens the screen of an item; nobody until then. It must outlive the form.
-  void UseOpener(ScreenOpener& opener) { opener_ = &opener; }
   // What is printed; nullopt before a computation.
   std::optional<ReportDocument> Report();
   // The results, for other faces than a screen; null before a computation.
@@ -80,7 +79,7 @@ class FrmReconcileAccount : public Form {
   bool AskOnLeaving(std::string_view warning, std::string_view question, bool* yes);
 
   Session& session_;
-  ScreenOpener* opener_ = nullptr;
+  ScreenOpener* opener_;
   const std::string bank_code_;
   const std::string bank_name_;
   BankRecord bank_;  // as it was read last
