@@ -5,10 +5,10 @@
 #include <QTextStream>
 
 #include "core/system_ports.h"
+#include "print/document_printer.h"
 #include "shell/machine.h"
 #include "shell/registry.h"
 #include "ui/desktop.h"
-#include "print/document_printer.h"
 #include "ui/folder_suite.h"
 #include "ui/qt_help_viewer.h"
 #include "ui/qt_message_boxes.h"
