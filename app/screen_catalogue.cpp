@@ -9,6 +9,7 @@
 #include "posting/deposit_posting.h"
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
+#include "recon/reconcile_account.h"
 #include "reports/view_file_ledgers.h"
 #include "reports/view_trial_balance.h"
 #include "shell/about.h"
@@ -44,16 +45,16 @@ std::unique_ptr<Form> MakeBankSelect(Session& session, ScreenOpener&) {
   return std::make_unique<FrmBankSelect>(session);
 }
 
-template <class PostingScreenForm>
-std::unique_ptr<Form> Opened(std::unique_ptr<PostingScreenForm> form, ScreenOpener& opener) {
+// The form, when its bank and tables are there.
+template <class Posting>
+std::unique_ptr<Form> WithTables(std::unique_ptr<Posting> form) {
   if (!form->OpenTables()) return nullptr;
-  form->UseOpener(opener);
   return form;
 }
 
-template <class PostingScreenForm>
+template <class Posting>
 std::unique_ptr<Form> MakePosting(Session& session, ScreenOpener& opener) {
-  return Opened(std::make_unique<PostingScreenForm>(session), opener);
+  return WithTables(std::make_unique<Posting>(session, &opener));
 }
 
 template <class ScreenForm>
@@ -78,7 +79,7 @@ class CheckScreen : private HeldPrinter, public FrmEditChecksPost {
 
 template <CheckMode::Kind kMode>
 std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
-  return Opened(std::make_unique<CheckScreen>(session, opener, kMode), opener);
+  return WithTables(std::make_unique<CheckScreen>(session, opener, kMode));
 }
 
 std::unique_ptr<Form> MakePrintChecks(Session& session, ScreenOpener&) {
@@ -87,7 +88,11 @@ std::unique_ptr<Form> MakePrintChecks(Session& session, ScreenOpener&) {
 }
 
 std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener& opener) {
-  return Opened(std::make_unique<FrmEditDepositsPost>(session, DepositMode::kViewing), opener);
+  return WithTables(std::make_unique<FrmEditDepositsPost>(session, &opener, DepositMode::kViewing));
+}
+
+std::unique_ptr<Form> MakeDepositClearing(Session& session, ScreenOpener&) {
+  return WithTables(std::make_unique<FrmEditDepositsClear>(session));
 }
 
 std::unique_ptr<Form> MakeHelp(Session& session, ScreenOpener&, std::string_view topic) {
@@ -95,11 +100,11 @@ std::unique_ptr<Form> MakeHelp(Session& session, ScreenOpener&, std::string_view
 }
 
 std::unique_ptr<Form> MakeWireViewing(Session& session, ScreenOpener& opener) {
-  return Opened(std::make_unique<FrmEditWiresPost>(session, true), opener);
+  return WithTables(std::make_unique<FrmEditWiresPost>(session, &opener, true));
 }
 
 std::unique_ptr<Form> MakeVoucherViewing(Session& session, ScreenOpener& opener) {
-  return Opened(std::make_unique<FrmEditVouchersPost>(session, true), opener);
+  return WithTables(std::make_unique<FrmEditVouchersPost>(session, &opener, true));
 }
 
 std::unique_ptr<Form> MakeLedger(Session& session, ScreenOpener& opener, std::string_view file_number) {
@@ -132,10 +137,11 @@ constexpr Screen kScreens[] = {
     {"frmPrintChecks", "", true, kRightPostChecks, MakePrintChecks},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
-    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
+    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakeDepositClearing},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditWiresPost", "Viewing", true, 0, MakeWireViewing},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},
+    {"frmReconcileAccount", "", true, kRightReconcile, MakePosting<FrmReconcileAccount>},
     {"frmEditVouchersPost", "Viewing", true, 0, MakeVoucherViewing},
     {"frmViewFileLedgers", "", false, 0, nullptr, MakeLedger},
     {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},

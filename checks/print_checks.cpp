@@ -3,8 +3,8 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "core/text_rows.h"
 #include "posting/check_numbering.h"
-#include "reports/report_form.h"
 #include "shell/company_tables.h"
 
 namespace tallwick {
@@ -96,20 +96,19 @@ void FrmPrintChecks::List() {
   const CheckBatch batch = Collect();
   const std::map<std::string, std::string> printed =
       PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read();
-  std::vector<ReportGrid::Line> lines;
+  auto rows = std::make_shared<TextRows>(
+      std::vector<std::string>{"Number", "Dated", "Payee", "Amount", "File", "Printed"},
+      std::vector<std::size_t>{kAmountColumn});
   for (const CheckOnPaper& paper : batch.checks) {
     const auto before = printed.find(paper.check.number);
-    lines.push_back({{paper.check.number, DisplayDate(paper.check.dated), paper.check.payee, paper.figures,
-                      paper.check.file_number, before == printed.end() ? "" : before->second}});
+    rows->Add({paper.check.number, DisplayDate(paper.check.dated), paper.check.payee, paper.figures,
+               paper.check.file_number, before == printed.end() ? "" : before->second});
   }
-  const std::string count = std::to_string(lines.size()) + (lines.size() == 1 ? " check" : " checks");
+  const std::size_t count = rows->RowCount();
   SetCaption("lblCount", !batch.problem.empty() ? batch.problem
-                         : lines.empty() ? "Type the numbers of posted checks, such as 10452-10460, 10470."
-                                         : count);
-  SetSource("grdChecks",
-            std::make_shared<ReportGrid>(
-                std::vector<std::string>{"Number", "Dated", "Payee", "Amount", "File", "Printed"},
-                std::vector<std::size_t>{kAmountColumn}, std::move(lines)));
+                         : count == 0 ? "Type the numbers of posted checks, such as 10452-10460, 10470."
+                                      : std::to_string(count) + (count == 1 ? " check" : " checks"));
+  SetSource("grdChecks", std::move(rows));
 }
 
 void FrmPrintChecks::Print() {

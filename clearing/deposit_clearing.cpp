@@ -4,12 +4,13 @@
 #include "posting/deposit_facts.h"
 #include "posting/post_deposit.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 
 namespace tallwick {
 namespace {
 
 constexpr PostingScreen kScreen{"frmEditDepositsClear", "Clear Deposits - ",
-                                "Bank ID Code no longer valid...", kAuditClearDeposit};
+                                "Bank ID Code no longer valid...", kAuditClearDeposit, kRightClearDeposits};
 
 const DepositItem& ItemOf(const DepositRecord& deposit, int item) {
   return deposit.items[static_cast<std::size_t>(item) - 1];
@@ -66,6 +67,23 @@ void FrmEditDepositsClear::OnClick(Control& control) {
   if (control.name == "cmdClose") Close();
 }
 
+// A deposit is seen before it is cleared: Enter leads to its items.
+bool FrmEditDepositsClear::OnKey(std::string_view key) {
+  const std::string_view at = Focus() != nullptr ? std::string_view(Focus()->name) : "";
+  if (key == "Enter" && at == "txtDepositDated") {
+    SetFocus("txtDateSequence");
+    return true;
+  }
+  if (key == "Enter" && at == "txtDateSequence") {
+    LookUpDeposit();
+    int item = 1;
+    while (item < kDepositItems && !At("chkCleared", item).enabled) ++item;
+    SetFocus("chkCleared", item);
+    return true;
+  }
+  return PostingForm::OnKey(key);
+}
+
 // --- Which deposit ---
 
 void FrmEditDepositsClear::ShowKey() {
@@ -110,6 +128,7 @@ void FrmEditDepositsClear::ShowItem(int item) {
       IsUsed(shown) ? shown.file_number + "  " + shown.source + "  " + AmountText(shown.amount) + period : "",
       item);
   SetValue("chkCleared", cleared ? 1 : 0, item);
+  SetVisible("chkCleared", IsUsed(shown), item);
   SetEnabled("chkCleared", IsUsed(shown) && !(cleared && IsReconciled(shown.statement)), item);
 }
 
@@ -117,6 +136,11 @@ void FrmEditDepositsClear::MarkAll() {
   for (int item = 1; item <= kDepositItems; ++item) {
     if (At("chkCleared", item).enabled) SetValue("chkCleared", 1, item);
   }
+}
+
+void FrmEditDepositsClear::RefreshRegister() {
+  deposits_->Refresh();
+  RowsChanged("lstDepositDates");
 }
 
 // --- Writing ---
@@ -173,8 +197,7 @@ bool FrmEditDepositsClear::Post() {
   if (!outcome.Done()) return SettleFailure(outcome);
   last_posted_ = marked.dated + marked.sequence;
   Audit(kAuditSave, name);
-  deposits_->Refresh();
-  RowsChanged("lstDepositDates");
+  RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   ShowDeposit(marked);
   return true;
@@ -184,15 +207,10 @@ bool FrmEditDepositsClear::Post() {
 bool FrmEditDepositsClear::SettleFailure(const PostOutcome& outcome) {
   const std::string name = DepositName(loaded_->dated, loaded_->sequence);
   if (outcome.code == kChangedElsewhere) {
-    if (tables_.deposits.SeekDeposit(loaded_->dated, loaded_->sequence)) {
-      ShowDeposit(tables_.deposits.Read());
-    } else {
-      ShowNothing();
-    }
-    Refuse("Deposit " + name +
-               " was changed on another workstation since it was loaded.  Nothing was saved: look at what is "
-               "shown now, and mark it again.",
-           "txtDateSequence");
+    const bool there = tables_.deposits.SeekDeposit(loaded_->dated, loaded_->sequence);
+    ShowChanged("Deposit " + name, "saved",
+                [&] { there ? ShowDeposit(tables_.deposits.Read()) : ShowNothing(); });
+    MarkRefused("txtDateSequence");
     return false;
   }
   Refuse(FailureText(outcome, DepositFailureMessage(outcome, name)), "txtDateSequence");

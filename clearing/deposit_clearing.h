@@ -27,8 +27,10 @@ class FrmEditDepositsClear : public PostingForm {
   void OnLeave(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
+  bool OnKey(std::string_view key) override;
 
   bool OpenRegister() override { return deposits_->Open(bank_code_); }
+  void RefreshRegister() override;
   bool Post() override;
   void RestoreKey() override { ShowKey(); }
   bool IsEntry(const Control& control) const override { return control.name == "chkCleared"; }

@@ -72,6 +72,7 @@ void AddCommands(CLI::App& app, Action& chosen) {
   AddVoucherCommands(app, chosen);
   AddFileCommand(app, chosen);
   AddLedgerCommand(app, chosen);
+  AddReconCommand(app, chosen);
   AddTrialBalanceCommand(app, chosen);
   AddAuditCommand(app, chosen);
   AddUserCommands(app, chosen);

@@ -1,8 +1,6 @@
 #include "cli/office.h"
 
-#ifdef TALLWICK_HAS_PRINT
-#include "print/sheet_files.h"
-#endif
+#include "cli/pdf_module.h"
 #include "core/system_ports.h"
 #include "core/text.h"
 #include "shell/bank_select.h"
@@ -111,10 +109,9 @@ std::optional<std::int32_t> Office::BankAccountingDay() {
   return bank ? std::optional(bank->accounting.day) : std::nullopt;
 }
 
-bool Office::PrintInto([[maybe_unused]] const std::string& path) {
-#ifdef TALLWICK_HAS_PRINT
-  sheets_ = std::make_unique<SheetFilePrinter>(path, &boxes_);
-#endif
+bool Office::PrintInto(const std::string& path) {
+  const SheetPrinterMaker make = LoadSheetPrinterMaker();
+  if (make != nullptr) sheets_.reset(make(path.c_str(), &boxes_));
   return sheets_ != nullptr;
 }
 

@@ -47,8 +47,8 @@ class Office {
   // The accounting day of --bank, which decides the form of its periods (0 = month and year). Nullopt after a
   // message.
   std::optional<std::int32_t> BankAccountingDay();
-  // Lets checks be printed, into this PDF file; before the company is opened. False when this program was
-  // built without printing.
+  // Lets checks be printed, into this PDF file; before the company is opened. False where the print
+  // module is not installed.
   bool PrintInto(const std::string& path);
   // Who is asked when a screen wants another one opened; null = nobody.
   void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }

@@ -1,22 +1,11 @@
 #include "cli/report_files.h"
 
-#ifdef TALLWICK_HAS_PRINT
-#include "print/pdf_document.h"
-#endif
+#include "cli/pdf_module.h"
 #include "reports/report_pages.h"
 #include "reports/report_rtf.h"
 
 namespace tallwick::cli {
 namespace {
-
-#ifdef TALLWICK_HAS_PRINT
-constexpr bool kHasPrint = true;
-#else
-constexpr bool kHasPrint = false;
-bool WritePdf(const PrintDocument&, const std::string&) {
-  return false;
-}
-#endif
 
 int Tell(Office& office, std::string_view kind, const std::string& path, bool written) {
   if (!written) {
@@ -40,11 +29,13 @@ int SaveReport(Office& office, const ReportDocument& report, const ReportPaths& 
   if (!paths.rtf.empty())
     status = Tell(office, "rtf", paths.rtf, office.Files().Write(paths.rtf, MakeRtf(report)));
   if (paths.pdf.empty() || status != kDone) return status;
-  if (!kHasPrint) {
-    office.Out().Fail("This escrowctl was built without printing.  Use --rtf, or the desktop's build.");
+  const PdfWriter write_pdf = LoadPdfWriter();
+  if (write_pdf == nullptr) {
+    office.Out().Fail(
+        "PDF files need the print module, which is not installed with this escrowctl.  Use --rtf.");
     return kRefused;
   }
-  return Tell(office, "pdf", paths.pdf, WritePdf(MakePages(report), paths.pdf));
+  return Tell(office, "pdf", paths.pdf, write_pdf(MakePages(report), paths.pdf.c_str()));
 }
 
 }  // namespace tallwick::cli

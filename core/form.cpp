@@ -35,7 +35,8 @@ void MarkRow(Control& control) {
 bool HasRow(const Control& control, int row) {
   if (row < 1) return false;
   if (control.kind == ControlKind::kGrid) {
-    return control.source && static_cast<std::size_t>(row) <= control.source->RowCount();
+    const auto rows = static_cast<std::size_t>(row);
+    return control.source && (rows <= control.source->RowsKnown() || rows <= control.source->RowCount());
   }
   return static_cast<std::size_t>(row) <= control.rows.size();
 }
@@ -175,6 +176,12 @@ bool Form::Key(std::string_view key) {
 bool Form::UseMode(std::string_view mode) {
   if (!open_) return false;
   return !LeaveCurrent() || OnMode(mode);
+}
+
+void Form::LetWork() {
+  if (face_ != nullptr && face_->TakesWork()) return;
+  while (WorkOn(std::chrono::hours(1))) {
+  }
 }
 
 bool Form::Close() {

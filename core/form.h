@@ -9,6 +9,7 @@
 // takes none.
 #pragma once
 
+#include <chrono>
 #include <deque>
 #include <functional>
 #include <memory>
@@ -56,6 +57,16 @@ class RowSource {
   // The row that a typed text names, found without reading the rows before it; nullopt where only a look at
   // the rows themselves can tell.
   virtual std::optional<std::size_t> FindRow(std::string_view) { return std::nullopt; }
+
+  // A source that reads many records gives its first rows at once and the others in steps: RowCount reads to
+  // the end, RowsKnown does not. Rows are added at the end, so that those known stay where they are.
+  virtual std::size_t RowsKnown() { return RowCount(); }
+  // Reads on for about this long; false when there is nothing more to read.
+  virtual bool ReadOn(std::chrono::milliseconds) { return false; }
+  virtual int PercentRead() { return 100; }
+  // What the rows add up to, as a person reads it; "" while it is not known, or where there is nothing to
+  // add.
+  virtual std::string Total() { return {}; }
 };
 
 struct Control {
@@ -95,6 +106,9 @@ class Form {
     // Called again and again while long work runs within an event: draws what has changed, and says whether
     // the person has asked to stop since the work began. Nothing else that the person does gets through.
     virtual bool StopAsked() { return false; }
+    // Long work waits that may be done in slices. True when the face will call WorkOn until it gives false,
+    // and lets the person do other things in between; false when the form is to do all of it now.
+    virtual bool TakesWork() { return false; }
   };
 
   Form(std::string name, MessageBoxes& boxes);
@@ -130,6 +144,8 @@ class Form {
   // Asked for in a mode of the screen while it is open; "" is the usual one. False for a screen that keeps
   // the mode it was opened in.
   bool UseMode(std::string_view mode);
+  // Does the work that waits for about this long; true while there is more.
+  bool WorkOn(std::chrono::milliseconds budget) { return open_ && OnWork(budget); }
   // Asks what must be asked and closes. False when the user or a refusal kept it open.
   bool Close();
 
@@ -164,6 +180,8 @@ class Form {
   MessageBoxes& Boxes() { return boxes_; }
   bool StopAsked() { return face_ != nullptr && face_->StopAsked(); }
   const std::string& Text(std::string_view name, int index = 0);
+  // Has the face call OnWork until it gives false, or does so at once where the face does not.
+  void LetWork();
 
   virtual void OnOpen() {}
   virtual void OnEnter(Control&) {}
@@ -177,6 +195,8 @@ class Form {
   virtual bool OnKey(std::string_view) { return false; }
   // The screen changes to a mode in place; false where it does not.
   virtual bool OnMode(std::string_view) { return false; }
+  // A slice of the work that waits, of about this length; true while there is more.
+  virtual bool OnWork(std::chrono::milliseconds) { return false; }
   // False keeps the form open.
   virtual bool OnClose() { return true; }
 
@@ -225,8 +245,7 @@ class ScreenOpener {
   virtual ~ScreenOpener() = default;
   virtual void OpenScreen(std::string_view screen, std::string_view mode) = 0;
   // The same, and shows the item that these texts look up.
-  virtual void OpenItem(std::string_view screen, std::string_view mode,
-                        const std::vector<KeyText>& /*key*/) {
+  virtual void OpenItem(std::string_view screen, std::string_view mode, const std::vector<KeyText>& /*key*/) {
     OpenScreen(screen, mode);
   }
   // Whether there is such a screen, and it opens in this mode.

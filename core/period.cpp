@@ -64,14 +64,6 @@ bool IsPossible(const Period& period) {
 
 }  // namespace
 
-std::int32_t MakeKey(std::int32_t year, std::int32_t month, std::int32_t day) {
-  return year * 10000 + month * 100 + day;
-}
-
-std::int32_t MakeKey(const Period& period) {
-  return MakeKey(period.year, period.month, period.day);
-}
-
 Period SplitKey(std::int32_t key) {
   Period period;
   period.year = key / 10000;

@@ -31,8 +31,12 @@ struct RunState {
 };
 
 // year * 10000 + month * 100 + day: the one form in which periods are compared.
-std::int32_t MakeKey(std::int32_t year, std::int32_t month, std::int32_t day);
-std::int32_t MakeKey(const Period& period);
+constexpr std::int32_t MakeKey(std::int32_t year, std::int32_t month, std::int32_t day) {
+  return year * 10000 + month * 100 + day;
+}
+constexpr std::int32_t MakeKey(const Period& period) {
+  return MakeKey(period.year, period.month, period.day);
+}
 Period SplitKey(std::int32_t key);
 
 // Reads a period typed by a person: month, day (or none) and year, separated by the first of - / . , or a

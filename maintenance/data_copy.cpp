@@ -37,9 +37,8 @@ class CopyRun {
  private:
   std::string WhatStays() const {
     if (outcome_.failed.empty()) return {};
-    return "\r\rThe files copied until then stay in the copy folder, marked as incomplete.  See that its "
-           "disk "
-           "has room and may be written, and copy again.";
+    return "\r\rThe files copied until then stay in the copy folder, marked as incomplete.  See that "
+           "its disk has room and may be written, and copy again.";
   }
 
   bool IsConfirmed() {

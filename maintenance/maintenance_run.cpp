@@ -97,7 +97,7 @@ class Walk {
     TableBase files(session_.Home(), *table.layout);
     if (!files.Exists(table.bank_code)) {
       if (const std::string why = files.WhyLost(); !why.empty())
-        return {table.Name(), false, "is missing, but it was there: " + why + ".  Restore it from a copy"};
+        return {table.Name(), false, "is missing, but " + why + ".  Restore it from a copy"};
       const int code = files.Create(table.bank_code);
       return {table.Name(), code == engine::kSuccess,
               code == engine::kSuccess ? "was missing and has been made, empty" : Failure(code)};

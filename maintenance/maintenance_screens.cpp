@@ -200,7 +200,8 @@ void FrmPurgeFiles::Find() {
 
 void FrmPurgeFiles::ShowFiles(std::vector<ClosedFile> files) {
   files_ = std::move(files);
-  auto rows = std::make_shared<TextRows>(std::vector<std::string>{"File", "Items", "Last period"}, 1);
+  auto rows = std::make_shared<TextRows>(std::vector<std::string>{"File", "Items", "Last period"},
+                                         std::vector<std::size_t>{1});
   int items = 0;
   for (const ClosedFile& file : files_) {
     rows->Add({file.number, Count(file.items), LongForm(SplitKey(file.last_key))});

@@ -6,9 +6,9 @@
 #include <string>
 #include <vector>
 
+#include "core/text_rows.h"
 #include "maintenance/maintenance_run.h"
 #include "maintenance/purge.h"
-#include "maintenance/text_rows.h"
 #include "maintenance/work_form.h"
 
 namespace tallwick {

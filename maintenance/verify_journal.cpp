@@ -15,21 +15,18 @@ std::vector<CompanyProblem> VerifyJournal(const TableHome& home) {
       break;
     case engine::JournalState::kWaiting:
       add(std::to_string(waiting) +
-              " finished units of work wait to be brought to the tables: their workstation stopped too "
-              "early. "
-              "The next program to open the company does it",
+              " finished units of work wait to be brought to the tables: their workstation stopped "
+              "too early. The next program to open the company does it",
           FinishUnits());
       break;
     case engine::JournalState::kForeign:
-      add("is no journal, or its head is damaged: nobody can post until it is out of the way. It may hold "
-          "posts "
-          "that the tables lack; keep it, and compare the last posts with paper",
+      add("is no journal, or its head is damaged: nobody can post until it is out of the way. It may "
+          "hold posts that the tables lack; keep it, and compare the last posts with paper",
           SetJournalAside());
       break;
     case engine::JournalState::kDamaged:
       add("an entry is damaged: after a power cut the units behind it could not be done again. Have "
-          "everybody "
-          "leave the program; when it does not start then, compare the last posts with paper",
+          "everybody leave the program; when it does not start then, compare the last posts with paper",
           SetJournalAside());
       break;
     case engine::JournalState::kUnreadable:

@@ -16,9 +16,8 @@ std::string Of(std::string_view file_number) {
 
 std::string Fault(ReferenceTarget target) {
   if (target == ReferenceTarget::kUnderAnotherFile)
-    return ", which stands under another file: compare both with the paper, and correct the transaction's "
-           "file "
-           "number where it is wrong";
+    return ", which stands under another file: compare both with the paper, and correct the "
+           "transaction's file number where it is wrong";
   return ", which is not there: compare with the paper, and enter the transaction again where it was real";
 }
 

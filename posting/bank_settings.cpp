@@ -1,5 +1,6 @@
 #include "posting/bank_settings.h"
 
+#include <algorithm>
 #include <vector>
 
 #include "core/text.h"
@@ -12,12 +13,20 @@ bool Names(std::string_view line, std::string_view name) {
   return equals != std::string_view::npos && EqualsIgnoreCase(Trim(line.substr(0, equals)), name);
 }
 
+// A login may be that of a domain, "OFFICE\jdoe".
+std::string FilePart(std::string_view owner) {
+  std::string part(Trim(owner));
+  std::replace_if(
+      part.begin(), part.end(),
+      [](char c) { return std::string_view("\\/:*?\"<>|").find(c) != std::string_view::npos; }, '_');
+  return part;
+}
+
 }  // namespace
 
 BankSettings::BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind,
-                           std::string_view bank_code)
-    : files_(files),
-      path_(std::string(data_path) + std::string(kind) + std::string(Trim(bank_code)) + ".dat") {}
+                           std::string_view owner)
+    : files_(files), path_(std::string(data_path) + std::string(kind) + FilePart(owner) + ".dat") {}
 
 std::optional<std::string> BankSettings::Get(std::string_view name) const {
   const std::optional<std::string> text = files_.Read(path_);

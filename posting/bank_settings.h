@@ -1,7 +1,8 @@
-// Settings of a bank's check stock, in small text files of the data path: one "name=value" a line, names
-// without regard to case. "MICR_Print_<bank>.dat" holds the MICR line and the next check number,
-// "Check_Print_<bank>.dat" the check layout, "Positive_Pay_<bank>.dat" the positive-pay export. A line that
-// is no setting stays as it is.
+// Settings in small text files of the data path: one "name=value" a line, names without regard to case. Of a
+// bank's check stock, "MICR_Print_<bank>.dat" holds the MICR line and the next check number,
+// "Check_Print_<bank>.dat" the check layout, "Positive_Pay_<bank>.dat" the positive-pay export;
+// "User_Options_<login>.dat" holds what a user has chosen on the posting screens. A line that is no setting
+// stays as it is.
 #pragma once
 
 #include <optional>
@@ -15,15 +16,16 @@ namespace tallwick {
 inline constexpr std::string_view kMicrSettings = "MICR_Print_";
 inline constexpr std::string_view kCheckLayoutSettings = "Check_Print_";
 inline constexpr std::string_view kPositivePaySettings = "Positive_Pay_";
+inline constexpr std::string_view kUserOptions = "User_Options_";
 
 // In the MICR settings: the number that the next check gets where it is higher than the last one posted.
 inline constexpr std::string_view kNextCheckNumber = "NextCheckNumber";
 
 class BankSettings {
  public:
-  // `kind` is one of the names above; `data_path` ends with "\".
-  BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind,
-               std::string_view bank_code);
+  // `kind` is one of the names above; `data_path` ends with "\". `owner` is the code of a bank or the login
+  // of a user, of which the file's name takes what file names can hold.
+  BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind, std::string_view owner);
   // The trimmed value; nullopt when there is none.
   std::optional<std::string> Get(std::string_view name) const;
   // False when the file could not be written; it is then as it was.

@@ -17,7 +17,6 @@ struct CommandText {
 };
 constexpr CommandText kCommands[] = {
     {"mnuFilePrint", "&Print Check"},
-    {"mnuFilePrintChecks", "Print Se&veral Checks..."},
     {"mnuEditPostChecks", "&Post Checks"},
     {"mnuEditClearChecks", "&Clear Checks"},
     {"mnuEditVoidChecks", "&Void Checks"},
@@ -26,9 +25,6 @@ constexpr CommandText kCommands[] = {
     {"mnuEditRemoveCheck", "Remo&ve Check"},
     {"mnuEditUseNextHigherCheckNumber", "Use Next &Higher Check Number"},
     {"mnuEditAddressBook", "&Address Book"},
-    {"mnuEditPostDeposits", "Post &Deposits..."},
-    {"mnuEditVouchers", "&Vouchers..."},
-    {"mnuEditWireTransfers", "&Wire Transfers..."},
     {"mnuViewNumber", "By &Number", 1},
     {"mnuViewPayee", "By &Payee"},
     {"mnuViewAmount", "By &Amount"},
@@ -37,9 +33,6 @@ constexpr CommandText kCommands[] = {
     {"mnuOptionsCleared", "&Cleared"},
     {"mnuOptionsVoids", "&Voids"},
     {"mnuOptionsStopPayment", "&Stop Payment"},
-    {"mnuOptionsWarnHigherNumber", "&Warn of Higher Number", 1},
-    {"mnuOptionsUsePrintPreview", "Use Print Pre&view"},
-    {"mnuOptionsDefaultPeriod", "Fill Blank Accounting &Periods"},
 };
 
 using Kind = CheckMode::Kind;
@@ -74,44 +67,30 @@ constexpr ListChoice kLists[] = {{"cmdListAll", "mnuOptionsAll", Only::kAll},
                                  {"cmdListVoids", "mnuOptionsVoids", Only::kVoided},
                                  {"cmdListStopPayment", "mnuOptionsStopPayment", Only::kStopped}};
 
-struct ScreenChoice {
-  std::string_view command;
-  std::string_view screen;
-  int right;
-  std::string_view mode = "Posting";
-};
-constexpr ScreenChoice kScreens[] = {
-    {"mnuFilePrintChecks", "frmPrintChecks", kRightPostChecks, ""},
-    {"mnuEditPostDeposits", "frmEditDepositsPost", kRightPostDeposits},
-    {"mnuEditVouchers", "frmEditVouchersPost", kRightPostChecks},
-    {"mnuEditWireTransfers", "frmEditWiresPost", kRightWires},
-};
-
 }  // namespace
 
 void FrmEditChecksPost::AddCommands() {
   for (const CommandText& command : kCommands) {
     Add(ControlKind::kMenu, std::string(command.name), std::string(command.caption)).value = command.value;
   }
-  At("mnuOptionsDefaultPeriod").value = session_.Run().default_period ? 1 : 0;
+  Add(ControlKind::kMenu, "mnuToolsCalendar", "&Calendar");
+  AddRoutes({"mnuEditPostDeposits", "mnuEditVouchers", "mnuEditWireTransfers", "mnuEditReconcileAccount",
+             "mnuViewFileLedgers", "mnuReportsChecks", "mnuReportsDeposits", "mnuReportsVouchers",
+             "mnuReportsEscrowAnalysis", "mnuToolsCalculator"});
+  AddOption("mnuOptionsWarnHigherNumber", "&Warn of Higher Number", true);
+  AddOption("mnuOptionsUsePrintPreview", "Use Print Pre&view", false);
+  AddOption("mnuOptionsDefaultPeriod", "Fill Blank Accounting &Periods", session_.Run().default_period);
+  session_.Run().default_period = IsOn("mnuOptionsDefaultPeriod");
   for (const ModeCommand& one : kModeCommands) {
     const int right = CheckModeOf(one.mode).right;
     At(one.command).enabled = session_.MayUse(right);
   }
-  for (const ScreenChoice& one : kScreens) At(one.command).enabled = session_.MayUse(one.right);
 }
 
 void FrmEditChecksPost::OnMenu(Control& control) {
-  PostingForm::OnMenu(control);
   const std::string_view command = control.name;
-  if (command == "mnuOptionsWarnHigherNumber" || command == "mnuOptionsUsePrintPreview") {
-    SetValue(command, control.value == 0 ? 1 : 0);
-  }
-  if (command == "mnuOptionsDefaultPeriod") {
-    bool& fills = session_.Run().default_period;
-    fills = !fills;
-    SetValue(command, fills ? 1 : 0);
-  }
+  if (ToggleOption(command)) session_.Run().default_period = IsOn("mnuOptionsDefaultPeriod");
+  if (command == "mnuToolsCalendar") SetFocus("txtCheckDated");
   if (command == "mnuFilePrint") Print();
   if (command == "mnuEditUseNextHigherCheckNumber") UseNextNumber();
   if (command == "mnuEditRenumberCheck") BeginRenumbering();
@@ -120,8 +99,7 @@ void FrmEditChecksPost::OnMenu(Control& control) {
   for (const ModeCommand& one : kModeCommands) {
     if (one.command == command) OnMode(CheckModeOf(one.mode).name);
   }
-  if (ListCommand(command) || OrderCommand(command)) return;
-  ScreenCommand(command);
+  if (!ListCommand(command) && !OrderCommand(command)) GoTo(command);
 }
 
 bool FrmEditChecksPost::ListCommand(std::string_view command) {
@@ -143,15 +121,6 @@ bool FrmEditChecksPost::OrderCommand(std::string_view command) {
   register_->ShowOrder(chosen->order);
   RowsChanged("lstCheckNumbers");
   return true;
-}
-
-bool FrmEditChecksPost::ScreenCommand(std::string_view command) {
-  for (const ScreenChoice& one : kScreens) {
-    if (one.command != command) continue;
-    opener_.OpenScreen(one.screen, one.mode);
-    return true;
-  }
-  return false;
 }
 
 // --- Modes ---

@@ -131,11 +131,16 @@ void FrmEditChecksPost::OfferRemovalOfZero() {
       "\r\nAmount: " + AmountText(check.amount) + "\r\n\r\nData will be removed.";
   const BoxAnswer answer =
       Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kOkCancel, BoxAnswer::kCancel});
-  if (answer == BoxAnswer::kOk && Remove(check)) AfterWriting();
+  if (answer == BoxAnswer::kOk && MayWrite() && Remove(check)) AfterWriting();
 }
 
 bool FrmEditChecksPost::Remove(const CheckRecord& check) {
   const PostOutcome outcome = RemoveCheck(tables_, session_.Company().xrefs, bank_code_, check);
+  if (outcome.code == kChangedElsewhere && tables_.checks.SeekNumber(check.number)) {
+    const CheckRecord theirs = tables_.checks.Read();
+    ShowChanged("Check " + check.number, "removed", [&] { ShowCheck(theirs); });
+    return false;
+  }
   if (!outcome.Done()) {
     ReportFailure(outcome, check.number);
     return false;
@@ -156,7 +161,7 @@ void FrmEditChecksPost::WarnOfNumber() {
   const bool enters = Is(CheckMode::Kind::kPosting) || Is(CheckMode::Kind::kVoiding);
   if (loaded_ || !enters || number == warned_number_) return;
   warned_number_ = number;
-  const bool gap_wanted = At("mnuOptionsWarnHigherNumber").value != 0;
+  const bool gap_wanted = IsOn("mnuOptionsWarnHigherNumber");
   SetCaption("lblHighestCheckNumber", gap_wanted ? GapWarning(number, numbering_.Last()) : "");
   const std::string warning = InventoryWarning(number, bank_);
   if (!warning.empty()) Boxes().Exclaim(Caption(), warning);
@@ -219,7 +224,7 @@ void FrmEditChecksPost::LookUpVoucher() {
   }
   const VoucherRecord voucher = tables_.vouchers.Read();
   SetCaption("lblVoucherInformation", VoucherSummary(voucher));
-  FillAmountFrom(voucher);
+  FillFrom(voucher);
   const Currency amount = Currency::ParseTyped(Text("txtCheckAmount")).value_or(Currency());
   const std::string warnings = VoucherWarnings(voucher, amount, Text("txtCheckFileNumber"), Text(kNumber));
   if (!warnings.empty()) Boxes().Inform(Caption(), warnings);
@@ -251,8 +256,11 @@ void FrmEditChecksPost::OfferVoucher() {
   LookUpVoucher();
 }
 
-void FrmEditChecksPost::FillAmountFrom(const VoucherRecord& voucher) {
-  if (!loaded_ && Text("txtCheckAmount").empty()) SetText("txtCheckAmount", AmountText(voucher.amount));
+// What is blank in a new check comes from its voucher.
+void FrmEditChecksPost::FillFrom(const VoucherRecord& voucher) {
+  if (loaded_) return;
+  if (Text("txtCheckAmount").empty()) SetText("txtCheckAmount", AmountText(voucher.amount));
+  if (Text("txtCheckPayee").empty()) SetText("txtCheckPayee", voucher.payee);
 }
 
 }  // namespace tallwick

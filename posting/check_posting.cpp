@@ -4,12 +4,15 @@
 
 #include "audit/audit_trail.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 
 namespace tallwick {
 namespace {
 
 constexpr PostingScreen kScreen{"frmEditChecksPost", "Post Checks - ", "Bank ID Code no longer valid...",
-                                kAuditPostCheck};
+                                kAuditPostCheck, kRightPostChecks};
+
+constexpr PayeeEntries kPayeeEntries{"txtCheckPayee", "txtCheckAddr1", "txtCheckAddr2", "txtCheckCityState"};
 
 constexpr std::string_view kNumber = "txtCheckNumber";
 
@@ -23,9 +26,6 @@ constexpr ButtonText kButtons[] = {
     {"cmdPrint", "Prin&t"},
     {"cmdDone", "Do&ne"},
     {"cmdCalendar", "Calendar"},
-    {"cmdRolodex", "Payees"},
-    {"cmdUsePayee", "Use Pa&yee"},
-    {"cmdClosePayees", "Close Payees"},
     {"cmdListAll", "&List All"},
     {"cmdListOutstanding", "&List Outstanding"},
     {"cmdListCleared", "&List Cleared"},
@@ -37,12 +37,10 @@ constexpr ButtonText kButtons[] = {
 
 FrmEditChecksPost::FrmEditChecksPost(Session& session, ScreenOpener& opener, CheckMode::Kind mode,
                                      const CheckPorts& ports)
-    : PostingForm(session, kScreen),
-      opener_(opener),
+    : PayeePostingForm(session, kScreen, &opener, kPayeeEntries),
       mode_(&CheckModeOf(mode)),
       ports_(ports),
-      register_(std::make_shared<CheckRegister>(session.Home())),
-      payees_(session.Company().agent) {
+      register_(std::make_shared<CheckRegister>(session.Home())) {
   AddControls();
   AddCommands();
 }
@@ -61,17 +59,15 @@ void FrmEditChecksPost::AddControls() {
     Add(ControlKind::kLabel, std::string(label));
   }
   Add(ControlKind::kGrid, "lstCheckNumbers", "Checks");
-  Add(ControlKind::kText, "txtFindPayee", "F&ind Payee").visible = false;
-  Add(ControlKind::kGrid, "lstPayees", "Payees").visible = false;
+  AddPayeeLookUp();
   for (const ButtonText& button : kButtons) {
     Add(ControlKind::kButton, std::string(button.name), std::string(button.caption));
   }
-  for (std::string_view button : {"cmdUsePayee", "cmdClosePayees"}) At(button).visible = false;
 }
 
 void FrmEditChecksPost::OnOpen() {
   SetSource("lstCheckNumbers", register_);
-  payees_.Refresh();
+  PayeePostingForm::OnOpen();
   if (const std::string why = ports_.printer != nullptr ? ports_.printer->WhyNot() : ""; !why.empty()) {
     Boxes().Exclaim(Caption(), why);
   }
@@ -95,18 +91,12 @@ void FrmEditChecksPost::OnLeave(Control& control) {
   if (control.name == "txtCheckVoucherNumber") LookUpVoucher();
 }
 
-void FrmEditChecksPost::OnChange(Control& control) {
-  if (control.name == "txtCheckPayee") OfferPayees();
-  if (control.name == "txtFindPayee") ShowFoundPayees();
-}
-
 void FrmEditChecksPost::OnChoose(Control& control) {
-  if (control.name == "txtCheckPayee") TakeOffer();
+  PayeePostingForm::OnChoose(control);
   if (control.name != "lstCheckNumbers" || control.selected == 0) return;
   const std::string number = register_->NumberAt(static_cast<std::size_t>(control.selected) - 1);
   if (number.empty()) {
-    register_->Refresh();
-    RowsChanged("lstCheckNumbers");
+    RefreshRegister();
   } else if (MayLeaveCheck()) {
     OpenNumber(number);
   }
@@ -117,26 +107,14 @@ void FrmEditChecksPost::OnClick(Control& control) {
   if (control.name == "cmdSetOutstanding") PostStatus("O");
   if (control.name == "cmdPrint") Print();
   if (control.name == "cmdDone") Close();
-  if (control.name == "cmdRolodex") OpenPayees();
-  if (control.name == "cmdUsePayee") UsePayee();
-  if (control.name == "cmdClosePayees") ClosePayees();
-  ListCommand(control.name);
+  if (!ListCommand(control.name)) PayeePostingForm::OnClick(control);
 }
 
 bool FrmEditChecksPost::OnKey(std::string_view key) {
   const Control* focus = Focus();
   const std::string_view at = focus != nullptr ? std::string_view(focus->name) : "";
-  const bool among_payees = at == "txtFindPayee" || at == "lstPayees";
-  if (key == "F4" && at == "txtCheckPayee") {
-    OpenPayees();
-    return true;
-  }
   if (key == "F4" && at == "txtCheckVoucherNumber") {
     OfferVoucher();
-    return true;
-  }
-  if (key == "Enter" && among_payees) {
-    UsePayee();
     return true;
   }
   // A check is seen before its status changes.
@@ -151,15 +129,18 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     Print();
     return true;
   }
-  if (key == "Esc" && At("lstPayees").visible) {
-    ClosePayees();
-    return true;
-  }
-  if (key == "Esc" && renumbering_) {
+  const bool among_payees = At("lstPayees").visible;
+  if (key == "Esc" && !among_payees && register_->IsSorting()) return OrderCommand("mnuViewNumber");
+  if (key == "Esc" && !among_payees && renumbering_) {
     ShowCheck(CheckRecord(*loaded_));
     return true;
   }
-  return PostingForm::OnKey(key);
+  return PayeePostingForm::OnKey(key);
+}
+
+void FrmEditChecksPost::RefreshRegister() {
+  register_->Refresh();
+  RowsChanged("lstCheckNumbers");
 }
 
 // --- Changes that are not posted yet ---
@@ -206,7 +187,7 @@ void FrmEditChecksPost::Print() {
     return;
   }
   if (check.payee.empty()) Boxes().Exclaim(Caption(), "WARNING - Payee name is blank...");
-  const bool preview = At("mnuOptionsUsePrintPreview").value == 1;
+  const bool preview = IsOn("mnuOptionsUsePrintPreview");
   const CheckOnPaper paper = MakeCheckOnPaper(check, bank_code_, Text("txtRemittanceAdvice"));
   if (ports_.printer->Print(paper, bank_, preview)) printed_ = !loaded_;
 }

@@ -6,8 +6,8 @@
 // txtCheckStmtPeriod and txtCheckReason (of a change of status), txtCheckStatus (the status as the audit
 // trail sees it, never shown); the labels lblLastCheckNumber (last or next number), lblHighestCheckNumber
 // (gap warning), lblCheckStatus, lblVoucherInformation, lblEditMessage; the register lstCheckNumbers with the
-// buttons that choose what it lists; the payee look-up txtFindPayee, lstPayees, cmdUsePayee, which cmdRolodex
-// opens; the buttons cmdOk, cmdSetOutstanding, cmdPrint, cmdDone; the commands of check_commands.cpp.
+// buttons that choose what it lists; the payee look-up of payee_posting_form.h; the buttons cmdOk,
+// cmdSetOutstanding, cmdPrint, cmdDone; the commands of check_commands.cpp.
 //
 // Invariant: loaded_ is the posted check that the entries show, as it was read; without it the entries are a
 // new check. Nothing is written but by Post and the two commands that say so, and there only when every test
@@ -24,13 +24,12 @@
 #include "posting/check_numbering.h"
 #include "posting/check_ports.h"
 #include "posting/check_register.h"
-#include "posting/payee_book.h"
+#include "posting/payee_posting_form.h"
 #include "posting/post_check.h"
-#include "posting/posting_form.h"
 
 namespace tallwick {
 
-class FrmEditChecksPost : public PostingForm {
+class FrmEditChecksPost : public PayeePostingForm {
  public:
   // Works on the session's selected bank, also when another is selected later.
   FrmEditChecksPost(Session& session, ScreenOpener& opener, CheckMode::Kind mode = CheckMode::Kind::kPosting,
@@ -40,7 +39,6 @@ class FrmEditChecksPost : public PostingForm {
   void OnOpen() override;
   void OnEnter(Control& control) override;
   void OnLeave(Control& control) override;
-  void OnChange(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
@@ -48,12 +46,14 @@ class FrmEditChecksPost : public PostingForm {
   bool OnClose() override { return MayLeaveCheck(); }
   // Goes on in another mode with the posted check that is shown.
   bool OnMode(std::string_view mode) override;
-  std::string FileNumber() override { return Text("txtCheckFileNumber"); }
   bool OpenRegister() override { return register_->Open(bank_code_); }
+  void RefreshRegister() override;
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
   bool IsPosted() const override { return loaded_.has_value(); }
+  int Right() const override { return mode_->right; }
+  std::string CurrentFile() override { return std::string(Trim(Text("txtCheckFileNumber"))); }
 
  private:
   void AddControls();
@@ -64,7 +64,6 @@ class FrmEditChecksPost : public PostingForm {
   // Commands (check_commands.cpp).
   bool ListCommand(std::string_view command);
   bool OrderCommand(std::string_view command);
-  bool ScreenCommand(std::string_view command);
   void SwitchTo(const CheckMode& mode);
   void UseNextNumber();
   void BeginRenumbering();
@@ -89,18 +88,8 @@ class FrmEditChecksPost : public PostingForm {
   bool MayEnter(const Control& control, bool restricted) const;
   void LookUpVoucher();
   void OfferVoucher();
-  void FillAmountFrom(const VoucherRecord& voucher);
+  void FillFrom(const VoucherRecord& voucher);
   bool MayLeaveCheck();
-
-  // Payees (check_payee.cpp).
-  void OfferPayees();
-  void TakeOffer();
-  void ShowPayee(const Payee& payee);
-  void OpenPayees();
-  void ClosePayees();
-  void ShowFoundPayees();
-  void UsePayee();
-  void KeepPayee(const CheckRecord& check);
 
   // Posting (check_posting_save.cpp). True when the check was written.
   bool PostEntry();
@@ -119,12 +108,9 @@ class FrmEditChecksPost : public PostingForm {
   void AfterWriting();
   void Print();
 
-  ScreenOpener& opener_;
   const CheckMode* mode_;
   const CheckPorts ports_;
   std::shared_ptr<CheckRegister> register_;
-  std::shared_ptr<PayeeRows> payee_rows_ = std::make_shared<PayeeRows>();
-  PayeeBook payees_;
   CheckNumbering numbering_;
   std::optional<CheckRecord> loaded_;
   bool renumbering_ = false;      // the number entry is the new number of loaded_

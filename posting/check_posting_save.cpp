@@ -8,6 +8,13 @@
 #include "shell/company_tables.h"
 
 namespace tallwick {
+namespace {
+
+Payee PayeeOf(const CheckRecord& check) {
+  return {check.payee, check.address1, check.address2, check.city_state};
+}
+
+}  // namespace
 
 bool FrmEditChecksPost::Post() {
   if (Is(CheckMode::Kind::kViewing)) return false;
@@ -110,7 +117,7 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
   }
   last_posted_ = check.number;
   AuditAs(mode_->audit_tx, kAuditAdd, check.number);
-  KeepPayee(check);
+  KeepPayee(PayeeOf(check));
   TellPositivePay(check);
   AfterWriting();
   return true;
@@ -136,7 +143,7 @@ bool FrmEditChecksPost::WriteChanged(const CheckRecord& check, int audit_tx) {
   const bool new_status = check.status != loaded_->status;
   if (SetsStatus()) SetText("txtCheckStatus", StatusWord(check));
   AuditAs(audit_tx, kAuditSave, check.number);
-  if (!new_status) KeepPayee(check);
+  if (!new_status) KeepPayee(PayeeOf(check));
   if (renumbering_) TellPositivePay(*loaded_, true);
   if (loaded_->status != "C") TellPositivePay(check);
   AfterWriting();
@@ -207,8 +214,7 @@ void FrmEditChecksPost::TellPositivePay(const CheckRecord& check, bool is_gone) 
 }
 
 void FrmEditChecksPost::AfterWriting() {
-  register_->Refresh();
-  RowsChanged("lstCheckNumbers");
+  RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   BeginNext();
 }

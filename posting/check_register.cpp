@@ -9,7 +9,7 @@ namespace tallwick {
 
 bool CheckRegister::Open(std::string_view bank_code) {
   if (checks_.Open(bank_code) <= 0) return false;
-  CountAgain();
+  BeginAgain();
   return true;
 }
 
@@ -17,38 +17,41 @@ void CheckRegister::ShowOrder(Order order) {
   if (order == order_) return;
   order_ = order;
   UseTag(order == Order::kPayee ? "CHXPAYEE" : "CHXNUMBER", order == Order::kPayee);
-  CountAgain();
+  BeginAgain();
 }
 
 void CheckRegister::ShowOnly(Only only) {
   if (only == only_) return;
   only_ = only;
-  CountAgain();
+  BeginAgain();
 }
 
-bool CheckRegister::IsWanted() {
+std::vector<int> CheckRegister::WantedParts() {
   const std::string status =
       checks_.Data().GetStringFieldValueByPointer(checks_.Handle(), checks_.Field("CHXSTATUS"));
-  switch (only_) {
-    case Only::kCleared:
-      return status == "C";
-    case Only::kVoided:
-      return status == "V";
-    case Only::kStopped:
-      return status == "S";
-    case Only::kOutstanding:
-      return status == "O" || status == "H";
-    case Only::kAll:
-      break;
-  }
-  return true;
+  const auto shown = [&] {
+    switch (only_) {
+      case Only::kCleared:
+        return status == "C";
+      case Only::kVoided:
+        return status == "V";
+      case Only::kStopped:
+        return status == "S";
+      case Only::kOutstanding:
+        return status == "O" || status == "H";
+      case Only::kAll:
+        break;
+    }
+    return true;
+  };
+  return shown() ? std::vector{0} : std::vector<int>();
 }
 
-Currency CheckRegister::SortValue() {
+Currency CheckRegister::Amount(int) {
   return checks_.Data().GetCurrencyFieldValueByPointer(checks_.Handle(), checks_.Field("CHXAMOUNT"));
 }
 
-CheckRegister::Shown CheckRegister::ReadRow() {
+CheckRegister::Shown CheckRegister::ReadRow(int) {
   clsKVRData& data = checks_.Data();
   const DataHandle table = checks_.Handle();
   const auto text = [&](std::string_view field) {
@@ -68,13 +71,13 @@ std::optional<std::size_t> CheckRegister::FindRow(std::string_view text) {
   std::size_t first = 0;  // greatest first: the rows before it have more
   for (std::size_t end = RowCount(); first < end;) {
     const std::size_t middle = first + (end - first) / 2;
-    if (GoToRow(middle) && SortValue() > *wanted) {
+    if (GoToRow(middle) && Amount(0) > *wanted) {
       first = middle + 1;
     } else {
       end = middle;
     }
   }
-  const bool found = GoToRow(first) && SortValue() == *wanted;
+  const bool found = GoToRow(first) && Amount(0) == *wanted;
   return found ? std::optional(first) : TableRegister::FindRow(text);
 }
 

@@ -17,6 +17,8 @@ class CheckRegister : public TableRegister {
   void ShowOrder(Order order);
   enum class Only { kAll, kOutstanding, kCleared, kVoided, kStopped };
   void ShowOnly(Only only);
+  // The rows are being put in the order of the amounts.
+  bool IsSorting() { return IsSorted() && RowsKnown() == 0 && PercentRead() < 100; }
 
   std::vector<std::string> Headings() const override;
   bool IsNumeric(std::size_t column) const override;
@@ -27,11 +29,11 @@ class CheckRegister : public TableRegister {
   std::string NumberAt(std::size_t row);
 
  private:
-  Shown ReadRow() override;
-  bool IsWanted() override;
+  Shown ReadRow(int part) override;
+  Currency Amount(int part) override;
+  std::vector<int> WantedParts() override;
   bool HasFilter() const override { return only_ != Only::kAll; }
   bool IsSorted() const override { return order_ == Order::kAmount; }
-  Currency SortValue() override;
   std::vector<SearchKey> KeysFor(std::string_view text) const override;
 
   CheckTable checks_;

@@ -4,15 +4,16 @@
 #include "core/text_format.h"
 #include "posting/deposit_facts.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 
 namespace tallwick {
 namespace {
 
 constexpr PostingScreen kScreen{"frmEditDepositsPost", "Post Deposits - ", "Bank ID Code no longer valid...",
-                                kAuditPostDeposit};
+                                kAuditPostDeposit, kRightPostDeposits};
 
 constexpr PostingScreen kViewing{"frmEditDepositsPost", "View Deposits - ", kScreen.bank_gone,
-                                 kAuditPostDeposit};
+                                 kAuditPostDeposit, 0};
 
 struct Command {
   std::string_view control;
@@ -34,8 +35,6 @@ constexpr Command kMenus[] = {
     {"mnuEditCutLineItems", "C&ut Line Items"},
     {"mnuEditPasteLineItems", "&Paste Line Items"},
     {"mnuEditClearPasteBuffer", "&Clear Paste Buffer"},
-    {"mnuOptionsFreeFormatPostedDates", "&Free Format Posted Dates"},
-    {"mnuOptionsFileCheck", "&Check File Numbers"},
 };
 
 // Sequences are stored as numbers: "01" is "1".
@@ -47,10 +46,9 @@ std::string WithoutLeadingZero(std::string_view typed) {
 
 }  // namespace
 
-FrmEditDepositsPost::FrmEditDepositsPost(Session& session, DepositMode mode, DepositSlipPrinter* slips)
-    : PostingForm(session, mode == DepositMode::kViewing ? kViewing : kScreen),
+FrmEditDepositsPost::FrmEditDepositsPost(Session& session, ScreenOpener* opener, DepositMode mode)
+    : PostingForm(session, mode == DepositMode::kViewing ? kViewing : kScreen, opener),
       viewing_(mode == DepositMode::kViewing),
-      slips_(slips),
       deposits_(std::make_shared<DepositRegister>(session.Home())),
       items_(std::make_shared<DepositItemRegister>(session.Home())) {
   AddControls();
@@ -72,7 +70,9 @@ void FrmEditDepositsPost::AddControls() {
   for (const Command& one : kMenus) {
     Add(ControlKind::kMenu, std::string(one.control), std::string(one.caption));
   }
-  At("mnuOptionsFileCheck").value = 1;
+  AddOption("mnuOptionsFreeFormatPostedDates", "&Free Format Posted Dates", false);
+  AddOption("mnuOptionsFileCheck", "&Check File Numbers", true);
+  AddRoutes({"mnuViewFileLedgers"});
 }
 
 void FrmEditDepositsPost::AddRow(int row) {
@@ -147,7 +147,6 @@ void FrmEditDepositsPost::OnClick(Control& control) {
 }
 
 void FrmEditDepositsPost::OnMenu(Control& control) {
-  PostingForm::OnMenu(control);
   if (control.name == "mnuEditUseTodaysDateandNextSequence" && MayDropChanges(UnsavedQuestion())) {
     BeginNew(session_.TheClock().Now().date);
   }
@@ -156,7 +155,8 @@ void FrmEditDepositsPost::OnMenu(Control& control) {
   if (control.name == "mnuEditPasteLineItems") PasteRows();
   if (control.name == "mnuEditClearPasteBuffer") GiveUpBuffer();
   if (control.name == "mnuOptionsFreeFormatPostedDates") ToggleFreeFormat();
-  if (control.name == "mnuOptionsFileCheck") SetValue(control.name, control.value == 0 ? 1 : 0);
+  if (control.name == "mnuOptionsFileCheck") ToggleOption(control.name);
+  GoTo(control.name);
 }
 
 bool FrmEditDepositsPost::OnKey(std::string_view key) {
@@ -197,14 +197,13 @@ bool FrmEditDepositsPost::OnClose() {
 // --- Which deposit ---
 
 std::string FrmEditDepositsPost::ShownDate(const Date& date) {
-  const bool free = At("mnuOptionsFreeFormatPostedDates").value == 1;
+  const bool free = IsOn("mnuOptionsFreeFormatPostedDates");
   return free ? FormatDate(date, "mmm d, yyyy") : DisplayDate(date);
 }
 
 void FrmEditDepositsPost::ToggleFreeFormat() {
   const std::optional<Date> date = TypedDate();
-  Control& option = At("mnuOptionsFreeFormatPostedDates");
-  SetValue(option.name, option.value == 0 ? 1 : 0);
+  ToggleOption("mnuOptionsFreeFormatPostedDates");
   if (!date || date->IsEmpty()) return;
   const bool kept = Text("txtDepositDated") == kept_date_;
   SetText("txtDepositDated", ShownDate(*date));
@@ -216,7 +215,7 @@ std::optional<Date> FrmEditDepositsPost::TypedDate() {
   const std::string& typed = Text("txtDepositDated");
   if (IsEmptyDate(typed)) return Date{};
   // The entry shows what was typed freely; it can be read back in either way of typing.
-  const bool free = At("mnuOptionsFreeFormatPostedDates").value == 1;
+  const bool free = IsOn("mnuOptionsFreeFormatPostedDates");
   return free ? ParseFreeDate(typed, session_.TheClock().Now().date) : ParseDisplayDate(typed);
 }
 
@@ -324,7 +323,7 @@ void FrmEditDepositsPost::RestoreKey() {
 void FrmEditDepositsPost::ShowState() {
   SetCaption("lblDepositStatus", loaded_ ? StateOf(*loaded_).text : "Not Posted");
   SetCaption("cmdOk", loaded_ ? "&Ok" : "P&ost Deposit");
-  SetEnabled("cmdDepositSlip", slips_ != nullptr && loaded_.has_value());
+  SetEnabled("cmdDepositSlip", session_.Documents() != nullptr && loaded_.has_value());
   SetEnabled("mnuEditPasteLineItems", !buffer_.empty());
   SetEnabled("mnuEditClearPasteBuffer", !buffer_.empty());
   SetCaption("lblPasteBuffer", buffer_.empty() ? ""

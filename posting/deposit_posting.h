@@ -20,7 +20,6 @@
 #include <vector>
 
 #include "posting/deposit_register.h"
-#include "posting/deposit_slip.h"
 #include "posting/deposit_validation.h"
 #include "posting/posting_form.h"
 
@@ -30,9 +29,9 @@ enum class DepositMode { kPosting, kViewing };
 
 class FrmEditDepositsPost : public PostingForm {
  public:
-  // `slips` prints deposit slips; null where nothing can. In the mode "Viewing" nothing can be changed.
-  explicit FrmEditDepositsPost(Session& session, DepositMode mode = DepositMode::kPosting,
-                               DepositSlipPrinter* slips = nullptr);
+  // In the mode "Viewing" nothing can be changed.
+  explicit FrmEditDepositsPost(Session& session, ScreenOpener* opener = nullptr,
+                               DepositMode mode = DepositMode::kPosting);
 
  protected:
   void OnOpen() override;
@@ -45,12 +44,14 @@ class FrmEditDepositsPost : public PostingForm {
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
-  std::string FileNumber() override { return Text("txtFileNumbers", current_row_); }
   bool OpenRegister() override;
+  void RefreshRegister() override;
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
   bool IsPosted() const override { return loaded_.has_value(); }
+  // That of the line that held the cursor last.
+  std::string CurrentFile() override { return RowAt(current_row_).file_number; }
 
  private:
   void AddControls();
@@ -76,7 +77,6 @@ class FrmEditDepositsPost : public PostingForm {
   std::string ShownDate(const Date& date);
   void ListItems(std::string_view status);
   void ListDeposits();
-  void RefreshRegister();
 
   bool GoOnFrom(const Control& control);
 
@@ -108,7 +108,6 @@ class FrmEditDepositsPost : public PostingForm {
   void PrintSlip();
 
   const bool viewing_;
-  DepositSlipPrinter* slips_;
   std::shared_ptr<DepositRegister> deposits_;
   std::shared_ptr<DepositItemRegister> items_;
   bool shows_items_ = false;  // the register lists items

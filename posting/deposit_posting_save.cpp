@@ -2,6 +2,7 @@
 #include "audit/audit_trail.h"
 #include "posting/deposit_facts.h"
 #include "posting/deposit_posting.h"
+#include "posting/deposit_slip.h"
 #include "posting/file_number.h"
 #include "posting/post_deposit.h"
 #include "shell/company_tables.h"
@@ -47,7 +48,7 @@ bool FrmEditDepositsPost::MayPost() {
                       bank_,
                       {}};
   deposit.period = PeriodIn("txtDepositAcctPeriod", &deposit.period_valid);
-  if (At("mnuOptionsFileCheck").value == 1) {
+  if (IsOn("mnuOptionsFileCheck")) {
     deposit.on_file = [this](const std::string& file) { return IsOnFile(session_, file); };
   }
   for (const DepositTest test : DepositTests()) {
@@ -131,7 +132,13 @@ bool FrmEditDepositsPost::RemovePosted() {
   }
   const PostOutcome outcome = RemoveDeposit(tables_, session_.Company().xrefs, bank_code_, deposit);
   if (!outcome.Done()) {
-    // Whoever removes lines shall have seen them: what another workstation made of them is looked up first.
+    // Whoever removes lines shall have seen them, also what another workstation has made of them.
+    const std::optional<DepositRecord> theirs = FindPosted(deposit.dated, deposit.sequence);
+    if (outcome.code == kChangedElsewhere && theirs) {
+      ShowChanged("Deposit " + DepositName(deposit.dated, deposit.sequence), "removed",
+                  [&] { ShowDeposit(*theirs); });
+      return false;
+    }
     Refuse(FailureText(outcome, deposit), "txtDateSequence");
     return false;
   }
@@ -215,7 +222,7 @@ void FrmEditDepositsPost::PrintSlip() {
                             "The deposit has changes that are not posted.  Post it, then print its "
                             "slip.");
   }
-  slips_->PrintDepositSlip(bank_, *loaded_);
+  session_.Documents()->Preview(MakeDepositSlip(session_.TheSuite().CompanyName(), bank_, *loaded_));
 }
 
 }  // namespace tallwick

@@ -11,21 +11,56 @@ namespace {
 
 constexpr std::string_view kTag = "DEPODATED";
 
-bool IsUsed(const DepositItem& item) {
-  return !item.file_number.empty() || !item.amount.IsZero();
+std::vector<SearchKey> DateKeys(std::string_view text) {
+  const std::optional<Date> date = ParseDisplayDate(text);
+  if (!date || date->IsEmpty()) return {};
+  return {{kTag, StoredDate(*date)}};
+}
+
+// On the first deposit with an item of the file, and on the item's cross-reference.
+bool SeekDepositOfFile(DepositXrefTable& xrefs, DepositTable& deposits, std::string_view file) {
+  if (!xrefs.Seek("DXRFFILENO", file)) return false;
+  const DepositXrefRecord xref = xrefs.Read();
+  return deposits.SeekDeposit(xref.dated, xref.sequence);
 }
 
 }  // namespace
+
+void DepositItemFields::LookUp(const DepositTable& deposits) {
+  for (int item = 1; item <= kDepositItems; ++item) {
+    const std::string number = std::to_string(item);
+    items_[static_cast<std::size_t>(item) - 1] = {deposits.Field("DEPOFILE" + number),
+                                                  deposits.Field("DEPOAMT" + number),
+                                                  deposits.Field("DEPOSTAT" + number)};
+  }
+}
+
+Currency DepositItemFields::Amount(const DepositTable& deposits, int item) const {
+  const FieldHandle field = items_[static_cast<std::size_t>(item) - 1].amount;
+  return deposits.Data().GetCurrencyFieldValueByPointer(deposits.Handle(), field);
+}
+
+std::string DepositItemFields::Status(const DepositTable& deposits, int item) const {
+  const FieldHandle field = items_[static_cast<std::size_t>(item) - 1].status;
+  return deposits.Data().GetStringFieldValueByPointer(deposits.Handle(), field);
+}
+
+bool DepositItemFields::IsUsed(const DepositTable& deposits, int item) const {
+  const FieldHandle file = items_[static_cast<std::size_t>(item) - 1].file;
+  return !deposits.Data().GetStringFieldValueByPointer(deposits.Handle(), file).empty() ||
+         !Amount(deposits, item).IsZero();
+}
 
 // --- One row per deposit ---
 
 bool DepositRegister::Open(std::string_view bank_code) {
   if (deposits_.Open(bank_code) <= 0 || xrefs_.Open(bank_code) <= 0) return false;
-  CountAgain();
+  fields_.LookUp(deposits_);
+  BeginAgain();
   return true;
 }
 
-DepositRegister::Shown DepositRegister::ReadRow() {
+DepositRegister::Shown DepositRegister::ReadRow(int) {
   const DepositRecord deposit = deposits_.Read();
   const DepositState state = StateOf(deposit);
   return {{DepositDateText(deposit.dated), deposit.sequence, std::to_string(deposit.item_count),
@@ -35,16 +70,18 @@ DepositRegister::Shown DepositRegister::ReadRow() {
 }
 
 std::vector<SearchKey> DepositRegister::KeysFor(std::string_view text) const {
-  const std::optional<Date> date = ParseDisplayDate(text);
-  if (!date || date->IsEmpty()) return {};
-  return {{kTag, StoredDate(*date)}};
+  return DateKeys(text);
+}
+
+Currency DepositRegister::Amount(int) {
+  Currency total;
+  for (int item = 1; item <= kDepositItems; ++item) total += fields_.Amount(deposits_, item);
+  return total;
 }
 
 std::optional<std::size_t> DepositRegister::FindRow(std::string_view text) {
   if (const std::optional<std::size_t> row = TableRegister::FindRow(text)) return row;
-  if (!xrefs_.Seek("DXRFFILENO", text)) return std::nullopt;
-  const DepositXrefRecord xref = xrefs_.Read();
-  if (!deposits_.SeekDeposit(xref.dated, xref.sequence)) return std::nullopt;
+  if (!SeekDepositOfFile(xrefs_, deposits_, text)) return std::nullopt;
   return RowOfRecord(deposits_.RecordNumber());
 }
 
@@ -60,73 +97,66 @@ DepositKey DepositRegister::KeyAt(std::size_t row) {
 
 // --- One row per item ---
 
+bool DepositItemRegister::Open(std::string_view bank_code) {
+  if (deposits_.Open(bank_code) <= 0 || xrefs_.Open(bank_code) <= 0) return false;
+  fields_.LookUp(deposits_);
+  BeginAgain();
+  return true;
+}
+
 void DepositItemRegister::ShowStatus(std::string_view status) {
   status_ = status;
-  places_.clear();
-  read_record_ = 0;
-  last_record_ = 0;
-  table_records_ = deposits_.RecordCount();
-  deposits_.Data().SetReadAhead(deposits_.Handle(), true);
-  for (bool on = deposits_.Top(kTag); on; on = deposits_.Skip()) AddItemsOfRecord();
-  deposits_.Data().SetReadAhead(deposits_.Handle(), false);
+  BeginAgain();
 }
 
-void DepositItemRegister::Refresh() {
-  const bool one_more = deposits_.RecordCount() == table_records_ + 1 && deposits_.Bottom(kTag);
-  const std::int32_t last = deposits_.RecordNumber();
-  const bool behind_last =
-      one_more && (deposits_.Skip(-1) ? deposits_.RecordNumber() == last_record_ : last_record_ == 0);
-  if (!behind_last || !deposits_.GoTo(last)) return ShowStatus(std::string(status_));
-  ++table_records_;
-  AddItemsOfRecord();
-}
-
-void DepositItemRegister::AddItemsOfRecord() {
-  last_record_ = deposits_.RecordNumber();
-  const DepositRecord deposit = deposits_.Read();
+std::vector<int> DepositItemRegister::WantedParts() {
+  std::vector<int> items;
   for (int item = 1; item <= kDepositItems; ++item) {
-    const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
-    if (IsUsed(one) && (status_.empty() || one.status == status_)) places_.push_back({last_record_, item});
+    if (!fields_.IsUsed(deposits_, item)) continue;
+    if (status_.empty() || fields_.Status(deposits_, item) == status_) items.push_back(item);
   }
+  return items;
 }
 
-const DepositItem* DepositItemRegister::ItemAt(std::size_t row) {
-  if (row >= places_.size()) return nullptr;
-  const Place& place = places_[places_.size() - 1 - row];
-  if (read_record_ != place.record) {
-    read_record_ = 0;
-    if (!deposits_.GoTo(place.record) || deposits_.Data().IsRecordDeleted(deposits_.Handle())) return nullptr;
-    deposits_.Read(read_);
-    read_record_ = place.record;
-  }
-  return &read_.items[static_cast<std::size_t>(place.item) - 1];
+Currency DepositItemRegister::Amount(int item) {
+  return fields_.Amount(deposits_, item);
+}
+
+DepositItemRegister::Shown DepositItemRegister::ReadRow(int item) {
+  const DepositRecord deposit = deposits_.Read();
+  const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
+  return {
+      {DepositDateText(deposit.dated), deposit.sequence, std::to_string(item), one.file_number, one.source,
+       AmountText(one.amount), IsWireIn(deposit, item) ? "Wire" : "", VoucherStatusText(one.status)},
+      StatusStyle(one.status)};
 }
 
 std::vector<std::string> DepositItemRegister::Headings() const {
   return {"Date", "Seq", "Item", "File", "Source", "Amount", "Wire In", "Status"};
 }
 
-std::vector<std::string> DepositItemRegister::Row(std::size_t row) {
-  const DepositItem* item = ItemAt(row);
-  if (item == nullptr) return {};
-  const int place = static_cast<int>(item - read_.items.data()) + 1;
-  return {DepositDateText(read_.dated),
-          read_.sequence,
-          std::to_string(place),
-          item->file_number,
-          item->source,
-          AmountText(item->amount),
-          IsWireIn(read_, place) ? "Wire" : "",
-          VoucherStatusText(item->status)};
+std::vector<SearchKey> DepositItemRegister::KeysFor(std::string_view text) const {
+  return DateKeys(text);
 }
 
-std::string DepositItemRegister::RowStyle(std::size_t row) {
-  const DepositItem* item = ItemAt(row);
-  return item != nullptr ? std::string(StatusStyle(item->status)) : "";
+// An item by its file number, which the deposit's cross-reference knows.
+std::optional<std::size_t> DepositItemRegister::FindRow(std::string_view text) {
+  if (const std::optional<std::size_t> row = TableRegister::FindRow(text)) return row;
+  if (!SeekDepositOfFile(xrefs_, deposits_, text)) return std::nullopt;
+  const std::string item = xrefs_.Read().item;
+  std::optional<std::size_t> row = RowOfRecord(deposits_.RecordNumber());
+  // The items of a deposit stand together, the last one first.
+  for (int step = 0; row && step < kDepositItems; ++step, ++*row) {
+    const std::vector<std::string> cells = Row(*row);
+    if (cells.size() > 2 && cells[2] == Trim(item)) return row;
+  }
+  return std::nullopt;
 }
 
 DepositKey DepositItemRegister::KeyAt(std::size_t row) {
-  return ItemAt(row) != nullptr ? DepositKey{read_.dated, read_.sequence} : DepositKey{};
+  if (!GoToRow(row)) return {};
+  const DepositRecord deposit = deposits_.Read();
+  return {deposit.dated, deposit.sequence};
 }
 
 }  // namespace tallwick

@@ -1,6 +1,7 @@
 // The deposits of a bank as rows, latest first: one row per deposit, or one per line item.
 #pragma once
 
+#include <array>
 #include <string>
 #include <utility>
 #include <vector>
@@ -17,6 +18,22 @@ struct DepositKey {
   std::string sequence;
 };
 
+// The fields by which passes over many deposits look at items, without reading the rest.
+struct DepositItemFields {
+  void LookUp(const DepositTable& deposits);
+  Currency Amount(const DepositTable& deposits, int item) const;  // items from 1
+  std::string Status(const DepositTable& deposits, int item) const;
+  bool IsUsed(const DepositTable& deposits, int item) const;
+
+ private:
+  struct Item {
+    FieldHandle file;
+    FieldHandle amount;
+    FieldHandle status;
+  };
+  std::array<Item, kDepositItems> items_{};
+};
+
 class DepositRegister : public TableRegister {
  public:
   explicit DepositRegister(const TableHome& home)
@@ -31,46 +48,41 @@ class DepositRegister : public TableRegister {
   DepositKey KeyAt(std::size_t row);
 
  private:
-  Shown ReadRow() override;
+  Shown ReadRow(int part) override;
+  Currency Amount(int part) override;
   std::vector<SearchKey> KeysFor(std::string_view text) const override;
 
   DepositTable deposits_;
   DepositXrefTable xrefs_;
+  DepositItemFields fields_;
 };
 
-// Line items of the deposits. Holds the place of every row, not the rows.
-class DepositItemRegister : public RowSource {
+// Line items of the deposits, the last one of the latest deposit first.
+class DepositItemRegister : public TableRegister {
  public:
-  explicit DepositItemRegister(const TableHome& home) : deposits_(home) {}
-  bool Open(std::string_view bank_code) { return deposits_.Open(bank_code) > 0; }
-  // Shows items of one status, "" shows all; reads the table.
+  explicit DepositItemRegister(const TableHome& home)
+      : TableRegister(deposits_, "DEPODATED"), deposits_(home), xrefs_(home) {}
+  // As DepositRegister.
+  bool Open(std::string_view bank_code);
+  // Shows items of one status, "" shows all.
   void ShowStatus(std::string_view status);
-  // Looks at the table again.
-  void Refresh();
 
   std::vector<std::string> Headings() const override;
-  std::size_t RowCount() override { return places_.size(); }
-  std::vector<std::string> Row(std::size_t row) override;
-  std::string RowStyle(std::size_t row) override;
   bool IsNumeric(std::size_t column) const override { return column == 1 || column == 2 || column == 5; }
+  std::optional<std::size_t> FindRow(std::string_view text) override;
   DepositKey KeyAt(std::size_t row);
 
  private:
-  struct Place {
-    std::int32_t record;
-    int item;  // from 1
-  };
-  void AddItemsOfRecord();
-  // The item of a row, and the deposit that it is read with; null when it is gone.
-  const DepositItem* ItemAt(std::size_t row);
+  Shown ReadRow(int item) override;
+  Currency Amount(int item) override;
+  std::vector<int> WantedParts() override;
+  bool HasFilter() const override { return true; }  // a deposit is as many rows as it has items
+  std::vector<SearchKey> KeysFor(std::string_view text) const override;
 
   DepositTable deposits_;
+  DepositXrefTable xrefs_;
+  DepositItemFields fields_;
   std::string status_;
-  std::vector<Place> places_;       // in the order of the tag, so that the last is the first row
-  std::int32_t last_record_ = 0;    // at the tag's end
-  std::int32_t table_records_ = 0;  // deleted ones included
-  std::int32_t read_record_ = 0;    // whose deposit is in read_; 0 = none
-  DepositRecord read_;
 };
 
 }  // namespace tallwick

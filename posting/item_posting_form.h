@@ -9,18 +9,36 @@
 #include <optional>
 
 #include "audit/audit_trail.h"
-#include "posting/posting_form.h"
+#include "posting/item_register.h"
+#include "posting/payee_posting_form.h"
 
 namespace tallwick {
 
-template <class Record>
-class ItemPostingForm : public PostingForm {
- protected:
-  using Fields = std::span<const EntryField<Record>>;
+// What a screen is about.
+template <class Record, class Table>
+struct ItemScreen {
+  PostingScreen screen;
+  std::string_view name;  // "Wire", as a sentence about one begins
+  const TableLayout& layout;
+  std::span<const EntryField<Record>> fields;  // the first is the number's
+  Table BankTables::*table;
+  std::string Record::*number;
+  std::string_view payee;  // controls
+  std::string_view file;
+  std::string_view list;
+};
 
-  // The first of `fields` is the number's. Adds their controls.
-  ItemPostingForm(Session& session, const PostingScreen& screen, const TableLayout& layout, Fields fields)
-      : PostingForm(session, screen), layout_(layout), fields_(fields) {
+template <class Record, class Table>
+class ItemPostingForm : public PayeePostingForm {
+ protected:
+  // Adds the controls of the entries. `rows` is what the register lists.
+  ItemPostingForm(Session& session, ScreenOpener* opener, const ItemScreen<Record, Table>& item,
+                  const ItemRows<Record>& rows)
+      : PayeePostingForm(session, item.screen, opener, PayeeEntries{item.payee}),
+        item_(item),
+        layout_(item.layout),
+        fields_(item.fields),
+        register_(std::make_shared<ItemRegister<Table, Record>>(session.Home(), rows)) {
     for (const EntryField<Record>& entry : fields_) {
       Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length =
           TypedWidth(entry.kind, layout_, entry.field);
@@ -29,10 +47,6 @@ class ItemPostingForm : public PostingForm {
 
   // --- What a screen has of its own ---
 
-  virtual std::optional<Record> FindPosted(const std::string& number) = 0;
-  virtual const std::string& NumberOf(const Record& record) const = 0;
-  // "Wire 4711", as a sentence begins with it.
-  virtual std::string ItemName(const std::string& number) const = 0;
   // The number that a new item gets unless another is typed, and the next one that is free.
   virtual std::string ProposedNumber() { return {}; }
   // Sets what is entered otherwise than as a text, for the record or a new one (null).
@@ -46,12 +60,55 @@ class ItemPostingForm : public PostingForm {
   virtual PostOutcome WriteNew(const Record& record) = 0;
   virtual PostOutcome WriteChanged(const Record& before, const Record& after) = 0;
   virtual std::string NotAdded(const PostOutcome& outcome, const std::string& number) const = 0;
-  // What is said when a post would change nothing.
-  virtual std::string NothingChanged(const std::string& number) const = 0;
-  // The list looks at its table again.
-  virtual void RefreshRegister() = 0;
 
   // --- For the screen ---
+
+  // Adds the register, the buttons and the look-up of payees.
+  void AddRegister(std::string_view heading, std::string_view ok) {
+    Add(ControlKind::kGrid, std::string(item_.list), std::string(heading));
+    Add(ControlKind::kButton, "cmdOk", std::string(ok));
+    Add(ControlKind::kButton, "cmdDone", "Do&ne");
+    Add(ControlKind::kButton, "cmdListAll", "&List All");
+    Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
+    Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
+    AddPayeeLookUp();
+    AddRoutes({"mnuViewFileLedgers"});
+  }
+  bool OpenRegister() override { return register_->Open(bank_code_); }
+  void OnOpen() override {
+    PayeePostingForm::OnOpen();
+    SetSource(item_.list, register_);
+    BeginNew(ProposedNumber());
+  }
+  void OnChoose(Control& control) override {
+    PayeePostingForm::OnChoose(control);
+    if (control.name != item_.list || control.selected == 0) return;
+    OpenChosen(register_->NumberAt(static_cast<std::size_t>(control.selected) - 1));
+  }
+  void OnClick(Control& control) override {
+    if (control.name == "cmdOk") Post();
+    if (control.name == "cmdDone") Close();
+    if (control.name.starts_with("cmdList")) {
+      register_->ShowStatus(control.name == "cmdListAll" ? "" : control.name == "cmdListCleared" ? "C" : "O");
+      RowsChanged(item_.list);
+    }
+    PayeePostingForm::OnClick(control);
+  }
+  void RefreshRegister() override {
+    register_->Refresh();
+    RowsChanged(item_.list);
+  }
+  void OnMenu(Control& control) override { GoTo(control.name); }
+  std::string CurrentFile() override { return std::string(Trim(Text(item_.file))); }
+
+  std::optional<Record> FindPosted(const std::string& number) {
+    Table& table = tables_.*item_.table;
+    if (number.empty() || !table.SeekNumber(number)) return std::nullopt;
+    return table.Read();
+  }
+  const std::string& NumberOf(const Record& record) const { return record.*item_.number; }
+  // "Wire 4711", as a sentence begins with it.
+  std::string ItemName(const std::string& number) const { return std::string(item_.name) + " " + number; }
 
   const std::string& NumberControl() const { return number_control_; }
   bool IsEntry(const Control& control) const override {
@@ -68,6 +125,7 @@ class ItemPostingForm : public PostingForm {
       SetText(control.name, FormattedEntry(entry.kind, control.text, bank_.accounting.day));
     }
     if (control.name == number_control_) LookUpNumber();
+    if (control.name == item_.file) ShowLedgerCommand();
   }
 
   void LookUpNumber() {
@@ -102,6 +160,7 @@ class ItemPostingForm : public PostingForm {
     looked_up_number_ = NumberOf(record);
     ShowMarks(&*loaded_);
     ShowBeside(&*loaded_);
+    ShowLedgerCommand();
     KeepState();
     Audit(kAuditSnapshot, {});
   }
@@ -117,6 +176,7 @@ class ItemPostingForm : public PostingForm {
     SetText(number_control_, number);
     ShowMarks(nullptr);
     ShowBeside(nullptr);
+    ShowLedgerCommand();
     KeepState();
   }
 
@@ -130,13 +190,18 @@ class ItemPostingForm : public PostingForm {
   std::optional<Record> loaded_;
 
  private:
+  void ShowLedgerCommand() {
+    const std::string file = CurrentFile();
+    SetCaption("mnuViewFileLedgers", file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
+  }
+
   // Writes the entries, which have passed their tests.
   bool Write() {
     Record record = loaded_.value_or(Record{});
     ApplyEntries(fields_, Entries(), bank_.accounting.day, &record);
     Complete(&record);
     if (loaded_ && record == *loaded_) {
-      Boxes().Inform(Caption(), NothingChanged(NumberOf(record)));
+      Boxes().Inform(Caption(), ItemName(NumberOf(record)) + " was not added or updated.");
       return false;
     }
     const PostOutcome outcome = loaded_ ? WriteChanged(*loaded_, record) : WriteNew(record);
@@ -199,8 +264,10 @@ class ItemPostingForm : public PostingForm {
     SetFocus(looked_up_number_.empty() ? std::string_view(number_control_) : fields_[1].control);
   }
 
+  const ItemScreen<Record, Table> item_;
   const TableLayout& layout_;
-  const Fields fields_;
+  const std::span<const EntryField<Record>> fields_;
+  std::shared_ptr<ItemRegister<Table, Record>> register_;
   const std::string number_control_{fields_.front().control};
   std::string looked_up_number_;  // the number that the entries belong to
 };

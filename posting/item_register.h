@@ -10,6 +10,7 @@ template <class Record>
 struct ItemRows {
   std::string_view number_tag;
   std::string_view status_field;
+  std::string_view amount_field;
   std::string Record::*number;
   std::string Record::*status;
   std::vector<std::string> headings;
@@ -28,13 +29,13 @@ class ItemRegister : public TableRegister {
   // False after a message when the bank's table cannot be opened.
   bool Open(std::string_view bank_code) {
     if (table_.Open(bank_code) <= 0) return false;
-    CountAgain();
+    BeginAgain();
     return true;
   }
   // Shows items of one status; "" shows all.
   void ShowStatus(std::string_view status) {
     status_ = status;
-    CountAgain();
+    BeginAgain();
   }
   // The number of the item in a row, "" when it is gone.
   std::string NumberAt(std::size_t row) { return GoToRow(row) ? table_.Read().*rows_.number : ""; }
@@ -43,13 +44,17 @@ class ItemRegister : public TableRegister {
   bool IsNumeric(std::size_t column) const override { return column == rows_.amount_column; }
 
  private:
-  Shown ReadRow() override {
+  Shown ReadRow(int) override {
     const Record record = table_.Read();
     return {rows_.cells(record), rows_.style(record.*rows_.status)};
   }
-  bool IsWanted() override {
-    return table_.Data().GetStringFieldValueByPointer(table_.Handle(), table_.Field(rows_.status_field)) ==
-           status_;
+  Currency Amount(int) override {
+    return table_.Data().GetCurrencyFieldValueByPointer(table_.Handle(), table_.Field(rows_.amount_field));
+  }
+  std::vector<int> WantedParts() override {
+    const std::string status =
+        table_.Data().GetStringFieldValueByPointer(table_.Handle(), table_.Field(rows_.status_field));
+    return status == status_ ? std::vector{0} : std::vector<int>();
   }
   bool HasFilter() const override { return !status_.empty(); }
   std::vector<SearchKey> KeysFor(std::string_view text) const override { return rows_.keys(text); }

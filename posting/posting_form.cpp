@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "audit/audit_trail.h"
-#include "core/text.h"
+#include "posting/screen_routes.h"
 #include "shell/company_tables.h"
 #include "shell/transactions_switch.h"
 
@@ -29,14 +29,14 @@ std::string ValueWord(const std::pair<std::string, int>& value, const Control& c
 
 }  // namespace
 
-PostingForm::PostingForm(Session& session, const PostingScreen& screen)
+PostingForm::PostingForm(Session& session, const PostingScreen& screen, ScreenOpener* opener)
     : Form(std::string(screen.name), session.Boxes()),
       session_(session),
       bank_code_(session.BankCode()),
       tables_(session.Home()),
-      screen_(screen) {
+      screen_(screen),
+      opener_(opener) {
   SetFormCaption(std::string(screen.caption) + session.BankName());
-  Add(ControlKind::kMenu, "mnuViewFileLedgers", "File &Ledger...");
 }
 
 bool PostingForm::OpenTables() {
@@ -44,6 +44,13 @@ bool PostingForm::OpenTables() {
 }
 
 bool PostingForm::MayWrite() {
+  if (!session_.MayUse(Right())) {
+    Boxes().Critical(
+        Caption(),
+        "You do not have the right to do this any more.  Nothing was saved: ask the administrator "
+        "for the right.");
+    return false;
+  }
   if (TransactionsOpen(session_)) return ReadBank();
   Boxes().Exclaim(Caption(), kTransactionsLocked);
   return false;
@@ -133,12 +140,11 @@ bool PostingForm::MayDropChanges(std::string_view question) {
   return Post();
 }
 
-void PostingForm::OnMenu(Control& control) {
-  if (control.name == "mnuViewFileLedgers" && ledger_opener_ != nullptr)
-    ledger_opener_->OpenScreen("frmViewFileLedgers", ToUpper(Trim(FileNumber())));
-}
-
 bool PostingForm::OnKey(std::string_view key) {
+  if (key == "F5") {
+    RefreshRegister();
+    return true;
+  }
   if (key != "Esc") return false;
   Close();
   return true;
@@ -179,6 +185,16 @@ PostingForm::Settled PostingForm::SettleChange(std::string_view item,
   return answer == BoxAnswer::kYes ? Settled::kMine : Settled::kBack;
 }
 
+void PostingForm::ShowChanged(std::string_view item, std::string_view not_done,
+                              const std::function<void()>& show_theirs) {
+  const Values mine = TakeValues();
+  show_theirs();
+  Boxes().Critical(Caption(), std::string(item) +
+                                  " was changed on another workstation since it was loaded.  Nothing was " +
+                                  std::string(not_done) + ": look at what is shown now.\r\n" +
+                                  Differences(mine, TakeValues()));
+}
+
 std::string PostingForm::Differences(const Values& mine, const Values& theirs) {
   std::string lines;
   std::size_t place = 0;
@@ -191,6 +207,48 @@ std::string PostingForm::Differences(const Values& mine, const Values& theirs) {
     ++place;
   }
   return lines.empty() ? "\r\nWhat you see is the same on both." : lines;
+}
+
+// --- Commands that screens share ---
+
+void PostingForm::AddRoutes(std::initializer_list<std::string_view> commands) {
+  for (std::string_view command : commands) {
+    const ScreenRoute& route = *FindRoute(command);
+    Add(ControlKind::kMenu, std::string(command), std::string(route.caption)).enabled =
+        session_.MayUse(route.right);
+  }
+}
+
+bool PostingForm::GoTo(std::string_view command) {
+  const ScreenRoute* route = FindRoute(command);
+  if (route == nullptr || opener_ == nullptr) return false;
+  if (opener_->Offers(route->screen, route->mode)) {
+    opener_->OpenScreen(route->screen, route->of_file ? ToUpper(CurrentFile()) : std::string(route->mode));
+    return true;
+  }
+  std::string name = WithoutMnemonic(At(command).caption);
+  if (name.ends_with("...")) name.resize(name.size() - 3);
+  Boxes().Inform(Caption(), Quoted(name) + " is not part of this version of the program.");
+  return true;
+}
+
+BankSettings PostingForm::Options() {
+  return BankSettings(session_.Files(), session_.DataPath(), kUserOptions, session_.TheSuite().Login());
+}
+
+void PostingForm::AddOption(std::string_view command, std::string_view caption, bool at_first) {
+  const std::optional<std::string> kept = Options().Get(command);
+  Add(ControlKind::kMenu, std::string(command), std::string(caption)).value =
+      (kept ? *kept == "1" : at_first) ? 1 : 0;
+  options_.emplace_back(command);
+}
+
+// A choice that cannot be kept holds for this screen all the same.
+bool PostingForm::ToggleOption(std::string_view command) {
+  if (std::find(options_.begin(), options_.end(), command) == options_.end()) return false;
+  SetValue(command, IsOn(command) ? 0 : 1);
+  Options().Set(command, IsOn(command) ? "1" : "0");
+  return true;
 }
 
 void PostingForm::AuditAs(int audit_tx, int action, std::string_view reference) {

@@ -7,6 +7,7 @@
 #pragma once
 
 #include <functional>
+#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "core/form.h"
+#include "posting/bank_settings.h"
 #include "posting/entry_fields.h"
 #include "posting/post_unit.h"
 #include "shell/session.h"
@@ -28,6 +30,7 @@ struct PostingScreen {
   std::string_view caption;    // before the bank's name
   std::string_view bank_gone;  // what is said when the bank is not in the bank table any more
   int audit_tx;                // the audit trail's transaction; 0 = the trail has none for this screen
+  int right;                   // that a post asks for, see rights.h; 0 = none
 };
 
 class PostingForm : public Form {
@@ -36,15 +39,16 @@ class PostingForm : public Form {
   bool OpenTables();
   // The key of what was written last: a number, or the stored date and sequence of a deposit. "" until then.
   const std::string& LastPosted() const { return last_posted_; }
-  // Who opens the ledger of the file that the entries name (mnuViewFileLedgers); without it nobody does.
-  void UseOpener(ScreenOpener& opener) { ledger_opener_ = &opener; }
 
  protected:
-  // Works on the session's selected bank, also when another is selected later.
-  PostingForm(Session& session, const PostingScreen& screen);
+  // Works on the session's selected bank, also when another is selected later. `opener` opens the screens to
+  // which this one leads; it may be null where it leads to none.
+  PostingForm(Session& session, const PostingScreen& screen, ScreenOpener* opener = nullptr);
 
   // Opens what the list shows.
   virtual bool OpenRegister() = 0;
+  // The list looks at its table again.
+  virtual void RefreshRegister() = 0;
   // Tests the entries and writes them. True when they were written.
   virtual bool Post() = 0;
   // Puts the key back that the entries belong to, after another one was typed.
@@ -53,11 +57,15 @@ class PostingForm : public Form {
   virtual bool IsEntry(const Control& control) const = 0;
   // Whether the entries show a record of the table.
   virtual bool IsPosted() const = 0;
+  // What a post asks for now.
+  virtual int Right() const { return screen_.right; }
+  // The escrow file at hand, "" for none.
+  virtual std::string CurrentFile() { return {}; }
 
   // Reads the bank anew; false after a message when it is gone. Shows lblLastReconciled where there is one.
   bool ReadBank();
-  // Asked before every write: false after a message when transactions have been locked since the screen was
-  // opened, or the bank is gone. Reads the bank anew.
+  // Asked before every write: false after a message when, since the screen was opened, the user's right was
+  // withdrawn, transactions have been locked, or the bank is gone. Reads the bank anew.
   bool MayWrite();
   EntryText Entries();
   // The text of a control as a period, and whether it is one of the bank's form.
@@ -97,12 +105,26 @@ class PostingForm : public Form {
   enum class Settled { kMine, kTheirs, kBack };
   Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs);
 
+  // The same where nothing can be saved over it: what is stored now is shown. `not_done` is what was to be
+  // done ("removed").
+  void ShowChanged(std::string_view item, std::string_view not_done,
+                   const std::function<void()>& show_theirs);
+
+  // --- Commands that screens share ---
+
+  // Adds the commands that lead to other screens (screen_routes.h), enabled where the user has their right.
+  void AddRoutes(std::initializer_list<std::string_view> commands);
+  // Opens the screen of a command; one that is not there is told. False where the command leads nowhere.
+  bool GoTo(std::string_view command);
+  // A command that is on or off, as this user left it the last time.
+  void AddOption(std::string_view command, std::string_view caption, bool at_first);
+  bool IsOn(std::string_view option) { return At(option).value == 1; }
+  // False where the command is no option.
+  bool ToggleOption(std::string_view command);
+
   void Audit(int action, std::string_view reference) { AuditAs(screen_.audit_tx, action, reference); }
   // The same under another transaction than the screen's.
   void AuditAs(int audit_tx, int action, std::string_view reference);
-  // The file number that the entries name.
-  virtual std::string FileNumber() { return {}; }
-  void OnMenu(Control& control) override;
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
@@ -118,9 +140,11 @@ class PostingForm : public Form {
   Values TakeValues();
   void PutValues(const Values& values);
   std::string Differences(const Values& mine, const Values& theirs);
+  BankSettings Options();
 
   const PostingScreen screen_;
-  ScreenOpener* ledger_opener_ = nullptr;
+  ScreenOpener* opener_;
+  std::vector<std::string> options_;
   Values unchanged_;
 };
 

@@ -5,16 +5,18 @@
 
 #include "posting/file_number.h"
 #include "posting/post_voucher.h"
+#include "posting/voucher_register.h"
 #include "posting/voucher_validation.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 #include "tables/status_text.h"
 
 namespace tallwick {
 namespace {
 
 // The audit trail has no transaction for vouchers.
-constexpr PostingScreen kScreen{"frmEditVouchersPost", "Post Vouchers - ", "Bank ID Code no longer valid.",
-                                0};
+constexpr PostingScreen kScreen{"frmEditVouchersPost", "Post Vouchers - ", "Bank ID Code no longer valid.", 0,
+                                kRightPostChecks};
 
 constexpr EntryField<VoucherRecord> kFields[] = {
     {"txtVCHRNumber", ControlKind::kText, "Voucher &Number", "Voucher Number", "VCHRNUMBER",
@@ -22,7 +24,7 @@ constexpr EntryField<VoucherRecord> kFields[] = {
     {"txtVCHRFileNumber", ControlKind::kText, "&File Number", "File Number", "VCHRFILENO",
      &VoucherRecord::file_number},
     {"txtVCHRDated", ControlKind::kDate, "&Dated", "Voucher Date", "VCHRDATED", &VoucherRecord::dated},
-    {"txtVCHRPayee", ControlKind::kText, "&Payee", "Payee", "VCHRPAYEE", &VoucherRecord::payee},
+    {"txtVCHRPayee", ControlKind::kCombo, "&Payee", "Payee", "VCHRPAYEE", &VoucherRecord::payee},
     {"txtVCHRReason", ControlKind::kText, "&Reason", "Reason", "VCHRREASON", &VoucherRecord::reason},
     {"txtVCHRAmount", ControlKind::kAmount, "A&mount", "Voucher Amount", "VCHRAMOUNT",
      &VoucherRecord::amount},
@@ -36,28 +38,30 @@ constexpr EntryField<VoucherRecord> kFields[] = {
 constexpr std::string_view kRestricted[] = {"txtVCHRFileNumber", "txtVCHRDated", "txtVCHRAmount",
                                             "txtVCHRAcctPeriod"};
 
+const ItemScreen<VoucherRecord, VoucherTable> kItem{kScreen,
+                                                    "Voucher",
+                                                    kVoucherLayout,
+                                                    kFields,
+                                                    &BankTables::vouchers,
+                                                    &VoucherRecord::number,
+                                                    "txtVCHRPayee",
+                                                    "txtVCHRFileNumber",
+                                                    "lstVCHRNumbers"};
+
 }  // namespace
 
-FrmEditVouchersPost::FrmEditVouchersPost(Session& session, bool viewing)
-    : ItemPostingForm(session, kScreen, kVoucherLayout, kFields),
-      viewing_(viewing),
-      register_(std::make_shared<VoucherRegister>(session.Home())) {
+FrmEditVouchersPost::FrmEditVouchersPost(Session& session, ScreenOpener* opener, bool viewing)
+    : ItemPostingForm(session, opener, kItem, VoucherRows()), viewing_(viewing) {
   Add(ControlKind::kCheck, "chkVCHRCleared", "&Cleared");
   Add(ControlKind::kLabel, "lblVCHRStatus");
   Add(ControlKind::kLabel, "lblEditMessage");
-  Add(ControlKind::kGrid, "lstVCHRNumbers", "Vouchers");
-  Add(ControlKind::kButton, "cmdOk", "&Add");
   Add(ControlKind::kButton, "cmdNextVCHRNumber", "Ne&xt Number");
-  Add(ControlKind::kButton, "cmdDone", "Do&ne");
-  Add(ControlKind::kButton, "cmdListAll", "&List All");
-  Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
-  Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
+  AddRegister("Vouchers", "&Add");
 }
 
 void FrmEditVouchersPost::OnOpen() {
   if (viewing_) SetFormCaption("View Vouchers - " + session_.BankName());
-  SetSource("lstVCHRNumbers", register_);
-  BeginNew(viewing_ ? std::string() : ProposedNumber());
+  ItemPostingForm::OnOpen();
   SetFocus(viewing_ ? "txtVCHRNumber" : "txtVCHRFileNumber");
 }
 
@@ -66,18 +70,9 @@ void FrmEditVouchersPost::OnLeave(Control& control) {
   if (control.name == "txtVCHRAcctPeriod" && !loaded_) ShowBeside(nullptr);
 }
 
-void FrmEditVouchersPost::OnChoose(Control& control) {
-  if (control.name != "lstVCHRNumbers" || control.selected == 0) return;
-  OpenChosen(register_->NumberAt(static_cast<std::size_t>(control.selected) - 1));
-}
-
 void FrmEditVouchersPost::OnClick(Control& control) {
-  if (control.name == "cmdOk") Post();
   if (control.name == "cmdNextVCHRNumber") TakeNextNumber();
-  if (control.name == "cmdDone") Close();
-  if (!control.name.starts_with("cmdList")) return;
-  register_->ShowStatus(control.name == "cmdListAll" ? "" : control.name == "cmdListCleared" ? "C" : "O");
-  RowsChanged("lstVCHRNumbers");
+  ItemPostingForm::OnClick(control);
 }
 
 void FrmEditVouchersPost::TakeNextNumber() {
@@ -90,12 +85,8 @@ bool FrmEditVouchersPost::IsEntry(const Control& control) const {
   return control.name == "chkVCHRCleared" || ItemPostingForm::IsEntry(control);
 }
 
-std::optional<VoucherRecord> FrmEditVouchersPost::FindPosted(const std::string& number) {
-  if (number.empty() || !tables_.vouchers.SeekNumber(number)) return std::nullopt;
-  return tables_.vouchers.Read();
-}
-
 std::string FrmEditVouchersPost::ProposedNumber() {
+  if (viewing_) return {};
   const std::optional<BankRecord> bank = session_.Company().banks.Find(bank_code_);
   return bank ? std::to_string(NextVoucherNumber(tables_.vouchers, bank->last_voucher)) : "";
 }
@@ -118,7 +109,7 @@ void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
         std::find(std::begin(kRestricted), std::end(kRestricted), entry.control) != std::end(kRestricted);
     if (entry.control != NumberControl()) SetEnabled(entry.control, !viewing_ && !(closed && restricted));
   }
-  for (std::string_view control : {"chkVCHRCleared", "cmdOk", "cmdNextVCHRNumber"})
+  for (std::string_view control : {"chkVCHRCleared", "cmdOk", "cmdNextVCHRNumber", "cmdRolodex"})
     SetEnabled(control, !viewing_);
   SetCaption("cmdOk", voucher != nullptr ? "&Ok" : "&Add");
   if (voucher == nullptr) {
@@ -157,15 +148,6 @@ PostOutcome FrmEditVouchersPost::WriteChanged(const VoucherRecord& before, const
 
 std::string FrmEditVouchersPost::NotAdded(const PostOutcome& outcome, const std::string& number) const {
   return VoucherFailureMessage(outcome, number);
-}
-
-std::string FrmEditVouchersPost::NothingChanged(const std::string& number) const {
-  return "Voucher " + number + " was not added or updated.";
-}
-
-void FrmEditVouchersPost::RefreshRegister() {
-  register_->Refresh();
-  RowsChanged("lstVCHRNumbers");
 }
 
 }  // namespace tallwick

@@ -22,15 +22,17 @@ std::vector<SearchKey> Keys(std::string_view text) {
 
 }  // namespace
 
-VoucherRegister::VoucherRegister(const TableHome& home)
-    : ItemRegister(home, {"VCHRNUMBER",
-                          "VCHRSTATUS",
-                          &VoucherRecord::number,
-                          &VoucherRecord::status,
-                          {"Number", "Dated", "Payee", "Amount", "File", "Status", "Check"},
-                          3,
-                          Cells,
-                          Keys,
-                          StatusStyle}) {}
+ItemRows<VoucherRecord> VoucherRows() {
+  return {"VCHRNUMBER",
+          "VCHRSTATUS",
+          "VCHRAMOUNT",
+          &VoucherRecord::number,
+          &VoucherRecord::status,
+          {"Number", "Dated", "Payee", "Amount", "File", "Status", "Check"},
+          3,
+          Cells,
+          Keys,
+          StatusStyle};
+}
 
 }  // namespace tallwick

@@ -6,9 +6,6 @@
 
 namespace tallwick {
 
-class VoucherRegister : public ItemRegister<VoucherTable, VoucherRecord> {
- public:
-  explicit VoucherRegister(const TableHome& home);
-};
+ItemRows<VoucherRecord> VoucherRows();
 
 }  // namespace tallwick

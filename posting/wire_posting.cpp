@@ -5,21 +5,23 @@
 
 #include "posting/file_number.h"
 #include "posting/post_wire.h"
+#include "posting/wire_register.h"
 #include "posting/wire_validation.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 #include "tables/status_text.h"
 
 namespace tallwick {
 namespace {
 
 constexpr PostingScreen kScreen{"frmEditWiresPost", "Post Wire Transfers - ", "Bank ID Code no longer valid.",
-                                kAuditPostWire};
+                                kAuditPostWire, kRightWires};
 
 constexpr EntryField<WireRecord> kFields[] = {
     {"txtWireNumber", ControlKind::kText, "Confirmation &Number", "Wire Confirmation", "WIRENUMBER",
      &WireRecord::number},
     {"txtWireDated", ControlKind::kDate, "&Dated", "Wire Date", "WIREDATED", &WireRecord::dated},
-    {"txtWirePayee", ControlKind::kText, "&Payee", "Payee", "WIREPAYEE", &WireRecord::payee},
+    {"txtWirePayee", ControlKind::kCombo, "&Payee", "Payee", "WIREPAYEE", &WireRecord::payee},
     {"txtWireAmount", ControlKind::kAmount, "&Amount", "Wire Amount", "WIREAMOUNT", &WireRecord::amount},
     {"txtWireFileNumber", ControlKind::kText, "&File Number", "File Number", "WIREFILENO",
      &WireRecord::file_number},
@@ -30,28 +32,30 @@ constexpr EntryField<WireRecord> kFields[] = {
      &WireRecord::statement},
 };
 
+const ItemScreen<WireRecord, WireTable> kItem{kScreen,
+                                              "Wire",
+                                              kWireLayout,
+                                              kFields,
+                                              &BankTables::wires,
+                                              &WireRecord::number,
+                                              "txtWirePayee",
+                                              "txtWireFileNumber",
+                                              "lstWireNumbers"};
+
 }  // namespace
 
-FrmEditWiresPost::FrmEditWiresPost(Session& session, bool viewing)
-    : ItemPostingForm(session, kScreen, kWireLayout, kFields),
-      viewing_(viewing),
-      register_(std::make_shared<WireRegister>(session.Home())) {
+FrmEditWiresPost::FrmEditWiresPost(Session& session, ScreenOpener* opener, bool viewing)
+    : ItemPostingForm(session, opener, kItem, WireRows()), viewing_(viewing) {
   for (std::string_view label : {"lblWireStatus", "lblEditMessage", "lblLastReconciled"}) {
     Add(ControlKind::kLabel, std::string(label));
   }
   Add(ControlKind::kLabel, "lblWireIn", "Wires in are posted as deposits, with the wire-in mark.");
-  Add(ControlKind::kGrid, "lstWireNumbers", "Wires");
-  Add(ControlKind::kButton, "cmdOk", "P&ost Wire");
-  Add(ControlKind::kButton, "cmdDone", "Do&ne");
-  Add(ControlKind::kButton, "cmdListAll", "&List All");
-  Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
-  Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
+  AddRegister("Wires", "P&ost Wire");
 }
 
 void FrmEditWiresPost::OnOpen() {
   if (viewing_) SetFormCaption("View Wire Transfers - " + session_.BankName());
-  SetSource("lstWireNumbers", register_);
-  BeginNew({});
+  ItemPostingForm::OnOpen();
   SetFocus("txtWireNumber");
 }
 
@@ -75,24 +79,6 @@ bool FrmEditWiresPost::OnKey(std::string_view key) {
   return ItemPostingForm::OnKey(key);
 }
 
-void FrmEditWiresPost::OnChoose(Control& control) {
-  if (control.name != "lstWireNumbers" || control.selected == 0) return;
-  OpenChosen(register_->NumberAt(static_cast<std::size_t>(control.selected) - 1));
-}
-
-void FrmEditWiresPost::OnClick(Control& control) {
-  if (control.name == "cmdOk") Post();
-  if (control.name == "cmdDone") Close();
-  if (!control.name.starts_with("cmdList")) return;
-  register_->ShowStatus(control.name == "cmdListAll" ? "" : control.name == "cmdListCleared" ? "C" : "O");
-  RowsChanged("lstWireNumbers");
-}
-
-std::optional<WireRecord> FrmEditWiresPost::FindPosted(const std::string& number) {
-  if (number.empty() || !tables_.wires.SeekNumber(number)) return std::nullopt;
-  return tables_.wires.Read();
-}
-
 WireRecord FrmEditWiresPost::BlankRecord() {
   WireRecord wire;
   wire.dated = session_.TheClock().Now().date;
@@ -114,6 +100,7 @@ void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
   SetCaption("cmdOk", wire != nullptr ? "&Ok" : "P&ost Wire");
   const bool open = restriction.empty() && !viewing_;
   SetEnabled("cmdOk", open);
+  SetEnabled("cmdRolodex", open);
   for (const EntryField<WireRecord>& entry : kFields) {
     if (entry.control != NumberControl()) SetEnabled(entry.control, open);
   }
@@ -158,15 +145,6 @@ PostOutcome FrmEditWiresPost::WriteChanged(const WireRecord& before, const WireR
 
 std::string FrmEditWiresPost::NotAdded(const PostOutcome& outcome, const std::string& number) const {
   return WireFailureMessage(outcome, number);
-}
-
-std::string FrmEditWiresPost::NothingChanged(const std::string& number) const {
-  return "Wire " + number + " was not added or updated.";
-}
-
-void FrmEditWiresPost::RefreshRegister() {
-  register_->Refresh();
-  RowsChanged("lstWireNumbers");
 }
 
 }  // namespace tallwick

@@ -18,15 +18,17 @@ std::vector<SearchKey> Keys(std::string_view text) {
 
 }  // namespace
 
-WireRegister::WireRegister(const TableHome& home)
-    : ItemRegister(home, {"WIRENUMBER",
-                          "WIRESTATUS",
-                          &WireRecord::number,
-                          &WireRecord::status,
-                          {"Number", "Dated", "Payee", "Amount", "File", "Status"},
-                          3,
-                          Cells,
-                          Keys,
-                          StatusStyle}) {}
+ItemRows<WireRecord> WireRows() {
+  return {"WIRENUMBER",
+          "WIRESTATUS",
+          "WIREAMOUNT",
+          &WireRecord::number,
+          &WireRecord::status,
+          {"Number", "Dated", "Payee", "Amount", "File", "Status"},
+          3,
+          Cells,
+          Keys,
+          StatusStyle};
+}
 
 }  // namespace tallwick

@@ -6,9 +6,6 @@
 
 namespace tallwick {
 
-class WireRegister : public ItemRegister<WireTable, WireRecord> {
- public:
-  explicit WireRegister(const TableHome& home);
-};
+ItemRows<WireRecord> WireRows();
 
 }  // namespace tallwick

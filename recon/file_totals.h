@@ -33,15 +33,31 @@ class FileTotals {
 
  private:
   static constexpr std::size_t kWidth = 14;
-  struct Place {
-    std::array<char, 16> number{};  // zeros: the place is free
+  static constexpr std::size_t kWaiting = 16;
+  // `first` and `second` are the number's first and last eight bytes.
+  struct alignas(32) Place {
+    std::uint64_t first = 0;  // 0: the place is free
+    std::uint64_t second = 0;
     Currency sum;
   };
-  std::size_t Find(const std::array<char, 16>& number) const;
+  struct Item {
+    std::uint64_t first = 0;
+    std::uint64_t second = 0;
+    std::size_t hash = 0;
+    Currency amount;
+  };
+  static std::string TextOf(const Place& place);
+  static std::size_t HashOf(std::uint64_t first, std::uint64_t second);
+  Place& Find(std::uint64_t first, std::uint64_t second, std::size_t hash);
+  void Count(const Item& item);
   void Grow();
+  void CountWaiting();
 
-  std::vector<Place> places_;  // a power of two, at most half of them used
+  std::vector<Place> places_;  // a power of two, at most two thirds of them used
   std::size_t used_ = 0;
+  // Items wait a little, until their places have come from memory.
+  std::array<Item, kWaiting> waiting_;
+  std::size_t waiting_count_ = 0;
 };
 
 }  // namespace tallwick

@@ -2,10 +2,14 @@
 
 #include "core/date.h"
 #include "posting/entry_problems.h"
+#include "reports/file_standings.h"
 #include "tables/status_text.h"
 
 namespace tallwick {
 namespace {
+
+constexpr std::size_t kItemColumns = 9;
+constexpr std::string_view kNoFile = "(no file)";
 
 std::string PeriodText(const Period& period) {
   return period.IsEmpty() ? std::string() : ShortForm(period);
@@ -22,8 +26,8 @@ class ItemRows : public RowSource {
   bool Open(const std::string& bank_code) { return tables_.Open(bank_code); }
 
   std::vector<std::string> Headings() const override {
-    return {"Date",   "Kind",       "Number",    "File",  "Payee or source",
-            "Amount", "Accounting", "Statement", "Status"};
+    return {"Date",       "Kind",      "Number", "File", "Amount", "Payee or source",
+            "Accounting", "Statement", "Status"};
   }
   std::size_t RowCount() override { return entries_.size(); }
   std::vector<std::string> Row(std::size_t row) override {
@@ -42,7 +46,7 @@ class ItemRows : public RowSource {
   std::string RowStyle(std::size_t row) override {
     return row < entries_.size() ? StyleOf(StatusOf(entries_[row])) : "";
   }
-  bool IsNumeric(std::size_t column) const override { return column == 5; }
+  bool IsNumeric(std::size_t column) const override { return column == 4; }
 
  private:
   std::vector<std::string> CheckRow(const ReconEntry& entry) {
@@ -52,8 +56,8 @@ class ItemRows : public RowSource {
             "Check",
             check.number,
             check.file_number,
-            check.payee,
             AmountText(entry.amount),
+            check.payee,
             PeriodText(check.accounting),
             PeriodText(check.statement),
             CheckStatusText(check.status)};
@@ -65,8 +69,8 @@ class ItemRows : public RowSource {
             "Wire",
             wire.number,
             wire.file_number,
-            wire.payee,
             AmountText(entry.amount),
+            wire.payee,
             PeriodText(wire.accounting),
             PeriodText(wire.statement),
             WireStatusText(wire.status)};
@@ -80,8 +84,8 @@ class ItemRows : public RowSource {
             "Deposit",
             deposit.sequence + "/" + std::to_string(entry.item),
             item.file_number,
-            item.source,
             AmountText(entry.amount),
+            item.source,
             PeriodText(deposit.accounting),
             PeriodText(item.statement),
             VoucherStatusText(item.status)};
@@ -107,8 +111,8 @@ class FileRows : public RowSource {
   std::vector<std::string> Row(std::size_t row) override {
     if (row >= files_.size()) return {};
     const FileBalance& file = files_[row];
-    return {file.file_number.empty() ? "(no file)" : file.file_number, AmountText(file.balance),
-            std::string(ConditionOf(file.balance))};
+    return {file.file_number.empty() ? std::string(kNoFile) : file.file_number, AmountText(file.balance),
+            std::string(ConditionOfBalance(file.balance))};
   }
   std::string RowStyle(std::size_t row) override {
     return row < files_.size() && files_[row].balance.IsNegative() ? "stopped" : "";
@@ -149,8 +153,15 @@ std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string
   return rows;
 }
 
-std::string_view ConditionOf(Currency balance) {
-  return balance.IsZero() ? "Balanced" : balance.IsNegative() ? "Over Drawn" : "Funds Available";
+RowScreen ScreenOfRow(const std::vector<std::string>& cells) {
+  if (cells.size() != kItemColumns)
+    return {"frmViewFileLedgers", cells.empty() || cells[0] == kNoFile ? std::string() : cells[0], {}};
+  const std::string& number = cells[2];
+  if (cells[1] == "Check") return {"frmEditChecksPost", "Viewing", {{"txtCheckNumber", number}}};
+  if (cells[1] == "Wire") return {"frmEditWiresPost", "Viewing", {{"txtWireNumber", number}}};
+  return {"frmEditDepositsPost",
+          "Viewing",
+          {{"txtDepositDated", cells[0]}, {"txtDateSequence", number.substr(0, number.find('/'))}}};
 }
 
 std::shared_ptr<RowSource> MakeFileRows(std::vector<FileBalance> files) {

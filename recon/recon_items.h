@@ -34,8 +34,13 @@ ReconListSum SumOf(const std::vector<ReconEntry>& entries, const ReconList& list
 std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string& bank_code,
                                         const std::vector<ReconEntry>& entries, const ReconList& list);
 
-// "Over Drawn" or "Funds Available"; "Balanced" for zero.
-std::string_view ConditionOf(Currency balance);
+// The screen that shows what a row of either list stands for: an item, or a file's ledger.
+struct RowScreen {
+  std::string_view screen;
+  std::string mode;
+  std::vector<KeyText> key;  // what looks the item up; none for a ledger
+};
+RowScreen ScreenOfRow(const std::vector<std::string>& cells);
 
 std::shared_ptr<RowSource> MakeFileRows(std::vector<FileBalance> files);
 

@@ -2,12 +2,8 @@
 
 #include <array>
 
-#include "tables/packed_record.h"
-
 namespace tallwick {
 namespace {
-
-constexpr std::int64_t kRecordsPerReport = 8192;
 
 // Counts an item and keeps it where it is part of a figure.
 ReconPlace Count(ReconFindings& findings, const ReconItem& item, std::int32_t record, int deposit_item = 0) {
@@ -28,10 +24,6 @@ class RecordReader {
 
   TableBase& Table() { return table_; }
   std::string_view What() const { return what_; }
-  // A field that the table lacks; "" when it has all.
-  const std::string& Missing() const { return fields_.Missing(); }
-
- protected:
   PackedFields& Fields() { return fields_; }
 
  private:
@@ -103,52 +95,24 @@ class DepositReader : public RecordReader {
   std::array<Item, kDepositItems> items_;
 };
 
-bool HasItsFields(RecordReader& reader) {
-  if (reader.Missing().empty()) return true;
-  TableBase& table = reader.Table();
-  table.Data().TellUnreadable(table.Handle(), engine::kErrorFieldName);
-  return false;
-}
-
-ReconEnd RunPass(RecordReader& reader, ReconProgress& progress, ReconFindings& findings) {
-  clsKVRData& data = reader.Table().Data();
-  const DataHandle table = reader.Table().Handle();
-  const std::int64_t total = data.RecordCount(table);
-  std::int64_t done = 0;
-  data.SelectTagByPointer(table, 0);
-  int code = data.TopDatabase(table);
-  for (; code == engine::kSuccess; code = data.SkipDatabase(table)) {
-    if (done % kRecordsPerReport == 0 && !progress.Reading(reader.What(), done, total))
-      return ReconEnd::kStopped;
-    ++done;
-    const RecordView record = data.RecordBytes(table);
-    if (!IsLive(record)) continue;
-    ++findings.records;
-    reader.Read(record, data.recordNumber, findings);
-  }
-  if (code < 0) {
-    data.TellUnreadable(table, code);
-    return ReconEnd::kUnreadable;
-  }
-  return progress.Reading(reader.What(), total, total) ? ReconEnd::kDone : ReconEnd::kStopped;
+PassEnd RunPass(RecordReader& reader, const PassProgress& progress, ReconFindings& findings) {
+  return PassOver(reader.Table(), reader.Fields(), reader.What(), progress,
+                  [&](RecordView record, std::int32_t number) {
+                    ++findings.records;
+                    reader.Read(record, number, findings);
+                  });
 }
 
 }  // namespace
 
-ReconEnd RunReconPasses(BankTables& tables, ReconProgress& progress, ReconFindings& findings) {
+PassEnd RunReconPasses(BankTables& tables, const PassProgress& progress, ReconFindings& findings) {
   PaymentReader checks(tables.checks, "Checks", ReconKind::kCheck, "CHX");
   PaymentReader wires(tables.wires, "Wire Transfers", ReconKind::kWire, "WIRE");
   DepositReader deposits(tables.deposits);
-  for (RecordReader* reader : {static_cast<RecordReader*>(&checks), static_cast<RecordReader*>(&wires),
-                               static_cast<RecordReader*>(&deposits)}) {
-    if (!HasItsFields(*reader)) return ReconEnd::kUnreadable;
-    TableBase& table = reader->Table();
-    table.Data().SetReadAhead(table.Handle(), true);
-    const ReconEnd end = RunPass(*reader, progress, findings);
-    table.Data().SetReadAhead(table.Handle(), false);
-    if (end != ReconEnd::kDone) return end;
-  }
-  return ReconEnd::kDone;
+  PassEnd end = RunPass(checks, progress, findings);
+  if (end == PassEnd::kDone) end = RunPass(wires, progress, findings);
+  if (end == PassEnd::kDone) end = RunPass(deposits, progress, findings);
+  return end;
 }
 
 }  // namespace tallwick

@@ -14,6 +14,7 @@
 #include "recon/file_totals.h"
 #include "recon/reconciliation.h"
 #include "tables/bank_tables.h"
+#include "tables/record_pass.h"
 
 namespace tallwick {
 
@@ -35,18 +36,7 @@ struct ReconFindings {
   std::int64_t records = 0;  // live ones, of all three tables
 };
 
-class ReconProgress {
- public:
-  virtual ~ReconProgress() = default;
-  // `done` of `total` records of the table that is being read ("Checks") have been read. False stops the
-  // passes.
-  virtual bool Reading(std::string_view what, std::int64_t done, std::int64_t total) = 0;
-};
-
-enum class ReconEnd { kDone, kStopped, kUnreadable };
-
-// Adds everything in the bank's open tables to `findings`. kUnreadable comes after a message: a table is
-// damaged, or lacks a field. Findings of passes that were not done say nothing.
-ReconEnd RunReconPasses(BankTables& tables, ReconProgress& progress, ReconFindings& findings);
+// Adds everything in the bank's open tables to `findings`. Findings of passes that were not done say nothing.
+PassEnd RunReconPasses(BankTables& tables, const PassProgress& progress, ReconFindings& findings);
 
 }  // namespace tallwick

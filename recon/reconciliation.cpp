@@ -25,11 +25,8 @@ ReconBucket BucketOf(ReconKind kind, char status) {
   return status == 'V' ? kReconVoided : status == 'S' ? kReconStopped : kReconOutstanding;
 }
 
-}  // namespace
-
-ReconPlace PlaceOf(const ReconTerms& terms, const ReconItem& item) {
+inline ReconPlace PlaceBy(const ReconTerms& terms, std::int32_t statement_key, const ReconItem& item) {
   ReconPlace place;
-  const std::int32_t statement_key = MakeKey(terms.statement);
   if (item.accounting_key > statement_key) return place;
   place.bucket = BucketOf(item.kind, item.status);
   if (place.bucket == kReconNone) return place;
@@ -47,18 +44,14 @@ ReconPlace PlaceOf(const ReconTerms& terms, const ReconItem& item) {
   return place;
 }
 
-std::uint8_t FiguresOf(const ReconPlace& place) {
-  unsigned figures = 0;
-  if (place.bucket == kReconOutstanding) figures |= kFigureOutstanding;
-  if (place.cleared_here) figures |= kFigureCleared;
-  const bool booked = place.period_bucket == kReconOutstanding || place.period_bucket == kReconCleared;
-  if (booked || place.written_in_period) figures |= kFigureBooked;
-  if (place.period_bucket > kReconCleared) figures |= kFigureReturned;
-  return static_cast<std::uint8_t>(figures);
+}  // namespace
+
+ReconPlace PlaceOf(const ReconTerms& terms, const ReconItem& item) {
+  return PlaceBy(terms, MakeKey(terms.statement), item);
 }
 
 ReconPlace Reconciliation::Add(const ReconItem& item) {
-  const ReconPlace place = PlaceOf(terms_, item);
+  const ReconPlace place = PlaceBy(terms_, statement_key_, item);
   if (place.bucket == kReconNone) return place;
   ReconSums& sums = sums_[static_cast<std::size_t>(item.kind)];
   sums.by_bucket[place.bucket] += item.amount;

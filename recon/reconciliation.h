@@ -63,7 +63,15 @@ enum ReconFigure : std::uint8_t {
   kFigureReturned = 4,     // checks voided or stopped in the period
   kFigureCleared = 8,      // cleared on this statement
 };
-std::uint8_t FiguresOf(const ReconPlace& place);
+inline std::uint8_t FiguresOf(const ReconPlace& place) {
+  unsigned figures = 0;
+  if (place.bucket == kReconOutstanding) figures |= kFigureOutstanding;
+  if (place.cleared_here) figures |= kFigureCleared;
+  const bool booked = place.period_bucket == kReconOutstanding || place.period_bucket == kReconCleared;
+  if (booked || place.written_in_period) figures |= kFigureBooked;
+  if (place.period_bucket > kReconCleared) figures |= kFigureReturned;
+  return static_cast<std::uint8_t>(figures);
+}
 
 // Sums of one kind by bucket, the slots being those of ReconBucket; slot 0 is not used.
 struct ReconSums {
@@ -101,11 +109,13 @@ struct ReconResults {
   std::int64_t cleared_wire_count = 0;
 
   bool IsBalanced() const { return difference.IsZero(); }
+  friend bool operator==(const ReconResults&, const ReconResults&) = default;
 };
 
 class Reconciliation {
  public:
-  explicit Reconciliation(const ReconTerms& terms) : terms_(terms) {}
+  explicit Reconciliation(const ReconTerms& terms)
+      : terms_(terms), statement_key_(MakeKey(terms.statement)) {}
 
   // Counts the item and says where.
   ReconPlace Add(const ReconItem& item);
@@ -116,6 +126,7 @@ class Reconciliation {
 
  private:
   ReconTerms terms_;
+  std::int32_t statement_key_;
   std::array<ReconSums, 3> sums_;
 };
 

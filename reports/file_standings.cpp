@@ -46,7 +46,7 @@ PassEnd PassChecks(CheckTable& table, const Pass& pass) {
   const PackedField dated = fields.Find("CHXDATED", 'D');
   const PackedPeriod accounting = fields.FindPeriod("CHXACCT");
   const PackedPeriod statement = fields.FindPeriod("CHXSTMT");
-  return PassOver(table, fields, "Checks", pass.progress, [&](RecordView record) {
+  return PassOver(table, fields, "Checks", pass.progress, [&](RecordView record, std::int32_t) {
     if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
     const char letter = StatusIn(status.Text(record));
     const bool returned = letter == 'V' || letter == 'S';
@@ -62,7 +62,7 @@ PassEnd PassWires(WireTable& table, const Pass& pass) {
   const PackedField file = fields.Find("WIREFILENO", 'C');
   const PackedField dated = fields.Find("WIREDATED", 'D');
   const PackedPeriod accounting = fields.FindPeriod("WIREACCT");
-  return PassOver(table, fields, "Wire Transfers", pass.progress, [&](RecordView record) {
+  return PassOver(table, fields, "Wire Transfers", pass.progress, [&](RecordView record, std::int32_t) {
     if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
     pass.standings.Pay(file.Text(record), MoneyIn(amount.Text(record)), DayIn(dated.Text(record)));
   });
@@ -81,7 +81,7 @@ PassEnd PassDeposits(DepositTable& table, const Pass& pass) {
     items[i] = {fields.Find("DEPOFILE" + number, 'C'), fields.Find("DEPOAMT" + number, 'N'),
                 fields.Find("DEPOSTAT" + number, 'C')};
   }
-  return PassOver(table, fields, "Deposits", pass.progress, [&](RecordView record) {
+  return PassOver(table, fields, "Deposits", pass.progress, [&](RecordView record, std::int32_t) {
     if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
     const std::int32_t day = DayIn(dated.Text(record));
     for (const Item& item : items) {

@@ -1,7 +1,5 @@
 #include "reports/report_form.h"
 
-#include <algorithm>
-
 #include "reports/report_pages.h"
 
 namespace tallwick {
@@ -41,18 +39,6 @@ void ReportForm::Send(bool (DocumentPrinter::*how)(const PrintDocument&)) {
     return;
   }
   (session_.Documents()->*how)(MakePages(Report()));
-}
-
-std::vector<std::string> ReportGrid::Row(std::size_t row) {
-  return row < lines_.size() ? lines_[row].cells : std::vector<std::string>();
-}
-
-std::string ReportGrid::RowStyle(std::size_t row) {
-  return row < lines_.size() ? lines_[row].style : std::string();
-}
-
-bool ReportGrid::IsNumeric(std::size_t column) const {
-  return std::find(numeric_.begin(), numeric_.end(), column) != numeric_.end();
 }
 
 }  // namespace tallwick

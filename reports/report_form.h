@@ -5,8 +5,6 @@
 
 #include <string>
 #include <string_view>
-#include <utility>
-#include <vector>
 
 #include "core/form.h"
 #include "core/print_document.h"
@@ -30,29 +28,6 @@ class ReportForm : public Form {
 
  private:
   void Send(bool (DocumentPrinter::*how)(const PrintDocument&));
-};
-
-// Rows of texts for a grid, with a word for the look of each (see RowSource::RowStyle).
-class ReportGrid : public RowSource {
- public:
-  struct Line {
-    std::vector<std::string> cells;
-    std::string style = {};
-  };
-  // Columns of `numeric` stand on the right.
-  ReportGrid(std::vector<std::string> headings, std::vector<std::size_t> numeric, std::vector<Line> lines)
-      : headings_(std::move(headings)), numeric_(std::move(numeric)), lines_(std::move(lines)) {}
-
-  std::vector<std::string> Headings() const override { return headings_; }
-  std::size_t RowCount() override { return lines_.size(); }
-  std::vector<std::string> Row(std::size_t row) override;
-  std::string RowStyle(std::size_t row) override;
-  bool IsNumeric(std::size_t column) const override;
-
- private:
-  const std::vector<std::string> headings_;
-  const std::vector<std::size_t> numeric_;
-  const std::vector<Line> lines_;
 };
 
 }  // namespace tallwick

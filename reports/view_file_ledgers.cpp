@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/text.h"
+#include "core/text_rows.h"
 #include "reports/report_origin.h"
 #include "shell/bank_select.h"
 #include "tables/notes_table.h"
@@ -35,39 +36,33 @@ std::string StyleOf(std::string_view status) {
 }
 
 template <class Item>
-std::vector<ReportGrid::Line> LinesOf(const std::vector<Item>& items,
-                                      std::vector<std::string> (*cells)(const Item&)) {
-  std::vector<ReportGrid::Line> lines;
-  lines.reserve(items.size());
-  for (const Item& item : items) lines.push_back({cells(item), StyleOf(item.status)});
-  return lines;
+void AddLines(const std::vector<Item>& items, std::vector<std::string> (*cells)(const Item&),
+              TextRows& rows) {
+  for (const Item& item : items) rows.Add(cells(item), StyleOf(item.status));
 }
 
-std::vector<ReportGrid::Line> LinesOf(const BankLedger& bank, LedgerSection section) {
+void AddLines(const BankLedger& bank, LedgerSection section, TextRows& rows) {
   switch (section) {
     case LedgerSection::kChecks:
-      return LinesOf(bank.Checks(), CheckCells);
+      return AddLines(bank.Checks(), CheckCells, rows);
     case LedgerSection::kWires:
-      return LinesOf(bank.Wires(), WireCells);
+      return AddLines(bank.Wires(), WireCells, rows);
     case LedgerSection::kDeposits:
-      return LinesOf(bank.Deposits(), DepositCells);
+      return AddLines(bank.Deposits(), DepositCells, rows);
     case LedgerSection::kVouchers:
-      break;
+      return AddLines(bank.Vouchers(), VoucherCells, rows);
   }
-  return LinesOf(bank.Vouchers(), VoucherCells);
 }
 
 // The printed totals, with the block that the printed ledger has below the vouchers.
-std::vector<ReportGrid::Line> TotalLines(const BankLedger& bank) {
-  std::vector<ReportGrid::Line> lines;
+void AddTotals(const BankLedger& bank, TextRows& rows) {
   for (const LedgerTotal& total : TotalsOf(bank)) {
     const std::string caption = total.remark.empty() ? total.caption : total.caption + "  " + total.remark;
-    lines.push_back({{caption, ReportAmount(total.amount)}});
+    rows.Add({caption, ReportAmount(total.amount)});
   }
-  lines.push_back({{"Bank Balance", ReportAmount(bank.BankBalance())}});
-  lines.push_back({{"less Net Vouchers", ReportAmount(bank.TotalVouchers())}});
-  lines.push_back({{bank.Name() + " Adjusted Balance", ReportAmount(bank.AdjustedBalance())}});
-  return lines;
+  rows.Add({"Bank Balance", ReportAmount(bank.BankBalance())});
+  rows.Add({"less Net Vouchers", ReportAmount(bank.TotalVouchers())});
+  rows.Add({bank.Name() + " Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
 }
 
 struct ItemScreen {
@@ -155,15 +150,15 @@ const BankLedger* FrmViewFileLedgers::Bank() {
 void FrmViewFileLedgers::ShowBank() {
   const BankLedger* bank = Bank();
   for (const SectionGrid& grid : kGrids) {
-    std::vector<ReportGrid::Line> lines;
-    if (bank != nullptr) lines = LinesOf(*bank, grid.section);
-    SetSource(grid.control, std::make_shared<ReportGrid>(Split(grid.headings, '|'),
-                                                         std::vector<std::size_t>{kAmountColumn}, lines));
+    auto rows =
+        std::make_shared<TextRows>(Split(grid.headings, '|'), std::vector<std::size_t>{kAmountColumn});
+    if (bank != nullptr) AddLines(*bank, grid.section, *rows);
+    SetSource(grid.control, std::move(rows));
   }
-  std::vector<ReportGrid::Line> totals;
-  if (bank != nullptr) totals = TotalLines(*bank);
-  SetSource("grdTotals", std::make_shared<ReportGrid>(std::vector<std::string>{"Totals", "Amount"},
-                                                      std::vector<std::size_t>{1}, totals));
+  auto totals =
+      std::make_shared<TextRows>(std::vector<std::string>{"Totals", "Amount"}, std::vector<std::size_t>{1});
+  if (bank != nullptr) AddTotals(*bank, *totals);
+  SetSource("grdTotals", std::move(totals));
   Mark(std::nullopt);
 }
 

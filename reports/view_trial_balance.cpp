@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "core/text_format.h"
+#include "core/text_rows.h"
 #include "reports/report_origin.h"
 #include "shell/company_tables.h"
 
@@ -134,12 +135,10 @@ bool FrmViewTrialBalance::ShowProgress(std::string_view what, std::int64_t done,
 }
 
 void FrmViewTrialBalance::ShowResult() {
-  std::vector<ReportGrid::Line> lines;
-  lines.reserve(balance_.files.size());
+  auto rows = std::make_shared<TextRows>(Split(kTrialHeadings, '|'), std::vector<std::size_t>{1, 2, 3});
   for (const FileStanding& file : balance_.files)
-    lines.push_back({TrialCells(file), file.Balance().IsNegative() ? "stopped" : ""});
-  SetSource("grdFiles", std::make_shared<ReportGrid>(Split(kTrialHeadings, '|'),
-                                                     std::vector<std::size_t>{1, 2, 3}, std::move(lines)));
+    rows->Add(TrialCells(file), file.Balance().IsNegative() ? "stopped" : "");
+  SetSource("grdFiles", std::move(rows));
   SetEnabled("cmdOpenLedger", false);
   const bool computed = balance_.message.empty();
   const auto count = static_cast<long long>(balance_.files.size());

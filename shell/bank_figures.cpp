@@ -169,7 +169,8 @@ void BankFigures::NoteWritten(DataHandle data, std::int32_t record) {
   }
 }
 
-BankOverview BankFigures::Read() {
+BankOverview BankFigures::Read(std::chrono::milliseconds budget) {
+  const Deadline deadline = std::chrono::steady_clock::now() + budget;
   BankOverview overview;
   const std::optional<BankRecord> bank = session_.Company().banks.Find(session_.BankCode());
   BankTables tables(session_.Home());
@@ -182,10 +183,17 @@ BankOverview BankFigures::Read() {
   CheckReader checks(*this, reconciled, tables.checks);
   WireReader wires(*this, reconciled, tables.wires);
   DepositReader deposits(*this, reconciled, tables.deposits);
-  Update(kChecks, tables.checks, checks);
-  Update(kWires, tables.wires, wires);
-  Update(kDeposits, tables.deposits, deposits);
-
+  const bool complete = Update(kChecks, tables.checks, checks, deadline) &&
+                        Update(kWires, tables.wires, wires, deadline) &&
+                        Update(kDeposits, tables.deposits, deposits, deadline);
+  if (!complete) {
+    const std::int64_t all = std::int64_t{tables.checks.RecordCount()} + tables.wires.RecordCount() +
+                             tables.deposits.RecordCount();
+    std::int64_t read = 0;
+    for (const Kept& kept : kept_) read += static_cast<std::int64_t>(kept.items.size());
+    overview.percent_read =
+        static_cast<int>(std::min<std::int64_t>(99, read * 100 / std::max<std::int64_t>(1, all)));
+  }
   overview.book_balance = bank->beginning_balance + book_change_;
   overview.outstanding_checks = kept_[kChecks].outstanding;
   overview.outstanding_deposits = kept_[kDeposits].outstanding;
@@ -204,7 +212,7 @@ void BankFigures::StartOver(const std::string& bank_code, std::int32_t reconcile
   overdrawn_ = 0;
 }
 
-void BankFigures::Update(Source source, TableBase& table, Reader& reader) {
+bool BankFigures::Update(Source source, TableBase& table, Reader& reader, Deadline deadline) {
   Kept& kept = kept_[source];
   kept.table = table.Data().DatabaseName(table.Handle());
   const auto count = static_cast<std::size_t>(table.RecordCount());
@@ -216,18 +224,33 @@ void BankFigures::Update(Source source, TableBase& table, Reader& reader) {
   // A table that has been packed is another one.
   for (std::size_t record = count + 1; record <= known; ++record)
     read(static_cast<std::int32_t>(record), false);
-  kept.items.resize(count);
+  kept.items.resize(std::min(known, count));
   for (const std::int32_t record : kept.written) {
     if (record > 0 && static_cast<std::size_t>(record) <= std::min(known, count))
       read(record, table.GoTo(record));
   }
   kept.written.clear();
-  if (known >= count) return;
+  return known >= count || ReadNew(kept, table, reader, deadline);
+}
+
+// What can not be read counts as nothing, and is not tried again.
+bool BankFigures::ReadNew(Kept& kept, TableBase& table, Reader& reader, Deadline deadline) {
+  constexpr std::size_t kBetweenLooks = 64;  // records
+  const auto count = static_cast<std::size_t>(table.RecordCount());
+  if (kept.items.empty()) kept.items.reserve(count);
   table.Data().SetReadAhead(table.Handle(), true);
-  bool on = known == 0 ? table.Top("") : table.GoTo(static_cast<std::int32_t>(known + 1));
-  for (; on && static_cast<std::size_t>(table.RecordNumber()) <= count; on = table.Skip())
-    read(table.RecordNumber(), true);
+  bool in_time = true;
+  bool on = table.Top("") && table.GoTo(static_cast<std::int32_t>(kept.items.size() + 1));
+  for (; on && in_time && static_cast<std::size_t>(table.RecordNumber()) <= count; on = table.Skip()) {
+    kept.items.resize(static_cast<std::size_t>(table.RecordNumber()));
+    const bool counts = !table.Data().IsRecordDeleted(table.Handle());
+    Replace(kept, table.RecordNumber(), counts ? reader.Read() : Item());
+    const bool look = kept.items.size() % kBetweenLooks == 0 && kept.items.size() < count;
+    in_time = !look || std::chrono::steady_clock::now() < deadline;
+  }
   table.Data().SetReadAhead(table.Handle(), false);
+  if (in_time) kept.items.resize(count);
+  return in_time;
 }
 
 void BankFigures::Replace(Kept& kept, std::int32_t record, Item item) {

@@ -3,10 +3,12 @@
 // Invariant: for every record of the bank's tables that has been read, what it adds to the sums is kept, so a
 // record that changes is taken out as it was and added as it is. The first reading passes over the tables
 // whole; a later one reads the records that this workstation has written and those appended since by anyone.
-// A change that another workstation made to an older record shows after Forget.
+// A change that another workstation made to an older record shows after Forget. A reading of many records may
+// be done in slices: what is kept in between is of the records read until then.
 #pragma once
 
 #include <array>
+#include <chrono>
 #include <cstdint>
 #include <set>
 #include <string>
@@ -29,6 +31,8 @@ struct CountedSum {
 };
 
 struct BankOverview {
+  // While it is less than 100 the sums and counts are of a part of the records only.
+  int percent_read = 100;
   // The balance of the last reconciliation, plus deposits and less checks and wires of later accounting
   // periods, plus checks voided or stopped since.
   Currency book_balance;
@@ -45,8 +49,9 @@ class BankFigures {
   BankFigures(const BankFigures&) = delete;
   BankFigures& operator=(const BankFigures&) = delete;
 
-  // Of the selected bank, now. Empty when its tables cannot be opened, after their message.
-  BankOverview Read();
+  // Of the selected bank, now; reads on for about this long. Empty when its tables cannot be opened, after
+  // their message.
+  BankOverview Read(std::chrono::milliseconds budget = std::chrono::hours(1));
   // The next Read passes over the tables whole.
   void Forget() { bank_code_.clear(); }
 
@@ -64,7 +69,7 @@ class BankFigures {
   };
   enum Source { kChecks, kWires, kDeposits, kSources };
   struct Kept {
-    std::vector<Item> items;  // by record number - 1
+    std::vector<Item> items;  // by record number - 1, of the records read until now
     CountedSum outstanding;
     std::set<std::int32_t> written;  // records to read again
     std::string table;               // full path
@@ -76,7 +81,10 @@ class BankFigures {
   class DepositReader;
 
   void StartOver(const std::string& bank_code, std::int32_t reconciled);
-  void Update(Source source, TableBase& table, Reader& reader);
+  using Deadline = std::chrono::steady_clock::time_point;
+  // False when the time was up before the last record.
+  bool Update(Source source, TableBase& table, Reader& reader, Deadline deadline);
+  bool ReadNew(Kept& kept, TableBase& table, Reader& reader, Deadline deadline);
   void Replace(Kept& kept, std::int32_t record, Item item);
   void Count(Kept& kept, const Item& item, bool add);
   void NoteWritten(DataHandle data, std::int32_t record);

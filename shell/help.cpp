@@ -28,6 +28,9 @@ constexpr HelpPage kPages[] = {
     {"wires.html", "Wire transfers", 32, "frmEditWiresPost",
      "wire|wire transfer|outgoing wire|reference number"},
     {"vouchers.html", "Vouchers", 33, "frmEditVouchersPost", "voucher|set aside"},
+    {"reconciliation.html", "Reconciling a bank account", 36, "frmReconcileAccount",
+     "reconcile|reconciliation|statement|balance|difference|outstanding|three-way proof|take "
+     "back|charges|credits"},
     {"file-ledgers.html", "File ledgers", 34, "frmViewFileLedgers",
      "ledger|file balance|condition|over drawn|funds available|notes"},
     {"trial-balance.html", "Trial balance", 35, "frmViewTrialBalance",

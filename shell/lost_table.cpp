@@ -25,24 +25,37 @@ const BankTableKind kKinds[] = {{kCheckLayout, "C"},
                                 {kWireLayout, "W"},
                                 {kVoucherLayout, "V"}};
 
-// The first reference to a transaction of the table's bank and kind tells, in record order.
-bool IsReferredTo(const TableHome& home, std::string_view kind, std::string_view bank_code) {
+std::string WasThere(std::string_view evidence) {
+  return "it was there: " + std::string(evidence);
+}
+
+// The first reference to a transaction of the table's bank and kind tells, in record order. References that
+// can not be read through tell nothing, and that is no reason to believe the table new.
+std::string WhyReferredTo(const TableHome& home, std::string_view kind, std::string_view bank_code) {
   XrefTable xrefs(home);
-  if (!xrefs.Exists() || xrefs.OpenQuietly({}, false) <= 0) return false;
-  home.data.SetReadAhead(xrefs.Handle(), true);
-  for (bool on = xrefs.Top(""); on; on = xrefs.Skip()) {
-    if (home.data.IsRecordDeleted(xrefs.Handle())) continue;
-    const XrefRecord xref = xrefs.Read();
-    if (xref.kind == kind && EqualsIgnoreCase(Trim(xref.bank_code), bank_code)) return true;
+  if (!xrefs.Exists()) return {};
+  int code = xrefs.OpenQuietly({}, false);
+  if (xrefs.IsOpen()) {
+    home.data.SetReadAhead(xrefs.Handle(), true);
+    home.data.SelectTag(xrefs.Handle(), "");
+    code = home.data.TopDatabase(xrefs.Handle());
+    for (; code == engine::kSuccess; code = home.data.SkipDatabase(xrefs.Handle())) {
+      if (home.data.IsRecordDeleted(xrefs.Handle())) continue;
+      const XrefRecord xref = xrefs.Read();
+      if (xref.kind == kind && EqualsIgnoreCase(Trim(xref.bank_code), bank_code))
+        return WasThere(std::string(kXrefLayout.name) + " names transactions of it");
+    }
+    if (code == engine::kEof) return {};
   }
-  return false;
+  return "whether it was there can not be told: " + std::string(kXrefLayout.name) + " can not be read (" +
+         std::to_string(code) + ")";
 }
 
 std::string WhyBankTableLost(const TableHome& home, std::string_view table) {
   for (const BankTableKind& kind : kKinds) {
     if (!ToUpper(table).starts_with(kind.layout.name)) continue;
-    if (IsReferredTo(home, kind.xref_kind, table.substr(kind.layout.name.size())))
-      return std::string(kXrefLayout.name) + " names transactions of it";
+    std::string why = WhyReferredTo(home, kind.xref_kind, table.substr(kind.layout.name.size()));
+    if (!why.empty()) return why;
   }
   return {};
 }
@@ -53,16 +66,19 @@ std::string WhyCompanyTableLost(const TableHome& home, std::string_view table) {
   const bool in_use = std::any_of(std::begin(kKinds), std::end(kKinds), [&](const BankTableKind& kind) {
     return !home.files.List(home.folder, std::string(kind.layout.name) + "*.DBF").empty();
   });
-  return in_use ? "the folder holds tables of bank accounts" : std::string();
+  return in_use ? WasThere("the folder holds tables of bank accounts") : std::string();
 }
 
-// A copy, or what was written down when the last one was made.
+// Its own texts, a copy, or what was written down when the last one was made.
 std::string WhyKnown(const TableHome& home, std::string_view table) {
   const std::string name(table);
-  if (home.files.FileExists(home.folder + "DBFCOPYS\\" + name + ".DBF")) return "the last copy holds it";
+  if (home.files.SizeOf(home.folder + name + ".FPT").value_or(0) > kEmptyMemoBytes)
+    return WasThere("its memo file is there");
+  if (home.files.FileExists(home.folder + "DBFCOPYS\\" + name + ".DBF"))
+    return WasThere("the last copy holds it");
   const std::string control = home.files.Read(home.folder + "Escrow_Control.txt").value_or("");
   const bool listed = ("\n" + ToUpper(control)).find("\n" + ToUpper(name) + "=") != std::string::npos;
-  return listed ? "Escrow_Control.txt lists it" : std::string();
+  return listed ? WasThere("Escrow_Control.txt lists it") : std::string();
 }
 
 }  // namespace

@@ -9,8 +9,8 @@
 
 namespace tallwick {
 
-// What speaks for it, as the end of a sentence ("the last copy holds it"); "" for a table that is only now
-// wanted. `table` is its name, as "ESCROW_CHECKS_FNB".
+// What speaks for it, behind "is missing, but ": "it was there: the last copy holds it", or that it can not
+// be told; "" for a table that is only now wanted. `table` is its name, as "ESCROW_CHECKS_FNB".
 std::string WhyLost(const TableHome& home, std::string_view table);
 
 }  // namespace tallwick

@@ -24,6 +24,10 @@ constexpr std::string_view kFigures[] = {
     "lblAcctPeriod",        "lblLastReconciliation",  "lblBookBalance",
     "lblOutstandingChecks", "lblOutstandingDeposits", "lblFilesOverdrawn"};
 
+constexpr std::string_view kSums[] = {"lblBookBalance", "lblOutstandingChecks", "lblOutstandingDeposits",
+                                      "lblFilesOverdrawn"};
+constexpr std::chrono::milliseconds kFirstSlice{20};  // enough for what a day brings
+
 std::string Money(Currency amount) {
   return FormatNumber(amount, "#,###,###,##0.00");
 }
@@ -236,17 +240,36 @@ void FrmMainEscrowAccounting::ShowFigures() {
     SetSource("grdLatestPostings", nullptr);
     return;
   }
-  BankOverview overview = figures_.Read();
+  BankOverview overview = figures_.Read(kFirstSlice);
   SetCaption("lblBankName", bank->name);
   SetCaption("lblBankAddress", AddressLine(*bank));
   SetCaption("lblAccountNumber", "Account No. " + bank->account_number);
   SetCaption("lblAcctPeriod", PeriodText(bank->accounting));
   SetCaption("lblLastReconciliation", PeriodText(bank->reconciled));
+  ShowSums(overview);
+  SetSource("grdLatestPostings", std::make_shared<LatestPostings>(std::move(overview.latest)));
+  if (overview.percent_read < 100) LetWork();
+}
+
+// Many records are read while the window can be used.
+bool FrmMainEscrowAccounting::OnWork(std::chrono::milliseconds budget) {
+  if (session_.BankCode().empty()) return false;
+  const BankOverview overview = figures_.Read(budget);
+  ShowSums(overview);
+  return overview.percent_read < 100;
+}
+
+// Sums of a part of the records would be taken for those of the bank.
+void FrmMainEscrowAccounting::ShowSums(const BankOverview& overview) {
+  if (overview.percent_read < 100) {
+    const std::string reading = "reading, " + std::to_string(overview.percent_read) + " %";
+    for (const std::string_view sum : kSums) SetCaption(sum, reading);
+    return;
+  }
   SetCaption("lblBookBalance", Money(overview.book_balance));
   SetCaption("lblOutstandingChecks", Counted(overview.outstanding_checks));
   SetCaption("lblOutstandingDeposits", Counted(overview.outstanding_deposits));
   SetCaption("lblFilesOverdrawn", FormatNumber(static_cast<long long>(overview.files_overdrawn), "###,##0"));
-  SetSource("grdLatestPostings", std::make_shared<LatestPostings>(std::move(overview.latest)));
 }
 
 }  // namespace tallwick

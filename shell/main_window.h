@@ -29,6 +29,7 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void OnMenu(Control& control) override;
   void OnClick(Control& control) override;
   bool OnKey(std::string_view key) override;
+  bool OnWork(std::chrono::milliseconds budget) override;
 
  private:
   void SessionChanged(SessionChange change) override;
@@ -36,6 +37,7 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void ShowCommands();
   bool IsOffered(const MainCommand& command, bool security_on, bool open) const;
   void ShowFigures();
+  void ShowSums(const BankOverview& overview);
   void ReadAnew();
   void ShowRecentFiles();
   void CarryOut(std::string_view command);

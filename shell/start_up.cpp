@@ -13,9 +13,8 @@ namespace tallwick {
 namespace {
 
 constexpr std::string_view kNoSuiteText =
-    "Tallwick Escrow Accounting cannot start: the suite's main program is not running.  Start Tallwick, open "
-    "a "
-    "company and try again.";
+    "Tallwick Escrow Accounting cannot start: the suite's main program is not running.  Start Tallwick, "
+    "open a company and try again.";
 constexpr std::string_view kExclusiveText =
     "Escrow Accounting is in Exclusive Access Mode - Try again later...";
 
@@ -124,12 +123,17 @@ class StartUpRun {
 
   void TellRefused(const TableBase& table, int code) {
     const std::string shown = ports_.files.PlatformPath(session_->data_path_);
-    ports_.boxes.Critical(
-        kProgramName, "Escrow Accounting can not start: " + table.Name() + " does not open.  " +
-                          std::string(engine::error4text(code)) + " (" + std::to_string(code) +
-                          ").\r\rHave everybody leave the program.  Then \"escrowctl --data " + shown +
-                          " verify\" says what is wrong, \"mend\" in its place mends what can be mended, and "
-                          "a copy brings back the rest.");
+    const std::string advice =
+        code == engine::kErrorReadOnly
+            ? "The last posts of a program that ended early wait to be brought to the tables, and that must "
+              "be written.  Have somebody start Escrow Accounting who may write in the folder (" +
+                  shown + "), then start again here."
+            : "Have everybody leave the program.  Then \"escrowctl --data " + shown +
+                  " verify\" says what is wrong, \"mend\" in its place mends what can be mended, and a copy "
+                  "brings back the rest.";
+    ports_.boxes.Critical(kProgramName, "Escrow Accounting can not start: " + table.Name() +
+                                            " does not open.  " + std::string(engine::error4text(code)) +
+                                            " (" + std::to_string(code) + ").\r\r" + advice);
   }
 
   // Looking at things needs no more than reading.

@@ -264,6 +264,9 @@ class clsKVRData {
   int RefreshRecord(DataHandle data);  // reads the current record from disk again
   // The buffer as it will stand in the file, deletion mark first; empty when not open.
   std::span<const std::uint8_t> RecordBytes(DataHandle data) const;
+  // The same, and behind it the records that follow it, as many as a walk with read-ahead has at hand: whole
+  // records, one after the other. SkipDatabase by their number goes on behind them.
+  std::span<const std::uint8_t> RecordRun(DataHandle data) const;
   void AddDatabaseUIDErrorMsg(DataHandle data, int code, std::int32_t unique_id, int retries);
 
   // --- Fields ---

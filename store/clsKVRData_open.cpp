@@ -2,6 +2,7 @@
 
 #include "core/text.h"
 #include "store/clsKVRData.h"
+#include "store/engine/instance.h"
 #include "store/engine/journal.h"
 
 namespace tallwick {
@@ -221,9 +222,19 @@ std::string clsKVRData::DatabaseName(DataHandle data) const {
   return table ? engine::d4fileName(*table->data) : std::string();
 }
 
+// Every write goes through the folder's journal. Where there is none yet, it can be made only in a folder in
+// which files can be made; a try with another name tells, and leaves nothing.
 bool clsKVRData::IsReadOnly(DataHandle data) const {
   const OpenTable* table = Find(data);
-  return table && engine::d4readOnly(*table->data);
+  if (!table) return false;
+  const std::string folder = table->data->table.Folder();
+  if (engine::d4readOnly(*table->data) || engine_->JournalOf(folder).IsReadOnly()) return true;
+  if (ports_.files.Exists(folder + "/" + std::string(engine::Journal::kFileName))) return false;
+  const std::string trial = folder + "/ESCROW_" + std::to_string(ports_.workstation.ProcessId()) + ".TMP";
+  int code = engine::kSuccess;
+  const bool made = ports_.files.Open(trial, engine::OpenMode::kCreateNew, &code) != nullptr;
+  if (made) ports_.files.Remove(trial);
+  return code == engine::kErrorReadOnly;
 }
 
 bool clsKVRData::HasIndex(DataHandle data) const {

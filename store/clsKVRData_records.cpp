@@ -215,6 +215,11 @@ int clsKVRData::RefreshRecord(DataHandle data) {
   return table ? Moved(*table, engine::d4refreshRecord(*table->data)) : NotOpen();
 }
 
+std::span<const std::uint8_t> clsKVRData::RecordRun(DataHandle data) const {
+  const OpenTable* table = Find(data);
+  return table ? engine::d4recordRun(*table->data) : std::span<const std::uint8_t>();
+}
+
 std::span<const std::uint8_t> clsKVRData::RecordBytes(DataHandle data) const {
   const OpenTable* table = Find(data);
   return table ? engine::d4record(*table->data) : std::span<const std::uint8_t>();

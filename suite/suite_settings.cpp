@@ -42,7 +42,10 @@ bool ReadSettings(const QString& path, SuiteSettings& settings) {
   take("Company/SettingsPath", settings.settings_path);
   take("Company/UpdatePath", settings.update_path);
   take("Company/InactiveBanksPath", settings.inactive_banks_path);
-  SetBranches(ini.value("Company/Branches").toStringList(), settings);
+  // Older files name one branch.
+  const QVariant branches =
+      ini.contains("Company/Branches") ? ini.value("Company/Branches") : ini.value("Company/Branch");
+  SetBranches(branches.toStringList(), settings);
   take("User/Login", settings.login);
   settings.security_on = ini.value("User/SecurityOn", settings.security_on).toBool();
   const QString list = ini.value("Company/FileList").toString();

@@ -31,40 +31,37 @@ PackedPeriod PackedFields::FindPeriod(const std::string& prefix, const std::stri
           Find(prefix + "YR" + suffix, 'N')};
 }
 
-std::int32_t NumberIn(std::string_view field) {
-  std::int32_t number = 0;
-  std::size_t at = 0;
-  while (at < field.size() && field[at] == ' ') ++at;
-  for (; at < field.size() && Digit(field[at]) && number < 100'000'000; ++at)
-    number = number * 10 + (field[at] - '0');
-  if (at == field.size()) return number;
+std::int32_t AnyNumberIn(std::string_view field) {
   const std::string_view text = Trim(field);
-  number = 0;
+  std::int32_t number = 0;
   std::from_chars(text.data(), text.data() + text.size(), number);
   return number;
 }
 
 Currency MoneyIn(std::string_view field) {
-  // The usual form: blanks, digits, a point, two digits.
-  std::size_t at = 0;
-  while (at < field.size() && field[at] == ' ') ++at;
-  const std::size_t first = at;
-  std::int64_t cents = 0;
-  for (; at < field.size() && Digit(field[at]); ++at) cents = cents * 10 + (field[at] - '0');
-  const bool usual = at + 3 == field.size() && at - first <= 15 && field[at] == '.' && Digit(field[at + 1]) &&
-                     Digit(field[at + 2]);
-  if (usual) return Currency::FromCents(cents * 100 + (field[at + 1] - '0') * 10 + (field[at + 2] - '0'));
+  // The usual form: blanks, digits, a point, two digits. The dollars are read without a branch for each
+  // place.
+  const std::size_t point = field.size() < 4 || field.size() > 16 ? 0 : field.size() - 3;
+  if (point > 0 && field[point] == '.' && Digit(field[point + 1]) && Digit(field[point + 2])) {
+    std::int64_t dollars = 0;
+    unsigned seen = 0;  // a digit was
+    unsigned wrong = 0;
+    for (std::size_t at = 0; at < point; ++at) {
+      const unsigned blank = field[at] == ' ' ? 1 : 0;
+      const unsigned digit = (static_cast<unsigned>(field[at]) - '0') * (1 - blank);
+      wrong |= (digit > 9 ? 1U : 0U) | (blank & seen);
+      seen |= 1 - blank;
+      dollars = dollars * 10 + digit;
+    }
+    if (seen != 0 && wrong == 0)
+      return Currency::FromCents(dollars * 100 + (field[point + 1] - '0') * 10 + (field[point + 2] - '0'));
+  }
   return Currency::Parse(Trim(field)).value_or(Currency());
 }
 
-char StatusIn(std::string_view field) {
-  if (field.size() == 2 && field[1] == ' ') return field[0];
+char AnyStatusIn(std::string_view field) {
   const std::string_view text = Trim(field);
   return text.empty() ? ' ' : text.size() == 1 ? text[0] : '?';
-}
-
-bool IsBlank(std::string_view field) {
-  return field.find_first_not_of(' ') == std::string_view::npos;
 }
 
 }  // namespace tallwick

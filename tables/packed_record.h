@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <cstring>
 #include <span>
 #include <string>
 #include <string_view>
@@ -48,11 +49,45 @@ class PackedFields {
 inline bool IsLive(RecordView record) {
   return !record.empty() && record[0] != '*';
 }
-std::int32_t NumberIn(std::string_view field);
 Currency MoneyIn(std::string_view field);
+
+inline bool IsBlank(std::string_view field) {
+  constexpr std::uint64_t kBlanks = 0x2020202020202020U;
+  const std::size_t width = field.size();
+  if (width >= 8 && width <= 16) {
+    // Two words, which may overlap.
+    std::uint64_t first = 0;
+    std::uint64_t last = 0;
+    std::memcpy(&first, field.data(), 8);
+    std::memcpy(&last, field.data() + width - 8, 8);
+    return first == kBlanks && last == kBlanks;
+  }
+  for (const char character : field) {
+    if (character != ' ') return false;
+  }
+  return true;
+}
+
+// A number of any form, as the store reads it.
+std::int32_t AnyNumberIn(std::string_view field);
+// The same for a day, a month or a year, quickly where it stands as usual: in two or four places, the digits
+// at the right.
+inline std::int32_t NumberIn(std::string_view field) {
+  const auto digit = [&](std::size_t at) { return static_cast<unsigned>(field[at] - '0'); };
+  if (field.size() == 2) {
+    const unsigned tens = field[0] == ' ' ? 0 : digit(0);
+    if (tens <= 9 && digit(1) <= 9) return static_cast<std::int32_t>(tens * 10 + digit(1));
+  } else if (field.size() == 4 && digit(0) <= 9 && digit(1) <= 9 && digit(2) <= 9 && digit(3) <= 9) {
+    return static_cast<std::int32_t>(digit(0) * 1000 + digit(1) * 100 + digit(2) * 10 + digit(3));
+  }
+  return IsBlank(field) ? 0 : AnyNumberIn(field);
+}
+
 // The one letter of a status; ' ' for none, '?' for more than one letter.
-char StatusIn(std::string_view field);
-bool IsBlank(std::string_view field);
+char AnyStatusIn(std::string_view field);
+inline char StatusIn(std::string_view field) {
+  return field.size() == 2 && field[1] == ' ' ? field[0] : AnyStatusIn(field);
+}
 
 inline Period PeriodIn(RecordView record, const PackedPeriod& place) {
   return {NumberIn(place.month.Text(record)), NumberIn(place.day.Text(record)),

@@ -1,22 +1,40 @@
 #include "tables/record_pass.h"
 
+#include <algorithm>
+
 namespace tallwick {
 namespace {
 
 constexpr std::int64_t kRecordsPerReport = 8192;
 
+// Visits the current record and those at hand behind it; their number.
+std::int64_t VisitRun(const clsKVRData& data, DataHandle table, const RecordVisit& visit) {
+  const std::size_t length = data.RecordBytes(table).size();
+  const RecordView run = data.RecordRun(table);
+  std::int32_t number = data.recordNumber;
+  for (std::size_t at = 0; at < run.size(); at += length, ++number) {
+    const RecordView record = run.subspan(at, length);
+    if (IsLive(record)) visit(record, number);
+  }
+  return static_cast<std::int64_t>(run.size() / length);
+}
+
 PassEnd Walk(TableBase& table, std::string_view what, const PassProgress& progress,
-             const std::function<void(RecordView)>& visit) {
+             const RecordVisit& visit) {
   clsKVRData& data = table.Data();
   const std::int64_t total = table.RecordCount();
   std::int64_t done = 0;
+  std::int64_t next_report = 0;
   data.SelectTagByPointer(table.Handle(), 0);
   int code = data.TopDatabase(table.Handle());
-  for (; code == engine::kSuccess; code = data.SkipDatabase(table.Handle())) {
-    if (done % kRecordsPerReport == 0 && progress && !progress(what, done, total)) return PassEnd::kStopped;
-    ++done;
-    const RecordView record = data.RecordBytes(table.Handle());
-    if (IsLive(record)) visit(record);
+  while (code == engine::kSuccess) {
+    if (done >= next_report && progress) {
+      if (!progress(what, std::min(done, total), total)) return PassEnd::kStopped;
+      next_report = done + kRecordsPerReport;
+    }
+    const std::int64_t records = VisitRun(data, table.Handle(), visit);
+    done += records;
+    code = data.SkipDatabase(table.Handle(), records);
   }
   if (code < 0) {
     data.TellUnreadable(table.Handle(), code);
@@ -28,7 +46,7 @@ PassEnd Walk(TableBase& table, std::string_view what, const PassProgress& progre
 }  // namespace
 
 PassEnd PassOver(TableBase& table, const PackedFields& fields, std::string_view what,
-                 const PassProgress& progress, const std::function<void(RecordView)>& visit) {
+                 const PassProgress& progress, const RecordVisit& visit) {
   clsKVRData& data = table.Data();
   if (!fields.Missing().empty()) {
     data.TellUnreadable(table.Handle(), engine::kErrorFieldName);

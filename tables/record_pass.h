@@ -19,8 +19,11 @@ enum class PassEnd {
   kUnreadable,  // after a message: the table is damaged, or lacks a field
 };
 
+// Gets a record and its number.
+using RecordVisit = std::function<void(RecordView record, std::int32_t number)>;
+
 // `fields` names what the visitor reads; where one is missing nothing is read.
 PassEnd PassOver(TableBase& table, const PackedFields& fields, std::string_view what,
-                 const PassProgress& progress, const std::function<void(RecordView)>& visit);
+                 const PassProgress& progress, const RecordVisit& visit);
 
 }  // namespace tallwick

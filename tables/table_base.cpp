@@ -11,8 +11,6 @@ namespace tallwick {
 
 namespace {
 
-constexpr std::uint64_t kEmptyMemoBytes = 512;  // the memo file's header
-
 // Expressions are compared as the engine reads them: without regard to case and blanks.
 std::string Normalized(std::string_view expression) {
   std::string text = ToUpper(expression);
@@ -84,8 +82,11 @@ int TableBase::MakeEmpty() {
 void TableBase::RemoveStrays() {
   if (home_.files.FileExists(Path())) return;
   home_.files.Remove(PathWith(".CDX"));
-  std::string memo = PathWith(".FPT");
-  if (home_.files.SizeOf(memo).value_or(0) <= kEmptyMemoBytes) home_.files.Remove(memo);
+  if (!HasTexts()) home_.files.Remove(PathWith(".FPT"));
+}
+
+bool TableBase::HasTexts() const {
+  return home_.files.SizeOf(PathWith(".FPT")).value_or(0) > kEmptyMemoBytes;
 }
 
 void TableBase::ReportNotCreated(int code) {
@@ -101,11 +102,11 @@ bool TableBase::MayMake() {
   const std::string why = WhyLost();
   if (why.empty()) return true;
   const std::string text =
-      Quoted(name_) + " is missing, but it was there: " + why +
-      ".  Nobody should post before it is back.\r\rAnswer No, and have the file brought back.  Or answer Yes "
-      "to "
-      "restore a copy at once with Restore Databases: until then an empty table stands in its place.\r\rMake "
-      "an empty one?";
+      Quoted(name_) + " is missing, but " + why +
+      ".  Nobody should post before it is back.\r\rAnswer No, and have the file brought back.  Or answer "
+      "Yes to restore a copy at once with Restore Databases: until then an empty table stands in its place." +
+      (HasTexts() ? "  The memo file that is there is kept, with LOST in its name." : "") +
+      "\r\rMake an empty one?";
   return home_.boxes.Show({BoxIcon::kCritical, std::string(layout_.texts.open_title), text,
                            BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
 }

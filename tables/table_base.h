@@ -23,10 +23,12 @@ struct TableHome {
   std::string folder;  // the company data path
   // Told the name of a per-bank table that was missing and has been made while it was opened. May be empty.
   std::function<void(std::string_view table)> made_on_open = {};
-  // Asked about a missing table before it is made: what speaks for its having been there, or "". May be
-  // empty.
+  // Asked about a missing table before it is made: what speaks against making it, behind "is missing, but ",
+  // or "". May be empty.
   std::function<std::string(std::string_view table)> why_lost = {};
 };
+
+inline constexpr std::uint64_t kEmptyMemoBytes = 512;  // a memo file's header; a longer one holds texts
 
 class TableBase {
  public:
@@ -49,7 +51,7 @@ class TableBase {
   // True when nothing speaks for a missing table's having been lost, or the user wants an empty one all the
   // same.
   bool MayMake();
-  // What speaks for it, as TableHome::why_lost says.
+  // What speaks against it, as TableHome::why_lost says.
   std::string WhyLost() const { return home_.why_lost ? home_.why_lost(name_) : std::string(); }
   // Opens the table shared and looks up its fields. A per-bank table that is missing is made first, after a
   // question when it seems to be lost. When the
@@ -114,6 +116,7 @@ class TableBase {
   int MakeEmpty();                           // 0 or a code, without a message
   int MakeMissing();
   void RemoveStrays();
+  bool HasTexts() const;  // a memo file with texts is there
   void ReportNotCreated(int code);
   DataHandle Settle(DataHandle handle);
   void ReportOpenFailed(int code);

@@ -78,7 +78,10 @@ class BoundLineEdit : public BoundWidget {
   }
   void Show(const Control& control) override {
     const QString text = QString::fromStdString(control.text);
-    if (edit_.text() != text) edit_.setText(text);
+    if (edit_.text() != text) {
+      edit_.setText(text);
+      if (!edit_.hasFocus()) edit_.home(false);  // a long text is seen from its beginning
+    }
     if (offers_ != nullptr) {
       QStringList rows;
       for (const std::string& row : control.rows) rows << QString::fromStdString(row);

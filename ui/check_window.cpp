@@ -2,6 +2,7 @@
 // right the posted checks and, above them while it is open, the list of payees.
 #include "ui/check_window.h"
 
+#include <QAction>
 #include <QCheckBox>
 #include <QLabel>
 #include <QPlainTextEdit>
@@ -16,6 +17,9 @@ constexpr int kEntryWidth = 488;
 constexpr int kShort = 112;
 constexpr int kMiddle = 144;
 constexpr int kLabelWidth = 120;  // of all groups, so that their fields stand in one line
+
+constexpr const char* kLists[] = {"cmdListAll", "cmdListOutstanding", "cmdListCleared", "cmdListVoids",
+                                  "cmdListStopPayment"};
 
 constexpr FieldLook kNumber{
     "txtCheckNumber",
@@ -63,31 +67,9 @@ QGridLayout& AddGroup(PostingLayout& layout, const char* heading) {
   return grid;
 }
 
-// A field with something of its own kind beside it.
-void AddFieldBeside(PostingLayout& layout, QGridLayout& grid, const FieldLook& look, QWidget* beside) {
-  QLineEdit& field = layout.AddField(grid, look);
-  auto* row = new QHBoxLayout;
-  row->setSpacing(8);
-  const int at = grid.rowCount() - 1;
-  grid.removeWidget(&field);
-  row->addWidget(&field);
-  row->addWidget(beside);
-  if (look.width > 0) row->addStretch(1);
-  grid.addLayout(row, at, 1);
-}
-
-QPushButton* BesideButton(PostingLayout& layout, const char* name, const char* help) {
-  QPushButton* button = layout.MakeButton(name);
-  button->setFocusPolicy(Qt::NoFocus);
-  button->setWhatsThis(QObject::tr(help));
-  return button;
-}
-
 void AddPayee(PostingLayout& layout) {
   QGridLayout& grid = AddGroup(layout, "Payee");
-  QPushButton* list = BesideButton(layout, "cmdRolodex", "Opens the list of payees (F4).");
-  AddFieldBeside(layout, grid, kPayee, list);
-  layout.Entry().findChild<QLineEdit*>(kPayee.name)->setProperty("lookUp", true);
+  layout.AddPayeeField(grid, kPayee);
   for (const FieldLook& look : kAddress) layout.AddField(grid, look);
   layout.Entry()
       .findChild<QLineEdit*>("txtCheckAddr2")
@@ -113,10 +95,10 @@ void AddAdvice(PostingLayout& layout, QGridLayout& grid) {
 
 void AddEntry(PostingLayout& layout) {
   QGridLayout& check = AddGroup(layout, "Check");
-  AddFieldBeside(layout, check, kNumber, layout.MakeLabel("lblLastCheckNumber", "muted"));
-  QPushButton* calendar = BesideButton(layout, "cmdCalendar", "Opens a calendar for the date (F2).");
+  layout.AddFieldBeside(check, kNumber, layout.MakeLabel("lblLastCheckNumber", "muted"));
+  QPushButton* calendar = layout.MakeBesideButton("cmdCalendar", "Opens a calendar for the date (F2).");
   calendar->setProperty("calendarOf", "txtCheckDated");
-  AddFieldBeside(layout, check, kDated, calendar);
+  layout.AddFieldBeside(check, kDated, calendar);
   AddPayee(layout);
   QGridLayout& charge = AddGroup(layout, "Amount and file");
   for (const FieldLook& look : kCharge) layout.AddField(charge, look);
@@ -139,7 +121,8 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditAddressBook"},
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
-                           {"mnuEditWireTransfers"}});
+                           {"mnuEditWireTransfers"},
+                           {"mnuEditReconcileAccount"}});
   layout.AddMenu("&View",
                  {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddMenu("Option&s", {{"mnuOptionsAll"},
@@ -150,6 +133,10 @@ void AddMenus(PostingLayout& layout) {
                               {"mnuOptionsWarnHigherNumber"},
                               {"mnuOptionsUsePrintPreview"},
                               {"mnuOptionsDefaultPeriod"}});
+  layout.AddMenu(
+      "Reports",
+      {{"mnuReportsChecks"}, {"mnuReportsDeposits"}, {"mnuReportsVouchers"}, {"mnuReportsEscrowAnalysis"}});
+  layout.AddMenu("Tools", {{"mnuToolsCalculator"}, {"mnuToolsCalendar"}});
 }
 
 }  // namespace
@@ -161,23 +148,15 @@ std::unique_ptr<QWidget> MakeCheckWindow() {
   AddEntry(layout);
   layout.AddNotes({"lblCheckStatus", "lblEditMessage", "lblHighestCheckNumber", "lblVoucherInformation"});
   layout.AddButtons({"cmdSetOutstanding", "cmdPrint", "cmdDone"});
-  layout.AddLookUp({"txtFindPayee",
-                    "Type any part of the name or the address.",
-                    "lstPayees",
-                    "No payee has this in name or address.",
-                    0,
-                    {"cmdUsePayee", "cmdClosePayees"}});
-  layout.AddRegister(
-      {"lstCheckNumbers",
-       "Posted checks",
-       "No check has been posted to this bank account yet. Enter the first one at the left.",
-       "Ctrl+F: number, payee, amount, file",
-       2,
-       {"cmdListAll", "cmdListOutstanding", "cmdListCleared", "cmdListVoids", "cmdListStopPayment"}});
+  layout.AddPayeeLookUp();
+  layout.AddRegister({"lstCheckNumbers", "Posted checks",
+                      "No check has been posted to this bank account yet. Enter the first one at the left.",
+                      "Ctrl+F: number, payee, amount, file", 2, kLists});
   window->findChild<RegisterView*>("lstCheckNumbers")
       ->setProperty("headingCommands",
                     QStringList{"mnuViewNumber", "", "mnuViewPayee", "mnuViewAmount", "", ""});
   AddMenus(layout);
+  window->findChild<QAction*>("mnuToolsCalendar")->setProperty("calendarOf", "txtCheckDated");
   layout.AddStatusBar();
   return window;
 }

@@ -20,6 +20,8 @@ QString ObjectNameOf(const Control& control) {
   return control.index == 0 ? name : name + "_" + QString::number(control.index);
 }
 
+constexpr std::chrono::milliseconds kWorkSlice{12};  // the window answers between slices
+
 // A field that is left shows the beginning of a long text.
 void ShowBeginning(QWidget& widget, const QFocusEvent& left) {
   auto* edit = qobject_cast<QLineEdit*>(&widget);
@@ -36,6 +38,8 @@ QString WithoutMnemonic(QString caption) {
 }  // namespace
 
 FormBinder::FormBinder(Form& form, QWidget& window) : form_(form), window_(window) {
+  work_timer_.setSingleShot(true);
+  connect(&work_timer_, &QTimer::timeout, this, &FormBinder::WorkSlice);
   Bind();
   HideUnknownCommands();
   form_.Attach(this);
@@ -116,6 +120,19 @@ void FormBinder::Open() {
 
 bool FormBinder::StopAsked() {
   return stop_watch_.StopAsked();
+}
+
+bool FormBinder::TakesWork() {
+  work_waits_ = true;
+  if (running_ == 0) work_timer_.start();
+  return true;
+}
+
+// Not within an event: the form's other work, or a dialog over it, goes first.
+void FormBinder::WorkSlice() {
+  if (running_ > 0) return;
+  work_waits_ = form_.WorkOn(kWorkSlice);
+  if (work_waits_) work_timer_.start();
 }
 
 bool FormBinder::Close() {
@@ -239,14 +256,14 @@ void FormBinder::Clicked(const Control& control) {
   ShowCalendarOf(WidgetOf(control));
 }
 
-// A button with the property "calendarOf" opens the calendar of the field that it names.
-void FormBinder::ShowCalendarOf(const QWidget* button) {
-  const QString field_name = button != nullptr ? button->property("calendarOf").toString() : QString();
+// A button or menu command with the property "calendarOf" opens the calendar of the field that it names.
+void FormBinder::ShowCalendarOf(const QObject* command) {
+  const QString field_name = command != nullptr ? command->property("calendarOf").toString() : QString();
   if (field_name.isEmpty()) return;
   auto* field = window_.findChild<QLineEdit*>(field_name);
   const Control* control = ControlOf(field);
   if (control != nullptr && field->isEnabled()) {
-    ShowCalendar(*field, *control, button->property("calendarTitle").toString());
+    ShowCalendar(*field, *control, command->property("calendarTitle").toString());
   }
 }
 
@@ -256,6 +273,7 @@ void FormBinder::CommandGiven(const QString& control_name) {
     form_.Menu(control_name.toStdString());
   }
   if (const Control* control = form_.Find(control_name.toStdString())) Show(*control);
+  ShowCalendarOf(window_.findChild<QAction*>(control_name));
 }
 
 const Control* FormBinder::ControlOf(const QObject* widget) const {

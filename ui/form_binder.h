@@ -9,6 +9,7 @@
 
 #include <QObject>
 #include <QPointer>
+#include <QTimer>
 #include <QWidget>
 #include <functional>
 #include <memory>
@@ -62,7 +63,9 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
    public:
     explicit Running(FormBinder& binder) : binder_(binder) { ++binder.running_; }
     ~Running() {
-      if (--binder_.running_ == 0) binder_.PlaceCursor();
+      if (--binder_.running_ > 0) return;
+      binder_.PlaceCursor();
+      if (binder_.work_waits_) binder_.work_timer_.start();
     }
     Running(const Running&) = delete;
     Running& operator=(const Running&) = delete;
@@ -76,6 +79,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void CaptionChanged() override;
   void Closed() override;
   bool StopAsked() override;
+  bool TakesWork() override;
 
   void TextTyped(const Control& control, const QString& text) override;
   void CheckSet(const Control& control, int value) override;
@@ -84,6 +88,8 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void RowTaken(const Control& control) override;
   void Clicked(const Control& control) override;
   void CommandGiven(const QString& control_name) override;
+
+  void WorkSlice();
 
   void Bind();
   void BindOne(QObject& object, const Control& control);
@@ -102,7 +108,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   bool HandleEnter(QWidget& widget, const QKeyEvent& key);
   bool ShowFieldHelp(QWidget& widget);  // false where the field has none
   void ShowCalendar(QWidget& widget, const Control& control, const QString& title = {});
-  void ShowCalendarOf(const QWidget* button);
+  void ShowCalendarOf(const QObject* command);
   bool MoveInColumn(const Control* control, int lines);
   bool IsFilled() const;
   void GoToNextField(QWidget& from);
@@ -123,7 +129,9 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   std::vector<Dependant> dependants_;
   const Control* cursor_ = nullptr;  // where the form last put the cursor, until it stands there
   StopWatch stop_watch_;
+  QTimer work_timer_;
   int running_ = 0;
+  bool work_waits_ = false;  // of the form, for slices between events
   bool opened_ = false;
 };
 

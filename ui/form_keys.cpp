@@ -28,6 +28,12 @@ bool IsRequired(const QWidget& widget) {
   return widget.property("required").toBool();
 }
 
+// What Enter does in a filled entry: the work of the main button.
+QString EnterText(const QPushButton& main) {
+  if (main.objectName() == "cmdOk") return QObject::tr("Enter posts");
+  return "Enter " + main.text().remove('&').toLower();
+}
+
 }  // namespace
 
 QString FormBinder::KeysOf(const QWidget& widget) const {
@@ -40,7 +46,7 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   } else if (control != nullptr && control->index != 0) {
     keys << tr("Enter next field") << tr("Up Down other line") << tr("Ctrl+Enter post");
   } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
-    keys << (MainButton() != nullptr && IsFilled() ? tr("Enter posts") : tr("Enter next field"));
+    keys << (MainButton() != nullptr && IsFilled() ? EnterText(*MainButton()) : tr("Enter next field"));
   } else if (IsRegister(control)) {
     keys << tr("Enter to the entry") << tr("Ctrl+F find");
   }

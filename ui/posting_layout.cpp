@@ -80,6 +80,24 @@ QLineEdit& PostingLayout::AddField(QGridLayout& grid, const FieldLook& look) {
   return *field;
 }
 
+QLineEdit& PostingLayout::AddFieldBeside(QGridLayout& grid, const FieldLook& look, QWidget* beside) {
+  QLineEdit& field = AddField(grid, look);
+  auto* row = new QHBoxLayout;
+  row->setSpacing(kGap);
+  const int at = grid.rowCount() - 1;
+  grid.removeWidget(&field);
+  row->addWidget(&field);
+  row->addWidget(beside);
+  if (look.width > 0) row->addStretch(1);
+  grid.addLayout(row, at, 1);
+  return field;
+}
+
+void PostingLayout::AddPayeeField(QGridLayout& grid, const FieldLook& look) {
+  QPushButton* list = MakeBesideButton("cmdRolodex", "Opens the list of payees (F4).");
+  AddFieldBeside(grid, look, list).setProperty("lookUp", true);
+}
+
 QLabel* PostingLayout::MakeLabel(const char* name, const char* role) {
   auto* label = new QLabel(entry_);
   label->setObjectName(name);
@@ -89,6 +107,13 @@ QLabel* PostingLayout::MakeLabel(const char* name, const char* role) {
 
 QPushButton* PostingLayout::MakeButton(const char* name) {
   return NewButton(name, *entry_);
+}
+
+QPushButton* PostingLayout::MakeBesideButton(const char* name, const char* help) {
+  QPushButton* button = MakeButton(name);
+  button->setFocusPolicy(Qt::NoFocus);
+  button->setWhatsThis(QObject::tr(help));
+  return button;
 }
 
 void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
@@ -154,21 +179,21 @@ void PostingLayout::AddRegister(const RegisterLook& look) {
   register_column_->addWidget(view, 1);
 }
 
-void PostingLayout::AddLookUp(const LookUpLook& look) {
+void PostingLayout::AddPayeeLookUp() {
   QWidget& pane = *register_column_->parentWidget();
   auto* head = new QHBoxLayout;
   head->setSpacing(kGap);
   auto* find = new QLineEdit(&pane);
-  find->setObjectName(look.find);
-  find->setWhatsThis(QObject::tr(look.find_help));
+  find->setObjectName("txtFindPayee");
+  find->setWhatsThis(QObject::tr("Type any part of the name or the address."));
   head->addWidget(MakeCaption(*find, pane));
   head->addWidget(find, 1);
-  for (const char* name : look.buttons) head->addWidget(NewButton(name, pane));
+  for (const char* name : {"cmdUsePayee", "cmdClosePayees"}) head->addWidget(NewButton(name, pane));
   register_column_->addLayout(head);
   auto* view = new RegisterView(&pane);
-  view->setObjectName(look.list);
-  view->SetEmptyText(QObject::tr(look.empty));
-  view->setProperty("wideColumn", look.wide_column);
+  view->setObjectName("lstPayees");
+  view->SetEmptyText(QObject::tr("No payee has this in name or address."));
+  view->setProperty("wideColumn", 0);
   register_column_->addWidget(view, 1);
 }
 

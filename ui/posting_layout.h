@@ -10,6 +10,7 @@
 #include <QMenu>
 #include <QPushButton>
 #include <initializer_list>
+#include <span>
 
 #include "ui/register_view.h"
 
@@ -34,17 +35,7 @@ struct RegisterLook {
   const char* empty;  // what an empty register says
   const char* find;   // what the find box says while it is empty
   int wide_column;
-  std::initializer_list<const char*> list_buttons;
-};
-
-// A list that is searched while the entry waits, above the register.
-struct LookUpLook {
-  const char* find;       // the field that is searched by
-  const char* find_help;  // for F1
-  const char* list;
-  const char* empty;
-  int wide_column;
-  std::initializer_list<const char*> buttons;
+  std::span<const char* const> list_buttons;
 };
 
 class PostingLayout {
@@ -60,19 +51,25 @@ class PostingLayout {
   QGridLayout& AddGroup(const char* heading);
   // The next row of the grid: the label of the control, and the field.
   QLineEdit& AddField(QGridLayout& grid, const FieldLook& look);
+  // The same with something of the field's kind beside it.
+  QLineEdit& AddFieldBeside(QGridLayout& grid, const FieldLook& look, QWidget* beside);
+  // A payee with the button that opens their list.
+  void AddPayeeField(QGridLayout& grid, const FieldLook& look);
   QLineEdit* MakeField(const FieldLook& look);
   // A label that shows a control's caption.
   QLabel* MakeLabel(const char* name, const char* role = "");
 
   // A button on the entry's side, named as its control.
   QPushButton* MakeButton(const char* name);
+  // One that stands beside a field and takes no focus of its own.
+  QPushButton* MakeBesideButton(const char* name, const char* help);
 
   // The place under the entry where the program speaks: first the state, as a heading.
   void AddNotes(std::initializer_list<const char*> labels);
   // The posting button at the left, the others at the right.
   void AddButtons(std::initializer_list<const char*> others);
   void AddRegister(const RegisterLook& look);
-  void AddLookUp(const LookUpLook& look);  // before the register
+  void AddPayeeLookUp();  // before the register
   void AddMenu(const char* title, std::initializer_list<CommandLook> commands);
   void AddStatusBar();
 

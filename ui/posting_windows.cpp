@@ -3,6 +3,8 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <span>
+#include <string_view>
 
 #include "tables/deposit_table.h"
 #include "ui/posting_layout.h"
@@ -12,8 +14,9 @@ namespace {
 
 constexpr int kDateWidth = 112;
 constexpr int kAmountWidth = 120;
-constexpr int kEntryWidth = 432;
+constexpr int kEntryWidth = 488;
 constexpr int kDepositEntryWidth = 640;
+constexpr int kLineHeight = 24;  // of lines that come and go
 
 constexpr FieldLook kWireFields[] = {
     {"txtWireNumber", "The confirmation number that the bank gave. Type that of a posted wire to see it.",
@@ -49,6 +52,38 @@ constexpr FieldLook kClearingFields[] = {
     {"txtStmtPeriod", "The bank statement on which the marked items have cleared.", kDateWidth, true},
 };
 
+constexpr const char* kItemLists[] = {"cmdListAll", "cmdListOutstanding", "cmdListCleared"};
+constexpr const char* kDepositLists[] = {"cmdListDeposits", "cmdListAll", "cmdListOutstanding",
+                                         "cmdListCleared"};
+
+constexpr RegisterLook kDeposits{
+    "lstDepositDates",
+    "Posted deposits",
+    "No deposit has been posted to this bank account yet. Enter the first one at the left.",
+    "Ctrl+F: date, file, source, amount",
+    4,
+    kDepositLists};
+constexpr RegisterLook kDepositsToClear{"lstDepositDates",
+                                        "Posted deposits",
+                                        "No deposit has been posted to this bank account yet.",
+                                        "Ctrl+F: date, file, amount",
+                                        4,
+                                        {}};
+constexpr RegisterLook kWires{
+    "lstWireNumbers",
+    "Posted wires",
+    "No wire has been posted to this bank account yet. Enter the first one at the left.",
+    "Ctrl+F: number, payee, amount, file",
+    2,
+    kItemLists};
+constexpr RegisterLook kVouchers{
+    "lstVCHRNumbers",
+    "Posted vouchers",
+    "No voucher has been posted to this bank account yet. Enter the first one at the left.",
+    "Ctrl+F: number, payee, amount, file",
+    2,
+    kItemLists};
+
 std::unique_ptr<QMainWindow> NamedWindow(const char* name) {
   auto window = std::make_unique<QMainWindow>();
   window->setObjectName(name);
@@ -59,6 +94,24 @@ QLabel* MutedLabel(const char* text, QWidget& parent) {
   auto* label = new QLabel(QObject::tr(text), &parent);
   label->setProperty("role", "muted");
   return label;
+}
+
+void AddItemFields(PostingLayout& layout, QGridLayout& grid, std::span<const FieldLook> fields,
+                   std::string_view payee) {
+  for (const FieldLook& look : fields) {
+    if (look.name == payee) {
+      layout.AddPayeeField(grid, look);
+    } else {
+      layout.AddField(grid, look);
+    }
+  }
+}
+
+void FinishItemWindow(PostingLayout& layout, const RegisterLook& look) {
+  layout.AddPayeeLookUp();
+  layout.AddRegister(look);
+  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddStatusBar();
 }
 
 // Date, sequence and period stand in one row above the lines.
@@ -142,31 +195,27 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
   auto* calendar = window->findChild<QPushButton*>("cmdCalendar");
   calendar->setProperty("calendarOf", "txtDepositAcctPeriod");
   calendar->setProperty("calendarTitle", QObject::tr("Deposit Accounting Period"));
-  layout.AddRegister({"lstDepositDates",
-                      "Posted deposits",
-                      "No deposit has been posted to this bank account yet. Enter the first one at the left.",
-                      "Ctrl+F: date, file, source, amount",
-                      4,
-                      {"cmdListDeposits", "cmdListAll", "cmdListOutstanding", "cmdListCleared"}});
+  layout.AddRegister(kDeposits);
   layout.AddMenu("&Edit", {{"mnuEditUseTodaysDateandNextSequence", "Ctrl+H"},
                            {"mnuEditInsertCurrentFile", "Ctrl+I"},
                            {"mnuEditCutLineItems", "Ctrl+Shift+X"},
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
-  layout.AddMenu("Option&s", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
   layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu("Option&s", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
   layout.AddStatusBar();
   return window;
 }
 
 std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   auto window = NamedWindow("frmEditDepositsClear");
-  PostingLayout layout(*window, kEntryWidth, false);
+  PostingLayout layout(*window, kDepositEntryWidth, false);
   QGridLayout& grid = layout.AddGroup("Clear deposit");
   for (const FieldLook& look : kClearingFields) layout.AddField(grid, look);
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
   auto* items = new QGridLayout;
   items->setColumnStretch(1, 1);
+  items->setVerticalSpacing(0);
   for (int item = 1; item <= kDepositItems; ++item) {
     const QString suffix = "_" + QString::number(item);
     auto* cleared = new QCheckBox(&layout.Entry());
@@ -178,17 +227,12 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
     QLabel* shown = layout.MakeLabel("");
     shown->setObjectName("lblItems" + suffix);
     items->addWidget(shown, item, 1);
+    items->setRowMinimumHeight(item, kLineHeight);
   }
   layout.EntryColumn().addLayout(items);
   layout.AddNotes({"lblDepositStatus"});
   layout.AddButtons({"cmdMarkAll", "cmdClose"});
-  layout.AddRegister({"lstDepositDates",
-                      "Posted deposits",
-                      "No deposit has been posted to this bank account yet.",
-                      "Ctrl+F: date, file, amount",
-                      4,
-                      {}});
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddRegister(kDepositsToClear);
   layout.AddStatusBar();
   return window;
 }
@@ -197,18 +241,11 @@ std::unique_ptr<QWidget> MakeWireWindow() {
   auto window = NamedWindow("frmEditWiresPost");
   PostingLayout layout(*window, kEntryWidth, false);
   QGridLayout& grid = layout.AddGroup("Outgoing wire");
-  for (const FieldLook& look : kWireFields) layout.AddField(grid, look);
+  AddItemFields(layout, grid, kWireFields, "txtWirePayee");
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
   layout.AddNotes({"lblWireStatus", "lblEditMessage", "lblWireIn"});
   layout.AddButtons({"cmdDone"});
-  layout.AddRegister({"lstWireNumbers",
-                      "Posted wires",
-                      "No wire has been posted to this bank account yet. Enter the first one at the left.",
-                      "Ctrl+F: number, payee, amount, file",
-                      2,
-                      {"cmdListAll", "cmdListOutstanding", "cmdListCleared"}});
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
-  layout.AddStatusBar();
+  FinishItemWindow(layout, kWires);
   return window;
 }
 
@@ -216,21 +253,14 @@ std::unique_ptr<QWidget> MakeVoucherWindow() {
   auto window = NamedWindow("frmEditVouchersPost");
   PostingLayout layout(*window, kEntryWidth, false);
   QGridLayout& grid = layout.AddGroup("Voucher");
-  for (const FieldLook& look : kVoucherFields) layout.AddField(grid, look);
+  AddItemFields(layout, grid, kVoucherFields, "txtVCHRPayee");
   auto* cleared = new QCheckBox(&layout.Entry());
   cleared->setObjectName("chkVCHRCleared");
   cleared->setWhatsThis(QObject::tr("Mark a voucher that needs no money set aside any more."));
   grid.addWidget(cleared, grid.rowCount(), 1);
   layout.AddNotes({"lblVCHRStatus", "lblEditMessage"});
   layout.AddButtons({"cmdNextVCHRNumber", "cmdDone"});
-  layout.AddRegister({"lstVCHRNumbers",
-                      "Posted vouchers",
-                      "No voucher has been posted to this bank account yet. Enter the first one at the left.",
-                      "Ctrl+F: number, payee, amount, file",
-                      2,
-                      {"cmdListAll", "cmdListOutstanding", "cmdListCleared"}});
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
-  layout.AddStatusBar();
+  FinishItemWindow(layout, kVouchers);
   return window;
 }
 

@@ -8,6 +8,8 @@
 namespace tallwick {
 namespace {
 
+constexpr QStringView kOrderMark = u" \u25BE";  // a triangle behind the word
+
 // Colour beside the status word; an invalid colour leaves the row plain.
 QVariant RowColor(const std::string& style, bool negative) {
   const QPalette palette = QGuiApplication::palette();
@@ -29,12 +31,8 @@ void RegisterModel::SetSource(std::shared_ptr<RowSource> source) {
 
 void RegisterModel::Refresh() {
   cache_.clear();
-  const int rows = CountRows();
-  if (rows > rows_) {
-    beginInsertRows({}, rows_, rows - 1);
-    rows_ = rows;
-    endInsertRows();
-  } else if (rows < rows_) {
+  Grow();
+  if (const int rows = CountRows(); rows < rows_) {
     beginRemoveRows({}, rows, rows_ - 1);
     rows_ = rows;
     endRemoveRows();
@@ -42,9 +40,22 @@ void RegisterModel::Refresh() {
   if (rows_ > 0) emit dataChanged(index(0, 0), index(rows_ - 1, columnCount() - 1));
 }
 
+void RegisterModel::Grow() {
+  const int rows = CountRows();
+  if (rows <= rows_) return;
+  beginInsertRows({}, rows_, rows - 1);
+  rows_ = rows;
+  endInsertRows();
+}
+
+void RegisterModel::MarkHeading(int section) {
+  marked_heading_ = section;
+  if (columnCount() > 0) emit headerDataChanged(Qt::Horizontal, 0, columnCount() - 1);
+}
+
 int RegisterModel::CountRows() const {
   constexpr std::size_t kMost = 100'000'000;  // beyond what a view's pixels can address
-  return source_ ? static_cast<int>(std::min(source_->RowCount(), kMost)) : 0;
+  return source_ ? static_cast<int>(std::min(source_->RowsKnown(), kMost)) : 0;
 }
 
 int RegisterModel::columnCount(const QModelIndex& parent) const {
@@ -85,7 +96,10 @@ QVariant RegisterModel::data(const QModelIndex& index, int role) const {
 QVariant RegisterModel::headerData(int section, Qt::Orientation orientation, int role) const {
   if (orientation != Qt::Horizontal || section < 0 || section >= columnCount()) return {};
   const auto column = static_cast<std::size_t>(section);
-  if (role == Qt::DisplayRole) return QString::fromStdString(headings_[column]);
+  if (role == Qt::DisplayRole) {
+    QString heading = QString::fromStdString(headings_[column]);
+    return section == marked_heading_ ? heading.append(kOrderMark) : heading;
+  }
   if (role == Qt::TextAlignmentRole) {
     return static_cast<int>((source_->IsNumeric(column) ? Qt::AlignRight : Qt::AlignLeft) | Qt::AlignVCenter);
   }

@@ -19,6 +19,10 @@ class RegisterModel : public QAbstractTableModel {
   void SetSource(std::shared_ptr<RowSource> source);
   // Reads the count again and forgets the rows kept. The source is the same, its contents may not be.
   void Refresh();
+  // Takes up the rows that a source has come to know of at its end.
+  void Grow();
+  // Marks the heading by which the rows are ordered; -1 = none.
+  void MarkHeading(int section);
   RowSource* Source() const { return source_.get(); }
   // The cells of one row, kept like those that are drawn.
   const std::vector<std::string>& Cells(int row) const;
@@ -41,6 +45,7 @@ class RegisterModel : public QAbstractTableModel {
   std::shared_ptr<RowSource> source_;
   std::vector<std::string> headings_;
   int rows_ = 0;
+  int marked_heading_ = -1;
   mutable QCache<int, KeptRow> cache_;
 };
 

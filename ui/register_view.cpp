@@ -1,6 +1,5 @@
 #include "ui/register_view.h"
 
-#include <QElapsedTimer>
 #include <QHeaderView>
 #include <QKeyEvent>
 #include <QLocale>
@@ -13,9 +12,10 @@
 namespace tallwick {
 namespace {
 
-constexpr int kSearchSliceMs = 8;  // the window answers between slices
-constexpr int kSampleRows = 60;    // rows looked at for the first column widths
-constexpr int kSortArrow = 16;     // beside the heading of the order in force
+constexpr int kSliceMs = 8;      // the window answers between slices
+constexpr int kLongMs = 500;     // from then on a reading says how far it is
+constexpr int kSampleRows = 60;  // rows looked at for the first column widths
+constexpr int kOrderMark = 16;   // beside the heading of the order in force
 constexpr int kCellPadding = 24;
 
 }  // namespace
@@ -67,6 +67,8 @@ RegisterView::RegisterView(QWidget* parent)
     if (section != wide_column_) RememberColumns();  // the wide one follows the window
   });
   connect(table_->horizontalHeader(), &QHeaderView::sectionMoved, this, &RegisterView::RememberColumns);
+  read_timer_.setInterval(0);
+  connect(&read_timer_, &QTimer::timeout, this, &RegisterView::ReadSlice);
   search_timer_.setInterval(0);
   connect(&search_timer_, &QTimer::timeout, this, &RegisterView::SearchSlice);
 }
@@ -75,6 +77,7 @@ void RegisterView::Show(const Control& control) {
   const QScopedValueRollback guard(placing_, true);
   if (model_->Source() != control.source.get()) {
     columns_placed_ = false;  // other rows, other widths
+    if (control.source) control.source->ReadOn(std::chrono::milliseconds(kSliceMs));
     model_->SetSource(control.source);
   } else {
     model_->Refresh();
@@ -86,13 +89,32 @@ void RegisterView::Show(const Control& control) {
   } else if (control.selected == 0) {
     table_->selectionModel()->clear();
   }
-  empty_->setVisible(model_->rowCount() == 0);
+  reading_since_.start();
+  ReadSlice();
+}
+
+// The last slice brings rows up to date that were known under another count.
+void RegisterView::ReadSlice() {
+  const QScopedValueRollback guard(placing_, true);
+  RowSource* source = model_->Source();
+  const bool more = source != nullptr && source->ReadOn(std::chrono::milliseconds(kSliceMs));
+  const bool shrunk = source != nullptr && static_cast<int>(source->RowsKnown()) < model_->rowCount();
+  shrunk ? model_->Refresh() : model_->Grow();
+  if (!columns_placed_ && model_->columnCount() > 0) PlaceColumns();
+  more ? read_timer_.start() : read_timer_.stop();
+  empty_->setVisible(model_->rowCount() == 0 && !more);
   ShowCount();
 }
 
 void RegisterView::ShowCount() {
   const int rows = model_->rowCount();
-  totals_->setText(QLocale().toString(rows) + (rows == 1 ? tr(" row") : tr(" rows")));
+  QString text = QLocale().toString(rows) + (rows == 1 ? tr(" row") : tr(" rows"));
+  RowSource* source = model_->Source();
+  const QString total = source != nullptr ? QString::fromStdString(source->Total()) : QString();
+  if (!total.isEmpty()) text += tr("     Total %1").arg(total);
+  if (read_timer_.isActive() && reading_since_.elapsed() > kLongMs)
+    text += tr("     reading, %1 %").arg(source->PercentRead());
+  totals_->setText(text);
 }
 
 void RegisterView::MarkRow(int row) {
@@ -101,10 +123,7 @@ void RegisterView::MarkRow(int row) {
 }
 
 void RegisterView::MarkHeading(const QString& command) {
-  const auto section = heading_commands_.indexOf(command);
-  table_->horizontalHeader()->setSortIndicatorShown(section >= 0);
-  if (section >= 0)
-    table_->horizontalHeader()->setSortIndicator(static_cast<int>(section), Qt::AscendingOrder);
+  model_->MarkHeading(static_cast<int>(heading_commands_.indexOf(command)));
 }
 
 void RegisterView::SearchFrom(QLineEdit* box) {
@@ -126,7 +145,8 @@ void RegisterView::StartSearch(bool next) {
     }
   }
   search_row_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
-  search_left_ = model_->rowCount();
+  search_left_ = static_cast<int>(model_->Source()->RowCount());
+  model_->Grow();
   search_timer_.start();
 }
 
@@ -134,7 +154,7 @@ void RegisterView::SearchSlice() {
   const QString wanted = box_->text().trimmed();
   QElapsedTimer elapsed;
   elapsed.start();
-  while (elapsed.elapsed() < kSearchSliceMs) {
+  while (elapsed.elapsed() < kSliceMs) {
     const int rows = model_->rowCount();
     if (search_left_-- <= 0 || rows <= 0) return EndSearch(false);
     search_row_ %= rows;
@@ -199,7 +219,7 @@ void RegisterView::PlaceColumns() {
   for (int column = 0; column < model_->columnCount(); ++column) {
     int width =
         metrics.horizontalAdvance(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
-    if (!heading_commands_.value(column).isEmpty()) width += kSortArrow;
+    if (!heading_commands_.value(column).isEmpty()) width += kOrderMark;
     for (int row = 0; row < rows; ++row) {
       width = std::max(width, metrics.horizontalAdvance(model_->index(row, column).data().toString()));
     }

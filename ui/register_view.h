@@ -1,8 +1,10 @@
-// A register on a screen: the rows of a RowSource, what to do when there are none, a line below that says how
-// many are shown, and a search through all of them that keeps the window alive. Column widths and order are
-// remembered per user under the view's object name.
+// A register on a screen: the rows of a RowSource, read in slices between which the window answers; what to
+// do when there are none; a line below that says how many are shown and what they add up to; and a search
+// through all of them that keeps the window alive. Column widths and order are remembered per user under the
+// view's object name.
 #pragma once
 
+#include <QElapsedTimer>
 #include <QLabel>
 #include <QLineEdit>
 #include <QTableView>
@@ -60,12 +62,15 @@ class RegisterView : public QWidget {
   void RememberColumns();
   void MarkRow(int row);
   void ShowCount();
+  void ReadSlice();
 
   QTableView* table_;
   RegisterModel* model_;
   QLabel* totals_;
   QLabel* empty_;
   QLineEdit* box_ = nullptr;
+  QTimer read_timer_;
+  QElapsedTimer reading_since_;
   QTimer search_timer_;
   int search_row_ = 0;
   int search_left_ = 0;  // rows not yet looked at

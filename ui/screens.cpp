@@ -12,6 +12,7 @@
 #include "ui/ledger_window.h"
 #include "ui/posting_windows.h"
 #include "ui/print_checks_window.h"
+#include "ui/reconcile_window.h"
 #include "ui/register_view.h"
 #include "ui/style.h"
 #include "ui/trial_balance_window.h"
@@ -53,6 +54,7 @@ constexpr Screen kScreens[] = {
     {"frmEditDepositsClear", MakeDepositClearingWindow},
     {"frmEditWiresPost", MakeWireWindow},
     {"frmEditVouchersPost", MakeVoucherWindow},
+    {"frmReconcileAccount", MakeReconcileWindow},
     {"frmViewFileLedgers", MakeLedgerWindow},
     {"frmViewTrialBalance", MakeTrialBalanceWindow},
     {"frmEditUsers", MakeUsersWindow},

@@ -90,7 +90,7 @@ const Posting kPostings[] = {
       {"txtWirePayee", "Fifth Third Mortgage, payoff", 0},
       {"txtWireAmount", "98412.33", 0},
       {"txtWireFileNumber", "24-0054", 0},
-      {"txtWireStmtPeriod", "3/2024", 0}}},
+      {"txtWireStmtPeriod", "3/15/2024", 0}}},
     {"frmEditVouchersPost",
      "voucher-posting",
      {{"txtVCHRFileNumber", "24-0054", 0},
@@ -127,6 +127,8 @@ class Photographer {
                             [this](std::string_view screen, const QString& name) { Take(screen, name); });
     TakeCheckPosting();
     for (const Posting& posting : kPostings) TakePosting(posting);
+    TakeDepositClearing();
+    TakeReconciliation();
     TakeLedgers();
     TakeUsers();
     TakeAuditViewer();
@@ -174,6 +176,15 @@ class Photographer {
       host->TheForm().Change(entry.control, entry.text, entry.index);
     }
     Take(posting.screen, posting.picture);
+  }
+
+  void TakeDepositClearing() {
+    desktop_.OpenScreen("frmEditDepositsClear", "Clearing");
+    ScreenHost* host = desktop_.Find("frmEditDepositsClear");
+    if (host == nullptr) return;
+    host->TheForm().Choose("lstDepositDates", 1);
+    host->TheForm().SetCheck("chkCleared", 1, 1);
+    Take("frmEditDepositsClear", "deposit-clearing");
   }
 
   void TakeCheckPosting() {
@@ -225,8 +236,25 @@ class Photographer {
     form.Menu("mnuEditUseNextHigherCheckNumber");
   }
 
+  // The statement of the month behind the last reconciliation, with the balance that agrees.
+  void TakeReconciliation() {
+    desktop_.OpenScreen("frmReconcileAccount", {});
+    ScreenHost* host = desktop_.Find("frmReconcileAccount");
+    if (host == nullptr) return;
+    Form& form = host->TheForm();
+    form.Click("cmdCompute");
+    const auto amount = [&](const char* control) {
+      return Currency::ParseTyped(form.Find(control)->text).value_or(Currency());
+    };
+    const Currency agreeing = amount("txtEndingCheckBookBalance") - amount("txtAdjustedBalance");
+    form.Change("txtBankStatementBalance", agreeing.ToText());
+    form.Click("cmdCompute");
+    form.Click("cmdOutstandingChecks");
+    Take("frmReconcileAccount", "reconciliation");
+  }
+
   void TakeLedgers() {
-    desktop_.OpenScreen("frmViewFileLedgers", "24-0054");
+    desktop_.OpenScreen("frmViewFileLedgers", "24-0025");
     Take("frmViewFileLedgers", "file-ledger");
     desktop_.OpenScreen("frmViewTrialBalance", {});
     ScreenHost* host = desktop_.Find("frmViewTrialBalance");

@@ -42,6 +42,7 @@ void AddWireCommands(CLI::App& app, Action& chosen);
 void AddVoucherCommands(CLI::App& app, Action& chosen);
 void AddFileCommand(CLI::App& app, Action& chosen);
 void AddLedgerCommand(CLI::App& app, Action& chosen);
+void AddReconCommand(CLI::App& app, Action& chosen);
 void AddTrialBalanceCommand(CLI::App& app, Action& chosen);
 void AddUserCommands(CLI::App& app, Action& chosen);
 void AddAuditCommand(CLI::App& app, Action& chosen);

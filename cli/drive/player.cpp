@@ -114,8 +114,7 @@ void ScriptPlayer::OpenScreen(std::string_view screen, std::string_view mode) {
   Push(std::move(form));
 }
 
-void ScriptPlayer::OpenItem(std::string_view screen, std::string_view mode,
-                            const std::vector<KeyText>& key) {
+void ScriptPlayer::OpenItem(std::string_view screen, std::string_view mode, const std::vector<KeyText>& key) {
   OpenScreen(screen, mode);
   if (Form* form = Top(); form != nullptr && form->Name() == screen) EnterTexts(*form, key);
 }

@@ -166,6 +166,8 @@ int d4refreshRecord(Data4& data);             // reads the current record from d
 std::uint32_t d4recNoLow(const Data4& data);  // current record from 1; 0 none; RecCount + 1 at the end
 int d4goLow(Data4& data, std::uint32_t record);
 std::span<const std::uint8_t> d4record(const Data4& data);  // the buffer, deletion mark first
+// The current record and, while reading ahead, those that were read with it and stand behind it.
+std::span<const std::uint8_t> d4recordRun(const Data4& data);
 bool d4eof(const Data4& data);
 bool d4bof(const Data4& data);
 

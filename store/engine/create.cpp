@@ -13,6 +13,7 @@ namespace tallwick::engine {
 namespace {
 
 constexpr std::uint32_t kBlockRecords = 512;
+constexpr std::int64_t kEmptyMemoBytes = 512;
 constexpr std::size_t kKeyMemory = std::size_t{96} << 20;
 
 using TagList = std::vector<std::unique_ptr<IndexTag>>;
@@ -149,6 +150,21 @@ int EmptyIndex(Code4& code, TagList& tags, const std::string& path, OpenMode mod
   return rc == kSuccess ? file->Flush() : rc;
 }
 
+// The texts of a table whose data file was lost are kept: as NAME.LOST.FPT, NAME.LOST2.FPT, ...
+int KeepTexts(Code4& code, const std::string& path) {
+  if (!code.setup.files.Exists(path)) return kSuccess;
+  int rc = kSuccess;
+  const auto file = code.setup.files.Open(path, OpenMode::kReadOnly, &rc);
+  if (!file) return rc;
+  const std::int64_t size = file->Size();
+  if (size < 0) return static_cast<int>(size);
+  if (size <= kEmptyMemoBytes) return kSuccess;
+  const std::string stem = path.substr(0, path.size() - std::string_view(".FPT").size()) + ".LOST";
+  std::string kept = stem + ".FPT";
+  for (int number = 2; code.setup.files.Exists(kept); ++number) kept = stem + std::to_string(number) + ".FPT";
+  return code.setup.files.Rename(path, kept);
+}
+
 int EmptyMemo(Code4& code, const std::string& path, OpenMode mode) {
   int rc = kSuccess;
   const auto file = code.setup.files.Open(path, mode, &rc);
@@ -175,7 +191,7 @@ int QuietJournal::Begin() {
   code_.JournalOf(folder_);
   journal_ = code_.journals[folder_];
   was_writing_ = journal_->IsWriting();
-  return journal_->Settle();
+  return code_.WriterLockFailed(journal_->Settle(), folder_);
 }
 
 QuietJournal::~QuietJournal() {
@@ -202,6 +218,7 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   // time.
   const OpenMode mode = code.safety != 0 ? OpenMode::kCreateNew : OpenMode::kCreate;
   std::vector<std::string> made;
+  if (rc == kSuccess && header.has_memo && !exists) rc = KeepTexts(code, memo);
   if (rc == kSuccess && header.has_memo) {
     made.push_back(memo);
     rc = EmptyMemo(code, memo, OpenMode::kCreate);

@@ -130,10 +130,15 @@ int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std
   if (!listed && !HasNewFiles(files, paths)) return kSuccess;
   // Whoever swaps, or is about to, has the table for himself; while that is so, nothing here is ours.
   int rc = kSuccess;
-  const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
-  // New files without a list do no harm, and wait for somebody who may remove them.
-  if (!data && rc == kErrorReadOnly && !listed) return kSuccess;
+  bool read_only = false;
+  const auto data = OpenOrRead(files, table, OpenMode::kReadWrite, &read_only, &rc);
   if (!data) return rc;
+  if (read_only) {
+    // New files without a list do no harm, and wait for somebody who may remove them.
+    if (!listed) return kSuccess;
+    const bool held = data->Lock(kTablePresenceAt, 1, LockKind::kShared) == kLocked;
+    return held ? static_cast<int>(kErrorOpenRefused) : static_cast<int>(kErrorReadOnly);
+  }
   rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
   // A lock on a file that a swap has just replaced says nothing about the table.
   const bool busy = rc == kLocked || (rc == kSuccess && !data->IsStill(table));

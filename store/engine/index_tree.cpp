@@ -273,7 +273,9 @@ int IndexTree::GrowRoot(IndexNode* old_root, const std::vector<IndexNode*>& righ
     root->Insert(root->Count(), right->Key(right->Count() - 1), right->records.back(), right->offset);
   }
   file_.SetRoot(tag_, root->offset);
-  return kSuccess;
+  // With the longest keys a page holds two entries, and a leaf may have come apart into three.
+  Path top{Step{root, 0}};
+  return SettleGrowth(top, 0);
 }
 
 void IndexTree::RaiseHighest(Path& path, std::size_t level) {

@@ -39,6 +39,10 @@ class ReadAhead {
     if (record - first_ < count_) return bytes_ + static_cast<std::size_t>(record - first_) * length_;
     return Find(table, record, rc);
   }
+  // How many records, from this one on, stand one behind the other in the block last used; 1 elsewhere.
+  std::uint32_t RunFrom(std::uint32_t record) const {
+    return record - first_ < count_ ? first_ + count_ - record : 1;
+  }
   void Forget() {
     blocks_.clear();
     count_ = 0;

@@ -23,7 +23,15 @@ std::string Journal::PathOf(std::string_view name) const {
 // --- Attaching and leaving ---
 
 int Journal::OpenFile() {
-  if (file_) return kSuccess;
+  for (int tries = 0; !file_ && tries < kOpenTries; ++tries) {
+    if (const int rc = OpenOnce(); rc != kSuccess) return rc;
+    // It may have been set aside since it was opened.
+    if (!file_->IsStill(PathOf(kFileName))) file_.reset();
+  }
+  return file_ ? static_cast<int>(kSuccess) : static_cast<int>(kErrorJournal);
+}
+
+int Journal::OpenOnce() {
   int rc = kSuccess;
   const bool fresh = !setup_.files.Exists(PathOf(kFileName));
   read_only_ = false;
@@ -34,25 +42,26 @@ int Journal::OpenFile() {
   if (rc != kSuccess) return rc;
   file_ = std::move(file);
   if (read_only_) {
+    // Without a presence: the first who can write must find himself alone, and put right what a power cut
+    // left.
     Mark first;
     Mark applied;
-    rc = ReadMarks(&first, &applied) || IsBlank() ? static_cast<int>(kSuccess) : kErrorJournal;
-  } else {
-    // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
-    rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
-    if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
-    if (rc == kLocked) rc = kSuccess;
+    if (!ReadMarks(&first, &applied) && !IsBlank()) rc = kErrorJournal;
+    if (rc != kSuccess) file_.reset();
+    return rc;
   }
+  // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
+  rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+  if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
+  if (rc == kLocked) rc = kSuccess;
   for (int tries = 0; rc == kSuccess; ++tries) {
     rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
     if (rc != kLocked || tries == kWriterTries) break;
     setup_.clock.Sleep(kWriterWaitMs);
     rc = kSuccess;
   }
-  // It may have been set aside since it was opened.
-  const bool gone = rc == kSuccess && !file_->IsStill(PathOf(kFileName));
-  if (rc != kSuccess || gone) file_.reset();
-  return gone ? OpenFile() : rc;
+  if (rc != kSuccess) file_.reset();
+  return rc;
 }
 
 bool Journal::MayHaveLostPower() {
@@ -86,6 +95,11 @@ int Journal::FinishAsOnly(bool all) {
     if (all && !IsWhole(first, applied)) rc = kErrorJournal;
     if (rc == kSuccess) rc = Finish(first, applied, all);
     if (rc == kSuccess) rc = Checkpoint();
+    if (rc == kErrorReadOnly) {
+      // A table that may only be read here: its entries wait for somebody who may flush it.
+      file_->Unlock(kWriterAt, 1);
+      return kSuccess;
+    }
   } else if (!IsBlank()) {
     rc = kErrorJournal;
   }
@@ -209,7 +223,8 @@ int Journal::Append(const std::vector<std::uint8_t>& entry) {
   }
   // Nobody may find the entry: a reader of the journal stops at the first one that is not whole.
   const std::array<std::uint8_t, kEntryHead> none{};
-  if (file_->WriteAt(end_.position, none.data(), none.size()) == kSuccess) file_->Flush();
+  in_doubt_ =
+      file_->WriteAt(end_.position, none.data(), none.size()) != kSuccess || file_->Flush() != kSuccess;
   return rc;
 }
 

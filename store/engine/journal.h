@@ -102,6 +102,9 @@ class Journal {
   // tables what waits in it whole. kErrorOpenRefused while another workstation has it open.
   int SetAside(std::string_view name);
 
+  // True when the journal was found to be one that may only be read.
+  bool IsReadOnly() const { return read_only_; }
+
   const std::string& Folder() const { return folder_; }
 
  private:
@@ -127,12 +130,14 @@ class Journal {
   static constexpr std::int64_t kNextWriterAt = 0x7FFFFFF2;
   // Posts last milliseconds; a writer or reader that waits longer than this gives up.
   static constexpr int kWriterTries = 2000;
+  static constexpr int kOpenTries = 10;
   static constexpr int kWriterWaitMs = 2;
   // Most units are brought to the tables within microseconds, so whoever waits for one looks this often
   // before it sleeps.
   static constexpr int kEagerTries = 50;
 
   int OpenFile();
+  int OpenOnce();
   // A journal that may only be read: kErrorReadOnly while units wait in it that no live writer will apply.
   int RecoverReadOnly();
   int TakeWriterLock(bool wait);
@@ -172,8 +177,9 @@ class Journal {
   int NoteLengths(const std::vector<JournalFileChange>& tails);
   // Flushes what was written ahead to the files.
   int FlushTails();
-  // Undoes what notes stand for, of which the last holds the lengths, and the notes.
-  int CutBack(const std::vector<Mark>& notes, const std::vector<JournalLength>& lengths);
+  // Undoes what notes stand for, of which the last holds the lengths, and the notes. `locked` says that the
+  // unit's own locks on the files are still held.
+  int CutBack(const std::vector<Mark>& notes, const std::vector<JournalLength>& lengths, bool locked);
   void ForgetAhead();
   // The number of the unit's first note, or of its entry.
   std::uint64_t UnitNumber() const { return notes_.empty() ? end_.number : notes_.front().number; }
@@ -206,6 +212,7 @@ class Journal {
   std::vector<File*> ahead_;            // that were written to and not flushed
   bool writing_ = false;
   bool unapplied_ = false;
+  bool in_doubt_ = false;  // an entry that was refused may be found after a power cut
   bool read_only_ = false;
   std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
 };

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 
+#include "core/text.h"
 #include "store/engine/journal.h"
 
 namespace tallwick::engine {
@@ -11,10 +12,34 @@ namespace {
 // From so many bytes behind the files' ends on, writing them once is worth the note's flush.
 constexpr std::int64_t kAheadBytes = std::int64_t{1} << 20;
 
-// Back to its length, unless the file has become another one since.
+// Where the appends of a table are locked: with an index, and without.
+constexpr std::int64_t kAppendLocks[] = {0x7FFFFFFE, 0x40000000};
+constexpr int kLockTries = 1000;
+constexpr int kLockWaitMs = 2;
+
+bool IsTableName(std::string_view name) {
+  return name.size() > 4 && EqualsIgnoreCase(name.substr(name.size() - 4), ".dbf");
+}
+
+// A program that knows nothing of the journal may just be appending.
+int LockAppends(File& file, Clock& clock) {
+  for (const std::int64_t at : kAppendLocks) {
+    int rc = kLocked;
+    for (int tries = 0; rc == kLocked && tries < kLockTries; ++tries) {
+      if (tries > 0) clock.Sleep(kLockWaitMs);
+      rc = file.Lock(at, 1, LockKind::kExclusive);
+    }
+    if (rc != kSuccess) return rc;
+  }
+  return kSuccess;
+}
+
+// Back to its length, unless the file has become another one since. A table's date of change is no sign of
+// that: what other programs do to its records stays.
 int CutFile(File& file, const JournalLength& before) {
   auto start = before.start;
   if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
+  if (IsTableName(before.name)) std::copy_n(&before.start[1], 3, &start[1]);
   if (start != before.start || file.Size() <= before.length) return kSuccess;
   const int rc = file.Truncate(before.length);
   return rc == kSuccess ? file.Flush() : rc;
@@ -115,16 +140,19 @@ void Journal::ForgetAhead() {
 
 void Journal::Abandon() {
   // What cannot be cut back now is cut back by whoever writes next, before anything else.
-  if (!notes_.empty()) CutBack(notes_, lengths_);
+  // An entry that may come back with the power needs what stands behind the ends.
+  if (!notes_.empty() && !in_doubt_) CutBack(notes_, lengths_, true);
+  in_doubt_ = false;
   ForgetAhead();
 }
 
-int Journal::CutBack(const std::vector<Mark>& notes, const std::vector<JournalLength>& lengths) {
+int Journal::CutBack(const std::vector<Mark>& notes, const std::vector<JournalLength>& lengths, bool locked) {
   for (const JournalLength& before : lengths) {
     int rc = kSuccess;
     const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
-    if (!file && setup_.files.Exists(PathOf(before.name))) return rc;
-    rc = file ? CutFile(*file, before) : static_cast<int>(kSuccess);
+    if (!file && !setup_.files.Exists(PathOf(before.name))) continue;
+    if (file && !locked && IsTableName(before.name)) rc = LockAppends(*file, setup_.clock);
+    if (file && rc == kSuccess) rc = CutFile(*file, before);
     if (rc != kSuccess) return rc;
   }
   // The last first: a note that stands must never be one that only later numbers would lead to.

@@ -23,12 +23,12 @@ JournalState Journal::ExamineOpen(std::uint64_t* waiting) {
   if (rc != kSuccess) return rc == kLocked ? JournalState::kSettled : JournalState::kUnreadable;
   Entry entry;
   bool whole = ReadMarks(&mark, &applied);
+  bool under_way = false;
+  ReadProgress(&under_way);
+  if (whole && under_way && !HasUnitAt(applied)) whole = CompleteMark(mark, &applied);
   while (whole && mark.number < applied.number) whole = ReadEntry(&mark, &entry);
   whole = whole && mark.number == applied.number && mark.position == applied.position;
   while (whole && ReadEntry(&applied, &entry)) *waiting += entry.is_note ? 0 : 1;
-  bool under_way = false;
-  ReadProgress(&under_way);
-  whole = whole && (!under_way || *waiting > 0);
   if (!writing_) file_->Unlock(kWriterAt, 1);
   if (!whole) return JournalState::kDamaged;
   return *waiting > 0 ? JournalState::kWaiting : JournalState::kSettled;

@@ -4,7 +4,6 @@
 #include <cstring>
 #include <string_view>
 
-#include "core/text.h"
 #include "store/engine/byte_order.h"
 
 namespace tallwick::engine {
@@ -159,9 +158,7 @@ bool ParseEntry(std::span<const std::uint8_t> payload, std::vector<JournalFileCh
     std::uint32_t extents = 0;
     if (!TakeName(reader, &change.name) || !reader.Take32(&extents)) return false;
     // Each file once: whoever applies the entry takes one lock for each.
-    const auto same = [&](const JournalFileChange& other) {
-      return EqualsIgnoreCase(other.name, change.name);
-    };
+    const auto same = [&](const JournalFileChange& other) { return other.name == change.name; };
     if (std::any_of(changes->begin(), changes->end(), same)) return false;
     for (std::uint32_t e = 0; e < extents; ++e) {
       JournalExtent extent;

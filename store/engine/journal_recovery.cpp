@@ -170,7 +170,7 @@ int Journal::ApplyFrom(Mark mark) {
     notes.clear();
     end_ = mark;
   }
-  return notes.empty() ? static_cast<int>(kSuccess) : CutBack(notes, lengths);
+  return notes.empty() ? static_cast<int>(kSuccess) : CutBack(notes, lengths, false);
 }
 
 bool Journal::HasUnitAt(Mark mark) {

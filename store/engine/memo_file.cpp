@@ -37,15 +37,18 @@ std::uint32_t MemoFile::NextFree() {
   return Load32Big(head.data());
 }
 
-std::uint32_t MemoFile::BlocksHeld() {
+std::int64_t MemoFile::BlocksHeld() {
   const std::int64_t size = file_.Size();
-  return size < 0 ? 0 : static_cast<std::uint32_t>((size + block_size_ - 1) / block_size_);
+  return size < 0 ? size : (size + block_size_ - 1) / block_size_;
 }
 
-void MemoFile::CorrectNextFree() {
+int MemoFile::CorrectNextFree() {
+  const std::int64_t held = BlocksHeld();
+  if (held < 0) return kErrorRead;
   std::array<std::uint8_t, 4> next{};
-  Store32Big(next.data(), BlocksHeld());
+  Store32Big(next.data(), static_cast<std::uint32_t>(held));
   file_.Stage(0, next.data(), next.size());
+  return kSuccess;
 }
 
 int MemoFile::ReadHead(std::uint32_t block, std::uint32_t* length, Kind* kind) {

@@ -43,10 +43,11 @@ class MemoFile {
   int Write(std::uint32_t* block, std::string_view text, Kind kind, std::int64_t may_grow);
 
   std::uint32_t NextFree();
-  // The first block behind the file's end: what NextFree should give; 0 when the length cannot be read.
-  std::uint32_t BlocksHeld();
-  // Stages it as the next free block.
-  void CorrectNextFree();
+  // The first block behind the file's end: what NextFree should give. Negative when the length cannot be
+  // read.
+  std::int64_t BlocksHeld();
+  // Stages it as the next free block. kErrorRead when the length cannot be read.
+  int CorrectNextFree();
   int BlockSize() const { return block_size_; }
   StagedFile& Staged() { return file_; }
   bool IsDirty() const { return file_.IsDirty(); }

@@ -164,8 +164,8 @@ int SkipInTag(Data4& data, std::int64_t count) {
 }
 
 int SkipInRecordOrder(Data4& data, std::int64_t count) {
-  if (data.read_ahead && count == 1 && data.record != 0 && !data.eof) {
-    const int rc = LoadRecord(data, data.record + 1);
+  if (data.read_ahead && count > 0 && data.record != 0 && !data.eof) {
+    const int rc = LoadRecord(data, data.record + static_cast<std::uint32_t>(count));
     if (rc != kNoRecord) return rc;
   }
   const std::int64_t records = data.table.RecordCount();

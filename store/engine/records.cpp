@@ -454,6 +454,11 @@ std::span<const std::uint8_t> d4record(const Data4& data) {
   return {data.view, data.buffer.size()};
 }
 
+std::span<const std::uint8_t> d4recordRun(const Data4& data) {
+  const bool is_ahead = data.read_ahead && data.view != data.buffer.data();
+  return {data.view, data.buffer.size() * (is_ahead ? data.ahead.RunFrom(data.record) : 1)};
+}
+
 bool d4eof(const Data4& data) {
   return data.eof;
 }

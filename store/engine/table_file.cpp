@@ -17,6 +17,7 @@ constexpr std::int64_t kPlainWholeLength = 0x3FFFFFFD;
 constexpr int kOpenTries = 10;
 constexpr int kCountTries = 2000;
 constexpr int kCountWaitMs = 5;
+constexpr int kSteadyTries = 10;
 // A unit takes longer to write than a block to read, so even a second try is rare.
 constexpr int kReadTries = 1000;
 
@@ -95,11 +96,11 @@ int TableFile::CheckCount() {
     // Whoever appends holds the header lock; without one the mismatch is there to stay.
     if (data_->Raw().Lock(AppendLockAt(), 1, LockKind::kShared) != kLocked) {
       data_->Raw().Unlock(AppendLockAt(), 1);
-      if (tries > 0) return kErrorDataHeader;
-      continue;
+      // Another workstation may just be cutting back what a dead one left.
+      if (tries > kSteadyTries) return kErrorDataHeader;
+    } else if (held > count) {
+      return kSuccess;  // a long unit writes behind the last record before its records count
     }
-    // A long unit writes behind the last record before its records count.
-    if (held > count) return kSuccess;
     setup_.clock.Sleep(kCountWaitMs);
   }
   return kErrorOpenRefused;

@@ -255,8 +255,8 @@ class Verifier {
   void CheckMemoEnd() {
     if (table_.Memo() == nullptr) return;
     const std::uint32_t next = table_.Memo()->NextFree();
-    const std::uint32_t held = table_.Memo()->BlocksHeld();
-    if (next <= held) return;
+    const std::int64_t held = table_.Memo()->BlocksHeld();
+    if (held < 0 || next <= held) return;
     findings_.Add(0, ProblemKind::kMemoEnd,
                   "The memo file holds " + std::to_string(held) + " blocks and names block " +
                       std::to_string(next) + " as the next free one: new memos may not find room");
@@ -276,8 +276,8 @@ class Verifier {
 int d4correctMemoEnd(Data4& data) {
   if (!data.table.Exclusive() || data.table.Memo() == nullptr) return data.code.Fail(kErrorParameter);
   UnitScope scope(data.code);
-  const int rc = data.code.Join(data.table);
-  if (rc == kSuccess) data.table.Memo()->CorrectNextFree();
+  int rc = data.code.Join(data.table);
+  if (rc == kSuccess) rc = data.table.Memo()->CorrectNextFree();
   return scope.End(rc, rc == kSuccess);
 }
 

@@ -27,14 +27,12 @@ int code4holdWriters(Code4& code, const std::string& folder) {
   code.JournalOf(folder);
   std::shared_ptr<Journal> journal = code.journals[folder];
   rc = code.WriterLockFailed(journal->BeginWriting(), folder);
-  if (rc == kSuccess) rc = journal->Settle();
-  if (rc == kSuccess) {
-    code.held_journal = std::move(journal);
-    code.held_note = std::make_unique<LockNotes>(code.setup, folder + "/" + std::string(Journal::kFileName));
-    code.held_note->Note(0);
-  } else {
-    journal->EndWriting();
-  }
+  if (rc != kSuccess) return code.Fail(rc);
+  code.held_note = std::make_unique<LockNotes>(code.setup, folder + "/" + std::string(Journal::kFileName));
+  code.held_note->Note(0);
+  code.held_journal = std::move(journal);
+  rc = code.held_journal->Settle();
+  if (rc != kSuccess) code4releaseWriters(code);
   return code.Fail(rc);
 }
 

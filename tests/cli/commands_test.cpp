@@ -14,8 +14,7 @@ const char* const kAddBank =
     "BANKRECODA=28 BANKRECOYR=2024";
 const char* const kPost =
     "--bank FNT check post 1001 --dated 03/15/2024 --payee 'Smith Title Co' --amount '$1,250.00' --file "
-    "24-0117 "
-    "--period 3/15/2024 --addr1 '12 Main Street' --control JMK ";
+    "24-0117 --period 3/15/2024 --addr1 '12 Main Street' --control JMK ";
 
 // Each call and how it ends; with --json there is one object on standard output, whatever happens.
 TEST(CommandLine, EndsWithItsStatusAndOneObject) {

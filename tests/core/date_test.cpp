@@ -189,12 +189,10 @@ TEST(Period, InvalidTextIsReportedUnlessBlank) {
   EXPECT_EQ(boxes.shown[0].title, "Escrow Accounting Date Periods");
   EXPECT_EQ(boxes.shown[0].text,
             "The escrow period 13-2024 is invalid.\rYou must specify the period as a month and year "
-            "seperated by - / "
-            ", . or a space.");
+            "seperated by - / , . or a space.");
   EXPECT_EQ(boxes.shown[1].text,
             "The escrow period 2/30/2024 is invalid.\rYou must specify the period as a month, day and year "
-            "seperated "
-            "by - / , . or a space.");
+            "seperated by - / , . or a space.");
 }
 
 }  // namespace

@@ -186,8 +186,7 @@ TEST(AmountInWords, WordsOfACheck) {
       {"808000700090", "Eight Hundred Eight Billion Seven Hundred Thousand Ninety dollars & no cents"},
       {"922337203685477.58",
        "Nine Hundred Twenty Two Trillion Three Hundred Thirty Seven Billion Two Hundred Three Million Six "
-       "Hundred "
-       "Eighty Five Thousand Four Hundred Seventy Seven dollars & Fifty Eight cents "},
+       "Hundred Eighty Five Thousand Four Hundred Seventy Seven dollars & Fifty Eight cents "},
       {"-100000000000000", " dollars & no cents"},  // 16 characters with the sign
   };
   for (const Case& c : cases) EXPECT_EQ(AmountInWords(Amount(c.amount)), c.words) << c.amount;

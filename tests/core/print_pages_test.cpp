@@ -101,8 +101,9 @@ TEST(PagesTest, NoTextReachesIntoTheNextColumn) {
       PrintDocument document;
       document.sections = {{{}, {{PrintStyle::kRow, format, {"a", text, "b"}, false}}}};
       const PrintPage page = LayOutPages(document, 1440, 9000, EvenLetters()).front();
-      for (std::size_t i = 1; i + 2 < page.texts.size(); ++i) {
+      for (std::size_t i = 1; i + 1 < page.texts.size(); ++i) {
         const PlacedText& line = page.texts[i];
+        if (line.text == "b") continue;
         const double width = EvenLetters().Width(line.style, line.text) * line.fit.Scale();
         EXPECT_GE(line.x, 480 + kColumnGap / 2);
         EXPECT_LE(line.x + width, 960 - kColumnGap / 2 + 0.5) << format << " " << text;

@@ -1,5 +1,7 @@
 #include "tests/load/clerk.h"
 
+#include <unistd.h>
+
 namespace tallwick::load {
 namespace {
 
@@ -18,8 +20,10 @@ void Clerk::Work() {
     PostACheck();
   } else if (kind < 45) {
     PostADeposit();
-  } else if (kind < 58) {
+  } else if (kind < 53) {
     PostAVoucher();
+  } else if (kind < 58) {
+    PostAWire();
   } else if (kind < 73) {
     ChangeACheck(false);
   } else if (kind < 80) {
@@ -59,8 +63,9 @@ void Clerk::PostACheck() {
   const bool growing = Draw(8) == 0;
   for (int code = engine::kUnique; code == engine::kUnique;) {
     const std::int64_t number = 1 + std::stoll("0" + place_.tables->checks.LastNumber());
-    const CheckRecord check =
+    CheckRecord check =
         growing ? MakeCheck(number, 100, kGrowingFile) : MakeCheck(number, DrawCents(), DrawFile());
+    if (Draw(3) == 0) check.voucher_number = DrawVoucher();
     code = PostCheck(*place_.tables, place_.Xrefs(), kBank, check).code;
     if (Done(code, "a check", tally_.posts)) ++tally_.checks[number];
   }
@@ -72,20 +77,35 @@ void Clerk::PostAVoucher() {
     if (!bank) return tally_.Fail("the bank was not found");
     const std::int64_t number = bank->last_voucher + 1;
     code = PostVoucher(*place_.tables, place_.Banks(), place_.Xrefs(), kBank,
-                       MakeVoucher(number, DrawCents(), DrawFile()));
+                       MakeVoucher(number, DrawCents(), DrawFile()))
+               .code;
     if (Done(code, "a voucher", tally_.posts)) ++tally_.vouchers[number];
   }
+}
+
+void Clerk::PostAWire() {
+  // The bank's numbers: nobody else has this one.
+  const std::string number = "FED" + std::to_string(getpid()) + "-" + std::to_string(++wires_);
+  const auto wire = MakeItem<WireRecord>(number, DrawCents(), DrawFile());
+  Done(PostWire(*place_.tables, place_.Xrefs(), kBank, wire).code, "a wire", tally_.posts);
 }
 
 void Clerk::PostADeposit() {
   const int key = static_cast<int>(Draw(kDepositDays * kDepositsADay));
   DepositRecord deposit = MakeDeposit(key);
   for (std::int64_t items = 1 + Draw(4); items > 0; --items) AddItem(deposit, DrawCents(), DrawFile());
-  const int code = load::PostDeposit(*place_.tables, place_.Xrefs(), kBank, deposit);
+  const int code = PostDeposit(*place_.tables, place_.Xrefs(), kBank, deposit).code;
   if (Done(code, "a deposit", tally_.posts)) ++tally_.deposits[key];
 }
 
 // --- Changing what stands ---
+
+// One of those posted lately, used or not; "" where there is none.
+std::string Clerk::DrawVoucher() {
+  const auto bank = place_.Banks().Find(kBank);
+  if (!bank || bank->last_voucher == 0) return {};
+  return std::to_string(std::max<std::int64_t>(bank->last_voucher - Draw(20), 1));
+}
 
 std::optional<CheckRecord> Clerk::FindACheck() {
   const std::int64_t last = std::stoll("0" + place_.tables->checks.LastNumber());
@@ -98,10 +118,12 @@ std::optional<CheckRecord> Clerk::FindACheck() {
 void Clerk::ChangeACheck(bool make_void) {
   const auto before = FindACheck();
   if (!before) return;
-  const std::string file = make_void ? "VOID" : DrawFile();
-  CheckRecord after = MakeCheck(std::stoll(before->number), make_void ? 0 : DrawCents(), file);
-  after.number = before->number;
-  after.status = make_void ? "V" : "O";
+  CheckRecord after = make_void ? *before : MakeCheck(std::stoll(before->number), DrawCents(), DrawFile());
+  if (make_void) {
+    after.status = before->status == "V" ? "O" : "V";
+    after.reason = before->status == "V" ? "" : "Lost";
+    after.statement = before->status == "V" ? Period{} : Period{3, 0, 2024};
+  }
   const int code = RewriteCheck(*place_.tables, place_.Xrefs(), kBank, *before, after).code;
   Done(code, "an edit of a check", make_void ? tally_.voids : tally_.edits);
 }
@@ -128,13 +150,13 @@ void Clerk::ChangeADeposit(bool remove) {
   const auto before = FindADeposit();
   if (!before) return;
   if (remove) {
-    const int code = load::RemoveDeposit(*place_.tables, place_.Xrefs(), kBank, *before);
+    const int code = RemoveDeposit(*place_.tables, place_.Xrefs(), kBank, *before).code;
     if (Done(code, "a deletion of a deposit", tally_.deletes)) --tally_.deposits[KeyOf(*before)];
     return;
   }
   DepositRecord after = MakeDeposit(KeyOf(*before));
   for (std::int64_t items = 1 + Draw(4); items > 0; --items) AddItem(after, DrawCents(), DrawFile());
-  const int code = load::RewriteDeposit(*place_.tables, place_.Xrefs(), kBank, *before, after);
+  const int code = RewriteDeposit(*place_.tables, place_.Xrefs(), kBank, *before, after).code;
   Done(code, "an edit of a deposit", tally_.edits);
 }
 
@@ -146,8 +168,8 @@ void Clerk::ChangeAVoucher() {
   const VoucherRecord before = vouchers.Read();
   if (!IsWhole(before)) tally_.Fail("a torn voucher " + before.number);
   VoucherRecord after = MakeVoucher(std::stoll(before.number), DrawCents(), DrawFile());
-  after.number = before.number;
-  const int code = load::RewriteVoucher(*place_.tables, place_.Xrefs(), kBank, before, after);
+  after.check_number = before.check_number;
+  const int code = RewriteVoucher(*place_.tables, place_.Xrefs(), kBank, before, after).code;
   Done(code, "an edit of a voucher", tally_.edits);
 }
 

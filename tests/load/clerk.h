@@ -1,4 +1,5 @@
-// A clerk: posts checks, deposits and vouchers, edits, voids and deletes what he finds, as fast as it goes.
+// A clerk: posts checks, deposits, wires and vouchers, edits, voids and deletes what he finds, as fast as it
+// goes.
 //
 // Three rules let others know what they must find: file "PILLAR" is never touched after the start, file
 // "GROWING" only gets checks of 1.00, and a check whose number 3 divides is never deleted.
@@ -37,6 +38,8 @@ class Clerk {
   void PostACheck();
   void PostADeposit();
   void PostAVoucher();
+  void PostAWire();
+  std::string DrawVoucher();
   void ChangeACheck(bool make_void);
   void DeleteACheck();
   void ChangeADeposit(bool remove);
@@ -49,6 +52,7 @@ class Clerk {
   Workplace& place_;
   Tally& tally_;
   std::mt19937 random_;
+  int wires_ = 0;  // posted or refused
 };
 
 }  // namespace tallwick::load

@@ -41,6 +41,26 @@ std::string Compare(const std::string& table, const std::atomic<std::int8_t>* wa
   return {};
 }
 
+// What the files find of a deposit.
+void AddReferences(const DepositRecord& deposit, std::vector<std::string>& company,
+                   std::vector<std::string>& bank) {
+  for (int item = 1; item <= kDepositItems; ++item) {
+    const std::string& file = deposit.items[static_cast<std::size_t>(item) - 1].file_number;
+    if (file.empty()) continue;
+    company.push_back(Text(DepositItemXref(file, kBank, deposit.dated, deposit.sequence, item)));
+    bank.push_back(Text(DepositXrefRecord{file, deposit.dated, deposit.sequence, std::to_string(item)}));
+  }
+}
+
+// A voucher that is used names a check that pays out and names it.
+std::string WrongUse(Workplace& place, const VoucherRecord& voucher) {
+  if (voucher.check_number.empty()) return {};
+  const bool found = place.tables->checks.SeekNumber(voucher.check_number);
+  const CheckRecord check = found ? place.tables->checks.Read() : CheckRecord{};
+  if (check.voucher_number == voucher.number && check.status != "V") return {};
+  return "voucher " + voucher.number + " is held by check " + voucher.check_number + " in vain\n";
+}
+
 }  // namespace
 
 std::string WrongInTables(Workplace& place) {
@@ -60,6 +80,7 @@ std::string WrongInTables(Workplace& place) {
 std::string WrongInReferences(Workplace& place) {
   std::vector<std::string> wanted;
   std::vector<std::string> wanted_in_bank;
+  std::string wrong;
   std::int64_t last_voucher = 0;
   ForEach(place.tables->checks, "CHXNUMBER", [&](const CheckRecord& check) {
     wanted.push_back(Text(CheckXref(check.file_number, kBank, check.number)));
@@ -67,18 +88,20 @@ std::string WrongInReferences(Workplace& place) {
   ForEach(place.tables->vouchers, "VCHRNUMBER", [&](const VoucherRecord& voucher) {
     wanted.push_back(Text(VoucherXref(voucher.file_number, kBank, voucher.number)));
     last_voucher = std::max<std::int64_t>(last_voucher, std::stoll(voucher.number));
+    wrong += WrongUse(place, voucher);
   });
-  ForEach(place.tables->deposits, "DEPODATED", [&](const DepositRecord& deposit) {
-    for (const XrefRecord& one : CompanyReferences(deposit, kBank)) wanted.push_back(Text(one));
-    for (const DepositXrefRecord& one : BankReferences(deposit)) wanted_in_bank.push_back(Text(one));
+  ForEach(place.tables->deposits, "DEPODATED",
+          [&](const DepositRecord& deposit) { AddReferences(deposit, wanted, wanted_in_bank); });
+  ForEach(place.tables->wires, "WIRENUMBER", [&](const WireRecord& wire) {
+    wanted.push_back(Text(WireXref(wire.file_number, kBank, wire.number)));
   });
   std::vector<std::string> found;
   std::vector<std::string> found_in_bank;
   ForEach(place.Xrefs(), "XRFSFILEBK", [&](const XrefRecord& one) { found.push_back(Text(one)); });
   ForEach(place.tables->deposit_xrefs, "DXRFFILENO",
           [&](const DepositXrefRecord& one) { found_in_bank.push_back(Text(one)); });
-  std::string wrong = Difference("cross-references", wanted, found) +
-                      Difference("deposit cross-references", wanted_in_bank, found_in_bank);
+  wrong += Difference("cross-references", wanted, found) +
+           Difference("deposit cross-references", wanted_in_bank, found_in_bank);
   if (place.Banks().Find(kBank)->last_voucher < last_voucher) wrong += "the voucher counter is behind\n";
   return wrong;
 }

@@ -61,9 +61,9 @@ int PostAndRemoveDeposits(const std::string& folder, unsigned seed, int pipe) {
     Say(pipe, (stands ? kRemoving : kPosting) * kKeys + key);
     for (unsigned item = 0; !stands && item < 1 + random() % 5; ++item)
       AddItem(deposit, 100 + item, "24-100");
-    const int code = stands ? RemoveDeposit(*place.tables, place.Xrefs(), kBank, deposit)
-                            : load::PostDeposit(*place.tables, place.Xrefs(), kBank, deposit);
-    if (code != engine::kSuccess) return 2;
+    const PostOutcome outcome = stands ? RemoveDeposit(*place.tables, place.Xrefs(), kBank, deposit)
+                                       : PostDeposit(*place.tables, place.Xrefs(), kBank, deposit);
+    if (!outcome.Done()) return 2;
     Say(pipe, (stands ? kRemoved : kPosted) * kKeys + key);
   }
 }

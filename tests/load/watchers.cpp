@@ -37,7 +37,7 @@ bool MakePillars(Workplace& place, Tally& tally) {
     if (!PostCheck(*place.tables, place.Xrefs(), kBank, check).Done()) return false;
     DepositRecord deposit = MakeDeposit(i * 7);
     AddItem(deposit, kPillarDepositCents, kPillarFile);
-    if (load::PostDeposit(*place.tables, place.Xrefs(), kBank, deposit) != engine::kSuccess) return false;
+    if (!PostDeposit(*place.tables, place.Xrefs(), kBank, deposit).Done()) return false;
     ++tally.checks[i];
     ++tally.deposits[i * 7];
   }

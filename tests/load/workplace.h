@@ -7,7 +7,10 @@
 #include <string>
 
 #include "core/system_ports.h"
-#include "tests/load/load_steps.h"
+#include "posting/post_check.h"
+#include "posting/post_deposit.h"
+#include "posting/post_voucher.h"
+#include "posting/post_wire.h"
 #include "tests/support/office.h"
 
 namespace tallwick::load {
@@ -66,27 +69,23 @@ class Workplace {
   std::unique_ptr<BankTables> tables;
 };
 
-inline CheckRecord MakeCheck(std::int64_t number, std::int64_t cents, const std::string& file) {
-  CheckRecord check;
-  check.number = std::to_string(number);
-  check.dated = {2024, 3, 15};
-  check.amount = Currency::FromCents(cents);
-  check.file_number = file;
-  check.payee = Stamp(check.amount, file);
-  check.accounting = {3, 0, 2024};
-  check.status = "O";
-  return check;
+template <class Record>
+Record MakeItem(const std::string& number, std::int64_t cents, const std::string& file) {
+  Record item;
+  item.number = number;
+  item.dated = {2024, 3, 15};
+  item.amount = Currency::FromCents(cents);
+  item.file_number = file;
+  item.payee = Stamp(item.amount, file);
+  item.accounting = {3, 0, 2024};
+  item.status = "O";
+  return item;
 }
-
+inline CheckRecord MakeCheck(std::int64_t number, std::int64_t cents, const std::string& file) {
+  return MakeItem<CheckRecord>(std::to_string(number), cents, file);
+}
 inline VoucherRecord MakeVoucher(std::int64_t number, std::int64_t cents, const std::string& file) {
-  VoucherRecord voucher;
-  voucher.number = std::to_string(number);
-  voucher.dated = {2024, 3, 15};
-  voucher.amount = Currency::FromCents(cents);
-  voucher.file_number = file;
-  voucher.payee = Stamp(voucher.amount, file);
-  voucher.accounting = {3, 0, 2024};
-  return voucher;
+  return MakeItem<VoucherRecord>(std::to_string(number), cents, file);
 }
 
 // Deposit `key` is one of 99 of its day.

@@ -114,8 +114,7 @@ TEST_F(Mend, RebuildsReferencesAndCountersAndNamesTheRest) {
              "ESCROW_DEPOSITS_FNB: adds the reference to item 2 of deposit 20240315 1 of file \"24-2\""}));
   const Lines left{
       "ESCROW_XRFS: names \"C 102\" of file \"24-1\" in bank FNB, which stands under another file: compare "
-      "both with "
-      "the paper, and correct the transaction's file number where it is wrong",
+      "both with the paper, and correct the transaction's file number where it is wrong",
       "ESCROW_XRFS: names \"C 999\" of file \"24-5\" in bank FNB, which is not there: compare with the "
       "paper, and enter "
       "the transaction again where it was real"};
@@ -141,8 +140,7 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
       {[&] { Patch("ESCROW_CHECKS_FNB.DBF", 4, "\x09"); },
        "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over.  It "
        "counts 9 records and holds 3: the last 6 are lost.  Restore the table from a copy if there is a good "
-       "one; "
-       "mending keeps what is left"},
+       "one; mending keeps what is left"},
       {[&] { SystemFileSystem().Remove(office_.folder.Held("ESCROW_XRFS.CDX")); },
        "ESCROW_XRFS: builds the index anew from the records"},
       {[&] { Patch("ESCROW_BANKS.CDX", 1024, std::string(512, '\x07')); },

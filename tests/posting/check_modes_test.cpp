@@ -145,8 +145,7 @@ TEST_F(CheckModesTest, StopAndClearAreInTheTrailFieldByField) {
       {"1/2024", "Statement period 1-2024 has been reconciled.  Enter the period of a later statement."},
       {"13/2024",
        "The escrow period 13/2024 is invalid.\rYou must specify the period as a month and year seperated by "
-       "- / "
-       ", . or a space."}};
+       "- / , . or a space."}};
   for (const auto& [period, message] : periods) {
     Set("txtCheckStmtPeriod", period);
     EXPECT_EQ(Refusal(), message);

@@ -3,10 +3,9 @@
 #include "posting/check_posting.h"
 
 #include <gmock/gmock.h>
-#include <gtest/gtest.h>
 
 #include "shell/transactions_switch.h"
-#include "tests/support/office.h"
+#include "tests/posting/screen_fixture.h"
 
 namespace tallwick {
 namespace {
@@ -14,27 +13,11 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
-using testing::Office;
+using testing::PostingScreenTest;
 using testing::Seen;
 
-class CheckPostingTest : public ::testing::Test {
+class CheckPostingTest : public PostingScreenTest<FrmEditChecksPost> {
  protected:
-  void OpenOffice(const std::function<void(BankRecord&)>& change = {}) {
-    ASSERT_TRUE(office_.Open(change));
-    office_.suite.files = {"24-0117", "24-0118"};
-    tables_ = std::make_unique<BankTables>(office_.session->Home());
-    ASSERT_TRUE(tables_->Open("FNB"));
-    OpenForm();
-  }
-  void OpenForm() {
-    form_ = std::make_unique<FrmEditChecksPost>(*office_.session, office_);
-    ASSERT_TRUE(form_->OpenTables());
-    form_->Opened();
-  }
-  void Set(std::string_view control, std::string text) {
-    form_->Enter(control);
-    form_->Change(control, std::move(text));
-  }
   // A whole entry with the number that the screen proposes, or another.
   void Enter(const std::string& number = {}, const std::string& amount = "1250",
              const std::string& file = "24-0117") {
@@ -67,11 +50,6 @@ class CheckPostingTest : public ::testing::Test {
   std::string VoucherCheck(const char* number) {
     return tables_->vouchers.SeekNumber(number) ? tables_->vouchers.Read().check_number : "(no voucher)";
   }
-  std::string Log() { return office_.ReadFile("Logs\\FNB\\Audit_Trail.log"); }
-
-  Office office_;
-  std::unique_ptr<BankTables> tables_;
-  std::unique_ptr<FrmEditChecksPost> form_;
 };
 
 TEST_F(CheckPostingTest, NothingIsPostedWhileTransactionsAreLocked) {
@@ -149,8 +127,7 @@ TEST_F(CheckPostingTest, RefusesInOrderAndWritesNothing) {
        "May NOT post checks to Accounting Period 1-2024 - It has been reconciled.", "txtCheckAcctPeriod"},
       {"txtCheckAcctPeriod", "13/2024",
        "The escrow period 13/2024 is invalid.\rYou must specify the period as a month and year seperated by "
-       "- / , . or "
-       "a space.",
+       "- / , . or a space.",
        "txtCheckAcctPeriod"},
       {"txtCheckAcctPeriod", "2-2024", "Check Number is Required...", "txtCheckNumber"},
       {"txtCheckNumber", "7", "Check Date \"2/30/2024\" is not a date.  Type it like 03/15/2024.",
@@ -192,6 +169,56 @@ TEST_F(CheckPostingTest, ABlankPeriodIsFilledWhereTheUserWantsThat) {
   Set("txtCheckAcctPeriod", "");
   Post("1");
   EXPECT_EQ(Stored("1")->accounting, (Period{3, 0, 2024}));
+  office_.session->Run().default_period = false;  // as at the next start
+  OpenForm();
+  EXPECT_TRUE(office_.session->Run().default_period) << "the user's choice is kept";
+  office_.suite.login = "OFFICE\\asmith";
+  office_.session->Run().default_period = false;
+  OpenForm();
+  EXPECT_FALSE(office_.session->Run().default_period) << "another user's is not";
+}
+
+TEST_F(CheckPostingTest, ARightWithdrawnMeanwhileKeepsTheEntry) {
+  OpenOffice();
+  Enter("1");
+  office_.suite.security = true;  // nobody is known yet
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("You do not have the right to do this any more.")));
+  EXPECT_FALSE(Stored("1"));
+  office_.suite.security = false;
+  form_->Click("cmdOk");
+  EXPECT_TRUE(Stored("1"));
+}
+
+TEST_F(CheckPostingTest, LeadsToOtherScreensAndSaysWhatIsNotThere) {
+  OpenOffice();
+  Set("txtCheckFileNumber", "24-0117");
+  form_->Menu("mnuViewFileLedgers");
+  form_->Menu("mnuEditReconcileAccount");
+  form_->Menu("mnuReportsVouchers");
+  EXPECT_THAT(office_.opened,
+              ElementsAre("frmViewFileLedgers 24-0117", "frmReconcileAccount ", "frmReports Vouchers"));
+  office_.missing_screen = "frmCalculator";
+  form_->Menu("mnuToolsCalculator");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("\"Calculator\" is not part of this version of the program."));
+}
+
+TEST_F(CheckPostingTest, ACheckChangedElsewhereIsShownBeforeItIsRemoved) {
+  OpenOffice();
+  Post("1");
+  Set("txtCheckNumber", "1");
+  form_->Leave();
+  CheckRecord check = *Stored("1");
+  check.payee = "ANOTHER";
+  ASSERT_EQ(tables_->checks.Update(check), 0);
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Menu("mnuEditRemoveCheck");
+  const std::vector<std::string> texts = office_.TakeTexts();
+  ASSERT_EQ(texts.size(), 2U);
+  EXPECT_THAT(texts[1], HasSubstr("Nothing was removed: look at what is shown now.\r\n\r\nPayee: yours SMITH "
+                                  "TITLE CO, theirs ANOTHER"));
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "ANOTHER");
+  EXPECT_TRUE(Stored("1"));
 }
 
 TEST_F(CheckPostingTest, NumbersFollowTheHighestAndTheSetting) {
@@ -372,8 +399,7 @@ TEST_F(CheckPostingTest, NumberZeroIsOfferedForRemoval) {
   form_->Leave();
   const std::string question =
       "Check Number '0' (zero) posted in error...\r\n\r\nFile Number: 24-0117\r\nAmount: 75.00\r\n\r\nData "
-      "will be "
-      "removed.";
+      "will be removed.";
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
   EXPECT_TRUE(Stored("0"));
   Set("txtCheckNumber", "1");
@@ -459,6 +485,49 @@ TEST_F(CheckPostingTest, TheRegisterFollowsTheTable) {
   EXPECT_EQ(Seen(*form_, "cmdOk"), "&Ok");
   OpenForm();
   EXPECT_EQ(form_->Find("lstCheckNumbers")->source->RowCount(), 202u);
+}
+
+TEST_F(CheckPostingTest, TheRegisterIsReadInStepsWhileChecksArePosted) {
+  OpenOffice();
+  CheckRecord check;
+  check.file_number = "24-0117";
+  check.amount = Currency::FromCents(100);
+  for (int number = 1; number <= 300; ++number) {
+    check.number = std::to_string(number);
+    check.status = number % 2 == 0 ? "C" : "O";
+    ASSERT_EQ(tables_->checks.Add(check), 0);
+  }
+  OpenForm();
+  RowSource& rows = *form_->Find("lstCheckNumbers")->source;
+  const auto step = [&] { return rows.ReadOn(std::chrono::milliseconds(0)); };
+  EXPECT_TRUE(step());
+  EXPECT_TRUE(step());  // the rows are known, and a part of the sum
+  EXPECT_EQ(rows.RowsKnown(), 300U);
+  EXPECT_EQ(rows.Total(), "");
+  Post("301", "1");
+  while (step()) continue;
+  EXPECT_EQ(rows.Total(), "301.00");
+  EXPECT_EQ(rows.Row(0).at(0), "301");
+  EXPECT_EQ(rows.FindRow("300"), 1U);
+
+  form_->Click("cmdListOutstanding");
+  EXPECT_TRUE(step());
+  EXPECT_GT(rows.RowsKnown(), 0U);
+  EXPECT_LT(rows.RowsKnown(), 100U);
+  Post("302", "1");
+  ASSERT_EQ(rows.RowCount(), 152U);
+  EXPECT_EQ(rows.Total(), "152.00");
+  for (std::size_t row = 1; row < 152; ++row)
+    ASSERT_EQ(rows.Row(row).at(0), std::to_string(row == 1 ? 301 : 303 - 2 * row)) << row;
+
+  // Read anew, the list keeps its length meanwhile.
+  Set("txtCheckNumber", "301");
+  Set("txtCheckPayee", "JONES");
+  Post("301", "2");
+  EXPECT_EQ(rows.RowsKnown(), 152U);
+  EXPECT_EQ(rows.Row(1).at(3), "2.00");
+  while (step()) continue;
+  EXPECT_EQ(rows.Total(), "153.00");
 }
 
 }  // namespace

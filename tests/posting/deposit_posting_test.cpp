@@ -18,19 +18,20 @@ using ::testing::IsEmpty;
 using testing::PostingScreenTest;
 using testing::Seen;
 
-class SlipBook : public DepositSlipPrinter {
+class SlipBook : public DocumentPrinter {
  public:
-  void PrintDepositSlip(const BankRecord&, const DepositRecord& deposit) override {
-    slips.push_back(deposit);
+  bool Preview(const PrintDocument& document) override {
+    slips.push_back(document);
+    return true;
   }
-  std::vector<DepositRecord> slips;
+  bool Print(const PrintDocument&) override { return false; }
+  bool SavePdf(const PrintDocument&) override { return false; }
+  std::vector<PrintDocument> slips;
 };
 
 class DepositPostingTest : public PostingScreenTest<FrmEditDepositsPost> {
  protected:
-  std::unique_ptr<FrmEditDepositsPost> MakeForm() override {
-    return std::make_unique<FrmEditDepositsPost>(*office_.session, DepositMode::kPosting, &slips_);
-  }
+  DepositPostingTest() { office_.printer = &slips_; }
   void SetRow(int row, const char* file, const char* amount, const char* source = "SMITH") {
     Set("txtFileNumbers", file, row);
     Set("txtSources", source, row);
@@ -387,7 +388,11 @@ TEST_F(DepositPostingTest, UnsavedChangesAreAskedForAndSlipsPrinted) {
   Show("3/15/2024", "1");
   form_->Click("cmdDepositSlip");
   ASSERT_EQ(slips_.slips.size(), 1u);
-  EXPECT_EQ(slips_.slips[0], Stored("20240315", "1"));
+  EXPECT_EQ(slips_.slips[0].name, "Deposit FNB 2024-03-15 1");
+  const std::vector<PrintRow>& rows = slips_.slips[0].sections.back().rows;
+  ASSERT_EQ(rows.size(), 2u);
+  EXPECT_THAT(rows[0].cells, ElementsAre("1", "24-0117", "SMITH", "1.00", ""));
+  EXPECT_THAT(rows[1].cells, ElementsAre("", "", "Total, 1 item", "1.00", ""));
   Set("txtSources", "JONES", 1);
   form_->Click("cmdDepositSlip");
   EXPECT_EQ(slips_.slips.size(), 1u);
@@ -441,7 +446,7 @@ TEST_F(DepositPostingTest, WhoOnlyLooksChangesNothing) {
   OpenOffice();
   SetRow(1, "24-0117", "1");
   Post();
-  FrmEditDepositsPost viewing(*office_.session, DepositMode::kViewing);
+  FrmEditDepositsPost viewing(*office_.session, &office_, DepositMode::kViewing);
   ASSERT_TRUE(viewing.OpenTables());
   viewing.Opened();
   EXPECT_EQ(viewing.Caption(), "View Deposits - First National Trust");

@@ -21,7 +21,7 @@ class PostingScreenTest : public ::testing::Test {
     if constexpr (std::is_constructible_v<Screen, Session&, ScreenOpener&>) {
       return std::make_unique<Screen>(*office_.session, office_);
     } else {
-      return std::make_unique<Screen>(*office_.session);
+      return std::make_unique<Screen>(*office_.session, &office_);
     }
   }
   void OpenForm() {

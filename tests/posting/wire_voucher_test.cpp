@@ -265,7 +265,7 @@ TEST_F(VoucherPostingTest, ALostRaceOffersTheNextNumberAndALockedCounterLeavesNo
   office_.boxes.answers = {BoxAnswer::kYes};
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(),
-              ElementsAre("Voucher Number 1 was posted on another workstation in the meantime.\r\nPost this "
+              ElementsAre("Voucher 1 was posted on another workstation in the meantime.\r\nPost this "
                           "one as 2 ?"));
   EXPECT_EQ(Stored("2")->payee, "SMITH TITLE CO");
   EXPECT_EQ(Bank().last_voucher, 2);

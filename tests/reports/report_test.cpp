@@ -161,7 +161,8 @@ TEST(RtfTest, OpensInAWordProcessor) {
             0);
   std::stringstream text;
   text << std::ifstream(folder.Platform("ledger.txt")).rdbuf();
-  for (const char* part : {"Escrow Ledger for File: 24-0117, prep by Mary Klein", "M\xC3\xBCller {Title}", "Outstanding", "Over Drawn", "Page 1 of 1"})
+  for (const char* part : {"Escrow Ledger for File: 24-0117, prep by Mary Klein", "M\xC3\xBCller {Title}",
+                           "Outstanding", "Over Drawn", "Page 1 of 1"})
     EXPECT_THAT(text.str(), HasSubstr(part));
   if (const char* keep = std::getenv("TALLWICK_KEEP_PDF"))
     std::filesystem::copy(folder.Platform("ledger.pdf"), keep);

@@ -91,6 +91,7 @@ TEST(StartUpTest, LostTableIsMadeOnlyWhenWanted) {
                {"ESCROW_XRFS", "", "the folder holds tables of bank accounts"},
                {"ESCROW_CHECKS_FNB", "", "ESCROW_XRFS names transactions of it"},
                {"ESCROW_NOTES", "DBFCOPYS\\ESCROW_NOTES.DBF", "the last copy holds it"},
+               {"ESCROW_NOTES", "ESCROW_NOTES.FPT", "its memo file is there"},
                {"ESCROW_WIRES_FNB", "Escrow_Control.txt", "Escrow_Control.txt lists it"},
                {"ESCROW_VOUCHERS_FNB", "", ""},
                {"ESCROW_AGENT", "", ""}};
@@ -101,7 +102,8 @@ TEST(StartUpTest, LostTableIsMadeOnlyWhenWanted) {
     ASSERT_EQ(office.session->Company().xrefs.Add(CheckXref("24-1", "FNB", "101")), 0);
     office.session.reset();
     SystemFileSystem().CreateFolder(office.folder.Held("DBFCOPYS"));
-    if (!one.also.empty()) office.WriteFile(one.also, "Version=1\r\n" + one.table + "=1\r\n");
+    if (!one.also.empty())
+      office.WriteFile(one.also, "Version=1\r\n" + one.table + "=1\r\n" + std::string(600, ' '));
     SystemFileSystem().Remove(office.folder.Held(one.table + ".DBF"));
     for (const BoxAnswer answer : {BoxAnswer::kNo, BoxAnswer::kYes}) {
       office.boxes.shown.clear();
@@ -114,7 +116,27 @@ TEST(StartUpTest, LostTableIsMadeOnlyWhenWanted) {
       if (one.why.empty()) continue;
       EXPECT_THAT(office.boxes.LastText(), HasSubstr("it was there: " + one.why));
     }
+    EXPECT_EQ(office.ReadFile("ESCROW_NOTES.LOST.FPT").empty(), !one.also.ends_with(".FPT"));
   }
+}
+
+TEST(StartUpTest, WhatCanNotBeToldIsAsked) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  ASSERT_TRUE(BankTables(office.session->Home()).Open("FNB"));
+  SystemFileSystem().Remove(office.folder.Held("ESCROW_WIRES_FNB.DBF"));
+  StartUpOutcome other = office.Start();
+  ASSERT_TRUE(other.session);
+  office.session->Company().xrefs.Close();
+  other.session->Company().xrefs.Close();
+  ASSERT_GT(other.session->Company().xrefs.OpenExclusive(), 0);
+  office.boxes.shown.clear();
+  office.boxes.answers = {BoxAnswer::kNo};
+  EXPECT_FALSE(BankTables(office.session->Home()).Open("FNB"));
+  ASSERT_FALSE(office.boxes.shown.empty());
+  EXPECT_THAT(office.boxes.shown[0].text,
+              HasSubstr("whether it was there can not be told: ESCROW_XRFS can not be read (-61)"));
+  EXPECT_EQ(office.ReadFile("ESCROW_WIRES_FNB.DBF"), "");
 }
 
 TEST(StartUpTest, DamagedTableNamesTheWayOut) {
@@ -143,26 +165,62 @@ class CommonUser {
   static constexpr uid_t kNobody = 65534;
 };
 
-TEST(StartUpTest, WriteProtectedDataCanBeLookedAt) {
-  Office office;
-  ASSERT_TRUE(office.Open([](BankRecord& bank) { bank.auto_date = 1; }));
-  office.session.reset();
+constexpr const char* kJournal = "ESCROW_UNITS.JNL";
+
+// A folder in which no file can be made, with what stands in it as told.
+void Protect(const Office& office, unsigned tables, unsigned journal) {
   const std::filesystem::path folder = office.folder.Platform("");
-  for (const auto& file : std::filesystem::directory_iterator(folder))
-    std::filesystem::permissions(file.path(), std::filesystem::perms(0444));
+  for (const auto& file : std::filesystem::directory_iterator(folder)) {
+    const bool is_journal = file.path().filename() == kJournal;
+    std::filesystem::permissions(file.path(), std::filesystem::perms(is_journal ? journal : tables));
+  }
   std::filesystem::permissions(folder, std::filesystem::perms(0555));
+}
+
+// Writing needs more than the tables: where one thing is protected everything is.
+TEST(StartUpTest, WriteProtectedDataCanBeLookedAt) {
+  const struct {
+    unsigned tables, journal;
+    bool has_journal;
+  } cases[] = {{0444, 0444, true}, {0666, 0444, true}, {0666, 0666, false}};
+  for (const auto& one : cases) {
+    Office office;
+    ASSERT_TRUE(office.Open([](BankRecord& bank) { bank.auto_date = 1; }));
+    office.session.reset();
+    if (!one.has_journal) SystemFileSystem().Remove(office.folder.Held(kJournal));
+    Protect(office, one.tables, one.journal);
+    {
+      const CommonUser user;
+      const StartUpOutcome outcome = office.Start();
+      ASSERT_TRUE(outcome.session);
+      EXPECT_THAT(office.TakeTexts(), ElementsAre(HasSubstr("can be looked at here, but not changed")));
+      EXPECT_TRUE(SelectBank(*outcome.session, "FNB"));
+      EXPECT_THAT(office.TakeTexts(), ::testing::IsEmpty()) << "no date is to be advanced";
+      BankTable& banks = outcome.session->Company().banks;
+      std::optional<BankRecord> bank = banks.Find("FNB");
+      ASSERT_TRUE(bank);
+      bank->name = "Second National Trust";
+      EXPECT_EQ(banks.Update(*bank), engine::kErrorReadOnly);
+    }
+    std::filesystem::permissions(office.folder.Platform(""), std::filesystem::perms(0755));
+  }
+}
+
+TEST(StartUpTest, PostsThatWaitBehindAWriteProtectionNeedSomebodyWhoMayWrite) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  std::string journal = office.ReadFile(kJournal);
+  office.session.reset();
+  ASSERT_GE(journal.size(), 96U);
+  journal.replace(88, 8, journal.substr(16, 8));  // a unit's writer ended on its way to the tables
+  office.WriteFile(kJournal, journal);
+  Protect(office, 0444, 0444);
   {
     const CommonUser user;
-    const StartUpOutcome outcome = office.Start();
-    ASSERT_TRUE(outcome.session);
-    EXPECT_THAT(office.TakeTexts(), ElementsAre(HasSubstr("can be looked at here, but not changed")));
-    EXPECT_TRUE(SelectBank(*outcome.session, "FNB"));
-    BankTable& banks = outcome.session->Company().banks;
-    std::optional<BankRecord> bank = banks.Find("FNB");
-    ASSERT_TRUE(bank);
-    EXPECT_EQ(banks.Update(*bank), engine::kErrorReadOnly);
+    EXPECT_EQ(office.Start().result, StartUpResult::kTablesRefused);
+    EXPECT_THAT(office.boxes.LastText(), HasSubstr("Have somebody start Escrow Accounting who may write"));
   }
-  std::filesystem::permissions(folder, std::filesystem::perms(0755));
+  std::filesystem::permissions(office.folder.Platform(""), std::filesystem::perms(0755));
 }
 
 class UsersTest : public ::testing::Test {

@@ -116,7 +116,12 @@ class EngineModel {
     row.cents = static_cast<std::int64_t>(Draw(40000)) - 10000;
     if (Draw(5) != 0) row.dated = StoredDate(DateFromJulianDay(2460000 + static_cast<int>(Draw(200))));
     if (Draw(3) == 0) row.note = DrawMemo();
-    row.text = Draw(2) == 0 ? std::string(1 + Draw(5), static_cast<char>('A' + Draw(20))) : DrawText(230);
+    if (Draw(2) == 0) {
+      const std::size_t letters = 1 + Draw(5);
+      row.text = std::string(letters, static_cast<char>('A' + Draw(20)));
+    } else {
+      row.text = DrawText(230);
+    }
     return row;
   }
 

@@ -62,7 +62,7 @@ class Office : public ScreenOpener {
   Office() { suite.data_path = folder.Held(); }
 
   StartUpOutcome Start() {
-    return StartUp({boxes, *files, clock, workstation, registry, machine, nullptr, nullptr, sheets},
+    return StartUp({boxes, *files, clock, workstation, registry, machine, nullptr, printer, sheets},
                    [this] { return std::make_unique<FakeSuite>(suite); });
   }
   // Starts, and opens a bank FNB on month-and-year periods: March 2024, reconciled through January 2024.
@@ -108,6 +108,7 @@ class Office : public ScreenOpener {
   const Registry* registry = nullptr;
   Machine* machine = nullptr;
   SheetPrinter* sheets = nullptr;
+  DocumentPrinter* printer = nullptr;
   SuiteFacts suite;
   std::unique_ptr<Session> session;
   std::vector<std::string> opened;

@@ -64,6 +64,22 @@ TEST_F(TableFilesTest, CreationCutShortIsNoObstacle) {
   EXPECT_GT(notes.Open(), 0);
 }
 
+TEST_F(TableFilesTest, MakingATableKeepsTheTextsOfALostOne) {
+  NotesTable notes(home_);
+  for (const char* kept : {"ESCROW_NOTES.LOST.FPT", "ESCROW_NOTES.LOST2.FPT"}) {
+    ASSERT_EQ(notes.Create(), 0);
+    ASSERT_GT(notes.Open(), 0);
+    EXPECT_EQ(notes.RecordCount(), 0);
+    ASSERT_EQ(notes.Add({"24-1", "A", std::string("Text of ") + kept}), 0);
+    notes.Close();
+    const std::string texts = *SystemFileSystem().Read(folder_.Held("ESCROW_NOTES.FPT"));
+    ASSERT_TRUE(SystemFileSystem().Remove(notes.Path()));
+    ASSERT_EQ(notes.Create(), 0);
+    EXPECT_EQ(SystemFileSystem().Read(folder_.Held(kept)), texts);
+    ASSERT_TRUE(SystemFileSystem().Remove(notes.Path()));
+  }
+}
+
 TEST_F(TableFilesTest, FailuresSayWhatWasNotDone) {
   XrefTable xrefs(home_);
   EXPECT_LE(xrefs.Open(), 0);

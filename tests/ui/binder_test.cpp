@@ -47,6 +47,14 @@ class EntryForm : public Form {
   }
   std::vector<std::string> Taken() { return std::exchange(events, {}); }
 
+  // Work of so many slices.
+  void LetWorkFor(int slices) {
+    slices_ = slices;
+    LetWork();
+  }
+  int SlicesLeft() const { return slices_; }
+  std::function<void()> at_click = [] {};
+
   using Form::SetCaption;
   using Form::SetEnabled;
   using Form::SetRows;
@@ -64,7 +72,11 @@ class EntryForm : public Form {
   }
   void OnChange(Control& control) override { Note("change", control); }
   void OnChoose(Control& control) override { Note("choose", control); }
-  void OnClick(Control& control) override { Note("click", control); }
+  void OnClick(Control& control) override {
+    Note("click", control);
+    at_click();
+  }
+  bool OnWork(std::chrono::milliseconds) override { return --slices_ > 0; }
   void OnMenu(Control& control) override {
     SetValue("mnuWarn", 1 - control.value);
     Note("menu", control);
@@ -80,6 +92,8 @@ class EntryForm : public Form {
     const std::string index = control.index == 0 ? "" : std::to_string(control.index);
     events.push_back(std::string(what) + " " + control.name + index);
   }
+
+  int slices_ = 0;
 };
 
 class BinderTest : public ::testing::Test {
@@ -306,6 +320,24 @@ TEST_F(BinderTest, F2OffersMonthsWhereAPeriodHasNoDay) {
     EXPECT_EQ(edit->text(), one.chosen);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
   }
+}
+
+TEST_F(BinderTest, LongWorkIsDoneBetweenEvents) {
+  form_.LetWorkFor(3);
+  EXPECT_EQ(form_.SlicesLeft(), 0) << "at once where no face does it in slices";
+  Open();
+  form_.at_click = [this] {
+    form_.LetWorkFor(50);
+    QTest::qWait(5);  // as a dialog waits
+    EXPECT_EQ(form_.SlicesLeft(), 50);
+  };
+  Get<QPushButton>("cmdOk")->click();
+  EXPECT_EQ(form_.SlicesLeft(), 50);
+  Get<QLineEdit>("txtName")->setFocus();
+  Type("Jo");
+  EXPECT_GT(form_.SlicesLeft(), 0) << "the typing did not wait for all of it";
+  EXPECT_EQ(form_.Find("txtName")->text, "Jo");
+  EXPECT_TRUE(QTest::qWaitFor([this] { return form_.SlicesLeft() == 0; }));
 }
 
 TEST(QtMessageBoxesTest, ShowsTextsExactlyAndAnswersSafely) {

@@ -59,8 +59,11 @@ TEST(LedgerWindowTest, OpensFromAnEntryAndLeadsBackToTheItem) {
   const auto window = [&](std::string_view screen) -> QWidget& { return desktop.Find(screen)->Window(); };
 
   desktop.OpenScreen(kVouchers, "Posting");
-  window(kVouchers).findChild<QLineEdit*>("txtVCHRFileNumber")->setFocus(Qt::TabFocusReason);
-  QTest::keyClicks(QApplication::focusWidget(), "24-0117");
+  window(kVouchers).activateWindow();
+  QTest::qWait(1);
+  auto* file = window(kVouchers).findChild<QLineEdit*>("txtVCHRFileNumber");
+  file->setFocus(Qt::TabFocusReason);
+  QTest::keyClicks(file, "24-0117");
   window(kVouchers).findChild<QAction*>("mnuViewFileLedgers")->trigger();
   ASSERT_NE(desktop.Find(kLedger), nullptr);
   QWidget& ledger = window(kLedger);

@@ -3,30 +3,21 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <QAction>
 #include <QProgressBar>
 #include <QPushButton>
-#include <QTest>
 #include <QTimer>
 
-#include "tests/support/office.h"
-#include "ui/desktop.h"
+#include "tests/support/desktop_test.h"
 
 namespace tallwick {
 namespace {
 
-using testing::FakeSuite;
-using testing::Office;
-
-class MaintenanceWindowTest : public ::testing::Test {
+class MaintenanceWindowTest : public testing::DesktopTest {
  protected:
   void SetUp() override {
     ASSERT_TRUE(office_.Open());
     for (int i = 0; i < 12; ++i) ASSERT_TRUE(office_.AddBank("B" + std::to_string(i), "Bank"));
-    office_.session.reset();
-    desktop_ = std::make_unique<Desktop>(
-        Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation});
-    ASSERT_TRUE(desktop_->Start([this] { return std::make_unique<FakeSuite>(office_.suite); }));
+    StartDesktop();
     office_.boxes.shown.clear();
     office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kOk};
   }
@@ -42,12 +33,9 @@ class MaintenanceWindowTest : public ::testing::Test {
       meanwhile(host->Window());
     });
     look.start(1);
-    desktop_->Find("frmMainEscrowAccounting")->Window().findChild<QAction*>("mnuFilePack")->trigger();
+    Command("frmMainEscrowAccounting", "mnuFilePack");
     EXPECT_TRUE(done);
   }
-
-  Office office_;
-  std::unique_ptr<Desktop> desktop_;
 };
 
 TEST_F(MaintenanceWindowTest, EscStopsTheWork) {

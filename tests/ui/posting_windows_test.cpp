@@ -3,70 +3,24 @@
 #include <gtest/gtest.h>
 
 #include <QLabel>
-#include <QLineEdit>
 #include <QPushButton>
-#include <QTest>
 
-#include "tests/support/office.h"
-#include "ui/desktop.h"
+#include "posting/payee_book.h"
+#include "shell/company_tables.h"
+#include "tests/support/desktop_test.h"
 #include "ui/register_view.h"
 
 namespace tallwick {
 namespace {
 
-using testing::FakeSuite;
 using ::testing::IsEmpty;
-using testing::Office;
 
 constexpr std::string_view kDeposits = "frmEditDepositsPost";
+constexpr std::string_view kClearing = "frmEditDepositsClear";
 constexpr std::string_view kWires = "frmEditWiresPost";
 constexpr std::string_view kVouchers = "frmEditVouchersPost";
 
-class PostingWindowsTest : public ::testing::Test {
- protected:
-  void SetUp() override {
-    office_.suite.files = {"24-0117"};
-    ASSERT_TRUE(office_.Open());
-    office_.session.reset();
-    desktop_ = std::make_unique<Desktop>(
-        Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation});
-    ASSERT_TRUE(desktop_->Start([this] { return std::make_unique<FakeSuite>(office_.suite); }));
-    ASSERT_TRUE(SelectBank(desktop_->TheSession(), "FNB"));
-    tables_ = std::make_unique<BankTables>(desktop_->TheSession().Home());
-    ASSERT_TRUE(tables_->Open("FNB"));
-  }
-  void Open(std::string_view screen) {
-    desktop_->OpenScreen(screen, "Posting");
-    ASSERT_NE(desktop_->Find(screen), nullptr);
-    Window(screen).activateWindow();
-    QTest::qWait(1);
-  }
-  QWidget& Window(std::string_view screen) { return desktop_->Find(screen)->Window(); }
-  template <class Object>
-  Object* Get(std::string_view screen, const char* name) {
-    return Window(screen).findChild<Object*>(name);
-  }
-  static QString Focus() {
-    return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : "";
-  }
-  // Types the texts from the cursor on, each followed by Enter; "" is Enter alone.
-  void Type(std::initializer_list<const char*> texts) {
-    for (const char* text : texts) {
-      QTest::keyClicks(QApplication::focusWidget(), text);
-      Press(Qt::Key_Return);
-    }
-  }
-  void Press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier) {
-    QTest::keyClick(QApplication::focusWidget(), key, modifiers);
-  }
-  void PutCursor(std::string_view screen, const char* field) {
-    Get<QLineEdit>(screen, field)->setFocus(Qt::TabFocusReason);
-  }
-
-  Office office_;
-  std::unique_ptr<Desktop> desktop_;
-  std::unique_ptr<BankTables> tables_;
-};
+using PostingWindowsTest = testing::DesktopTest;
 
 TEST_F(PostingWindowsTest, ADepositIsTypedLikeASpreadsheet) {
   Open(kDeposits);
@@ -127,9 +81,59 @@ TEST_F(PostingWindowsTest, AWireAndAVoucherArePostedByKeysAlone) {
   EXPECT_EQ(Get<QLineEdit>(kVouchers, "txtVCHRNumber")->text(), "2");
 }
 
+TEST_F(PostingWindowsTest, PayeesOfChecksAreOfferedForWiresAndVouchers) {
+  PayeeBook(desktop_->TheSession().Company().agent).Keep({"SMITH TITLE CO", "12 Main Street", "", ""});
+  struct Screen {
+    std::string_view name;
+    const char* payee;
+  };
+  for (const Screen& screen : {Screen{kWires, "txtWirePayee"}, Screen{kVouchers, "txtVCHRPayee"}}) {
+    Open(screen.name);
+    PutCursor(screen.name, screen.payee);
+    QTest::keyClicks(QApplication::focusWidget(), "JONES");
+    Press(Qt::Key_F4);
+    ASSERT_EQ(Focus(), "txtFindPayee");
+    QTest::keyClicks(QApplication::focusWidget(), "main");
+    office_.boxes.answers = {BoxAnswer::kYes};
+    Press(Qt::Key_Return);
+    EXPECT_EQ(office_.TakeTexts(),
+              std::vector<std::string>{"Replace payee \"JONES\" with \"SMITH TITLE CO\" ?"});
+    EXPECT_EQ(Text(screen.name, screen.payee), "SMITH TITLE CO");
+  }
+}
+
+TEST_F(PostingWindowsTest, AnItemOfADepositIsClearedByKeysAlone) {
+  Open(kDeposits);
+  Type({"24-0117", "SMITH TITLE CO", "1250", "24-0117", "LENDER", "10", ""});
+  Open(kClearing, "Clearing");
+  EXPECT_EQ(Focus(), "txtDepositDated");
+  Type({"3/15/2024", "1"});
+  EXPECT_EQ(Get<QLabel>(kClearing, "lblItems_2")->text(), "24-0117  LENDER  10.00");
+  EXPECT_EQ(Focus(), "chkCleared_1");
+  Press(Qt::Key_Down);
+  Press(Qt::Key_Space);
+  Press(Qt::Key_Return, Qt::ControlModifier);
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
+  EXPECT_EQ(tables_->deposits.Read().items[1].status, "C");
+  EXPECT_EQ(Get<QLabel>(kClearing, "lblDepositStatus")->text(), "Partly Cleared");
+}
+
+TEST_F(PostingWindowsTest, AnEntryOutlivesTheClosingOfItsBank) {
+  Open("frmEditChecksPost");
+  QTest::keyClicks(Get<QLineEdit>("frmEditChecksPost", "txtCheckPayee"), "SMITH TITLE CO");
+  Command("frmMainEscrowAccounting", "mnuFileClose");
+  ASSERT_EQ(desktop_->TheSession().BankCode(), "");
+  Activate("frmEditChecksPost");
+  PutCursor("frmEditChecksPost", "txtCheckAmount");
+  Type({"1250", "24-0117"});
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_TRUE(tables_->checks.SeekNumber("1")) << "a screen keeps its bank";
+}
+
 TEST_F(PostingWindowsTest, EveryWindowShowsItsControlsAndFitsASmallLaptop) {
-  for (std::string_view screen : {kDeposits, kWires, kVouchers}) {
-    Open(screen);
+  for (std::string_view screen : {kDeposits, kWires, kVouchers, kClearing}) {
+    Open(screen, screen == kClearing ? "Clearing" : "Posting");
     QWidget& window = Window(screen);
     for (const Control& control : desktop_->Find(screen)->TheForm().Controls()) {
       const QString index = control.index == 0 ? "" : "_" + QString::number(control.index);

@@ -15,8 +15,7 @@
 #include <QTreeWidget>
 
 #include "shell/main_commands.h"
-#include "tests/support/office.h"
-#include "ui/desktop.h"
+#include "tests/support/desktop_test.h"
 #include "ui/register_view.h"
 #include "ui/rtf_text.h"
 #include "ui/screens.h"
@@ -25,24 +24,14 @@ namespace tallwick {
 namespace {
 
 using ::testing::ElementsAre;
-using testing::FakeSuite;
 using ::testing::IsEmpty;
-using testing::Office;
 
-class ScreensTest : public ::testing::Test {
+class ScreensTest : public testing::DesktopTest {
  protected:
   void SetUp() override {
     office_.suite.files = {"24-0117"};
     ASSERT_TRUE(office_.Open());
-    office_.session.reset();
-    desktop_ = std::make_unique<Desktop>(
-        Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation});
-    ASSERT_TRUE(desktop_->Start([this] { return std::make_unique<FakeSuite>(office_.suite); }));
-  }
-  QWidget& Window(std::string_view screen) { return desktop_->Find(screen)->Window(); }
-  template <class Object>
-  Object* Get(std::string_view screen, const char* name) {
-    return Window(screen).findChild<Object*>(name);
+    StartDesktop();
   }
   // Opens the bank by the dialog, as a clerk does who takes the one that is marked.
   void OpenBank() {
@@ -56,11 +45,7 @@ class ScreensTest : public ::testing::Test {
     OpenBank();
     Get<QAction>("frmMainEscrowAccounting", "mnuEditChecksPost")->trigger();
     ASSERT_NE(desktop_->Find("frmEditChecksPost"), nullptr);
-    Window("frmEditChecksPost").activateWindow();
-    QTest::qWait(1);
-  }
-  static QString Focus() {
-    return QApplication::focusWidget() ? QApplication::focusWidget()->objectName() : "";
+    Activate("frmEditChecksPost");
   }
   void TypeInto(const char* field, const char* text) {
     auto* edit = Get<QLineEdit>("frmEditChecksPost", field);
@@ -68,10 +53,6 @@ class ScreensTest : public ::testing::Test {
     edit->selectAll();
     QTest::keyClicks(edit, text);
   }
-  void Press(Qt::Key key) { QTest::keyClick(QApplication::focusWidget(), key); }
-
-  Office office_;
-  std::unique_ptr<Desktop> desktop_;
 };
 
 constexpr std::string_view kMain = "frmMainEscrowAccounting";

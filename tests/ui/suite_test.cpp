@@ -69,6 +69,15 @@ TEST_F(SuiteTest, PublishesItsCompanyToWhoeverAttaches) {
   EXPECT_EQ(suite->KnowsFile("24-0118"), std::nullopt);
 }
 
+TEST_F(SuiteTest, ReadsTheBranchOfOlderSettings) {
+  const QByteArray data = QByteArray::fromStdString(folder_.Platform());
+  const QString settings = WriteFile("suite.ini", "[Company]\nDataPath=" + data + "\nBranch=North Office\n");
+  ASSERT_EQ(Run({"--settings", settings, "--background"}), 0);
+  const std::unique_ptr<Suite> suite = Attach();
+  ASSERT_NE(suite, nullptr);
+  EXPECT_EQ(suite->BranchName(), "North Office");
+}
+
 TEST_F(SuiteTest, RefusesToStartOnHalfASetting) {
   EXPECT_EQ(Run({}), 1) << "no data path";
   EXPECT_EQ(Run({"--settings", "/no/such/file"}), 1);

@@ -1,6 +1,7 @@
 // Rows of plain texts behind a grid.
 #pragma once
 
+#include <algorithm>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -12,9 +13,9 @@ namespace tallwick {
 
 class TextRows : public RowSource {
  public:
-  // `numeric` is the column of numbers, from 0; -1 = none.
-  explicit TextRows(std::vector<std::string> headings, int numeric = -1)
-      : headings_(std::move(headings)), numeric_(numeric) {}
+  // `numeric`: the columns of numbers, from 0.
+  explicit TextRows(std::vector<std::string> headings, std::vector<std::size_t> numeric = {})
+      : headings_(std::move(headings)), numeric_(std::move(numeric)) {}
   // `style` as RowSource::RowStyle names it.
   void Add(std::vector<std::string> cells, std::string style = {}) {
     rows_.emplace_back(std::move(cells), std::move(style));
@@ -35,12 +36,14 @@ class TextRows : public RowSource {
   std::vector<std::string> Row(std::size_t row) override {
     return row < rows_.size() ? rows_[row].first : std::vector<std::string>();
   }
-  bool IsNumeric(std::size_t column) const override { return static_cast<int>(column) == numeric_; }
+  bool IsNumeric(std::size_t column) const override {
+    return std::find(numeric_.begin(), numeric_.end(), column) != numeric_.end();
+  }
   std::string RowStyle(std::size_t row) override { return row < rows_.size() ? rows_[row].second : ""; }
 
  private:
   std::vector<std::string> headings_;
-  int numeric_;
+  std::vector<std::size_t> numeric_;
   std::vector<std::pair<std::vector<std::string>, std::string>> rows_;
 };
 

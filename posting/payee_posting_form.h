@@ -1,0 +1,53 @@
+// A posting screen with a payee: names are offered while one is typed, and cmdRolodex opens the list of
+// payees with a search, above the register.
+//
+// Controls of the look-up: cmdRolodex, and while it is open txtFindPayee, lstPayees, cmdUsePayee and
+// cmdClosePayees.
+#pragma once
+
+#include <memory>
+#include <string_view>
+
+#include "posting/payee_book.h"
+#include "posting/posting_form.h"
+
+namespace tallwick {
+
+// The entries that a payee fills; "" for an address line that the screen has not.
+struct PayeeEntries {
+  std::string_view name;
+  std::string_view address1 = {};
+  std::string_view address2 = {};
+  std::string_view city_state = {};
+};
+
+class PayeePostingForm : public PostingForm {
+ protected:
+  PayeePostingForm(Session& session, const PostingScreen& screen, ScreenOpener* opener,
+                   const PayeeEntries& entries);
+
+  // Adds the controls of the look-up.
+  void AddPayeeLookUp();
+  // Remembers a payee to whom something was posted.
+  void KeepPayee(const Payee& payee) { payees_.Keep(payee); }
+  void OpenPayees();
+
+  // The screen's events, as far as they concern payees; the keys give true when they were used.
+  void OnOpen() override { payees_.Refresh(); }
+  void OnChange(Control& control) override;
+  void OnChoose(Control& control) override;
+  void OnClick(Control& control) override;
+  bool OnKey(std::string_view key) override;
+
+ private:
+  void ShowPayee(const Payee& payee);
+  void ClosePayees();
+  void ShowFoundPayees();
+  void UsePayee();
+
+  const PayeeEntries entries_;
+  PayeeBook payees_;
+  std::shared_ptr<PayeeRows> rows_ = std::make_shared<PayeeRows>();
+};
+
+}  // namespace tallwick

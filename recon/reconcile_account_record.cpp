@@ -1,0 +1,164 @@
+// The reconcile screen's writing side: updating the bank record, taking the last reconciliation back, the
+// report, and the questions on leaving.
+
+#include "audit/audit_trail.h"
+#include "core/text.h"
+#include "posting/entry_fields.h"
+#include "recon/recon_screen_data.h"
+#include "recon/recon_update.h"
+#include "recon/reconcile_account.h"
+#include "reports/report_origin.h"
+#include "reports/report_pages.h"
+#include "shell/rights.h"
+#include "shell/transactions_switch.h"
+
+namespace tallwick {
+bool FrmReconcileAccount::MayWrite() {
+  if (!TransactionsOpen(session_)) {
+    Boxes().Exclaim(Caption(), kTransactionsLocked);
+    return false;
+  }
+  if (!session_.MayUse(kRightReconcile)) {
+    Boxes().Critical(Caption(), "You do not have the right to reconcile.  Ask the administrator for it.");
+    return false;
+  }
+  return true;
+}
+
+void FrmReconcileAccount::Audit(int action) {
+  WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, kAuditAccountEdit,
+                  bank_code_);
+}
+
+// Everything is computed anew, so that what other workstations have posted since cannot be passed over.
+bool FrmReconcileAccount::Update() {
+  if (updated_) {
+    Refuse("The bank record is updated already.", "txtStatementDate");
+    return false;
+  }
+  const ReconResults shown = results_;
+  const bool was_printed = printed_;
+  if (!MayWrite() || !Compute()) return false;
+  printed_ = was_printed && results_ == shown;
+  if (!results_.IsBalanced()) {
+    Refuse("The account is not balanced: nothing was updated.  Look for the difference of " +
+               AmountText(results_.difference) + ", compute again, then update.",
+           "txtBankStatementBalance");
+    return false;
+  }
+  const std::string failure =
+      RecordReconciliation(session_, &bank_, statement_, entries_, results_.ending_balance);
+  if (!failure.empty()) {
+    Boxes().Critical(Caption(), failure);
+    return false;
+  }
+  updated_ = true;
+  ShowBank();
+  Audit(kAuditSave);
+  Audit(kAuditSnapshot);
+  SetCaption("lblStatus", "Updated as Reconciled for " + ShortForm(statement_) + " ...");
+  session_.NotifyChanged(SessionChange::kPosted);
+  return true;
+}
+
+// --- Taking back ---
+
+void FrmReconcileAccount::ShowTakeBack() {
+  SetEnabled("cmdTakeBack", !Trim(Text("txtTakeBackReason")).empty());
+}
+
+void FrmReconcileAccount::TakeBack() {
+  if (!MayWrite() || !ReadBank()) return;
+  const TakeBackOffer offer = OfferTakeBack(session_, bank_);
+  if (!offer.refusal.empty()) return Refuse(offer.refusal, "txtTakeBackReason");
+  const std::string reason(Trim(Text("txtTakeBackReason")));
+  if (reason.empty()) return Refuse("Enter why it is taken back.", "txtTakeBackReason");
+  const std::string question =
+      "Take back the reconciliation of " + LongForm(bank_.reconciled) +
+      " ?\r\rThe account is then reconciled through " +
+      (offer.last->before.reconciled.IsEmpty() ? std::string("no date")
+                                               : LongForm(offer.last->before.reconciled)) +
+      ", with a check book balance of " + AmountText(offer.last->before.beginning_balance) + ".";
+  if (Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) !=
+      BoxAnswer::kYes)
+    return;
+  const Period taken = bank_.reconciled;
+  const std::string failure = TakeBackReconciliation(session_, &bank_, *offer.last, reason);
+  if (!failure.empty()) return Boxes().Critical(Caption(), failure);
+  Forget();
+  // The trail tells what changes between here and the save: the date and the reason.
+  SetText("txtTakeBackReason", {});
+  Audit(kAuditSnapshot);
+  SetText("txtTakeBackReason", reason);
+  ShowBank();
+  Audit(kAuditSave);
+  SetText("txtBeginningCheckBookBalance", ShownValue(bank_.beginning_balance));
+  SetText("txtTakeBackReason", {});
+  Audit(kAuditSnapshot);
+  ShowTakeBack();
+  SetCaption("lblStatus", "Taken back: the reconciliation of " + ShortForm(taken) + " ...");
+  session_.NotifyChanged(SessionChange::kPosted);
+}
+
+// --- The report ---
+
+std::optional<ReportDocument> FrmReconcileAccount::Report() {
+  if (!findings_) return std::nullopt;
+  ReconReport report;
+  report.bank_code = bank_code_;
+  report.bank_name = bank_name_;
+  report.account_number = bank_.account_number;
+  report.statement = statement_;
+  report.last = SplitKey(findings_->recon.Terms().last_key);
+  report.entries = entries_;
+  report.results = results_;
+  report.file_total = findings_->files.Sum();
+  report.files = findings_->files.Open();
+  report.charges_note = charges_allowed_ || !entries_.credits.IsZero() || !entries_.charges.IsZero();
+  report.origin = OriginOf(session_);
+  return MakeReconReport(report);
+}
+
+bool FrmReconcileAccount::SendToPrinter(std::string_view control) {
+  const std::optional<ReportDocument> report = Report();
+  if (!report) return false;
+  const PrintDocument document = MakePages(*report);
+  DocumentPrinter* printer = session_.Documents();
+  if (printer == nullptr) {
+    Boxes().Critical(Caption(), "There is no printer here.  Save the report to a file instead.");
+    return false;
+  }
+  const bool done = control == "cmdPrint" ? printer->Print(document)
+                    : control == "cmdPdf" ? printer->SavePdf(document)
+                                          : printer->Preview(document);
+  printed_ = printed_ || done;
+  return done;
+}
+
+// --- Leaving ---
+
+bool FrmReconcileAccount::AskOnLeaving(std::string_view warning, std::string_view question, bool* yes) {
+  const BoxAnswer answer =
+      Boxes().Show({BoxIcon::kExclamation, Caption(), std::string(warning) + "\r\r" + std::string(question),
+                    BoxButtons::kYesNoCancel, BoxAnswer::kYes});
+  *yes = answer == BoxAnswer::kYes;
+  return answer != BoxAnswer::kCancel;
+}
+
+bool FrmReconcileAccount::OnClose() {
+  if (working_) return false;
+  if (!findings_ || !results_.IsBalanced()) return true;
+  bool yes = false;
+  if (!updated_) {
+    if (!AskOnLeaving("WARNING - Account Reconciled but NOT Updated...", "Update now?", &yes)) return false;
+    if (yes && !Update()) return false;
+  }
+  if (!printed_) {
+    if (!AskOnLeaving("WARNING - Account Reconciled but Report NOT Printed...", "Print now ?", &yes))
+      return false;
+    if (yes && !SendToPrinter("cmdPrint")) return false;
+  }
+  return true;
+}
+
+}  // namespace tallwick
