@@ -164,7 +164,7 @@ int SkipInTag(Data4& data, std::int64_t count) {
 }
 
 int SkipInRecordOrder(Data4& data, std::int64_t count) {
-  if (data.read_ahead && count > 0 && data.record != 0 && !data.eof) {
+  if (data.read_ahead && count > 0 && count <= kMaxRecords && data.record != 0 && !data.eof) {
     const int rc = LoadRecord(data, data.record + static_cast<std::uint32_t>(count));
     if (rc != kNoRecord) return rc;
   }

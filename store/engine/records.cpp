@@ -196,13 +196,13 @@ ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* r
   count_ = 0;  // the block that is reused may be the one last used
   block->bytes.resize(per_block * length);
   // A large unit writes its records behind the last one before it stands; nobody may see them yet.
-  const std::int64_t count = table.RecordCount();
-  const std::int64_t behind = count - static_cast<std::int64_t>(number) * per_block;
-  const auto wanted = static_cast<std::uint32_t>(std::clamp<std::int64_t>(behind, 0, per_block));
-  const std::int64_t got = count < 0 ? count
-                           : wanted == 0
-                               ? 0
-                               : table.ReadRecords(number * per_block + 1, wanted, block->bytes.data());
+  const std::uint32_t first = number * per_block + 1;
+  const std::uint32_t last = first + per_block - 1;
+  const std::int64_t count = table.Holds(last, rc) ? last : table.RecordCount();
+  const auto wanted = static_cast<std::uint32_t>(
+      std::clamp<std::int64_t>(count - static_cast<std::int64_t>(first) + 1, 0, per_block));
+  std::int64_t got = std::min<std::int64_t>(count, 0);
+  if (wanted > 0) got = table.ReadRecords(first, wanted, block->bytes.data());
   block->number = got > 0 ? number : kNoBlock;
   block->count = got > 0 ? static_cast<std::uint32_t>(got) : 0;
   *rc = got < 0 ? static_cast<int>(kErrorRead) : static_cast<int>(kSuccess);

@@ -108,16 +108,17 @@ int Code4::CommitUnit() {
 }
 
 int Code4::WriteAhead(TableFile& table) {
-  std::vector<std::pair<std::string, StagedFile*>> files = {{table.Path(), &table.Data()}};
-  if (table.Memo() != nullptr) files.emplace_back(table.MemoPath(), &table.Memo()->Staged());
-  std::size_t recent = 0;
-  for (const auto& [path, file] : files) recent += file->RecentBytes();
-  if (recent < kAheadStep) return kSuccess;
+  StagedFile& data = table.Data();
+  StagedFile* memo = table.Memo() != nullptr ? &table.Memo()->Staged() : nullptr;
+  // Asked after each append, so the usual answer must cost nothing.
+  if (data.RecentBytes() + (memo != nullptr ? memo->RecentBytes() : 0) < kAheadStep) return kSuccess;
   std::vector<JournalFileChange> changes;
-  for (const auto& [path, file] : files) AddStaged(path, *file, &changes);
+  AddStaged(table.Path(), data, &changes);
+  if (memo != nullptr) AddStaged(table.MemoPath(), *memo, &changes);
   if (const int rc = unit_journal->WriteAhead(changes); rc != kSuccess) return rc;
-  for (const auto& [path, file] : files)
-    file->DropFrom(unit_journal->AheadOf(NameOf(path)).value_or(std::numeric_limits<std::int64_t>::max()));
+  constexpr std::int64_t kNowhere = std::numeric_limits<std::int64_t>::max();
+  data.DropFrom(unit_journal->AheadOf(NameOf(table.Path())).value_or(kNowhere));
+  if (memo != nullptr) memo->DropFrom(unit_journal->AheadOf(NameOf(table.MemoPath())).value_or(kNowhere));
   return kSuccess;
 }
 
