@@ -1,8 +1,7 @@
 #include "reports/file_standings.h"
 
 #include <algorithm>
-#include <cstring>
-#include <map>
+#include <array>
 
 #include "core/encoding.h"
 #include "core/text.h"
@@ -103,44 +102,24 @@ std::string_view ConditionOfBalance(Currency balance) {
   return balance < Currency() ? "Over Drawn" : "Funds Available";
 }
 
-std::size_t FileStandings::Hash::operator()(const Number& number) const {
-  std::array<std::uint64_t, 2> words;
-  std::memcpy(words.data(), number.data(), number.size());
-  const std::uint64_t mixed = (words[0] ^ (words[1] * 0x9E3779B97F4A7C15U)) * 0xD6E8FEB86659FD93U;
-  return static_cast<std::size_t>(mixed ^ (mixed >> 32));
+FileStandings::Sums& FileStandings::Sums::operator+=(const Sums& more) {
+  receipts += more.receipts;
+  disbursements += more.disbursements;
+  day = std::max(day, more.day);
+  return *this;
 }
 
 void FileStandings::Receive(std::string_view file_number, Currency amount, std::int32_t day) {
-  Of(file_number, day).receipts += amount;
+  files_.Add(file_number, {amount, {}, day});
 }
 
 void FileStandings::Pay(std::string_view file_number, Currency amount, std::int32_t day) {
-  Of(file_number, day).disbursements += amount;
-}
-
-// Spellings of a number are folded into one when the standings are asked for, not for every item.
-FileStandings::Sums& FileStandings::Of(std::string_view file_number, std::int32_t day) {
-  Number number;
-  number.fill(' ');
-  std::memcpy(number.data(), file_number.data(), std::min(file_number.size(), kWidth));
-  Sums& sums = files_[number];
-  sums.day = std::max(sums.day, day);
-  return sums;
+  files_.Add(file_number, {{}, amount, day});
 }
 
 std::vector<FileStanding> FileStandings::InOrder() const {
-  std::map<std::string, Sums> folded;
-  for (const auto& [number, sums] : files_) {
-    std::string key(Trim(std::string_view(number.data(), kWidth)));
-    for (char& letter : key) letter = static_cast<char>(UpperWindows1252(static_cast<unsigned char>(letter)));
-    Sums& all = folded[key];
-    all.receipts += sums.receipts;
-    all.disbursements += sums.disbursements;
-    all.day = std::max(all.day, sums.day);
-  }
   std::vector<FileStanding> standings;
-  standings.reserve(folded.size());
-  for (const auto& [number, sums] : folded)
+  for (const auto& [number, sums] : files_.ByFile())
     standings.push_back({FromWindows1252(number), sums.receipts, sums.disbursements, DateOf(sums.day)});
   return standings;
 }

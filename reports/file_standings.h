@@ -1,22 +1,17 @@
 // What every escrow file holds: receipts, disbursements, balance and last activity, from one pass over a
 // bank's items. The sums are those of the files' ledgers: deposit items, less wires, less checks that were
 // neither voided nor stopped.
-//
-// Made for passes over millions of items: an item costs one look into a table. File numbers come as a table
-// holds them, in Windows-1252 and blank-padded; files are told apart as their index keys are, without regard
-// to case.
 #pragma once
 
-#include <array>
 #include <cstdint>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "core/currency.h"
 #include "core/date.h"
 #include "tables/bank_tables.h"
+#include "tables/file_sums.h"
 #include "tables/record_pass.h"
 
 namespace tallwick {
@@ -43,19 +38,14 @@ class FileStandings {
   std::vector<FileStanding> InOrder() const;
 
  private:
-  static constexpr std::size_t kWidth = 14;
-  using Number = std::array<char, 16>;
-  struct Hash {
-    std::size_t operator()(const Number& number) const;
-  };
   struct Sums {
     Currency receipts;
     Currency disbursements;
     std::int32_t day = 0;
+    Sums& operator+=(const Sums& more);
   };
-  Sums& Of(std::string_view file_number, std::int32_t day);
 
-  std::unordered_map<Number, Sums, Hash> files_;
+  FileSums<Sums> files_;
 };
 
 // Adds the items of a bank's open tables, of those posted up to the period key `as_of` where it is not 0. A

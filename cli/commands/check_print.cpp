@@ -27,7 +27,9 @@ int Refuse(Office& office, const std::string& why) {
 int Print(Office& office, const PrintArguments& arguments) {
   if (!office.Granted(kRightPostChecks)) return office.Status();
   if (!office.PrintInto(arguments.pdf))
-    return Refuse(office, "This escrowctl was built without printing.  Use the desktop's build.");
+    return Refuse(office,
+                  "Checks need the print module, which is not installed with this escrowctl.  Print them "
+                  "from the desktop.");
   Session* session = office.OpenBank();
   if (session == nullptr) return office.Status();
   BankTables tables(session->Home());
