@@ -85,7 +85,8 @@ void Clerk::PostAVoucher() {
 
 void Clerk::PostAWire() {
   // The bank's numbers: nobody else has this one.
-  const std::string number = "FED" + std::to_string(getpid()) + "-" + std::to_string(++wires_);
+  // Of twelve characters, six are left for the count.
+  const std::string number = std::to_string(getpid() % 100000) + "-" + std::to_string(++wires_);
   const auto wire = MakeItem<WireRecord>(number, DrawCents(), DrawFile());
   Done(PostWire(*place_.tables, place_.Xrefs(), kBank, wire).code, "a wire", tally_.posts);
 }
