@@ -24,6 +24,8 @@ class FileSystem {
   virtual std::string HeldPath(std::string_view platform_path) const = 0;
 
   virtual bool FolderExists(std::string_view folder) const = 0;
+  // True when the names in an existing folder can be listed and its files reached.
+  virtual bool FolderIsReadable(std::string_view folder) const = 0;
   virtual bool FileExists(std::string_view path) const = 0;
   // Makes the folder and those above it. True when it exists afterwards.
   virtual bool CreateFolder(std::string_view folder) = 0;

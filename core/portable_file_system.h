@@ -14,6 +14,7 @@ namespace tallwick {
 class PortableFileSystem : public FileSystem {
  public:
   bool FolderExists(std::string_view folder) const override;
+  bool FolderIsReadable(std::string_view folder) const override;
   bool FileExists(std::string_view path) const override;
   bool CreateFolder(std::string_view folder) override;
   bool RemoveFolder(std::string_view folder) override;

@@ -20,6 +20,7 @@ class FaultyFiles : public FileSystem {
   std::string PlatformPath(std::string_view path) const override { return real_.PlatformPath(path); }
   std::string HeldPath(std::string_view path) const override { return real_.HeldPath(path); }
   bool FolderExists(std::string_view folder) const override { return real_.FolderExists(folder); }
+  bool FolderIsReadable(std::string_view folder) const override { return real_.FolderIsReadable(folder); }
   bool FileExists(std::string_view path) const override { return real_.FileExists(path); }
   bool CreateFolder(std::string_view folder) override {
     return !Fails("create folder", folder) && real_.CreateFolder(folder);
