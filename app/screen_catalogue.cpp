@@ -62,6 +62,10 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
   return std::make_unique<ScreenForm>(session);
 }
 
+std::unique_ptr<Form> MakeUsers(Session& session, ScreenOpener&) {
+  return WithTables(std::make_unique<FrmEditUsers>(session));
+}
+
 // Made before the screen that prints with it, and gone behind it.
 struct HeldPrinter {
   explicit HeldPrinter(Session& session) {
@@ -147,7 +151,7 @@ constexpr Screen kScreens[] = {
     {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
-    {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},
+    {"frmEditUsers", "", false, kAdministrator, MakeUsers},
     {"frmViewLog", "", true, 0, MakePlain<FrmViewLog>},
     {"frmCopyDatabases", "", false, 0, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
     {"frmRestoreDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kRestore>},

@@ -90,6 +90,10 @@ bool Office::Granted(int right) {
   if (!options_.security) return true;
   const std::optional<TableHome> home = Tables();
   if (!home) return false;
+  if (const std::string problem = clsSecurity::UsersProblem(*home); !problem.empty()) {
+    Refused(problem, kNoTables);
+    return false;
+  }
   const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(*home, options_.user);
   if (user && (right == kAdministrator ? user->IsAdministrator() : user->IsSecurityOff(right))) return true;
   Refused("You do not have the right to use this command.  Ask the administrator for it.", kRefused);

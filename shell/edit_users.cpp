@@ -70,6 +70,12 @@ FrmEditUsers::FrmEditUsers(Session& session) : Form("frmEditUsers", session.Boxe
   Add(ControlKind::kLabel, "lblStatus");
 }
 
+bool FrmEditUsers::OpenTables() {
+  const std::string problem = clsSecurity::UsersProblem(session_.Home());
+  if (!problem.empty()) Boxes().Critical(Caption(), problem);
+  return problem.empty();
+}
+
 void FrmEditUsers::OnOpen() {
   SetRows("cboGroup", {std::begin(kUserGroups), std::end(kUserGroups)});
   ReadUsers(session_.TheSuite().Login());
@@ -104,10 +110,7 @@ void FrmEditUsers::ChooseUser(int row) {
 
 void FrmEditUsers::StartNew() {
   is_new_ = true;
-  clsSecurity user;
-  user.sGroup = "User";
-  user.iMustChange = 1;
-  ShowUser(user);
+  ShowUser(clsSecurity::NewUser());
   SetSelected("lstUsers", 0);
 }
 
@@ -257,13 +260,14 @@ bool FrmEditUsers::IsOwn(const clsSecurity& user) const {
 }
 
 bool FrmEditUsers::IsValid(const clsSecurity& user) {
-  const auto refuse = [this](const char* text, std::string_view control) {
+  const auto refuse = [this](std::string_view text, std::string_view control) {
     Refuse(text, control);
     return false;
   };
-  if (user.osLogin.empty()) return refuse("The login name is missing.  Type one.", "txtLogin");
-  if (is_new_ && !clsSecurity::IsLoginUnique(session_.Home(), user.osLogin, 0))
-    return refuse("Another user has this login name.  Choose another one.", "txtLogin");
+  if (is_new_) {
+    const std::string problem = clsSecurity::NewLoginProblem(session_.Home(), user.osLogin);
+    if (!problem.empty()) return refuse(problem, "txtLogin");
+  }
   if (user.sUserName.empty()) return refuse("The full name is missing.  Type it.", "txtUserName");
   if (IsOwn(user) && user.iDisabled != 0)
     return refuse("You cannot disable your own account.", "chkDisabled");

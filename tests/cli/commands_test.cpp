@@ -2,6 +2,8 @@
 // by which a company is made, posted to and looked at.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "tests/cli/run_escrowctl.h"
 
 namespace tallwick::testing {
@@ -336,8 +338,14 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   EXPECT_EQ(escrowctl.Run("user right NOBODY 5").status, 1);
   EXPECT_EQ(escrowctl.Run("user add ruth --name Again --group User").status, 1);
   EXPECT_EQ(escrowctl.Run("user add BOB --name Bob --group Owner").status, 2);
-  EXPECT_EQ(escrowctl.Run("user add ' ' --name Bob --group User").status, 1);
+  for (const char* login : {" ", " ruth ", "\xC2\xA0RUTH", "RUTH\xC2\xA0"})
+    EXPECT_EQ(escrowctl.Run("user add '" + std::string(login) + "' --name Bob --group User").status, 1)
+        << login;
   EXPECT_EQ(escrowctl.Run("--json user reset-passwords").Json()["users"], 2);
+
+  EXPECT_EQ(added["fields"]["MUSTCHANGE"], 1) << "there is no password yet";
+  EXPECT_EQ(escrowctl.Run("--json user set RUTH --banks ''").Json()["banks"], Json::array());
+  EXPECT_EQ(escrowctl.Run("--json user set RUTH --banks LSB").Json()["banks"], Json::parse(R"(["LSB"])"));
 
   const RunResult own = escrowctl.Run("--json --user Ann user delete ANN");
   EXPECT_EQ(own.status, 1);
@@ -347,6 +355,40 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   ASSERT_EQ(left.size(), 1u);
   EXPECT_EQ(left[0]["MUSTCHANGE"], 1);
   EXPECT_EQ(escrowctl.Run("--json table dump USERSESC").Json()["records"], Json::array());
+
+  // Users that cannot be read are not "no users".
+  std::ofstream(escrowctl.Data("USERS.DBF")) << "no table";
+  for (const char* command :
+       {"user list", "user show ANN", "user right ANN 1", "user add NEW --name N --group User",
+        "user delete ANN", "user reset-passwords", "--security on --user ANN table dump USERS"}) {
+    const RunResult result = escrowctl.Run(command);
+    EXPECT_EQ(result.status, 3) << command;
+    EXPECT_NE(result.err.find("USERS could not be opened"), std::string::npos) << command << result.err;
+  }
+  std::filesystem::remove(escrowctl.Data("USERS.DBF"));
+  EXPECT_EQ(escrowctl.Run("user list").status, 3);
+  EXPECT_EQ(escrowctl.Run("--json verify").Json()["problems"][0]["table"], "USERS");
+}
+
+// A search that can find nothing says why.
+TEST(CommandLine, AuditAnswersOnlyWhatALogCanAnswer) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  escrowctl.Run(kAddBank);
+  const auto audit = [&](const std::string& options) {
+    return escrowctl.Run("--json --bank FNT audit " + options);
+  };
+  EXPECT_EQ(audit("").Json()["entries"], Json::array());
+  EXPECT_NE(audit("").out.find("No entries yet"), std::string::npos);
+  ASSERT_EQ(escrowctl.Run(kPost).status, 0);
+  EXPECT_EQ(audit("--tx 'post check' --from 2024-03-15 --to 2024-03-15").Json()["entries"].size(), 1U);
+  EXPECT_EQ(audit("--tx 'Post Wire'").Json()["entries"], Json::array());
+  EXPECT_EQ(audit("--from 2024-03-16 --to 2024-03-15").status, 1);
+  const RunResult unknown = audit("--tx 'Post Cheque'");
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_NE(unknown.err.find("There is no transaction \"Post Cheque\".  There are Account Edit, "),
+            std::string::npos)
+      << unknown.err;
 }
 
 // Deposits, wires and vouchers: what each command gives with --json, and that a post is never a change.
