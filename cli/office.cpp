@@ -95,8 +95,8 @@ bool Office::Granted(int right) {
     return false;
   }
   const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(*home, options_.user);
-  if (user && (right == kAdministrator ? user->IsAdministrator() : user->IsSecurityOff(right))) return true;
-  Refused("You do not have the right to use this command.  Ask the administrator for it.", kRefused);
+  if (user && user->MayUse(right)) return true;
+  Refused(kCommandNotGranted, kRefused);
   return false;
 }
 

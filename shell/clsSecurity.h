@@ -75,6 +75,9 @@ class clsSecurity {
   void SetRight(int right, bool granted);
 
   bool IsAdministrator() const { return bLoggedIn && sGroup == "Administrator"; }
+  // Whether this user may use the right while security is on: 0 asks for none, kAdministrator for the group;
+  // a login that is not among the users has no right.
+  bool MayUse(int right) const;
   bool MayUseBank(std::string_view bank_code) const;
 
   // The form in which group names are stored: SHA-256 of the Windows-1252 text, 64 upper-case hexadecimal

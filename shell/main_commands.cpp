@@ -81,8 +81,7 @@ int RightOfCommand(std::string_view control) {
 
 bool MayCarryOut(const Session& session, std::string_view control) {
   if (session.MayUse(RightOfCommand(control))) return true;
-  session.Boxes().Critical(kProgramName,
-                           "You do not have the right to use this command.  Ask the administrator for it.");
+  session.Boxes().Critical(kProgramName, kCommandNotGranted);
   return false;
 }
 
