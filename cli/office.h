@@ -29,6 +29,7 @@ class Office {
   CommandLineBoxes& Boxes() { return boxes_; }
   FileSystem& Files() { return files_; }
   CommandLineClock& TheClock() { return clock_; }
+  CommandLineWorkstation& TheWorkstation() { return workstation_; }
   Output& Out() { return out_; }
 
   // A started engine without a company, for single tables. Null after a message.

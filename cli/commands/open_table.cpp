@@ -58,6 +58,7 @@ OpenTable::OpenTable(Office& office, std::string_view file, Access access)
     return;
   }
   const std::string path = PathOf(office, file);
+  folder_ = path.substr(0, path.size() - FileNameOf(path).size());
   Open(path, access);
   if (data_ <= 0 && store_->RebuildRequested()) {
     store_->ClearRebuildRequest();

@@ -24,6 +24,8 @@ class OpenTable {
   DataHandle Data() const { return data_; }
   // Without folder and extension, as problems name it.
   const std::string& Name() const { return name_; }
+  // Where it lies, in the held form.
+  const std::string& Folder() const { return folder_; }
   // Says that the table `what`, with the engine's reason, and gives the exit status.
   int Failed(std::string_view what, int code);
 
@@ -35,6 +37,7 @@ class OpenTable {
   Office& office_;
   clsKVRData* store_ = nullptr;
   std::string name_;
+  std::string folder_;
   DataHandle data_ = 0;
   int status_ = kDone;
 };
