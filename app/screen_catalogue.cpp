@@ -153,7 +153,7 @@ constexpr Screen kScreens[] = {
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
     {"frmEditUsers", "", false, kAdministrator, MakeUsers},
     {"frmViewLog", "", true, 0, MakePlain<FrmViewLog>},
-    {"frmCopyDatabases", "", false, 0, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
+    {"frmCopyDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
     {"frmRestoreDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kRestore>},
     {"frmMaintenance", "Rebuild & Reindex", false, kRightEscrowOffice,
      MakeMaintenance<MaintenanceOperation::kRebuild>},
@@ -206,6 +206,12 @@ std::unique_ptr<Form> ScreenCatalogue::Make(std::string_view screen, std::string
   }
   if (found->needs_bank && session_.BankCode().empty()) {
     session_.Boxes().Critical(kProgramName, "No bank account is open.  Open a bank account first.");
+    return nullptr;
+  }
+  if (found->needs_bank && !session_.MayUseBank(session_.BankCode())) {
+    session_.Boxes().Critical(kProgramName,
+                              "The open bank account is not among your banks.  Open another one, "
+                              "or ask the administrator for it.");
     return nullptr;
   }
   if (EntersTransactions(screen, found->mode) && !TransactionsOpen(session_)) {

@@ -44,7 +44,7 @@ bool PostingForm::OpenTables() {
 }
 
 bool PostingForm::MayWrite() {
-  if (!session_.MayUse(Right())) {
+  if (!session_.MayUse(Right()) || !session_.MayUseBank(bank_code_)) {
     Boxes().Critical(
         Caption(),
         "You do not have the right to do this any more.  Nothing was saved: ask the administrator "

@@ -5,7 +5,9 @@
 
 #include "core/text.h"
 #include "core/text_format.h"
+#include "shell/bank_select.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 
 namespace tallwick {
 namespace {
@@ -29,7 +31,9 @@ TrialBalance Failed(TrialBalance balance, std::string message, PassEnd end) {
 }
 
 std::string Scope(const TrialBalance& balance, const TrialTerms& terms) {
-  std::string text = terms.bank_code.empty() ? "All banks" : "Bank " + terms.bank_code;
+  std::string text = !terms.bank_code.empty() ? "Bank " + terms.bank_code
+                     : balance.note.empty()   ? "All banks"
+                                              : "Banks of the user";
   text += terms.as_of.IsEmpty() ? ", all items posted" : ", items posted through " + ReportDate(terms.as_of);
   if (terms.kind == TrialKind::kDormant)
     text += ", not active for more than " + std::to_string(terms.dormant_days) + " days";
@@ -66,9 +70,12 @@ bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day
 
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress) {
   TrialBalance balance;
+  if (!session.MayUse(kRightEscrowReports))
+    return Failed(balance, std::string(kCommandNotGranted), PassEnd::kStopped);
+  if (terms.bank_code.empty()) balance.note = OtherBanksNote(session);
   FileStandings standings;
   const std::int32_t as_of = MakeKey(terms.as_of.year, terms.as_of.month, terms.as_of.day);
-  for (const BankRecord& bank : session.Company().banks.InNameOrder()) {
+  for (const BankRecord& bank : UserBanks(session)) {
     const std::string code(Trim(bank.code));
     if (!terms.bank_code.empty() && !EqualsIgnoreCase(code, terms.bank_code)) continue;
     BankTables tables(session.Home());
@@ -123,6 +130,7 @@ ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& te
     return report;
   }
   report.AddText(Scope(balance, terms));
+  if (!balance.note.empty()) report.AddText(balance.note);
   ReportTable& table = report.AddTable(kTrialHeadings, kTrialFormat);
   table.rows.reserve(balance.files.size() + 1);
   for (const FileStanding& file : balance.files) table.Add(TrialCells(file));

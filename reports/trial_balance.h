@@ -35,6 +35,7 @@ struct TrialBalance {
   Currency receipts;
   Currency disbursements;
   std::string message;  // why there is none: "No banks have been created.", a bank that is not there, …
+  std::string note;     // what the figures leave out: banks that are not the user's
   PassEnd end = PassEnd::kDone;
   Currency Balance() const { return receipts - disbursements; }
 };
@@ -42,7 +43,8 @@ struct TrialBalance {
 // Whether a file belongs to the list; dormant files are counted back from `day`.
 bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day);
 
-// One pass over each bank's checks, wires and deposits. `progress` may be empty.
+// One pass over the checks, wires and deposits of each bank of the user. `progress` may be empty. Without the
+// right for reports nothing is read.
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress);
 
 // The cells of a file as the report and the screen show them, under these headings.

@@ -134,7 +134,8 @@ void FrmViewFileLedgers::ShowHead() {
   const FileLedger& ledger = reading_.ledger;
   const bool shown = reading_.message.empty();
   SetPrintable(reading_.complete);
-  SetCaption("lblMessage", reading_.message);
+  const std::string parting = reading_.message.empty() || reading_.note.empty() ? "" : "  ";
+  SetCaption("lblMessage", reading_.message + parting + reading_.note);
   SetCaption("lblFileBalance", shown ? ReportAmount(ledger.FileBalance()) : "");
   SetCaption("lblCondition", shown ? std::string(ledger.Condition()) : "");
   SetCaption("lblStatus", shown ? std::string(ledger.Status()) : "");

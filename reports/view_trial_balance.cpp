@@ -7,6 +7,7 @@
 #include "core/text_format.h"
 #include "core/text_rows.h"
 #include "reports/report_origin.h"
+#include "shell/bank_select.h"
 #include "shell/company_tables.h"
 
 namespace tallwick {
@@ -51,7 +52,7 @@ FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
 void FrmViewTrialBalance::OnOpen() {
   std::vector<std::string> banks{"All banks"};
   bank_codes_ = {""};
-  for (const BankRecord& bank : session_.Company().banks.InNameOrder()) {
+  for (const BankRecord& bank : UserBanks(session_)) {
     banks.push_back(bank.name + " (" + std::string(Trim(bank.code)) + ")");
     bank_codes_.emplace_back(Trim(bank.code));
   }
@@ -142,8 +143,9 @@ void FrmViewTrialBalance::ShowResult() {
   SetEnabled("cmdOpenLedger", false);
   const bool computed = balance_.message.empty();
   const auto count = static_cast<long long>(balance_.files.size());
-  SetCaption("lblCount", computed ? FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files")
-                                  : balance_.message);
+  std::string counted = FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files");
+  if (!balance_.note.empty()) counted += ".  " + balance_.note;
+  SetCaption("lblCount", computed ? counted : balance_.message);
   SetCaption("lblReceipts", ReportAmount(balance_.receipts));
   SetCaption("lblDisbursements", ReportAmount(balance_.disbursements));
   SetCaption("lblBalance", ReportAmount(balance_.Balance()));

@@ -17,7 +17,7 @@ constexpr auto kCommands = std::to_array<MainCommand>({
     {"mnuFileOpen", "&Open Bank Account...", "frmBankSelect", ""},
     {"mnuFileClose", "&Close Bank Account", "", "", 0, kBank},
     {"mnuFileSave", "&Save", "", "", 0, kBank},
-    {"mnuFileCopyDatabases", "Copy &Databases...", "frmCopyDatabases", ""},
+    {"mnuFileCopyDatabases", "Copy &Databases...", "frmCopyDatabases", "", kRightEscrowOffice},
     {"mnuFileRestoreDatabases", "&Restore Databases...", "frmRestoreDatabases", "", kRightEscrowOffice},
     {"mnuFileRebuildReindexTransactions", "Re&build && Reindex Transactions...", "frmMaintenance",
      "Rebuild & Reindex", kRightEscrowOffice},

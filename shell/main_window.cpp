@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "core/text_format.h"
 #include "shell/about.h"
+#include "shell/bank_select.h"
 #include "shell/clsBranch.h"
 #include "shell/company_tables.h"
 #include "shell/date_advance.h"
@@ -163,9 +164,11 @@ void FrmMainEscrowAccounting::ReadAnew() {
 void FrmMainEscrowAccounting::FindFile() {
   const std::string file = ToUpper(Trim(Text("txtFindFile")));
   if (file.empty()) return;
-  const FileReferences found = session_.Company().xrefs.LookUpFile(file);
+  const FileReferences found = LookUpFile(session_, file);
   if (found.banks.empty()) {
-    Boxes().Inform("Find a File", file + " does NOT have any transactions posted.");
+    const std::string note = OtherBanksNote(session_);
+    Boxes().Inform("Find a File",
+                   file + " does NOT have any transactions posted." + (note.empty() ? note : "\r\r" + note));
     return SetFocus("txtFindFile");
   }
   RememberFile(file);

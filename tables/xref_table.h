@@ -1,6 +1,8 @@
 // ESCROW_XRFS: for every escrow file the items posted against it, in every bank.
 #pragma once
 
+#include <functional>
+
 #include "tables/typed_table.h"
 
 namespace tallwick {
@@ -27,8 +29,10 @@ extern const TableLayout kXrefLayout;
 class XrefTable : public TypedTable<XrefRecord> {
  public:
   explicit XrefTable(const TableHome& home);
-  // Nothing for a blank file number.
-  FileReferences LookUpFile(std::string_view file_number);
+  // Nothing for a blank file number. `counts` says of a bank's code whether its transactions do; empty, all
+  // do.
+  FileReferences LookUpFile(std::string_view file_number,
+                            const std::function<bool(std::string_view bank_code)>& counts = {});
   // On the record, in the tag XRFSFILEBK. The reference may have other blanks around it than the stored one.
   bool SeekReference(const XrefRecord& record);
 };

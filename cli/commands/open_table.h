@@ -12,7 +12,8 @@ class OpenTable {
  public:
   enum class Access { kShared, kExclusive };
 
-  // `file` is a path, or the name of a table in the data folder; ".dbf" may be left out. Says what failed.
+  // `file` is a path, or the name of a table in the data folder; ".dbf" may be left out. Says what failed, or
+  // that the user is no administrator.
   OpenTable(Office& office, std::string_view file, Access access = Access::kShared);
   ~OpenTable();
   OpenTable(const OpenTable&) = delete;

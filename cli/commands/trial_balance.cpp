@@ -36,6 +36,10 @@ void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, co
   out.Set("asOf", IsoDate(terms.as_of));
   out.Set("kind", kind);
   out.Set("banks", balance.banks);
+  if (!balance.note.empty()) {
+    out.Set("note", balance.note);
+    out.Line(balance.note);
+  }
   out.Line(FileLine(Split(kTrialHeadings, '|')));
   out.StartList("files");
   for (const FileStanding& file : balance.files) out.Item(FileJson(file), FileLine(TrialCells(file)));
@@ -60,7 +64,7 @@ int TrialBalanceOf(Office& office, const TrialArguments& arguments) {
   Output& out = office.Out();
   if (balance.end != PassEnd::kDone || (!terms.bank_code.empty() && balance.banks.empty())) {
     out.Fail(balance.message);
-    return kNoTables;
+    return balance.end == PassEnd::kStopped ? kRefused : kNoTables;
   }
   Print(out, balance, terms, arguments.kind);
   if (!balance.message.empty()) {

@@ -54,9 +54,22 @@ Session* OpenUsers(Office& office, int* status) {
 Session* OpenForChange(Office& office, int* status) {
   Session* session = OpenUsers(office, status);
   if (session == nullptr || session->MayUse(kAdministrator)) return session;
-  office.Out().Fail("Only an administrator may change users");
-  *status = kRefused;
-  return nullptr;
+  return Ended(office, "Only an administrator may change users", kRefused, status);
+}
+
+// The same for a command that looks at the user with the login.
+Session* OpenForReading(Office& office, const std::string& login, int* status) {
+  Session* session = OpenUsers(office, status);
+  if (session == nullptr || session->MayReadUser(login)) return session;
+  return Ended(office, "Only an administrator may look at other users", kRefused, status);
+}
+
+std::vector<std::string> BankCodes(const std::string& text) {
+  std::vector<std::string> codes;
+  for (const std::string& code : Split(text, ',')) {
+    if (!Trim(code).empty()) codes.emplace_back(Trim(code));
+  }
+  return codes;
 }
 
 // The record without the password.
@@ -135,13 +148,15 @@ int Set(Office& office, const UserArguments& arguments) {
 }
 
 int Show(Office& office, const UserArguments& arguments) {
-  Session* session = office.Open();
-  return session == nullptr ? office.Status() : ShowUser(office, session->Home(), arguments.login);
+  int status = kDone;
+  Session* session = OpenForReading(office, arguments.login, &status);
+  return session == nullptr ? status : ShowUser(office, session->Home(), arguments.login);
 }
 
 int List(Office& office) {
-  Session* session = office.Open();
-  if (session == nullptr) return office.Status();
+  int status = kDone;
+  Session* session = OpenForReading(office, {}, &status);
+  if (session == nullptr) return status;
   Json list = Json::array();
   std::vector<std::vector<std::string>> rows;
   UsersTable users(session->Home());
@@ -174,8 +189,9 @@ int Delete(Office& office, const UserArguments& arguments) {
 }
 
 int TestRight(Office& office, const UserArguments& arguments) {
-  Session* session = office.Open();
-  if (session == nullptr) return office.Status();
+  int status = kDone;
+  Session* session = OpenForReading(office, arguments.login, &status);
+  if (session == nullptr) return status;
   const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
   if (!user) return Unknown(office, arguments.login);
   const bool granted = user->IsSecurityOff(arguments.right);

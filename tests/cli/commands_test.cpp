@@ -56,21 +56,74 @@ TEST(CommandLine, EndsWithItsStatusAndOneObject) {
   }
 }
 
-// What changes data past the screens asks for its right while security is on; an unknown login has none.
+// While security is on each command asks for its right, and other banks than the user's are not there. An
+// unknown login has nothing.
 TEST(CommandLine, RefusesWhatIsNotGranted) {
   const Escrowctl escrowctl;
   escrowctl.Run("init");
   ASSERT_EQ(escrowctl.Run(kAddBank).status, 0);
-  for (const char* command :
-       {"bank add NEW BANKNAME=x", "bank set FNT BANKNAME=x", "table append ESCROW_BANKS.DBF BANKCODE=X",
-        "table delete ESCROW_BANKS.DBF 1", "table pack ESCROW_BANKS.DBF", "mend", "restore",
-        "maintain rebuild", "maintain pack", "maintain versions"}) {
-    const RunResult result =
-        escrowctl.Run(std::string("--answer Yes --security on --user NOBODY ") + command);
-    EXPECT_EQ(result.status, 1) << command;
-    EXPECT_NE(result.err.find("do not have the right"), std::string::npos) << command << ": " << result.err;
+  ASSERT_EQ(escrowctl.Run("bank add LSB BANKNAME=Savings BANKACCTMO=3 BANKACCTYR=2024").status, 0);
+  const std::string none(62, '1');
+  ASSERT_EQ(escrowctl.Run("user add ANN --name Ann --group User --banks LSB --rights " + none).status, 0);
+  ASSERT_EQ(escrowctl.Run("user add RUTH --name Ruth --group Administrator").status, 0);
+  ASSERT_EQ(escrowctl.Run(kPost).status, 0);
+  const struct {
+    const char* command;
+    const char* refusal;
+    const char* found = "";  // what ANN learns all the same
+  } kCases[] = {
+      {"bank add NEW BANKNAME=x", "do not have the right"},
+      {"bank set LSB BANKNAME=x", "do not have the right"},
+      {"table info USERS", "do not have the right"},
+      {"table dump USERS", "do not have the right"},
+      {"table seek ESCROW_BANKS BANKCODE FNT", "do not have the right"},
+      {"table verify ESCROW_BANKS", "do not have the right"},
+      {"table append ESCROW_BANKS.DBF BANKCODE=X", "do not have the right"},
+      {"table set ESCROW_BANKS.DBF 1 BANKNAME=x", "do not have the right"},
+      {"table delete ESCROW_BANKS.DBF 1", "do not have the right"},
+      {"table pack ESCROW_BANKS.DBF", "do not have the right"},
+      {"verify", "do not have the right"},
+      {"mend", "do not have the right"},
+      {"mend --dry-run", "do not have the right"},
+      {"copy", "do not have the right"},
+      {"restore", "do not have the right"},
+      {"maintain rebuild", "do not have the right"},
+      {"maintain pack", "do not have the right"},
+      {"maintain versions", "do not have the right"},
+      {"trial-balance", "do not have the right"},
+      {"user list", "Only an administrator"},
+      {"user show RUTH", "Only an administrator"},
+      {"user right RUTH 51", "Only an administrator"},
+      {"user set ANN --rights 0", "Only an administrator"},
+      {"bank show FNT", "that this user may work with"},
+      {"--bank FNT check list", "that this user may work with"},
+      {"--bank FNT audit", "that this user may work with"},
+      {"user show ANN", "", "\"LOGIN\":\"ANN\""},
+      {"user right ANN 51", "", "\"granted\":false"},
+      {"bank show LSB", "", "Savings"},
+      {"bank list", "", "Savings"},
+      {"--bank LSB check list", "", "\"checks\":[]"},
+      {"file 24-0117", "", "\"banks\":[]"},
+      {"ledger 24-0117", "", "\"banks\":[]"},
+  };
+  for (const auto& one : kCases) {
+    for (const std::string user : {"ANN", "NOBODY"}) {
+      const RunResult result =
+          escrowctl.Run("--json --answer OK --security on --user " + user + " " + one.command);
+      const std::string what = user + ": " + one.command + "\n" + result.out + result.err;
+      EXPECT_EQ(result.out.find("1001"), std::string::npos) << what;
+      EXPECT_EQ(result.out.find("Trust"), std::string::npos) << what;
+      if (*one.refusal == '\0' && user == "NOBODY") continue;
+      EXPECT_EQ(result.status, *one.refusal == '\0' ? 0 : 1) << what;
+      EXPECT_NE(result.err.find(one.refusal), std::string::npos) << what;
+      EXPECT_NE(result.Json().dump().find(one.found), std::string::npos) << what;
+    }
   }
-  EXPECT_EQ(escrowctl.Run("bank show FNT").out.find("= x"), std::string::npos);
+  EXPECT_EQ(escrowctl.Run("bank show LSB").out.find("= x"), std::string::npos);
+  EXPECT_EQ(escrowctl.Run("--security on --user RUTH --bank LSB check list").status, 1) << "no bank of hers";
+  for (const char* command : {"bank show FNT", "bank set FNT BANKNAME=Erie", "table dump USERS",
+                              "user show ANN", "verify", "trial-balance", "--answer OK copy"})
+    EXPECT_EQ(escrowctl.Run(std::string("--security on --user RUTH ") + command).status, 0) << command;
 }
 
 TEST(CommandLine, SpeaksWordsAndPeriods) {

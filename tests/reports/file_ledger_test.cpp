@@ -6,6 +6,9 @@
 #include <gtest/gtest.h>
 
 #include "reports/ledger_reader.h"
+#include "reports/trial_balance.h"
+#include "shell/clsSecurity.h"
+#include "shell/rights.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -120,6 +123,27 @@ TEST(LedgerReaderTest, FindsTheFilesRowsInEveryBank) {
   EXPECT_TRUE(reading.ledger.Banks()[0].Deposits()[1].wire_in);
   EXPECT_EQ(reading.ledger.Banks()[1].Checks()[0].number, "1");
   EXPECT_EQ(reading.ledger.FileBalance().ToText(), "0.45");
+  EXPECT_EQ(reading.note, "");
+
+  // A user meets the user's own banks only, and is told that there are others.
+  clsSecurity user;
+  user.osLogin = office.suite.login;
+  user.sBankCodes = {"SAV"};
+  ASSERT_EQ(user.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  office.suite.security = true;
+  office.session->ReloadUser();
+  const LedgerReading own = ReadFileLedger(*office.session, "24-0117");
+  ASSERT_EQ(own.ledger.Banks().size(), 1u);
+  EXPECT_EQ(own.ledger.Banks()[0].Code(), "SAV");
+  EXPECT_NE(own.note, "");
+  const TrialBalance trial = ReadTrialBalance(*office.session, {}, {});
+  EXPECT_THAT(trial.banks, ::testing::ElementsAre("SAV"));
+  EXPECT_EQ(trial.Balance(), own.ledger.FileBalance());
+  EXPECT_EQ(trial.note, own.note);
+  user.SetRight(kRightEscrowReports, false);
+  ASSERT_EQ(user.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  office.session->ReloadUser();
+  EXPECT_TRUE(ReadTrialBalance(*office.session, {}, {}).banks.empty());
 }
 
 }  // namespace
