@@ -114,8 +114,7 @@ bool StockCheckPrinter::MayPrintAgain(std::span<const CheckOnPaper> checks) cons
 }
 
 void StockCheckPrinter::Note(std::span<const CheckOnPaper> checks) {
-  const PrintNote note{session_.TheClock().Now(), session_.TheSuite().Login(),
-                       session_.TheWorkstation().ComputerName()};
+  const PrintNote note{session_.TheClock().Now(), session_.Login(), session_.TheWorkstation().ComputerName()};
   for (const CheckOnPaper& paper : checks) {
     if (printed_.Add(paper.check, note)) continue;
     session_.Boxes().Exclaim(kTitle,

@@ -45,7 +45,7 @@ std::vector<std::string> Companions(const FileSystem& files, std::string_view fo
 
 std::string UserOfCopy(const Session& session) {
   for (const std::string& name :
-       {session.User().sUserName, session.TheSuite().Login(), session.TheWorkstation().ComputerName()}) {
+       {session.User().sUserName, session.Login(), session.TheWorkstation().ComputerName()}) {
     if (!Trim(name).empty()) return std::string(Trim(name));
   }
   return "N/A";

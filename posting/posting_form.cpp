@@ -233,7 +233,7 @@ bool PostingForm::GoTo(std::string_view command) {
 }
 
 BankSettings PostingForm::Options() {
-  return BankSettings(session_.Files(), session_.DataPath(), kUserOptions, session_.TheSuite().Login());
+  return BankSettings(session_.Files(), session_.DataPath(), kUserOptions, session_.Login());
 }
 
 void PostingForm::AddOption(std::string_view command, std::string_view caption, bool at_first) {

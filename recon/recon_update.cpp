@@ -9,8 +9,8 @@ namespace {
 
 // "2024-03-31 09:30:00 jdoe FRONTDESK2"
 std::string Signature(Session& session) {
-  return FormatDateTime(session.TheClock().Now(), "yyyy-mm-dd hh:nn:ss") + " " + session.TheSuite().Login() +
-         " " + session.TheWorkstation().ComputerName();
+  return FormatDateTime(session.TheClock().Now(), "yyyy-mm-dd hh:nn:ss") + " " + session.Login() + " " +
+         session.TheWorkstation().ComputerName();
 }
 
 ReconHistory HistoryOf(Session& session, const BankRecord& bank) {

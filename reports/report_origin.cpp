@@ -9,7 +9,7 @@ namespace {
 std::string PreparerOf(const Session& session) {
   const clsSecurity& user = session.User();
   if (!user.sUserName.empty()) return user.sUserName;
-  const std::string login = session.TheSuite().Login();
+  const std::string login = session.Login();
   return login.empty() ? session.TheWorkstation().ComputerName() : login;
 }
 

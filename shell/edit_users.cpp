@@ -78,7 +78,7 @@ bool FrmEditUsers::OpenTables() {
 
 void FrmEditUsers::OnOpen() {
   SetRows("cboGroup", {std::begin(kUserGroups), std::end(kUserGroups)});
-  ReadUsers(session_.TheSuite().Login());
+  ReadUsers(session_.Login());
   SetFocus(logins_.empty() ? "txtLogin" : "lstUsers");
 }
 
@@ -256,7 +256,7 @@ bool FrmEditUsers::OnClose() {
 }
 
 bool FrmEditUsers::IsOwn(const clsSecurity& user) const {
-  return EqualsIgnoreCase(user.osLogin, Trim(session_.TheSuite().Login()));
+  return EqualsIgnoreCase(user.osLogin, session_.Login());
 }
 
 bool FrmEditUsers::IsValid(const clsSecurity& user) {
@@ -312,7 +312,7 @@ void FrmEditUsers::Delete() {
                                    "Delete the user " + Quoted(login) + " with the rights and banks?",
                                    BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
   if (!asked) return;
-  const int code = clsSecurity::DeleteUserSecurity(session_.Home(), login, session_.TheSuite().Login());
+  const int code = clsSecurity::DeleteUserSecurity(session_.Home(), login, session_.Login());
   if (code == kOwnAccount) return;
   if (code != engine::kSuccess && code != engine::kNoRecord) {
     Boxes().Critical("User Delete", "The user " + Quoted(login) +

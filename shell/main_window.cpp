@@ -77,7 +77,7 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
     for (const std::string_view name : NamesOf(command))
       Add(ControlKind::kMenu, std::string(name), std::string(command.caption));
   }
-  for (std::string_view panel : {"BankName", "Printer", "Version"})
+  for (std::string_view panel : {"BankName", "Login", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
   Add(ControlKind::kCombo, "txtFindFile", "Find a file").max_length = kFileNumberLength;
@@ -205,7 +205,7 @@ void FrmMainEscrowAccounting::ShowRecentFiles() {
 }
 
 void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
-  if (change != SessionChange::kUser) ShowStatus();
+  ShowStatus();
   if (change != SessionChange::kPrinter) ShowCommands();
   if (change == SessionChange::kBank) figures_.Forget();
   if (change == SessionChange::kBank || change == SessionChange::kPosted) ShowFigures();
@@ -213,6 +213,8 @@ void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
 
 void FrmMainEscrowAccounting::ShowStatus() {
   SetCaption("BankName", TransactionsOpen(session_) ? session_.BankName() : std::string(kTransactionsLocked));
+  const std::string login = session_.Login();
+  SetCaption("Login", login.empty() ? login : "Login: " + login);
   SetCaption("Printer", "Printer: " + (session_.Printer().empty() ? "none" : session_.Printer()));
   SetCaption("Version", "Version: " + VersionTextOf(session_.Version()));
 }

@@ -3,7 +3,7 @@
 //
 // Controls, in order:
 //   menu commands  those of main_commands.h; mnuFileLockTransactions is checked while transactions are locked
-//   status panels  BankName, Printer, Version (labels)
+//   status panels  BankName, Login, Printer, Version (labels)
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
 //                  lblBookBalance, lblOutstandingChecks, lblOutstandingDeposits, lblFilesOverdrawn (labels),
 //                  txtFindFile (combo: a file number, with the branch's latest files on offer), cmdFindFile,

@@ -288,6 +288,7 @@ TEST_F(UserMaintenanceTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
   office_.session->ReloadUser();
   FrmMainEscrowAccounting main(*office_.session, office_);
   main.Opened();
+  EXPECT_EQ(Seen(main, "Login"), "Login: jdoe");
   EXPECT_TRUE(main.Find("mnuEditChecksPost")->enabled);
   FrmEditUsers form(*office_.session);
   form.Opened();
