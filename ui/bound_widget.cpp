@@ -80,7 +80,9 @@ class BoundLineEdit : public BoundWidget {
     const QString text = QString::fromStdString(control.text);
     if (edit_.text() != text) {
       edit_.setText(text);
-      if (!edit_.hasFocus()) edit_.home(false);  // a long text is seen from its beginning
+      // Put there while the cursor stands in it, it is replaced by typing; else a long text is seen from its
+      // beginning.
+      edit_.hasFocus() ? edit_.selectAll() : edit_.home(false);
     }
     if (offers_ != nullptr) {
       QStringList rows;
@@ -92,6 +94,7 @@ class BoundLineEdit : public BoundWidget {
   }
   QWidget* Widget() const override { return &edit_; }
   void SelectText() override { edit_.selectAll(); }
+  void SelectForTyping() override { edit_.selectAll(); }
 
  private:
   // The rows of a combo drop down under the text while it is typed; the form has chosen them already.
@@ -114,6 +117,8 @@ class BoundLineEdit : public BoundWidget {
   QStringListModel* offers_ = nullptr;
 };
 
+// A text of several lines, in which Enter makes a new one: it is not selected when it is entered, or Enter
+// would wipe it out.
 class BoundTextEdit : public BoundWidget {
  public:
   BoundTextEdit(QPlainTextEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
@@ -179,6 +184,10 @@ class BoundCombo : public BoundWidget {
     ShowState(combo_, control);
   }
   QWidget* Widget() const override { return &combo_; }
+  void SelectText() override {
+    if (combo_.isEditable()) combo_.lineEdit()->selectAll();
+  }
+  void SelectForTyping() override { SelectText(); }
 
  private:
   QComboBox& combo_;

@@ -3,7 +3,8 @@
 // names).
 //
 // The form decides everything. The binder turns focus, keys, typing and clicks into the form's events and
-// shows what the form says. While an event runs, focus changes that message boxes and nested windows cause
+// shows what the form says. A field that is entered by a key or by the form has its text selected, so that
+// typing replaces it. While an event runs, focus changes that message boxes and nested windows cause
 // are not passed on; when it has ended, the cursor stands where the form wants it.
 #pragma once
 
@@ -101,6 +102,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void MarkHeadings(const Control& control);
   void PlaceCursor();
   void WidgetEntered(QWidget* widget);
+  void SelectForTyping(QWidget& widget);
   const Control* ControlOf(const QObject* widget) const;
   QWidget* WidgetOf(const Control& control) const;
 

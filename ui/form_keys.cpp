@@ -136,7 +136,7 @@ void FormBinder::ShowCalendar(QWidget& widget, const Control& control, const QSt
   popup->setAccessibleName(title);
   connect(popup, &CalendarPopup::Chosen, this, [this, &control](const QString& text) {
     TextTyped(control, text);
-    if (QWidget* field = WidgetOf(control)) field->setFocus(Qt::OtherFocusReason);
+    FocusMoved(control);
   });
   popup->Open();
 }

@@ -57,6 +57,7 @@ class EntryForm : public Form {
 
   using Form::SetCaption;
   using Form::SetEnabled;
+  using Form::SetFocus;
   using Form::SetRows;
   using Form::SetText;
   using Form::SetValue;
@@ -235,6 +236,34 @@ TEST_F(BinderTest, ARefusedFieldKeepsTheCursorAndIsMarkedUntilItChanges) {
   EXPECT_FALSE(amount->property("refused").toBool());
   Press(Qt::Key_Tab);
   EXPECT_EQ(Focus(), "txtDated");
+}
+
+TEST_F(BinderTest, AFieldIsSelectedWhenItIsEnteredButNotByTheMouse) {
+  Open();
+  auto* amount = Get<QLineEdit>("txtAmount");
+  const auto leave_and = [&](const std::function<void()>& enter) {
+    Get<QLineEdit>("txtRow_1")->setFocus();
+    amount->deselect();
+    enter();
+    EXPECT_EQ(Focus(), "txtAmount");
+    return amount->selectedText();
+  };
+  EXPECT_EQ(leave_and([&] { amount->setFocus(Qt::TabFocusReason); }), "-5.00");
+  EXPECT_EQ(leave_and([&] { form_.SetFocus("txtAmount"); }), "-5.00");
+  EXPECT_EQ(leave_and([&] {
+              Get<QLineEdit>("txtName")->setFocus();
+              Press(Qt::Key_Return);
+            }),
+            "-5.00");
+  EXPECT_EQ(leave_and([&] { QTest::mouseClick(amount, Qt::LeftButton); }), "");
+  amount->setFocus(Qt::PopupFocusReason);
+  EXPECT_EQ(amount->selectedText(), "");
+  form_.SetText("txtAmount", "7.00");
+  EXPECT_EQ(amount->selectedText(), "7.00") << "put there by the form while the cursor stands in it";
+  Type("81");
+  EXPECT_EQ(form_.Find("txtAmount")->text, "81");
+  Get<QPlainTextEdit>("txtNote")->setFocus(Qt::TabFocusReason);
+  EXPECT_FALSE(Get<QPlainTextEdit>("txtNote")->textCursor().hasSelection()) << "Enter would wipe it out";
 }
 
 TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {

@@ -81,6 +81,32 @@ TEST_F(PostingWindowsTest, AWireAndAVoucherArePostedByKeysAlone) {
   EXPECT_EQ(Get<QLineEdit>(kVouchers, "txtVCHRNumber")->text(), "2");
 }
 
+// What is proposed or posted stands in the fields; a clerk types over it.
+TEST_F(PostingWindowsTest, TypingReplacesWhatAFieldHolds) {
+  Open(kDeposits);
+  PutCursor(kDeposits, "txtDepositDated");
+  Type({"3/14/2024", "3", "4/2024", "24-0117", "SMITH TITLE CO", "1250", "24-0117", "LENDER", "10", ""});
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  ASSERT_TRUE(tables_->deposits.SeekDeposit("20240314", "3"));
+  EXPECT_EQ(tables_->deposits.Read().accounting, (Period{4, 0, 2024}));
+
+  // Posted: Enter alone goes through, and what is typed on the way stands in place of what was there.
+  PutCursor(kDeposits, "txtDepositDated");
+  Type({"3/14/2024", "3", "", "", "", "5"});
+  EXPECT_EQ(Text(kDeposits, "txtAmounts_1"), "5.00");
+  Press(Qt::Key_I, Qt::ControlModifier);
+  EXPECT_EQ(Focus(), "txtFileNumbers_2");
+  QTest::keyClicks(QApplication::focusWidget(), "24-0072");
+  EXPECT_EQ(Text(kDeposits, "txtFileNumbers_2"), "24-0072") << "over the file that was put in";
+
+  Open(kWires);
+  Type({"FED-0417", "3/14/2024", "COUNTY", "75", "24-0117", "", "4/2024", "4/2024"});
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  ASSERT_TRUE(tables_->wires.SeekNumber("FED-0417"));
+  EXPECT_EQ(tables_->wires.Read().dated, (Date{2024, 3, 14}));
+  EXPECT_EQ(tables_->wires.Read().accounting, (Period{4, 0, 2024}));
+}
+
 TEST_F(PostingWindowsTest, PayeesOfChecksAreOfferedForWiresAndVouchers) {
   PayeeBook(desktop_->TheSession().Company().agent).Keep({"SMITH TITLE CO", "12 Main Street", "", ""});
   struct Screen {
