@@ -25,7 +25,7 @@ bool IsUsed(const DepositItem& item) {
 FrmEditDepositsClear::FrmEditDepositsClear(Session& session)
     : PostingForm(session, kScreen), deposits_(std::make_shared<DepositRegister>(session.Home())) {
   Add(ControlKind::kDate, "txtDepositDated", "&Date Posted");
-  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence").max_length = 2;
+  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence");
   Add(ControlKind::kPeriod, "txtStmtPeriod", "Statement &Period");
   for (int item = 1; item <= kDepositItems; ++item) {
     Add(ControlKind::kCheck, "chkCleared", "Cleared", item);

@@ -80,7 +80,6 @@ struct Control {
   bool enabled = true;
   bool visible = true;
   bool refused = false;           // the last refusal named this control; cleared when its text changes
-  int max_length = 0;             // characters that fit; 0 = no limit
   bool month_only = false;        // of a period: it is a month and a year, without a day
   std::vector<std::string> rows;  // of a list or combo
   int selected = 0;               // row of a list or grid, from 1; 0 = none

@@ -47,12 +47,11 @@ FrmEditChecksPost::FrmEditChecksPost(Session& session, ScreenOpener& opener, Che
 
 void FrmEditChecksPost::AddControls() {
   for (const CheckEntryField& entry : CheckEntryFields()) {
-    Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length =
-        TypedWidth(entry.kind, kCheckLayout, entry.field);
+    Add(entry.kind, std::string(entry.control), std::string(entry.caption));
   }
   Add(ControlKind::kCheck, "chkHandwritten", "&Handwritten");
   Add(ControlKind::kPeriod, "txtCheckStmtPeriod", "&Statement Period");
-  Add(ControlKind::kText, "txtCheckReason", "R&eason").max_length = WidthOf(kCheckLayout, "ChxsReason");
+  Add(ControlKind::kText, "txtCheckReason", "R&eason");
   Add(ControlKind::kText, "txtCheckStatus", "Status").visible = false;
   for (std::string_view label : {"lblLastCheckNumber", "lblHighestCheckNumber", "lblCheckStatus",
                                  "lblVoucherInformation", "lblEditMessage"}) {

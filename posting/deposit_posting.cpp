@@ -56,7 +56,7 @@ FrmEditDepositsPost::FrmEditDepositsPost(Session& session, ScreenOpener* opener,
 
 void FrmEditDepositsPost::AddControls() {
   Add(ControlKind::kDate, "txtDepositDated", "&Date Posted");
-  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence").max_length = 2;
+  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence");
   Add(ControlKind::kPeriod, "txtDepositAcctPeriod", "Acco&unting Period");
   for (int row = 1; row <= kDepositItems; ++row) AddRow(row);
   for (std::string_view label : {"lblDepositTotal", "lblItemCount", "lblDepositStatus", "lblEditMessage",
@@ -77,8 +77,8 @@ void FrmEditDepositsPost::AddControls() {
 
 void FrmEditDepositsPost::AddRow(int row) {
   Add(ControlKind::kLabel, "lblItemNumbers", PadLeft(std::to_string(row), 2), row);
-  Add(ControlKind::kText, "txtFileNumbers", "File Number", row).max_length = 14;
-  Add(ControlKind::kText, "txtSources", "Source", row).max_length = 60;
+  Add(ControlKind::kText, "txtFileNumbers", "File Number", row);
+  Add(ControlKind::kText, "txtSources", "Source", row);
   Add(ControlKind::kAmount, "txtAmounts", "Amount", row);
   Add(ControlKind::kCheck, "chkWireIn", "Wire In", row);
   Add(ControlKind::kLabel, "lblItemStatus", {}, row);

@@ -40,8 +40,7 @@ class ItemPostingForm : public PayeePostingForm {
         fields_(item.fields),
         register_(std::make_shared<ItemRegister<Table, Record>>(session.Home(), rows)) {
     for (const EntryField<Record>& entry : fields_) {
-      Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length =
-          TypedWidth(entry.kind, layout_, entry.field);
+      Add(entry.kind, std::string(entry.control), std::string(entry.caption));
     }
   }
 

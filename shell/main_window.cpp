@@ -16,7 +16,6 @@
 namespace tallwick {
 namespace {
 
-constexpr int kFileNumberLength = 14;
 constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
 
 constexpr std::string_view kFigures[] = {
@@ -79,7 +78,7 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
   for (std::string_view panel : {"BankName", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
-  Add(ControlKind::kCombo, "txtFindFile", "Find a file").max_length = kFileNumberLength;
+  Add(ControlKind::kCombo, "txtFindFile", "Find a file");
   Add(ControlKind::kButton, "cmdFindFile", "Find");
   Add(ControlKind::kGrid, "grdLatestPostings", "Latest postings");
   session_.Watch(this);

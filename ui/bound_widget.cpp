@@ -43,6 +43,23 @@ void ShowNegative(QWidget& widget, const QString& text) {
   SetStyleProperty(widget, "negative", negative);
 }
 
+// Line breaks and tabs that come with a paste stand in a field of one line as signs: a form that refuses them
+// is understood only where they are seen.
+constexpr QChar kBreakSign(0x21B5);
+constexpr QChar kTabSign(0x21E5);
+
+QString WithSigns(QString text) {
+  text.replace("\r\n", kBreakSign);
+  for (const QChar line_break : {QChar('\n'), QChar('\r'), QChar(QChar::LineSeparator)}) {
+    text.replace(line_break, kBreakSign);
+  }
+  return text.replace('\t', kTabSign);
+}
+
+QString WithoutSigns(QString text) {
+  return text.replace(kBreakSign, '\n').replace(kTabSign, '\t');
+}
+
 // Enter goes on to the field while no offer is marked, as if none were shown.
 class EnterPastOffers : public QObject {
  public:
@@ -71,13 +88,14 @@ class BoundLineEdit : public BoundWidget {
   BoundLineEdit(QLineEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
     const bool number = control.kind == ControlKind::kAmount || control.kind == ControlKind::kNumber;
     if (number) edit.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    if (control.max_length > 0) edit.setMaxLength(control.max_length);
-    QObject::connect(&edit, &QLineEdit::textEdited, &edit,
-                     [&control, &events](const QString& text) { events.TextTyped(control, text); });
+    QObject::connect(&edit, &QLineEdit::textEdited, &edit, [this, &control, &events](const QString& text) {
+      ShowBreaks(text);
+      events.TextTyped(control, WithoutSigns(edit_.text()));
+    });
     if (control.kind == ControlKind::kCombo) OfferRows(control, events);
   }
   void Show(const Control& control) override {
-    const QString text = QString::fromStdString(control.text);
+    const QString text = WithSigns(QString::fromStdString(control.text));
     if (edit_.text() != text) {
       edit_.setText(text);
       // Put there while the cursor stands in it, it is replaced by typing; else a long text is seen from its
@@ -97,6 +115,14 @@ class BoundLineEdit : public BoundWidget {
   void SelectForTyping() override { edit_.selectAll(); }
 
  private:
+  void ShowBreaks(const QString& typed) {
+    const QString shown = WithSigns(typed);
+    if (shown == typed) return;
+    const auto behind = typed.size() - edit_.cursorPosition();
+    edit_.setText(shown);
+    edit_.setCursorPosition(static_cast<int>(shown.size() - behind));
+  }
+
   // The rows of a combo drop down under the text while it is typed; the form has chosen them already.
   void OfferRows(const Control& control, WidgetEvents& events) {
     auto* completer = new QCompleter(&edit_);

@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QCalendarWidget>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -32,7 +33,7 @@ class EntryForm : public Form {
  public:
   explicit EntryForm(MessageBoxes& boxes) : Form("frmEntry", boxes) {
     SetFormCaption("Entry");
-    Add(ControlKind::kText, "txtName", "&Name").max_length = 5;
+    Add(ControlKind::kText, "txtName", "&Name");
     Add(ControlKind::kAmount, "txtAmount").text = "-5.00";
     Add(ControlKind::kDate, "txtDated").text = "03/15/2024";
     Add(ControlKind::kPeriod, "txtPeriod").text = "3-2024";
@@ -157,7 +158,6 @@ TEST_F(BinderTest, ShowsWhatTheFormHolds) {
   Open();
   EXPECT_EQ(Get<QLabel>("capName")->text(), "&Name");
   EXPECT_EQ(Get<QLineEdit>("txtName")->accessibleName(), "Name");
-  EXPECT_EQ(Get<QLineEdit>("txtName")->maxLength(), 5);
   EXPECT_EQ(Get<QLineEdit>("txtAmount")->text(), "-5.00");
   EXPECT_TRUE(Get<QLineEdit>("txtAmount")->property("negative").toBool());
   EXPECT_TRUE(Get<QLineEdit>("txtAmount")->alignment().testFlag(Qt::AlignRight));
@@ -266,6 +266,25 @@ TEST_F(BinderTest, AFieldIsSelectedWhenItIsEnteredButNotByTheMouse) {
   EXPECT_FALSE(Get<QPlainTextEdit>("txtNote")->textCursor().hasSelection()) << "Enter would wipe it out";
 }
 
+TEST_F(BinderTest, WhatIsPastedStaysWholeAndItsLineBreaksAreSeen) {
+  Open();
+  auto* name = Get<QLineEdit>("txtName");
+  const struct {
+    QString pasted, shown;
+    std::string held;
+  } cases[] = {{QString(3000, 'x'), QString(3000, 'x'), std::string(3000, 'x')},
+               {"24-0054\r\nSMITH\t5", QString::fromUtf8("24-0054↵SMITH⇥5"), "24-0054\nSMITH\t5"}};
+  for (const auto& one : cases) {
+    QApplication::clipboard()->setText(one.pasted);
+    name->selectAll();
+    name->paste();
+    EXPECT_EQ(name->text(), one.shown);
+    EXPECT_EQ(form_.Find("txtName")->text, one.held);
+    Type("!");
+    EXPECT_EQ(form_.Find("txtName")->text, one.held + "!") << "the cursor stands behind what was pasted";
+  }
+}
+
 TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {
   form_.SetText("txtAmount", "");
   Open();
@@ -367,6 +386,21 @@ TEST_F(BinderTest, LongWorkIsDoneBetweenEvents) {
   EXPECT_GT(form_.SlicesLeft(), 0) << "the typing did not wait for all of it";
   EXPECT_EQ(form_.Find("txtName")->text, "Jo");
   EXPECT_TRUE(QTest::qWaitFor([this] { return form_.SlicesLeft() == 0; }));
+}
+
+TEST(QtMessageBoxesTest, FitsTheScreenWhateverItQuotes) {
+  QTimer::singleShot(20, qApp, [] {
+    const QWidget* shown = QApplication::activeModalWidget();
+    ASSERT_NE(shown, nullptr);
+    EXPECT_LT(shown->height(), 500);
+    EXPECT_LT(shown->width(), 1000);
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+  });
+  std::string pasted;
+  for (int i = 0; i < 5000; ++i) pasted += "pasted ";
+  QtMessageBoxes boxes;
+  boxes.Show(
+      {BoxIcon::kCritical, "T", "Payee \"" + pasted + "\" is too long.", BoxButtons::kOk, BoxAnswer::kOk});
 }
 
 TEST(QtMessageBoxesTest, ShowsTextsExactlyAndAnswersSafely) {

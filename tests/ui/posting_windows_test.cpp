@@ -2,6 +2,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <QClipboard>
 #include <QLabel>
 #include <QPushButton>
 
@@ -105,6 +106,46 @@ TEST_F(PostingWindowsTest, TypingReplacesWhatAFieldHolds) {
   ASSERT_TRUE(tables_->wires.SeekNumber("FED-0417"));
   EXPECT_EQ(tables_->wires.Read().dated, (Date{2024, 3, 14}));
   EXPECT_EQ(tables_->wires.Read().accounting, (Period{4, 0, 2024}));
+}
+
+// The field keeps all that was typed or pasted, so that the refusal can say what does not fit.
+TEST_F(PostingWindowsTest, ATextThatIsTooLongIsRefusedAndNotCut) {
+  const auto paste = [&](std::string_view screen, const char* field, const char* text) {
+    PutCursor(screen, field);
+    QApplication::clipboard()->setText(text);
+    Get<QLineEdit>(screen, field)->paste();
+  };
+  const auto refusal = [&] {
+    Press(Qt::Key_Return, Qt::ControlModifier);
+    const std::vector<std::string> said = office_.TakeTexts();
+    return said.empty() ? "posted" : said.back();
+  };
+  const auto type = [&](std::string_view screen,
+                        std::initializer_list<std::pair<const char*, const char*>> texts) {
+    for (const auto& [field, text] : texts) {
+      PutCursor(screen, field);
+      QTest::keyClicks(QApplication::focusWidget(), text);
+    }
+  };
+  Open("frmEditChecksPost");
+  type("frmEditChecksPost", {{"txtCheckPayee", "SMITH TITLE CO"}, {"txtCheckAmount", "1250"}});
+  paste("frmEditChecksPost", "txtCheckFileNumber", "24-0117-123456X");
+  EXPECT_EQ(refusal(), "File Number is too long: 15 characters, and 14 fit.  Shorten it.");
+  EXPECT_EQ(Focus(), "txtCheckFileNumber");
+  EXPECT_EQ(Get<QLineEdit>("frmEditChecksPost", "txtCheckFileNumber")->selectedText(), "24-0117-123456X");
+  paste("frmEditChecksPost", "txtCheckFileNumber", "24-0117\n");  // as a cell of a spreadsheet comes
+  paste("frmEditChecksPost", "txtCheckNumber", "1234567890123");
+  EXPECT_EQ(refusal(), "Check Number is too long: 13 characters, and 12 fit.  Shorten it.");
+
+  Open(kDeposits);
+  type(kDeposits, {{"txtFileNumbers_1", "24-0117"}, {"txtAmounts_1", "5"}});
+  paste(kDeposits, "txtSources_1", "SMITH\nTITLE");
+  EXPECT_EQ(refusal(), "Line 1 Source has a line break or a tab in it.  Type it on one line.");
+  EXPECT_EQ(Text(kDeposits, "txtSources_1"), QString::fromUtf8("SMITH↵TITLE"));
+  paste(kDeposits, "txtSources_1", "SMITH TITLE");
+  paste(kDeposits, "txtDateSequence", "123");
+  EXPECT_EQ(refusal(), "Sequence Number \"123\" is not one of 1 to 99.");
+  EXPECT_EQ(tables_->checks.RecordCount() + tables_->deposits.RecordCount(), 0);
 }
 
 TEST_F(PostingWindowsTest, PayeesOfChecksAreOfferedForWiresAndVouchers) {
