@@ -143,8 +143,9 @@ void FrmEditChecksPost::SwitchTo(const CheckMode& mode) {
     SetVisible(control, !Is(Kind::kPosting) && has_reason);
   }
   SetVisible("cmdSetOutstanding", SetsStatus());
-  if (!shown.empty()) return OpenNumber(shown);
-  BeginNext();
+  if (shown.empty()) return BeginNext();
+  OpenNumber(shown);
+  GoToFirst();
 }
 
 // --- Commands on one check ---

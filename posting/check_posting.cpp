@@ -116,11 +116,11 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     OfferVoucher();
     return true;
   }
-  // A check is seen before its status changes.
-  if (key == "Enter" && at == kNumber && !Is(CheckMode::Kind::kPosting) &&
-      Text(kNumber) != looked_up_number_) {
-    LookUpNumber();
-    SetFocus("txtCheckStmtPeriod");
+  // A check is seen before it changes: the key that posts shows it where its number was typed just now.
+  const bool typed = at == kNumber && !renumbering_ && Text(kNumber) != looked_up_number_;
+  if (typed && (key == "Enter" || (key == "Ctrl+Enter" && ShowsOther(Text(kNumber))))) {
+    Leave();
+    GoToFirst();
     return true;
   }
   if (key == "Ctrl+P" && At("cmdPrint").enabled) {

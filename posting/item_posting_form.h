@@ -127,11 +127,25 @@ class ItemPostingForm : public PayeePostingForm {
     if (control.name == item_.file) ShowLedgerCommand();
   }
 
+  // An item is seen before it is changed: the key that posts shows it where its number was typed just now.
+  bool OnKey(std::string_view key) override {
+    const bool at_number = Focus() != nullptr && Focus()->name == number_control_;
+    const bool typed = at_number && Text(number_control_) != looked_up_number_;
+    if (typed && (key == "Enter" || (key == "Ctrl+Enter" && ShowsOther(Text(number_control_))))) {
+      Leave();
+      GoToFirstEntry(number_control_);
+      return true;
+    }
+    return PayeePostingForm::OnKey(key);
+  }
+
+  // A new item keeps its entries under another free number; anything else shows other entries.
+  bool ShowsOther(const std::string& number) { return loaded_ || FindPosted(number); }
+
   void LookUpNumber() {
     const std::string number = Text(number_control_);
     if (number == looked_up_number_) return;
-    // A new item keeps its entries under another free number; anything else shows other entries.
-    const bool shows_other = loaded_ || FindPosted(number);
+    const bool shows_other = ShowsOther(number);
     if (shows_other && !MayDropChanges()) {
       SetText(number_control_, looked_up_number_);
       // A refused post has put the cursor into the field that it names.

@@ -130,6 +130,14 @@ bool PostingForm::IsChanged() {
   return TakeValues() != unchanged_;
 }
 
+void PostingForm::GoToFirstEntry(std::string_view key_control) {
+  if (Focus() != nullptr) return;
+  const auto first = std::find_if(Controls().begin(), Controls().end(), [this](const Control& control) {
+    return IsEntry(control) && control.enabled && control.visible;
+  });
+  first != Controls().end() ? SetFocus(first->name, first->index) : SetFocus(key_control);
+}
+
 bool PostingForm::MayDropChanges(std::string_view question) {
   if (!IsChanged()) return true;
   const BoxAnswer answer = Boxes().Show(

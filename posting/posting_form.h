@@ -92,6 +92,9 @@ class PostingForm : public Form {
   // The entries now are those of the table, or of a new item.
   void KeepState();
   bool IsChanged();
+  // Puts the cursor into the first entry that takes one, else into `key_control`; nothing where something has
+  // put it already.
+  void GoToFirstEntry(std::string_view key_control);
   // Asks `question` where there are changes; Yes posts them. True when the screen may show something else.
   bool MayDropChanges(std::string_view question = "Save Changes?");
 

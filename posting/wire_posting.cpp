@@ -67,6 +67,7 @@ void FrmEditWiresPost::OnLeave(Control& control) {
 
 // A new wire is cleared at once where a statement period is typed: Enter passes that entry before it posts.
 bool FrmEditWiresPost::OnKey(std::string_view key) {
+  if (ItemPostingForm::OnKey(key)) return true;
   if (key == "Enter" && Focus() != nullptr && !loaded_) {
     const auto* entry = std::find_if(std::begin(kFields), std::end(kFields),
                                      [&](const auto& field) { return field.control == Focus()->name; });
@@ -76,7 +77,7 @@ bool FrmEditWiresPost::OnKey(std::string_view key) {
       return true;
     }
   }
-  return ItemPostingForm::OnKey(key);
+  return false;
 }
 
 WireRecord FrmEditWiresPost::BlankRecord() {

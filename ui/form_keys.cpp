@@ -89,7 +89,7 @@ bool FormBinder::HandleEnter(QWidget& widget, const QKeyEvent& key) {
     return true;
   }
   if (qobject_cast<QPlainTextEdit*>(&widget) != nullptr && !control_held) return false;
-  if (!control_held && PassKey("Enter")) return true;
+  if (PassKey(control_held ? "Ctrl+Enter" : "Enter")) return true;
   if (IsRegister(ControlOf(&widget))) {
     GoToFirstField();  // to what the row brought into the entry; a register never posts
     return true;

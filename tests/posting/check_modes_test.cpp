@@ -160,6 +160,66 @@ TEST_F(CheckModesTest, StopAndClearAreInTheTrailFieldByField) {
   EXPECT_EQ(Refusal(), "Check Number 99 is NOT posted.");
 }
 
+// The number of another check was typed, and the key that posts is pressed: it shows that check.
+TEST_F(CheckModesTest, ACheckIsSeenBeforeItChanges) {
+  OpenOffice();
+  for (const char* number : {"10", "11", "12"}) PostCheckOf(number, std::string("PAYEE ") + number);
+  ASSERT_EQ(tables_->checks.SeekNumber("12"), true);
+  CheckRecord reconciled = tables_->checks.Read();
+  reconciled.accounting = {1, 0, 2024};
+  ASSERT_EQ(tables_->checks.Update(reconciled), 0);
+  struct Case {
+    Kind mode;
+    const char *number, *key, *payee, *focus;
+  };
+  const Case cases[] = {
+      {Kind::kPosting, "10", "Enter", "PAYEE 10", "txtCheckDated"},
+      {Kind::kPosting, "11", "Enter", "PAYEE 11", "txtCheckDated"},
+      {Kind::kPosting, "10", "Ctrl+Enter", "PAYEE 10", "txtCheckDated"},
+      {Kind::kPosting, "12", "Enter", "PAYEE 12", "txtCheckPayee"},
+      {Kind::kPosting, "99", "Enter", "", "txtCheckDated"},
+      {Kind::kViewing, "10", "Enter", "PAYEE 10", "txtCheckNumber"},
+      {Kind::kClearing, "10", "Enter", "PAYEE 10", "txtCheckStmtPeriod"},
+      {Kind::kVoiding, "11", "Ctrl+Enter", "PAYEE 11", "txtCheckStmtPeriod"},
+  };
+  for (const Case& one : cases) {
+    if (mode_ != one.mode) OpenIn(one.mode);
+    Set("txtCheckNumber", one.number);
+    EXPECT_TRUE(form_->Key(one.key)) << one.number;
+    EXPECT_THAT(office_.TakeTexts(), IsEmpty()) << one.number;
+    EXPECT_EQ(Seen(*form_, "txtCheckPayee"), one.payee);
+    ASSERT_NE(form_->Focus(), nullptr) << one.number;
+    EXPECT_EQ(form_->Focus()->name, one.focus) << one.number;
+  }
+  EXPECT_EQ(Stored("11").status, "O");
+
+  // A new check that is filled keeps its entry under another free number; Ctrl+Enter posts it, as elsewhere.
+  OpenIn(Kind::kPosting);
+  Set("txtCheckFileNumber", "24-0117");
+  Set("txtCheckNumber", "77");
+  EXPECT_TRUE(form_->Key("Enter"));
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "24-0117");
+  EXPECT_EQ(Stored("77").number, "");
+  Set("txtCheckNumber", "78");
+  EXPECT_FALSE(form_->Key("Ctrl+Enter"));
+}
+
+TEST_F(CheckModesTest, AnotherModeGoesOnWithTheCheckThatIsShown) {
+  OpenOffice();
+  PostCheckOf("10");
+  const std::pair<const char*, const char*> modes[] = {{"mnuEditVoidChecks", "txtCheckStmtPeriod"},
+                                                       {"mnuEditStopPaymentChecks", "txtCheckStmtPeriod"},
+                                                       {"mnuEditClearChecks", "txtCheckStmtPeriod"},
+                                                       {"mnuEditPostChecks", "txtCheckDated"}};
+  Set("txtCheckNumber", "10");
+  for (const auto& [command, focus] : modes) {
+    form_->Menu(command);
+    EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
+    ASSERT_NE(form_->Focus(), nullptr) << command;
+    EXPECT_EQ(form_->Focus()->name, focus) << command;
+  }
+}
+
 TEST(CheckModeTest, WhatAStatusAllows) {
   BankRecord bank;
   bank.reconciled = {1, 0, 2024};

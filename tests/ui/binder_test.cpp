@@ -84,7 +84,7 @@ class EntryForm : public Form {
     Note("menu", control);
   }
   bool OnKey(std::string_view key) override {
-    if (key == "Enter") return false;
+    if (key.ends_with("Enter")) return false;
     events.push_back("key " + std::string(key));
     return true;
   }
