@@ -59,6 +59,7 @@ void FrmEditChecksPost::AddControls() {
   }
   Add(ControlKind::kGrid, "lstCheckNumbers", "Checks");
   AddPayeeLookUp();
+  AddFileLookUp("txtCheckFileNumber");
   for (const ButtonText& button : kButtons) {
     Add(ControlKind::kButton, std::string(button.name), std::string(button.caption));
   }
@@ -128,9 +129,8 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     Print();
     return true;
   }
-  const bool among_payees = At("lstPayees").visible;
-  if (key == "Esc" && !among_payees && register_->IsSorting()) return OrderCommand("mnuViewNumber");
-  if (key == "Esc" && !among_payees && renumbering_) {
+  if (key == "Esc" && !LooksUp() && register_->IsSorting()) return OrderCommand("mnuViewNumber");
+  if (key == "Esc" && !LooksUp() && renumbering_) {
     ShowCheck(CheckRecord(*loaded_));
     return true;
   }

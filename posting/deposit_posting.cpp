@@ -64,6 +64,7 @@ void FrmEditDepositsPost::AddControls() {
     Add(ControlKind::kLabel, std::string(label));
   }
   Add(ControlKind::kGrid, "lstDepositDates", "Deposits");
+  AddFileLookUp("txtFileNumbers");
   for (const Command& one : kButtons) {
     Add(ControlKind::kButton, std::string(one.control), std::string(one.caption));
   }
@@ -125,6 +126,7 @@ void FrmEditDepositsPost::OnLeave(Control& control) {
 void FrmEditDepositsPost::OnChange(Control& control) {
   if (control.name == "txtDateSequence") sequence_typed_ = true;
   if (control.name == "txtAmounts") ShowTotals();
+  PostingForm::OnChange(control);
 }
 
 void FrmEditDepositsPost::OnChoose(Control& control) {
@@ -144,6 +146,7 @@ void FrmEditDepositsPost::OnClick(Control& control) {
   if (control.name == "cmdListAll") ListItems("");
   if (control.name == "cmdListOutstanding") ListItems("O");
   if (control.name == "cmdListCleared") ListItems("C");
+  PostingForm::OnClick(control);
 }
 
 void FrmEditDepositsPost::OnMenu(Control& control) {
@@ -164,8 +167,8 @@ bool FrmEditDepositsPost::OnKey(std::string_view key) {
     PrintSlip();
     return true;
   }
-  if (key == "Enter" && Focus() != nullptr) return GoOnFrom(*Focus());
-  return PostingForm::OnKey(key);
+  if (PostingForm::OnKey(key)) return true;
+  return key == "Enter" && Focus() != nullptr && GoOnFrom(*Focus());
 }
 
 // Enter goes on from field to field and from line to line; on a line left empty it posts.

@@ -71,6 +71,7 @@ class ItemPostingForm : public PayeePostingForm {
     Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
     Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
     AddPayeeLookUp();
+    AddFileLookUp(item_.file);
     AddRoutes({"mnuViewFileLedgers"});
   }
   bool OpenRegister() override { return register_->Open(bank_code_); }

@@ -60,19 +60,22 @@ QString WithoutSigns(QString text) {
   return text.replace(kBreakSign, '\n').replace(kTabSign, '\t');
 }
 
-// Enter goes on to the field while no offer is marked, as if none were shown.
-class EnterPastOffers : public QObject {
+// Keys that are no business of the offers go on to the field, with whatever listens there, as if none were
+// shown: Enter while no offer is marked, and the function keys.
+class KeysPastOffers : public QObject {
  public:
-  EnterPastOffers(QCompleter& completer, QLineEdit& edit)
+  KeysPastOffers(QCompleter& completer, QLineEdit& edit)
       : QObject(&completer), popup_(*completer.popup()), edit_(edit) {
     popup_.installEventFilter(this);
   }
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() != QEvent::KeyPress || popup_.currentIndex().isValid()) return false;
+    if (event->type() != QEvent::KeyPress) return false;
     const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    const bool function = key >= Qt::Key_F1 && key <= Qt::Key_F12;
+    if (!function && (!enter || popup_.currentIndex().isValid())) return false;
     popup_.hide();
     QCoreApplication::sendEvent(&edit_, event);
     return true;
@@ -130,7 +133,7 @@ class BoundLineEdit : public BoundWidget {
     completer->setModel(offers_);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     edit_.setCompleter(completer);
-    new EnterPastOffers(*completer, edit_);  // the completer's child
+    new KeysPastOffers(*completer, edit_);  // the completer's child
     const auto choose = [this, &control, &events](const QString& text) {
       const auto row = offers_->stringList().indexOf(text);
       if (row >= 0) events.RowChosen(control, static_cast<int>(row) + 1);

@@ -41,6 +41,8 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   QStringList keys;
   if (widget.property("finds").isValid()) {
     keys << tr("Enter next match") << tr("Down takes the row");
+  } else if (widget.property("searches").toBool()) {
+    keys << tr("Up Down other row") << tr("Enter takes the row");
   } else if (qobject_cast<const QPlainTextEdit*>(&widget) != nullptr) {
     keys << tr("Tab next field") << tr("Ctrl+Enter post");
   } else if (control != nullptr && control->index != 0) {
@@ -71,9 +73,9 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
       ShowCalendar(widget, *control);
       return true;
     case Qt::Key_Up:
-      return MoveInColumn(control, -1);
+      return MoveInColumn(control, -1) || PassKey("Up");
     case Qt::Key_Down:
-      return MoveInColumn(control, 1);
+      return MoveInColumn(control, 1) || PassKey("Down");
     case Qt::Key_F4:
       PassKey("F4");
       return true;

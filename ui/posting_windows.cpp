@@ -23,9 +23,9 @@ constexpr FieldLook kWireFields[] = {
      144, true},
     {"txtWireDated", "The date of the wire: month, day, year, as 3/15/2024. F2 opens a calendar.", kDateWidth,
      true},
-    {"txtWirePayee", "Who the money goes to.", 0, true},
+    {"txtWirePayee", "Who the money goes to. F4 opens the list of payees.", 0, true, true},
     {"txtWireAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", 144, true},
-    {"txtWireFileNumber", "The escrow file that the wire is charged to.", 144, true},
+    {"txtWireFileNumber", "The escrow file that the wire is charged to. F4 opens a list.", 144, true, true},
     {"txtWireControl", "Operator or control number.", 144},
     {"txtWireAcctPeriod", "The accounting period, in the form that the bank uses. F2 opens a calendar.",
      kDateWidth, true},
@@ -35,9 +35,9 @@ constexpr FieldLook kWireFields[] = {
 
 constexpr FieldLook kVoucherFields[] = {
     {"txtVCHRNumber", "The voucher's number. Type that of a posted voucher to see it.", 112, true},
-    {"txtVCHRFileNumber", "The escrow file whose money is set aside.", 144, true},
+    {"txtVCHRFileNumber", "The escrow file whose money is set aside. F4 opens a list.", 144, true, true},
     {"txtVCHRDated", "The date of the voucher: month, day, year. F2 opens a calendar.", kDateWidth, true},
-    {"txtVCHRPayee", "Who will be paid.", 0, true},
+    {"txtVCHRPayee", "Who will be paid. F4 opens the list of payees.", 0, true, true},
     {"txtVCHRReason", "What the payment is for."},
     {"txtVCHRAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", 144, true},
     {"txtVCHRAcctPeriod", "The accounting period, in the form that the bank uses. F2 opens a calendar.",
@@ -108,7 +108,7 @@ void AddItemFields(PostingLayout& layout, QGridLayout& grid, std::span<const Fie
 }
 
 void FinishItemWindow(PostingLayout& layout, const RegisterLook& look) {
-  layout.AddPayeeLookUp();
+  for (const LookUpLook& one : {kPayeeLookUp, kFileLookUp}) layout.AddLookUp(one);
   layout.AddRegister(look);
   layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
@@ -151,7 +151,8 @@ void AddDepositLine(PostingLayout& layout, QGridLayout& grid, int line) {
   QLabel* number = layout.MakeLabel("", "muted");
   number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   QLineEdit* file = layout.MakeField(
-      {"", "The escrow file that the money is for. Emptied, a posted line is deleted.", 128});
+      {"", "The escrow file that the money is for. F4 opens a list. Emptied, a posted line is deleted.", 128,
+       false, true});
   QLineEdit* source = layout.MakeField({"", "Who the money came from."});
   QLineEdit* amount = layout.MakeField({"", "Dollars and cents, as 1250, 1,250.00 or $1250.", kAmountWidth});
   auto* wire_in = new QCheckBox(&layout.Entry());
@@ -195,6 +196,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
   auto* calendar = window->findChild<QPushButton*>("cmdCalendar");
   calendar->setProperty("calendarOf", "txtDepositAcctPeriod");
   calendar->setProperty("calendarTitle", QObject::tr("Deposit Accounting Period"));
+  layout.AddLookUp(kFileLookUp);
   layout.AddRegister(kDeposits);
   layout.AddMenu("&Edit", {{"mnuEditUseTodaysDateandNextSequence", "Ctrl+H"},
                            {"mnuEditInsertCurrentFile", "Ctrl+I"},

@@ -12,6 +12,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using testing::PostingScreenTest;
 using testing::Seen;
 using Kind = CheckMode::Kind;
@@ -218,6 +219,62 @@ TEST_F(CheckModesTest, AnotherModeGoesOnWithTheCheckThatIsShown) {
     ASSERT_NE(form_->Focus(), nullptr) << command;
     EXPECT_EQ(form_->Focus()->name, focus) << command;
   }
+}
+
+TEST_F(CheckModesTest, FilesAreLookedUp) {
+  OpenOffice();
+  const auto found = [&](const char* text) {
+    Set("txtFindFile", text);
+    std::vector<std::string> files;
+    RowSource& rows = *form_->Find("lstFiles")->source;
+    for (std::size_t row = 0; row < rows.RowCount(); ++row) files.push_back(rows.Row(row).front());
+    return files;
+  };
+  office_.suite.files.reset();
+  form_->Enter("txtCheckFileNumber");
+  form_->Key("F4");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Type the file number.")));
+  EXPECT_EQ(form_->Focus()->name, "txtCheckFileNumber");
+  for (const char* file : {"24-0117", "23-0040", "VOID"}) {
+    ASSERT_EQ(Xrefs().Add(CheckXref(file, "FNB", "9")), 0);
+  }
+  // Without a list of the suite's: the files with transactions, by their beginning.
+  form_->Key("F4");
+  EXPECT_EQ(form_->Focus()->name, "txtFindFile");
+  EXPECT_THAT(found(""), ElementsAre("24-0117", "23-0040"));
+  EXPECT_THAT(found("0117"), IsEmpty());
+  EXPECT_THAT(found("23"), ElementsAre("23-0040"));
+  form_->Key("Enter");
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "23-0040");
+  EXPECT_EQ(form_->Focus()->name, "txtCheckFileNumber");
+
+  office_.suite.files = {"24-0117", "24-0118", "25-0001a"};
+  form_->Key("F4");
+  EXPECT_THAT(found(""), ElementsAre("25-0001a", "24-0118", "24-0117"));
+  EXPECT_THAT(found("01A"), ElementsAre("25-0001a"));
+  EXPECT_THAT(found("24"), ElementsAre("24-0118", "24-0117"));
+  EXPECT_THAT(form_->Find("lstFiles")->source->Row(1), ElementsAre("24-0117", "1 check"));
+  form_->Key("Down");
+  form_->Key("Down");
+  EXPECT_EQ(form_->Find("lstFiles")->selected, 2) << "the last row";
+  form_->Key("Enter");
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "24-0117");
+
+  // Posted while the list is open: what was searched for is in no trail.
+  form_->Key("F4");
+  Set("txtFindFile", "24");
+  Set("txtCheckPayee", "SMITH TITLE CO");
+  Set("txtCheckAmount", "5");
+  Post();
+  Set("txtCheckNumber", "1");
+  form_->Leave();
+  form_->Enter("txtCheckFileNumber");
+  form_->Key("F4");
+  Set("txtFindFile", "24");
+  Set("txtCheckAmount", "6");
+  Post();
+  EXPECT_THAT(Log(), HasSubstr("txtCheckAmount was: 5.00 now: 6.00"));
+  EXPECT_THAT(Log(), Not(HasSubstr("txtFindFile")));
 }
 
 TEST(CheckModeTest, WhatAStatusAllows) {

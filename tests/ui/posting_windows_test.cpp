@@ -169,6 +169,25 @@ TEST_F(PostingWindowsTest, PayeesOfChecksAreOfferedForWiresAndVouchers) {
   }
 }
 
+TEST_F(PostingWindowsTest, FilesAreLookedUpInTheLinesOfADeposit) {
+  office_.suite.files = {"24-0117", "24-0118", "25-0001"};
+  Open(kDeposits);
+  Type({"25-0001", "LENDER", "10"});
+  ASSERT_EQ(Focus(), "txtFileNumbers_2");
+  EXPECT_TRUE(Get<QLabel>(kDeposits, "lblKeys")->text().contains("F4 look-up"));
+  Press(Qt::Key_F4);
+  ASSERT_EQ(Focus(), "txtFindFile");
+  QTest::keyClicks(QApplication::focusWidget(), "24");
+  Press(Qt::Key_Down);
+  EXPECT_EQ(Get<RegisterView>(kDeposits, "lstFiles")->Table().currentIndex().row(), 1);
+  Press(Qt::Key_Return);
+  EXPECT_FALSE(Get<RegisterView>(kDeposits, "lstFiles")->isVisible());
+  EXPECT_EQ(Focus(), "txtFileNumbers_2");
+  EXPECT_EQ(Text(kDeposits, "txtFileNumbers_2"), "24-0117");
+  Type({"", "SMITH TITLE CO", "5"});
+  EXPECT_EQ(Get<QLabel>(kDeposits, "lblDepositTotal")->text(), "15.00");
+}
+
 TEST_F(PostingWindowsTest, AnItemOfADepositIsClearedByKeysAlone) {
   Open(kDeposits);
   Type({"24-0117", "SMITH TITLE CO", "1250", "24-0117", "LENDER", "10", ""});
