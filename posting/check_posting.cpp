@@ -22,8 +22,8 @@ struct ButtonText {
 };
 constexpr ButtonText kButtons[] = {
     {"cmdOk", "P&ost Check"},
-    {"cmdSetOutstanding", "Set O&utstanding"},
-    {"cmdPrint", "Prin&t"},
+    {"cmdSetOutstanding", "Set Outstandin&g"},
+    {"cmdPrint", "Print"},
     {"cmdDone", "Do&ne"},
     {"cmdCalendar", "Calendar"},
     {"cmdListAll", "&List All"},
@@ -49,9 +49,9 @@ void FrmEditChecksPost::AddControls() {
   for (const CheckEntryField& entry : CheckEntryFields()) {
     Add(entry.kind, std::string(entry.control), std::string(entry.caption));
   }
-  Add(ControlKind::kCheck, "chkHandwritten", "&Handwritten");
+  Add(ControlKind::kCheck, "chkHandwritten", "Hand&written");
   Add(ControlKind::kPeriod, "txtCheckStmtPeriod", "&Statement Period");
-  Add(ControlKind::kText, "txtCheckReason", "R&eason");
+  Add(ControlKind::kText, "txtCheckReason", "&Reason");
   Add(ControlKind::kText, "txtCheckStatus", "Status").visible = false;
   for (std::string_view label : {"lblLastCheckNumber", "lblHighestCheckNumber", "lblCheckStatus",
                                  "lblVoucherInformation", "lblEditMessage"}) {

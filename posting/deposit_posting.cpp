@@ -22,7 +22,7 @@ struct Command {
 constexpr Command kButtons[] = {
     {"cmdOk", "P&ost Deposit"},
     {"cmdDepositSlip", "Deposit Sli&p"},
-    {"cmdCalendar", "Calen&dar"},
+    {"cmdCalendar", "Calendar"},
     {"cmdClose", "&Close"},
     {"cmdListDeposits", "&List Deposits"},
     {"cmdListAll", "&List All"},

@@ -23,7 +23,7 @@ void PayeePostingForm::AddPayeeLookUp() {
              },
              rows_, [this](std::string_view text) { rows_->Show(payees_.Search(text)); },
              [this](std::size_t row, int) { return UsePayee(row); }},
-            {"F&ind Payee", "Payees", "Use Pa&yee", "Close Payees"});
+            {"Find Payee", "Payees", "Use Payee", "Close Payees"});
 }
 
 void PayeePostingForm::OnChange(Control& control) {

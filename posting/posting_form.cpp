@@ -228,7 +228,7 @@ void PostingForm::AddFileLookUp(std::string_view entry) {
          SetText(entry, files_->FileAt(row), index);
          return true;
        }},
-      {"F&ind File", "Files", "&Use File", "Close Files"});
+      {"Find File", "Files", "Use File", "Close Files"});
 }
 
 bool PostingForm::FilesAreKnown() {

@@ -18,12 +18,12 @@ constexpr PostingScreen kScreen{"frmEditWiresPost", "Post Wire Transfers - ", "B
                                 kAuditPostWire, kRightWires};
 
 constexpr EntryField<WireRecord> kFields[] = {
-    {"txtWireNumber", ControlKind::kText, "Confirmation &Number", "Wire Confirmation", "WIRENUMBER",
+    {"txtWireNumber", ControlKind::kText, "Confir&mation Number", "Wire Confirmation", "WIRENUMBER",
      &WireRecord::number},
     {"txtWireDated", ControlKind::kDate, "&Dated", "Wire Date", "WIREDATED", &WireRecord::dated},
     {"txtWirePayee", ControlKind::kCombo, "&Payee", "Payee", "WIREPAYEE", &WireRecord::payee},
     {"txtWireAmount", ControlKind::kAmount, "&Amount", "Wire Amount", "WIREAMOUNT", &WireRecord::amount},
-    {"txtWireFileNumber", ControlKind::kText, "&File Number", "File Number", "WIREFILENO",
+    {"txtWireFileNumber", ControlKind::kText, "File Num&ber", "File Number", "WIREFILENO",
      &WireRecord::file_number},
     {"txtWireControl", ControlKind::kText, "&Control", "Control Number", "WIRECNTLNO", &WireRecord::control},
     {"txtWireAcctPeriod", ControlKind::kPeriod, "Acco&unting Period", "Accounting Period", "",

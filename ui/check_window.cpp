@@ -125,7 +125,7 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditReconcileAccount"}});
   layout.AddMenu("&View",
                  {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
-  layout.AddMenu("Option&s", {{"mnuOptionsAll"},
+  layout.AddMenu("Opt&ions", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},
                               {"mnuOptionsVoids"},

@@ -204,7 +204,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
   layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
-  layout.AddMenu("Option&s", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
+  layout.AddMenu("Opt&ions", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
   layout.AddStatusBar();
   return window;
 }

@@ -38,8 +38,9 @@ TEST_F(PostingWindowsTest, ADepositIsTypedLikeASpreadsheet) {
   Press(Qt::Key_Down);
   Press(Qt::Key_Up);
   EXPECT_EQ(Focus(), "txtFileNumbers_3");
-  EXPECT_EQ(Get<QLabel>(kDeposits, "lblKeys")->text(),
-            "Enter next field     Up Down other line     Ctrl+Enter post     F1 help     Esc back");
+  EXPECT_EQ(
+      Get<QLabel>(kDeposits, "lblKeys")->text(),
+      "Enter next field     Up Down other line     Ctrl+Enter post     F4 look-up     F1 help     Esc back");
   Press(Qt::Key_Return);  // on an empty line: posts
   EXPECT_THAT(office_.TakeTexts(), IsEmpty());
   ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
