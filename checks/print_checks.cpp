@@ -32,7 +32,7 @@ FrmPrintChecks::FrmPrintChecks(Session& session)
       bank_code_(session.BankCode()),
       tables_(session.Home()) {
   SetFormCaption("Print Checks - " + session.BankName());
-  Add(ControlKind::kText, "txtNumbers", "C&hecks").max_length = 200;
+  Add(ControlKind::kText, "txtNumbers", "C&hecks");
   Add(ControlKind::kButton, "cmdList", "&List");
   Add(ControlKind::kGrid, "grdChecks", "Checks");
   Add(ControlKind::kLabel, "lblCount");

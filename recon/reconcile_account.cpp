@@ -59,7 +59,7 @@ FrmReconcileAccount::FrmReconcileAccount(Session& session, ScreenOpener* opener)
   Add(ControlKind::kLabel, "lblProgress", "Press 'Esc' to cancel...").visible = false;
   Add(ControlKind::kLabel, "lblStatus");
   Add(ControlKind::kText, "txtReconciledThrough", "Last Reconciliation").enabled = false;
-  Add(ControlKind::kText, "txtTakeBackReason", "&Reason").max_length = 200;
+  Add(ControlKind::kText, "txtTakeBackReason", "&Reason");
   Add(ControlKind::kButton, "cmdTakeBack", "&Take Back");
   Add(ControlKind::kButton, "cmdCompute", "&Compute");
   Add(ControlKind::kButton, "cmdUpdateBankRecord", "&Update");

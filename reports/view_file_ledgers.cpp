@@ -12,7 +12,6 @@
 namespace tallwick {
 namespace {
 
-constexpr int kFileNumberLength = 14;
 constexpr std::string_view kCaption = "File Ledger";
 constexpr std::size_t kAmountColumn = 3;
 
@@ -93,9 +92,7 @@ FrmViewFileLedgers::FrmViewFileLedgers(Session& session, ScreenOpener& opener, s
     : ReportForm("frmViewFileLedgers", session), opener_(opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kMenu, "mnuFileRefresh", "&Refresh");
-  Control& file = Add(ControlKind::kText, "txtFileNumber", "&File Number");
-  file.max_length = kFileNumberLength;
-  file.text = ToUpper(Trim(file_number));
+  Add(ControlKind::kText, "txtFileNumber", "&File Number").text = ToUpper(Trim(file_number));
   Add(ControlKind::kButton, "cmdShow", "&Show");
   Add(ControlKind::kList, "lstBanks", "&Banks");
   for (const SectionGrid& grid : kGrids)

@@ -51,8 +51,8 @@ constexpr EntryField kEntryFields[] = {
 FrmEditUsers::FrmEditUsers(Session& session) : Form("frmEditUsers", session.Boxes()), session_(session) {
   SetFormCaption("Users and Rights");
   Add(ControlKind::kList, "lstUsers", "&Users:");
-  Add(ControlKind::kText, "txtLogin", "&Login Name:").max_length = 40;
-  Add(ControlKind::kText, "txtUserName", "Full Na&me:").max_length = 60;
+  Add(ControlKind::kText, "txtLogin", "&Login Name:");
+  Add(ControlKind::kText, "txtUserName", "Full Na&me:");
   Add(ControlKind::kCombo, "cboGroup", "&Group:");
   Add(ControlKind::kCheck, "chkMustChange", "Must choose a new &password at the next login");
   Add(ControlKind::kCheck, "chkDisabled", "Account is d&isabled");

@@ -17,7 +17,6 @@
 namespace tallwick {
 namespace {
 
-constexpr int kFileNumberLength = 14;
 constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
 
 constexpr std::string_view kFigures[] = {
@@ -80,7 +79,7 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
   for (std::string_view panel : {"BankName", "Login", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
-  Add(ControlKind::kCombo, "txtFindFile", "Find a file").max_length = kFileNumberLength;
+  Add(ControlKind::kCombo, "txtFindFile", "Find a file");
   Add(ControlKind::kButton, "cmdFindFile", "Find");
   Add(ControlKind::kGrid, "grdLatestPostings", "Latest postings");
   session_.Watch(this);
