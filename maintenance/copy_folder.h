@@ -26,7 +26,7 @@ struct CopyStamp {
   std::string When() const { return time.empty() ? date : date + " " + time; }
 };
 
-// The stamp of the copy that is there; "N/A" without one.
+// The stamp of the copy that is there; "N/A" without one, and for whatever in it is no date or no name.
 CopyStamp ReadStamp(const Session& session);
 // False when it could not be written.
 bool WriteStamp(Session& session);
