@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "core/text_format.h"
 #include "shell/clsSecurity.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
@@ -115,7 +116,8 @@ std::vector<FileGroup> WalkedGroups(const FileSystem& files, std::string_view fo
   std::vector<FileGroup> groups;
   for (std::string_view pattern : {"*.DAT", "*.DBF"}) {
     for (const std::string& name : files.List(folder, pattern)) {
-      if (IsShared(name) || IsOnItsWay(UpperBase(name))) continue;
+      if (IsShared(name) || IsOnItsWay(UpperBase(name)) || EqualsIgnoreCase(name, kFormerSwitchFile))
+        continue;
       groups.push_back({name, Companions(files, folder, name), HasExtension(name, ".DAT")});
     }
   }

@@ -38,9 +38,10 @@ struct FileGroup {
   bool is_data_file = false;       // a ".DAT" file
 };
 
-// The groups of a folder that a copy takes: settings (*.DAT), then tables (*.DBF), without the four tables
-// that the whole company shares. Files that other work is just putting in place (ending in "~" or ".tmp") are
-// never taken.
+// The groups of a folder that a copy and a restore take: settings (*.DAT), then tables (*.DBF), without the
+// four tables that the whole company shares. Never taken are files that other work is just putting in place
+// (ending in "~" or ".tmp"), and the transactions switch of an earlier build, which would lock out another
+// office.
 std::vector<FileGroup> WalkedGroups(const FileSystem& files, std::string_view folder);
 // Those four: agent, banks, cross-references, notes. A group without files is missing in the folder.
 std::vector<FileGroup> SharedGroups(const FileSystem& files, std::string_view folder);
