@@ -28,7 +28,8 @@ bool HasExtension(std::string_view name, std::string_view extension) {
 }
 
 bool IsOnItsWay(std::string_view name) {
-  return name.ends_with('~') || HasExtension(name, ".TMP");
+  return name.ends_with('~') || HasExtension(name, ".TMP") || HasExtension(name, ".SAV") ||
+         HasExtension(name, ".SAV.FPT");
 }
 
 // A table's companions are its own, even where a settings file shares its name.
