@@ -27,6 +27,7 @@ bool HasExtension(std::string_view name, std::string_view extension) {
   return ToUpper(name).ends_with(extension);
 }
 
+// Files that other work is just putting in place, and a table's old form while it is rebuilt.
 bool IsOnItsWay(std::string_view name) {
   return name.ends_with('~') || HasExtension(name, ".TMP") || HasExtension(name, ".SAV") ||
          HasExtension(name, ".SAV.FPT");
@@ -45,9 +46,6 @@ std::vector<std::string> Companions(const FileSystem& files, std::string_view fo
   return names;
 }
 
-std::string UserOfCopy(const Session& session) {
-  for (const std::string& name :
-       {session.User().sUserName, session.TheSuite().Login(), session.TheWorkstation().ComputerName()}) {
 constexpr std::string_view kDateForm = "dddd, mmmm d, yyyy";
 constexpr std::string_view kTimeForm = "hh:nn AM/PM";
 constexpr std::size_t kLongestUser = 64;
@@ -80,6 +78,9 @@ bool IsStampUser(std::string_view text) {
          std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
+std::string UserOfCopy(const Session& session) {
+  for (const std::string& name :
+       {session.User().sUserName, session.TheSuite().Login(), session.TheWorkstation().ComputerName()}) {
     if (!Trim(name).empty()) return std::string(Trim(name));
   }
   return "N/A";
@@ -133,6 +134,14 @@ std::vector<FileGroup> SharedGroups(const FileSystem& files, std::string_view fo
     groups.push_back(std::move(group));
   }
   return groups;
+}
+
+std::uint64_t SizeOf(const FileSystem& files, std::string_view folder, const std::vector<FileGroup>& groups) {
+  std::uint64_t size = 0;
+  for (const FileGroup& group : groups) {
+    for (const std::string& name : group.files) size += files.SizeOf(std::string(folder) + name).value_or(0);
+  }
+  return size;
 }
 
 }  // namespace tallwick

@@ -2,6 +2,7 @@
 // the files that belong to a copy.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -45,5 +46,8 @@ struct FileGroup {
 std::vector<FileGroup> WalkedGroups(const FileSystem& files, std::string_view folder);
 // Those four: agent, banks, cross-references, notes. A group without files is missing in the folder.
 std::vector<FileGroup> SharedGroups(const FileSystem& files, std::string_view folder);
+
+// Of all their files together.
+std::uint64_t SizeOf(const FileSystem& files, std::string_view folder, const std::vector<FileGroup>& groups);
 
 }  // namespace tallwick

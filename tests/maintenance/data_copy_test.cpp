@@ -207,6 +207,22 @@ TEST_F(DataCopyTest, FaultsOfACopyAreToldAndChangeNothingElse) {
   }
 }
 
+// A table may take minutes: whoever wants to stop is not kept waiting for its end.
+TEST_F(DataCopyTest, EscStopsInTheMiddleOfAFile) {
+  office_.WriteFile("Big.dat", std::string(std::size_t{3} << 20, 'x'));  // the first to be copied
+  for (int at = 1; at <= 8; ++at) {
+    office_.boxes.shown.clear();
+    progress_.asked = 0;
+    progress_.stop_after = at;
+    EXPECT_EQ(Copy().message, "Copy Databases Aborted...");
+    EXPECT_EQ(progress_.asked, at);
+    EXPECT_EQ(office_.boxes.shown.size(), 2U) << "no file is said to have failed";
+    EXPECT_FALSE(Copied("Big.dat"));
+  }
+  progress_.stop_after = 0;
+  EXPECT_TRUE(Copy().completed);
+}
+
 TEST_F(DataCopyTest, ACopyThatDiffersFromTheDataIsNotCompleted) {
   office_.faulty.copied = [](std::string_view path) {
     if (path.ends_with("ESCROW_XRFS.DBF")) SystemFileSystem().Append(path, "x");
