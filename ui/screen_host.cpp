@@ -37,6 +37,7 @@ void ScreenHost::Open() {
   RestoreWindow(*window_, window_->size());
   window_->show();
   binder_->Open();
+  RestoreChoices(*window_);
 }
 
 void ScreenHost::OpenAndWait() {
