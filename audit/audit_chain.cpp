@@ -32,6 +32,15 @@ bool ReadNumber(std::string_view word, std::int64_t* number) {
   return error == std::errc() && end == word.data() + word.size() && *number >= 0;
 }
 
+bool LockInTime(engine::File& companion, engine::LockKind kind, Clock& clock) {
+  for (int attempt = 0; attempt < kLockTries; ++attempt) {
+    const int code = companion.Lock(kLockOffset, 1, kind);
+    if (code != engine::kLocked) return code == engine::kSuccess;
+    clock.Sleep(kLockWaitMs);
+  }
+  return false;
+}
+
 std::string WithoutDigest(const ChainRecord& record) {
   return std::string(1, record.kind) + ' ' + std::to_string(record.begin) + ' ' + std::to_string(record.end) +
          ' ' + record.moment + ' ' + record.computer;
@@ -78,6 +87,13 @@ std::string ChainDigest(std::string_view digest_before, const ChainRecord& recor
   return hash.Hex();
 }
 
+ChainHold::ChainHold(const FileSystem& files, engine::FileLayer& disk, Clock& clock,
+                     std::string_view log_path) {
+  int code = engine::kSuccess;
+  companion_ = disk.Open(files.PlatformPath(ChainPathOf(log_path)), engine::OpenMode::kReadOnly, &code);
+  if (companion_) LockInTime(*companion_, engine::LockKind::kShared, clock);
+}
+
 ChainedAppend::ChainedAppend(const Place& place) : place_(place), digest_(kFirstDigest) {
   if (LockCompanion()) ReadEnd();
 }
@@ -86,15 +102,9 @@ bool ChainedAppend::LockCompanion() {
   int code = engine::kSuccess;
   const std::string path = place_.files.PlatformPath(ChainPathOf(place_.log_path));
   companion_ = place_.disk.Open(path, engine::OpenMode::kOpenOrCreate, &code);
-  if (!companion_) return false;
-  for (int attempt = 0; attempt < kLockTries; ++attempt) {
-    code = companion_->Lock(kLockOffset, 1, engine::LockKind::kExclusive);
-    if (code == engine::kSuccess) return true;
-    if (code != engine::kLocked) break;
-    place_.clock.Sleep(kLockWaitMs);
-  }
-  companion_ = nullptr;
-  return false;
+  if (companion_ && !LockInTime(*companion_, engine::LockKind::kExclusive, place_.clock))
+    companion_ = nullptr;
+  return companion_ != nullptr;
 }
 
 // Where the last record ended.
@@ -135,7 +145,7 @@ bool ChainedAppend::Append(std::string_view bytes) {
   if (appended && size == recorded_ + static_cast<std::int64_t>(bytes.size())) {
     Record('E', recorded_, size, bytes);
   } else if (size > recorded_) {
-    RecordFromLog(recorded_, size);  // somebody wrote without the lock, or only a part was taken
+    RecordAmongOthers(bytes, size);
   }
   WriteRecords();
   return appended;
@@ -170,6 +180,23 @@ void ChainedAppend::Record(char kind, std::int64_t begin, std::int64_t end, std:
   record.digest = digest_ = ChainDigest(digest_, record, bytes);
   recorded_ = kind == 'L' ? begin : end;
   lines_ += ChainLine(record);
+}
+
+// Somebody wrote without the lock in the same moment, or the log took only the first part of the bytes.
+void ChainedAppend::RecordAmongOthers(std::string_view bytes, std::int64_t size) {
+  const auto length = static_cast<std::size_t>(size - recorded_);
+  const std::string behind =
+      length <= bytes.size() + kBlock
+          ? place_.files.ReadPart(place_.log_path, static_cast<std::uint64_t>(recorded_), length).value_or("")
+          : std::string();
+  if (!behind.empty() && bytes.starts_with(behind)) return Record('E', recorded_, size, behind);
+  const std::size_t own = behind.find(bytes);
+  if (own == std::string::npos || behind.empty()) return RecordFromLog(recorded_, size);
+  const std::int64_t begin = recorded_ + static_cast<std::int64_t>(own);
+  if (own > 0) RecordFromLog(recorded_, begin);
+  if (recorded_ != begin) return;  // could not be read; the next writer tries again
+  Record('E', begin, begin + static_cast<std::int64_t>(bytes.size()), bytes);
+  if (recorded_ < size) RecordFromLog(recorded_, size);
 }
 
 // Bytes that are in the log already, read block by block: the gap may be a whole log.

@@ -55,6 +55,16 @@ std::optional<ChainRecord> ParseChainLine(std::string_view line);
 void StartChainDigest(Sha256& hash, std::string_view digest_before, const ChainRecord& record);
 std::string ChainDigest(std::string_view digest_before, const ChainRecord& record, std::string_view bytes);
 
+// Keeps writers off while the log and its companion are read, so that they fit together. Where the lock
+// cannot be had in a second they are read all the same.
+class ChainHold {
+ public:
+  ChainHold(const FileSystem& files, engine::FileLayer& disk, Clock& clock, std::string_view log_path);
+
+ private:
+  std::unique_ptr<engine::File> companion_;
+};
+
 // One append to a log with its record. The companion is held from construction to destruction; where it
 // cannot be had the log is written all the same, and the next writer takes the bytes up.
 class ChainedAppend {
@@ -75,6 +85,7 @@ class ChainedAppend {
   bool LockCompanion();
   void ReadEnd();
   void TakeUpGap();
+  void RecordAmongOthers(std::string_view bytes, std::int64_t size);
   void Record(char kind, std::int64_t begin, std::int64_t end, std::string_view bytes);
   void RecordFromLog(std::int64_t begin, std::int64_t end);
   ChainRecord NewRecord(char kind, std::int64_t begin, std::int64_t end) const;

@@ -89,6 +89,14 @@ std::string_view AuditEventKindName(AuditEventKind kind) {
   return "";
 }
 
+bool BeginsAuditEntry(std::string_view line) {
+  return Holds(line, kNewEntry) && !line.starts_with(kEdit);
+}
+
+std::string AuditMoment(const DateTime& when) {
+  return FormatDate(when.date, "mmm dd, yyyy") + " @ " + FormatDateTime(when, "hh:mm:ss ampm");
+}
+
 bool ParseAuditMoment(std::string_view text, DateTime* when) {
   constexpr std::string_view kShape = "mmm dd, yyyy @ hh:mm:ss ";
   if (text.size() != kShape.size() + 2 || text[6] != ',' || text[13] != '@' || text[17] != ':' ||
@@ -120,7 +128,7 @@ void AuditLog::ReadLine(std::string_view line) {
     in_grid_ = false;
     return;
   }
-  if (Holds(line, kNewEntry) && !line.starts_with(kEdit)) return StartEntry(line);
+  if (BeginsAuditEntry(line)) return StartEntry(line);
   if (entries_.empty()) return;
   if (in_grid_ && ReadGridLine(line)) return;
   AddEvent(line);

@@ -109,7 +109,12 @@ class AuditLog {
   clsSearchControls grid_names_;
 };
 
-// "Mar 04, 2024 @ 02:07:31 PM" as the log writes it. False for anything else.
+// Whether a line of the log, trimmed, begins an entry.
+bool BeginsAuditEntry(std::string_view line);
+
+// "Mar 04, 2024 @ 02:07:31 PM": a moment as the log writes it.
+std::string AuditMoment(const DateTime& when);
+// Reads one. False for anything else.
 bool ParseAuditMoment(std::string_view text, DateTime* when);
 
 }  // namespace tallwick

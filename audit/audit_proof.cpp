@@ -4,6 +4,7 @@
 #include <optional>
 
 #include "audit/audit_chain.h"
+#include "audit/audit_log.h"
 #include "core/encoding.h"
 #include "core/text.h"
 #include "core/text_format.h"
@@ -11,7 +12,7 @@
 namespace tallwick {
 namespace {
 
-constexpr std::size_t kMostProblems = 20;
+constexpr std::size_t kMostSentences = 20;  // of one kind
 
 std::string Count(std::int64_t number) {
   return FormatNumber(static_cast<long long>(number), "##,###,###,###");
@@ -21,10 +22,13 @@ std::string Bytes(std::int64_t number) {
   return Count(number) + (number == 1 ? " byte" : " bytes");
 }
 
-// "2024-03-04 14:07:31" as a person reads it.
+// "2024-03-04 14:07:31" as the log writes it.
 std::string MomentText(const std::string& moment) {
-  if (moment.size() < 10) return moment;
-  return moment.substr(5, 2) + "/" + moment.substr(8, 2) + "/" + moment.substr(0, 4) + moment.substr(10);
+  if (moment.size() != 19) return moment;
+  const auto digits = [&](std::size_t place, std::size_t count) { return moment.substr(place, count); };
+  const std::optional<Date> date = ParseStoredDate(digits(0, 4) + digits(5, 2) + digits(8, 2));
+  if (!date || !IsAllDigits(digits(11, 2) + digits(14, 2) + digits(17, 2))) return moment;
+  return AuditMoment({*date, std::stoi(digits(11, 2)), std::stoi(digits(14, 2)), std::stoi(digits(17, 2))});
 }
 
 std::string WrittenBy(const ChainRecord& record) {
@@ -39,17 +43,19 @@ class Prover {
 
   AuditProof Prove(std::string_view seal) {
     if (records_.empty() && !log_.empty()) Problem("The companion file holds no record of the log.");
+    LookForSeal(seal);
     FindLosses();
     FindShift();
     for (std::size_t i = 0; i < records_.size(); ++i) Check(i);
-    LookForSeal(seal);
-    Note();
+    CheckTail();
     proof_.records = static_cast<std::int64_t>(records_.size());
+    LookForAdditions();
     if (!records_.empty()) {
       proof_.since = records_.front().record.moment;
       proof_.seal = records_.back().record.digest;
     }
-    if (left_out_ > 0) proof_.problems.push_back("And " + Count(left_out_) + " more of this kind.");
+    TellLeftOut(problems_left_out_, &proof_.problems);
+    TellLeftOut(notes_left_out_, &proof_.notes);
     proof_.proven = proof_.problems.empty();
     return std::move(proof_);
   }
@@ -61,11 +67,17 @@ class Prover {
     bool lost = false;  // a later record says that the log was cut within or before this one
   };
 
-  void Problem(std::string text) {
-    if (proof_.problems.size() < kMostProblems)
-      proof_.problems.push_back(std::move(text));
+  static void Add(std::string text, std::vector<std::string>* sentences, std::int64_t* left_out) {
+    if (sentences->size() < kMostSentences)
+      sentences->push_back(std::move(text));
     else
-      ++left_out_;
+      ++*left_out;
+  }
+  void Problem(std::string text) { Add(std::move(text), &proof_.problems, &problems_left_out_); }
+  void Note(std::string text) { Add(std::move(text), &proof_.notes, &notes_left_out_); }
+
+  static void TellLeftOut(std::int64_t count, std::vector<std::string>* sentences) {
+    if (count > 0) sentences->push_back("And " + Count(count) + " more of this kind.");
   }
 
   void ReadRecords(std::string_view companion) {
@@ -133,6 +145,7 @@ class Prover {
     if (read.lost) return;
     if (Matches(read, before, shift_)) {
       failed_before_ = false;
+      if (record.kind == 'G') JudgeTakenUp(place);
       return;
     }
     if (shift_ != end_shift_ && Matches(read, before, end_shift_)) {
@@ -173,28 +186,71 @@ class Prover {
     if (Trim(seal).empty()) return;
     const std::string wanted = ToUpper(Trim(seal));
     for (const Read& one : records_) {
+      ++sealed_;
       if (one.record.digest != wanted) continue;
-      proof_.notes.push_back("The seal is that of the entry recorded " + WrittenBy(one.record) + ".");
-      return;
+      return Note("The seal is that of the entry recorded " + WrittenBy(one.record) + ".");
     }
+    sealed_ = 0;
     Problem("The seal is not among the records: the log or its companion file was replaced by another one.");
   }
 
-  void Note() {
-    std::int64_t taken_up = 0;
-    const ChainRecord* first = nullptr;
-    for (const Read& one : records_) {
-      if (one.record.kind != 'G') continue;
-      taken_up += one.record.end - one.record.begin;
-      if (first == nullptr) first = &one.record;
+  // --- What nobody recorded when it was written ---
+
+  // A log that is older than its companion is taken up whole by the first record.
+  void JudgeTakenUp(std::size_t place) {
+    const ChainRecord& record = records_[place].record;
+    if (records_[place].anew) return;
+    if (place == 0) {
+      proof_.recorded_from = LineAt(record.end);
+      return Note("The lines before line " + std::to_string(proof_.recorded_from) +
+                  " are older than the companion file, which began " + WrittenBy(record) +
+                  ": nothing shows how they were written, only that they have not changed since then.");
     }
-    if (first != nullptr)
-      proof_.notes.push_back(
-          Bytes(taken_up) + " had not been recorded when they were written, and were taken up later, first " +
-          WrittenBy(*first) + ": they stand unchanged since then.");
-    if (!records_.empty() && proof_.problems.empty() && end_shift_ > 0)
-      proof_.notes.push_back("The last " + Bytes(end_shift_) +
-                             " are not recorded yet; the next entry takes them up.");
+    const std::string noticed = "  Noticed " + WrittenBy(record) + ", and unchanged since then.";
+    for (UnrecordedLines& lines : FindUnrecordedLines(log_, record.begin + shift_, record.end + shift_))
+      JudgeUnrecorded(std::move(lines), noticed, place < sealed_);
+  }
+
+  void CheckTail() {
+    if (records_.empty() || shift_ != 0 || end_shift_ <= 0) return;
+    const auto size = static_cast<std::int64_t>(log_.size());
+    for (UnrecordedLines& lines : FindUnrecordedLines(log_, size - end_shift_, size))
+      JudgeUnrecorded(std::move(lines), {}, false);
+  }
+
+  // Whoever noted a seal has had before him what was found up to then.
+  void JudgeUnrecorded(UnrecordedLines lines, const std::string& noticed, bool sealed) {
+    const std::string text = TextOf(lines) + noticed;
+    if (lines.other_program || sealed) {
+      Note(text);
+      proof_.unrecorded.push_back(std::move(lines));
+    } else {
+      Problem(text);
+    }
+  }
+
+  static std::string TextOf(const UnrecordedLines& lines) {
+    const std::string place = lines.Place() + (lines.first == lines.last ? " was" : " were");
+    if (lines.entries == 0)
+      return place + " not recorded by this program, and belongs to no entry: somebody else put it in.";
+    const std::string what = lines.entries == 1
+                                 ? "an entry (" + lines.sample + ")"
+                                 : Count(lines.entries) + " entries (the first: " + lines.sample + ")";
+    if (lines.other_program) {
+      return place + " not recorded by this program: " + what +
+             " of a kind that other programs of the suite write.  Nothing proves who wrote it.";
+    }
+    return place + " not recorded by this program, though it writes such entries: " + what +
+           ".  Somebody else put that in, or a workstation stopped before it could record it.";
+  }
+
+  void LookForAdditions() {
+    constexpr std::string_view kAddition = "[ADD";
+    for (std::size_t at = log_.find(kAddition); at != std::string_view::npos;
+         at = log_.find(kAddition, at + 1))
+      if (at == 0 || log_[at - 1] == '\n') ++proof_.additions;
+    proof_.tells_switching_on =
+        log_.find("[EDIT] chkGenAuditTrail was: Unchecked now: Checked") != std::string_view::npos;
   }
 
   std::string_view log_;
@@ -202,15 +258,22 @@ class Prover {
   AuditProof proof_;
   std::int64_t shift_ = 0;      // how far the bytes of the records have moved, as known so far
   std::int64_t end_shift_ = 0;  // how far those of the last record have
-  std::int64_t left_out_ = 0;
+  std::size_t sealed_ = 0;      // so many records stand at or before the one that the seal names
+  std::int64_t problems_left_out_ = 0;
+  std::int64_t notes_left_out_ = 0;
   bool failed_before_ = false;
 };
 
 }  // namespace
 
-AuditProof ProveAuditLog(const FileSystem& files, std::string_view log_path, std::string_view seal) {
-  const std::optional<std::string> companion = files.Read(ChainPathOf(log_path));
-  const std::optional<std::string> log = files.Read(log_path);
+AuditProof ProveAuditLog(const AuditPlace& place, std::string_view seal) {
+  std::optional<std::string> companion;
+  std::optional<std::string> log;
+  {
+    const ChainHold hold(place.files, place.disk, place.clock, place.log_path);
+    companion = place.files.Read(ChainPathOf(place.log_path));
+    log = place.files.Read(place.log_path);
+  }
   AuditProof proof;
   if (!log && !companion && seal.empty()) {
     proof.proven = true;
@@ -222,7 +285,8 @@ AuditProof ProveAuditLog(const FileSystem& files, std::string_view log_path, std
     return proof;
   }
   if (!log) {
-    proof.problems.emplace_back("The log is missing or cannot be read.");
+    proof.problems.emplace_back(
+        "The log is missing or cannot be read, though its companion file shows that there was one.");
     return proof;
   }
   return Prover(*log, *companion).Prove(seal);
@@ -231,7 +295,15 @@ AuditProof ProveAuditLog(const FileSystem& files, std::string_view log_path, std
 std::string ProofSummary(const AuditProof& proof) {
   if (!proof.proven) return "NOT proven: " + proof.problems.front();
   if (proof.records == 0) return proof.notes.empty() ? "Nothing is recorded yet." : proof.notes.front();
-  return "Proven: no line was changed or removed since " + MomentText(proof.since) + ".";
+  std::int64_t unrecorded = 0;
+  for (const UnrecordedLines& lines : proof.unrecorded) unrecorded += lines.last - lines.first + 1;
+  std::string text = "Proven";
+  if (proof.recorded_from > 1) text += " from line " + std::to_string(proof.recorded_from) + " on";
+  if (unrecorded > 0)
+    text += ", but for " + Count(unrecorded) + (unrecorded == 1 ? " line" : " lines") +
+            " that this program did not record";
+  return text + ": no " + (unrecorded > 0 ? "other line" : "line") + " was changed or removed since " +
+         MomentText(proof.since) + ".";
 }
 
 }  // namespace tallwick

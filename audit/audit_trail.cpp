@@ -3,8 +3,8 @@
 #include <optional>
 
 #include "audit/audit_chain.h"
+#include "audit/audit_log.h"
 #include "core/encoding.h"
-#include "core/text_format.h"
 
 namespace tallwick {
 namespace {
@@ -100,9 +100,7 @@ void WriteAuditTrail(const AuditTarget& target, Form& form, int action, int tx, 
 }
 
 std::string WriteAuditHeader(const AuditTarget& target, int tx, std::string_view reference) {
-  const DateTime now = target.clock.Now();
-  std::string line = "[DATE: " + FormatDate(now.date, "mmm dd, yyyy") + " @ ";
-  line += FormatDateTime(now, "hh:mm:ss ampm") + "][TX: ";
+  std::string line = "[DATE: " + AuditMoment(target.clock.Now()) + "][TX: ";
   line += AuditTxName(tx);
   line += "][REFERENCE: " + OnOneLine(std::string(reference)) + "][LOGIN: " + OnOneLine(target.login);
   line += "][COMPUTER: " + OnOneLine(target.computer) + "]\r\n";

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "audit/audit_proof.h"
 #include "audit/audit_trail.h"
+#include "audit/bank_proof.h"
 #include "core/encoding.h"
 #include "core/text.h"
 #include "core/text_format.h"
@@ -187,14 +187,15 @@ void FrmViewLog::OfferValues() {
 }
 
 void FrmViewLog::ShowProof() {
-  SetCaption("lblProof", ProofSummary(ProveAuditLog(session_.Files(), path_)));
+  SetCaption("lblProof", ProofSummary(ProveBankLog(session_, bank_code_)));
 }
 
 void FrmViewLog::Prove() {
-  const AuditProof proof = ProveAuditLog(session_.Files(), path_);
+  const AuditProof proof = ProveBankLog(session_, bank_code_);
   SetCaption("lblProof", ProofSummary(proof));
   std::string text;
   const auto add = [&text](const std::string& line) { text += (text.empty() ? "" : "\r") + line; };
+  if (!proof.proven) add("NOT proven:");
   if (proof.proven && proof.records > 0) add(ProofSummary(proof));
   for (const std::string& problem : proof.problems) add(problem);
   for (const std::string& note : proof.notes) add(note);

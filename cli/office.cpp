@@ -63,8 +63,17 @@ std::optional<TableHome> Office::Tables() {
             kNoTables);
     return std::nullopt;
   }
-  clsKVRData* store = Store();
-  return store == nullptr ? std::nullopt : std::optional(TableHome{*store, files_, boxes_, folder});
+  if (Store() == nullptr || !MayEnter(folder)) return std::nullopt;
+  return TableHome{*store_, files_, boxes_, folder};
+}
+
+bool Office::MayEnter(const std::string& folder) {
+  std::string holder;
+  if (Store() == nullptr || store_->MayEnter(folder, &holder) != engine::kErrorOpenRefused) return true;
+  Refused(std::string(kExclusiveText) + "  " + (holder.empty() ? "Another workstation" : holder) +
+              " has the files for maintenance, or restores them.",
+          kNoTables);
+  return false;
 }
 
 bool Office::MakeDataFolder() {
@@ -80,6 +89,8 @@ Session* Office::Open() {
   if (!HasDataOption()) return nullptr;
   StartUpOutcome outcome =
       StartUp(ThePorts(), [this] { return std::make_unique<CommandLineSuite>(options_, files_); });
+  if (outcome.result == StartUpResult::kExclusive && !MayEnter(CommandLineSuite(options_, files_).DataPath()))
+    return nullptr;
   if (!outcome.session) return Refused("The company in " + options_.data + " could not be opened", kNoTables);
   made_tables_ = std::move(outcome.made_tables);
   application_ = std::make_unique<Application>(std::move(outcome.session), opener_);

@@ -37,6 +37,9 @@ class Office {
   // The tables of --data without starting the company, for work on damaged ones. Nullopt after a message
   // where there is no company.
   std::optional<TableHome> Tables();
+  // False, after a message that names it, while another workstation holds the company's folder (held form)
+  // for itself.
+  bool MayEnter(const std::string& folder);
   // Makes the folder of --data where it is missing, for a company that begins. False after a message.
   bool MakeDataFolder();
   // The company of --data, started as the desktop starts it. Null after a message; Status() then says with

@@ -4,6 +4,7 @@
 #pragma once
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -12,6 +13,9 @@
 #include "core/date.h"
 
 namespace tallwick {
+
+// Told of so many more bytes of a long read or copy that have been done; false ends it. May be empty.
+using GoesOn = std::function<bool(std::size_t bytes)>;
 
 class FileSystem {
  public:
@@ -42,8 +46,9 @@ class FileSystem {
   virtual bool Write(std::string_view path, std::string_view contents) = 0;
   // Adds at the end in one write, making the file when it is missing.
   virtual bool Append(std::string_view path, std::string_view contents) = 0;
-  // Copies and renames replace an existing `to`; a copy that fails leaves it as it was.
-  virtual bool Copy(std::string_view from, std::string_view to) = 0;
+  // Copies and renames replace an existing `to`; a copy that fails, or was told not to go on, leaves it as it
+  // was.
+  virtual bool Copy(std::string_view from, std::string_view to, const GoesOn& goes_on) = 0;
   virtual bool Rename(std::string_view from, std::string_view to) = 0;
   // Removes a file, never a folder. True when it does not exist afterwards.
   virtual bool Remove(std::string_view path) = 0;

@@ -145,10 +145,10 @@ class PosixFileSystem : public PortableFileSystem {
     return file.IsOpen() && file.Write(contents) == static_cast<ssize_t>(contents.size());
   }
 
-  bool Copy(std::string_view from, std::string_view to) override {
+  bool Copy(std::string_view from, std::string_view to, const GoesOn& goes_on) override {
     const Descriptor source(PlatformPath(from), O_RDONLY);
     if (!source.IsOpen() || !FileExists(from)) return false;
-    return Replace(PlatformPath(to), [&](const Descriptor& file) { return CopyAll(source, file); });
+    return Replace(PlatformPath(to), [&](const Descriptor& file) { return CopyAll(source, file, goes_on); });
   }
 
   bool Rename(std::string_view from, std::string_view to) override {
@@ -156,14 +156,16 @@ class PosixFileSystem : public PortableFileSystem {
   }
 
  private:
-  static bool CopyAll(const Descriptor& source, const Descriptor& target) {
+  static bool CopyAll(const Descriptor& source, const Descriptor& target, const GoesOn& goes_on) {
     std::string buffer(1 << 20, '\0');
     while (true) {
       const ssize_t count = read(source.Number(), buffer.data(), buffer.size());
       if (count == 0) return true;
       if (count < 0 && errno == EINTR) continue;
       if (count < 0) return false;
-      if (!target.WriteAll(std::string_view(buffer).substr(0, static_cast<std::size_t>(count)))) return false;
+      const auto bytes = static_cast<std::size_t>(count);
+      if (!target.WriteAll(std::string_view(buffer).substr(0, bytes))) return false;
+      if (goes_on && !goes_on(bytes)) return false;
     }
   }
 };

@@ -48,6 +48,19 @@ bool PutInPlace(const fs::path& beside, const fs::path& target, bool complete) {
   return false;
 }
 
+struct CopyTold {
+  const GoesOn& goes_on;
+  std::size_t bytes;  // told of so far
+};
+
+DWORD CALLBACK ToldOfCopy(LARGE_INTEGER, LARGE_INTEGER done, LARGE_INTEGER, LARGE_INTEGER, DWORD, DWORD,
+                          HANDLE, HANDLE, LPVOID data) {
+  auto& told = *static_cast<CopyTold*>(data);
+  const std::size_t more = static_cast<std::size_t>(done.QuadPart) - told.bytes;
+  told.bytes += more;
+  return more == 0 || !told.goes_on || told.goes_on(more) ? PROGRESS_CONTINUE : PROGRESS_CANCEL;
+}
+
 class Win32FileSystem : public PortableFileSystem {
  public:
   std::string PlatformPath(std::string_view path) const override {
@@ -68,10 +81,12 @@ class Win32FileSystem : public PortableFileSystem {
     return WriteOnce(NativePath(path), FILE_APPEND_DATA, OPEN_ALWAYS, contents, false);
   }
 
-  bool Copy(std::string_view from, std::string_view to) override {
+  bool Copy(std::string_view from, std::string_view to, const GoesOn& goes_on) override {
     const fs::path target = NativePath(to);
     const fs::path beside = Beside(target);
-    const bool copied = CopyFileW(NativePath(from).c_str(), beside.c_str(), FALSE) != 0;
+    CopyTold told{goes_on, 0};
+    const bool copied =
+        CopyFileExW(NativePath(from).c_str(), beside.c_str(), ToldOfCopy, &told, nullptr, 0) != 0;
     return PutInPlace(beside, target, copied && FlushFile(beside));
   }
 

@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "core/text_format.h"
 #include "shell/clsSecurity.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
@@ -26,8 +27,10 @@ bool HasExtension(std::string_view name, std::string_view extension) {
   return ToUpper(name).ends_with(extension);
 }
 
+// Files that other work is just putting in place, and a table's old form while it is rebuilt.
 bool IsOnItsWay(std::string_view name) {
-  return name.ends_with('~') || HasExtension(name, ".TMP");
+  return name.ends_with('~') || HasExtension(name, ".TMP") || HasExtension(name, ".SAV") ||
+         HasExtension(name, ".SAV.FPT");
 }
 
 // A table's companions are its own, even where a settings file shares its name.
@@ -41,6 +44,38 @@ std::vector<std::string> Companions(const FileSystem& files, std::string_view fo
     return IsOnItsWay(one) || (is_table && HasExtension(one, ".DAT"));
   });
   return names;
+}
+
+constexpr std::string_view kDateForm = "dddd, mmmm d, yyyy";
+constexpr std::string_view kTimeForm = "hh:nn AM/PM";
+constexpr std::size_t kLongestUser = 64;
+
+int NumberIn(std::string_view digits) {
+  return IsAllDigits(digits) && digits.size() <= 4 ? std::stoi(std::string(digits)) : 0;
+}
+
+// "Friday, March 15, 2024"; a text that is not the form of any day is no date.
+bool IsStampDate(const std::string& text) {
+  const std::vector<std::string> words = Split(text, ' ');
+  if (words.size() != 4 || words[2].empty()) return false;
+  Date date{NumberIn(words[3]), 0, NumberIn(words[2].substr(0, words[2].size() - 1))};
+  for (date.month = 1; date.month <= 12; ++date.month) {
+    if (IsValidDate(date) && EqualsIgnoreCase(FormatDate(date, kDateForm), text)) return true;
+  }
+  return false;
+}
+
+// "09:30 AM"
+bool IsStampTime(std::string_view text) {
+  if (text.size() != 8) return false;
+  DateTime when{{2000, 1, 1}, NumberIn(text.substr(0, 2)) % 12, NumberIn(text.substr(3, 2)), 0};
+  if (EqualsIgnoreCase(text.substr(6), "PM")) when.hour += 12;
+  return when.minute < 60 && EqualsIgnoreCase(FormatDateTime(when, kTimeForm), text);
+}
+
+bool IsStampUser(std::string_view text) {
+  return !text.empty() && text.size() <= kLongestUser &&
+         std::none_of(text.begin(), text.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
 std::string UserOfCopy(const Session& session) {
@@ -64,16 +99,17 @@ CopyStamp ReadStamp(const Session& session) {
   if (!text) return stamp;
   const std::vector<std::string> lines = Split(FromWindows1252(*text), '\n');
   const auto line = [&lines](std::size_t i) { return i < lines.size() ? std::string(Trim(lines[i])) : ""; };
-  if (!line(0).empty()) stamp.date = line(0);
-  stamp.time = line(1);
-  if (!line(2).empty()) stamp.user = line(2);
+  if (!IsStampDate(line(0))) return stamp;
+  stamp.date = line(0);
+  if (IsStampTime(line(1))) stamp.time = line(1);
+  if (IsStampUser(line(2))) stamp.user = line(2);
   return stamp;
 }
 
 bool WriteStamp(Session& session) {
   const DateTime now = session.TheClock().Now();
-  const std::string text = FormatDateTime(now, "dddd, mmmm d, yyyy") + "\r\n" +
-                           FormatDateTime(now, "hh:nn AM/PM") + "\r\n" + UserOfCopy(session) + "\r\n";
+  const std::string text = FormatDateTime(now, kDateForm) + "\r\n" + FormatDateTime(now, kTimeForm) + "\r\n" +
+                           UserOfCopy(session) + "\r\n";
   return session.Files().Write(CopyFolder(session) + std::string(CopyStamp::kFileName),
                                ToWindows1252(text).value_or(text));
 }
@@ -82,7 +118,8 @@ std::vector<FileGroup> WalkedGroups(const FileSystem& files, std::string_view fo
   std::vector<FileGroup> groups;
   for (std::string_view pattern : {"*.DAT", "*.DBF"}) {
     for (const std::string& name : files.List(folder, pattern)) {
-      if (IsShared(name) || IsOnItsWay(UpperBase(name))) continue;
+      if (IsShared(name) || IsOnItsWay(UpperBase(name)) || EqualsIgnoreCase(name, kFormerSwitchFile))
+        continue;
       groups.push_back({name, Companions(files, folder, name), HasExtension(name, ".DAT")});
     }
   }
@@ -97,6 +134,14 @@ std::vector<FileGroup> SharedGroups(const FileSystem& files, std::string_view fo
     groups.push_back(std::move(group));
   }
   return groups;
+}
+
+std::uint64_t SizeOf(const FileSystem& files, std::string_view folder, const std::vector<FileGroup>& groups) {
+  std::uint64_t size = 0;
+  for (const FileGroup& group : groups) {
+    for (const std::string& name : group.files) size += files.SizeOf(std::string(folder) + name).value_or(0);
+  }
+  return size;
 }
 
 }  // namespace tallwick

@@ -2,6 +2,7 @@
 // the files that belong to a copy.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,7 +27,7 @@ struct CopyStamp {
   std::string When() const { return time.empty() ? date : date + " " + time; }
 };
 
-// The stamp of the copy that is there; "N/A" without one.
+// The stamp of the copy that is there; "N/A" without one, and for whatever in it is no date or no name.
 CopyStamp ReadStamp(const Session& session);
 // False when it could not be written.
 bool WriteStamp(Session& session);
@@ -38,11 +39,15 @@ struct FileGroup {
   bool is_data_file = false;       // a ".DAT" file
 };
 
-// The groups of a folder that a copy takes: settings (*.DAT), then tables (*.DBF), without the four tables
-// that the whole company shares. Files that other work is just putting in place (ending in "~" or ".tmp") are
-// never taken.
+// The groups of a folder that a copy and a restore take: settings (*.DAT), then tables (*.DBF), without the
+// four tables that the whole company shares. Never taken are files that other work is just putting in place
+// (ending in "~" or ".tmp"), and the transactions switch of an earlier build, which would lock out another
+// office.
 std::vector<FileGroup> WalkedGroups(const FileSystem& files, std::string_view folder);
 // Those four: agent, banks, cross-references, notes. A group without files is missing in the folder.
 std::vector<FileGroup> SharedGroups(const FileSystem& files, std::string_view folder);
+
+// Of all their files together.
+std::uint64_t SizeOf(const FileSystem& files, std::string_view folder, const std::vector<FileGroup>& groups);
 
 }  // namespace tallwick

@@ -36,8 +36,8 @@ const CopiedFile* CopyManifest::Find(std::string_view name) const {
   return nullptr;
 }
 
-std::optional<CopiedFile> Fingerprint(const FileSystem& files, std::string_view folder,
-                                      std::string_view name) {
+std::optional<CopiedFile> Fingerprint(const FileSystem& files, std::string_view folder, std::string_view name,
+                                      const GoesOn& goes_on) {
   const std::string path = std::string(folder) + std::string(name);
   CopiedFile file{std::string(name), 0, {}};
   Sha256 digest;
@@ -46,10 +46,17 @@ std::optional<CopiedFile> Fingerprint(const FileSystem& files, std::string_view 
     if (!piece) return std::nullopt;
     digest.Add(*piece);
     file.size += piece->size();
+    if (goes_on && !goes_on(piece->size())) return std::nullopt;
     if (piece->size() < kPiece) break;
   }
   file.digest = digest.Hex();
   return file;
+}
+
+std::uint64_t SizeOf(const CopyManifest& manifest) {
+  std::uint64_t size = 0;
+  for (const CopiedFile& file : manifest.files) size += file.size;
+  return size;
 }
 
 std::string ManifestText(const CopyManifest& manifest) {

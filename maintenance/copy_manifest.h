@@ -33,9 +33,12 @@ struct CopyManifest {
   const CopiedFile* Find(std::string_view name) const;
 };
 
-// Size and digest of a file; nullopt when it cannot be read.
-std::optional<CopiedFile> Fingerprint(const FileSystem& files, std::string_view folder,
-                                      std::string_view name);
+// Size and digest of a file; nullopt when it cannot be read, or was told not to go on.
+std::optional<CopiedFile> Fingerprint(const FileSystem& files, std::string_view folder, std::string_view name,
+                                      const GoesOn& goes_on);
+
+// Of all files together.
+std::uint64_t SizeOf(const CopyManifest& manifest);
 
 std::string ManifestText(const CopyManifest& manifest);
 // nullopt for a text that is no manifest, or not whole.

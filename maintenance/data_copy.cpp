@@ -1,6 +1,7 @@
 #include "maintenance/data_copy.h"
 
 #include "core/text.h"
+#include "maintenance/byte_progress.h"
 #include "maintenance/control_file.h"
 #include "maintenance/copy_folder.h"
 #include "maintenance/copy_manifest.h"
@@ -21,7 +22,7 @@ class CopyRun {
       : session_(session),
         files_(session.Files()),
         boxes_(session.Boxes()),
-        progress_(progress),
+        bytes_(progress),
         folder_(CopyFolder(session)),
         tells_abort_(tells_abort) {}
 
@@ -106,7 +107,9 @@ class CopyRun {
   bool CopyGroups() {
     const std::vector<FileGroup> walked = WalkedGroups(files_, session_.DataPath());
     const std::vector<FileGroup> shared = SharedGroups(files_, session_.DataPath());
-    total_ = static_cast<std::int64_t>(walked.size() + shared.size());
+    // Read for the digest, then copied.
+    bytes_.Begin(2 *
+                 (SizeOf(files_, session_.DataPath(), walked) + SizeOf(files_, session_.DataPath(), shared)));
     for (const FileGroup& group : walked) {
       if (!CopyGroup(group)) return false;
     }
@@ -120,14 +123,14 @@ class CopyRun {
   }
 
   bool CopyGroup(const FileGroup& group) {
-    progress_.Show("Copying " + group.name + " to " + files_.PlatformPath(folder_) + ".", done_++, total_);
-    if (progress_.StopWanted()) return false;
+    if (!bytes_.Show("Copying " + group.name + " to " + files_.PlatformPath(folder_) + ".")) return false;
     if (group.files.empty()) return GoesOnWithout(group.name);
     for (const std::string& name : group.files) {
-      const std::optional<CopiedFile> source = Fingerprint(files_, session_.DataPath(), name);
-      if (source && files_.Copy(session_.DataPath() + name, folder_ + name)) {
+      const std::optional<CopiedFile> source =
+          Fingerprint(files_, session_.DataPath(), name, bytes_.OfFile());
+      if (source && files_.Copy(session_.DataPath() + name, folder_ + name, bytes_.OfFile())) {
         manifest_.files.push_back(*source);
-      } else if (!GoesOnWithout(name)) {
+      } else if (bytes_.IsStopped() || !GoesOnWithout(name)) {
         return false;
       }
     }
@@ -142,14 +145,13 @@ class CopyRun {
 
   bool Prove() {
     std::vector<CopiedFile> proven;
+    bytes_.Begin(SizeOf(manifest_));
     for (const CopiedFile& file : manifest_.files) {
-      progress_.Show("Verifying " + file.name + ".", static_cast<std::int64_t>(proven.size()),
-                     static_cast<std::int64_t>(manifest_.files.size()));
-      if (progress_.StopWanted()) return false;
-      if (Fingerprint(files_, folder_, file.name) == file) {
+      if (!bytes_.Show("Verifying " + file.name + ".")) return false;
+      if (Fingerprint(files_, folder_, file.name, bytes_.OfFile()) == file) {
         proven.push_back(file);
         outcome_.files.push_back(file.name);
-      } else if (!GoesOnWithout(file.name)) {
+      } else if (bytes_.IsStopped() || !GoesOnWithout(file.name)) {
         return false;
       }
     }
@@ -175,13 +177,11 @@ class CopyRun {
   Session& session_;
   FileSystem& files_;
   MessageBoxes& boxes_;
-  WorkProgress& progress_;
+  ByteProgress bytes_;
   std::string folder_;
   bool tells_abort_;
   CopyManifest manifest_;
   CopyOutcome outcome_;
-  std::int64_t done_ = 0;
-  std::int64_t total_ = 0;
 };
 
 }  // namespace

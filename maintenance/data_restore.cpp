@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "maintenance/byte_progress.h"
 #include "maintenance/control_file.h"
 #include "maintenance/copy_folder.h"
 #include "maintenance/copy_manifest.h"
@@ -50,7 +51,7 @@ class RestoreRun {
         files_(session.Files()),
         boxes_(session.Boxes()),
         data_(session.Data()),
-        progress_(progress),
+        bytes_(progress),
         folder_(CopyFolder(session)) {}
 
   CopyOutcome Run() {
@@ -104,7 +105,7 @@ class RestoreRun {
     const std::optional<std::string> text = files_.Read(folder_ + std::string(CopyManifest::kFileName));
     if (!text) return IsWantedUnproven();
     const std::vector<std::string> problems = ProblemsOf(ParseManifest(*text));
-    if (stopped_ || problems.empty()) return !stopped_;
+    if (bytes_.IsStopped() || problems.empty()) return !bytes_.IsStopped();
     std::string question = "The copy is not as it was made:\r";
     for (std::size_t i = 0; i < std::min(problems.size(), kProblemsShown); ++i)
       question += "\r" + problems[i];
@@ -128,13 +129,11 @@ class RestoreRun {
     if (!manifest) return {std::string(CopyManifest::kFileName) + " cannot be understood"};
     std::vector<std::string> problems;
     if (!manifest->complete) problems.emplace_back("the copy was not completed");
-    std::int64_t done = 0;
+    bytes_.Begin(SizeOf(*manifest));
     for (const CopiedFile& file : manifest->files) {
-      progress_.Show("Verifying " + file.name + ".", done++,
-                     static_cast<std::int64_t>(manifest->files.size()));
-      stopped_ = stopped_ || progress_.StopWanted();
-      if (stopped_) return problems;
-      const std::optional<CopiedFile> found = Fingerprint(files_, folder_, file.name);
+      if (!bytes_.Show("Verifying " + file.name + ".")) return problems;
+      const std::optional<CopiedFile> found = Fingerprint(files_, folder_, file.name, bytes_.OfFile());
+      if (bytes_.IsStopped()) return problems;
       if (!found)
         problems.push_back(file.name + " is missing");
       else if (*found != file)
@@ -150,13 +149,12 @@ class RestoreRun {
   // --- Beside the data ---
 
   bool StageAll() {
-    std::int64_t done = 0;
+    bytes_.Begin(SizeOf(files_, folder_, copied_));
     for (const FileGroup& group : copied_) {
-      progress_.Show("Restoring " + group.name + " from " + files_.PlatformPath(folder_) + ".", done++,
-                     static_cast<std::int64_t>(copied_.size()));
-      if (progress_.StopWanted()) return false;
+      if (!bytes_.Show("Restoring " + group.name + " from " + files_.PlatformPath(folder_) + "."))
+        return false;
       if (group.is_data_file && !MayOverwrite(group.name)) continue;
-      if (!StageGroup(group) && !GoesOnWithout(group.name)) return false;
+      if (!StageGroup(group) && (bytes_.IsStopped() || !GoesOnWithout(group.name))) return false;
     }
     return true;
   }
@@ -185,7 +183,7 @@ class RestoreRun {
       if (!whole) break;
       const std::string target = session_.DataPath() + name;
       staged.push_back(target);
-      whole = files_.Copy(folder_ + name, data_.NewFormOf(target)) &&
+      whole = files_.Copy(folder_ + name, data_.NewFormOf(target), bytes_.OfFile()) &&
               files_.SizeOf(data_.NewFormOf(target)) == files_.SizeOf(folder_ + name);
     }
     if (!whole) {
@@ -274,13 +272,12 @@ class RestoreRun {
   FileSystem& files_;
   MessageBoxes& boxes_;
   clsKVRData& data_;
-  WorkProgress& progress_;
+  ByteProgress bytes_;
   std::string folder_;
   std::vector<FileGroup> copied_;
   std::vector<std::string> replaced_;  // paths in the data, their new forms beside them
   std::vector<std::string> removed_;
   std::vector<std::pair<std::string, const TableLayout*>> without_index_;
-  bool stopped_ = false;
   CopyOutcome outcome_;
 };
 

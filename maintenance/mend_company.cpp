@@ -6,6 +6,7 @@
 
 #include "maintenance/verify_company.h"
 #include "maintenance/verify_journal.h"
+#include "maintenance/verify_leftovers.h"
 #include "maintenance/verify_references.h"
 
 namespace tallwick {
@@ -52,6 +53,7 @@ class Mender {
     if (OpenAlone()) {
       MendTables();
       MendReferences();
+      RemoveLeftovers();
       ExamineAgain();
     }
     company_.Close();
@@ -205,11 +207,24 @@ class Mender {
     return company_.banks.Update(*bank);
   }
 
+  // Nobody rebuilds a table now: they are all ours.
+  void RemoveLeftovers() {
+    Problems problems;
+    VerifyLeftovers(company_, home_, &problems);
+    for (const CompanyProblem& problem : problems) {
+      const auto* left = std::get_if<RemoveLeftover>(&problem.remedy);
+      if (left == nullptr) continue;
+      const bool removed = home_.files.Remove(WithBackslash(home_.folder) + left->file);
+      Done(problem, removed ? engine::kSuccess : engine::kErrorRemove);
+    }
+  }
+
   // What is still there, with the reason where mending it was tried.
   void ExamineAgain() {
     report_.remains = std::move(not_opened_);
     company_.VerifyTables(&report_.remains);
     VerifyReferences(company_, &report_.remains);
+    VerifyLeftovers(company_, home_, &report_.remains);
     for (CompanyProblem& problem : failed_) report_.remains.push_back(std::move(problem));
   }
 

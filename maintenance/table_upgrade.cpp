@@ -118,9 +118,9 @@ class LayoutCopy {
   }
 
   int KeepOld() {
-    bool kept = files_.Copy(old_path_, Old(".OLD"));
-    if (files_.FileExists(Old(".FPT"))) kept = kept && files_.Copy(Old(".FPT"), Old(".OLD.FPT"));
-    return kept ? engine::kSuccess : engine::kErrorWrite;
+    const int code = data_.CopyFile(old_path_, Old(".OLD"), progress_);
+    const bool has_memo = code == engine::kSuccess && files_.FileExists(Old(".FPT"));
+    return has_memo ? data_.CopyFile(Old(".FPT"), Old(".OLD.FPT"), progress_) : code;
   }
 
   // The new files must be on the disk before they count: the writers are held for that, since it empties the

@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "maintenance/verify_journal.h"
+#include "maintenance/verify_leftovers.h"
 #include "maintenance/verify_references.h"
 #include "maintenance/verify_table.h"
 #include "shell/lost_table.h"
@@ -119,6 +120,7 @@ std::vector<CompanyProblem> VerifyCompany(const TableHome& home) {
   company.Open(&problems);
   company.VerifyTables(&problems);
   VerifyReferences(company, &problems);
+  VerifyLeftovers(company, home, &problems);
   return problems;
 }
 

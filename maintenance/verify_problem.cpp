@@ -31,6 +31,7 @@ struct Describe {
     return "keeps the journal as " + std::string(kSetAsideJournal) + " and begins a new one";
   }
   std::string operator()(const FinishUnits&) const { return "brings the waiting units to the tables"; }
+  std::string operator()(const RemoveLeftover&) const { return "removes the file"; }
 };
 
 }  // namespace

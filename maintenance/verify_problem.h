@@ -31,9 +31,14 @@ struct RaiseVoucherCounter {
 struct SetJournalAside {};
 // The units that wait in the journal; any opening of a table does it.
 struct FinishUnits {};
+// A file of the company's folder that is of no use any more.
+struct RemoveLeftover {
+  std::string file;
+};
 
-using Remedy = std::variant<std::monostate, CorrectCount, RebuildIndex, CorrectMemoEnd, AddXref,
-                            AddDepositXref, RaiseVoucherCounter, SetJournalAside, FinishUnits>;
+using Remedy =
+    std::variant<std::monostate, CorrectCount, RebuildIndex, CorrectMemoEnd, AddXref, AddDepositXref,
+                 RaiseVoucherCounter, SetJournalAside, FinishUnits, RemoveLeftover>;
 
 struct CompanyProblem {
   std::string table;

@@ -60,6 +60,14 @@ void ReadBranch(const FileSystem& files, const XmlElement& element, clsBranch* b
   ReadLists(element, branch);
 }
 
+// Names are told apart without regard to case, so that a list never holds two that look the same.
+bool HasBranch(const XmlFile& file, std::string_view name) {
+  const std::vector<XmlElement> branches = file.Root().Children();
+  return std::any_of(branches.begin(), branches.end(), [&](const XmlElement& element) {
+    return EqualsIgnoreCase(element.Attribute("name"), name);
+  });
+}
+
 // Entries number themselves over the non-empty slots; elements of an earlier, longer list go.
 void WriteList(XmlElement container, const ListSetting& list, const RecentList& recent) {
   std::vector<std::string> names;
@@ -124,7 +132,7 @@ bool BranchFile::Save(clsBranch& branch) {
   if (!file.Load()) file.Start();
   const bool known = !branch.loaded_name_.empty();
   if (known && !EqualsIgnoreCase(branch.loaded_name_, branch.Name)) {
-    if (file.Named(kBranch, branch.Name)) return false;
+    if (HasBranch(file, branch.Name)) return false;
     file.Named(kBranch, branch.loaded_name_).SetAttribute("name", branch.Name);
   }
   XmlElement element = file.Named(kBranch, branch.Name);

@@ -33,19 +33,17 @@ clsLauncher::clsLauncher(FileSystem& files, const Registry* registry, std::strin
   if (settings_path_.empty()) return;
   const std::string folder = WithoutBackslash(settings_path_);
   if (!files_.FolderExists(folder) && !files_.CreateFolder(folder)) return;
-  if (!files_.FileExists(Path())) Migrate(registry);
+  if (registry != nullptr && !files_.FileExists(Path())) Migrate(*registry);
 }
 
-void clsLauncher::Migrate(const Registry* registry) {
+void clsLauncher::Migrate(const Registry& registry) {
   XmlFile file(files_, Path(), kRoot);
   file.Start();
-  if (registry != nullptr) {
-    for (const std::string& name : registry->Subkeys(kRegistryKey)) {
-      XmlElement entry = AppendEntry(file, Trim(name));
-      for (const Setting& setting : kSettings) {
-        entry.Append(setting.element)
-            .SetText(Trim(registry->Value(kRegistryKey, name, setting.registry_value)));
-      }
+  for (const std::string& name : registry.Subkeys(kRegistryKey)) {
+    XmlElement entry = AppendEntry(file, Trim(name));
+    for (const Setting& setting : kSettings) {
+      entry.Append(setting.element)
+          .SetText(Trim(registry.Value(kRegistryKey, name, setting.registry_value)));
     }
   }
   file.Save();

@@ -15,9 +15,9 @@ namespace tallwick {
 
 class clsLauncher {
  public:
-  // Makes the settings folder where it is missing, and "Launcher.xml" from what `registry` (may be null)
-  // holds under "KVR_Launcher". A disk that takes neither is no error: the settings are empty then. Nothing
-  // is done without a settings path.
+  // Makes the settings folder where it is missing, and "Launcher.xml" from what `registry` holds under
+  // "KVR_Launcher"; without a registry the file is left for a program that has one. A disk that takes neither
+  // is no error: the settings are empty then. Nothing is done without a settings path.
   clsLauncher(FileSystem& files, const Registry* registry, std::string_view settings_path);
 
   // The program the entry is for: its file name. Sets the text file's name too, unless it is empty.
@@ -36,7 +36,7 @@ class clsLauncher {
 
  private:
   std::string Path() const { return settings_path_ + "Launcher.xml"; }
-  void Migrate(const Registry* registry);
+  void Migrate(const Registry& registry);
 
   FileSystem& files_;
   std::string settings_path_;  // "" or ending with "\"

@@ -54,6 +54,8 @@ constexpr auto kCommands = std::to_array<MainCommand>({
     {"mnuViewReportHeadings", "Name in Report &Headings...", "frmViewReportHeadings", "",
      kRightEscrowReports},
     {"mnuViewRefresh", "&Refresh", "", "", 0, kBank},
+    {"mnuViewToolBar", "&Toolbar", "", ""},
+    {"mnuViewStatusBar", "&Status Bar", "", ""},
     {"mnuReports", "&Escrow Reports...", "frmReports", "", kRightEscrowReports, kBank},
     {"mnuReportsTrialBalance", "&Trial Balance...", "frmViewTrialBalance", "", kRightEscrowReports},
     {"mnuToolsUsers", "&Users and Rights...", "frmEditUsers", "", kAdministrator},

@@ -19,6 +19,16 @@ namespace {
 
 constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
 
+// A bar of the window, and the command that shows and hides it.
+struct Bar {
+  std::string_view command;
+  std::string_view name;
+  std::string_view caption;
+};
+
+constexpr Bar kBars[] = {{"mnuViewToolBar", "tbToolBar", "Toolbar"},
+                         {"mnuViewStatusBar", "sbStatusBar", "Status Bar"}};
+
 constexpr std::string_view kFigures[] = {
     "lblBankName",          "lblBankAddress",         "lblAccountNumber",
     "lblAcctPeriod",        "lblLastReconciliation",  "lblBookBalance",
@@ -76,6 +86,10 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
     for (const std::string_view name : NamesOf(command))
       Add(ControlKind::kMenu, std::string(name), std::string(command.caption));
   }
+  for (const Bar& bar : kBars) {
+    Add(ControlKind::kFrame, std::string(bar.name), std::string(bar.caption));
+    SetValue(bar.command, 1);
+  }
   for (std::string_view panel : {"BankName", "Login", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
@@ -121,10 +135,17 @@ void FrmMainEscrowAccounting::CarryOut(std::string_view command) {
   if (command == "mnuFileExit") Close();
   if (command == "mnuFileLockTransactions") SwitchTransactions();
   if (command == "mnuViewRefresh") ReadAnew();
+  for (const Bar& bar : kBars)
+    if (command == bar.command) ShowBar(bar.command, bar.name, !At(bar.name).visible);
   if (command == "mnuHelpContents")
     OpenHelp(session_, opener_, kEscrowHelpBook, {HelpCommand::kContents, 0, {}});
   if (command == "mnuHelpIndex") OpenHelp(session_, opener_, kEscrowHelpBook, {HelpCommand::kIndex, 0, {}});
   if (command == "mnuHelpTallwick") OpenHelp(session_, opener_, 1, {HelpCommand::kContents, 0, {}});
+}
+
+void FrmMainEscrowAccounting::ShowBar(std::string_view command, std::string_view bar, bool seen) {
+  SetVisible(bar, seen);
+  SetValue(command, seen ? 1 : 0);
 }
 
 void FrmMainEscrowAccounting::SwitchTransactions() {

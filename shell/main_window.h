@@ -2,7 +2,10 @@
 // shows the bank's figures and opens every other screen.
 //
 // Controls, in order:
-//   menu commands  those of main_commands.h; mnuFileLockTransactions is checked while transactions are locked
+//   menu commands  those of main_commands.h; mnuFileLockTransactions is checked while transactions are
+//   locked,
+//                  mnuViewToolBar and mnuViewStatusBar while their bar is seen
+//   bars           tbToolBar, sbStatusBar (frames)
 //   status panels  BankName, Login, Printer, Version (labels)
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
 //                  lblBookBalance, lblOutstandingChecks, lblOutstandingDeposits, lblFilesOverdrawn (labels),
@@ -41,6 +44,7 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void ReadAnew();
   void ShowRecentFiles();
   void CarryOut(std::string_view command);
+  void ShowBar(std::string_view command, std::string_view bar, bool seen);
   void SwitchTransactions();
   void FindFile();
   void RememberFile(std::string_view file_number);

@@ -15,8 +15,6 @@ namespace {
 constexpr std::string_view kNoSuiteText =
     "Tallwick Escrow Accounting cannot start: the suite's main program is not running.  Start Tallwick, "
     "open a company and try again.";
-constexpr std::string_view kExclusiveText =
-    "Escrow Accounting is in Exclusive Access Mode - Try again later...";
 
 }  // namespace
 

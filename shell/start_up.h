@@ -3,6 +3,7 @@
 
 #include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "shell/session.h"
@@ -11,6 +12,10 @@ namespace tallwick {
 
 // The name under which this program registers with the suite.
 inline constexpr std::string_view kProgramName = "Tallwick Escrow Accounting";
+
+// What is said where another workstation holds the tables for itself.
+inline constexpr std::string_view kExclusiveText =
+    "Escrow Accounting is in Exclusive Access Mode - Try again later...";
 
 enum class StartUpResult {
   kStarted,

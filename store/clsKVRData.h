@@ -188,6 +188,9 @@ class clsKVRData {
   // engine::kErrorOpenRefused when anybody has one of the tables open whose names match the pattern.
   int TakeFolder(std::string_view folder, std::string_view table_pattern);
   void ReleaseFolder();
+  // 0, or engine::kErrorOpenRefused while another workstation has the folder for itself: then `holder` is its
+  // name as "FRONTDESK (process 4711)", or "" where it is not known.
+  int MayEnter(std::string_view folder, std::string* holder);
   // The path under which the new form of a file is to be written for ReplaceFiles.
   std::string NewFormOf(std::string_view path) const;
   // Replaces files (their new forms stand beside them) and removes others, all or none through any failure.
@@ -197,6 +200,9 @@ class clsKVRData {
   // the folder finishes it.
   bool ReplaceUnfinished() const;
   bool IsInUse(std::string_view name);  // by anyone, this program included
+  // Copies a file in the place of `to`, flushed. 0, or the code of what failed; `to` is as it was then. The
+  // progress is asked whether to go on.
+  int CopyFile(std::string_view from, std::string_view to, const engine::Progress& progress = {});
 
   // --- Tags and navigation ---
 

@@ -37,6 +37,19 @@ void clsKVRData::ReleaseFolder() {
   if (engine_) engine::code4releaseFolder(*engine_);
 }
 
+int clsKVRData::MayEnter(std::string_view folder, std::string* holder) {
+  if (!engine_) return NotOpen();
+  const int code = engine::code4mayEnter(*engine_, EngineFolder(ports_.file_system, folder));
+  *holder = code == engine::kErrorOpenRefused ? engine::code4lockUserId(*engine_) : std::string();
+  return Finish(code);
+}
+
+int clsKVRData::CopyFile(std::string_view from, std::string_view to, const engine::Progress& progress) {
+  const auto goes_on = [&progress] { return !progress || progress(0, 1); };
+  return Finish(engine::CopyFile(ports_.files, ports_.file_system.PlatformPath(from),
+                                 ports_.file_system.PlatformPath(to), goes_on));
+}
+
 std::string clsKVRData::NewFormOf(std::string_view path) const {
   return engine::NewFileName(ports_.file_system.PlatformPath(path));
 }

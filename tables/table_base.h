@@ -124,7 +124,7 @@ class TableBase {
   int RebuildOnDisk(const engine::Progress& progress);
   int PackAndProve(DataHandle data, const engine::Progress& progress);
   DataHandle OpenMended();
-  bool KeepOld();
+  int KeepOld(const engine::Progress& progress);
   void DropOld();
   void RestoreOld();
   bool IsProven(DataHandle data, std::int32_t live_records);

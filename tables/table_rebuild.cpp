@@ -38,12 +38,13 @@ int TableBase::RebuildOnDisk(const engine::Progress& progress) {
 // posts into a table that is about to be replaced.
 int TableBase::PackAndProve(DataHandle data, const engine::Progress& progress) {
   std::int32_t live_records = CountLive(data);
-  if (!KeepOld()) {
+  int code = KeepOld(progress);
+  if (code != engine::kSuccess) {
     home_.data.CloseDatabase(data);
     DropOld();
-    return engine::kErrorWrite;
+    return code;
   }
-  int code = home_.data.PackDatabase(data, progress);
+  code = home_.data.PackDatabase(data, progress);
   bool proven = code != engine::kSuccess || IsProven(data, live_records);
   if (!proven) {
     RestoreOld();
@@ -83,10 +84,10 @@ bool TableBase::IsProven(DataHandle data, std::int32_t live_records) {
 
 // --- The copy of the old table ---
 
-bool TableBase::KeepOld() {
-  bool kept = home_.files.Copy(Path(), PathWith(".SAV"));
-  bool has_memo = home_.files.FileExists(PathWith(".FPT"));
-  return kept && (!has_memo || home_.files.Copy(PathWith(".FPT"), PathWith(".SAV.FPT")));
+int TableBase::KeepOld(const engine::Progress& progress) {
+  const int code = home_.data.CopyFile(Path(), PathWith(".SAV"), progress);
+  const bool has_memo = code == engine::kSuccess && home_.files.FileExists(PathWith(".FPT"));
+  return has_memo ? home_.data.CopyFile(PathWith(".FPT"), PathWith(".SAV.FPT"), progress) : code;
 }
 
 void TableBase::DropOld() {

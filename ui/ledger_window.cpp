@@ -18,7 +18,9 @@ namespace {
 
 constexpr int kSideWidth = 368;  // a hand's breadth
 constexpr int kBanksHeight = 64;
-constexpr int kTotalsHeight = 344;
+constexpr int kTotalsHeight = 344;       // of every line, where there is room
+constexpr int kLeastTotalsHeight = 200;  // on a low screen
+constexpr int kLeastNotesHeight = 40;
 constexpr int kPayeeColumn = 2;
 
 struct SectionLook {
@@ -88,6 +90,7 @@ QWidget* Notes() {
   scroll->setWidgetResizable(true);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setMinimumHeight(kLeastNotesHeight);
   return scroll;
 }
 
@@ -113,8 +116,9 @@ QWidget* FileSide() {
   banks->setFixedHeight(kBanksHeight);
   column->addLayout(CaptionAbove("&Banks", banks));
   RegisterView* totals = Grid("grdTotals", "Totals", "", 0);
-  totals->setFixedHeight(kTotalsHeight);
-  column->addWidget(totals);
+  totals->setMinimumHeight(kLeastTotalsHeight);
+  totals->setMaximumHeight(kTotalsHeight);
+  column->addWidget(totals, 10);
   column->addWidget(RoleLabel("Notes", "heading"));
   column->addWidget(Notes(), 1);
   return side;

@@ -20,6 +20,7 @@
 #include "ui/style.h"
 #include "ui/suite_client.h"
 #include "ui/suite_protocol.h"
+#include "ui/window_room.h"
 
 namespace tallwick {
 namespace {
@@ -83,6 +84,7 @@ void Tell(const QCommandLineParser& parser, const char* word) {
 }
 
 int RunDesktop(const QCommandLineParser& parser) {
+  const WindowRoom window_room(*qApp);
   const QString socket_name = parser.value("socket");
   SingleInstance instance(socket_name);
   if (!instance.IsFirst()) return 0;

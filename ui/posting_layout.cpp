@@ -3,6 +3,7 @@
 #include <QAction>
 #include <QLabel>
 #include <QMenuBar>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
 
@@ -11,7 +12,7 @@ namespace {
 
 constexpr int kGap = 8;
 constexpr int kLineGap = 4;
-constexpr int kNotesHeight = 88;
+constexpr int kNotesHeight = 56;  // at least, where the screen is low; what is longer scrolls
 
 // A label that names the field beside it.
 QLabel* MakeCaption(QWidget& field, QWidget& parent) {
@@ -118,8 +119,7 @@ QPushButton* PostingLayout::MakeBesideButton(const char* name, const char* help)
 }
 
 void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
-  auto* notes = new QWidget(entry_);
-  notes->setMinimumHeight(kNotesHeight);
+  auto* notes = new QWidget;
   auto* column = new QVBoxLayout(notes);
   column->setContentsMargins(0, kGap, 0, kGap);
   column->setSpacing(kLineGap);
@@ -132,7 +132,14 @@ void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
     role = "";
   }
   column->addStretch(1);
-  entry_column_->addWidget(notes, 1);
+  auto* scroll = new QScrollArea(entry_);
+  scroll->setWidget(notes);
+  scroll->setWidgetResizable(true);
+  scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+  scroll->setFrameShape(QFrame::NoFrame);
+  scroll->setFocusPolicy(Qt::NoFocus);
+  scroll->setMinimumHeight(kNotesHeight);
+  entry_column_->addWidget(scroll, 1);
 }
 
 void PostingLayout::AddButtons(std::initializer_list<const char*> others) {

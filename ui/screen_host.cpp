@@ -38,6 +38,7 @@ void ScreenHost::Open() {
   RestoreWindow(*window_, window_->size());
   window_->show();
   binder_->Open();
+  RestoreChoices(*window_);
 }
 
 void ScreenHost::OpenAndWait() {

@@ -1,5 +1,6 @@
 #include "ui/window_memory.h"
 
+#include <QAction>
 #include <QSettings>
 #include <QSplitter>
 
@@ -8,6 +9,16 @@ namespace {
 
 QString KeyOf(const QWidget& widget, const char* what) {
   return widget.window()->objectName() + "/" + widget.objectName() + "/" + QLatin1String(what);
+}
+
+QString KeyOf(const QWidget& window, const QAction& command) {
+  return window.objectName() + "/" + command.objectName() + "/checked";
+}
+
+QList<QAction*> RememberedCommands(const QWidget& window) {
+  QList<QAction*> commands = window.findChildren<QAction*>();
+  commands.removeIf([](const QAction* command) { return !command->property("remembered").toBool(); });
+  return commands;
 }
 
 }  // namespace
@@ -34,6 +45,15 @@ void RememberWindow(const QWidget& window) {
   RememberState(window, "place", window.saveGeometry());
   for (const QSplitter* splitter : window.findChildren<QSplitter*>()) {
     RememberState(*splitter, "sizes", splitter->saveState());
+  }
+  for (const QAction* command : RememberedCommands(window))
+    QSettings().setValue(KeyOf(window, *command), command->isChecked());
+}
+
+void RestoreChoices(const QWidget& window) {
+  for (QAction* command : RememberedCommands(window)) {
+    const QVariant kept = QSettings().value(KeyOf(window, *command));
+    if (kept.isValid() && kept.toBool() != command->isChecked()) command->trigger();
   }
 }
 

@@ -1,7 +1,7 @@
 // audit: reads and searches the selected bank's audit log, and proves that it stands as it was written.
-#include "audit/audit_proof.h"
 #include "audit/audit_search.h"
 #include "audit/audit_trail.h"
+#include "audit/bank_proof.h"
 #include "cli/commands/command.h"
 #include "cli/json_values.h"
 #include "core/encoding.h"
@@ -85,27 +85,35 @@ void ListEntry(const AuditLog& log, const AuditEntry& entry, Output& out) {
   out.Item(Json(), text);
 }
 
-int Prove(Office& office, const std::string& path, const std::string& seal) {
-  const AuditProof proof = ProveAuditLog(office.Files(), path, seal);
+int Prove(Office& office, Session& session, const std::string& seal) {
+  const AuditProof proof = ProveBankLog(session, session.BankCode(), seal);
   Output& out = office.Out();
   out.Set("proved", proof.proven);
   out.Set("records", proof.records);
   out.Set("since", proof.since);
+  out.Set("recordedFrom", proof.recorded_from);
+  Json unrecorded = Json::array();
+  for (const UnrecordedLines& lines : proof.unrecorded)
+    unrecorded.push_back({{"from", lines.first}, {"to", lines.last}});
+  out.Set("unrecorded", unrecorded);
   out.Set("seal", proof.seal);
   out.Set("problems", proof.problems);
   out.Set("notes", proof.notes);
-  if (proof.proven) out.Line(ProofSummary(proof));
-  for (const std::string& note : proof.notes) out.Line(note);
+  const std::string summary = ProofSummary(proof);
+  if (proof.proven) out.Line(summary);
+  for (const std::string& note : proof.notes)
+    if (!proof.proven || note != summary) out.Line(note);
   if (!proof.seal.empty()) out.Line("Seal: " + proof.seal);
+  if (!proof.proven) out.Line("NOT proven:");
   for (const std::string& problem : proof.problems) out.Fail(problem);
   return proof.proven ? kDone : kRefused;
 }
 
 int Audit(Office& office, const AuditArguments& arguments) {
-  const Session* session = office.OpenBank();
+  Session* session = office.OpenBank();
   if (session == nullptr) return office.Status();
+  if (arguments.prove || !arguments.seal.empty()) return Prove(office, *session, arguments.seal);
   const std::string path = AuditLogPath(session->DataPath(), session->BankCode());
-  if (arguments.prove || !arguments.seal.empty()) return Prove(office, path, arguments.seal);
   std::optional<std::string> bytes;
   if (office.Files().FileExists(path)) {
     bytes = office.Files().Read(path);

@@ -108,6 +108,9 @@ void code4releaseWriters(Code4& code);
 // kErrorOpenRefused when one of `tables` is open, here or elsewhere, or another workstation has the folder.
 int code4takeFolder(Code4& code, const std::string& folder, const std::vector<std::string>& tables);
 void code4releaseFolder(Code4& code);
+// kErrorOpenRefused while another workstation has the folder for itself; code4lockUserId says who, where that
+// is known.
+int code4mayEnter(Code4& code, const std::string& folder);
 // Replaces and removes files of the folder that was taken, all or none through any failure (see
 // FolderGate::Replace), with nothing left in the journal that could be applied to them. None of their tables
 // may be open.

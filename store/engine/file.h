@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -71,6 +72,11 @@ class FileLayer {
 // kErrorReadOnly.
 std::unique_ptr<File> OpenOrRead(FileLayer& files, const std::string& path, OpenMode mode, bool* read_only,
                                  int* code);
+
+// Copies a file, flushed, in the place of `to`. When it fails `to` is as it was. `goes_on` (may be empty) is
+// asked behind every block; when it says no the copy ends with kStopped.
+int CopyFile(FileLayer& files, const std::string& from, const std::string& to,
+             const std::function<bool()>& goes_on);
 
 // The operating system's files.
 FileLayer& SystemFiles();

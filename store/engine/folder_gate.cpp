@@ -10,6 +10,7 @@ namespace {
 constexpr std::int64_t kMaxListBytes = std::int64_t{4} << 20;
 // Whoever passes the gate holds its byte for the length of one call.
 constexpr int kEnterTries = 100;
+constexpr int kPassTries = 10;
 constexpr int kEnterWaitMs = 2;
 
 std::string PathIn(const std::string& folder, std::string_view name) {
@@ -136,24 +137,37 @@ int FolderGate::Replace(const FolderChange& change) {
   return rc;
 }
 
-int PassGate(FileLayer& files, const std::string& folder) {
-  const std::string path = PathIn(folder, FolderGate::kFileName);
-  if (!files.Exists(path)) return kSuccess;
+namespace {
+
+// One look at the gate. kLocked: somebody holds it, perhaps only to tidy up.
+int LookAtGate(FileLayer& files, const std::string& folder, const std::string& path) {
   int rc = kSuccess;
   bool read_only = false;
   const auto gate = OpenOrRead(files, path, OpenMode::kReadWrite, &read_only, &rc);
   if (!gate) return files.Exists(path) ? rc : static_cast<int>(kSuccess);
-  rc = gate->Lock(0, 1, LockKind::kShared);
-  if (rc == kSuccess && gate->Size() > 0 && read_only) {
+  if (read_only) {
+    rc = gate->Lock(0, 1, LockKind::kShared);
     // A list that is whole says that the old files do not count any more.
     FolderChange change;
-    if (ReadList(*gate, &change)) rc = kErrorReadOnly;
-  } else if (rc == kSuccess && gate->Size() > 0) {
-    gate->Unlock(0, 1);
-    rc = gate->Lock(0, 1, LockKind::kExclusive);
-    if (rc == kSuccess && gate->IsStill(path)) rc = FinishList(files, folder, *gate);
+    return rc == kSuccess && ReadList(*gate, &change) ? static_cast<int>(kErrorReadOnly) : rc;
   }
-  return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
+  rc = gate->Lock(0, 1, LockKind::kExclusive);
+  if (rc != kSuccess || !gate->IsStill(path)) return rc;
+  rc = FinishList(files, folder, *gate);
+  if (rc == kSuccess) files.Remove(path);  // one that stays is open to all
+  return rc;
+}
+
+}  // namespace
+
+int PassGate(FileLayer& files, Clock& clock, const std::string& folder) {
+  const std::string path = PathIn(folder, FolderGate::kFileName);
+  for (int tries = 0; tries < kPassTries; ++tries) {
+    if (tries > 0) clock.Sleep(kEnterWaitMs);
+    if (!files.Exists(path)) return kSuccess;
+    if (const int rc = LookAtGate(files, folder, path); rc != kLocked) return rc;
+  }
+  return kErrorOpenRefused;
 }
 
 }  // namespace tallwick::engine

@@ -52,7 +52,7 @@ class FolderGate {
 };
 
 // For everyone who opens a table of the folder: kErrorOpenRefused while somebody is alone in it. Finishes a
-// change that was cut short.
-int PassGate(FileLayer& files, const std::string& folder);
+// change that was cut short, and takes away a gate whose owner died.
+int PassGate(FileLayer& files, Clock& clock, const std::string& folder);
 
 }  // namespace tallwick::engine

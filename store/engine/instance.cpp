@@ -71,8 +71,11 @@ std::string TablePath(const Code4& code, std::string_view path) {
 }
 
 int Code4::PassInto(const std::string& folder) {
-  return gate != nullptr && gate->Folder() == folder ? static_cast<int>(kSuccess)
-                                                     : PassGate(setup.files, folder);
+  if (gate != nullptr && gate->Folder() == folder) return kSuccess;
+  const int rc = PassGate(setup.files, setup.clock, folder);
+  if (rc == kErrorOpenRefused)
+    lock_user = LockNotes(setup, folder + "/" + std::string(FolderGate::kFileName)).Holder(0);
+  return rc;
 }
 
 // --- Settings ---

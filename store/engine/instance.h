@@ -145,6 +145,7 @@ class Code4 {
   std::map<std::string, std::shared_ptr<Journal>> journals;  // by folder
 
   std::unique_ptr<FolderGate> gate;       // while this instance has a folder for itself
+  std::unique_ptr<LockNotes> gate_note;   // which says so to those who are refused
   std::shared_ptr<Journal> held_journal;  // while this instance keeps a folder's writers off
   std::unique_ptr<LockNotes> held_note;   // which says so to those who wait
 
@@ -170,7 +171,8 @@ class Code4 {
   int WriterLockFailed(int rc, const std::string& folder);
   // Makes a table part of the unit: takes the writer's lock of its folder.
   int Join(TableFile& table);
-  // Before a table of the folder is opened: kErrorOpenRefused while another workstation has it for itself.
+  // Before a table of the folder is opened: kErrorOpenRefused while another workstation has it for itself,
+  // whose name, where it has noted one, is lock_user then.
   int PassInto(const std::string& folder);
   // Writes what a long unit puts behind the ends of a table's files to them, so that it need not stay in
   // memory.

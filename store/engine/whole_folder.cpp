@@ -22,7 +22,7 @@ int ProveFree(FileLayer& files, const std::string& table) {
 
 int code4holdWriters(Code4& code, const std::string& folder) {
   if (code.held_journal != nullptr || code.unit_depth > 0) return code.Fail(kErrorParameter);
-  int rc = code.gate != nullptr ? static_cast<int>(kSuccess) : PassGate(code.setup.files, folder);
+  int rc = code.gate != nullptr ? static_cast<int>(kSuccess) : code.PassInto(folder);
   if (rc != kSuccess) return code.Fail(rc);
   code.JournalOf(folder);
   std::shared_ptr<Journal> journal = code.journals[folder];
@@ -50,15 +50,24 @@ int code4takeFolder(Code4& code, const std::string& folder, const std::vector<st
   if (code.gate != nullptr || code.unit_depth > 0) return code.Fail(kErrorParameter);
   auto gate = std::make_unique<FolderGate>(code.setup.files, code.setup.clock, folder);
   int rc = gate->Enter();
+  auto note = std::make_unique<LockNotes>(code.setup, folder + "/" + std::string(FolderGate::kFileName));
+  if (rc == kSuccess) note->Note(0);
   for (const std::string& table : tables) {
     if (rc == kSuccess) rc = FinishSwap(code.setup.files, table, FilesOf(code, table));
     if (rc == kSuccess) rc = ProveFree(code.setup.files, table);
   }
-  if (rc == kSuccess) code.gate = std::move(gate);
-  return code.Fail(rc);
+  if (rc != kSuccess) return code.Fail(rc);
+  code.gate = std::move(gate);
+  code.gate_note = std::move(note);
+  return rc;
+}
+
+int code4mayEnter(Code4& code, const std::string& folder) {
+  return code.Fail(code.PassInto(folder));
 }
 
 void code4releaseFolder(Code4& code) {
+  code.gate_note.reset();
   code.gate.reset();
 }
 

@@ -10,7 +10,9 @@
 #include "audit/audit_log.h"
 #include "audit/audit_proof.h"
 #include "audit/audit_trail.h"
+#include "audit/bank_proof.h"
 #include "core/text.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -37,7 +39,8 @@ class ChainTest : public ::testing::Test {
     for (const char* reference : {"1001", "1002", "1003"}) Write(reference);
   }
   AuditProof Prove(std::string_view seal = {}) {
-    return ProveAuditLog(SystemFileSystem(), office_.folder.Held(kLog), seal);
+    return ProveAuditLog(
+        {SystemFileSystem(), engine::SystemFiles(), office_.clock, office_.folder.Held(kLog)}, seal);
   }
   std::string Log() { return office_.ReadFile(kLog); }
   std::string Chain() { return office_.ReadFile(kChain); }
@@ -68,7 +71,7 @@ TEST_F(ChainTest, AnUntouchedLogIsProven) {
   const AuditProof proof = Prove();
   EXPECT_TRUE(proof.proven);
   EXPECT_EQ(proof.records, 3);
-  EXPECT_EQ(ProofSummary(proof), "Proven: no line was changed or removed since 03/15/2024 09:30:00.");
+  EXPECT_EQ(ProofSummary(proof), "Proven: no line was changed or removed since Mar 15, 2024 @ 09:30:00 AM.");
   EXPECT_THAT(proof.notes, IsEmpty());
   // What a proof gave is found again when the log has gone on.
   Write("1004");
@@ -127,36 +130,109 @@ TEST_F(ChainTest, ASealFindsWhatWasCutFromBothFiles) {
   EXPECT_THAT(Prove(seal).problems, ElementsAre(HasSubstr("The seal is not among the records")));
 }
 
-TEST_F(ChainTest, WhatNobodyRecordedIsTakenUpByTheNextWriter) {
-  WriteThree();
-  // Another program, or a workstation that stopped between log and companion.
-  office_.WriteFile(kLog, Log() + Entry("2001"));
-  EXPECT_TRUE(Prove().proven);
-  EXPECT_THAT(Prove().notes, ElementsAre(HasSubstr("are not recorded yet")));
-  Write("1004");
-  EXPECT_TRUE(Prove().proven);
-  EXPECT_THAT(Prove().notes, ElementsAre(HasSubstr("were taken up later")));
-  Replace(kLog, "[ADD] 2001", "[ADD] 2002");
-  EXPECT_FALSE(Prove().proven);
+TEST_F(ChainTest, LinesPutBehindTheRecordedEndAreNeverProven) {
+  const std::string header = "[DATE: Mar 15, 2024 @ 09:31:00 AM][TX: ";
+  const std::string rest = "][REFERENCE: 2001][LOGIN: jdoe][COMPUTER: DESK 9]\r\n";
+  struct Case {
+    const char* name;
+    std::string lines;
+    bool proven;
+    const char* said;  // in the problems, or else in the notes
+  };
+  const Case cases[] = {
+      {"an entry as ours", Entry("2001"), false,
+       "Lines 10 to 11 were not recorded by this program, though it writes such entries: an entry (Post Check "
+       "2001, Mar 15, 2024 @ 09:30:00 AM, jdoe on DESK 1)"},
+      {"two", Entry("2001") + Entry("2002"), false,
+       "Lines 10 to 14 were not recorded by this program, though it "
+       "writes such entries: 2 entries (the first: Post Check 2001"},
+      {"a line of an entry", "[ADD] 9\r\n", false,
+       "Line 9 was not recorded by this program, and belongs to no entry"},
+      {"no line end", "x", false, "Line 9 was not recorded"},
+      {"a grid of another program",
+       "\r\n" + header + "Post Deposit" + rest + "[GRID] grdItems was:\r\n1[C]2\r\n", true,
+       "Lines 10 to 12 were not recorded by this program: an entry (Post Deposit 2001"},
+      {"a transaction of another program", "\r\n" + header + "Office Transfer" + rest, true,
+       "Line 10 was not recorded"},
+      {"ours behind another program's", "\r\n" + header + "Office Transfer" + rest + Entry("2001"), false,
+       "Lines 12 to 13"},
+  };
+  for (const Case& one : cases) {
+    for (const bool taken_up : {false, true}) {
+      SystemFileSystem().RemoveFolder(office_.folder.Held("Logs\\"));
+      WriteThree();
+      office_.WriteFile(kLog, Log() + one.lines);
+      if (taken_up) Write("1004");
+      const AuditProof proof = Prove();
+      EXPECT_EQ(proof.proven, one.proven) << one.name << taken_up;
+      EXPECT_THAT(one.proven ? proof.notes : proof.problems, ElementsAre(HasSubstr(one.said)))
+          << one.name << taken_up;
+      EXPECT_EQ(ProofSummary(proof).starts_with("Proven, but for"), one.proven) << ProofSummary(proof);
+    }
+    // Whoever noted the seal knows; what comes later is another matter.
+    const std::string seal = Prove().seal;
+    EXPECT_TRUE(Prove(seal).proven) << one.name;
+    office_.WriteFile(kLog, Log() + Entry("2002"));
+    EXPECT_FALSE(Prove(seal).proven) << one.name;
+    Replace(kLog, one.lines, std::string(one.lines.size(), '-'));
+    EXPECT_THAT(Prove(seal).problems, ::testing::Contains(HasSubstr("was changed or removed"))) << one.name;
+  }
 }
 
-TEST_F(ChainTest, ARecordThatWasCutOffIsWrittenOver) {
+TEST_F(ChainTest, ARecordThatWasCutOffLeavesItsEntryUnrecorded) {
   WriteThree();
   office_.WriteFile(kChain, Chain().substr(0, Chain().size() - 30));
-  EXPECT_TRUE(Prove().proven);
+  EXPECT_THAT(Prove().problems, ElementsAre(HasSubstr("a workstation stopped before it could record it")));
   Write("1004");
-  EXPECT_TRUE(Prove().proven);
   EXPECT_EQ(Prove().records, 4);  // the third as bytes taken up
+  EXPECT_TRUE(Prove(Prove().seal).proven);
 }
 
-TEST_F(ChainTest, ALogFromBeforeTheCompanionIsTakenUp) {
+TEST_F(ChainTest, ALogFromBeforeTheCompanionIsProvenFromItsEndOn) {
   SystemFileSystem().CreateFolder(office_.folder.Held("Logs\\FNB\\"));
   office_.WriteFile(kLog, Entry("900").substr(2));
   Write("1001");
-  EXPECT_TRUE(Prove().proven);
+  EXPECT_EQ(ProofSummary(Prove()),
+            "Proven from line 4 on: no line was changed or removed since Mar 15, 2024 @ 09:30:00 AM.");
+  EXPECT_THAT(Prove().notes,
+              ElementsAre(HasSubstr("The lines before line 4 are older than the companion file")));
   EXPECT_EQ(Prove().records, 2);
   Replace(kLog, "[ADD] 900", "[ADD] 901");
   EXPECT_FALSE(Prove().proven);
+}
+
+// Another program appends in the moment of a write, without the lock; or the disk takes a part only.
+class CrowdedFiles : public testing::FaultyFiles {
+ public:
+  bool Append(std::string_view path, std::string_view bytes) override {
+    FileSystem& files = SystemFileSystem();
+    return files.Append(path, before) && files.Append(path, bytes.substr(0, bytes.size() - cut)) &&
+           files.Append(path, after) && cut == 0;
+  }
+  std::string before;
+  std::string after;
+  std::size_t cut = 0;
+};
+
+TEST_F(ChainTest, AnEntryIsRecordedAmongLinesOfOthers) {
+  CrowdedFiles files;
+  EmptyForm form(office_.boxes);
+  const auto write = [&](const char* reference) {
+    WriteAuditTrail({true, files, office_.clock, office_.folder.Held(), "FNB", "jdoe", "DESK 1"}, form,
+                    kAuditAdd, kAuditPostCheck, reference);
+  };
+  WriteThree();
+  files.before = files.after =
+      "\r\n[DATE: Mar 15, 2024 @ 09:30:00 AM][TX: Office][REFERENCE: 7][LOGIN: a][COMPUTER: b]\r\n";
+  write("1004");
+  EXPECT_TRUE(Prove().proven) << ProofSummary(Prove());
+  EXPECT_EQ(Prove().records, 6);
+  EXPECT_EQ(Prove().unrecorded.size(), 2U);
+  files.before = files.after = "";
+  files.cut = 12;
+  write("1005");
+  EXPECT_TRUE(Prove().proven) << ProofSummary(Prove());
+  EXPECT_EQ(Prove().records, 7);
 }
 
 TEST_F(ChainTest, ALogThatLostItsEndSaysSoForEver) {
@@ -220,6 +296,44 @@ TEST_F(ChainTest, WorkstationsSideBySideKeepEntriesWholeAndTheChainUnbroken) {
     EXPECT_EQ(log.Events(entry)[0].value, entry.reference);
   }
   EXPECT_THAT(Prove().problems, IsEmpty());
+}
+
+// Both files gone leave only what the bank itself shows.
+TEST(BankProofTest, TheBankShowsThatALogIsMissing) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  ASSERT_TRUE(office.AddBank("OFF", "No Trail", [](BankRecord& bank) { bank.audit_trail = false; }));
+  EXPECT_TRUE(ProveBankLog(*office.session, "FNB").proven) << "nothing was posted yet";
+  for (const char* code : {"FNB", "OFF"}) {
+    BankTables tables(office.session->Home());
+    ASSERT_TRUE(tables.Open(code));
+    CheckRecord check;
+    for (const char* number : {"1001", "1002"}) {
+      check.number = number;
+      ASSERT_EQ(tables.checks.Add(check), 0);
+    }
+  }
+  EXPECT_TRUE(ProveBankLog(*office.session, "OFF").proven);
+  const char* const log = "Logs\\FNB\\Audit_Trail.log";
+  for (const bool emptied : {false, true}) {
+    if (emptied) {
+      SystemFileSystem().CreateFolder(office.folder.Held("Logs\\FNB\\"));
+      for (const char* file : {log, "Logs\\FNB\\Audit_Trail.chain"}) office.WriteFile(file, "");
+    }
+    EXPECT_THAT(ProveBankLog(*office.session, "FNB").problems,
+                ElementsAre(HasSubstr("holds 2 checks, deposits and wires, but its audit log")));
+  }
+  EmptyForm form(office.boxes);
+  const AuditTarget target = AuditTargetOf(*office.session, "FNB", true);
+  WriteAuditTrail(target, form, kAuditAdd, kAuditPostCheck, "1001");
+  const AuditProof begun_anew = ProveBankLog(*office.session, "FNB");
+  EXPECT_THAT(begun_anew.problems, ElementsAre(HasSubstr("and the log tells of only 1 of them")));
+  EXPECT_TRUE(ProveBankLog(*office.session, "FNB", begun_anew.seal).proven);
+  AppendAuditEntry(target, WriteAuditHeader(target, kAuditAccountEdit, "FNB") +
+                               "[EDIT] chkGenAuditTrail was: Unchecked now: Checked\r\n");
+  EXPECT_TRUE(ProveBankLog(*office.session, "FNB").proven);
+  WriteAuditTrail(target, form, kAuditAdd, kAuditPostCheck, "1002");
+  EXPECT_THAT(ProveBankLog(*office.session, "FNB").notes, IsEmpty());
 }
 
 }  // namespace

@@ -4,7 +4,10 @@
 
 #include <filesystem>
 
+#include "core/system_ports.h"
+#include "store/clsKVRData.h"
 #include "tests/cli/run_escrowctl.h"
+#include "tests/support/fakes.h"
 
 namespace tallwick::testing {
 namespace {
@@ -54,6 +57,27 @@ TEST(CommandLine, EndsWithItsStatusAndOneObject) {
     EXPECT_EQ(result.Json().contains("error"), one.status != 0) << result.out;
     EXPECT_EQ(result.err.empty(), one.status == 0) << result.err;
   }
+}
+
+// While another workstation has the files for itself: who it is, and that the tables could not be opened.
+TEST(CommandLine, SaysWhoHasTheFilesForMaintenance) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  FakeClock clock;
+  FakeWorkstation workstation;
+  ScriptedBoxes boxes;
+  clsKVRData store({clock, workstation, SystemFileSystem(), boxes, engine::SystemFiles()});
+  ASSERT_TRUE(store.InitializeCodebase());
+  ASSERT_EQ(store.TakeFolder(SystemFileSystem().HeldPath(escrowctl.Data()), "ESCROW_*.DBF"), 0);
+  for (const char* command : {"verify", "mend", "bank list", "--answer OK copy"}) {
+    const RunResult result = escrowctl.Run(command);
+    EXPECT_EQ(result.status, 3) << command;
+    EXPECT_NE(result.err.find("Exclusive Access Mode - Try again later...  FRONTDESK2 (process 4711) has"),
+              std::string::npos)
+        << command << ": " << result.err;
+  }
+  store.ReleaseFolder();
+  EXPECT_EQ(escrowctl.Run("verify").status, 0);
 }
 
 // While security is on each command asks for its right, and other banks than the user's are not there. An

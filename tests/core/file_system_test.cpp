@@ -107,8 +107,8 @@ TEST_F(SystemFiles, AFailedReplacementLeavesEverythingAsItWas) {
   ASSERT_TRUE(files_.Write(path, "old"));
   ASSERT_TRUE(files_.Write(path, all_bytes));
   EXPECT_EQ(files_.Read(path), all_bytes);
-  EXPECT_FALSE(files_.Copy(folder_.Held("missing"), path));
-  EXPECT_FALSE(files_.Copy(folder_.Held(), path));
+  EXPECT_FALSE(files_.Copy(folder_.Held("missing"), path, {}));
+  EXPECT_FALSE(files_.Copy(folder_.Held(), path, {}));
   EXPECT_FALSE(files_.Rename(folder_.Held("missing"), path));
   EXPECT_EQ(files_.Read(path), all_bytes);
 
@@ -126,7 +126,7 @@ TEST_F(SystemFiles, CopyRenameRemove) {
   ASSERT_TRUE(files_.Write(folder_.Held("a.dat"), big));
   Touch("B.DAT", "old");
   std::filesystem::permissions(folder_.Platform("B.DAT"), std::filesystem::perms(0640));
-  EXPECT_TRUE(files_.Copy(folder_.Held("A.DAT"), folder_.Held("b.dat")));
+  EXPECT_TRUE(files_.Copy(folder_.Held("A.DAT"), folder_.Held("b.dat"), {}));
   EXPECT_EQ(files_.Read(folder_.Held("b.dat")), big);
   EXPECT_EQ(std::filesystem::status(folder_.Platform("B.DAT")).permissions(), std::filesystem::perms(0640));
   EXPECT_EQ(files_.SizeOf(folder_.Held("b.dat")), 3'000'000U);

@@ -5,6 +5,7 @@
 
 #include "maintenance/copy_manifest.h"
 #include "maintenance/data_copy.h"
+#include "shell/transactions_switch.h"
 #include "tests/maintenance/maintained_office.h"
 
 namespace tallwick {
@@ -100,6 +101,48 @@ TEST_F(DataCopyTest, AsksBeforeAnythingAndCancelTouchesNothing) {
   EXPECT_EQ(office_.Picture(), now);
 }
 
+TEST_F(DataCopyTest, AStampShowsWhatItHoldsOfAStamp) {
+  struct Case {
+    const char* stamp;
+    const char* shown;
+  };
+  const Case cases[] = {
+      {"Friday, March 15, 2024\r\n09:30 AM\r\njdoe\r\n",
+       "Friday, March 15, 2024 09:30 AM\rPrepared by: jdoe"},
+      {"Friday, March 15, 2024\n12:05 pm\n", "Friday, March 15, 2024 12:05 pm\rPrepared by: N/A"},
+      {"Friday, March 15, 2024\r\n09:75 AM\r\n\x01\x02", "Friday, March 15, 2024\rPrepared by: N/A"},
+      {"Friday, March 35, 2024\r\n09:30 AM\r\njdoe\r\n", "N/A\rPrepared by: N/A"},
+      {"garbage, not a stamp\r\nat all\r\nnobody\r\n", "N/A\rPrepared by: N/A"},
+      {"\x7f"
+       "ELF\x02\x01",
+       "N/A\rPrepared by: N/A"},
+      {"", "N/A\rPrepared by: N/A"}};
+  SystemFileSystem().CreateFolder(office_.folder.Held("DBFCOPYS\\"));
+  for (const Case& one : cases) {
+    office_.WriteFile("DBFCOPYS\\Copy_Date.txt", one.stamp);
+    office_.boxes.shown.clear();
+    Copy({kCancel});
+    EXPECT_THAT(office_.boxes.shown.front().text,
+                ::testing::EndsWith("Last copy was made " + std::string(one.shown)));
+  }
+}
+
+TEST_F(DataCopyTest, TheTransactionsSwitchStaysWithItsOffice) {
+  Session& session = *office_.session;
+  ASSERT_TRUE(SetTransactionsOpen(session, false));
+  office_.WriteFile("Transactions.dat", "F");  // as an earlier build kept it
+  ASSERT_TRUE(Copy().completed);
+  EXPECT_FALSE(Copied(std::string(kSwitchFile)));
+  EXPECT_FALSE(Copied("Transactions.dat"));
+  // An earlier build's copy, brought to an office that never locked.
+  office_.WriteFile("DBFCOPYS\\Transactions.dat", "F");
+  DropManifest();
+  for (const std::string_view file : {kSwitchFile, kFormerSwitchFile})
+    SystemFileSystem().Remove(office_.folder.Held(file));
+  EXPECT_TRUE(Restore({kOk, kYes, kNo, kNo}).completed);
+  EXPECT_TRUE(TransactionsOpen(session));
+}
+
 TEST_F(DataCopyTest, NobodyPostsWhileTheFilesAreCopied) {
   StartUpOutcome clerk = office_.Another();
   ASSERT_NE(clerk.session, nullptr);
@@ -162,6 +205,22 @@ TEST_F(DataCopyTest, FaultsOfACopyAreToldAndChangeNothingElse) {
     EXPECT_EQ(Copied("mark.txt"), fault.old_copy_stays) << fault.what;
     EXPECT_EQ(office_.Picture(), before) << fault.what;
   }
+}
+
+// A table may take minutes: whoever wants to stop is not kept waiting for its end.
+TEST_F(DataCopyTest, EscStopsInTheMiddleOfAFile) {
+  office_.WriteFile("Big.dat", std::string(std::size_t{3} << 20, 'x'));  // the first to be copied
+  for (int at = 1; at <= 8; ++at) {
+    office_.boxes.shown.clear();
+    progress_.asked = 0;
+    progress_.stop_after = at;
+    EXPECT_EQ(Copy().message, "Copy Databases Aborted...");
+    EXPECT_EQ(progress_.asked, at);
+    EXPECT_EQ(office_.boxes.shown.size(), 2U) << "no file is said to have failed";
+    EXPECT_FALSE(Copied("Big.dat"));
+  }
+  progress_.stop_after = 0;
+  EXPECT_TRUE(Copy().completed);
 }
 
 TEST_F(DataCopyTest, ACopyThatDiffersFromTheDataIsNotCompleted) {

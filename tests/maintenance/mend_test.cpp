@@ -204,5 +204,22 @@ TEST_F(Mend, LeavesWhatARebuildCannotDecide) {
   EXPECT_TRUE(said);
 }
 
+TEST_F(Mend, RemovesWhatARebuildLeftAndKeepsWhatIsMissingElsewhere) {
+  const TableHome& home = Leave();
+  const std::string checks = office_.ReadFile("ESCROW_CHECKS_FNB.DBF");
+  office_.WriteFile("ESCROW_CHECKS_FNB.SAV", checks);
+  office_.WriteFile("ESCROW_NOTES.SAV.FPT", "memos");
+  office_.WriteFile("ESCROW_XRFS.SAV~", "half a co");
+  office_.WriteFile("ESCROW_WIRES_FNB.SAV", checks);  // more than the table holds
+  EXPECT_EQ(Steps(PlanMending(home)),
+            (Lines{"ESCROW_CHECKS_FNB.SAV: removes the file", "ESCROW_NOTES.SAV.FPT: removes the file",
+                   "ESCROW_XRFS.SAV~: removes the file"}));
+  EXPECT_EQ(
+      Texts(MendCompany(home).remains),
+      (Lines{"ESCROW_WIRES_FNB.SAV: was left by a rebuild that was cut short and holds 3 records as they "
+             "were before, the table now 0.  Keep it until the table has been put right"}));
+  EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.SAV*"), Lines{"ESCROW_WIRES_FNB.SAV"});
+}
+
 }  // namespace
 }  // namespace tallwick::testing

@@ -88,7 +88,7 @@ TEST_F(MainWindowTest, TheSwitchLocksTransactionsForEverybody) {
   FrmMainEscrowAccounting other(*office_.session, office_);  // as on another workstation
   EXPECT_TRUE(TransactionsOpen(*office_.session)) << "nobody has locked yet";
   for (const char* text : {"F", "", "t", "no"}) {
-    office_.WriteFile("Transactions.dat", text);
+    office_.WriteFile(kSwitchFile, text);
     FrmMainEscrowAccounting form(*office_.session, office_);
     form.Opened();
     EXPECT_EQ(Seen(form, "BankName"), "Transactions Locked...") << text;
@@ -108,11 +108,22 @@ TEST_F(MainWindowTest, TheSwitchLocksTransactionsForEverybody) {
   EXPECT_TRUE(Offers(form, "mnuEditChecksPost"));
   EXPECT_EQ(Seen(other, "BankName"), "First National Trust");
   // Locked elsewhere since the commands were shown: the command is refused all the same.
-  office_.WriteFile("Transactions.dat", "F");
+  office_.WriteFile(kSwitchFile, "F");
   form.Menu("mnuEditChecksPost");
   EXPECT_THAT(office_.opened, ElementsAre());
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Transactions Locked..."));
   EXPECT_FALSE(Offers(form, "mnuEditChecksPost"));
+}
+
+TEST_F(MainWindowTest, ALockOfAnEarlierBuildHoldsUntilItIsLifted) {
+  office_.WriteFile("Transactions.dat", "F");
+  FrmMainEscrowAccounting form(*office_.session, office_);
+  form.Opened();
+  EXPECT_EQ(Seen(form, "BankName"), "Transactions Locked...");
+  form.Menu("mnuFileLockTransactions");
+  EXPECT_EQ(Seen(form, "BankName"), "First National Trust");
+  office_.WriteFile("Transactions.dat", "F");  // brought back by whatever
+  EXPECT_TRUE(TransactionsOpen(*office_.session));
 }
 
 // Posts, changes and deletions at random by this workstation and another: the figures that followed them are

@@ -41,6 +41,8 @@ TEST_F(SettingsTest, LauncherTakesOverTheRegistryOnce) {
   const IniRegistry registry(files_, folder_.Held("Registry.ini"));
   EXPECT_THAT(registry.Subkeys("kvr_launcher"), ElementsAre("Tallwick.exe", "Informant.exe"));
   const std::string settings = folder_.Held("made\\here");  // the folder does not exist yet
+  // A program without a registry, come first, keeps nothing from being taken over.
+  EXPECT_EQ(clsLauncher(files_, nullptr, settings).AppPath, "");
   clsLauncher launcher(files_, &registry, settings);
   launcher.SetAppName("Tallwick.exe");
   launcher.Load();
@@ -61,7 +63,8 @@ TEST_F(SettingsTest, LauncherTakesOverTheRegistryOnce) {
 }
 
 TEST_F(SettingsTest, LauncherFileCountsAsEmptyWhenItCannotBeRead) {
-  clsLauncher fresh(files_, nullptr, folder_.Held());
+  const IniRegistry nothing(files_, folder_.Held("Registry.ini"));
+  clsLauncher fresh(files_, &nothing, folder_.Held());
   EXPECT_THAT(Read("Launcher.xml"), HasSubstr("version=\"1.0\" encoding=\"UTF-8\""));
   EXPECT_THAT(Read("Launcher.xml"), HasSubstr("<Launcher"));
   for (const char* text :
@@ -137,8 +140,10 @@ TEST_F(SettingsTest, RenameKeepsTheElementAndWhatOthersWroteInIt) {
   branch.Name = "EAST";  // another spelling is no other name
   branch = Saved(branch);
   EXPECT_THAT(branches_.LoadAll(), SizeIs(2));
-  branch.Name = "West";
-  EXPECT_FALSE(branches_.Save(branch)) << "that is another branch";
+  for (const char* other : {"West", "WEST"}) {
+    branch.Name = other;
+    EXPECT_FALSE(branches_.Save(branch)) << "that is another branch";
+  }
   branch.Name = "North";
   branch = Saved(branch);
   EXPECT_EQ(branches_.Load("East").Reports[1], "");

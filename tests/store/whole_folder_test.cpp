@@ -126,12 +126,26 @@ TEST_F(WholeFolder, OneWorkstationAtATimeHasItAlone) {
   ASSERT_EQ(code4takeFolder(*alone.code, "/data", kTables), kSuccess);
   EXPECT_FALSE(other.Open());
   EXPECT_EQ(code4errorCode(*other.code, 0), kErrorOpenRefused);
+  EXPECT_EQ(code4mayEnter(*other.code, "/data"), kErrorOpenRefused);
+  EXPECT_EQ(code4lockUserId(*other.code), "FRONTDESK2 (process 4711)");
   EXPECT_EQ(code4takeFolder(*other.code, "/data", {}), kErrorOpenRefused);
   EXPECT_EQ(d4create(*other.code, "/data/fresh.dbf", tallwick::testing::kXrefFields, {}), nullptr);
   EXPECT_TRUE(alone.Open(1));  // the one who has it works on
   code4close(*alone.code);
   code4releaseFolder(*alone.code);
+  EXPECT_EQ(code4mayEnter(*other.code, "/data"), kSuccess);
   EXPECT_TRUE(other.Open());
+}
+
+TEST_F(WholeFolder, AGateWhoseOwnerDiedIsTakenAway) {
+  for (const char* list : {"", "+checks.dbf\n"}) {  // nothing, or a list that was never finished
+    const std::string gate = "/data/" + std::string(FolderGate::kFileName);
+    disk_.Put(gate, list);
+    Company next(disk_);
+    EXPECT_TRUE(next.Open());
+    EXPECT_FALSE(disk_.Exists(gate));
+    EXPECT_EQ(next.Picture(), old_);
+  }
 }
 
 TEST_F(WholeFolder, HeldWritersWaitAndReadersGoOn) {

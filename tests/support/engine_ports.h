@@ -24,7 +24,7 @@ class PlainPaths : public FileSystem {
   std::optional<std::string> Read(std::string_view) const override { return std::nullopt; }
   bool Write(std::string_view, std::string_view) override { return false; }
   bool Append(std::string_view, std::string_view) override { return false; }
-  bool Copy(std::string_view, std::string_view) override { return false; }
+  bool Copy(std::string_view, std::string_view, const GoesOn&) override { return false; }
   bool Rename(std::string_view, std::string_view) override { return false; }
   bool Remove(std::string_view) override { return false; }
   std::vector<std::string> List(std::string_view, std::string_view) const override { return {}; }

@@ -39,8 +39,8 @@ class FaultyFiles : public FileSystem {
   bool Append(std::string_view path, std::string_view contents) override {
     return !Fails("append", path) && real_.Append(path, contents);
   }
-  bool Copy(std::string_view from, std::string_view to) override {
-    const bool done = !Fails("copy", to) && real_.Copy(from, to);
+  bool Copy(std::string_view from, std::string_view to, const GoesOn& goes_on) override {
+    const bool done = !Fails("copy", to) && real_.Copy(from, to, goes_on);
     if (done && copied) copied(to);
     return done;
   }

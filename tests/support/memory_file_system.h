@@ -39,7 +39,7 @@ class MemoryFileSystem : public PlainPaths {
     disk_.Remove(fresh);
     return false;
   }
-  bool Copy(std::string_view from, std::string_view to) override {
+  bool Copy(std::string_view from, std::string_view to, const GoesOn&) override {
     const auto contents = Read(from);
     return contents && Write(to, *contents);
   }

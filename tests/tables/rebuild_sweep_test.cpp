@@ -85,5 +85,18 @@ TEST_F(RebuildSweep, AMissingIndexIsMadeOrStillMissing) {
       [&](MemoryFiles& disk, int code, const std::string& where) { Look(disk, code, true, where); });
 }
 
+// Whoever reads "the disk may be full" looks for the wrong thing first.
+TEST_F(RebuildSweep, AFullDiskIsCalledSo) {
+  int failed = 0;
+  for (int at = 1; at <= 60; ++at) {
+    const auto disk = disk_.Clone();
+    const int code = Rebuild(*disk, [&] { disk->Plan(testing::Fault::kFull, at); });
+    if (code == 0) continue;
+    ++failed;
+    EXPECT_EQ(code, engine::kErrorDiskFull) << at;
+  }
+  EXPECT_GT(failed, 5);
+}
+
 }  // namespace
 }  // namespace tallwick

@@ -4,14 +4,20 @@
 
 #include <QAction>
 #include <QComboBox>
+#include <QDialog>
+#include <QGuiApplication>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMenu>
 #include <QPushButton>
+#include <QScreen>
+#include <QScrollArea>
+#include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
 #include <QTimer>
+#include <QToolBar>
 #include <QTreeWidget>
 
 #include "shell/main_commands.h"
@@ -19,6 +25,7 @@
 #include "ui/register_view.h"
 #include "ui/rtf_text.h"
 #include "ui/screens.h"
+#include "ui/window_room.h"
 
 namespace tallwick {
 namespace {
@@ -227,7 +234,37 @@ void ExpectReadingOrder(QWidget& window) {
   }
 }
 
-TEST_F(ScreensTest, EveryScreenShowsItsControlsAndFitsASmallLaptop) {
+// What a screen of 1366 by 768 pixels leaves below the title and within the frame, with every field in sight.
+TEST_F(ScreensTest, EveryScreenFitsASmallLaptop) {
+  for (const char* screen : {"frmMainEscrowAccounting",
+                             "frmBankSelect",
+                             "frmAbout",
+                             "frmHelp",
+                             "frmEditChecksPost",
+                             "frmPrintChecks",
+                             "frmEditDepositsPost",
+                             "frmEditDepositsClear",
+                             "frmEditWiresPost",
+                             "frmEditVouchersPost",
+                             "frmReconcileAccount",
+                             "frmViewFileLedgers",
+                             "frmViewTrialBalance",
+                             "frmEditUsers",
+                             "frmViewLog",
+                             "frmCopyDatabases",
+                             "frmMaintenance",
+                             "frmPurgeFiles",
+                             "frmCheckXReference",
+                             "frmCheckDatabaseVersion"}) {
+    const std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
+    ASSERT_NE(window, nullptr) << screen;
+    window->ensurePolished();
+    EXPECT_LE(window->minimumSizeHint().height(), 728) << screen;
+    EXPECT_LE(window->minimumSizeHint().width(), 1350) << screen;
+  }
+}
+
+TEST_F(ScreensTest, EveryScreenShowsItsControls) {
   OpenChecks();
   int looked_at = 0;
   for (std::string_view screen : {kMain, kChecks}) {
@@ -242,8 +279,6 @@ TEST_F(ScreensTest, EveryScreenShowsItsControlsAndFitsASmallLaptop) {
       EXPECT_TRUE(!is_field || !widget->accessibleName().isEmpty()) << control.name;
       ++looked_at;
     }
-    EXPECT_LE(window.minimumSizeHint().height(), 700) << screen;
-    EXPECT_LE(window.minimumSizeHint().width(), 1366) << screen;
     ExpectReadingOrder(window);
   }
   EXPECT_GT(looked_at, 30);
@@ -260,6 +295,37 @@ TEST_F(ScreensTest, EveryCommandStandsInOneMenu) {
     EXPECT_EQ(std::count_if(menus.begin(), menus.end(), holds), 1) << command.control;
     EXPECT_TRUE(Get<QAction>(kMain, name.toUtf8().constData())->isVisible()) << command.control;
   }
+}
+
+// The screen of the test has 800 by 800 pixels.
+TEST_F(ScreensTest, NoWindowOpensLargerThanItsScreen) {
+  const WindowRoom window_room(*qApp);
+  const QRect screen = QGuiApplication::primaryScreen()->availableGeometry();
+  QDialog fresh;
+  fresh.resize(screen.size() + QSize(400, 20));
+  QDialog remembered;
+  remembered.setGeometry(screen.left() + 300, screen.top() + 200, screen.width() - 100, 2000);
+  QDialog small;
+  small.setGeometry(screen.left() + 50, screen.top() + 60, 200, 100);
+  for (QDialog* window : {&fresh, &remembered, &small}) {
+    window->show();
+    EXPECT_TRUE(screen.contains(window->frameGeometry())) << window->width() << "x" << window->height();
+  }
+  EXPECT_GT(fresh.width(), screen.width() - 50) << "as large as there is room";
+  EXPECT_EQ(small.geometry(), QRect(screen.left() + 50, screen.top() + 60, 200, 100));
+}
+
+TEST_F(ScreensTest, TheBarsOfTheMainWindowStayAsTheyWereLeft) {
+  Get<QAction>(kMain, "mnuViewToolBar")->trigger();
+  EXPECT_TRUE(Get<QToolBar>(kMain, "tbToolBar")->isHidden());
+  EXPECT_FALSE(Get<QStatusBar>(kMain, "sbStatusBar")->isHidden());
+  desktop_->Find(kMain)->Close();
+  desktop_->OpenScreen(kMain, {});
+  EXPECT_TRUE(Get<QToolBar>(kMain, "tbToolBar")->isHidden());
+  EXPECT_FALSE(Get<QAction>(kMain, "mnuViewToolBar")->isChecked());
+  Get<QAction>(kMain, "mnuViewToolBar")->trigger();
+  EXPECT_FALSE(Get<QToolBar>(kMain, "tbToolBar")->isHidden());
+  desktop_->Find(kMain)->Close();
 }
 
 TEST_F(ScreensTest, RightsAreCheckedAtTheKeyboard) {
@@ -297,6 +363,19 @@ TEST_F(ScreensTest, TheAuditViewerFindsWhatWasPosted) {
   EXPECT_EQ(from->text(), "03/05/2024");
   EXPECT_EQ(entries->Model().rowCount(), 0);
   EXPECT_TRUE(Get<QWidget>("frmViewLog", "fraGrids")->isHidden());
+}
+
+TEST_F(ScreensTest, TheCriteriaOfGridsFitBesideTheEntries) {
+  OpenBank();
+  SystemFileSystem().CreateFolder(office_.folder.Held("Logs\\FNB\\"));
+  office_.WriteFile("Logs\\FNB\\Audit_Trail.log",
+                    "[DATE: Mar 04, 2024 @ 02:07:31 PM][TX: Office][REFERENCE: 1][LOGIN: a][COMPUTER: b]\r\n"
+                    "[GRID] grdItems was:\r\n[H]File[C]Amount\r\n24-0117[C]100.00\r\n");
+  Get<QAction>(kMain, "mnuHelpAuditTrailViewer")->trigger();
+  EXPECT_FALSE(Get<QWidget>("frmViewLog", "fraGrids")->isHidden());
+  QApplication::processEvents();
+  const auto* criteria = Window("frmViewLog").findChild<QScrollArea*>();
+  EXPECT_LE(criteria->widget()->width(), criteria->viewport()->width());
 }
 
 }  // namespace

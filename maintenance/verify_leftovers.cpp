@@ -1,0 +1,77 @@
+#include "maintenance/verify_leftovers.h"
+
+#include <algorithm>
+
+#include "core/text.h"
+#include "tables/record_pass.h"
+
+namespace tallwick {
+namespace {
+
+constexpr std::string_view kKept = ".SAV";
+constexpr std::size_t kBlockRecords = 4096;
+
+// Of a table's first bytes, little-endian: 4 to 7 the record count, 8 and 9 the head's length, 10 and 11 a
+// record's length. A record begins with "*" when it is deleted. Records that the file lacks are not counted.
+std::int64_t LiveRecordsIn(const FileSystem& files, const std::string& path) {
+  const std::string head = files.ReadPart(path, 0, 12).value_or("");
+  if (head.size() < 12) return 0;
+  const auto number = [&](std::size_t from, std::size_t count) {
+    std::uint64_t value = 0;
+    for (std::size_t i = from + count; i > from; --i)
+      value = value * 256 + static_cast<unsigned char>(head[i - 1]);
+    return value;
+  };
+  const std::uint64_t length = number(10, 2);
+  if (length == 0) return 0;
+  std::int64_t live = 0;
+  for (std::uint64_t record = 0; record < number(4, 4); record += kBlockRecords) {
+    const std::string block =
+        files.ReadPart(path, number(8, 2) + record * length, kBlockRecords * length).value_or("");
+    const std::uint64_t held = std::min<std::uint64_t>(block.size() / length, number(4, 4) - record);
+    for (std::uint64_t i = 0; i < held; ++i) live += block[i * length] != '*' ? 1 : 0;
+    if (held < kBlockRecords) break;
+  }
+  return live;
+}
+
+std::int64_t LiveRecordsOf(TableBase& table) {
+  std::int64_t live = 0;
+  PassOver(table, PackedFields(table), table.Name(), {}, [&live](RecordView, std::int32_t) { ++live; });
+  return live;
+}
+
+CompanyProblem Judged(TableBase* table, const FileSystem& files, const std::string& path) {
+  const std::string name(FileNameOf(path));
+  CompanyProblem problem{name, 0, "was left by a rebuild that was cut short", {}};
+  const bool is_table = ToUpper(name).ends_with(kKept);
+  const std::int64_t kept = is_table ? LiveRecordsIn(files, path) : 0;
+  const std::int64_t now = table == nullptr ? 0 : LiveRecordsOf(*table);
+  if (table != nullptr && now >= kept) {
+    problem.text += ".  The table itself is whole, so it is not needed any more";
+    problem.remedy = RemoveLeftover{name};
+  } else if (is_table) {
+    problem.text += " and holds " + std::to_string(kept) + " records as they were before" +
+                    (table == nullptr ? "" : ", the table now " + std::to_string(now)) +
+                    ".  Keep it until the table has been put right";
+  } else {
+    problem.text += ".  Keep it until the table has been put right";
+  }
+  return problem;
+}
+
+}  // namespace
+
+void VerifyLeftovers(ExaminedCompany& company, const TableHome& home, std::vector<CompanyProblem>* problems) {
+  for (const std::string& name : home.files.List(home.folder, "*" + std::string(kKept) + "*")) {
+    const std::string base = ToUpper(name.substr(0, ToUpper(name).find(kKept)));
+    const auto& tables = company.Tables();
+    const auto found = std::find_if(tables.begin(), tables.end(), [&](const TableBase* table) {
+      return company.IsTrusted(*table) && ToUpper(table->Name()) == base;
+    });
+    problems->push_back(
+        Judged(found == tables.end() ? nullptr : *found, home.files, WithBackslash(home.folder) + name));
+  }
+}
+
+}  // namespace tallwick
