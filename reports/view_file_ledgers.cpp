@@ -54,15 +54,16 @@ void AddLines(const BankLedger& bank, LedgerSection section, TextRows& rows) {
   }
 }
 
-// The printed totals, with the block that the printed ledger has below the vouchers.
+// The printed totals, with the block that the printed ledger has below the vouchers. The bank is the one
+// chosen above them, so its name, which may be long, is left out.
 void AddTotals(const BankLedger& bank, TextRows& rows) {
   for (const LedgerTotal& total : TotalsOf(bank)) {
-    const std::string caption = total.remark.empty() ? total.caption : total.caption + "  " + total.remark;
+    const std::string caption = total.remark.empty() ? total.caption : total.caption + " Balance";
     rows.Add({caption, ReportAmount(total.amount)});
   }
   rows.Add({"Bank Balance", ReportAmount(bank.BankBalance())});
   rows.Add({"less Net Vouchers", ReportAmount(bank.TotalVouchers())});
-  rows.Add({bank.Name() + " Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
+  rows.Add({"Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
 }
 
 struct ItemScreen {
