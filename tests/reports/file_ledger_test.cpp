@@ -6,6 +6,8 @@
 #include <gtest/gtest.h>
 
 #include "reports/ledger_reader.h"
+#include "reports/report_origin.h"
+#include "shell/clsSecurity.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -100,6 +102,7 @@ TEST(LedgerReaderTest, FindsTheFilesRowsInEveryBank) {
   ASSERT_TRUE(office.AddBank("FNB", "Zuercher") && office.AddBank("SAV", "Alpine"));
   EXPECT_EQ(ReadFileLedger(*office.session, " 24-0117 ").message,
             "24-0117 does NOT have any transactions posted.");
+  EXPECT_EQ(ReadFileLedger(*office.session, "26-m\u00fcller").ledger.FileNumber(), "26-M\u00dcLLER");
   BankTables tables(office.session->Home());
   ASSERT_TRUE(tables.Open("FNB"));
   for (const CheckRecord& check : {Check("2", 2, "O"), Check("1", 1, "O"), Check("3", 4, "O", "24-01170"),
@@ -120,6 +123,18 @@ TEST(LedgerReaderTest, FindsTheFilesRowsInEveryBank) {
   EXPECT_TRUE(reading.ledger.Banks()[0].Deposits()[1].wire_in);
   EXPECT_EQ(reading.ledger.Banks()[1].Checks()[0].number, "1");
   EXPECT_EQ(reading.ledger.FileBalance().ToText(), "0.45");
+}
+
+TEST(ReportOriginTest, NamesThePersonWhetherOrNotSecurityIsOn) {
+  Office office;
+  office.session = std::move(office.Start().session);
+  ASSERT_TRUE(office.session);
+  EXPECT_EQ(OriginOf(*office.session).user, "jdoe");
+  clsSecurity user;
+  user.osLogin = "JDOE";
+  user.sUserName = "Joan M. Doe";
+  ASSERT_EQ(user.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  EXPECT_EQ(OriginOf(*office.session).user, "Joan M. Doe");
 }
 
 }  // namespace
