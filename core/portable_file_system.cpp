@@ -45,6 +45,11 @@ bool PortableFileSystem::FileExists(std::string_view path) const {
   return fs::is_regular_file(NativePath(path), error);
 }
 
+bool PortableFileSystem::IsMissing(std::string_view path) const {
+  std::error_code error;
+  return fs::symlink_status(NativePath(path), error).type() == fs::file_type::not_found;
+}
+
 bool PortableFileSystem::CreateFolder(std::string_view folder) {
   std::error_code error;
   fs::create_directories(NativePath(WithoutBackslash(folder)), error);

@@ -3,7 +3,6 @@
 #include <charconv>
 
 #include "core/text.h"
-#include "shell/bank_select.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
 #include "tables/keys.h"
@@ -58,13 +57,13 @@ LedgerReading Incomplete(LedgerReading reading, const std::string& why) {
 }  // namespace
 
 LedgerReading ReadFileLedger(Session& session, std::string_view file_number) {
-  const std::string file(Trim(file_number));
-  LedgerReading reading{FileLedger(file), {}, true, OtherBanksNote(session)};
+  const std::string file = UpperKey(Trim(file_number));
+  LedgerReading reading{FileLedger(file), {}, true};
   if (file.empty()) {
     reading.message = "A ledger needs a file number.";
     return reading;
   }
-  const std::vector<BankRecord> banks = UserBanks(session);
+  const std::vector<BankRecord> banks = session.Company().banks.InNameOrder();
   for (const BankRecord& bank : banks) {
     BankTables tables(session.Home());
     if (!tables.Open(bank.code))

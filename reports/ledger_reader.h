@@ -1,4 +1,4 @@
-// Fills a file's ledger from the tables of every bank that the user may work in.
+// Fills a file's ledger from the tables of every bank.
 #pragma once
 
 #include <string>
@@ -16,13 +16,10 @@ struct LedgerReading {
   // did not open or the table whose index is damaged.
   std::string message;
   bool complete = true;  // false when a table could not be read whole: the figures must not be shown
-  // What the figures leave out, to be shown with them: banks that are not the user's. "" where they are
-  // whole.
-  std::string note = {};
 };
 
-// Walks every bank of the user in name order. The file's rows are found by the tables' file number tags, so
-// the cost follows the file's items, not the banks' sizes.
+// The file number is taken in upper case. Walks every bank in name order. The file's rows are found by the
+// tables' file number tags, so the cost follows the file's items, not the banks' sizes.
 LedgerReading ReadFileLedger(Session& session, std::string_view file_number);
 
 }  // namespace tallwick

@@ -160,7 +160,6 @@ ReportDocument MakeLedgerReport(const LedgerReading& reading, const ReportOrigin
   report.title = "Escrow Ledger for File: " + ledger.FileNumber();
   report.name = "Ledger " + ledger.FileNumber() + " " + FormatDate(origin.when.date, "yyyy-mm-dd");
   report.origin = origin;
-  if (!reading.note.empty()) report.AddText(reading.note);
   if (!reading.message.empty()) {
     report.AddText(reading.message);
     return report;

@@ -30,6 +30,12 @@ TrialBalance Failed(TrialBalance balance, std::string message, PassEnd end) {
   return balance;
 }
 
+// An accounting period of such a bank is a month: any day of it takes in the whole.
+std::string MonthNote(const Date& as_of) {
+  if (as_of.IsEmpty() || !IsValidDate({as_of.year, as_of.month, as_of.day + 1})) return {};
+  return "Bank accounts whose periods are months are counted through " + FormatDate(as_of, "mmmm yyyy") + ".";
+}
+
 std::string Scope(const TrialBalance& balance, const TrialTerms& terms) {
   std::string text = !terms.bank_code.empty() ? "Bank " + terms.bank_code
                      : balance.note.empty()   ? "All banks"
@@ -92,6 +98,7 @@ TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const P
     if (end == PassEnd::kUnreadable)
       return Failed(balance, "The tables of bank " + Quoted(code) + " could not be read whole.", end);
     balance.banks.push_back(code);
+    if (bank.accounting.day == 0) balance.month_note = MonthNote(terms.as_of);
   }
   if (balance.banks.empty()) {
     balance.message = terms.bank_code.empty() ? "No banks have been created."
@@ -131,6 +138,7 @@ ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& te
   }
   report.AddText(Scope(balance, terms));
   if (!balance.note.empty()) report.AddText(balance.note);
+  if (!balance.month_note.empty()) report.AddText(balance.month_note);
   ReportTable& table = report.AddTable(kTrialHeadings, kTrialFormat);
   table.rows.reserve(balance.files.size() + 1);
   for (const FileStanding& file : balance.files) table.Add(TrialCells(file));

@@ -53,15 +53,16 @@ void AddLines(const BankLedger& bank, LedgerSection section, TextRows& rows) {
   }
 }
 
-// The printed totals, with the block that the printed ledger has below the vouchers.
+// The printed totals, with the block that the printed ledger has below the vouchers. The bank is the one
+// chosen above them, so its name, which may be long, is left out.
 void AddTotals(const BankLedger& bank, TextRows& rows) {
   for (const LedgerTotal& total : TotalsOf(bank)) {
-    const std::string caption = total.remark.empty() ? total.caption : total.caption + "  " + total.remark;
+    const std::string caption = total.remark.empty() ? total.caption : total.caption + " Balance";
     rows.Add({caption, ReportAmount(total.amount)});
   }
   rows.Add({"Bank Balance", ReportAmount(bank.BankBalance())});
   rows.Add({"less Net Vouchers", ReportAmount(bank.TotalVouchers())});
-  rows.Add({bank.Name() + " Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
+  rows.Add({"Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
 }
 
 struct ItemScreen {
@@ -131,8 +132,7 @@ void FrmViewFileLedgers::ShowHead() {
   const FileLedger& ledger = reading_.ledger;
   const bool shown = reading_.message.empty();
   SetPrintable(reading_.complete);
-  const std::string parting = reading_.message.empty() || reading_.note.empty() ? "" : "  ";
-  SetCaption("lblMessage", reading_.message + parting + reading_.note);
+  SetCaption("lblMessage", reading_.message);
   SetCaption("lblFileBalance", shown ? ReportAmount(ledger.FileBalance()) : "");
   SetCaption("lblCondition", shown ? std::string(ledger.Condition()) : "");
   SetCaption("lblStatus", shown ? std::string(ledger.Status()) : "");

@@ -57,11 +57,6 @@ std::string OtherBanksNote(Session& session) {
   return "Only your bank accounts are counted: the company has others.";
 }
 
-FileReferences LookUpFile(Session& session, std::string_view file_number) {
-  return session.Company().xrefs.LookUpFile(
-      file_number, [&](std::string_view bank_code) { return session.MayUseBank(bank_code); });
-}
-
 std::vector<BankRecord> OfferedBanks(Session& session) {
   const std::vector<std::string> inactive = InactiveBanks(session);
   std::vector<BankRecord> banks = UserBanks(session);

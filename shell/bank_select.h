@@ -11,7 +11,6 @@
 namespace tallwick {
 
 struct BankRecord;
-struct FileReferences;
 
 // Codes in "Inactive Banks.dat", one a line, empty lines skipped; none when the file is missing.
 std::vector<std::string> InactiveBanks(const Session& session);
@@ -20,8 +19,6 @@ std::vector<std::string> InactiveBanks(const Session& session);
 std::vector<BankRecord> UserBanks(Session& session);
 // What must stand beside figures over the user's banks where the company has others; "" where it has not.
 std::string OtherBanksNote(Session& session);
-// Where an escrow file has transactions, as far as the user's banks go.
-FileReferences LookUpFile(Session& session, std::string_view file_number);
 
 // The banks that the current user may choose, in name order: those not inactive and, while security is on,
 // among the user's.

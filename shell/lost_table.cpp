@@ -85,8 +85,9 @@ std::string WhyKnown(const TableHome& home, std::string_view table) {
     return WasThere("its memo file is there");
   if (home.files.FileExists(home.folder + "DBFCOPYS\\" + name + ".DBF"))
     return WasThere("the last copy holds it");
-  const std::string control = home.files.Read(home.folder + "Escrow_Control.txt").value_or("");
-  const bool listed = ("\n" + ToUpper(control)).find("\n" + ToUpper(name) + "=") != std::string::npos;
+  const std::optional<std::string> control = home.files.ReadIfThere(home.folder + "Escrow_Control.txt");
+  if (!control) return "whether it was there can not be told: Escrow_Control.txt can not be read";
+  const bool listed = ("\n" + ToUpper(*control)).find("\n" + ToUpper(name) + "=") != std::string::npos;
   return listed ? WasThere("Escrow_Control.txt lists it") : std::string();
 }
 

@@ -5,7 +5,6 @@
 #include "core/text.h"
 #include "core/text_format.h"
 #include "shell/about.h"
-#include "shell/bank_select.h"
 #include "shell/clsBranch.h"
 #include "shell/company_tables.h"
 #include "shell/date_advance.h"
@@ -184,11 +183,9 @@ void FrmMainEscrowAccounting::ReadAnew() {
 void FrmMainEscrowAccounting::FindFile() {
   const std::string file = ToUpper(Trim(Text("txtFindFile")));
   if (file.empty()) return;
-  const FileReferences found = LookUpFile(session_, file);
+  const FileReferences found = session_.Company().xrefs.LookUpFile(file);
   if (found.banks.empty()) {
-    const std::string note = OtherBanksNote(session_);
-    Boxes().Inform("Find a File",
-                   file + " does NOT have any transactions posted." + (note.empty() ? note : "\r\r" + note));
+    Boxes().Inform("Find a File", file + " does NOT have any transactions posted.");
     return SetFocus("txtFindFile");
   }
   RememberFile(file);

@@ -47,8 +47,7 @@ constexpr TableLayout kXrefLayout{"ESCROW_XRFS", false, kFields, kTags, TextsFor
 
 XrefTable::XrefTable(const TableHome& home) : TypedTable(home, kXrefLayout, kColumns) {}
 
-FileReferences XrefTable::LookUpFile(std::string_view file_number,
-                                     const std::function<bool(std::string_view bank_code)>& counts) {
+FileReferences XrefTable::LookUpFile(std::string_view file_number) {
   FileReferences found;
   file_number = Trim(file_number);
   if (file_number.empty() || !Seek("XRFSFILEBK", KeyPart(file_number, kFileWidth))) return found;
@@ -56,7 +55,6 @@ FileReferences XrefTable::LookUpFile(std::string_view file_number,
   for (bool on_record = true; on_record; on_record = Skip()) {
     Read(row);
     if (!SameKey(row.file_number, file_number)) break;
-    if (counts && !counts(row.bank_code)) continue;
     if (std::find(found.banks.begin(), found.banks.end(), row.bank_code) == found.banks.end()) {
       found.banks.push_back(row.bank_code);
     }

@@ -1,8 +1,6 @@
 // ESCROW_XRFS: for every escrow file the items posted against it, in every bank.
 #pragma once
 
-#include <functional>
-
 #include "tables/typed_table.h"
 
 namespace tallwick {
@@ -29,10 +27,8 @@ extern const TableLayout kXrefLayout;
 class XrefTable : public TypedTable<XrefRecord> {
  public:
   explicit XrefTable(const TableHome& home);
-  // Nothing for a blank file number. `counts` says of a bank's code whether its transactions do; empty, all
-  // do.
-  FileReferences LookUpFile(std::string_view file_number,
-                            const std::function<bool(std::string_view bank_code)>& counts = {});
+  // Nothing for a blank file number.
+  FileReferences LookUpFile(std::string_view file_number);
   // The file numbers that begin with the text, in any case, the last in the order of the tag first; at most
   // `most`.
   std::vector<std::string> LastFiles(std::string_view beginning, std::size_t most);

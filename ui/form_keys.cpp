@@ -28,6 +28,11 @@ bool IsRequired(const QWidget& widget) {
   return widget.property("required").toBool();
 }
 
+// A screen whose rows lead to other screens has a button for that.
+bool OpensRows(Form& form) {
+  return form.Find("cmdOpenItem") != nullptr || form.Find("cmdOpenLedger") != nullptr;
+}
+
 // What Enter does in a filled entry: the work of the main button.
 QString EnterText(const QPushButton& main) {
   if (main.objectName() == "cmdOk") return QObject::tr("Enter posts");
@@ -50,7 +55,7 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
     keys << (MainButton() != nullptr && IsFilled() ? EnterText(*MainButton()) : tr("Enter next field"));
   } else if (IsRegister(control)) {
-    keys << tr("Enter to the entry") << tr("Ctrl+F find");
+    keys << (OpensRows(form_) ? tr("Enter opens it") : tr("Enter to the entry")) << tr("Ctrl+F find");
   }
   const bool marks = control != nullptr &&
                      (control->kind == ControlKind::kCheckList || control->kind == ControlKind::kCheck);

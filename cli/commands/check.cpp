@@ -125,6 +125,10 @@ int Next(Office& office, const CheckArguments& arguments) {
   }
   const CheckNumbering numbering =
       ReadCheckNumbering(*checks, session.Files(), session.DataPath(), session.BankCode());
+  if (!numbering.problem.empty()) {
+    office.Out().Fail(numbering.problem);
+    return kRefused;
+  }
   const std::string next = std::to_string(numbering.Next());
   office.Out().Set("next", next);
   office.Out().Line(next);

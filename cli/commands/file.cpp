@@ -1,7 +1,6 @@
 // file: where an escrow file has transactions, from the cross-reference.
 #include "cli/commands/command.h"
-#include "shell/bank_select.h"
-#include "tables/xref_table.h"
+#include "shell/company_tables.h"
 
 namespace tallwick::cli {
 
@@ -14,7 +13,7 @@ struct FileArguments {
 int LookUp(Office& office, const FileArguments& arguments) {
   Session* session = office.Open();
   if (session == nullptr) return office.Status();
-  const FileReferences found = LookUpFile(*session, arguments.file_number);
+  const FileReferences found = session->Company().xrefs.LookUpFile(arguments.file_number);
   Output& out = office.Out();
   out.Set("banks", found.banks);
   out.Set("checks", found.checks);
@@ -28,10 +27,6 @@ int LookUp(Office& office, const FileArguments& arguments) {
   out.Line("deposits  " + std::to_string(found.deposits));
   out.Line("wires     " + std::to_string(found.wires));
   out.Line("vouchers  " + std::to_string(found.vouchers));
-  if (const std::string note = OtherBanksNote(*session); !note.empty()) {
-    out.Set("note", note);
-    out.Line(note);
-  }
   return kDone;
 }
 

@@ -58,10 +58,6 @@ int Ledger(Office& office, const LedgerArguments& arguments) {
     return kNoTables;
   }
   const FileLedger& ledger = reading.ledger;
-  if (!reading.note.empty()) {
-    out.Set("note", reading.note);
-    out.Line(reading.note);
-  }
   out.Set("file", ledger.FileNumber());
   Json banks = Json::array();
   for (const BankLedger& bank : ledger.Banks()) banks.push_back(BankJson(bank));

@@ -28,7 +28,7 @@ Json FileJson(const FileStanding& file) {
 
 std::string FileLine(const std::vector<std::string>& cells) {
   std::string line = PadRight(cells[0], 16);
-  for (std::size_t amount = 1; amount <= 3; ++amount) line += PadLeft(cells[amount], 18);
+  for (std::size_t amount = 1; amount <= 3; ++amount) line += " " + PadLeft(cells[amount], 17);
   return line + "  " + PadRight(cells[4], 18) + cells[5];
 }
 
@@ -39,6 +39,10 @@ void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, co
   if (!balance.note.empty()) {
     out.Set("note", balance.note);
     out.Line(balance.note);
+  }
+  if (!balance.month_note.empty()) {
+    out.Set("monthNote", balance.month_note);
+    out.Line(balance.month_note);
   }
   out.Line(FileLine(Split(kTrialHeadings, '|')));
   out.StartList("files");

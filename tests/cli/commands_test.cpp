@@ -127,8 +127,6 @@ TEST(CommandLine, RefusesWhatIsNotGranted) {
       {"bank show LSB", "", "Savings"},
       {"bank list", "", "Savings"},
       {"--bank LSB check list", "", "\"checks\":[]"},
-      {"file 24-0117", "", "\"banks\":[]"},
-      {"ledger 24-0117", "", "\"banks\":[]"},
   };
   for (const auto& one : kCases) {
     for (const std::string user : {"ANN", "NOBODY"}) {

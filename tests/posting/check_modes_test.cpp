@@ -5,6 +5,7 @@
 #include "posting/bank_settings.h"
 #include "posting/check_posting.h"
 #include "tests/posting/screen_fixture.h"
+#include "tests/support/faulty_files.h"
 
 namespace tallwick {
 namespace {
@@ -535,6 +536,25 @@ TEST_F(CheckModesTest, SettingsOfABankKeepTheirOtherLines) {
   ASSERT_TRUE(settings.Set("Font", "E13B"));
   EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"),
             "; by hand\r\nOffset=3\r\nNextCheckNumber=500\r\nFont=E13B\r\n");
+}
+
+TEST_F(CheckModesTest, SettingsThatCannotBeReadAreNotTakenForNone) {
+  FaultyFiles files;
+  office_.files = &files;
+  OpenOffice();
+  const std::string text = "NextCheckNumber=500\r\nFont=E13B\r\n";
+  office_.WriteFile("MICR_Print_FNB.dat", text);
+  files.unreadable = [](std::string_view path) { return path.ends_with("MICR_Print_FNB.dat"); };
+  BankSettings settings(files, office_.session->DataPath(), kMicrSettings, "FNB");
+  EXPECT_THAT(settings.Problem(), HasSubstr("MICR_Print_FNB.dat cannot be read"));
+  EXPECT_FALSE(settings.Set("Font", "Another"));
+  OpenForm();
+  form_->Enter("txtCheckNumber");
+  EXPECT_EQ(Seen(*form_, "lblLastCheckNumber"), "Last Check Number: 0 (the next one is not known)");
+  files.unreadable = {};
+  EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"), text);
+  ASSERT_TRUE(settings.Set("Font", "Another"));
+  EXPECT_EQ(settings.Get(kNextCheckNumber), "500");
 }
 
 }  // namespace
