@@ -44,38 +44,43 @@ std::int64_t NextVoucherNumber(VoucherTable& vouchers, std::int64_t last_used) {
 }
 
 PostOutcome PostVoucher(BankTables& bank, BankTable& banks, XrefTable& xrefs, std::string_view bank_code,
-                        const VoucherRecord& voucher) {
+                        const VoucherRecord& voucher, const PostGuard& guard) {
   const PostPiece pieces[] = {
       {Step::kItem, [&] { return bank.vouchers.Add(voucher, true); }},
       {Step::kCrossReference,
        [&] { return AddXref(xrefs, VoucherXref(voucher.file_number, bank_code, voucher.number)); }},
       {Step::kCounter, [&] { return RaiseCounter(banks, bank_code, voucher.number); }},
   };
-  return AsOneUnit(xrefs.Data(), pieces);
+  return AsOneUnit(xrefs.Data(), pieces, guard);
 }
 
 PostOutcome RewriteVoucher(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                           const VoucherRecord& before, const VoucherRecord& after) {
+                           const VoucherRecord& before, const VoucherRecord& after, const PostGuard& guard) {
   const XrefRecord old_xref = VoucherXref(before.file_number, bank_code, before.number);
   const XrefRecord new_xref = VoucherXref(after.file_number, bank_code, after.number);
   const bool moved = before.file_number != after.file_number;
   const PostPiece pieces[] = {
-      {Step::kItem,
-       [&] { return HoldUnchanged(bank.vouchers, bank.vouchers.SeekNumber(before.number), before); }},
       {Step::kItem, [&] { return bank.vouchers.Update(after); }},
       {Step::kCrossReference, [&] { return moved ? RemoveXref(xrefs, old_xref) : engine::kSuccess; }},
       {Step::kCrossReference, [&] { return moved ? AddXref(xrefs, new_xref) : engine::kSuccess; }},
   };
-  PostOutcome outcome = AsOneUnit(xrefs.Data(), pieces);
-  bank.vouchers.Unlock();
-  return outcome;
+  return ChangeAsOneUnit(bank.vouchers, bank.vouchers.SeekNumber(before.number), before, pieces, guard);
+}
+
+PostOutcome RemoveVoucher(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
+                          const VoucherRecord& voucher, const PostGuard& guard) {
+  const XrefRecord xref = VoucherXref(voucher.file_number, bank_code, voucher.number);
+  const PostPiece pieces[] = {
+      {Step::kItem, [&] { return bank.vouchers.Delete(); }},
+      {Step::kCrossReference, [&] { return RemoveXref(xrefs, xref); }},
+  };
+  return ChangeAsOneUnit(bank.vouchers, bank.vouchers.SeekNumber(voucher.number), voucher, pieces, guard);
 }
 
 std::string VoucherFailureMessage(const PostOutcome& outcome, std::string_view voucher_number) {
   const std::string number(voucher_number);
   return FailureMessage(outcome, "Voucher Number " + number, "Failed to add voucher number " + number,
-                        "voucher") +
-         AdviceFor(outcome);
+                        "voucher");
 }
 
 }  // namespace tallwick
