@@ -70,7 +70,7 @@ void PayeePostingForm::ShowPayee(const Payee& payee) {
 
 void PayeePostingForm::OpenPayees() {
   if (!At(entries_.name).enabled) return;
-  payees_.Refresh();
+  payees_.ReadAnew();
   for (std::string_view control : kLookUp) SetVisible(control, true);
   ShowFoundPayees();
   SetFocus("txtFindPayee");
@@ -93,7 +93,10 @@ void PayeePostingForm::ShowFoundPayees() {
 void PayeePostingForm::UsePayee() {
   const int row = At("lstPayees").selected;
   if (row <= 0 || static_cast<std::size_t>(row) > rows_->RowCount()) return;
-  const Payee payee = rows_->Payees()[static_cast<std::size_t>(row) - 1];
+  // The list may have stood open for long.
+  const Payee listed = rows_->Payees()[static_cast<std::size_t>(row) - 1];
+  const Payee* now = payees_.Find(listed.name);
+  const Payee payee = now != nullptr ? *now : listed;
   const std::string& old = Text(entries_.name);
   if (!Trim(old).empty()) {
     const std::string question = "Replace payee " + Quoted(old) + " with " + Quoted(payee.name) + " ?";

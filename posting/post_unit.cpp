@@ -45,6 +45,11 @@ std::string FailureMessage(const PostOutcome& outcome, std::string_view item, st
            " was changed on another workstation in the meantime.  Nothing was saved: look it up again and "
            "repeat the change.";
   }
+  if (outcome.code == kReconciledElsewhere) {
+    return std::string(item) +
+           ": the account was reconciled on another workstation in the meantime.  Nothing was saved: look it "
+           "up again and repeat the change.";
+  }
   if (!outcome.field_problem.empty()) return outcome.field_problem;
   const std::string code = "\r\nError code = " + std::to_string(outcome.code) + AdviceFor(outcome);
   if (outcome.failed == PostOutcome::Step::kCrossReference) {

@@ -32,6 +32,7 @@ struct PostOutcome {
   std::string advice;  // what to do about it; "" where the code says enough
 
   bool Done() const { return code == 0; }
+  bool NumberIsTaken() const { return code == engine::kUnique && failed == Step::kItem; }
 };
 
 struct PostPiece {

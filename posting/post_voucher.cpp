@@ -1,16 +1,14 @@
 #include "posting/post_voucher.h"
 
-#include "core/text.h"
+#include "posting/item_number.h"
 
 namespace tallwick {
 namespace {
 
 using Step = PostOutcome::Step;
 
-constexpr std::size_t kMostDigits = 12;
-
 int RaiseCounter(BankTable& banks, std::string_view bank_code, std::string_view voucher_number) {
-  const std::optional<std::int64_t> value = VoucherNumberValue(voucher_number);
+  const std::optional<long long> value = NumberValue(voucher_number);
   if (!value) return engine::kSuccess;
   std::optional<BankRecord> bank = banks.Find(bank_code);
   if (!bank) return engine::kNoRecord;
@@ -27,20 +25,30 @@ int RaiseCounter(BankTable& banks, std::string_view bank_code, std::string_view 
   return code;
 }
 
-}  // namespace
-
-std::optional<std::int64_t> VoucherNumberValue(std::string_view number) {
-  number = Trim(number);
-  if (!IsAllDigits(number) || number.size() > kMostDigits) return std::nullopt;
-  std::int64_t value = 0;
-  for (char digit : number) value = value * 10 + (digit - '0');
-  return value;
+bool IsPosted(VoucherTable& vouchers, long long number) {
+  return SeekCounted(vouchers, std::to_string(number));
 }
+
+// From the highest number down: the first one that is followed by a free one.
+long long FreeBelowTheEnd(VoucherTable& vouchers) {
+  long long above = kGreatestNumber + 1;
+  for (bool on = vouchers.Bottom("VCHRNUMBER"); on; on = vouchers.Skip(-1)) {
+    const std::int32_t record = vouchers.RecordNumber();
+    const std::optional<long long> value = NumberValue(vouchers.Read().number);
+    if (!value) continue;
+    if (*value + 1 < above && !IsPosted(vouchers, *value + 1)) return *value + 1;
+    above = *value;
+    vouchers.GoTo(record);
+  }
+  return 1;
+}
+
+}  // namespace
 
 std::int64_t NextVoucherNumber(VoucherTable& vouchers, std::int64_t last_used) {
   std::int64_t next = last_used + 1;
-  while (vouchers.SeekNumber(std::to_string(next))) ++next;
-  return next;
+  while (next <= kGreatestNumber && IsPosted(vouchers, next)) ++next;
+  return next <= kGreatestNumber ? next : FreeBelowTheEnd(vouchers);
 }
 
 PostOutcome PostVoucher(BankTables& bank, BankTable& banks, XrefTable& xrefs, std::string_view bank_code,

@@ -6,7 +6,6 @@
 #pragma once
 
 #include <cstdint>
-#include <optional>
 #include <string>
 #include <string_view>
 
@@ -16,10 +15,8 @@
 
 namespace tallwick {
 
-// The number as a value; nullopt when it is not made of digits.
-std::optional<std::int64_t> VoucherNumberValue(std::string_view number);
-
-// The first number after the bank's counter (`last_used`) that no voucher has.
+// The first number after the bank's counter (`last_used`) that no voucher has. Where the numbers end there,
+// since one was mistyped or made up, the first that is free above those in use below.
 std::int64_t NextVoucherNumber(VoucherTable& vouchers, std::int64_t last_used);
 
 // Appends the voucher to the open tables of a bank with its cross-reference, and raises the counter where the

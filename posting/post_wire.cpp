@@ -39,7 +39,7 @@ PostOutcome RemoveWire(BankTables& bank, XrefTable& xrefs, std::string_view bank
 
 std::string WireFailureMessage(const PostOutcome& outcome, std::string_view wire_number) {
   const std::string number(wire_number);
-  if (outcome.code == engine::kUnique && outcome.failed == Step::kItem) {
+  if (outcome.NumberIsTaken()) {
     return "Wire " + number +
            " was posted on another workstation in the meantime.  Nothing was saved: correct the number, or "
            "look the posted wire up.";

@@ -219,8 +219,7 @@ void clsKVRData::TellUnreadable(DataHandle data, int code) {
 
 void clsKVRData::ShowUnreadable(const std::string& table, int code) {
   ports_.boxes.Critical("Read Database",
-                        Quoted(table) + " could not be read on (error code " +
-                            std::to_string(code) +
+                        Quoted(table) + " could not be read on (error code " + std::to_string(code) +
                             ").  What is shown is not complete: have the table rebuilt, or mended with "
                             "\"escrowctl mend\", before you rely on it.");
 }
