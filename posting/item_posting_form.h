@@ -243,6 +243,7 @@ class ItemPostingForm : public PayeePostingForm {
   bool Write() {
     Record record = loaded_.value_or(Record{});
     ApplyEntries(fields_, Entries(), bank_.accounting.day, &record);
+    if (item_.counted && !loaded_) record.*item_.number = CountedNumber(NumberOf(record));
     Complete(&record);
     if (loaded_ && record == *loaded_) {
       Boxes().Inform(Caption(), ItemName(NumberOf(record)) + " was not added or updated.");

@@ -3,10 +3,8 @@
 
 #include <gmock/gmock.h>
 
-#include "clearing/deposit_clearing.h"
 #include "posting/check_posting.h"
 #include "posting/deposit_posting.h"
-#include "posting/post_deposit.h"
 #include "posting/voucher_posting.h"
 #include "posting/wire_posting.h"
 #include "tests/posting/screen_fixture.h"
@@ -211,32 +209,6 @@ TEST_F(DepositReconciledTest, TheQuestionComesForABankReconciledInBetween) {
                           "WARNING - Accounting period 3-2024 has been reconciled.  Ok to make changes?"));
   ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
   EXPECT_EQ(tables_->deposits.Read().items[0].file_number, "24-0117");
-}
-
-class DepositClearedTest : public PostingScreenTest<FrmEditDepositsClear> {
- protected:
-  std::unique_ptr<FrmEditDepositsClear> MakeForm() override {
-    return std::make_unique<FrmEditDepositsClear>(*office_.session);
-  }
-};
-
-TEST_F(DepositClearedTest, AnItemReconciledSinceItWasShownStaysCleared) {
-  OpenOffice();
-  DepositRecord deposit;
-  deposit.dated = "20240315";
-  deposit.sequence = "1";
-  deposit.accounting = kMarch;
-  deposit.item_count = 1;
-  deposit.items[0] = {"1", "24-0117", "SMITH", Currency::FromCents(10'00), kMarch, "C"};
-  ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", deposit).Done());
-  OpenForm();
-  form_->Choose("lstDepositDates", 1);
-  form_->SetCheck("chkCleared", 0, 1);
-  Reconcile(kMarch);
-  form_->Click("cmdOk");
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Line 1 Cleared: yours not marked, stored marked")));
-  ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
-  EXPECT_EQ(tables_->deposits.Read(), deposit);
 }
 
 }  // namespace

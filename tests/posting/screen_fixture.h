@@ -25,8 +25,10 @@ class PostingScreenTest : public ::testing::Test {
   virtual std::unique_ptr<Screen> MakeForm() {
     if constexpr (std::is_constructible_v<Screen, Session&, ScreenOpener&>) {
       return std::make_unique<Screen>(*office_.session, office_);
-    } else {
+    } else if constexpr (std::is_constructible_v<Screen, Session&, ScreenOpener*>) {
       return std::make_unique<Screen>(*office_.session, &office_);
+    } else {
+      return std::make_unique<Screen>(*office_.session);
     }
   }
   void OpenForm() {
