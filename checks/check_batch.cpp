@@ -19,8 +19,8 @@ class Collector {
   void Take(const std::string& text) {
     const std::size_t dash = text.find('-');
     if (dash == std::string::npos) return TakeOne(std::string(Trim(text)));
-    const auto first = CheckNumberValue(Trim(text.substr(0, dash)));
-    const auto last = CheckNumberValue(Trim(text.substr(dash + 1)));
+    const auto first = NumberValue(Trim(text.substr(0, dash)));
+    const auto last = NumberValue(Trim(text.substr(dash + 1)));
     if (!first || !last || *last < *first || *last - *first >= kMostOfRange) {
       batch.problem = Quoted(text) + " is no range of at most 1000 check numbers, such as 10452-10460.";
       return;

@@ -82,8 +82,8 @@ std::string FrmPrintChecks::Proposal() {
   const auto known = PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read();
   if (!known) return {};
   long long printed = 0;
-  for (const auto& [number, when] : *known) printed = std::max(printed, CheckNumberValue(number).value_or(0));
-  const long long last = CheckNumberValue(tables_.checks.LastNumber()).value_or(0);
+  for (const auto& [number, when] : *known) printed = std::max(printed, NumberValue(number).value_or(0));
+  const long long last = NumberValue(tables_.checks.LastNumber()).value_or(0);
   if (printed == 0 || last <= printed || last - printed > kMostProposed) return {};
   return std::to_string(printed + 1) + (last == printed + 1 ? "" : "-" + std::to_string(last));
 }

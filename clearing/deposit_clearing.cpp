@@ -9,8 +9,9 @@
 namespace tallwick {
 namespace {
 
-constexpr PostingScreen kScreen{"frmEditDepositsClear", "Clear Deposits - ",
-                                "Bank ID Code no longer valid...", kAuditClearDeposit, kRightClearDeposits};
+constexpr PostingScreen kScreen{
+    "frmEditDepositsClear", "Clear Deposits - ", "Bank ID Code no longer valid...",
+    kAuditClearDeposit,     kRightClearDeposits, "lblDepositStatus"};
 
 const DepositItem& ItemOf(const DepositRecord& deposit, int item) {
   return deposit.items[static_cast<std::size_t>(item) - 1];
@@ -43,7 +44,7 @@ FrmEditDepositsClear::FrmEditDepositsClear(Session& session)
 
 void FrmEditDepositsClear::OnOpen() {
   SetSource("lstDepositDates", deposits_);
-  SetText("txtStmtPeriod", ShownValue(bank_.accounting));
+  SetText("txtStmtPeriod", ShownValue(ProposedPeriod()));
   ShowNothing();
   SetFocus("txtDepositDated");
 }
@@ -128,7 +129,19 @@ void FrmEditDepositsClear::ShowItem(int item) {
   SetCaption("lblItemPeriods", cleared ? ShownValue(shown.statement) : "", item);
   SetValue("chkCleared", cleared ? 1 : 0, item);
   SetVisible("chkCleared", IsUsed(shown), item);
-  SetEnabled("chkCleared", IsUsed(shown) && !(cleared && IsReconciled(shown.statement)), item);
+  SetEnabled("chkCleared", MayMark(shown), item);
+}
+
+bool FrmEditDepositsClear::MayMark(const DepositItem& item) const {
+  return IsUsed(item) && !(item.status == "C" && IsReconciled(item.statement));
+}
+
+// Items whose statement has been reconciled by now stand as they were loaded.
+bool FrmEditDepositsClear::MayChange() {
+  for (int item = 1; loaded_ && item <= kDepositItems; ++item) {
+    SetEnabled("chkCleared", MayMark(ItemOf(*loaded_, item)), item);
+  }
+  return ClosedEntriesStand("The statement on which lines have cleared was reconciled.");
 }
 
 void FrmEditDepositsClear::MarkAll() {
@@ -185,14 +198,15 @@ bool FrmEditDepositsClear::MayPost(Period* statement) {
 
 bool FrmEditDepositsClear::Post() {
   Period statement;
-  if (!MayWrite() || !MayPost(&statement)) return false;
+  if (!MayWrite() || !MayChange() || !MayPost(&statement)) return false;
   const DepositRecord marked = Marked(statement);
   const std::string name = DepositName(marked.dated, marked.sequence);
   if (marked == *loaded_) {
     Boxes().Inform(Caption(), "Deposit " + name + " was not added or updated.");
     return false;
   }
-  const PostOutcome outcome = RewriteDeposit(tables_, session_.Company().xrefs, bank_code_, *loaded_, marked);
+  const PostOutcome outcome =
+      RewriteDeposit(tables_, session_.Company().xrefs, bank_code_, *loaded_, marked, SameReconciliation());
   if (!outcome.Done()) return SettleFailure(outcome);
   last_posted_ = marked.dated + marked.sequence;
   Audit(kAuditSave, name);
@@ -213,7 +227,8 @@ bool FrmEditDepositsClear::SettleFailure(const PostOutcome& outcome) {
     MarkRefused("txtDateSequence");
     return false;
   }
-  Refuse(FailureText(outcome, DepositFailureMessage(outcome, name)), "txtDateSequence");
+  if (outcome.code == kReconciledElsewhere) return Post();
+  TellFailure(outcome, FailureText(outcome, DepositFailureMessage(outcome, name)), {}, "txtDateSequence");
   return false;
 }
 

@@ -42,6 +42,8 @@ class FrmEditDepositsClear : public PostingForm {
   void ShowDeposit(const DepositRecord& deposit);
   void ShowNothing();
   void ShowItem(int item);
+  bool MayMark(const DepositItem& item) const;
+  bool MayChange();
   void MarkAll();
   // The deposit with the marks of the screen, the newly cleared items in the period.
   DepositRecord Marked(const Period& statement);

@@ -10,8 +10,6 @@ namespace tallwick {
 
 namespace {
 
-constexpr std::int32_t kFirstYear = 1975;
-constexpr std::int32_t kLastYear = 2095;
 // February has 28 days in every year: a period never ends on 29 February.
 constexpr std::array<std::int32_t, 12> kMonthLengths{31, 28, 31, 30, 31, 30, 31, 31, 30, 31, 30, 31};
 constexpr std::string_view kMessageTitle = "Escrow Accounting Date Periods";
@@ -58,7 +56,7 @@ Period SplitTyped(std::string_view text) {
 }
 
 bool IsPossible(const Period& period) {
-  if (period.year < kFirstYear || period.year > kLastYear || !IsMonth(period.month)) return false;
+  if (period.year < kFirstPeriodYear || period.year > kLastPeriodYear || !IsMonth(period.month)) return false;
   return period.day <= kMonthLengths[static_cast<std::size_t>(period.month - 1)];
 }
 

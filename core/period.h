@@ -20,6 +20,10 @@ struct Period {
   friend bool operator==(const Period&, const Period&) = default;
 };
 
+// The years that periods have.
+inline constexpr std::int32_t kFirstPeriodYear = 1975;
+inline constexpr std::int32_t kLastPeriodYear = 2095;
+
 // State that lives for the whole run of the program. Start-up makes the one object and hands it down.
 struct RunState {
   // True when the last text parsed was a valid period of the bank's form.

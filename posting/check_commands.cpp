@@ -152,7 +152,7 @@ void FrmEditChecksPost::SwitchTo(const CheckMode& mode) {
 
 void FrmEditChecksPost::UseNextNumber() {
   ReadNumbering();
-  SetText("txtCheckNumber", std::to_string(numbering_.Next()));
+  SetText("txtCheckNumber", numbering_.Proposal());
   if (!renumbering_) LookUpNumber();
 }
 
@@ -160,6 +160,7 @@ void FrmEditChecksPost::BeginRenumbering() {
   if (!loaded_) return Refuse("Look up the posted check that is to be renumbered first.", "txtCheckNumber");
   if (!MayWrite() || !Passes({"txtCheckNumber", RemovalRefusal(*loaded_, bank_)})) return;
   renumbering_ = true;
+  ReadNumbering();
   SetCaption("lblEditMessage", "Check " + loaded_->number +
                                    " gets another number: type it and press Ok.  Esc leaves it as it is.");
   SetFocus("txtCheckNumber");

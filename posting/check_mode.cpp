@@ -5,6 +5,7 @@
 #include "audit/audit_trail.h"
 #include "core/text.h"
 #include "posting/file_number.h"
+#include "posting/reconciled_rule.h"
 #include "shell/rights.h"
 #include "tables/status_text.h"
 
@@ -21,22 +22,8 @@ constexpr CheckMode kModes[] = {
     {Kind::kStopPayment, kAuditPostCheck, "Stop Payment", "Stop Payment - ", "S", kRightVoidChecks},
 };
 
-std::string ReturnWord(const CheckRecord& check) {
-  if (check.status == "C") return "Cleared";
-  return check.status == "V" ? "Voided" : "Stop Payment";
-}
-
 std::string NameOf(const CheckRecord& check) {
   return "Check " + check.number;
-}
-
-bool StatementIsReconciled(const CheckRecord& check, const BankRecord& bank) {
-  const std::int32_t statement = MakeKey(check.statement);
-  return !IsOutstanding(check) && statement != 0 && statement <= MakeKey(bank.reconciled);
-}
-
-std::string ReconciledText(const CheckRecord& check) {
-  return ReturnWord(check) + " and reconciled.\r\nChanges are restricted.";
 }
 
 }  // namespace
@@ -64,15 +51,8 @@ bool IsOutstanding(const CheckRecord& check) {
   return check.status != "C" && check.status != "V" && check.status != "S";
 }
 
-std::string RestrictionText(const CheckRecord& check, const BankRecord& bank) {
-  if (StatementIsReconciled(check, bank)) return ReconciledText(check);
-  if (MakeKey(check.accounting) > MakeKey(bank.reconciled)) return {};
-  return "Accounting period " + ShortForm(check.accounting) +
-         " has been reconciled.\r\nChanges are restricted.";
-}
-
 std::string StatusRefusal(const CheckRecord& check, std::string_view status, const BankRecord& bank) {
-  if (StatementIsReconciled(check, bank)) return ReconciledText(check);
+  if (std::string restricted = StatusRestriction(check, bank); !restricted.empty()) return restricted;
   if (status == "O") {
     if (IsOutstanding(check)) return NameOf(check) + " is outstanding already.";
     if (!IsVoidFile(check.file_number)) return {};
@@ -87,7 +67,7 @@ std::string StatusRefusal(const CheckRecord& check, std::string_view status, con
 }
 
 std::string RemovalRefusal(const CheckRecord& check, const BankRecord& bank) {
-  if (std::string restricted = RestrictionText(check, bank); !restricted.empty()) return restricted;
+  if (std::string restricted = RestrictionOf(check, bank); !restricted.empty()) return restricted;
   if (check.status != "C") return {};
   return NameOf(check) + " has cleared the bank.  Set it outstanding first.";
 }

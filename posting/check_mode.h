@@ -29,9 +29,6 @@ const CheckMode& CheckModeOf(CheckMode::Kind kind);
 // "Cleared", without the blank that the display text of a status may end with.
 std::string StatusWord(const CheckRecord& check);
 
-// Why changes to a posted check are restricted, for the screen; "" when they are not.
-std::string RestrictionText(const CheckRecord& check, const BankRecord& bank);
-
 // Why the check cannot be given the status "C", "V", "S" or "O"; "" when it can.
 std::string StatusRefusal(const CheckRecord& check, std::string_view status, const BankRecord& bank);
 

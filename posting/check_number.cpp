@@ -20,12 +20,28 @@ constexpr std::string_view kList = "lstCheckNumbers";  // marks the check that i
 constexpr std::string_view kRestricted[] = {"txtCheckDated",         "txtCheckAmount",
                                             "txtCheckFileNumber",    "txtCheckAcctPeriod",
                                             "txtCheckVoucherNumber", "chkHandwritten"};
+// Entries that are closed once the bank has paid the check, or its void or stop has been reconciled.
+constexpr std::string_view kOfPayee[] = {"txtCheckPayee", "txtCheckAddr1", "txtCheckAddr2",
+                                         "txtCheckCityState"};
+
+bool IsAmong(std::span<const std::string_view> names, std::string_view name) {
+  return std::find(names.begin(), names.end(), name) != names.end();
+}
 
 }  // namespace
 
+// The number that the typed one stands for: a posted one, or as a new one is stored.
+std::string FrmEditChecksPost::TypedNumber() {
+  const std::string typed = Text(kNumber);
+  if (typed.empty() || typed == looked_up_number_) return typed;
+  const bool posted = !renumbering_ && SeekCounted(tables_.checks, typed);
+  return posted ? tables_.checks.Read().number : CountedNumber(typed);
+}
+
 void FrmEditChecksPost::LookUpNumber() {
-  if (renumbering_) return;
-  const std::string number = Text(kNumber);
+  const std::string number = TypedNumber();
+  SetText(kNumber, number);
+  if (renumbering_) return WarnOfNumber();
   if (number != looked_up_number_) {
     const bool looks_up = ShowsOther(number);
     if ((looks_up || printed_) && !MayLeaveCheck()) {
@@ -59,7 +75,7 @@ void FrmEditChecksPost::OpenNumber(const std::string& number) {
   printed_ = false;
   if (!number.empty() && tables_.checks.SeekNumber(number)) {
     ShowCheck(tables_.checks.Read());
-    if (CheckNumberValue(number) == 0 && Is(CheckMode::Kind::kPosting)) OfferRemovalOfZero();
+    if (NumberValue(number) == 0 && Is(CheckMode::Kind::kPosting)) OfferRemovalOfZero();
     return;
   }
   SetText(kNumber, number);
@@ -88,7 +104,7 @@ void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
   ShowState();
   Audit(kAuditSnapshot, {});
   // Proposed behind the snapshot, so that the trail shows it as a change.
-  if (SetsStatus() && IsOutstanding(check)) SetText("txtCheckStmtPeriod", ShownValue(bank_.accounting));
+  if (SetsStatus() && IsOutstanding(check)) SetText("txtCheckStmtPeriod", ShownValue(ProposedPeriod()));
   KeepState();
 }
 
@@ -99,7 +115,7 @@ void FrmEditChecksPost::ClearEntries() {
     if (entry.control != kNumber) SetText(entry.control, {});
   }
   const bool enters = EntersNew();
-  const std::string period = ShownValue(bank_.accounting);
+  const std::string period = ShownValue(ProposedPeriod());
   SetText("txtCheckDated", enters ? DisplayDate(session_.TheClock().Now().date) : "");
   SetText("txtCheckAcctPeriod", enters ? period : "");
   // Spoiled stock belongs to no file.
@@ -118,7 +134,7 @@ void FrmEditChecksPost::ClearEntries() {
 
 void FrmEditChecksPost::BeginNewCheck() {
   ReadNumbering();
-  looked_up_number_ = std::to_string(numbering_.Next());
+  looked_up_number_ = numbering_.Proposal();
   warned_number_.clear();
   SetText(kNumber, looked_up_number_);
   ClearEntries();
@@ -141,16 +157,21 @@ void FrmEditChecksPost::BeginNext() {
 
 void FrmEditChecksPost::OfferRemovalOfZero() {
   const CheckRecord check = *loaded_;
+  if (const std::string why = RemovalRefusal(check, bank_); !why.empty()) {
+    return Boxes().Inform(Caption(), why);
+  }
   const std::string question =
       "Check Number '0' (zero) posted in error...\r\n\r\nFile Number: " + check.file_number +
       "\r\nAmount: " + AmountText(check.amount) + "\r\n\r\nData will be removed.";
   const BoxAnswer answer =
       Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kOkCancel, BoxAnswer::kCancel});
-  if (answer == BoxAnswer::kOk && MayWrite() && Remove(check)) AfterWriting();
+  if (answer != BoxAnswer::kOk || !MayWrite()) return;
+  if (Passes({kNumber, RemovalRefusal(check, bank_)}) && Remove(check)) AfterWriting();
 }
 
 bool FrmEditChecksPost::Remove(const CheckRecord& check) {
-  const PostOutcome outcome = RemoveCheck(tables_, session_.Company().xrefs, bank_code_, check);
+  const PostOutcome outcome =
+      RemoveCheck(tables_, session_.Company().xrefs, bank_code_, check, SameReconciliation());
   if (outcome.code == kChangedElsewhere && tables_.checks.SeekNumber(check.number)) {
     const CheckRecord theirs = tables_.checks.Read();
     ShowChanged("Check " + check.number, "removed", [&] { ShowCheck(theirs); });
@@ -174,10 +195,11 @@ void FrmEditChecksPost::ReadNumbering() {
 void FrmEditChecksPost::WarnOfNumber() {
   const std::string& number = Text(kNumber);
   const bool enters = Is(CheckMode::Kind::kPosting) || Is(CheckMode::Kind::kVoiding);
-  if (loaded_ || !enters || number == warned_number_) return;
+  const bool is_new = loaded_ ? renumbering_ && number != loaded_->number : enters;
+  if (!is_new || number == warned_number_) return;
   warned_number_ = number;
   const bool gap_wanted = IsOn("mnuOptionsWarnHigherNumber");
-  SetCaption("lblHighestCheckNumber", gap_wanted ? GapWarning(number, numbering_.Last()) : "");
+  SetCaption("lblHighestCheckNumber", gap_wanted ? GapWarning("Check", number, numbering_.Last()) : "");
   const std::string warning = InventoryWarning(number, bank_);
   if (!warning.empty()) Boxes().Exclaim(Caption(), warning);
 }
@@ -196,14 +218,21 @@ bool FrmEditChecksPost::EntersNew() const {
   return Is(CheckMode::Kind::kPosting) || (Is(CheckMode::Kind::kVoiding) && !looked_up_number_.empty());
 }
 
+std::string FrmEditChecksPost::WhatIsClosed() const {
+  if (!loaded_) return {};
+  if (std::string restriction = RestrictionOf(*loaded_, bank_); !restriction.empty()) return restriction;
+  if (loaded_->status != "C" || !Is(CheckMode::Kind::kPosting)) return {};
+  return "Check " + loaded_->number + " has cleared the bank.\r\nSet it outstanding to change its payee.";
+}
+
 void FrmEditChecksPost::ShowWhatMayBeEntered() {
-  const std::string restriction = loaded_ ? RestrictionText(*loaded_, bank_) : "";
-  SetCaption("lblEditMessage", restriction);
+  const bool restricted = loaded_ && !RestrictionOf(*loaded_, bank_).empty();
+  if (!renumbering_) SetCaption("lblEditMessage", WhatIsClosed());
   for (const Control& control : Controls()) {
     const bool beside = control.name == "txtRemittanceAdvice" || control.name == "txtCheckStmtPeriod" ||
                         control.name == "txtCheckReason";
     if (IsEntry(control) || beside) {
-      SetEnabled(control.name, MayEnter(control, !restriction.empty()));
+      SetEnabled(control.name, MayEnter(control, restricted));
     }
   }
   SetEnabled("cmdOk", !Is(CheckMode::Kind::kViewing));
@@ -221,23 +250,26 @@ bool FrmEditChecksPost::MayEnter(const Control& control, bool restricted) const 
   const bool new_void = Is(CheckMode::Kind::kVoiding) && !loaded_ && EntersNew();
   if (!Is(CheckMode::Kind::kPosting)) return new_void && control.name != "chkHandwritten";
   if (control.name == "chkHandwritten" && loaded_ && !IsOutstanding(*loaded_)) return false;
-  const bool closed =
-      std::find(std::begin(kRestricted), std::end(kRestricted), control.name) != std::end(kRestricted);
-  return !(restricted && closed);
+  if (IsAmong(kOfPayee, control.name) && loaded_) {
+    return loaded_->status != "C" && StatusRestriction(*loaded_, bank_).empty();
+  }
+  return !(restricted && IsAmong(kRestricted, control.name));
 }
 
 // --- The voucher ---
 
 void FrmEditChecksPost::LookUpVoucher() {
-  const std::string number = Text("txtCheckVoucherNumber");
-  if (number == looked_up_voucher_) return;
-  looked_up_voucher_ = number;
+  const std::string typed = Text("txtCheckVoucherNumber");
+  if (typed == looked_up_voucher_) return;
   SetCaption("lblVoucherInformation", {});
-  if (number.empty()) return;
-  if (!tables_.vouchers.SeekNumber(number)) {
-    return Boxes().Inform(Caption(), "Voucher Number " + number + " is NOT posted.");
+  const bool posted = !typed.empty() && SeekCounted(tables_.vouchers, typed);
+  const VoucherRecord voucher = posted ? tables_.vouchers.Read() : VoucherRecord{};
+  looked_up_voucher_ = posted ? voucher.number : CountedNumber(typed);
+  SetText("txtCheckVoucherNumber", looked_up_voucher_);
+  if (typed.empty()) return;
+  if (!posted) {
+    return Boxes().Inform(Caption(), "Voucher Number " + looked_up_voucher_ + " is NOT posted.");
   }
-  const VoucherRecord voucher = tables_.vouchers.Read();
   SetCaption("lblVoucherInformation", VoucherSummary(voucher));
   FillFrom(voucher);
   const Currency amount = Currency::ParseTyped(Text("txtCheckAmount")).value_or(Currency());

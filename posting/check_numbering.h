@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/file_system.h"
+#include "posting/item_number.h"
 #include "tables/bank_table.h"
 #include "tables/check_table.h"
 
@@ -21,12 +22,11 @@ struct CheckNumbering {
   // The number that counts as the last one.
   long long Last() const { return SettingRules() ? next_set - 1 : last_posted; }
   long long Next() const { return Last() + 1; }
+  // The next number as it is proposed; "" where it would have more digits than a number can.
+  std::string Proposal() const;
   // "Last Check Number: 10451" or "Next Check Number: 10460"; it says so when the setting is not known.
   std::string Label() const;
 };
-
-// The number as a value; nullopt when it is not made of digits.
-std::optional<long long> CheckNumberValue(std::string_view number);
 
 // Reads both facts of a bank: from its open check table, and from its MICR settings in the data path.
 CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::string_view data_path,
@@ -36,7 +36,8 @@ CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::st
 // the range is not in force.
 std::string InventoryWarning(std::string_view number, const BankRecord& bank);
 
-// "Greater than Last Check Number of 10451 by 49" for a number that leaves a gap; "" for any other.
-std::string GapWarning(std::string_view number, long long last);
+// "Greater than Last Check Number of 10451 by 49" for a number that leaves a gap; "" for any other. `kind`:
+// "Check" or "Voucher".
+std::string GapWarning(std::string_view kind, std::string_view number, long long last);
 
 }  // namespace tallwick

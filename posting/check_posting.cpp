@@ -10,7 +10,7 @@ namespace tallwick {
 namespace {
 
 constexpr PostingScreen kScreen{"frmEditChecksPost", "Post Checks - ", "Bank ID Code no longer valid...",
-                                kAuditPostCheck, kRightPostChecks};
+                                kAuditPostCheck,     kRightPostChecks, "lblCheckStatus"};
 
 constexpr PayeeEntries kPayeeEntries{"txtCheckPayee", "txtCheckAddr1", "txtCheckAddr2", "txtCheckCityState"};
 
@@ -177,7 +177,7 @@ bool FrmEditChecksPost::MayLeaveCheck() {
 void FrmEditChecksPost::Print() {
   if (ports_.printer == nullptr || !ReadBank()) return;
   const EntryRefusal problem = FirstEntryProblem(CheckEntryFields(), kCheckLayout, Entries());
-  if (!Passes(problem)) return;
+  if (!Passes(problem) || !DateIsGood("txtCheckDated", "Check Date")) return;
   bool valid = false;
   const CheckRecord check = Record(PeriodIn("txtCheckAcctPeriod", &valid));
   if (check.amount.IsZero() &&

@@ -73,6 +73,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   void LookUpNumber();
   bool ShowsOther(const std::string& number);
   void GoToFirst();
+  std::string TypedNumber();
   void OpenNumber(const std::string& number);
   void ShowCheck(const CheckRecord& check);
   void ClearEntries();
@@ -87,6 +88,8 @@ class FrmEditChecksPost : public PayeePostingForm {
   void ShowState();
   bool EntersNew() const;
   void ShowWhatMayBeEntered();
+  // Why entries of the posted check are closed; "" where none is.
+  std::string WhatIsClosed() const;
   bool MayEnter(const Control& control, bool restricted) const;
   void LookUpVoucher();
   void OfferVoucher();
@@ -96,15 +99,19 @@ class FrmEditChecksPost : public PayeePostingForm {
   // Posting (check_posting_save.cpp). True when the check was written.
   bool PostEntry();
   bool PostStatus(std::string_view status);
+  bool MayChange();
+  bool MayTakeNumber(std::string* number);
   bool MayPost(Period* accounting);
   bool MayUseStatement(Period* statement);
   CheckRecord Record(const Period& accounting);
   bool WriteNew(const CheckRecord& check);
   bool WriteChanged(const CheckRecord& check, int audit_tx);
-  bool SettleTaken(CheckRecord check);
+  std::optional<bool> SettleTaken(CheckRecord check);
+  bool GivesUpPaper(const std::string& taken, const std::string& next);
   // `status`: the one that was to be given; "" for an entry.
   bool SettleElsewhere(std::string_view status);
   void ReportFailure(const PostOutcome& outcome, std::string_view number);
+  void RefuseTaken(const std::string& number);
   // `is_gone`: no check has its number any more.
   void TellPositivePay(const CheckRecord& check, bool is_gone = false);
   void AfterWriting();

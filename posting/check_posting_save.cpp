@@ -24,10 +24,10 @@ bool FrmEditChecksPost::Post() {
 
 bool FrmEditChecksPost::PostEntry() {
   Period accounting;
-  if (!MayWrite() || !MayPost(&accounting)) return false;
+  if (!MayWrite() || !MayChange() || !MayPost(&accounting)) return false;
   CheckRecord check = Record(accounting);
   if (loaded_) {
-    if (renumbering_) check.number = Trim(Text("txtCheckNumber"));
+    if (renumbering_ && !MayTakeNumber(&check.number)) return false;
     return WriteChanged(check, kAuditPostCheck);
   }
   if (Is(CheckMode::Kind::kVoiding)) {
@@ -39,9 +39,26 @@ bool FrmEditChecksPost::PostEntry() {
   return WriteNew(check);
 }
 
+// What is closed now stands as it was loaded.
+bool FrmEditChecksPost::MayChange() {
+  if (!loaded_) return true;
+  ShowWhatMayBeEntered();
+  return ClosedEntriesStand(WhatIsClosed());
+}
+
+// The number that a posted check is to get: `number` becomes its stored form.
+bool FrmEditChecksPost::MayTakeNumber(std::string* number) {
+  if (!Passes({"txtCheckNumber", RemovalRefusal(*loaded_, bank_)})) return false;
+  *number = TypedNumber();
+  // Its own may be the one with leading zeros.
+  if (!SeekCounted(tables_.checks, *number) || tables_.checks.Read().number == loaded_->number) return true;
+  RefuseTaken(*number);
+  return false;
+}
+
 bool FrmEditChecksPost::MayPost(Period* accounting) {
   if (Text("txtCheckAcctPeriod").empty() && session_.Run().default_period && !bank_.accounting.IsEmpty()) {
-    SetText("txtCheckAcctPeriod", ShortForm(bank_.accounting));
+    SetText("txtCheckAcctPeriod", ShortForm(ProposedPeriod()));
   }
   const std::string period = Text("txtCheckAcctPeriod");
   *accounting = ParsePeriod(period, bank_.accounting.day, session_.Run());
@@ -60,7 +77,8 @@ bool FrmEditChecksPost::MayPost(Period* accounting) {
     MarkRefused("txtCheckAcctPeriod");
     return false;
   }
-  return Passes(FirstEntryRefusal(Entries()));
+  return DateIsGood("txtCheckDated", "Check Date") &&
+         Passes(FirstEntryRefusal(Entries(), !loaded_ || renumbering_));
 }
 
 bool FrmEditChecksPost::MayUseStatement(Period* statement) {
@@ -104,16 +122,20 @@ CheckRecord FrmEditChecksPost::Record(const Period& accounting) {
   CheckRecord check = loaded_.value_or(CheckRecord{});
   const Period kept = check.accounting;
   ApplyEntries(CheckEntryFields(), Entries(), bank_.accounting.day, &check);
+  check.number = loaded_ ? loaded_->number : CountedNumber(check.number);
   check.accounting = At("txtCheckAcctPeriod").enabled ? accounting : kept;
   if (IsOutstanding(check)) check.status = At("chkHandwritten").value == 1 ? "H" : "O";
   return check;
 }
 
 bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
-  const PostOutcome outcome = PostCheck(tables_, session_.Company().xrefs, bank_code_, check);
+  const PostOutcome outcome =
+      PostCheck(tables_, session_.Company().xrefs, bank_code_, check, SameReconciliation());
+  if (outcome.code == kReconciledElsewhere) return Post();
   if (!outcome.Done()) {
-    ReportFailure(outcome, check.number);
-    return outcome.code == engine::kUnique && SettleTaken(check);
+    const std::optional<bool> posted = outcome.NumberIsTaken() ? SettleTaken(check) : std::nullopt;
+    if (!posted) ReportFailure(outcome, check.number);
+    return posted.value_or(false);
   }
   last_posted_ = check.number;
   AuditAs(mode_->audit_tx, kAuditAdd, check.number);
@@ -128,12 +150,14 @@ bool FrmEditChecksPost::WriteChanged(const CheckRecord& check, int audit_tx) {
     Boxes().Inform(Caption(), "Check " + check.number + " was not added or updated.");
     return false;
   }
-  const PostOutcome outcome = RewriteCheck(tables_, session_.Company().xrefs, bank_code_, *loaded_, check);
-  if (outcome.code == kChangedElsewhere) return SettleElsewhere(SetsStatus() ? check.status : "");
+  const std::string status = SetsStatus() ? check.status : "";
+  const PostOutcome outcome =
+      RewriteCheck(tables_, session_.Company().xrefs, bank_code_, *loaded_, check, SameReconciliation());
+  if (outcome.code == kReconciledElsewhere) return status.empty() ? Post() : PostStatus(status);
+  if (outcome.code == kChangedElsewhere) return SettleElsewhere(status);
   if (!outcome.Done()) {
-    const bool taken = outcome.code == engine::kUnique && renumbering_;
-    if (taken) {
-      Refuse("Check " + check.number + " is posted already.  Type a number that is free.", "txtCheckNumber");
+    if (outcome.NumberIsTaken()) {
+      RefuseTaken(check.number);
     } else {
       ReportFailure(outcome, check.number);
     }
@@ -142,6 +166,8 @@ bool FrmEditChecksPost::WriteChanged(const CheckRecord& check, int audit_tx) {
   last_posted_ = check.number;
   const bool new_status = check.status != loaded_->status;
   if (SetsStatus()) SetText("txtCheckStatus", StatusWord(check));
+  // Who looks for the old number finds what became of it.
+  if (check.number != loaded_->number) AuditAs(audit_tx, kAuditSave, loaded_->number);
   AuditAs(audit_tx, kAuditSave, check.number);
   if (!new_status) KeepPayee(PayeeOf(check));
   if (renumbering_) TellPositivePay(*loaded_, true);
@@ -152,16 +178,33 @@ bool FrmEditChecksPost::WriteChanged(const CheckRecord& check, int audit_tx) {
 
 // --- Another workstation was quicker ---
 
-// The number was posted since it was proposed: the entry stays, and the next number is offered.
-bool FrmEditChecksPost::SettleTaken(CheckRecord check) {
+// The number was posted since it was proposed: the entry stays, and the next number is offered. Whether the
+// check was posted under that; nullopt where it was not wanted.
+std::optional<bool> FrmEditChecksPost::SettleTaken(CheckRecord check) {
   ReadNumbering();
-  const std::string next = std::to_string(numbering_.Next());
-  if (!TakesNext("Check " + check.number, next)) return false;
+  const std::string next = numbering_.Proposal();
+  const std::string taken = "Check " + check.number;
+  if (next.empty() || !(printed_ ? GivesUpPaper(taken, next) : TakesNext(taken, next))) return std::nullopt;
   looked_up_number_ = next;
   SetText("txtCheckNumber", next);
   WarnOfNumber();
+  if (printed_) {
+    printed_ = false;
+    SetFocus("cmdPrint");
+    return false;
+  }
   check.number = next;
   return WriteNew(check);
+}
+
+// The paper carries a number that is another check's: it must not leave the office.
+bool FrmEditChecksPost::GivesUpPaper(const std::string& taken, const std::string& next) {
+  const std::string question = taken +
+                               " was posted on another workstation in the meantime, and the printed paper "
+                               "carries its number.\r\nDestroy the paper.  Take the number " +
+                               next + ", to be printed and posted anew?";
+  return Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) ==
+         BoxAnswer::kYes;
 }
 
 bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
@@ -178,15 +221,21 @@ bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
     return false;
   }
   const CheckRecord theirs = tables_.checks.Read();
+  if (!ReadBank()) return false;
   const std::string typed_number = Text("txtCheckNumber");
   const bool renumbers = renumbering_;
-  switch (SettleChange(name, [&] { ShowCheck(theirs); })) {
+  const std::string not_over = !status.empty() ? StatusRefusal(theirs, status, bank_)
+                               : renumbers     ? RemovalRefusal(theirs, bank_)
+                                               : RestrictionOf(theirs, bank_);
+  switch (SettleChange(
+      name, [&] { ShowCheck(theirs); }, not_over)) {
     case Settled::kMine:
       renumbering_ = renumbers;
       SetText("txtCheckNumber", typed_number);
       return status.empty() ? Post() : PostStatus(status);
     case Settled::kBack:
       loaded_ = before;
+      ShowState();
       renumbering_ = renumbers;
       SetText("txtCheckNumber", typed_number);
       return false;
@@ -197,9 +246,12 @@ bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
 }
 
 void FrmEditChecksPost::ReportFailure(const PostOutcome& outcome, std::string_view number) {
-  const std::string_view field = ControlOfField(CheckEntryFields(), outcome.field);
-  const std::string message = FailureText(outcome, PostFailureMessage(outcome, number)) + AdviceFor(outcome);
-  Refuse(message, field.empty() ? "txtCheckNumber" : field);
+  TellFailure(outcome, FailureText(outcome, PostFailureMessage(outcome, number)),
+              ControlOfField(CheckEntryFields(), outcome.field), "txtCheckNumber");
+}
+
+void FrmEditChecksPost::RefuseTaken(const std::string& number) {
+  Refuse("Check " + number + " is posted already.  Type a number that is free.", "txtCheckNumber");
 }
 
 // --- After a commit ---

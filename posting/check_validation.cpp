@@ -2,6 +2,8 @@
 
 #include "core/text.h"
 #include "posting/file_number.h"
+#include "posting/item_number.h"
+#include "posting/reconciled_rule.h"
 
 namespace tallwick {
 namespace {
@@ -20,8 +22,9 @@ std::string FileIsNotVoid(const CheckCase& check) {
 }
 
 std::string FileIsKnown(const CheckCase& check) {
-  if (IsVoidFile(FileNumber(check)) || check.on_file()) return {};
-  return FileNumber(check) + " is not on file...";
+  const std::string file = FileNumber(check);
+  if (IsVoidFile(file) || !CanBeFile(file) || check.on_file()) return {};
+  return file + " is not on file...";
 }
 
 std::string PeriodIsGiven(const CheckCase& check) {
@@ -30,7 +33,7 @@ std::string PeriodIsGiven(const CheckCase& check) {
 
 // A text that is no period of the bank's form is refused as such later on.
 std::string PeriodIsOpen(const CheckCase& check) {
-  const bool closed = MakeKey(check.period) <= MakeKey(check.bank.reconciled);
+  const bool closed = IsReconciled(check.period, check.bank);
   if (!check.period_valid || !check.period_enabled || !closed) return {};
   return "May NOT post checks to Accounting Period " + std::string(Trim(check.text("txtCheckAcctPeriod"))) +
          " - It has been reconciled.";
@@ -48,8 +51,11 @@ std::span<const CheckTest> CheckTests() {
   return kTests;
 }
 
-EntryRefusal FirstEntryRefusal(const EntryText& text) {
-  if (Trim(text("txtCheckNumber")).empty()) return {"txtCheckNumber", "Check Number is Required..."};
+EntryRefusal FirstEntryRefusal(const EntryText& text, bool new_number) {
+  const std::string number = text("txtCheckNumber");
+  if (Trim(number).empty()) return {"txtCheckNumber", "Check Number is Required..."};
+  const std::string problem = new_number ? NumberProblem("Check Number", number) : "";
+  if (!problem.empty()) return {"txtCheckNumber", problem};
   return FirstEntryProblem(CheckEntryFields(), kCheckLayout, text);
 }
 

@@ -27,7 +27,8 @@ using CheckTest = EntryTest<CheckCase>;
 
 std::span<const CheckTest> CheckTests();
 
-// The first entry that cannot be stored as it was typed, the number that is missing included.
-EntryRefusal FirstEntryRefusal(const EntryText& text);
+// The first entry that cannot be stored as it was typed, the number that is missing included. `new_number`:
+// no check has the number yet.
+EntryRefusal FirstEntryRefusal(const EntryText& text, bool new_number);
 
 }  // namespace tallwick

@@ -10,10 +10,10 @@ namespace tallwick {
 namespace {
 
 constexpr PostingScreen kScreen{"frmEditDepositsPost", "Post Deposits - ", "Bank ID Code no longer valid...",
-                                kAuditPostDeposit, kRightPostDeposits};
+                                kAuditPostDeposit,     kRightPostDeposits, "lblDepositStatus"};
 
-constexpr PostingScreen kViewing{"frmEditDepositsPost", "View Deposits - ", kScreen.bank_gone,
-                                 kAuditPostDeposit, 0};
+constexpr PostingScreen kViewing{
+    "frmEditDepositsPost", "View Deposits - ", kScreen.bank_gone, kAuditPostDeposit, 0, "lblDepositStatus"};
 
 struct Command {
   std::string_view control;
@@ -305,7 +305,7 @@ void FrmEditDepositsPost::BeginNew(const Date& date) {
   for (int row = 1; row <= kDepositItems; ++row) ClearRow(row);
   SetText("txtDepositDated", ShownDate(date));
   ProposeSequence();
-  SetText("txtDepositAcctPeriod", ShownValue(bank_.accounting));
+  SetText("txtDepositAcctPeriod", ShownValue(ProposedPeriod()));
   KeepKey();
   ShowState();
   KeepState();
@@ -336,11 +336,8 @@ void FrmEditDepositsPost::ShowState() {
                                                : std::to_string(buffer_.size()) +
                                                      (buffer_.size() == 1 ? " line" : " lines") +
                                                      " cut: paste into another date and sequence.");
-  const bool closed = loaded_ && IsReconciled(loaded_->accounting);
-  SetCaption("lblEditMessage", closed ? "Accounting period " + ShortForm(loaded_->accounting) +
-                                            " has been reconciled.\r\nChanges are restricted."
-                               : loaded_ ? ""
-                                         : LastDepositReminder(tables_.deposits));
+  SetCaption("lblEditMessage",
+             loaded_ ? RestrictionOf(*loaded_, bank_) : LastDepositReminder(tables_.deposits));
   ShowRows();
 }
 

@@ -108,8 +108,9 @@ DepositRecord FrmEditDepositsPost::Record() {
 
 bool FrmEditDepositsPost::Write(const DepositRecord& deposit) {
   XrefTable& xrefs = session_.Company().xrefs;
-  const PostOutcome outcome = loaded_ ? RewriteDeposit(tables_, xrefs, bank_code_, *loaded_, deposit)
-                                      : PostDeposit(tables_, xrefs, bank_code_, deposit);
+  const PostGuard guard = SameReconciliation();
+  const PostOutcome outcome = loaded_ ? RewriteDeposit(tables_, xrefs, bank_code_, *loaded_, deposit, guard)
+                                      : PostDeposit(tables_, xrefs, bank_code_, deposit, guard);
   if (!outcome.Done()) return SettleFailure(outcome, deposit);
   last_posted_ = deposit.dated + deposit.sequence;
   Audit(loaded_ ? kAuditSave : kAuditAdd, DepositName(deposit.dated, deposit.sequence));
@@ -130,7 +131,8 @@ bool FrmEditDepositsPost::RemovePosted() {
       return false;
     }
   }
-  const PostOutcome outcome = RemoveDeposit(tables_, session_.Company().xrefs, bank_code_, deposit);
+  const PostOutcome outcome =
+      RemoveDeposit(tables_, session_.Company().xrefs, bank_code_, deposit, SameReconciliation());
   if (!outcome.Done()) {
     // Whoever removes lines shall have seen them, also what another workstation has made of them.
     const std::optional<DepositRecord> theirs = FindPosted(deposit.dated, deposit.sequence);
@@ -139,7 +141,7 @@ bool FrmEditDepositsPost::RemovePosted() {
                   [&] { ShowDeposit(*theirs); });
       return false;
     }
-    Refuse(FailureText(outcome, deposit), "txtDateSequence");
+    TellFailure(outcome, FailureText(outcome, deposit), {}, "txtDateSequence");
     return false;
   }
   Audit(kAuditDelete, DepositName(deposit.dated, deposit.sequence));
@@ -158,10 +160,11 @@ std::string FrmEditDepositsPost::FailureText(const PostOutcome& outcome, const D
 // True when the deposit was posted after all.
 bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const DepositRecord& deposit) {
   if (outcome.code == kChangedElsewhere) return SettleElsewhere(deposit);
+  if (outcome.code == kReconciledElsewhere) return Post();
   const std::string name = DepositName(deposit.dated, deposit.sequence);
   const int next = NextSequence(tables_.deposits, deposit.dated);
-  if (loaded_ || outcome.code != engine::kUnique) {
-    Refuse(FailureText(outcome, deposit), "txtDateSequence");
+  if (loaded_ || !outcome.NumberIsTaken()) {
+    TellFailure(outcome, FailureText(outcome, deposit), {}, "txtDateSequence");
     return false;
   }
   if (next > kLastSequence) {

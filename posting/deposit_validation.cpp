@@ -6,6 +6,7 @@
 #include "posting/deposit_facts.h"
 #include "posting/entry_problems.h"
 #include "posting/file_number.h"
+#include "posting/reconciled_rule.h"
 
 namespace tallwick {
 namespace {
@@ -42,7 +43,7 @@ DepositFinding FilesAreKnown(const DepositCase& deposit) {
   finding.kind = DepositFinding::Kind::kNote;
   if (!deposit.on_file) return finding;
   for (const DepositRow& row : deposit.rows) {
-    if (row.HasAmount() && !deposit.on_file(row.file_number)) {
+    if (row.HasAmount() && CanBeFile(row.file_number) && !deposit.on_file(row.file_number)) {
       finding.message += "\r\n" + row.file_number + " is not on file" + OfItem(row);
     }
   }
@@ -57,9 +58,8 @@ DepositFinding PeriodIsGood(const DepositCase& deposit) {
 // A new deposit is refused; who changes one that exists is asked, also when the change would take it out of a
 // reconciled period.
 DepositFinding PeriodIsOpen(const DepositCase& deposit) {
-  const std::int32_t reconciled = MakeKey(deposit.bank.reconciled);
-  const bool closed = MakeKey(deposit.period) <= reconciled;
-  const bool was_closed = deposit.posted && MakeKey(deposit.posted_period) <= reconciled;
+  const bool closed = IsReconciled(deposit.period, deposit.bank);
+  const bool was_closed = deposit.posted && IsReconciled(deposit.posted_period, deposit.bank);
   if (!closed && !was_closed) return {};
   const std::string period = closed ? ShortForm(deposit.period) : ShortForm(deposit.posted_period);
   if (deposit.posted) {

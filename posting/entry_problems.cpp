@@ -13,15 +13,21 @@ std::string Problem(std::string_view label, std::string_view what) {
   return std::string(label) + " " + std::string(what);
 }
 
-bool HasControlCharacter(std::string_view text) {
-  return std::any_of(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+std::size_t FindControlCharacter(std::string_view text) {
+  const auto* found =
+      std::find_if(text.begin(), text.end(), [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+  return found == text.end() ? std::string_view::npos : static_cast<std::size_t>(found - text.begin());
 }
 
 }  // namespace
 
 std::string TextProblem(std::string_view label, std::string_view text, int width) {
-  if (HasControlCharacter(text)) {
-    return Problem(label, "has a line break or a tab in it.  Type it on one line.");
+  if (const std::size_t at = FindControlCharacter(text); at != std::string_view::npos) {
+    // It shows as a blank, or not at all.
+    const std::string_view before = Trim(text.substr(0, at));
+    return Problem(label, "has a line break or a tab in it" +
+                              (before.empty() ? "" : " behind " + Quoted(before)) +
+                              ".  Type it on one line.");
   }
   const std::optional<std::string> stored = ToWindows1252(text);
   if (!stored) {

@@ -9,6 +9,7 @@
 #include <optional>
 
 #include "audit/audit_trail.h"
+#include "posting/item_number.h"
 #include "posting/item_register.h"
 #include "posting/payee_posting_form.h"
 
@@ -19,6 +20,7 @@ template <class Record, class Table>
 struct ItemScreen {
   PostingScreen screen;
   std::string_view name;  // "Wire", as a sentence about one begins
+  bool counted;           // its numbers are counted (item_number.h), not given by the bank
   const TableLayout& layout;
   std::span<const EntryField<Record>> fields;  // the first is the number's
   Table BankTables::*table;
@@ -26,6 +28,7 @@ struct ItemScreen {
   std::string_view payee;  // controls
   std::string_view file;
   std::string_view list;
+  std::string_view remove;  // the command that removes a posted record
 };
 
 template <class Record, class Table>
@@ -56,14 +59,19 @@ class ItemPostingForm : public PayeePostingForm {
   virtual void Complete(Record* record) = 0;
   // True when the entries may be posted; else the refusal has been shown.
   virtual bool MayPost() = 0;
+  // What is asked when every test is passed. False where the answer keeps the entry.
+  virtual bool MayGoOn() { return true; }
   virtual PostOutcome WriteNew(const Record& record) = 0;
   virtual PostOutcome WriteChanged(const Record& before, const Record& after) = 0;
+  // Why the record cannot be removed; "" when it can.
+  virtual std::string RemovalRefusal(const Record& record) const = 0;
+  virtual PostOutcome WriteRemoved(const Record& record) = 0;
   virtual std::string NotAdded(const PostOutcome& outcome, const std::string& number) const = 0;
 
   // --- For the screen ---
 
-  // Adds the register, the buttons and the look-up of payees.
-  void AddRegister(std::string_view heading, std::string_view ok) {
+  // Adds the register, the buttons, the commands and the look-up of payees.
+  void AddRegister(std::string_view heading, std::string_view ok, bool viewing) {
     Add(ControlKind::kGrid, std::string(item_.list), std::string(heading));
     Add(ControlKind::kButton, "cmdOk", std::string(ok));
     Add(ControlKind::kButton, "cmdDone", "Do&ne");
@@ -72,6 +80,8 @@ class ItemPostingForm : public PayeePostingForm {
     Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
     AddPayeeLookUp();
     AddFileLookUp(item_.file);
+    Add(ControlKind::kMenu, std::string(item_.remove), "&Remove " + std::string(item_.name)).enabled =
+        !viewing;
     AddRoutes({"mnuViewFileLedgers"});
   }
   bool OpenRegister() override { return register_->Open(bank_code_); }
@@ -98,13 +108,17 @@ class ItemPostingForm : public PayeePostingForm {
     register_->Refresh();
     RowsChanged(item_.list);
   }
-  void OnMenu(Control& control) override { GoTo(control.name); }
+  void OnMenu(Control& control) override {
+    if (control.name == item_.remove) return RemovePosted();
+    GoTo(control.name);
+  }
   std::string CurrentFile() override { return std::string(Trim(Text(item_.file))); }
 
   std::optional<Record> FindPosted(const std::string& number) {
     Table& table = tables_.*item_.table;
-    if (number.empty() || !table.SeekNumber(number)) return std::nullopt;
-    return table.Read();
+    if (number.empty()) return std::nullopt;
+    const bool found = item_.counted ? SeekCounted(table, number) : table.SeekNumber(number);
+    return found ? std::optional(table.Read()) : std::nullopt;
   }
   const std::string& NumberOf(const Record& record) const { return record.*item_.number; }
   // "Wire 4711", as a sentence begins with it.
@@ -128,6 +142,14 @@ class ItemPostingForm : public PayeePostingForm {
     if (control.name == item_.file) ShowLedgerCommand();
   }
 
+  // The number that the typed one stands for: a posted one, or as a new one is stored.
+  std::string TypedNumber() {
+    const std::string typed = Text(number_control_);
+    if (!item_.counted || typed == looked_up_number_) return typed;
+    const std::optional<Record> posted = FindPosted(typed);
+    return posted ? NumberOf(*posted) : CountedNumber(typed);
+  }
+
   // An item is seen before it is changed: the key that posts shows it where its number was typed just now.
   bool OnKey(std::string_view key) override {
     const bool at_number = Focus() != nullptr && Focus()->name == number_control_;
@@ -144,7 +166,8 @@ class ItemPostingForm : public PayeePostingForm {
   bool ShowsOther(const std::string& number) { return loaded_ || FindPosted(number); }
 
   void LookUpNumber() {
-    const std::string number = Text(number_control_);
+    const std::string number = TypedNumber();
+    SetText(number_control_, number);
     if (number == looked_up_number_) return;
     const bool shows_other = ShowsOther(number);
     if (shows_other && !MayDropChanges()) {
@@ -203,7 +226,8 @@ class ItemPostingForm : public PayeePostingForm {
   virtual Record BlankRecord() = 0;
 
   bool Post() override {
-    return MayWrite() && MayPost() && Passes(FirstEntryProblem(fields_, layout_, Entries())) && Write();
+    return MayWrite() && MayChange() && MayPost() && MayBeNumber() && DateIsGood() &&
+           Passes(FirstEntryProblem(fields_, layout_, Entries())) && MayGoOn() && Write();
   }
 
   std::optional<Record> loaded_;
@@ -214,10 +238,31 @@ class ItemPostingForm : public PayeePostingForm {
     SetCaption("mnuViewFileLedgers", file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
   }
 
+  // What is closed now stands as it was loaded.
+  bool MayChange() {
+    if (!loaded_) return true;
+    ShowBeside(&*loaded_);
+    return ClosedEntriesStand(RestrictionOf(*loaded_, bank_));
+  }
+
+  bool MayBeNumber() {
+    const EntryField<Record>& number = fields_.front();
+    const bool is_new = !loaded_ && item_.counted;
+    return !is_new || Passes({number.control, NumberProblem(number.label, Text(number.control))});
+  }
+
+  bool DateIsGood() {
+    const auto date = std::find_if(fields_.begin(), fields_.end(), [](const EntryField<Record>& entry) {
+      return entry.kind == ControlKind::kDate;
+    });
+    return PayeePostingForm::DateIsGood(date->control, date->label);
+  }
+
   // Writes the entries, which have passed their tests.
   bool Write() {
     Record record = loaded_.value_or(Record{});
     ApplyEntries(fields_, Entries(), bank_.accounting.day, &record);
+    if (item_.counted && !loaded_) record.*item_.number = CountedNumber(NumberOf(record));
     Complete(&record);
     if (loaded_ && record == *loaded_) {
       Boxes().Inform(Caption(), ItemName(NumberOf(record)) + " was not added or updated.");
@@ -234,6 +279,7 @@ class ItemPostingForm : public PayeePostingForm {
   // True when the item was posted after all.
   bool SettleFailure(const PostOutcome& outcome, const std::string& number) {
     if (outcome.code == kChangedElsewhere) return SettleElsewhere(number);
+    if (outcome.code == kReconciledElsewhere) return Post();
     const bool taken = !loaded_ && outcome.code == engine::kUnique;
     const std::string next = taken ? ProposedNumber() : "";
     if (!next.empty() && TakesNext(ItemName(number), next)) {
@@ -241,10 +287,9 @@ class ItemPostingForm : public PayeePostingForm {
       SetText(number_control_, next);
       return Write();
     }
-    const std::string_view field = ControlOfField(fields_, outcome.field);
-    const std::string message = FailureText(outcome, NotAdded(outcome, number));
     if (next.empty()) {
-      Refuse(message, field.empty() ? std::string_view(number_control_) : field);
+      TellFailure(outcome, FailureText(outcome, NotAdded(outcome, number)),
+                  ControlOfField(fields_, outcome.field), number_control_);
     } else {
       MarkRefused(number_control_);
     }
@@ -262,17 +307,46 @@ class ItemPostingForm : public PayeePostingForm {
              number_control_);
       return false;
     }
+    if (!ReadBank()) return false;
     const std::optional<Record> before = loaded_;
-    switch (SettleChange(ItemName(number), [&] { ShowPosted(*theirs); })) {
+    const std::string not_over = RestrictionOf(*theirs, bank_);
+    switch (SettleChange(
+        ItemName(number), [&] { ShowPosted(*theirs); }, not_over)) {
       case Settled::kMine:
         return Post();
       case Settled::kBack:
         loaded_ = before;
+        ShowBeside(&*loaded_);
         return false;
       case Settled::kTheirs:
         break;
     }
     return false;
+  }
+
+  void RemovePosted() {
+    if (!loaded_) return Refuse("Look up the posted record that is to be removed first.", number_control_);
+    const Record record = *loaded_;
+    if (!MayWrite() || !Passes({number_control_, RemovalRefusal(record)})) return;
+    const std::string question = "Remove " + ItemName(NumberOf(record)) + " to " + Quoted(record.payee) +
+                                 " of " + AmountText(record.amount) + " ?";
+    if (Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) !=
+        BoxAnswer::kYes) {
+      return;
+    }
+    const PostOutcome outcome = WriteRemoved(record);
+    if (!outcome.Done()) return TellNotRemoved(outcome, record);
+    last_posted_ = NumberOf(record);
+    Audit(kAuditDelete, last_posted_);
+    AfterWriting();
+  }
+
+  void TellNotRemoved(const PostOutcome& outcome, const Record& record) {
+    const std::optional<Record> theirs = FindPosted(NumberOf(record));
+    if (outcome.code == kChangedElsewhere && theirs) {
+      return ShowChanged(ItemName(NumberOf(record)), "removed", [&] { ShowPosted(*theirs); });
+    }
+    TellFailure(outcome, FailureText(outcome, NotAdded(outcome, NumberOf(record))), {}, number_control_);
   }
 
   void AfterWriting() {

@@ -20,6 +20,8 @@ struct ItemRows {
   std::vector<std::string> (*cells)(const Record&);
   std::vector<SearchKey> (*keys)(std::string_view text);
   std::string (*style)(std::string_view status);
+  // A record with something in this field counts as cleared, whatever its status; "" for none.
+  std::string_view used_field = {};
 };
 
 template <class Table, class Record>
@@ -34,7 +36,7 @@ class ItemRegister : public TableRegister {
     BeginAgain();
     return true;
   }
-  // Shows items of one status; "" shows all.
+  // Shows items of one status, as ItemRows has it; "" shows all.
   void ShowStatus(std::string_view status) {
     status_ = status;
     BeginAgain();
@@ -51,16 +53,19 @@ class ItemRegister : public TableRegister {
  private:
   Shown ReadRow(int) override {
     const Record record = table_.Read();
-    return {rows_.cells(record), rows_.style(record.*rows_.status)};
+    return {rows_.cells(record), rows_.style(IsUsed() ? "C" : std::string_view(record.*rows_.status))};
   }
   Currency Amount(int) override {
     return table_.Data().GetCurrencyFieldValueByPointer(table_.Handle(), table_.Field(rows_.amount_field));
   }
   std::vector<int> WantedParts() override {
-    const std::string status =
-        table_.Data().GetStringFieldValueByPointer(table_.Handle(), table_.Field(rows_.status_field));
+    const std::string status = IsUsed() ? "C" : FieldText(rows_.status_field);
     return status == status_ ? std::vector{0} : std::vector<int>();
   }
+  std::string FieldText(std::string_view field) {
+    return table_.Data().GetStringFieldValueByPointer(table_.Handle(), table_.Field(field));
+  }
+  bool IsUsed() { return !rows_.used_field.empty() && !FieldText(rows_.used_field).empty(); }
   bool HasFilter() const override { return !status_.empty(); }
   std::vector<SearchKey> KeysFor(std::string_view text) const override { return rows_.keys(text); }
 

@@ -31,12 +31,17 @@ void PayeeBook::Refresh() {
     records_read_ = 0;
   }
   if (records == records_read_) return;
+  std::vector<Entry> read;
   for (bool on = table_.GoTo(records_read_ + 1); on; on = table_.Skip()) {
     if (table_.Data().IsRecordDeleted(table_.Handle())) continue;
     const AgentRecord record = table_.Read();
-    if (IsPayee(record)) Put({KeyOf(record.name), PayeeIn(record), table_.RecordNumber()});
+    if (IsPayee(record)) read.push_back({KeyOf(record.name), PayeeIn(record), table_.RecordNumber()});
   }
   records_read_ = records;
+  // In order, each goes behind those that stand already.
+  std::stable_sort(read.begin(), read.end(),
+                   [](const Entry& left, const Entry& right) { return left.key < right.key; });
+  for (Entry& entry : read) Put(std::move(entry));
 }
 
 std::vector<PayeeBook::Entry>::const_iterator PayeeBook::From(std::string_view key) const {
@@ -44,9 +49,34 @@ std::vector<PayeeBook::Entry>::const_iterator PayeeBook::From(std::string_view k
                           [](const Entry& entry, std::string_view wanted) { return entry.key < wanted; });
 }
 
-const PayeeBook::Entry* PayeeBook::FindKey(std::string_view key) const {
-  const auto found = From(key);
+void PayeeBook::ReadAnew() {
+  entries_.clear();
+  records_read_ = 0;
+  table_.Data().SetReadAhead(table_.Handle(), true);
+  Refresh();
+  table_.Data().SetReadAhead(table_.Handle(), false);
+}
+
+PayeeBook::Entry* PayeeBook::FindKey(std::string_view key) {
+  const auto found = entries_.begin() + (From(key) - entries_.cbegin());
   return found != entries_.end() && found->key == key ? &*found : nullptr;
+}
+
+// The entry with what its record holds now. A record that is another payee's by now has the book read anew.
+PayeeBook::Entry* PayeeBook::FindNow(std::string_view key) {
+  Refresh();
+  Entry* entry = FindKey(key);
+  if (entry == nullptr) return nullptr;
+  const bool is_there = table_.GoTo(entry->record) &&
+                        table_.Data().RefreshRecord(table_.Handle()) == engine::kSuccess &&
+                        !table_.Data().IsRecordDeleted(table_.Handle());
+  const AgentRecord record = is_there ? table_.Read() : AgentRecord{};
+  if (IsPayee(record) && KeyOf(record.name) == key) {
+    entry->payee = PayeeIn(record);
+    return entry;
+  }
+  ReadAnew();
+  return FindKey(key);
 }
 
 // Two workstations may have added the same payee at once: the later record holds.
@@ -60,8 +90,8 @@ void PayeeBook::Put(Entry entry) {
   }
 }
 
-const Payee* PayeeBook::Find(std::string_view name) const {
-  const Entry* entry = FindKey(KeyOf(name));
+const Payee* PayeeBook::Find(std::string_view name) {
+  const Entry* entry = FindNow(KeyOf(name));
   return entry != nullptr ? &entry->payee : nullptr;
 }
 
@@ -89,8 +119,7 @@ std::vector<Payee> PayeeBook::Search(std::string_view text) const {
 
 void PayeeBook::Keep(const Payee& payee) {
   if (Trim(payee.name).empty()) return;
-  Refresh();
-  const Entry* known = FindKey(KeyOf(payee.name));
+  const Entry* known = FindNow(KeyOf(payee.name));
   if (known == nullptr) return Add(payee);
   const Payee same_address{known->payee.name, payee.address1, payee.address2, payee.city_state};
   if (payee.HasAddress() && same_address != known->payee) ChangeAddress(*known, same_address);

@@ -1,8 +1,9 @@
 // The payees to whom checks have been posted, kept with their addresses in the agent table beside the agent's
 // own record and told from it by their mark. A payee is kept once: names are the same whatever their case.
 //
-// Invariant: what the book holds in memory is sorted by name. It reads the table once and then only what
-// others have appended; before a record is written over it is read again.
+// Invariant: what the book holds in memory is sorted by name. For the offers while a name is typed it reads
+// the table once and then only what others have appended; an address is given, or written over, as its record
+// stands at that moment.
 #pragma once
 
 #include <cstdint>
@@ -32,8 +33,10 @@ class PayeeBook {
 
   // Reads what the table has beyond what the book holds.
   void Refresh();
-  // The payee of this name; null when there is none.
-  const Payee* Find(std::string_view name) const;
+  // Reads the whole table again, with the addresses that others have changed.
+  void ReadAnew();
+  // The payee of this name, as the table has it now; null when there is none.
+  const Payee* Find(std::string_view name);
   // Names that begin with the text, in order, at most `most`; none for a blank text.
   std::vector<std::string> Offers(std::string_view text, std::size_t most) const;
   // Payees with the text anywhere in name or address, in order of the name; all for a blank text.
@@ -50,7 +53,8 @@ class PayeeBook {
   };
   void Put(Entry entry);
   std::vector<Entry>::const_iterator From(std::string_view key) const;
-  const Entry* FindKey(std::string_view key) const;
+  Entry* FindKey(std::string_view key);
+  Entry* FindNow(std::string_view key);
   void Add(const Payee& payee);
   void ChangeAddress(const Entry& entry, const Payee& payee);
 

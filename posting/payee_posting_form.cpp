@@ -18,7 +18,7 @@ void PayeePostingForm::AddPayeeLookUp() {
   Add(ControlKind::kButton, "cmdRolodex", "Payees");
   AddLookUp({entries_.name, "txtFindPayee", "lstPayees", "cmdUsePayee", "cmdClosePayees",
              [this] {
-               payees_.Refresh();
+               payees_.ReadAnew();
                return true;
              },
              rows_, [this](std::string_view text) { rows_->Show(payees_.Search(text)); },
@@ -54,7 +54,10 @@ void PayeePostingForm::ShowPayee(const Payee& payee) {
 
 bool PayeePostingForm::UsePayee(std::size_t row) {
   if (row >= rows_->RowCount()) return false;
-  const Payee payee = rows_->Payees()[row];
+  // The list may have stood open for long.
+  const Payee listed = rows_->Payees()[row];
+  const Payee* now = payees_.Find(listed.name);
+  const Payee payee = now != nullptr ? *now : listed;
   const std::string& old = Text(entries_.name);
   if (!Trim(old).empty()) {
     const std::string question = "Replace payee " + Quoted(old) + " with " + Quoted(payee.name) + " ?";

@@ -39,18 +39,18 @@ int WriteOver(CheckTable& checks, bool renumbered, const CheckRecord& after) {
 }  // namespace
 
 PostOutcome PostCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                      const CheckRecord& check) {
+                      const CheckRecord& check, const PostGuard& guard) {
   const PostPiece pieces[] = {
       {Step::kItem, [&] { return bank.checks.Add(check, true); }},
       {Step::kCrossReference,
        [&] { return AddXref(xrefs, CheckXref(check.file_number, bank_code, check.number)); }},
       {Step::kVoucher, [&] { return TakeVoucher(bank.vouchers, check); }},
   };
-  return AsOneUnit(xrefs.Data(), pieces);
+  return AsOneUnit(xrefs.Data(), pieces, guard);
 }
 
 PostOutcome RewriteCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                         const CheckRecord& before, const CheckRecord& after) {
+                         const CheckRecord& before, const CheckRecord& after, const PostGuard& guard) {
   const XrefRecord old_xref = CheckXref(before.file_number, bank_code, before.number);
   const XrefRecord new_xref = CheckXref(after.file_number, bank_code, after.number);
   const bool renumbered = before.number != after.number;
@@ -58,31 +58,24 @@ PostOutcome RewriteCheck(BankTables& bank, XrefTable& xrefs, std::string_view ba
   const bool other_voucher = renumbered || before.voucher_number != after.voucher_number ||
                              UsesVoucher(before) != UsesVoucher(after);
   const PostPiece pieces[] = {
-      {Step::kItem,
-       [&] { return HoldUnchanged(bank.checks, bank.checks.SeekNumber(before.number), before); }},
       {Step::kItem, [&] { return WriteOver(bank.checks, renumbered, after); }},
       {Step::kCrossReference, [&] { return moved ? RemoveXref(xrefs, old_xref) : engine::kSuccess; }},
       {Step::kCrossReference, [&] { return moved ? AddXref(xrefs, new_xref) : engine::kSuccess; }},
       {Step::kVoucher, [&] { return other_voucher ? FreeVoucher(bank.vouchers, before) : engine::kSuccess; }},
       {Step::kVoucher, [&] { return other_voucher ? TakeVoucher(bank.vouchers, after) : engine::kSuccess; }},
   };
-  PostOutcome outcome = AsOneUnit(xrefs.Data(), pieces);
-  bank.checks.Unlock();
-  return outcome;
+  return ChangeAsOneUnit(bank.checks, bank.checks.SeekNumber(before.number), before, pieces, guard);
 }
 
 PostOutcome RemoveCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                        const CheckRecord& check) {
+                        const CheckRecord& check, const PostGuard& guard) {
   const XrefRecord xref = CheckXref(check.file_number, bank_code, check.number);
   const PostPiece pieces[] = {
-      {Step::kItem, [&] { return HoldUnchanged(bank.checks, bank.checks.SeekNumber(check.number), check); }},
       {Step::kItem, [&] { return bank.checks.Delete(); }},
       {Step::kCrossReference, [&] { return RemoveXref(xrefs, xref); }},
       {Step::kVoucher, [&] { return FreeVoucher(bank.vouchers, check); }},
   };
-  PostOutcome outcome = AsOneUnit(xrefs.Data(), pieces);
-  bank.checks.Unlock();
-  return outcome;
+  return ChangeAsOneUnit(bank.checks, bank.checks.SeekNumber(check.number), check, pieces, guard);
 }
 
 std::string PostFailureMessage(const PostOutcome& outcome, std::string_view check_number) {

@@ -62,56 +62,43 @@ struct ReferenceTables {
 }  // namespace
 
 PostOutcome PostDeposit(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                        const DepositRecord& deposit) {
+                        const DepositRecord& deposit, const PostGuard& guard) {
   const ReferenceTables references{xrefs, bank.deposit_xrefs};
   const PostPiece pieces[] = {
       {Step::kItem, [&] { return bank.deposits.Add(deposit, true); }},
       {Step::kCrossReference, [&] { return references.Add(ReferencesOf(deposit, bank_code)); }},
   };
-  return AsOneUnit(xrefs.Data(), pieces);
+  return AsOneUnit(xrefs.Data(), pieces, guard);
 }
 
 PostOutcome RewriteDeposit(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                           const DepositRecord& before, const DepositRecord& after) {
+                           const DepositRecord& before, const DepositRecord& after, const PostGuard& guard) {
   const ReferenceTables references{xrefs, bank.deposit_xrefs};
   const std::vector<ItemReference> old_ones = ReferencesOf(before, bank_code);
   const std::vector<ItemReference> new_ones = ReferencesOf(after, bank_code);
   const PostPiece pieces[] = {
-      {Step::kItem,
-       [&] {
-         return HoldUnchanged(bank.deposits, bank.deposits.SeekDeposit(before.dated, before.sequence),
-                              before);
-       }},
       {Step::kItem, [&] { return bank.deposits.Update(after); }},
       {Step::kCrossReference, [&] { return references.Remove(Without(old_ones, new_ones)); }},
       {Step::kCrossReference, [&] { return references.Add(Without(new_ones, old_ones)); }},
   };
-  PostOutcome outcome = AsOneUnit(xrefs.Data(), pieces);
-  bank.deposits.Unlock();
-  return outcome;
+  return ChangeAsOneUnit(bank.deposits, bank.deposits.SeekDeposit(before.dated, before.sequence), before,
+                         pieces, guard);
 }
 
 PostOutcome RemoveDeposit(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
-                          const DepositRecord& deposit) {
+                          const DepositRecord& deposit, const PostGuard& guard) {
   const ReferenceTables references{xrefs, bank.deposit_xrefs};
   const PostPiece pieces[] = {
-      {Step::kItem,
-       [&] {
-         return HoldUnchanged(bank.deposits, bank.deposits.SeekDeposit(deposit.dated, deposit.sequence),
-                              deposit);
-       }},
       {Step::kItem, [&] { return bank.deposits.Delete(); }},
       {Step::kCrossReference, [&] { return references.Remove(ReferencesOf(deposit, bank_code)); }},
   };
-  PostOutcome outcome = AsOneUnit(xrefs.Data(), pieces);
-  bank.deposits.Unlock();
-  return outcome;
+  return ChangeAsOneUnit(bank.deposits, bank.deposits.SeekDeposit(deposit.dated, deposit.sequence), deposit,
+                         pieces, guard);
 }
 
 std::string DepositFailureMessage(const PostOutcome& outcome, std::string_view name) {
   const std::string text(name);
-  return FailureMessage(outcome, "Deposit " + text, "Failed to add deposit " + text, "deposit") +
-         AdviceFor(outcome);
+  return FailureMessage(outcome, "Deposit " + text, "Failed to add deposit " + text, "deposit");
 }
 
 }  // namespace tallwick

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "audit/audit_trail.h"
+#include "core/date.h"
 #include "posting/screen_routes.h"
 #include "shell/company_tables.h"
 #include "shell/transactions_switch.h"
@@ -92,8 +93,30 @@ bool PostingForm::PeriodIsReadable(std::string_view control) {
   return false;
 }
 
-bool PostingForm::IsReconciled(const Period& period) const {
-  return MakeKey(period) <= MakeKey(bank_.reconciled);
+Period PostingForm::ProposedPeriod() const {
+  Period period = bank_.accounting;
+  if (period.month == 2) period.day = std::min(period.day, 28);
+  return period;
+}
+
+PostGuard PostingForm::SameReconciliation() {
+  return [this] {
+    const std::optional<BankRecord> now = session_.Company().banks.Find(bank_code_);
+    return now && now->reconciled == bank_.reconciled ? engine::kSuccess : kReconciledElsewhere;
+  };
+}
+
+bool PostingForm::DateIsGood(std::string_view control, std::string_view label) {
+  const std::string& typed = Text(control);
+  if (IsPosted() && StandsAsLoaded(At(control))) return true;
+  const std::optional<Date> date = ParseDisplayDate(typed);
+  if (!date) return true;  // refused with the other texts that can not be read
+  const std::string how = "  Type it like 03/15/2024.";
+  if (date->IsEmpty()) return Passes({control, std::string(label) + " is missing." + how});
+  if (date->year >= kFirstPeriodYear && date->year <= kLastPeriodYear) return true;
+  return Passes({control, std::string(label) + " " + Quoted(Trim(typed)) + " is not in the years " +
+                              std::to_string(kFirstPeriodYear) + " to " + std::to_string(kLastPeriodYear) +
+                              "." + how});
 }
 
 bool PostingForm::Passes(const EntryRefusal& finding) {
@@ -124,6 +147,31 @@ void PostingForm::PutValues(const Values& values) {
 
 void PostingForm::KeepState() {
   unchanged_ = TakeValues();
+}
+
+bool PostingForm::StandsAsLoaded(const Control& wanted) {
+  std::size_t place = 0;
+  for (const Control& control : Controls()) {
+    if (&control == &wanted) return unchanged_[place].first == control.text;
+    if (IsEntry(control)) ++place;
+  }
+  return false;
+}
+
+bool PostingForm::ClosedEntriesStand(std::string_view why) {
+  const Picture mine = TakePicture();
+  Values values = mine.values;
+  std::size_t place = 0;
+  for (const Control& control : Controls()) {
+    if (!IsEntry(control)) continue;
+    if (!control.enabled) values[place] = unchanged_[place];
+    ++place;
+  }
+  if (values == mine.values) return true;
+  PutValues(values);
+  Boxes().Critical(Caption(), std::string(why) + "\r\n\r\nNothing was saved: look at what is shown now.\r\n" +
+                                  Differences(mine, TakePicture(), "stored"));
+  return false;
 }
 
 bool PostingForm::IsChanged() {
@@ -164,8 +212,17 @@ bool PostingForm::OnClose() {
 }
 
 std::string PostingForm::FailureText(const PostOutcome& outcome, std::string_view not_added) const {
-  const bool says_why = outcome.code == kChangedElsewhere || !outcome.field_problem.empty();
-  return IsPosted() && !says_why ? "Failed to update transaction..." : std::string(not_added);
+  const bool says_why = outcome.code == kChangedElsewhere || outcome.code == kReconciledElsewhere ||
+                        !outcome.field_problem.empty();
+  return IsPosted() && !says_why ? "Failed to update transaction..." + AdviceFor(outcome)
+                                 : std::string(not_added);
+}
+
+void PostingForm::TellFailure(const PostOutcome& outcome, const std::string& message, std::string_view field,
+                              std::string_view number) {
+  const std::string_view to_blame = outcome.NumberIsTaken() ? number : field;
+  if (to_blame.empty()) return Boxes().Critical(Caption(), message);
+  Refuse(message, to_blame);
 }
 
 // --- Another workstation was quicker ---
@@ -181,49 +238,58 @@ bool PostingForm::TakesNext(std::string_view taken, std::string_view next) {
 PostingForm::Settled PostingForm::SettleChange(std::string_view item,
                                                const std::function<void()>& show_theirs,
                                                std::string_view not_over) {
-  const Values mine = TakeValues();
+  const Picture mine = TakePicture();
+  const Values as_loaded = unchanged_;
   show_theirs();
+  const auto go_back = [&] {
+    PutValues(mine.values);
+    unchanged_ = as_loaded;
+    return Settled::kBack;
+  };
   const std::string changed = std::string(item) +
                               " was changed on another workstation since it was loaded.\r\n" +
-                              Differences(mine, TakeValues()) + "\r\n\r\n";
+                              Differences(mine, TakePicture()) + "\r\n\r\n";
   const auto ask = [&](const std::string& words, BoxButtons buttons, BoxAnswer safe) {
     return Boxes().Show({BoxIcon::kQuestion, Caption(), changed + words, buttons, safe});
   };
   if (!not_over.empty()) {
     const std::string words = std::string(not_over) + "  Yes shows theirs, No goes back to your entry.";
-    if (ask(words, BoxButtons::kYesNo, BoxAnswer::kNo) == BoxAnswer::kYes) return Settled::kTheirs;
-    PutValues(mine);
-    return Settled::kBack;
+    return ask(words, BoxButtons::kYesNo, BoxAnswer::kNo) == BoxAnswer::kYes ? Settled::kTheirs : go_back();
   }
   const BoxAnswer answer =
       ask("Yes saves your entry over theirs, No shows theirs, Cancel goes back to your entry.",
           BoxButtons::kYesNoCancel, BoxAnswer::kCancel);
   if (answer == BoxAnswer::kNo) return Settled::kTheirs;
-  PutValues(mine);
-  return answer == BoxAnswer::kYes ? Settled::kMine : Settled::kBack;
+  if (answer != BoxAnswer::kYes) return go_back();
+  PutValues(mine.values);
+  return Settled::kMine;
 }
 
 void PostingForm::ShowChanged(std::string_view item, std::string_view not_done,
                               const std::function<void()>& show_theirs) {
-  const Values mine = TakeValues();
+  const Picture mine = TakePicture();
   show_theirs();
   Boxes().Critical(Caption(), std::string(item) +
                                   " was changed on another workstation since it was loaded.  Nothing was " +
                                   std::string(not_done) + ": look at what is shown now.\r\n" +
-                                  Differences(mine, TakeValues()));
+                                  Differences(mine, TakePicture()));
 }
 
-std::string PostingForm::Differences(const Values& mine, const Values& theirs) {
+std::string PostingForm::Differences(const Picture& mine, const Picture& theirs, std::string_view other) {
   std::string lines;
+  const auto add = [&](const std::string& name, const std::string& one, const std::string& two) {
+    lines += "\r\n" + name + ": yours " + one + ", " + std::string(other) + " " + two;
+  };
   std::size_t place = 0;
   for (const Control& control : Controls()) {
     if (!IsEntry(control)) continue;
-    if (mine[place] != theirs[place]) {
-      lines += "\r\n" + NameOf(control) + ": yours " + ValueWord(mine[place], control) + ", theirs " +
-               ValueWord(theirs[place], control);
-    }
+    const auto& one = mine.values[place];
+    const auto& two = theirs.values[place];
+    if (one != two) add(NameOf(control), ValueWord(one, control), ValueWord(two, control));
     ++place;
   }
+  if (mine.status != theirs.status)
+    add("Status", std::string(TrimRight(mine.status)), std::string(TrimRight(theirs.status)));
   return lines.empty() ? "\r\nWhat you see is the same on both." : lines;
 }
 

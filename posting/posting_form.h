@@ -20,6 +20,7 @@
 #include "posting/file_rows.h"
 #include "posting/look_up_form.h"
 #include "posting/post_unit.h"
+#include "posting/reconciled_rule.h"
 #include "shell/session.h"
 #include "tables/bank_table.h"
 #include "tables/bank_tables.h"
@@ -33,6 +34,7 @@ struct PostingScreen {
   std::string_view bank_gone;  // what is said when the bank is not in the bank table any more
   int audit_tx;                // the audit trail's transaction; 0 = the trail has none for this screen
   int right;                   // that a post asks for, see rights.h; 0 = none
+  std::string_view status;     // label that says how the record stands
 };
 
 class PostingForm : public LookUpForm {
@@ -74,7 +76,18 @@ class PostingForm : public LookUpForm {
   Period PeriodIn(std::string_view control, bool* valid);
   // True for a text that is blank or a period of the bank's form; else the message has been shown.
   bool PeriodIsReadable(std::string_view control);
-  bool IsReconciled(const Period& period) const;
+  bool IsReconciled(const Period& period) const { return tallwick::IsReconciled(period, bank_); }
+  // What a new entry gets as its period: the bank's accounting period. Periods know no 29 February, which a
+  // date can advance to: it belongs to the 28th.
+  Period ProposedPeriod() const;
+  // Entries that are closed now stand as they were loaded; true when all did. Where one was changed before it
+  // was closed, they are put back, and both states are shown with `why` they are closed.
+  bool ClosedEntriesStand(std::string_view why);
+  // For a post: fails where the bank's last reconciliation is not the one by which the entries were tested.
+  PostGuard SameReconciliation();
+  // Refuses a date that is missing, or of a year that no period has. One that another program has stored
+  // stays.
+  bool DateIsGood(std::string_view control, std::string_view label);
   // Refuses with the finding; true when there is none.
   bool Passes(const EntryRefusal& finding);
   // Runs the tests in order; false when one has refused.
@@ -102,6 +115,10 @@ class PostingForm : public LookUpForm {
 
   // What a post that failed says: `not_added` for a new item, or why a value does not fit.
   std::string FailureText(const PostOutcome& outcome, std::string_view not_added) const;
+  // Shows the message of a failed post, with the cursor in the entry that is to blame, where one is: `field`,
+  // whose value was refused, or `number`, which is taken.
+  void TellFailure(const PostOutcome& outcome, const std::string& message, std::string_view field,
+                   std::string_view number);
 
   // The number was taken by another workstation since it was proposed: asks whether to post under `next`.
   bool TakesNext(std::string_view taken, std::string_view next);
@@ -146,9 +163,16 @@ class PostingForm : public LookUpForm {
  private:
   // Text and check value of every entry, in the order of the controls.
   using Values = std::vector<std::pair<std::string, int>>;
+  struct Picture {
+    Values values;
+    std::string status;
+  };
   Values TakeValues();
+  bool StandsAsLoaded(const Control& wanted);  // its text, of an entry
   void PutValues(const Values& values);
-  std::string Differences(const Values& mine, const Values& theirs);
+  Picture TakePicture() { return {TakeValues(), At(screen_.status).caption}; }
+  // A line for each difference; `other` names what is compared with mine ("theirs").
+  std::string Differences(const Picture& mine, const Picture& theirs, std::string_view other = "theirs");
   BankSettings Options();
 
   bool FilesAreKnown();

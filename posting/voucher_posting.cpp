@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 
+#include "posting/check_numbering.h"
 #include "posting/file_number.h"
 #include "posting/post_voucher.h"
 #include "posting/voucher_register.h"
@@ -16,7 +17,7 @@ namespace {
 
 // The audit trail has no transaction for vouchers.
 constexpr PostingScreen kScreen{"frmEditVouchersPost", "Post Vouchers - ", "Bank ID Code no longer valid.", 0,
-                                kRightPostChecks};
+                                kRightPostChecks,      "lblVCHRStatus"};
 
 constexpr EntryField<VoucherRecord> kFields[] = {
     {"txtVCHRNumber", ControlKind::kText, "Vouc&her Number", "Voucher Number", "VCHRNUMBER",
@@ -35,18 +36,24 @@ constexpr EntryField<VoucherRecord> kFields[] = {
 };
 
 // Entries that a reconciled period closes.
-constexpr std::string_view kRestricted[] = {"txtVCHRFileNumber", "txtVCHRDated", "txtVCHRAmount",
-                                            "txtVCHRAcctPeriod"};
+constexpr std::string_view kRestricted[] = {"txtVCHRFileNumber", "txtVCHRDated", "txtVCHRPayee",
+                                            "txtVCHRAmount", "txtVCHRAcctPeriod"};
+
+// A new number so far beyond the last one is more likely mistyped than meant; the numbers would go on from
+// it.
+constexpr long long kFarJump = 100'000;
 
 const ItemScreen<VoucherRecord, VoucherTable> kItem{kScreen,
                                                     "Voucher",
+                                                    true,
                                                     kVoucherLayout,
                                                     kFields,
                                                     &BankTables::vouchers,
                                                     &VoucherRecord::number,
                                                     "txtVCHRPayee",
                                                     "txtVCHRFileNumber",
-                                                    "lstVCHRNumbers"};
+                                                    "lstVCHRNumbers",
+                                                    "mnuEditRemoveVoucher"};
 
 }  // namespace
 
@@ -56,7 +63,7 @@ FrmEditVouchersPost::FrmEditVouchersPost(Session& session, ScreenOpener* opener,
   Add(ControlKind::kLabel, "lblVCHRStatus");
   Add(ControlKind::kLabel, "lblEditMessage");
   Add(ControlKind::kButton, "cmdNextVCHRNumber", "Ne&xt Number");
-  AddRegister("Vouchers", "&Add");
+  AddRegister("Vouchers", "&Add", viewing_);
 }
 
 void FrmEditVouchersPost::OnOpen() {
@@ -67,7 +74,10 @@ void FrmEditVouchersPost::OnOpen() {
 
 void FrmEditVouchersPost::OnLeave(Control& control) {
   ItemPostingForm::OnLeave(control);
-  if (control.name == "txtVCHRAcctPeriod" && !loaded_) ShowBeside(nullptr);
+  const bool beside = control.name == NumberControl() || control.name == "txtVCHRAcctPeriod";
+  if (beside && !loaded_) ShowBeside(nullptr);
+  if (control.name != "txtVCHRCheckNumber" || (loaded_ && control.text == loaded_->check_number)) return;
+  SetText(control.name, CountedNumber(control.text));
 }
 
 void FrmEditVouchersPost::OnClick(Control& control) {
@@ -88,13 +98,33 @@ bool FrmEditVouchersPost::IsEntry(const Control& control) const {
 std::string FrmEditVouchersPost::ProposedNumber() {
   if (viewing_) return {};
   const std::optional<BankRecord> bank = session_.Company().banks.Find(bank_code_);
-  return bank ? std::to_string(NextVoucherNumber(tables_.vouchers, bank->last_voucher)) : "";
+  if (!bank) return {};
+  bank_.last_voucher = bank->last_voucher;
+  return std::to_string(NextVoucherNumber(tables_.vouchers, bank->last_voucher));
+}
+
+std::string FrmEditVouchersPost::Gap() {
+  const std::string warning = GapWarning("Voucher", Text(NumberControl()), bank_.last_voucher);
+  return warning.empty() ? "" : "\r\n" + warning;
+}
+
+bool FrmEditVouchersPost::MayGoOn() {
+  const long long value = NumberValue(Text(NumberControl())).value_or(0);
+  if (loaded_ || value <= bank_.last_voucher + kFarJump) return true;
+  const std::string question = GapWarning("Voucher", Text(NumberControl()), bank_.last_voucher) +
+                               ".\r\nThe numbers that are proposed go on from there.  Post it?";
+  if (Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) ==
+      BoxAnswer::kYes) {
+    return true;
+  }
+  MarkRefused(NumberControl());
+  return false;
 }
 
 VoucherRecord FrmEditVouchersPost::BlankRecord() {
   VoucherRecord voucher;
   voucher.dated = session_.TheClock().Now().date;
-  voucher.accounting = bank_.accounting;
+  voucher.accounting = ProposedPeriod();
   return voucher;
 }
 
@@ -103,7 +133,8 @@ void FrmEditVouchersPost::ShowMarks(const VoucherRecord* voucher) {
 }
 
 void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
-  const bool closed = voucher != nullptr && IsReconciled(voucher->accounting);
+  const std::string restriction = voucher != nullptr ? RestrictionOf(*voucher, bank_) : "";
+  const bool closed = !restriction.empty();
   for (const EntryField<VoucherRecord>& entry : kFields) {
     const bool restricted =
         std::find(std::begin(kRestricted), std::end(kRestricted), entry.control) != std::end(kRestricted);
@@ -116,13 +147,11 @@ void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
     SetCaption("lblVCHRStatus", "Not Posted");
     SetCaption("lblEditMessage", viewing_ ? "Choose a posted voucher in the list, or type its number."
                                           : "\r\nTransaction will be posted to the Accounting Period " +
-                                                Text("txtVCHRAcctPeriod") + " .");
+                                                Text("txtVCHRAcctPeriod") + " ." + Gap());
     return;
   }
   SetCaption("lblVCHRStatus", VoucherStatusText(voucher->status));
-  SetCaption("lblEditMessage", closed ? "Accounting period " + ShortForm(voucher->accounting) +
-                                            " has been reconciled.\r\nChanges are restricted."
-                                      : "");
+  SetCaption("lblEditMessage", restriction);
 }
 
 void FrmEditVouchersPost::Complete(VoucherRecord* voucher) {
@@ -139,11 +168,23 @@ bool FrmEditVouchersPost::MayPost() {
 }
 
 PostOutcome FrmEditVouchersPost::WriteNew(const VoucherRecord& voucher) {
-  return PostVoucher(tables_, session_.Company().banks, session_.Company().xrefs, bank_code_, voucher);
+  return PostVoucher(tables_, session_.Company().banks, session_.Company().xrefs, bank_code_, voucher,
+                     SameReconciliation());
 }
 
 PostOutcome FrmEditVouchersPost::WriteChanged(const VoucherRecord& before, const VoucherRecord& after) {
-  return RewriteVoucher(tables_, session_.Company().xrefs, bank_code_, before, after);
+  return RewriteVoucher(tables_, session_.Company().xrefs, bank_code_, before, after, SameReconciliation());
+}
+
+std::string FrmEditVouchersPost::RemovalRefusal(const VoucherRecord& voucher) const {
+  if (std::string restricted = RestrictionOf(voucher, bank_); !restricted.empty()) return restricted;
+  const std::string name = "Voucher " + voucher.number;
+  if (!voucher.check_number.empty()) return name + " was used by check " + voucher.check_number + ".";
+  return voucher.status == "C" ? name + " is marked cleared.  Take the mark off first." : "";
+}
+
+PostOutcome FrmEditVouchersPost::WriteRemoved(const VoucherRecord& voucher) {
+  return RemoveVoucher(tables_, session_.Company().xrefs, bank_code_, voucher, SameReconciliation());
 }
 
 std::string FrmEditVouchersPost::NotAdded(const PostOutcome& outcome, const std::string& number) const {

@@ -1,7 +1,8 @@
 // frmEditVouchersPost, the voucher screen: entry of new vouchers of one bank, and changes to posted ones.
 //
 // Controls, in order: the entries (txtVCHRNumber … txtVCHRCheckNumber), chkVCHRCleared; the labels
-// lblVCHRStatus and lblEditMessage; cmdNextVCHRNumber; the register and buttons of item_posting_form.h.
+// lblVCHRStatus and lblEditMessage; cmdNextVCHRNumber; the register and buttons of item_posting_form.h;
+// mnuEditRemoveVoucher.
 #pragma once
 
 #include <string>
@@ -28,12 +29,17 @@ class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord, VoucherTable> 
   VoucherRecord BlankRecord() override;
   void Complete(VoucherRecord* voucher) override;
   bool MayPost() override;
+  bool MayGoOn() override;
   PostOutcome WriteNew(const VoucherRecord& voucher) override;
   PostOutcome WriteChanged(const VoucherRecord& before, const VoucherRecord& after) override;
+  std::string RemovalRefusal(const VoucherRecord& voucher) const override;
+  PostOutcome WriteRemoved(const VoucherRecord& voucher) override;
   std::string NotAdded(const PostOutcome& outcome, const std::string& number) const override;
 
  private:
   void TakeNextNumber();
+  // The warning of a new number that leaves a gap; "" for none.
+  std::string Gap();
 
   const bool viewing_;
 };

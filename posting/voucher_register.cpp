@@ -8,10 +8,15 @@
 namespace tallwick {
 namespace {
 
+// A voucher that a check has used waits for nothing, though nobody may have marked it cleared.
+std::string StatusCell(const VoucherRecord& voucher) {
+  const bool used = voucher.status != "C" && !voucher.check_number.empty();
+  return used ? "Used" : VoucherStatusText(voucher.status);
+}
+
 std::vector<std::string> Cells(const VoucherRecord& voucher) {
-  return {
-      voucher.number,      DisplayDate(voucher.dated),        voucher.payee,       AmountText(voucher.amount),
-      voucher.file_number, VoucherStatusText(voucher.status), voucher.check_number};
+  return {voucher.number,      DisplayDate(voucher.dated), voucher.payee,       AmountText(voucher.amount),
+          voucher.file_number, StatusCell(voucher),        voucher.check_number};
 }
 
 std::vector<SearchKey> Keys(std::string_view text) {
@@ -32,7 +37,8 @@ ItemRows<VoucherRecord> VoucherRows() {
           {0, 3, 6},
           Cells,
           Keys,
-          StatusStyle};
+          StatusStyle,
+          "VCHRCHKNUM"};
 }
 
 }  // namespace tallwick

@@ -1,6 +1,7 @@
 #include "posting/voucher_validation.h"
 
 #include "posting/file_number.h"
+#include "posting/reconciled_rule.h"
 
 namespace tallwick {
 namespace {
@@ -23,12 +24,12 @@ std::string FileIsNotVoid(const VoucherCase& voucher) {
 }
 
 std::string FileIsKnown(const VoucherCase& voucher) {
-  return voucher.on_file() ? "" : FileNumber(voucher) + " is not on file.";
+  return !CanBeFile(FileNumber(voucher)) || voucher.on_file() ? "" : FileNumber(voucher) + " is not on file.";
 }
 
 // A text that is no period of the bank's form is refused as such later on.
 std::string PeriodIsOpen(const VoucherCase& voucher) {
-  const bool closed = MakeKey(voucher.period) <= MakeKey(voucher.bank.reconciled);
+  const bool closed = IsReconciled(voucher.period, voucher.bank);
   if (!voucher.period_valid || !voucher.period_enabled || !closed) return {};
   return "May NOT post Vouchers to Accounting Period " + Typed(voucher, "txtVCHRAcctPeriod") +
          " - It has been reconciled.";

@@ -14,8 +14,9 @@
 namespace tallwick {
 namespace {
 
-constexpr PostingScreen kScreen{"frmEditWiresPost", "Post Wire Transfers - ", "Bank ID Code no longer valid.",
-                                kAuditPostWire, kRightWires};
+constexpr PostingScreen kScreen{
+    "frmEditWiresPost", "Post Wire Transfers - ", "Bank ID Code no longer valid.", kAuditPostWire,
+    kRightWires,        "lblWireStatus"};
 
 constexpr EntryField<WireRecord> kFields[] = {
     {"txtWireNumber", ControlKind::kText, "Confir&mation Number", "Wire Confirmation", "WIRENUMBER",
@@ -34,13 +35,15 @@ constexpr EntryField<WireRecord> kFields[] = {
 
 const ItemScreen<WireRecord, WireTable> kItem{kScreen,
                                               "Wire",
+                                              false,
                                               kWireLayout,
                                               kFields,
                                               &BankTables::wires,
                                               &WireRecord::number,
                                               "txtWirePayee",
                                               "txtWireFileNumber",
-                                              "lstWireNumbers"};
+                                              "lstWireNumbers",
+                                              "mnuEditRemoveWire"};
 
 }  // namespace
 
@@ -50,7 +53,7 @@ FrmEditWiresPost::FrmEditWiresPost(Session& session, ScreenOpener* opener, bool 
     Add(ControlKind::kLabel, std::string(label));
   }
   Add(ControlKind::kLabel, "lblWireIn", "Wires in are posted as deposits, with the wire-in mark.");
-  AddRegister("Wires", "P&ost Wire");
+  AddRegister("Wires", "P&ost Wire", viewing_);
 }
 
 void FrmEditWiresPost::OnOpen() {
@@ -83,20 +86,12 @@ bool FrmEditWiresPost::OnKey(std::string_view key) {
 WireRecord FrmEditWiresPost::BlankRecord() {
   WireRecord wire;
   wire.dated = session_.TheClock().Now().date;
-  wire.accounting = bank_.accounting;
+  wire.accounting = ProposedPeriod();
   return wire;
 }
 
-std::string FrmEditWiresPost::Restriction(const WireRecord& wire) const {
-  const bool statement = !wire.statement.IsEmpty() && IsReconciled(wire.statement);
-  if (!statement && !IsReconciled(wire.accounting)) return {};
-  return (statement ? "Statement period " + ShortForm(wire.statement)
-                    : "Accounting period " + ShortForm(wire.accounting)) +
-         " has been reconciled.\r\nChanges are restricted.";
-}
-
 void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
-  const std::string restriction = wire != nullptr ? Restriction(*wire) : "";
+  const std::string restriction = wire != nullptr ? RestrictionOf(*wire, bank_) : "";
   SetCaption("lblWireStatus", wire != nullptr ? WireStatusText(wire->status) : "Not Posted");
   SetCaption("cmdOk", wire != nullptr ? "&Ok" : "P&ost Wire");
   const bool open = restriction.empty() && !viewing_;
@@ -137,11 +132,21 @@ bool FrmEditWiresPost::MayPost() {
 }
 
 PostOutcome FrmEditWiresPost::WriteNew(const WireRecord& wire) {
-  return PostWire(tables_, session_.Company().xrefs, bank_code_, wire);
+  return PostWire(tables_, session_.Company().xrefs, bank_code_, wire, SameReconciliation());
 }
 
 PostOutcome FrmEditWiresPost::WriteChanged(const WireRecord& before, const WireRecord& after) {
-  return RewriteWire(tables_, session_.Company().xrefs, bank_code_, before, after);
+  return RewriteWire(tables_, session_.Company().xrefs, bank_code_, before, after, SameReconciliation());
+}
+
+std::string FrmEditWiresPost::RemovalRefusal(const WireRecord& wire) const {
+  if (std::string restricted = RestrictionOf(wire, bank_); !restricted.empty()) return restricted;
+  if (wire.status != "C") return {};
+  return "Wire " + wire.number + " has cleared the bank.  Take its statement period out first.";
+}
+
+PostOutcome FrmEditWiresPost::WriteRemoved(const WireRecord& wire) {
+  return RemoveWire(tables_, session_.Company().xrefs, bank_code_, wire, SameReconciliation());
 }
 
 std::string FrmEditWiresPost::NotAdded(const PostOutcome& outcome, const std::string& number) const {

@@ -3,7 +3,7 @@
 //
 // Controls, in order: the entries (txtWireNumber … txtWireStmtPeriod); the labels lblWireStatus,
 // lblEditMessage, lblLastReconciled and lblWireIn (where incoming wires go); the register and
-// buttons of item_posting_form.h.
+// buttons of item_posting_form.h; mnuEditRemoveWire.
 #pragma once
 
 #include <string>
@@ -29,10 +29,11 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord, WireTable> {
   bool MayPost() override;
   PostOutcome WriteNew(const WireRecord& wire) override;
   PostOutcome WriteChanged(const WireRecord& before, const WireRecord& after) override;
+  std::string RemovalRefusal(const WireRecord& wire) const override;
+  PostOutcome WriteRemoved(const WireRecord& wire) override;
   std::string NotAdded(const PostOutcome& outcome, const std::string& number) const override;
 
  private:
-  std::string Restriction(const WireRecord& wire) const;
   void ShowDestination();
 
   const bool viewing_;

@@ -1,6 +1,7 @@
 #include "posting/wire_validation.h"
 
 #include "posting/file_number.h"
+#include "posting/reconciled_rule.h"
 
 namespace tallwick {
 namespace {
@@ -14,7 +15,7 @@ std::string FileNumber(const WireCase& wire) {
 }
 
 bool IsClosed(const WireCase& wire, const TypedPeriod& period) {
-  return period.valid && MakeKey(period.period) <= MakeKey(wire.bank.reconciled);
+  return period.valid && IsReconciled(period.period, wire.bank);
 }
 
 std::string NumberIsGiven(const WireCase& wire) {
@@ -30,7 +31,7 @@ std::string FileIsNotVoid(const WireCase& wire) {
 }
 
 std::string FileIsKnown(const WireCase& wire) {
-  return wire.on_file() ? "" : FileNumber(wire) + " is not on file...";
+  return !CanBeFile(FileNumber(wire)) || wire.on_file() ? "" : FileNumber(wire) + " is not on file...";
 }
 
 std::string PeriodIsOpen(const WireCase& wire) {

@@ -53,8 +53,7 @@ std::string WriteState(Session& session, BankRecord* bank, const BankState& afte
   banks.Unlock();
   if (!objection.empty()) return objection;
   if (!outcome.Done()) {
-    return FailureMessage(outcome, "The bank record", "The bank record was not written.", "bank") +
-           AdviceFor(outcome);
+    return FailureMessage(outcome, "The bank record", "The bank record was not written.", "bank");
   }
   if (std::optional<BankRecord> now = banks.Find(bank->code)) *bank = std::move(*now);
   return {};

@@ -3,6 +3,7 @@
 #include "store/clsKVRData.h"
 
 #include <algorithm>
+#include <utility>
 
 namespace tallwick {
 
@@ -153,11 +154,24 @@ int clsKVRData::BeginUnit() {
 }
 
 int clsKVRData::CommitUnit() {
-  return engine_ ? Finish(engine::code4unitCommit(*engine_)) : NotOpen();
+  if (!engine_) return NotOpen();
+  if (!unreadable_in_unit_.empty()) {
+    const int code = unreadable_in_unit_.front().second;
+    RollbackUnit();
+    return code;
+  }
+  return Finish(engine::code4unitCommit(*engine_));
 }
 
 int clsKVRData::RollbackUnit() {
-  return engine_ ? Finish(engine::code4unitRollback(*engine_)) : NotOpen();
+  if (!engine_) return NotOpen();
+  const int code = Finish(engine::code4unitRollback(*engine_));
+  ShowUnreadableOfUnit();
+  return code;
+}
+
+void clsKVRData::ShowUnreadableOfUnit() {
+  for (const auto& [table, code] : std::exchange(unreadable_in_unit_, {})) ShowUnreadable(table, code);
 }
 
 bool clsKVRData::UnitActive() const {

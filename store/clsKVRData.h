@@ -171,10 +171,13 @@ class clsKVRData {
   int WatchWrites(WriteWatcher watcher);  // the number by which it is ended
   void UnwatchWrites(int number) { write_watchers_.erase(number); }
 
-  // --- Units of work ---
+  // --- Units of work. Until one ends no box is shown, and nothing waits for a person: what would have been
+  // asked or reported is the code of the operation ---
 
   int BeginUnit();
-  int CommitUnit();    // on failure everything is as it was before
+  // On failure everything is as it was before. Fails when a table could not be read within the unit: what
+  // was written then may rest on records that were not seen.
+  int CommitUnit();
   int RollbackUnit();  // also undoes the outer units
   bool UnitActive() const;
 
@@ -236,7 +239,8 @@ class clsKVRData {
   // Codes: 0 on a record, 3 behind the last, 4 before the first.
   int TopDatabase(DataHandle data);
   int BottomDatabase(DataHandle data);
-  // Says that a table could not be read on, and what helps. Whoever walks must not take damage for the end.
+  // Says that a table could not be read on, and what helps; at the end of a unit that is under way. Whoever
+  // walks must not take damage for the end.
   void TellUnreadable(DataHandle data, int code);
   // True once a table was told to be unreadable.
   bool HasToldUnreadable() const { return told_unreadable_; }
@@ -398,6 +402,8 @@ class clsKVRData {
   int RelationSettle(Relation& relation, int code);
 
   void TellWritten(DataHandle data);
+  void ShowUnreadable(const std::string& table, int code);
+  void ShowUnreadableOfUnit();
 
   StorePorts ports_;
   StoreSettings settings_;
@@ -411,6 +417,7 @@ class clsKVRData {
   std::int16_t last_error_ = 0;
   std::int16_t open_error_ = 0;
   bool told_unreadable_ = false;
+  std::deque<std::pair<std::string, int>> unreadable_in_unit_;  // table and code, to be told at its end
   bool rebuild_requested_ = false;
   bool header_check_ = false;
 };

@@ -210,9 +210,16 @@ int clsKVRData::SetJournalAside(std::string_view folder, std::string_view name) 
 
 void clsKVRData::TellUnreadable(DataHandle data, int code) {
   told_unreadable_ = true;
+  if (UnitActive()) {
+    unreadable_in_unit_.emplace_back(DatabaseName(data), code);
+  } else {
+    ShowUnreadable(DatabaseName(data), code);
+  }
+}
+
+void clsKVRData::ShowUnreadable(const std::string& table, int code) {
   ports_.boxes.Critical("Read Database",
-                        Quoted(DatabaseName(data)) + " could not be read on (error code " +
-                            std::to_string(code) +
+                        Quoted(table) + " could not be read on (error code " + std::to_string(code) +
                             ").  What is shown is not complete: have the table rebuilt, or mended with "
                             "\"escrowctl mend\", before you rely on it.");
 }

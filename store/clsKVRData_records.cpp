@@ -1,6 +1,9 @@
 // Appending, locking and writing records. A locked result is tried again every half second, at most ten
 // times; when an operation is given up the record is marked unchanged, so that nothing writes it later by
 // accident.
+//
+// Within a unit of work no box is shown: the first change has taken the folder's journal, and a box that
+// waits for a person would keep every workstation from writing. The code goes back to whoever runs the unit.
 
 #include <limits>
 
@@ -40,14 +43,15 @@ int clsKVRData::FinishAppend(DataHandle data, std::string_view unique_id_field, 
   OpenTable* table = Find(data);
   if (!table) return NotOpen();
   FieldHandle unique_id = unique_id_field.empty() ? 0 : FindField(data, unique_id_field);
-  bool reported = silent;
-  int code = AppendWithRetries(data, unique_id, silent, reported);
+  const bool quiet = silent || UnitActive();
+  bool reported = quiet;
+  int code = AppendWithRetries(data, unique_id, quiet, reported);
   if (code != engine::kSuccess) {
     if (!reported) ReportUpdateFailure(data, code);
     engine::d4changed(*table->data, 0);
   }
   if (code == engine::kSuccess) TellWritten(data);
-  int unlocked = silent ? UnlockTheRecordSilent(data) : UnlockTheRecord(data);
+  int unlocked = quiet ? UnlockTheRecordSilent(data) : UnlockTheRecord(data);
   return Moved(*table, code != engine::kSuccess ? code : unlocked);
 }
 
@@ -133,7 +137,7 @@ bool clsKVRData::LockTheRecord(DataHandle data, bool no_prompt) {
   for (;;) {
     int code = Finish(engine::d4lockVB(*table->data, record));
     if (code == engine::kSuccess) return true;
-    if (code != engine::kLocked || no_prompt) return false;
+    if (code != engine::kLocked || no_prompt || UnitActive()) return false;
     const std::string holder = engine::code4lockUserId(*engine_);
     BoxAnswer answer =
         ports_.boxes.Show({BoxIcon::kExclamation, "Locked Record",
@@ -179,7 +183,7 @@ int clsKVRData::RetryWhileLocked(DataHandle data, int (*step)(engine::Data4&), b
   Finish(code);
   if (code == engine::kSuccess) return code;
   engine::d4changed(*table->data, 0);
-  if (!silent) ReportUpdateFailure(data, code);
+  if (!silent && !UnitActive()) ReportUpdateFailure(data, code);
   return code;
 }
 

@@ -192,7 +192,9 @@ LayoutState TableBase::CheckVersion() {
 // --- Navigation ---
 
 bool TableBase::Reached(int code) {
-  if (code < 0 && !std::exchange(told_unreadable_, true)) home_.data.TellUnreadable(handle_, code);
+  // A unit of work must not stand on it, however often it was told.
+  const bool tell = code < 0 && (!std::exchange(told_unreadable_, true) || home_.data.UnitActive());
+  if (tell) home_.data.TellUnreadable(handle_, code);
   return code == engine::kSuccess;
 }
 

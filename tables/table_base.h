@@ -92,8 +92,8 @@ class TableBase {
   FieldHandle Field(std::string_view name) const;
 
   // Locks the current record and reads it again, so that what follows works on what is in the table now. 0;
-  // engine::kLocked when another workstation has it and the user gave up; engine::kNoRecord when it has been
-  // deleted.
+  // engine::kLocked when another workstation has it and the user gave up, or was not asked: with `no_prompt`,
+  // and within a unit of work; engine::kNoRecord when it has been deleted.
   int Lock(bool no_prompt = false);
   void Unlock() { home_.data.UnlockTheRecord(handle_); }
   // Locks, deletes and unlocks the current record. Codes as Lock.

@@ -107,9 +107,10 @@ void AddItemFields(PostingLayout& layout, QGridLayout& grid, std::span<const Fie
   }
 }
 
-void FinishItemWindow(PostingLayout& layout, const RegisterLook& look) {
+void FinishItemWindow(PostingLayout& layout, const RegisterLook& look, const char* remove) {
   for (const LookUpLook& one : {kPayeeLookUp, kFileLookUp}) layout.AddLookUp(one);
   layout.AddRegister(look);
+  layout.AddMenu("&Edit", {{remove}});
   layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
 }
@@ -256,7 +257,7 @@ std::unique_ptr<QWidget> MakeWireWindow() {
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
   layout.AddNotes({"lblWireStatus", "lblEditMessage", "lblWireIn"});
   layout.AddButtons({"cmdDone"});
-  FinishItemWindow(layout, kWires);
+  FinishItemWindow(layout, kWires, "mnuEditRemoveWire");
   return window;
 }
 
@@ -271,7 +272,7 @@ std::unique_ptr<QWidget> MakeVoucherWindow() {
   grid.addWidget(cleared, grid.rowCount(), 1);
   layout.AddNotes({"lblVCHRStatus", "lblEditMessage"});
   layout.AddButtons({"cmdNextVCHRNumber", "cmdDone"});
-  FinishItemWindow(layout, kVouchers);
+  FinishItemWindow(layout, kVouchers, "mnuEditRemoveVoucher");
   return window;
 }
 

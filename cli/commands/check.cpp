@@ -36,7 +36,7 @@ int Post(Office& office, const CheckArguments& arguments) {
   const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
   // The screen would show a posted check and change it; a command that posts must not.
-  const bool taken = checks->SeekNumber(arguments.number);
+  const bool taken = SeekCounted(*checks, arguments.number);
   const std::string posted = taken ? "" : PostOnScreen(office, {kScreen, "Posting"}, WithNumber(arguments));
   return ShowPosted(office, *checks, !posted.empty() && checks->SeekNumber(posted),
                     "Check " + Quoted(arguments.number) + (taken ? " is posted already" : " was not posted"));
@@ -46,7 +46,7 @@ int Show(Office& office, const CheckArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
-  return ShowFields(office, *checks, checks->SeekNumber(arguments.number),
+  return ShowFields(office, *checks, SeekCounted(*checks, arguments.number),
                     "Check " + Quoted(arguments.number) + " is not posted");
 }
 
@@ -74,7 +74,7 @@ int ChangePosted(Office& office, const CheckArguments& arguments) {
   const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
   const std::string name = "Check " + Quoted(arguments.number);
-  if (!checks->SeekNumber(arguments.number))
+  if (!SeekCounted(*checks, arguments.number))
     return ShowFields(office, *checks, false, name + " is not posted");
   std::vector<TypedEntry> entries = WithNumber(arguments);
   if (!arguments.new_number.empty()) {
@@ -90,21 +90,11 @@ int Remove(Office& office, const CheckArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
-  const std::string name = "Check " + Quoted(arguments.number);
-  if (!checks->SeekNumber(arguments.number))
-    return ShowFields(office, *checks, false, name + " is not posted");
   // Looking up number zero offers its removal at once.
-  const bool zero = CheckNumberValue(arguments.number) == 0;
-  const bool removed =
-      !PostOnScreen(office, {kScreen, "Posting", zero ? "" : "mnuEditRemoveCheck"}, WithNumber(arguments))
-           .empty();
-  office.Out().Set("removed", removed);
-  if (removed) {
-    office.Out().Line("removed");
-    return kDone;
-  }
-  office.Out().Fail(name + " was not removed");
-  return kRefused;
+  const bool zero = NumberValue(arguments.number) == 0;
+  return RemoveOnScreen(office, {kScreen, "Posting", zero ? "" : "mnuEditRemoveCheck"},
+                        {"txtCheckNumber", arguments.number}, "Check " + Quoted(arguments.number),
+                        SeekCounted(*checks, arguments.number));
 }
 
 // Shows the number of the next check, after setting it where a number is given.
@@ -116,7 +106,7 @@ int Next(Office& office, const CheckArguments& arguments) {
   if (!arguments.new_number.empty()) {
     if (!office.Granted(kRightPostChecks)) return office.Status();
     BankSettings settings(session.Files(), session.DataPath(), kMicrSettings, session.BankCode());
-    const bool is_number = CheckNumberValue(arguments.new_number).has_value();
+    const bool is_number = NumberValue(arguments.new_number).has_value();
     if (!is_number || !settings.Set(kNextCheckNumber, arguments.new_number)) {
       office.Out().Fail(Quoted(arguments.new_number) +
                         (is_number ? " could not be kept" : " is not a check number of digits"));
@@ -129,7 +119,7 @@ int Next(Office& office, const CheckArguments& arguments) {
     office.Out().Fail(numbering.problem);
     return kRefused;
   }
-  const std::string next = std::to_string(numbering.Next());
+  const std::string next = numbering.Proposal();
   office.Out().Set("next", next);
   office.Out().Line(next);
   return kDone;

@@ -84,4 +84,16 @@ int ShowPosted(Office& office, const TableBase& table, bool posted, const std::s
   return ShowFields(office, table, posted, failure);
 }
 
+int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
+                   bool posted) {
+  const bool removed = posted && !PostOnScreen(office, use, {number}).empty();
+  office.Out().Set("removed", removed);
+  if (removed) {
+    office.Out().Line("removed");
+    return kDone;
+  }
+  office.Out().Fail(name + (posted ? " was not removed" : " is not posted"));
+  return kRefused;
+}
+
 }  // namespace tallwick::cli

@@ -68,4 +68,9 @@ int ShowFields(Office& office, const TableBase& table, bool found, const std::st
 // Ends a posting command: `posted` and the fields of the current record, or what failed. The exit status.
 int ShowPosted(Office& office, const TableBase& table, bool posted, const std::string& failure);
 
+// Has a screen look up the posted record that `number` names and remove it. `name` begins what is said where
+// it is not `posted`, or was not removed. The exit status.
+int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
+                   bool posted);
+
 }  // namespace tallwick::cli

@@ -2,6 +2,7 @@
 #include "cli/commands/posted.h"
 #include "core/text.h"
 #include "posting/entry_problems.h"
+#include "posting/item_number.h"
 #include "posting/post_voucher.h"
 #include "shell/company_tables.h"
 #include "tables/status_text.h"
@@ -21,7 +22,7 @@ int Post(Office& office, const VoucherArguments& arguments) {
   const std::unique_ptr<VoucherTable> vouchers = OpenPosted<VoucherTable>(office, &status);
   if (!vouchers) return status;
   // The screen would show a posted voucher and change it; a command that posts must not.
-  const bool taken = !arguments.number.empty() && vouchers->SeekNumber(arguments.number);
+  const bool taken = !arguments.number.empty() && SeekCounted(*vouchers, arguments.number);
   std::vector<TypedEntry> entries;
   // Without a number the screen's proposal stands.
   if (!arguments.number.empty()) entries.push_back({"txtVCHRNumber", arguments.number});
@@ -36,8 +37,17 @@ int Show(Office& office, const VoucherArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<VoucherTable> vouchers = OpenPosted<VoucherTable>(office, &status);
   if (!vouchers) return status;
-  return ShowFields(office, *vouchers, vouchers->SeekNumber(arguments.number),
+  return ShowFields(office, *vouchers, SeekCounted(*vouchers, arguments.number),
                     "Voucher " + Quoted(arguments.number) + " is not posted");
+}
+
+int Remove(Office& office, const VoucherArguments& arguments) {
+  int status = kDone;
+  const std::unique_ptr<VoucherTable> vouchers = OpenPosted<VoucherTable>(office, &status);
+  if (!vouchers) return status;
+  return RemoveOnScreen(office, {"frmEditVouchersPost", "Posting", "mnuEditRemoveVoucher"},
+                        {"txtVCHRNumber", arguments.number}, "Voucher " + Quoted(arguments.number),
+                        SeekCounted(*vouchers, arguments.number));
 }
 
 int List(Office& office, const VoucherArguments& arguments) {
@@ -94,6 +104,9 @@ void AddVoucherCommands(CLI::App& app, Action& chosen) {
   CLI::App* show = voucher->add_subcommand("show", "A voucher's fields");
   show->add_option("NUMBER", arguments->number)->required();
   Choose(show, chosen, arguments, Show);
+  CLI::App* remove = voucher->add_subcommand("remove", "Removes an unused voucher and its cross-reference");
+  remove->add_option("NUMBER", arguments->number)->required();
+  Choose(remove, chosen, arguments, Remove);
   CLI::App* list = voucher->add_subcommand("list", "Posted vouchers");
   list->add_option("--status", arguments->status, "Only those with this status: O or C")
       ->check(CLI::IsMember({"O", "C"}, CLI::ignore_case));

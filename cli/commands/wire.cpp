@@ -53,6 +53,15 @@ int Clear(Office& office, const WireArguments& arguments) {
                     "Wire " + Quoted(arguments.number) + (there ? " was not cleared" : " is not posted"));
 }
 
+int Remove(Office& office, const WireArguments& arguments) {
+  int status = kDone;
+  const std::unique_ptr<WireTable> wires = OpenPosted<WireTable>(office, &status);
+  if (!wires) return status;
+  return RemoveOnScreen(office, {kScreen, "Posting", "mnuEditRemoveWire"},
+                        {"txtWireNumber", arguments.number}, "Wire " + Quoted(arguments.number),
+                        wires->SeekNumber(arguments.number));
+}
+
 int List(Office& office, const WireArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<WireTable> wires = OpenPosted<WireTable>(office, &status);
@@ -102,6 +111,7 @@ void AddWireCommands(CLI::App& app, Action& chosen) {
   AddWithNumber(*wire, chosen, "post", "Posts a wire through the wire screen", kPostOptions, Post);
   AddWithNumber(*wire, chosen, "show", "A wire's fields", {}, Show);
   AddWithNumber(*wire, chosen, "clear", "Marks a wire cleared", kClearOptions, Clear);
+  AddWithNumber(*wire, chosen, "remove", "Removes an outstanding wire and its cross-reference", {}, Remove);
   CLI::App* list = wire->add_subcommand("list", "Posted wires");
   auto arguments = std::make_shared<WireArguments>();
   list->add_option("--status", arguments->status, "Only those with this status: O or C")

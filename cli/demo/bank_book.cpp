@@ -128,13 +128,16 @@ void BankBook::WriteCheck(const Payment& payment) {
   if (LoseCheck(payment, check)) return;
   if (random_.Chance(15)) check.status = "H";
   ClearCheck(date, check);
-  if (payment.voucher != 0) {
-    VoucherRecord& voucher = book_.vouchers[payment.voucher - 1];
-    voucher.status = "C";
-    voucher.check_number = check.number;
-  }
+  UseVoucher(payment, check);
   if (Reconciled(date)) check_book_ -= check.amount;
   book_.checks.push_back(std::move(check));
+}
+
+// The first check that names a voucher keeps it, also when payment of the check is stopped.
+void BankBook::UseVoucher(const Payment& payment, const CheckRecord& check) {
+  if (payment.voucher == 0) return;
+  VoucherRecord& voucher = book_.vouchers[payment.voucher - 1];
+  if (voucher.check_number.empty()) voucher.check_number = check.number;
 }
 
 // A blank check that the printer ruined: kept for its number, under the file number that voided checks share.
@@ -160,6 +163,7 @@ bool BankBook::LoseCheck(const Payment& payment, CheckRecord check) {
   check.status = "S";
   check.reason = random_.Pick(std::span(kStopReasons));
   check.statement = PeriodOf(stopped);
+  UseVoucher(payment, check);
   if (Reconciled(payment.out.date) && !Reconciled(stopped)) check_book_ -= check.amount;
   book_.checks.push_back(std::move(check));
   Payment second = payment;

@@ -47,6 +47,7 @@ class BankBook {
   void MakeChecks();
   CheckRecord CheckFor(const Payment& payment);
   void WriteCheck(const Payment& payment);
+  void UseVoucher(const Payment& payment, const CheckRecord& check);
   void SpoilCheck(const Date& date);
   bool LoseCheck(const Payment& payment, CheckRecord check);
   void ClearCheck(const Date& written, CheckRecord& check);

@@ -1,4 +1,5 @@
 // The demo company: it must add up, look like a year's work, and be the same each time.
+#include <algorithm>
 #include <map>
 #include <set>
 
@@ -74,6 +75,16 @@ TEST(Demo, AddsUpOnAnyDay) {
         EXPECT_EQ(check.status == "O" || check.status == "H", check.statement.IsEmpty());
       }
       for (const DepositRecord& deposit : bank.deposits) EXPECT_LE(deposit.dated, stored_today);
+      // As the program leaves them: the check that used one is noted, the clerk's mark is nobody's.
+      for (const VoucherRecord& voucher : bank.vouchers) {
+        EXPECT_EQ(voucher.status, "O");
+        const bool is_named =
+            std::any_of(bank.checks.begin(), bank.checks.end(), [&](const CheckRecord& check) {
+              return check.status != "V" && check.voucher_number == voucher.number &&
+                     (voucher.check_number.empty() || check.number == voucher.check_number);
+            });
+        EXPECT_EQ(is_named, !voucher.check_number.empty()) << voucher.number;
+      }
       EXPECT_EQ(bank.bank.last_voucher, static_cast<std::int64_t>(bank.vouchers.size()));
     }
   }

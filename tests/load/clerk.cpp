@@ -36,6 +36,7 @@ void Clerk::Work() {
     ChangeAVoucher();
   }
   tally_.Took(std::chrono::steady_clock::now() - start);
+  // Who changes an item is asked to wait where another clerk has its record.
   for (const Box& box : place_.boxes.shown) {
     if (box.title != "Locked Record") tally_.Fail("a box: " + box.text);
   }

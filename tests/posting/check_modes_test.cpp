@@ -378,8 +378,11 @@ TEST_F(CheckModesTest, ARenumberedCheckTakesEverythingAlong) {
   EXPECT_FALSE(HasXref("24-0117", "10"));
   EXPECT_TRUE(HasXref("24-0117", "11"));
   EXPECT_EQ(VoucherCheck("31"), "11");
-  EXPECT_THAT(Log(), HasSubstr("[REFERENCE: 11]"));
-  EXPECT_THAT(Log(), HasSubstr("[EDIT] txtCheckNumber was: 10 now: 11\r\n"));
+  for (const char* reference : {"[REFERENCE: 10]", "[REFERENCE: 11]"}) {
+    EXPECT_THAT(
+        Log(), HasSubstr(std::string(reference) +
+                         "[LOGIN: jdoe][COMPUTER: FRONTDESK2]\r\n[EDIT] txtCheckNumber was: 10 now: 11\r\n"));
+  }
 
   Set("txtCheckNumber", "11");
   form_->Menu("mnuEditRenumberCheck");
@@ -403,6 +406,67 @@ TEST_F(CheckModesTest, ARenumberedCheckTakesEverythingAlong) {
     EXPECT_THAT(office_.TakeTexts(),
                 ElementsAre("Accounting period 3-2024 has been reconciled.\r\nChanges are restricted."));
   }
+}
+
+TEST_F(CheckModesTest, ANewNumberIsWarnedOfAsThatOfANewCheck) {
+  OpenOffice([](BankRecord& bank) {
+    bank.check_inventory = true;
+    bank.lowest_check = "10";
+    bank.highest_check = "300";
+  });
+  PostCheckOf("10");
+  Set("txtCheckNumber", "10");
+  form_->Menu("mnuEditRenumberCheck");
+  Set("txtCheckNumber", "0400");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("WARNING - Check Number 400 is higher than inventory range of 10 thru 300 ..."));
+  EXPECT_EQ(Seen(*form_, "lblHighestCheckNumber"), "Greater than Last Check Number of 10 by 390");
+  Post();
+  EXPECT_EQ(Stored("400").payee, "SMITH TITLE CO");
+}
+
+// The paper carries the number that another workstation has taken: it is not posted under another one.
+TEST_F(CheckModesTest, APrintedCheckThatLostItsNumberIsPrintedAnew) {
+  OpenOffice();
+  Set("txtCheckPayee", "SMITH");
+  Set("txtCheckAmount", "10");
+  Set("txtCheckFileNumber", "24-0117");
+  form_->Click("cmdPrint");
+  CheckRecord other;
+  other.number = "1";
+  other.file_number = "24-0118";
+  ASSERT_TRUE(PostCheck(*tables_, Xrefs(), "FNB", other).Done());
+  form_->Click("cmdOk");
+  const auto question = HasSubstr("the printed paper carries its number.\r\nDestroy the paper.");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question, "Failed to add check number 1\r\nError code = 20"));
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
+  EXPECT_EQ(Stored("2"), CheckRecord{}) << "not on paper yet";
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "2");
+  form_->Click("cmdPrint");
+  EXPECT_THAT(printer_.printed.back(), HasSubstr("2 $10.00"));
+  Post();
+  EXPECT_EQ(Stored("2").payee, "SMITH");
+}
+
+TEST_F(CheckModesTest, AnAddressChangedElsewhereIsTheOneThatIsUsed) {
+  OpenOffice();
+  PayeeBook theirs(office_.session->Company().agent);
+  const Payee old{"SMITH TITLE CO", "1 Old Street", "", ""};
+  theirs.Keep(old);
+  OpenForm();
+  theirs.Keep({old.name, "2 New Street", "", ""});
+  form_->Click("cmdRolodex");
+  EXPECT_THAT(form_->Find("lstPayees")->source->Row(0), ElementsAre("SMITH TITLE CO", "2 New Street", ""));
+  theirs.Keep({old.name, "3 Newer Street", "", ""});
+  form_->Click("cmdUsePayee");
+  EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), "3 Newer Street");
+  theirs.Keep({old.name, "4 Newest Street", "", ""});
+  Set("txtCheckPayee", "smi");
+  form_->Choose("txtCheckPayee", 1);
+  EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), "4 Newest Street");
 }
 
 TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {

@@ -265,16 +265,55 @@ TEST_F(CheckPostingTest, ATakenNumberIsReportedAndTheEntryKept) {
   form_->Click("cmdOk");
   const char* failed = "Failed to add check number 5\r\nError code = 20";
   const char* next = "Check 5 was posted on another workstation in the meantime.\r\nPost this one as 6 ?";
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre(failed, next));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(next, failed));
+  EXPECT_EQ(form_->Focus()->name, "txtCheckNumber");
   EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
   EXPECT_EQ(Stored("5")->file_number, "24-0118");
   EXPECT_FALSE(HasXref("24-0117", "5"));
   EXPECT_EQ(Log(), "");
   office_.boxes.answers = {BoxAnswer::kYes};
   form_->Click("cmdOk");
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre(failed, next));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(next));
   EXPECT_EQ(Stored("6")->payee, "SMITH TITLE CO");
   EXPECT_TRUE(HasXref("24-0117", "6"));
+}
+
+// The bank and the numbering read "020005" as 20005; what another program has stored keeps its zeros.
+TEST_F(CheckPostingTest, NumbersThatDifferInZerosAreOneCheck) {
+  OpenOffice();
+  Post("00020005");
+  EXPECT_TRUE(HasXref("24-0117", "20005"));
+  Set("txtCheckNumber", "020005");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "20005");
+  EXPECT_EQ(Seen(*form_, "lblCheckStatus"), "Outstanding");
+  CheckRecord foreign = *Stored("20005");
+  foreign.number = "00077";
+  ASSERT_TRUE(PostCheck(*tables_, Xrefs(), "FNB", foreign).Done());
+  for (const char* typed : {"77", "00077", "000077"}) {
+    Set("txtCheckNumber", "20005");
+    Set("txtCheckNumber", typed);
+    Set("txtCheckControl", typed);
+    Post();
+    EXPECT_EQ(Stored("00077")->control, typed);
+  }
+  EXPECT_EQ(tables_->checks.RecordCount(), 2);
+  for (const char* typed : {"-1", "12 34"}) {
+    Enter(typed);
+    form_->Click("cmdOk");
+    EXPECT_THAT(office_.TakeTexts(),
+                ElementsAre(HasSubstr(std::string("Check Number \"") + typed + "\" is not a number.")));
+  }
+  EXPECT_EQ(tables_->checks.RecordCount(), 2);
+}
+
+TEST_F(CheckPostingTest, APeriodThatNoPostAcceptsIsNotProposed) {
+  OpenOffice([](BankRecord& bank) {
+    bank.accounting = {2, 29, 2024};
+    bank.reconciled = {1, 31, 2024};
+  });
+  EXPECT_EQ(Seen(*form_, "txtCheckAcctPeriod"), "2-28-2024");
+  Post();
 }
 
 TEST_F(CheckPostingTest, AVoucherFillsWarnsAndIsConsumed) {
@@ -392,6 +431,27 @@ TEST_F(CheckPostingTest, AReconciledPeriodRestrictsChanges) {
               ElementsAre("May NOT post checks to Accounting Period 3-2024 - It has been reconciled."));
 }
 
+// The bank has paid to whom the check says; the TIN is often asked for later.
+TEST_F(CheckPostingTest, ThePayeeOfAPaidCheckStays) {
+  OpenOffice();
+  Post("10");
+  CheckRecord check = *Stored("10");
+  check.status = "C";
+  for (const Period& statement : {Period{3, 0, 2024}, Period{1, 0, 2024}}) {
+    check.statement = statement;
+    ASSERT_TRUE(tables_->checks.SeekNumber("10"));
+    ASSERT_EQ(tables_->checks.Update(check), 0);
+    form_->Menu("mnuEditUseNextHigherCheckNumber");
+    Set("txtCheckNumber", "10");
+    form_->Leave();
+    for (const char* closed :
+         {"txtCheckPayee", "txtCheckAddr1", "txtCheckAddr2", "txtCheckCityState", "cmdRolodex"})
+      EXPECT_FALSE(form_->Find(closed)->enabled) << closed;
+    EXPECT_TRUE(form_->Find("txtTIN")->enabled);
+    EXPECT_NE(Seen(*form_, "lblEditMessage"), "");
+  }
+}
+
 TEST_F(CheckPostingTest, NumberZeroIsOfferedForRemoval) {
   OpenOffice();
   Post("0", "75");
@@ -411,6 +471,16 @@ TEST_F(CheckPostingTest, NumberZeroIsOfferedForRemoval) {
   EXPECT_FALSE(Stored("0"));
   EXPECT_FALSE(HasXref("24-0117", "0"));
   EXPECT_THAT(Log(), HasSubstr("[DELETE] 0\r\n"));
+
+  Post("0", "75");
+  CheckRecord cleared = *Stored("0");
+  cleared.status = "C";
+  cleared.statement = {3, 0, 2024};
+  ASSERT_EQ(tables_->checks.Update(cleared), 0);
+  Set("txtCheckNumber", "0");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 0 has cleared the bank.  Set it outstanding first."));
+  EXPECT_TRUE(Stored("0"));
 }
 
 TEST_F(CheckPostingTest, UnsavedChangesAreAskedFor) {

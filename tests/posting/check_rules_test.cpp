@@ -29,11 +29,11 @@ TEST(CheckNumberingTest, TheSettingRulesOnlyAboveTheLastNumber) {
 }
 
 TEST(CheckNumberingTest, WarnsOfGapsAndOfNumbersOutsideTheStock) {
-  EXPECT_EQ(GapWarning("10452", 10451), "");
-  EXPECT_EQ(GapWarning("1", 10451), "");
-  EXPECT_EQ(GapWarning("A99999", 10451), "");
-  EXPECT_EQ(GapWarning("10453", 10451), "Greater than Last Check Number of 10451 by 2");
-  EXPECT_EQ(GapWarning("20011451", 10451), "Greater than Last Check Number of 10451 by 20,001,000");
+  EXPECT_EQ(GapWarning("Check", "10452", 10451), "");
+  EXPECT_EQ(GapWarning("Check", "1", 10451), "");
+  EXPECT_EQ(GapWarning("Check", "A99999", 10451), "");
+  EXPECT_EQ(GapWarning("Check", "10453", 10451), "Greater than Last Check Number of 10451 by 2");
+  EXPECT_EQ(GapWarning("Check", "20011451", 10451), "Greater than Last Check Number of 10451 by 20,001,000");
 
   BankRecord bank;
   bank.check_inventory = true;
@@ -81,7 +81,8 @@ TEST(EntryProblemTest, WhatCannotBeStoredIsNamed) {
   EXPECT_EQ(TextProblem("Payee", accents, 60), "");
   EXPECT_EQ(TextProblem("Payee", accents + "x", 60),
             "Payee is too long: 61 characters, and 60 fit.  Shorten it.");
-  EXPECT_NE(TextProblem("Payee", "A\r\nB", 60), "");
+  EXPECT_EQ(TextProblem("Payee", "A \r\nB", 60),
+            "Payee has a line break or a tab in it behind \"A\".  Type it on one line.");
   EXPECT_EQ(TextProblem("Payee",
                         "\xC5\x81\xC3\xB3"
                         "d\xC5\xBA",

@@ -189,6 +189,8 @@ const Work kWorks[] = {
     {"post a wire", [](Office& o) { return PostWire(o.bank, o.xrefs, kBank, MakeWire("C", "24-1")); }},
     {"change a wire",
      [](Office& o) { return RewriteWire(o.bank, o.xrefs, kBank, o.Wire("A"), MakeWire("A", "24-8")); }},
+    {"remove a wire", [](Office& o) { return RemoveWire(o.bank, o.xrefs, kBank, o.Wire("A")); }},
+    {"remove a voucher", [](Office& o) { return RemoveVoucher(o.bank, o.xrefs, kBank, o.Voucher("1")); }},
     {"post a voucher",
      [](Office& o) { return PostVoucher(o.bank, o.banks, o.xrefs, kBank, MakeVoucher("4")); }},
     {"change a voucher",

@@ -13,6 +13,11 @@ class PostingScreenTest : public ::testing::Test {
   void OpenOffice(const std::function<void(BankRecord&)>& change = {}) {
     ASSERT_TRUE(office_.Open(change));
     office_.suite.files = {"24-0117", "24-0118"};
+    // A person may be long in coming: until then every other workstation must be able to write.
+    office_.boxes.on_show = [this](const Box& box) {
+      EXPECT_FALSE(office_.session->Data().UnitActive()) << box.text;
+      if (meanwhile_) std::exchange(meanwhile_, nullptr)();
+    };
     tables_ = std::make_unique<BankTables>(office_.session->Home());
     ASSERT_TRUE(tables_->Open("FNB"));
     OpenForm();
@@ -20,8 +25,10 @@ class PostingScreenTest : public ::testing::Test {
   virtual std::unique_ptr<Screen> MakeForm() {
     if constexpr (std::is_constructible_v<Screen, Session&, ScreenOpener&>) {
       return std::make_unique<Screen>(*office_.session, office_);
-    } else {
+    } else if constexpr (std::is_constructible_v<Screen, Session&, ScreenOpener*>) {
       return std::make_unique<Screen>(*office_.session, &office_);
+    } else {
+      return std::make_unique<Screen>(*office_.session);
     }
   }
   void OpenForm() {
@@ -63,7 +70,13 @@ class PostingScreenTest : public ::testing::Test {
   }
   std::string Log() { return office_.ReadFile("Logs\\FNB\\Audit_Trail.log"); }
 
+  // As another workstation reconciles the account.
+  void Reconcile(const Period& through) {
+    ChangeBank([&](BankRecord& bank) { bank.reconciled = through; });
+  }
+
   Office office_;
+  std::function<void()> meanwhile_;  // done once, while the next box waits for its answer
   std::unique_ptr<BankTables> tables_;
   std::unique_ptr<Screen> form_;
 };

@@ -168,6 +168,53 @@ TEST_F(WirePostingTest, AReconciledWireIsClosedAndAForeignOneNotOverwritten) {
             "Accounting period 3-2024 has been reconciled.\r\nChanges are restricted.");
 }
 
+TEST_F(WirePostingTest, AnOutstandingWireIsRemoved) {
+  OpenOffice();
+  Enter("A");
+  Post();
+  Set("txtWireNumber", "A");
+  form_->Leave();
+  form_->Menu("mnuEditRemoveWire");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Wire A has cleared the bank.  Take its statement period out first."));
+  Set("txtWireStmtPeriod", "");
+  Post();
+  Set("txtWireNumber", "A");
+  form_->Leave();
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Menu("mnuEditRemoveWire");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Remove Wire A to \"SMITH TITLE CO\" of 1,250.00 ?"));
+  EXPECT_FALSE(Stored("A"));
+  EXPECT_FALSE(Xrefs().SeekReference(WireXref("24-0117", "FNB", "A")));
+  EXPECT_THAT(
+      Log(), HasSubstr("[TX: Post Wire][REFERENCE: A][LOGIN: jdoe][COMPUTER: FRONTDESK2]\r\n[DELETE] A\r\n"));
+  form_->Menu("mnuEditRemoveWire");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Look up the posted record")));
+}
+
+TEST_F(WirePostingTest, ADateIsAskedForAndOneStoredWithoutStays) {
+  OpenOffice();
+  Enter("A");
+  for (const char* dated : {"", "3/15/1899"}) {
+    Set("txtWireDated", dated);
+    form_->Click("cmdOk");
+    EXPECT_EQ(form_->Focus()->name, "txtWireDated");
+  }
+  EXPECT_THAT(
+      office_.TakeTexts(),
+      ElementsAre("Wire Date is missing.  Type it like 03/15/2024.",
+                  "Wire Date \"03/15/1899\" is not in the years 1975 to 2095.  Type it like 03/15/2024."));
+  Set("txtWireDated", "3/15/24");
+  Post();
+  WireRecord undated = *Stored("A");
+  undated.dated = {};
+  ASSERT_EQ(tables_->wires.Update(undated), 0);
+  Set("txtWireNumber", "A");
+  Set("txtWirePayee", "ANOTHER");
+  Post();
+  EXPECT_EQ(Stored("A")->payee, "ANOTHER");
+}
+
 TEST_F(WirePostingTest, EnterPassesTheStatementPeriodAndTheRegisterFinds) {
   OpenOffice();
   for (const char* number : {"A-1", "B-2", "A-3"}) {
@@ -278,7 +325,7 @@ TEST_F(VoucherPostingTest, RefusesInOrder) {
   EXPECT_TRUE(Stored("5"));
 }
 
-TEST_F(VoucherPostingTest, ALostRaceOffersTheNextNumberAndALockedCounterLeavesNothing) {
+TEST_F(VoucherPostingTest, ALostRaceOffersTheNextNumber) {
   OpenOffice();
   Enter();
   VoucherRecord other;
@@ -293,21 +340,120 @@ TEST_F(VoucherPostingTest, ALostRaceOffersTheNextNumberAndALockedCounterLeavesNo
                           "one as 2 ?"));
   EXPECT_EQ(Stored("2")->payee, "SMITH TITLE CO");
   EXPECT_EQ(Bank().last_voucher, 2);
+}
 
-  // Another workstation holds the bank's record: neither voucher nor reference is left behind.
-  StartUpOutcome second = office_.Start();
-  ASSERT_TRUE(second.session);
-  BankTable& theirs = second.session->Company().banks;
-  ASSERT_TRUE(theirs.SeekCode("FNB"));
-  ASSERT_EQ(theirs.Lock(), 0);
+// Whoever types a number far beyond the last one is asked, and the numbers never end for that.
+TEST_F(VoucherPostingTest, AFarNumberIsAskedForAndTheNextOneAlwaysFits) {
+  OpenOffice();
+  Enter();
+  Post();
+  Set("txtVCHRNumber", "14");
+  form_->Leave();
+  EXPECT_THAT(Seen(*form_, "lblEditMessage"), HasSubstr("Greater than Last Voucher Number of 1 by 13"));
+  Enter();
+  Set("txtVCHRNumber", "999999999999");
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_FALSE(Stored("999999999999"));
+  EXPECT_EQ(form_->Focus()->name, "txtVCHRNumber");
+  form_->Click("cmdOk");
+  const auto question = HasSubstr("Greater than Last Voucher Number of 1 by 999,999,999,998.");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question, question));
+  EXPECT_EQ(Bank().last_voucher, 999'999'999'999);
+  for (const char* next : {"2", "3"}) {
+    EXPECT_EQ(Seen(*form_, "txtVCHRNumber"), next);
+    Enter();
+    Post();
+  }
+}
+
+TEST_F(VoucherPostingTest, NumbersOfDigitsHaveNoLeadingZeros) {
+  OpenOffice();
+  Set("txtVCHRNumber", "000500");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtVCHRNumber"), "500");
+  Enter();
+  Post();
+  Set("txtVCHRNumber", "0500");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "lblVCHRStatus"), "Outstanding");
+  Set("txtVCHRNumber", "12 34");
   Enter();
   form_->Click("cmdOk");
-  EXPECT_THAT(office_.TakeTexts(), ::testing::Not(IsEmpty()));
-  EXPECT_FALSE(Stored("3"));
-  EXPECT_FALSE(Xrefs().SeekReference(VoucherXref("24-0117", "FNB", "3")));
-  theirs.Unlock();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Voucher Number \"12 34\" is not a number.")));
+  EXPECT_EQ(tables_->vouchers.RecordCount(), 1);
+}
+
+TEST_F(VoucherPostingTest, AnUnusedVoucherIsRemovedAndItsNumberNotIssuedAgain) {
+  OpenOffice();
+  Enter();
   Post();
-  EXPECT_EQ(Bank().last_voucher, 3);
+  Set("txtVCHRNumber", "1");
+  form_->Leave();
+  const VoucherRecord posted = *Stored("1");
+  struct Case {
+    std::function<void(VoucherRecord&)> change;
+    const char* refusal;
+  };
+  const Case cases[] = {
+      {[](VoucherRecord& voucher) { voucher.check_number = "77"; }, "Voucher 1 was used by check 77."},
+      {[](VoucherRecord& voucher) { voucher.status = "C"; },
+       "Voucher 1 is marked cleared.  Take the mark off first."},
+      {[](VoucherRecord& voucher) {
+         voucher.accounting = {1, 0, 2024};
+       },
+       "Accounting period 1-2024 has been reconciled.\r\nChanges are restricted."}};
+  for (const Case& one : cases) {
+    VoucherRecord voucher = posted;
+    one.change(voucher);
+    ASSERT_TRUE(tables_->vouchers.SeekNumber("1"));
+    ASSERT_EQ(tables_->vouchers.Update(voucher), 0);
+    form_->Choose("lstVCHRNumbers", 1);
+    form_->Menu("mnuEditRemoveVoucher");
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(one.refusal));
+  }
+  // Used while the question waits for its answer.
+  ASSERT_TRUE(tables_->vouchers.SeekNumber("1"));
+  ASSERT_EQ(tables_->vouchers.Update(posted), 0);
+  form_->Choose("lstVCHRNumbers", 1);
+  meanwhile_ = [&] {
+    VoucherRecord used = posted;
+    used.check_number = "78";
+    ASSERT_TRUE(tables_->vouchers.SeekNumber("1"));
+    ASSERT_EQ(tables_->vouchers.Update(used), 0);
+  };
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Menu("mnuEditRemoveVoucher");
+  EXPECT_THAT(office_.TakeTexts().back(), HasSubstr("Check Number: yours blank, theirs 78"));
+  Set("txtVCHRCheckNumber", "");
+  Post();
+  Set("txtVCHRNumber", "1");
+  form_->Leave();
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Menu("mnuEditRemoveVoucher");
+  EXPECT_TRUE(Stored("1"));
+  form_->Menu("mnuEditRemoveVoucher");
+  EXPECT_FALSE(Stored("1"));
+  EXPECT_FALSE(Xrefs().SeekReference(VoucherXref("24-0117", "FNB", "1")));
+  EXPECT_EQ(Bank().last_voucher, 1);
+  EXPECT_EQ(Seen(*form_, "txtVCHRNumber"), "2");
+}
+
+TEST_F(VoucherPostingTest, AUsedVoucherIsNotListedAsOutstanding) {
+  OpenOffice();
+  for (const char* check : {"77", ""}) {
+    Enter();
+    Set("txtVCHRCheckNumber", check);
+    Post();
+  }
+  RowSource& rows = *form_->Find("lstVCHRNumbers")->source;
+  form_->Click("cmdListOutstanding");
+  ASSERT_EQ(rows.RowCount(), 1U);
+  EXPECT_EQ(rows.Row(0).at(0), "2");
+  form_->Click("cmdListCleared");
+  ASSERT_EQ(rows.RowCount(), 1U);
+  EXPECT_THAT(rows.Row(0),
+              ElementsAre("1", "03/15/2024", "SMITH TITLE CO", "1,250.00", "24-0117", "Used", "77"));
 }
 
 TEST_F(VoucherPostingTest, AReconciledPeriodRestrictsChangesAndUnsavedOnesAreAskedFor) {

@@ -253,6 +253,32 @@ TEST_F(KvrDataTest, RecordLockAsksUntilItIsGrantedOrGivenUp) {
   EXPECT_EQ(store_.GetStringFieldValue(data, "NAME"), "theirs");
 }
 
+// A box that waits for a person in a unit would keep everybody else from writing.
+TEST_F(KvrDataTest, NothingIsShownWithinAUnit) {
+  DataHandle data = store_.OpenDatabase(path_);
+  ASSERT_EQ(Append(data, 1, "A"), 0);
+  ASSERT_EQ(Append(data, 2, "B"), 0);
+  DataHandle theirs = other_.OpenDatabase(path_);
+  other_.TopDatabase(theirs);
+  ASSERT_TRUE(other_.LockTheRecord(theirs));
+  ASSERT_EQ(store_.GoToRecordNo(data, 1), 0);
+  store_.BeginUnit();
+  EXPECT_FALSE(store_.LockTheRecord(data));
+  EXPECT_EQ(store_.LastErrorCode(), 50);
+  store_.SetStringFieldValue(data, "NAME", "mine");
+  EXPECT_EQ(store_.WriteTheRecord(data), 50);
+  EXPECT_EQ(Append(data, 2, "C"), 20);
+  // What could not be read is told when the unit has ended, which it makes fail.
+  EXPECT_EQ(Append(data, 3, "C"), 0);
+  store_.TellUnreadable(data, engine::kErrorIndex);
+  EXPECT_TRUE(boxes_.shown.empty());
+  EXPECT_EQ(store_.CommitUnit(), engine::kErrorIndex);
+  EXPECT_EQ(boxes_.shown.size(), 1U);
+  EXPECT_EQ(boxes_.shown.front().title, "Read Database");
+  EXPECT_FALSE(store_.UnitActive());
+  EXPECT_EQ(store_.RecordCount(data), 2);
+}
+
 TEST_F(KvrDataTest, WriteOfALockedRecordIsGivenUp) {
   DataHandle data = store_.OpenDatabase(path_);
   ASSERT_EQ(Append(data, 1, "A"), 0);

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -36,6 +37,7 @@ class ScriptedBoxes : public MessageBoxes {
  public:
   BoxAnswer Show(const Box& box) override {
     shown.push_back(box);
+    if (on_show) on_show(box);
     if (!IsQuestion(box) || answers.empty()) return SafeAnswer(box);
     const BoxAnswer answer = answers.front();
     answers.pop_front();
@@ -51,6 +53,7 @@ class ScriptedBoxes : public MessageBoxes {
 
   std::vector<Box> shown;
   std::deque<BoxAnswer> answers;
+  std::function<void(const Box&)> on_show;  // what happens while the box waits for its answer
 };
 
 }  // namespace tallwick::testing
