@@ -53,6 +53,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
 
  signals:
   void CaptionSet(const QString& caption);
+  void EventEnded();  // the form has dealt with something that the user did
   void FormClosed();
 
  protected:
@@ -66,6 +67,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
     ~Running() {
       if (--binder_.running_ > 0) return;
       binder_.PlaceCursor();
+      emit binder_.EventEnded();
       if (binder_.work_waits_) binder_.work_timer_.start();
     }
     Running(const Running&) = delete;
@@ -108,6 +110,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
 
   bool HandleKey(QWidget& widget, const QKeyEvent& key);
   bool HandleEnter(QWidget& widget, const QKeyEvent& key);
+  void ClickMain(QWidget& from, QPushButton& main);
   bool ShowFieldHelp(QWidget& widget);  // false where the field has none
   void ShowCalendar(QWidget& widget, const Control& control, const QString& title = {});
   void ShowCalendarOf(const QObject* command);

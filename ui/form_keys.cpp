@@ -52,7 +52,9 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   } else if (IsRegister(control)) {
     keys << tr("Enter to the entry") << tr("Ctrl+F find");
   }
-  if (control != nullptr && control->kind == ControlKind::kCheckList) keys << tr("Space check or clear");
+  const bool marks = control != nullptr &&
+                     (control->kind == ControlKind::kCheckList || control->kind == ControlKind::kCheck);
+  if (marks) keys << tr("Space check or clear");
   if (control != nullptr && HasCalendar(*control)) keys << tr("F2 calendar");
   if (widget.property("lookUp").toBool()) keys << tr("F4 look-up");
   if (!widget.whatsThis().isEmpty()) keys << tr("F1 help");
@@ -98,11 +100,18 @@ bool FormBinder::HandleEnter(QWidget& widget, const QKeyEvent& key) {
   }
   QPushButton* main = MainButton();
   if (main != nullptr && (control_held || IsFilled())) {
-    main->click();
+    ClickMain(widget, *main);
   } else {
     GoToNextField(widget);
   }
   return true;
+}
+
+// A key has not moved the cursor to the button: it stays in its field where the form has not moved it on.
+void FormBinder::ClickMain(QWidget& from, QPushButton& main) {
+  main.click();
+  const bool at_button = form_.IsOpen() && form_.Focus() != nullptr && form_.Focus() == ControlOf(&main);
+  if (at_button && CanBeEntered(from)) from.setFocus(Qt::OtherFocusReason);
 }
 
 bool FormBinder::PassKey(const char* key) {

@@ -306,11 +306,14 @@ TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {
   form_.Taken();
   EXPECT_TRUE(binder_->KeysOf(*Get<QLineEdit>("txtAmount")).contains("Enter posts"));
   Press(Qt::Key_Enter);
-  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtAmount", "enter cmdOk", "click cmdOk"));
+  EXPECT_THAT(form_.Taken(),
+              ElementsAre("leave txtAmount", "enter cmdOk", "click cmdOk", "leave cmdOk", "enter txtAmount"));
+  EXPECT_EQ(Focus(), "txtAmount") << "a key leaves the cursor where it is";
   Get<QPlainTextEdit>("txtNote")->setFocus();
   form_.Taken();
   Press(Qt::Key_Return, Qt::ControlModifier);
-  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtNote", "enter cmdOk", "click cmdOk"));
+  EXPECT_THAT(form_.Taken(),
+              ElementsAre("leave txtNote", "enter cmdOk", "click cmdOk", "leave cmdOk", "enter txtNote"));
 }
 
 TEST_F(BinderTest, F2FillsDatesAndPeriodsInTheirForm) {
