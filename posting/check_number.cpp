@@ -14,6 +14,7 @@ namespace tallwick {
 namespace {
 
 constexpr std::string_view kNumber = "txtCheckNumber";
+constexpr std::string_view kList = "lstCheckNumbers";  // marks the check that is shown, where it led to it
 
 // Entries that a reconciled period closes.
 constexpr std::string_view kRestricted[] = {"txtCheckDated",         "txtCheckAmount",
@@ -33,7 +34,10 @@ void FrmEditChecksPost::LookUpNumber() {
       if (Focus() == &At(kNumber)) SetFocus(kNumber);
       return;
     }
-    if (looks_up) return OpenNumber(number);
+    if (looks_up) {
+      SetSelected(kList, 0);
+      return OpenNumber(number);
+    }
     looked_up_number_ = number;
   }
   WarnOfNumber();
@@ -90,6 +94,7 @@ void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
 
 void FrmEditChecksPost::ClearEntries() {
   loaded_.reset();
+  SetSelected(kList, 0);
   for (const CheckEntryField& entry : CheckEntryFields()) {
     if (entry.control != kNumber) SetText(entry.control, {});
   }

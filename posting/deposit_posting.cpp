@@ -152,6 +152,7 @@ void FrmEditDepositsPost::OnClick(Control& control) {
 void FrmEditDepositsPost::OnMenu(Control& control) {
   if (control.name == "mnuEditUseTodaysDateandNextSequence" && MayDropChanges(UnsavedQuestion())) {
     BeginNew(session_.TheClock().Now().date);
+    SetFocus("txtFileNumbers", 1);
   }
   if (control.name == "mnuEditInsertCurrentFile") InsertCurrentFile();
   if (control.name == "mnuEditCutLineItems") CutRows();
@@ -296,8 +297,10 @@ void FrmEditDepositsPost::ShowDeposit(const DepositRecord& deposit) {
   Audit(kAuditSnapshot, {});
 }
 
+// The register marks the deposit that is shown, where it led to it.
 void FrmEditDepositsPost::BeginNew(const Date& date) {
   loaded_.reset();
+  SetSelected("lstDepositDates", 0);
   pasted_ = false;
   for (int row = 1; row <= kDepositItems; ++row) ClearRow(row);
   SetText("txtDepositDated", ShownDate(date));

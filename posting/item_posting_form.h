@@ -153,7 +153,10 @@ class ItemPostingForm : public PayeePostingForm {
       if (Focus() == Find(number_control_)) SetFocus(number_control_);
       return;
     }
-    if (shows_other) return OpenNumber(number);
+    if (shows_other) {
+      SetSelected(item_.list, 0);
+      return OpenNumber(number);
+    }
     looked_up_number_ = number;
   }
 
@@ -179,8 +182,10 @@ class ItemPostingForm : public PayeePostingForm {
     Audit(kAuditSnapshot, {});
   }
 
+  // The register marks the item that is shown, where it led to it.
   void BeginNew(const std::string& number) {
     loaded_.reset();
+    SetSelected(item_.list, 0);
     const Record blank = BlankRecord();
     for (const EntryField<Record>& entry : fields_) {
       const bool amount = entry.kind == ControlKind::kAmount;
