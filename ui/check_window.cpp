@@ -115,21 +115,25 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditClearChecks"},
                            {"mnuEditVoidChecks"},
                            {"mnuEditStopPaymentChecks"},
+                           {},
                            {"mnuEditRenumberCheck"},
                            {"mnuEditRemoveCheck"},
                            {"mnuEditUseNextHigherCheckNumber", "Ctrl+H"},
                            {"mnuEditAddressBook"},
+                           {},
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"},
                            {"mnuEditReconcileAccount"}});
-  layout.AddMenu("&View",
-                 {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu(
+      "&View",
+      {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {}, {"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddMenu("Opt&ions", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},
                               {"mnuOptionsVoids"},
                               {"mnuOptionsStopPayment"},
+                              {},
                               {"mnuOptionsWarnHigherNumber"},
                               {"mnuOptionsUsePrintPreview"},
                               {"mnuOptionsDefaultPeriod"}});

@@ -188,6 +188,7 @@ void FormBinder::ShowCaption(const Control& control) {
   if (label == labels_.end()) return;
   if (!control.caption.empty()) label->second->setText(QString::fromStdString(control.caption));
   label->second->setVisible(control.visible);
+  label->second->setEnabled(control.enabled);
 }
 
 void FormBinder::ShowDependants(const Control& control) {

@@ -203,6 +203,10 @@ void PostingLayout::AddLookUp(const LookUpLook& look) {
 void PostingLayout::AddMenu(const char* title, std::initializer_list<CommandLook> commands) {
   QMenu* menu = window_.menuBar()->addMenu(QObject::tr(title));
   for (const CommandLook& command : commands) {
+    if (*command.name == 0) {
+      menu->addSeparator();
+      continue;
+    }
     auto* action = new QAction(&window_);
     action->setObjectName(command.name);
     action->setShortcut(QKeySequence(command.shortcut));

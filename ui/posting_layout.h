@@ -48,7 +48,7 @@ inline constexpr LookUpLook kFileLookUp{"txtFindFile",
                                         1};
 
 struct CommandLook {
-  const char* name;
+  const char* name = "";  // "" parts what stands above from what stands below
   const char* shortcut = "";
 };
 

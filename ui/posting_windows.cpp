@@ -171,12 +171,15 @@ void AddDepositLines(PostingLayout& layout) {
   grid->setHorizontalSpacing(4);
   grid->setVerticalSpacing(2);
   grid->setColumnStretch(2, 1);
+  grid->setColumnMinimumWidth(4, 64);
   grid->setColumnMinimumWidth(5, 80);
-  const char* headings[] = {"", "File Number", "Source", "Amount", "Wire In", ""};
-  for (int column = 0; column < 6; ++column) {
-    QLabel* heading = MutedLabel(headings[column], layout.Entry());
-    grid->addWidget(heading, 0, column, column == 3 ? Qt::AlignRight : Qt::AlignLeft);
-  }
+  const std::pair<const char*, Qt::Alignment> headings[] = {{"File Number", Qt::AlignLeft},
+                                                            {"Source", Qt::AlignLeft},
+                                                            {"Amount", Qt::AlignRight},
+                                                            {"Wire In", Qt::AlignHCenter}};
+  int column = 1;
+  for (const auto& [heading, side] : headings)
+    grid->addWidget(MutedLabel(heading, layout.Entry()), 0, column++, side);
   for (int line = 1; line <= kDepositItems; ++line) AddDepositLine(layout, *grid, line);
   const int foot = kDepositItems + 1;
   grid->addWidget(layout.MakeLabel("lblItemCount", "muted"), foot, 2, Qt::AlignRight);
@@ -200,6 +203,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
   layout.AddRegister(kDeposits);
   layout.AddMenu("&Edit", {{"mnuEditUseTodaysDateandNextSequence", "Ctrl+H"},
                            {"mnuEditInsertCurrentFile", "Ctrl+I"},
+                           {},
                            {"mnuEditCutLineItems", "Ctrl+Shift+X"},
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
@@ -217,6 +221,8 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
   auto* items = new QGridLayout;
   items->setColumnStretch(1, 1);
+  items->setColumnMinimumWidth(3, 80);
+  items->setHorizontalSpacing(16);
   items->setVerticalSpacing(0);
   for (int item = 1; item <= kDepositItems; ++item) {
     const QString suffix = "_" + QString::number(item);
@@ -226,9 +232,14 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
     cleared->setText(QString::number(item));
     cleared->setAccessibleName(QObject::tr("Item %1 cleared").arg(item));
     items->addWidget(cleared, item, 0);
-    QLabel* shown = layout.MakeLabel("");
-    shown->setObjectName("lblItems" + suffix);
-    items->addWidget(shown, item, 1);
+    const std::pair<const char*, Qt::Alignment> parts[] = {
+        {"lblItems", Qt::AlignLeft}, {"lblItemAmounts", Qt::AlignRight}, {"lblItemPeriods", Qt::AlignLeft}};
+    int column = 1;
+    for (const auto& [name, side] : parts) {
+      QLabel* shown = layout.MakeLabel("");
+      shown->setObjectName(name + suffix);
+      items->addWidget(shown, item, column++, side | Qt::AlignVCenter);
+    }
     items->setRowMinimumHeight(item, kLineHeight);
   }
   layout.EntryColumn().addLayout(items);

@@ -195,7 +195,8 @@ TEST_F(PostingWindowsTest, AnItemOfADepositIsClearedByKeysAlone) {
   Open(kClearing, "Clearing");
   EXPECT_EQ(Focus(), "txtDepositDated");
   Type({"3/15/2024", "1"});
-  EXPECT_EQ(Get<QLabel>(kClearing, "lblItems_2")->text(), "24-0117  LENDER  10.00");
+  EXPECT_EQ(Get<QLabel>(kClearing, "lblItems_2")->text(), "24-0117  LENDER");
+  EXPECT_EQ(Get<QLabel>(kClearing, "lblItemAmounts_2")->text(), "10.00");
   EXPECT_EQ(Focus(), "chkCleared_1");
   Press(Qt::Key_Down);
   Press(Qt::Key_Space);
