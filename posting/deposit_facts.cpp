@@ -124,6 +124,14 @@ DepositState StateOf(const DepositRecord& deposit) {
   return {VoucherStatusText(status), StatusStyle(status)};
 }
 
+bool HaveSameLines(const DepositRecord& one, const DepositRecord& other) {
+  return std::equal(one.items.begin(), one.items.end(), other.items.begin(),
+                    [](const DepositItem& a, const DepositItem& b) {
+                      return a.file_number.empty() == b.file_number.empty() && a.status == b.status &&
+                             a.statement == b.statement;
+                    });
+}
+
 int FirstCleared(const DepositRecord& deposit) {
   for (int item = 1; item <= kDepositItems; ++item) {
     if (deposit.items[static_cast<std::size_t>(item) - 1].status == "C") return item;

@@ -38,6 +38,10 @@ struct DepositState {
 };
 DepositState StateOf(const DepositRecord& deposit);
 
+// Whether both have lines at the same places, with the same standing at the bank. The lines of one may then
+// be saved over those of the other; else a line would take over what belongs to another.
+bool HaveSameLines(const DepositRecord& one, const DepositRecord& other);
+
 // The first item, from 1, that has cleared; 0 = none.
 int FirstCleared(const DepositRecord& deposit);
 

@@ -195,7 +195,12 @@ bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
   }
   const std::optional<DepositRecord> before = loaded_;
   const auto before_origin = origin_;
-  switch (SettleChange(name, [&] { ShowDeposit(*theirs); })) {
+  const std::string_view not_over =
+      HaveSameLines(*before, *theirs)
+          ? ""
+          : "Lines were added, removed or cleared there, so yours can not be saved over them.";
+  switch (SettleChange(
+      name, [&] { ShowDeposit(*theirs); }, not_over)) {
     case Settled::kMine:
       return Post();
     case Settled::kBack:

@@ -179,16 +179,25 @@ bool PostingForm::TakesNext(std::string_view taken, std::string_view next) {
 }
 
 PostingForm::Settled PostingForm::SettleChange(std::string_view item,
-                                               const std::function<void()>& show_theirs) {
+                                               const std::function<void()>& show_theirs,
+                                               std::string_view not_over) {
   const Values mine = TakeValues();
   show_theirs();
-  const std::string question = std::string(item) +
-                               " was changed on another workstation since it was loaded.\r\n" +
-                               Differences(mine, TakeValues()) +
-                               "\r\n\r\nYes saves your entry over theirs, No shows theirs, Cancel goes back "
-                               "to your entry.";
+  const std::string changed = std::string(item) +
+                              " was changed on another workstation since it was loaded.\r\n" +
+                              Differences(mine, TakeValues()) + "\r\n\r\n";
+  const auto ask = [&](const std::string& words, BoxButtons buttons, BoxAnswer safe) {
+    return Boxes().Show({BoxIcon::kQuestion, Caption(), changed + words, buttons, safe});
+  };
+  if (!not_over.empty()) {
+    const std::string words = std::string(not_over) + "  Yes shows theirs, No goes back to your entry.";
+    if (ask(words, BoxButtons::kYesNo, BoxAnswer::kNo) == BoxAnswer::kYes) return Settled::kTheirs;
+    PutValues(mine);
+    return Settled::kBack;
+  }
   const BoxAnswer answer =
-      Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNoCancel, BoxAnswer::kCancel});
+      ask("Yes saves your entry over theirs, No shows theirs, Cancel goes back to your entry.",
+          BoxButtons::kYesNoCancel, BoxAnswer::kCancel);
   if (answer == BoxAnswer::kNo) return Settled::kTheirs;
   PutValues(mine);
   return answer == BoxAnswer::kYes ? Settled::kMine : Settled::kBack;

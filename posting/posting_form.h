@@ -106,9 +106,10 @@ class PostingForm : public LookUpForm {
   // The number was taken by another workstation since it was proposed: asks whether to post under `next`.
   bool TakesNext(std::string_view taken, std::string_view next);
   // The record was changed elsewhere since it was loaded: `show_theirs` puts what is stored now into the
-  // entries, and the user is shown both.
+  // entries, and the user is shown both. Saving one's own over it is not offered where `not_over` says why.
   enum class Settled { kMine, kTheirs, kBack };
-  Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs);
+  Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs,
+                       std::string_view not_over = {});
 
   // The same where nothing can be saved over it: what is stored now is shown. `not_done` is what was to be
   // done ("removed").

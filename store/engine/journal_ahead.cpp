@@ -4,6 +4,7 @@
 #include <array>
 
 #include "core/text.h"
+#include "store/engine/byte_order.h"
 #include "store/engine/journal.h"
 
 namespace tallwick::engine {
@@ -34,14 +35,31 @@ int LockAppends(File& file, Clock& clock) {
   return kSuccess;
 }
 
-// Back to its length, unless the file has become another one since. A table's date of change is no sign of
-// that: what other programs do to its records stays.
+// Places in a table's head: date of change, record count, and the lengths of head and record.
+constexpr std::size_t kDateAt = 1;
+constexpr std::size_t kCountAt = 4;
+constexpr std::size_t kHeadLengthAt = 8;
+constexpr std::size_t kRecordLengthAt = 10;
+
+// How long the file is without what was written ahead; -1 when it has become another one since and nothing
+// may be cut. A table's date of change is no sign of that, and records that another program has appended over
+// the tail stay: the table's head counts them, and never those written ahead.
+std::int64_t LengthWithoutTail(const JournalLength& before, std::array<std::uint8_t, 16> start) {
+  std::int64_t appended = 0;
+  if (IsTableName(before.name)) {
+    appended = std::int64_t{Load32(&start[kCountAt])} - Load32(&before.start[kCountAt]);
+    std::copy_n(&before.start[kDateAt], kHeadLengthAt - kDateAt, &start[kDateAt]);
+  }
+  if (start != before.start || appended < 0) return -1;
+  return before.length + appended * Load16(&before.start[kRecordLengthAt]);
+}
+
 int CutFile(File& file, const JournalLength& before) {
   auto start = before.start;
   if (file.ReadAt(0, start.data(), start.size()) < 0) return kErrorRead;
-  if (IsTableName(before.name)) std::copy_n(&before.start[1], 3, &start[1]);
-  if (start != before.start || file.Size() <= before.length) return kSuccess;
-  const int rc = file.Truncate(before.length);
+  const std::int64_t length = LengthWithoutTail(before, start);
+  if (length < 0 || file.Size() <= length) return kSuccess;
+  const int rc = file.Truncate(length);
   return rc == kSuccess ? file.Flush() : rc;
 }
 

@@ -369,6 +369,25 @@ TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
   }
   EXPECT_THAT(Log(), HasSubstr("[EDIT] txtSources (1) was: THEIRS2 now: MINE\r\n"));
 
+  // A line that has cleared there, or come to stand elsewhere, takes none of mine.
+  Show("3/15/2024", "1");
+  Set("txtSources", "OVER", 1);
+  DepositRecord cleared = *Stored("20240315", "1");
+  cleared.items[0].status = "C";
+  cleared.items[0].statement = Period{3, 15, 2024};
+  ASSERT_EQ(tables_->deposits.Update(cleared), 0);
+  office_.TakeTexts();
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_EQ(Seen(*form_, "txtSources", 1), "OVER");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("can not be saved over them"), HasSubstr("OVER")));
+  EXPECT_EQ(Seen(*form_, "txtSources", 1), "MINE");
+  EXPECT_EQ(*Stored("20240315", "1"), cleared);
+  cleared.items[0].status = "O";
+  cleared.items[0].statement = {};
+  ASSERT_EQ(tables_->deposits.Update(cleared), 0);
+
   office_.boxes.answers.clear();
   Show("3/15/2024", "1");
   Set("txtSources", "AGAIN", 1);

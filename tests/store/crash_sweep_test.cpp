@@ -4,6 +4,7 @@
 
 #include <functional>
 
+#include "store/engine/byte_order.h"
 #include "store/engine/codebase.h"
 #include "store/engine/verify.h"
 #include "tests/support/fault_sweep.h"
@@ -65,10 +66,14 @@ int Void(Company& c) {
 }
 
 // Long remarks make the unit large enough to be written ahead of its commit, the first of it while it runs.
+// The cross-references come after that, so their table is noted later than the checks.
 int AddBatch(Company& c) {
   int rc = kSuccess;
   for (int i = 300; i < 340 && rc == kSuccess; ++i) {
-    rc = c.AddCheck("   " + std::to_string(i), "24-0" + std::to_string(i), std::string(120000, 'r'));
+    rc = c.AddCheckAlone("   " + std::to_string(i), "24-0" + std::to_string(i), std::string(120000, 'r'));
+  }
+  for (int i = 300; i < 340 && rc == kSuccess; ++i) {
+    rc = c.AddXref("   " + std::to_string(i), "24-0" + std::to_string(i));
   }
   return rc;
 }
@@ -185,6 +190,38 @@ TEST_F(CrashSweep, StrayNewFilesGoOnlyWhenNobodyCanBeMakingThem) {
   ASSERT_TRUE(later.Open());
   EXPECT_FALSE(disk_.Exists(stray));
   EXPECT_EQ(later.Picture(), before_);
+}
+
+// A program that knows nothing of the journal may be the first behind the death of a workstation that wrote
+// ahead. What it appends stays, and the rest of the tail goes.
+TEST_F(CrashSweep, AForeignAppendOverATailStays) {
+  constexpr const char* kPath = "/data/xrefs.dbf";
+  std::string record;
+  {
+    Company company(disk_);
+    ASSERT_TRUE(company.Open());
+    code4unitBegin(*company.code);
+    for (int i = 0; i < 90000; ++i) {
+      const std::string number = std::to_string(100000 + i);
+      ASSERT_EQ(company.AddXref(number, number), kSuccess);
+    }
+    disk_.Plan(tallwick::testing::Fault::kDie, 1);
+    EXPECT_NE(code4unitCommit(*company.code), kSuccess);
+  }
+  disk_.Restart(false);
+  std::string table = disk_.Get(kPath);
+  constexpr std::size_t kRecord = 1 + 14 + 12;
+  const std::size_t end = Load16(reinterpret_cast<const std::uint8_t*>(&table[8])) + 50 * kRecord;
+  ASSERT_GT(table.size(), end + 1000 * kRecord) << "nothing was written ahead";
+  record = " 24-9999       FOREIGN     ";
+  table.replace(end, kRecord + 1, record + "\x1A");
+  table[4] = 51;
+  disk_.Put(kPath, table);
+
+  Company later(disk_);
+  ASSERT_TRUE(later.Open());
+  EXPECT_EQ(disk_.Get(kPath).size(), end + kRecord + 1);
+  EXPECT_NE(later.Picture().find(record.substr(1)), std::string::npos);
 }
 
 TEST_F(CrashSweep, APostTakesOneFlush) {

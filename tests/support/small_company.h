@@ -47,21 +47,30 @@ struct Company {
     f4assignNVB(*d4field(*data, field), value);
   }
 
-  int AddCheck(const std::string& number, const std::string& file, const std::string& remark = "Remark") {
+  int AddCheckAlone(const std::string& number, const std::string& file, const std::string& remark) {
     d4appendStart(*checks);
     Set(checks, "CHXNUMBER", number);
     Set(checks, "CHXFILENO", file);
     Set(checks, "CHXPAYEE", "SMITH TITLE " + number);
     Set(checks, "CHXAMOUNT", "1250.00");
     f4memoAssign(*d4field(*checks, "REMARK"), remark + " on " + number);
-    int rc = d4append(*checks);
+    const int rc = d4append(*checks);
     if (rc != kSuccess) d4changed(*checks, 0);
+    return rc;
+  }
+
+  int AddXref(const std::string& number, const std::string& file) {
     d4appendStart(*xrefs);
     Set(xrefs, "XRFSFILENO", file);
     Set(xrefs, "XRFSTXREFN", number);
-    if (rc == kSuccess) rc = d4append(*xrefs);
+    const int rc = d4append(*xrefs);
     if (rc != kSuccess) d4changed(*xrefs, 0);
     return rc;
+  }
+
+  int AddCheck(const std::string& number, const std::string& file, const std::string& remark = "Remark") {
+    const int rc = AddCheckAlone(number, file, remark);
+    return rc == kSuccess ? AddXref(number, file) : rc;
   }
 
   int Find(Data4* data, const char* tag, const std::string& key) {
