@@ -69,6 +69,10 @@ void FrmEditDepositsClear::OnClick(Control& control) {
   if (control.name == "cmdClose") Close();
 }
 
+bool FrmEditDepositsClear::EnterGoesOn() {
+  return Focus() != nullptr && (Focus()->name == "txtDepositDated" || Focus()->name == "txtDateSequence");
+}
+
 // A deposit is seen before it is cleared: Enter leads to its items.
 bool FrmEditDepositsClear::OnKey(std::string_view key) {
   const std::string_view at = Focus() != nullptr ? std::string_view(Focus()->name) : "";

@@ -28,6 +28,7 @@ class FrmEditDepositsClear : public PostingForm {
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   bool OnKey(std::string_view key) override;
+  bool EnterGoesOn() override;
 
   bool OpenRegister() override { return deposits_->Open(bank_code_); }
   void RefreshRegister() override;

@@ -142,6 +142,9 @@ class Form {
   void Click(std::string_view name, int index = 0);            // a button; refused while disabled
   void Menu(std::string_view name);                            // a command; refused while disabled
   bool Key(std::string_view key);  // "Esc", "F1", "F4", "Ctrl+F"; true when the form used it
+  // Whether Enter leads on from the control that has the focus, however much is filled: a face that tells
+  // what the keys do asks for it.
+  virtual bool EnterGoesOn() { return false; }
   // Asked for in a mode of the screen while it is open; "" is the usual one. False for a screen that keeps
   // the mode it was opened in.
   bool UseMode(std::string_view mode);

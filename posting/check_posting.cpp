@@ -110,6 +110,12 @@ void FrmEditChecksPost::OnClick(Control& control) {
   if (!ListCommand(control.name)) PayeePostingForm::OnClick(control);
 }
 
+// A number that was typed is looked up; that of a check to be renumbered is taken.
+bool FrmEditChecksPost::EnterGoesOn() {
+  const bool at_number = Focus() == &At(kNumber);
+  return at_number && !renumbering_ && Text(kNumber) != looked_up_number_;
+}
+
 bool FrmEditChecksPost::OnKey(std::string_view key) {
   const Control* focus = Focus();
   const std::string_view at = focus != nullptr ? std::string_view(focus->name) : "";
@@ -118,7 +124,7 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     return true;
   }
   // A check is seen before it changes: the key that posts shows it where its number was typed just now.
-  const bool typed = at == kNumber && !renumbering_ && Text(kNumber) != looked_up_number_;
+  const bool typed = EnterGoesOn();
   if (typed && (key == "Enter" || (key == "Ctrl+Enter" && ShowsOther(Text(kNumber))))) {
     Leave();
     GoToFirst();

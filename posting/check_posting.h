@@ -43,6 +43,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
   bool OnKey(std::string_view key) override;
+  bool EnterGoesOn() override;
   bool OnClose() override { return MayLeaveCheck(); }
   // Goes on in another mode with the posted check that is shown.
   bool OnMode(std::string_view mode) override;

@@ -150,10 +150,14 @@ class ItemPostingForm : public PayeePostingForm {
     return posted ? NumberOf(*posted) : CountedNumber(typed);
   }
 
+  bool EnterGoesOn() override {
+    const bool at_number = Focus() != nullptr && Focus()->name == number_control_;
+    return at_number && Text(number_control_) != looked_up_number_;
+  }
+
   // An item is seen before it is changed: the key that posts shows it where its number was typed just now.
   bool OnKey(std::string_view key) override {
-    const bool at_number = Focus() != nullptr && Focus()->name == number_control_;
-    const bool typed = at_number && Text(number_control_) != looked_up_number_;
+    const bool typed = ItemPostingForm::EnterGoesOn();
     if (typed && (key == "Enter" || (key == "Ctrl+Enter" && ShowsOther(Text(number_control_))))) {
       Leave();
       GoToFirstEntry(number_control_);

@@ -69,18 +69,24 @@ void FrmEditWiresPost::OnLeave(Control& control) {
 }
 
 // A new wire is cleared at once where a statement period is typed: Enter passes that entry before it posts.
+std::string_view FrmEditWiresPost::EntryBehind() const {
+  if (Focus() == nullptr || loaded_) return {};
+  const auto* entry = std::find_if(std::begin(kFields), std::end(kFields),
+                                   [&](const auto& field) { return field.control == Focus()->name; });
+  const bool has_next = entry != std::end(kFields) && std::next(entry) != std::end(kFields);
+  return has_next ? std::next(entry)->control : std::string_view();
+}
+
+bool FrmEditWiresPost::EnterGoesOn() {
+  return ItemPostingForm::EnterGoesOn() || !EntryBehind().empty();
+}
+
 bool FrmEditWiresPost::OnKey(std::string_view key) {
   if (ItemPostingForm::OnKey(key)) return true;
-  if (key == "Enter" && Focus() != nullptr && !loaded_) {
-    const auto* entry = std::find_if(std::begin(kFields), std::end(kFields),
-                                     [&](const auto& field) { return field.control == Focus()->name; });
-    const bool has_next = entry != std::end(kFields) && std::next(entry) != std::end(kFields);
-    if (has_next) {
-      SetFocus(std::next(entry)->control);
-      return true;
-    }
-  }
-  return false;
+  const std::string_view behind = key == "Enter" ? EntryBehind() : "";
+  if (behind.empty()) return false;
+  SetFocus(behind);
+  return true;
 }
 
 WireRecord FrmEditWiresPost::BlankRecord() {

@@ -22,6 +22,7 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord, WireTable> {
   void OnOpen() override;
   void OnLeave(Control& control) override;
   bool OnKey(std::string_view key) override;
+  bool EnterGoesOn() override;
 
   void ShowBeside(const WireRecord* wire) override;
   WireRecord BlankRecord() override;
@@ -35,6 +36,8 @@ class FrmEditWiresPost : public ItemPostingForm<WireRecord, WireTable> {
 
  private:
   void ShowDestination();
+  // The entry behind the one that has the cursor, of a new wire; "" for the last one and for a posted wire.
+  std::string_view EntryBehind() const;
 
   const bool viewing_;
 };

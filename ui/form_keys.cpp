@@ -53,7 +53,8 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   } else if (control != nullptr && control->index != 0) {
     keys << tr("Enter next field") << tr("Up Down other line") << tr("Ctrl+Enter post");
   } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
-    keys << (MainButton() != nullptr && IsFilled() ? EnterText(*MainButton()) : tr("Enter next field"));
+    const bool posts = MainButton() != nullptr && IsFilled() && !form_.EnterGoesOn();
+    keys << (posts ? EnterText(*MainButton()) : tr("Enter next field"));
   } else if (IsRegister(control)) {
     keys << (OpensRows(form_) ? tr("Enter opens it") : tr("Enter to the entry")) << tr("Ctrl+F find");
   }

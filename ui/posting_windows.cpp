@@ -222,6 +222,8 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   grid.addWidget(layout.MakeLabel("lblLastReconciled", "muted"), grid.rowCount(), 1);
   auto* items = new QGridLayout;
   items->setColumnStretch(1, 1);
+  items->setColumnMinimumWidth(3, 80);
+  items->setHorizontalSpacing(16);
   items->setVerticalSpacing(0);
   for (int item = 1; item <= kDepositItems; ++item) {
     const QString suffix = "_" + QString::number(item);

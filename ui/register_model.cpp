@@ -3,6 +3,7 @@
 #include <QFont>
 #include <QGuiApplication>
 
+#include "core/text.h"
 #include "ui/style.h"
 
 namespace tallwick {
@@ -85,7 +86,8 @@ QVariant RegisterModel::data(const QModelIndex& index, int role) const {
   const KeptRow& kept = Keep(index.row());
   if (column >= kept.cells.size()) return {};
   const std::string& cell = kept.cells[column];
-  if (role == Qt::DisplayRole) return QString::fromStdString(cell);
+  // Some status texts end with a blank, which a line through a voided row would show.
+  if (role == Qt::DisplayRole) return QString::fromStdString(std::string(TrimRight(cell)));
   if (role == Qt::ForegroundRole) return RowColor(kept.style, numeric && cell.starts_with('-'));
   if (kept.style != "voided") return {};
   QFont font = QGuiApplication::font();

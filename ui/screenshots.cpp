@@ -206,6 +206,9 @@ class Photographer {
     Take("frmEditChecksPost", "check-posting-refused");
     form.Click("cmdRolodex");
     Take("frmEditChecksPost", "check-payees");
+    form.Enter("txtCheckFileNumber");
+    form.Key("F4");
+    Take("frmEditChecksPost", "check-files");
     TakePrintChecks(*form.Find("lstCheckNumbers")->source);
   }
 

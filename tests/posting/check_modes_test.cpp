@@ -278,6 +278,22 @@ TEST_F(CheckModesTest, FilesAreLookedUp) {
   EXPECT_THAT(Log(), Not(HasSubstr("txtFindFile")));
 }
 
+TEST_F(CheckModesTest, TheRegisterMarksTheCheckThatIsShown) {
+  OpenOffice();
+  PostCheckOf("10");
+  PostCheckOf("11");
+  const Control& list = *form_->Find("lstCheckNumbers");
+  form_->Choose("lstCheckNumbers", 2);
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "10");
+  EXPECT_EQ(list.selected, 2);
+  Set("txtCheckNumber", "11");
+  form_->Leave();
+  EXPECT_EQ(list.selected, 0) << "shown by its number";
+  form_->Choose("lstCheckNumbers", 2);
+  PostCheckOf("12");
+  EXPECT_EQ(list.selected, 0) << "the next one is new";
+}
+
 TEST(CheckModeTest, WhatAStatusAllows) {
   BankRecord bank;
   bank.reconciled = {1, 0, 2024};

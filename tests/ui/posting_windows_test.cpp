@@ -66,8 +66,12 @@ TEST_F(PostingWindowsTest, ADepositIsTypedLikeASpreadsheet) {
 TEST_F(PostingWindowsTest, AWireAndAVoucherArePostedByKeysAlone) {
   Open(kWires);
   EXPECT_EQ(Focus(), "txtWireNumber");
-  Type({"FED-0417", "", "SMITH TITLE CO", "1250", "24-0117", "", ""});
+  Type({"FED-0417", "", "SMITH TITLE CO", "1250", "24-0117"});
+  const auto enter = [&] { return Get<QLabel>(kWires, "lblKeys")->text().section("     ", 0, 0); };
+  EXPECT_EQ(enter(), "Enter next field") << "filled, and yet it leads on to the statement period";
+  Type({"", ""});
   EXPECT_EQ(Focus(), "txtWireStmtPeriod");
+  EXPECT_EQ(enter(), "Enter posts");
   Type({"3/2024"});
   EXPECT_THAT(office_.TakeTexts(), IsEmpty());
   ASSERT_TRUE(tables_->wires.SeekNumber("FED-0417"));
