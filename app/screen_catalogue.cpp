@@ -62,6 +62,10 @@ std::unique_ptr<Form> MakePlain(Session& session, ScreenOpener&) {
   return std::make_unique<ScreenForm>(session);
 }
 
+std::unique_ptr<Form> MakeUsers(Session& session, ScreenOpener&) {
+  return WithTables(std::make_unique<FrmEditUsers>(session));
+}
+
 // Made before the screen that prints with it, and gone behind it.
 struct HeldPrinter {
   explicit HeldPrinter(Session& session) {
@@ -147,9 +151,9 @@ constexpr Screen kScreens[] = {
     {"frmViewTrialBalance", "", false, kRightEscrowReports, MakeTrialBalance},
     {"frmAbout", "", false, 0, MakePlain<FrmAbout>},
     {"frmHelp", "", false, 0, nullptr, MakeHelp},
-    {"frmEditUsers", "", false, kAdministrator, MakePlain<FrmEditUsers>},
+    {"frmEditUsers", "", false, kAdministrator, MakeUsers},
     {"frmViewLog", "", true, 0, MakePlain<FrmViewLog>},
-    {"frmCopyDatabases", "", false, 0, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
+    {"frmCopyDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kCopy>},
     {"frmRestoreDatabases", "", false, kRightEscrowOffice, MakeDataCopy<FrmDataCopy::Direction::kRestore>},
     {"frmMaintenance", "Rebuild & Reindex", false, kRightEscrowOffice,
      MakeMaintenance<MaintenanceOperation::kRebuild>},
@@ -202,6 +206,12 @@ std::unique_ptr<Form> ScreenCatalogue::Make(std::string_view screen, std::string
   }
   if (found->needs_bank && session_.BankCode().empty()) {
     session_.Boxes().Critical(kProgramName, "No bank account is open.  Open a bank account first.");
+    return nullptr;
+  }
+  if (found->needs_bank && !session_.MayUseBank(session_.BankCode())) {
+    session_.Boxes().Critical(kProgramName,
+                              "The open bank account is not among your banks.  Open another one, "
+                              "or ask the administrator for it.");
     return nullptr;
   }
   if (EntersTransactions(screen, found->mode) && !TransactionsOpen(session_)) {

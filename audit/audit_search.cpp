@@ -3,8 +3,10 @@
 #include <algorithm>
 #include <functional>
 
+#include "audit/audit_trail.h"
 #include "core/encoding.h"
 #include "core/text.h"
+#include "tables/keys.h"
 
 namespace tallwick {
 namespace {
@@ -97,6 +99,31 @@ std::vector<Test> TestsOf(const AuditLog& log, const AuditCriteria& criteria) {
 }
 
 }  // namespace
+
+std::vector<std::string> SearchedTxNames(const AuditLog& log) {
+  std::vector<std::string> names;
+  for (int tx = kAuditAccountEdit; tx <= kAuditSetOutstanding + 1; ++tx) names.emplace_back(AuditTxName(tx));
+  for (std::string& name : log.TxNames().Values()) {
+    if (std::find(names.begin(), names.end(), name) == names.end()) names.push_back(std::move(name));
+  }
+  return names;
+}
+
+std::string CriteriaProblem(const AuditLog& log, const AuditCriteria& criteria) {
+  if (!criteria.from.IsEmpty() && !criteria.to.IsEmpty() && criteria.to < criteria.from)
+    return "The last date is before the first.  Change one of them.";
+  const std::vector<std::string> known = SearchedTxNames(log);
+  for (const std::string& wanted : criteria.tx_names) {
+    const bool is_known = std::any_of(known.begin(), known.end(), [&](const std::string& name) {
+      return UpperKey(name) == UpperKey(Trim(wanted));
+    });
+    if (is_known) continue;
+    std::string text = "There is no transaction " + Quoted(wanted) + ".  There are ";
+    for (const std::string& name : known) text += (name == known.front() ? "" : ", ") + name;
+    return text + ".";
+  }
+  return {};
+}
 
 std::vector<std::uint32_t> SearchAuditLog(const AuditLog& log, const AuditCriteria& criteria) {
   const std::vector<Test> tests = TestsOf(log, criteria);

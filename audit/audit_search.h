@@ -33,6 +33,17 @@ struct AuditCriteria {
   bool newest_first = false;
 };
 
+// The names by which transactions can be looked for: those that this program writes, "Undefined", and those
+// that only this log holds.
+std::vector<std::string> SearchedTxNames(const AuditLog& log);
+
+// What no log could answer: a last day before the first, or a transaction that nobody writes. "" when nothing
+// is wrong.
+std::string CriteriaProblem(const AuditLog& log, const AuditCriteria& criteria);
+
+// To be said where a log has no entries, or is not there.
+inline constexpr std::string_view kNoAuditEntries = "No entries yet: nothing was written to this bank's log.";
+
 // Places in AuditLog::Entries, in date order; entries of one second keep the order of the file (turned round
 // with the newest first).
 std::vector<std::uint32_t> SearchAuditLog(const AuditLog& log, const AuditCriteria& criteria);

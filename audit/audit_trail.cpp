@@ -83,7 +83,7 @@ AuditTarget AuditTargetOf(const Session& session, std::string_view bank_code, bo
           session.TheClock(),
           session.DataPath(),
           std::string(bank_code),
-          session.TheSuite().Login(),
+          session.Login(),
           session.TheWorkstation().ComputerName()};
 }
 

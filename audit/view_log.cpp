@@ -88,16 +88,6 @@ std::vector<bool> KeptMarks(const std::vector<std::string>& rows, const std::vec
   return marks;
 }
 
-// The names of the known transactions, then those that only this log holds.
-std::vector<std::string> TxRows(const AuditLog& log) {
-  std::vector<std::string> rows;
-  for (int tx = kAuditAccountEdit; tx <= kAuditSetOutstanding + 1; ++tx) rows.emplace_back(AuditTxName(tx));
-  for (std::string& name : log.TxNames().Values()) {
-    if (std::find(rows.begin(), rows.end(), name) == rows.end()) rows.push_back(std::move(name));
-  }
-  return rows;
-}
-
 std::vector<std::string> KindRows() {
   std::vector<std::string> rows;
   for (AuditEventKind kind : kAuditEventKinds) rows.emplace_back(AuditEventKindName(kind));
@@ -183,8 +173,9 @@ void FrmViewLog::OfferValues() {
   SetRows("cboReferenceNum", log_->References().Values());
   SetRows("cboLogin", log_->Logins().Values());
   SetRows("cboCompName", log_->Computers().Values());
-  for (const auto& [list, rows] : {std::pair("lstTXCode", TxRows(*log_)), std::pair("lstEntries", KindRows()),
-                                   std::pair("lstControls", log_->Controls().Values())}) {
+  for (const auto& [list, rows] :
+       {std::pair("lstTXCode", SearchedTxNames(*log_)), std::pair("lstEntries", KindRows()),
+        std::pair("lstControls", log_->Controls().Values())}) {
     SetMarkedRows(list, rows, KeptMarks(rows, MarkedRows(At(list))));
   }
   const std::vector<std::string> grids = log_->GridNames().Values();
@@ -245,8 +236,8 @@ AuditCriteria FrmViewLog::Criteria() {
 
 bool FrmViewLog::Search() {
   const AuditCriteria criteria = Criteria();
-  if (!criteria.from.IsEmpty() && !criteria.to.IsEmpty() && criteria.to < criteria.from) {
-    Refuse("The last date is before the first.  Change one of them.", "txtTo");
+  if (const std::string problem = CriteriaProblem(*log_, criteria); !problem.empty()) {
+    Refuse(problem, "txtTo");
     return false;
   }
   searched_ = criteria;
@@ -257,7 +248,7 @@ bool FrmViewLog::Search() {
 
 void FrmViewLog::ShowFound() {
   SetSource("grdEntries", std::make_shared<FoundLines>(log_, found_, view_));
-  SetCaption("lblFound", log_->Entries().empty() ? "No entries yet: nothing was written to this bank's log."
+  SetCaption("lblFound", log_->Entries().empty() ? std::string(kNoAuditEntries)
                                                  : Counted(found_.size()) + " of " +
                                                        Counted(log_->Entries().size()) + " entries");
 }

@@ -69,6 +69,22 @@ Setting SetAt(double scale, const std::vector<std::string>& lines, const FieldPl
   return setting;
 }
 
+// As large as the lines fit; at the smallest size they may have no room.
+Setting BestSetting(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
+                    const SheetMeasure& measure) {
+  Setting setting = SetAt(1, lines, place, breaks, measure);
+  for (double scale = 1 - kSizeStep; !setting.fits && scale > kSmallest - 0.001; scale -= kSizeStep)
+    setting = SetAt(scale, lines, place, breaks, measure);
+  return setting;
+}
+
+// How many lines have room, at least one.
+std::size_t RoomFor(const Setting& setting, const FieldPlace& place) {
+  const auto room =
+      static_cast<std::size_t>((place.box.height + 0.001) / SheetLineHeight(setting.font.points));
+  return std::max<std::size_t>(room, 1);
+}
+
 using Lines = std::vector<std::string>;
 
 Lines Filled(std::initializer_list<std::string> texts) {
@@ -127,6 +143,42 @@ Lines ContentOf(CheckField field, const CheckOnPaper& paper, const CheckStatione
 bool BreaksLines(CheckField field) {
   return field == CheckField::kWords || field == CheckField::kRemittance ||
          field == CheckField::kStubRemittance;
+}
+
+// The fields whose text must be on the check whole, as a person calls them.
+struct NeededField {
+  CheckField field;
+  std::string_view name;
+};
+constexpr NeededField kNeeded[] = {{CheckField::kBranch, "the branch's name and address"},
+                                   {CheckField::kBank, "the bank's name and address"},
+                                   {CheckField::kNumber, "its number"},
+                                   {CheckField::kDate, "its date"},
+                                   {CheckField::kPayee, "its payee"},
+                                   {CheckField::kFigures, "its amount in figures"},
+                                   {CheckField::kWords, "its amount in words"},
+                                   {CheckField::kAddress, "the payee's address"},
+                                   {CheckField::kFileNumber, "its file number"}};
+
+std::string RoomProblem(const CheckOnPaper& paper, const CheckStationery& stationery,
+                        const CheckLayout& layout, const SheetMeasure& measure) {
+  for (const auto& [field, name] : kNeeded) {
+    const FieldPlace& place = layout.Place(field);
+    const Lines content = ContentOf(field, paper, stationery);
+    if (!place.shown || BestSetting(content, place, BreaksLines(field), measure).fits) continue;
+    return std::string(name) + " has no room in the field " + std::string(NameOf(field)) +
+           ".  Make the field larger in the bank's check layout.";
+  }
+  return {};
+}
+
+bool IsCut(CheckField field, const CheckOnPaper& paper, const CheckStationery& stationery,
+           const CheckLayout& layout, const SheetMeasure& measure) {
+  const FieldPlace& place = layout.Place(field);
+  if (!place.shown || (IsOnStub(field) && layout.stub_tops.empty())) return false;
+  const Setting setting =
+      BestSetting(ContentOf(field, paper, stationery), place, BreaksLines(field), measure);
+  return setting.lines.size() > RoomFor(setting, place);
 }
 
 class Placer {
@@ -209,12 +261,10 @@ class Placer {
 
 std::vector<SheetText> FitIntoBox(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
                                   const SheetMeasure& measure) {
-  Setting setting = SetAt(1, lines, place, breaks, measure);
-  for (double scale = 1 - kSizeStep; !setting.fits && scale > kSmallest - 0.001; scale -= kSizeStep)
-    setting = SetAt(scale, lines, place, breaks, measure);
+  Setting setting = BestSetting(lines, place, breaks, measure);
   const double line_height = SheetLineHeight(setting.font.points);
-  const auto room = static_cast<std::size_t>((place.box.height + 0.001) / line_height);
-  if (setting.lines.size() > room) setting.lines.resize(std::max<std::size_t>(room, 1));
+  const std::size_t room = RoomFor(setting, place);
+  if (setting.lines.size() > room) setting.lines.resize(room);
   std::vector<SheetText> texts;
   double y = place.box.y;
   for (const std::string& line : setting.lines) {
@@ -237,12 +287,14 @@ std::string StatusProblem(const CheckRecord& check) {
 }
 
 std::string CheckProblem(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
-                         const CheckLayout& layout) {
+                         const CheckLayout& layout, const SheetMeasure& measure) {
   for (const CheckOnPaper& paper : checks) {
     if (const std::string problem = StatusProblem(paper.check); !problem.empty()) return problem;
     const std::string name = "Check " + paper.check.number + ": ";
     if (!paper.check.amount.IsValid() || paper.check.amount.IsNegative())
       return name + "its amount is below zero or out of range.  Correct the check.";
+    if (const std::string problem = RoomProblem(paper, stationery, layout, measure); !problem.empty())
+      return name + problem;
     if (!layout.micr) continue;
     const MicrLine line =
         MakeMicrLine(stationery.routing, stationery.account, paper.check.number, stationery.micr);
@@ -252,6 +304,25 @@ std::string CheckProblem(std::span<const CheckOnPaper> checks, const CheckStatio
       return name + "its MICR line is wider than the paper.  Correct Paper in the layout.";
   }
   return {};
+}
+
+std::string CutNote(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
+                    const CheckLayout& layout, const SheetMeasure& measure) {
+  constexpr int most_named = 10;
+  std::string note;
+  int count = 0;
+  for (const CheckOnPaper& paper : checks) {
+    for (std::size_t i = 0; i < kCheckFields; ++i) {
+      const auto field = static_cast<CheckField>(i);
+      const bool beside = field == CheckField::kRemittance || IsOnStub(field);
+      if (!beside || !IsCut(field, paper, stationery, layout, measure)) continue;
+      if (++count <= most_named)
+        note += "Check " + paper.check.number + ": the field " + std::string(NameOf(field)) +
+                " has no room for all of its text.  The end is not printed.\r\n";
+    }
+  }
+  if (count > most_named) note += "So it is " + std::to_string(count - most_named) + " times more.\r\n";
+  return note;
 }
 
 SheetDocument PlaceChecks(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,

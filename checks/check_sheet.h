@@ -26,9 +26,14 @@ struct CheckStationery {
 std::string StatusProblem(const CheckRecord& check);
 
 // Why these checks cannot be printed ("Check 10452: …"), "" when they can: their status, the MICR line,
-// amounts below zero or out of range.
+// amounts below zero or out of range, a text of the check itself that has no room even at half the size.
 std::string CheckProblem(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
-                         const CheckLayout& layout);
+                         const CheckLayout& layout, const SheetMeasure& measure);
+
+// What the person must know before these checks are printed: of remittance advice and stubs, what has no room
+// is cut. "" when all of it has.
+std::string CutNote(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
+                    const CheckLayout& layout, const SheetMeasure& measure);
 
 // One document of all checks, in their order, behind them their copies: `prints` is 1 for the checks alone.
 // Only for checks without a problem.
@@ -37,8 +42,7 @@ SheetDocument PlaceChecks(std::span<const CheckOnPaper> checks, const CheckStati
                           const SheetMeasure& measure);
 
 // Lines that fit into a box, set smaller, then narrower, where they must be. With `breaks` they go on in the
-// next line between words. Figures are never cut; of anything else, only what has no room even at half the
-// size.
+// next line between words. Lines are cut, at their end, only when they have no room even at half the size.
 std::vector<SheetText> FitIntoBox(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
                                   const SheetMeasure& measure);
 

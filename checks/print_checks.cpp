@@ -32,7 +32,7 @@ FrmPrintChecks::FrmPrintChecks(Session& session)
       bank_code_(session.BankCode()),
       tables_(session.Home()) {
   SetFormCaption("Print Checks - " + session.BankName());
-  Add(ControlKind::kText, "txtNumbers", "C&hecks").max_length = 200;
+  Add(ControlKind::kText, "txtNumbers", "C&hecks");
   Add(ControlKind::kButton, "cmdList", "&List");
   Add(ControlKind::kGrid, "grdChecks", "Checks");
   Add(ControlKind::kLabel, "lblCount");
@@ -79,9 +79,10 @@ bool FrmPrintChecks::OnKey(std::string_view key) {
 }
 
 std::string FrmPrintChecks::Proposal() {
+  const auto known = PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read();
+  if (!known) return {};
   long long printed = 0;
-  for (const auto& [number, when] : PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read())
-    printed = std::max(printed, CheckNumberValue(number).value_or(0));
+  for (const auto& [number, when] : *known) printed = std::max(printed, CheckNumberValue(number).value_or(0));
   const long long last = CheckNumberValue(tables_.checks.LastNumber()).value_or(0);
   if (printed == 0 || last <= printed || last - printed > kMostProposed) return {};
   return std::to_string(printed + 1) + (last == printed + 1 ? "" : "-" + std::to_string(last));
@@ -94,8 +95,9 @@ CheckBatch FrmPrintChecks::Collect() {
 void FrmPrintChecks::List() {
   listed_ = Text("txtNumbers");
   const CheckBatch batch = Collect();
-  const std::map<std::string, std::string> printed =
-      PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read();
+  const PrintedChecks log(session_.Files(), session_.DataPath(), bank_code_);
+  const auto known = log.Read();
+  const std::map<std::string, std::string> printed = known.value_or(std::map<std::string, std::string>());
   auto rows = std::make_shared<TextRows>(
       std::vector<std::string>{"Number", "Dated", "Payee", "Amount", "File", "Printed"},
       std::vector<std::size_t>{kAmountColumn});
@@ -106,6 +108,7 @@ void FrmPrintChecks::List() {
   }
   const std::size_t count = rows->RowCount();
   SetCaption("lblCount", !batch.problem.empty() ? batch.problem
+                         : !known               ? log.Problem()
                          : count == 0 ? "Type the numbers of posted checks, such as 10452-10460, 10470."
                                       : std::to_string(count) + (count == 1 ? " check" : " checks"));
   SetSource("grdChecks", std::move(rows));

@@ -21,12 +21,15 @@ std::string Part(std::string_view line, std::string_view name) {
 }  // namespace
 
 PrintedChecks::PrintedChecks(FileSystem& files, std::string_view data_path, std::string_view bank_code)
-    : files_(files), folder_(std::string(data_path) + "Logs\\" + std::string(Trim(bank_code)) + "\\") {}
+    : files_(files),
+      folder_(std::string(data_path) + "Logs\\" + std::string(Trim(bank_code)) + "\\"),
+      path_(folder_ + std::string(kLog)) {}
 
-std::map<std::string, std::string> PrintedChecks::Read() const {
+std::optional<std::map<std::string, std::string>> PrintedChecks::Read() const {
+  const std::optional<std::string> text = files_.ReadIfThere(path_);
+  if (!text) return std::nullopt;
   std::map<std::string, std::string> printed;
-  const std::string text = files_.Read(folder_ + std::string(kLog)).value_or("");
-  for (const std::string& line : Split(text, '\n')) {
+  for (const std::string& line : Split(*text, '\n')) {
     const std::string number = Part(line, "NUMBER");
     const std::string login = FromWindows1252(Part(line, "LOGIN"));
     if (!number.empty())
@@ -43,7 +46,7 @@ bool PrintedChecks::Add(const CheckRecord& check, const PrintNote& note) {
                            "][COMPUTER: " + note.computer +
                            "][AMOUNT: " + FormatNumber(check.amount, "#,###,###,###.00") +
                            "][FILE: " + check.file_number + "][PAYEE: " + check.payee + "]\r\n";
-  return files_.Append(folder_ + std::string(kLog), ToWindows1252(line).value_or(line));
+  return files_.Append(path_, ToWindows1252(line).value_or(line));
 }
 
 }  // namespace tallwick

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -22,14 +23,18 @@ class PrintedChecks {
  public:
   // `data_path` ends with "\".
   PrintedChecks(FileSystem& files, std::string_view data_path, std::string_view bank_code);
-  // By check number, what is known of its last print: "03/15/2024 09:30:00 by jdoe".
-  std::map<std::string, std::string> Read() const;
+  // By check number, what is known of its last print: "03/15/2024 09:30:00 by jdoe". nullopt when the log is
+  // there and cannot be read: nobody knows what was printed.
+  std::optional<std::map<std::string, std::string>> Read() const;
+  // What to say then.
+  std::string Problem() const { return CannotBeReadText(path_); }
   // False when it could not be noted.
   bool Add(const CheckRecord& check, const PrintNote& note);
 
  private:
   FileSystem& files_;
   const std::string folder_;
+  const std::string path_;
 };
 
 }  // namespace tallwick

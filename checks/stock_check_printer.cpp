@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "checks/layout_file.h"
 #include "core/text.h"
 #include "posting/bank_settings.h"
 #include "shell/clsBranch.h"
@@ -28,8 +29,8 @@ StockCheckPrinter::StockCheckPrinter(Session& session, std::string_view bank_cod
       printed_(session.Files(), session.DataPath(), bank_code) {}
 
 std::string StockCheckPrinter::WhyNot() {
-  const std::string font = ReadMicrSettings().font;
-  return font.empty() || session_.Sheets()->HasFont(font) ? "" : std::string(kNoFont);
+  MicrSettings settings;
+  return ReadMicrSettings(settings);
 }
 
 bool StockCheckPrinter::Print(const CheckOnPaper& check, const BankRecord& bank, bool preview) {
@@ -38,73 +39,66 @@ bool StockCheckPrinter::Print(const CheckOnPaper& check, const BankRecord& bank,
 
 bool StockCheckPrinter::PrintAll(std::span<const CheckOnPaper> checks, const BankRecord& bank,
                                  const CheckPrintOptions& options) {
-  if (const std::string why = WhyNot(); !why.empty()) {
+  CheckStationery stationery;
+  if (const std::string why = ReadStationery(bank, stationery); !why.empty()) {
     session_.Boxes().Exclaim(kTitle, why);
     return false;
   }
-  const std::optional<CheckLayout> layout = ReadBankLayout(bank, options.stock);
-  if (checks.empty() || !layout) return false;
-  const CheckStationery stationery = StationeryOf(bank);
-  if (const std::string problem = CheckProblem(checks, stationery, *layout); !problem.empty()) {
-    session_.Boxes().Critical(kTitle, problem);
-    return false;
-  }
-  if (!MayPrintAgain(checks)) return false;
-  const int prints = layout->copies.value_or(bank.check_copies);
-  const SheetMaker make = [&](const SheetMeasure& measure, std::string_view printer) {
-    return PlaceChecks(checks, stationery, *layout, prints, layout->OffsetFor(printer), measure);
-  };
   SheetPrinter& sheets = *session_.Sheets();
+  const LayoutReading reading = ReadLayoutFile(session_.Files(), session_.DataPath(), bank, options.stock);
+  const CheckLayout& layout = reading.layout;
+  std::string problem = reading.problem;
+  if (problem.empty()) problem = CheckProblem(checks, stationery, layout, sheets.Measure());
+  if (!problem.empty()) session_.Boxes().Critical(kTitle, problem);
+  if (!problem.empty() || checks.empty() || !MayPrintAgain(checks)) return false;
+  if (const std::string note = CutNote(checks, stationery, layout, sheets.Measure()); !note.empty())
+    session_.Boxes().Exclaim(kTitle, note);
+  const int prints = layout.copies.value_or(bank.check_copies);
+  const SheetMaker make = [&](const SheetMeasure& measure, std::string_view printer) {
+    return PlaceChecks(checks, stationery, layout, prints, layout.OffsetFor(printer), measure);
+  };
   if (!(options.preview ? sheets.Preview(make) : sheets.Print(make))) return false;
   Note(checks);
   return true;
 }
 
-MicrSettings StockCheckPrinter::ReadMicrSettings() const {
+std::string StockCheckPrinter::ReadMicrSettings(MicrSettings& settings) const {
   const BankSettings file(session_.Files(), session_.DataPath(), kMicrSettings, bank_code_);
-  MicrSettings settings;
+  if (const std::string problem = file.Problem(); !problem.empty()) return problem;
   settings.font = file.Get("Font").value_or("");
   settings.on_us = file.Get("OnUs").value_or(settings.on_us);
   settings.auxiliary_on_us = file.Get("AuxiliaryOnUs").value_or(settings.auxiliary_on_us);
   const std::string digits = file.Get("NumberDigits").value_or("");
   if (IsAllDigits(digits) && digits.size() <= 2) settings.number_digits = std::stoi(digits);
-  return settings;
+  const bool drawn = settings.font.empty() || session_.Sheets()->HasFont(settings.font);
+  return drawn ? "" : std::string(kNoFont);
 }
 
-CheckStationery StockCheckPrinter::StationeryOf(const BankRecord& bank) const {
+std::string StockCheckPrinter::ReadStationery(const BankRecord& bank, CheckStationery& stationery) const {
   const Suite& suite = session_.TheSuite();
   const BranchAddress branch = ReadBranchAddress(session_.Files(), suite.SettingsPath(), suite.BranchName());
-  CheckStationery stationery;
   stationery.branch = Filled({branch.Text("Branch Name"), branch.Text("Branch Street 1"),
                               branch.Text("Branch Street 2"), branch.Text("Branch City, State  ZIP")});
   if (stationery.branch.empty()) stationery.branch = Filled({suite.CompanyName()});
   stationery.bank = Filled({bank.name, bank.address1, bank.city_state});
   stationery.routing = bank.routing_number;
   stationery.account = bank.account_number;
-  stationery.micr = ReadMicrSettings();
-  return stationery;
-}
-
-std::optional<CheckLayout> StockCheckPrinter::ReadBankLayout(const BankRecord& bank,
-                                                             std::optional<CheckStock> stock) const {
-  const std::string name = std::string(kCheckLayoutSettings) + bank_code_ + ".dat";
-  const std::string text = session_.Files().Read(session_.DataPath() + name).value_or("");
-  const LayoutReading reading = ReadLayout(text, bank, stock);
-  if (reading.problem.empty()) return reading.layout;
-  session_.Boxes().Critical(
-      kTitle,
-      "The check layout " + name + " in the company's data folder cannot be used.\r\n" + reading.problem);
-  return std::nullopt;
+  const std::string problem = ReadMicrSettings(stationery.micr);
+  return problem.empty() ? branch.problem : problem;
 }
 
 bool StockCheckPrinter::MayPrintAgain(std::span<const CheckOnPaper> checks) const {
-  const std::map<std::string, std::string> known = printed_.Read();
+  const std::optional<std::map<std::string, std::string>> known = printed_.Read();
+  if (!known) {
+    session_.Boxes().Critical(kTitle, printed_.Problem() + "  It says which checks were printed before.");
+    return false;
+  }
   std::string lines;
   int count = 0;
   constexpr int kMostNamed = 10;
   for (const CheckOnPaper& paper : checks) {
-    const auto found = known.find(paper.check.number);
-    if (found == known.end() || ++count > kMostNamed) continue;
+    const auto found = known->find(paper.check.number);
+    if (found == known->end() || ++count > kMostNamed) continue;
     lines += "Check " + found->first + " was printed on " + found->second + ".\r\n";
   }
   if (count == 0) return true;
@@ -114,8 +108,7 @@ bool StockCheckPrinter::MayPrintAgain(std::span<const CheckOnPaper> checks) cons
 }
 
 void StockCheckPrinter::Note(std::span<const CheckOnPaper> checks) {
-  const PrintNote note{session_.TheClock().Now(), session_.TheSuite().Login(),
-                       session_.TheWorkstation().ComputerName()};
+  const PrintNote note{session_.TheClock().Now(), session_.Login(), session_.TheWorkstation().ComputerName()};
   for (const CheckOnPaper& paper : checks) {
     if (printed_.Add(paper.check, note)) continue;
     session_.Boxes().Exclaim(kTitle,

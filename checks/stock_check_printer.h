@@ -35,9 +35,9 @@ class StockCheckPrinter : public CheckPrinter {
   const PrintedChecks& Printed() const { return printed_; }
 
  private:
-  MicrSettings ReadMicrSettings() const;
-  CheckStationery StationeryOf(const BankRecord& bank) const;
-  std::optional<CheckLayout> ReadBankLayout(const BankRecord& bank, std::optional<CheckStock> stock) const;
+  // Both say why nothing can be printed: "" when something can.
+  std::string ReadMicrSettings(MicrSettings& settings) const;
+  std::string ReadStationery(const BankRecord& bank, CheckStationery& stationery) const;
   bool MayPrintAgain(std::span<const CheckOnPaper> checks) const;
   void Note(std::span<const CheckOnPaper> checks);
 

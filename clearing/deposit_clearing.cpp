@@ -25,11 +25,12 @@ bool IsUsed(const DepositItem& item) {
 FrmEditDepositsClear::FrmEditDepositsClear(Session& session)
     : PostingForm(session, kScreen), deposits_(std::make_shared<DepositRegister>(session.Home())) {
   Add(ControlKind::kDate, "txtDepositDated", "&Date Posted");
-  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence").max_length = 2;
+  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence");
   Add(ControlKind::kPeriod, "txtStmtPeriod", "Statement &Period");
   for (int item = 1; item <= kDepositItems; ++item) {
     Add(ControlKind::kCheck, "chkCleared", "Cleared", item);
-    Add(ControlKind::kLabel, "lblItems", {}, item);
+    for (const char* label : {"lblItems", "lblItemAmounts", "lblItemPeriods"})
+      Add(ControlKind::kLabel, label, {}, item);
   }
   for (std::string_view label : {"lblDepositStatus", "lblLastReconciled"}) {
     Add(ControlKind::kLabel, std::string(label));
@@ -122,11 +123,9 @@ void FrmEditDepositsClear::ShowNothing() {
 void FrmEditDepositsClear::ShowItem(int item) {
   const DepositItem shown = loaded_ ? ItemOf(*loaded_, item) : DepositItem{};
   const bool cleared = shown.status == "C";
-  const std::string period = cleared ? "  " + ShownValue(shown.statement) : "";
-  SetCaption(
-      "lblItems",
-      IsUsed(shown) ? shown.file_number + "  " + shown.source + "  " + AmountText(shown.amount) + period : "",
-      item);
+  SetCaption("lblItems", IsUsed(shown) ? shown.file_number + "  " + shown.source : "", item);
+  SetCaption("lblItemAmounts", IsUsed(shown) ? AmountText(shown.amount) : "", item);
+  SetCaption("lblItemPeriods", cleared ? ShownValue(shown.statement) : "", item);
   SetValue("chkCleared", cleared ? 1 : 0, item);
   SetVisible("chkCleared", IsUsed(shown), item);
   SetEnabled("chkCleared", IsUsed(shown) && !(cleared && IsReconciled(shown.statement)), item);
@@ -200,6 +199,7 @@ bool FrmEditDepositsClear::Post() {
   RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   ShowDeposit(marked);
+  SetFocus("txtDepositDated");
   return true;
 }
 

@@ -1,5 +1,7 @@
 #include "cli/office.h"
 
+#include <algorithm>
+
 #include "cli/pdf_module.h"
 #include "core/system_ports.h"
 #include "core/text.h"
@@ -47,8 +49,13 @@ bool Office::HasDataOption() {
 
 std::optional<TableHome> Office::Tables() {
   if (!HasDataOption()) return std::nullopt;
-  const std::string folder = CommandLineSuite(options_, files_).DataPath();
-  if (!files_.FileExists(WithBackslash(folder) + std::string(kBankLayout.name) + ".DBF")) {
+  const std::string folder = WithBackslash(CommandLineSuite(options_, files_).DataPath());
+  if (std::string problem = DataPathProblem(files_, folder); !problem.empty()) {
+    std::replace(problem.begin(), problem.end(), '\r', ' ');
+    Refused(problem, kNoTables);
+    return std::nullopt;
+  }
+  if (!files_.FileExists(folder + std::string(kBankLayout.name) + ".DBF")) {
     const bool lost = !files_.List(folder, "ESCROW_*_*.DBF").empty();
     Refused(lost ? std::string(kBankLayout.name) + " is missing in " + options_.data +
                        ", where tables of bank accounts are.  Restore it from a copy"
@@ -94,9 +101,13 @@ bool Office::Granted(int right) {
   if (!options_.security) return true;
   const std::optional<TableHome> home = Tables();
   if (!home) return false;
+  if (const std::string problem = clsSecurity::UsersProblem(*home); !problem.empty()) {
+    Refused(problem, kNoTables);
+    return false;
+  }
   const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(*home, options_.user);
-  if (user && (right == kAdministrator ? user->IsAdministrator() : user->IsSecurityOff(right))) return true;
-  Refused("You do not have the right to use this command.  Ask the administrator for it.", kRefused);
+  if (user && user->MayUse(right)) return true;
+  Refused(kCommandNotGranted, kRefused);
   return false;
 }
 

@@ -29,6 +29,7 @@ class Office {
   CommandLineBoxes& Boxes() { return boxes_; }
   FileSystem& Files() { return files_; }
   CommandLineClock& TheClock() { return clock_; }
+  CommandLineWorkstation& TheWorkstation() { return workstation_; }
   Output& Out() { return out_; }
 
   // A started engine without a company, for single tables. Null after a message.
@@ -57,8 +58,8 @@ class Office {
   void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }
   // The screens exist once Open has succeeded.
   ScreenCatalogue& Screens() { return application_->Screens(); }
-  // Whether the user of the options may use the right (rights.h), for commands that change data past the
-  // screens, also where the company cannot be opened. False after a message; Status() then says so.
+  // Whether the user of the options may use the right (rights.h), for commands that work past the screens,
+  // also where the company cannot be opened. False after a message; Status() then says with what to end.
   bool Granted(int right);
   // Names of the company-wide tables that Open found missing and made.
   const std::vector<std::string>& MadeTables() const { return made_tables_; }

@@ -9,7 +9,9 @@ namespace {
 
 int Tell(Office& office, std::string_view kind, const std::string& path, bool written) {
   if (!written) {
-    office.Out().Fail("The file " + path + " could not be written.  Name a place that you may write to.");
+    office.Out().Fail("The file " + path +
+                      " could not be written.  Make sure that you may write there and that "
+                      "there is room, or name another place.");
     return kRefused;
   }
   office.Out().Set(kind, path);

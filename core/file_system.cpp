@@ -23,6 +23,12 @@ std::string Comparable(std::string_view path) {
 
 }  // namespace
 
+std::optional<std::string> FileSystem::ReadIfThere(std::string_view path) const {
+  std::optional<std::string> text = Read(path);
+  if (!text && IsMissing(path)) text.emplace();
+  return text;
+}
+
 std::optional<std::string> FileSystem::ReadPart(std::string_view path, std::uint64_t offset,
                                                 std::size_t length) const {
   const std::optional<std::string> whole = Read(path);
@@ -72,6 +78,11 @@ std::string_view FileNameOf(std::string_view path) {
 std::string_view BaseNameOf(std::string_view path) {
   const std::string_view name = FileNameOf(path);
   return name.substr(0, name.rfind('.'));
+}
+
+std::string CannotBeReadText(std::string_view path) {
+  return "The file " + std::string(FileNameOf(path)) +
+         " cannot be read.  Close the program that holds it, or ask for the right to read it, and try again.";
 }
 
 bool SamePath(std::string_view left, std::string_view right) {

@@ -28,7 +28,11 @@ class FileSystem {
   virtual std::string HeldPath(std::string_view platform_path) const = 0;
 
   virtual bool FolderExists(std::string_view folder) const = 0;
+  // True when the names in an existing folder can be listed and its files reached.
+  virtual bool FolderIsReadable(std::string_view folder) const = 0;
   virtual bool FileExists(std::string_view path) const = 0;
+  // True when there is nothing of this name. What cannot be looked at is not missing.
+  virtual bool IsMissing(std::string_view path) const = 0;
   // Makes the folder and those above it. True when it exists afterwards.
   virtual bool CreateFolder(std::string_view folder) = 0;
   // Removes it with everything in it. True when it does not exist afterwards.
@@ -36,6 +40,9 @@ class FileSystem {
 
   // The whole file; nullopt when it cannot be read.
   virtual std::optional<std::string> Read(std::string_view path) const = 0;
+  // A file that need not be there: "" when it is missing. nullopt when something of its name is there and
+  // cannot be read, such as a file that another program holds; nobody must go on as if there were none.
+  std::optional<std::string> ReadIfThere(std::string_view path) const;
   // Up to `length` bytes from `offset` on, fewer only at the file's end; nullopt when it cannot be read.
   virtual std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                               std::size_t length) const;
@@ -69,6 +76,9 @@ std::string WithoutBackslash(std::string_view folder);
 std::string_view FileNameOf(std::string_view path);
 // The file name up to its last "." (the whole name when it has none).
 std::string_view BaseNameOf(std::string_view path);
+// What is said of a file that is there and cannot be read, with what to do: "The file MICR_Print_FNB.dat
+// cannot be read.  …".
+std::string CannotBeReadText(std::string_view path);
 // True when the paths name the same file: case and trailing "\" do not count.
 bool SamePath(std::string_view left, std::string_view right);
 

@@ -100,14 +100,16 @@ bool RenameDurably(const std::string& from, const std::string& to) {
 // succeeded.
 template <typename Fill>
 bool Replace(const std::string& target, Fill fill) {
+  struct stat old {};
+  const bool replaces = stat(target.c_str(), &old) == 0;
+  if (replaces && !S_ISREG(old.st_mode)) return false;  // a folder, a pipe, a device
   for (int attempt = 0; attempt < 100; ++attempt) {
     const std::string beside =
         target + '.' + std::to_string(getpid()) + '-' + std::to_string(attempt) + ".tmp";
     const Descriptor file(beside, O_WRONLY | O_CREAT | O_EXCL);
     if (!file.IsOpen() && errno == EEXIST) continue;  // a leftover, or another workstation's
     if (!file.IsOpen()) return false;
-    struct stat old {};
-    if (stat(target.c_str(), &old) == 0) static_cast<void>(fchmod(file.Number(), old.st_mode & 07777));
+    if (replaces) static_cast<void>(fchmod(file.Number(), old.st_mode & 07777));
     const bool done = fill(file) && file.Flush() && RenameDurably(beside, target);
     if (!done) static_cast<void>(unlink(beside.c_str()));
     return done;

@@ -54,6 +54,8 @@ class RowSource {
   virtual std::string RowStyle(std::size_t) { return {}; }
   // True when the column holds numbers, which stand on the right.
   virtual bool IsNumeric(std::size_t) const { return false; }
+  // A text as wide as any that the column may come to hold; "" where its rows tell.
+  virtual std::string WidestText(std::size_t) const { return {}; }
   // The row that a typed text names, found without reading the rows before it; nullopt where only a look at
   // the rows themselves can tell.
   virtual std::optional<std::size_t> FindRow(std::string_view) { return std::nullopt; }
@@ -80,7 +82,6 @@ struct Control {
   bool enabled = true;
   bool visible = true;
   bool refused = false;           // the last refusal named this control; cleared when its text changes
-  int max_length = 0;             // characters that fit; 0 = no limit
   bool month_only = false;        // of a period: it is a month and a year, without a day
   std::vector<std::string> rows;  // of a list or combo
   int selected = 0;               // row of a list or grid, from 1; 0 = none

@@ -30,9 +30,24 @@ bool PortableFileSystem::FolderExists(std::string_view folder) const {
   return fs::is_directory(NativePath(folder), error);
 }
 
+// To list names and to reach what they name are two rights.
+bool PortableFileSystem::FolderIsReadable(std::string_view folder) const {
+  std::error_code cannot_list;
+  std::error_code cannot_reach;
+  const fs::path path = NativePath(folder);
+  static_cast<void>(fs::directory_iterator(path, cannot_list));
+  static_cast<void>(fs::status(path / ".", cannot_reach));
+  return !cannot_list && !cannot_reach;
+}
+
 bool PortableFileSystem::FileExists(std::string_view path) const {
   std::error_code error;
   return fs::is_regular_file(NativePath(path), error);
+}
+
+bool PortableFileSystem::IsMissing(std::string_view path) const {
+  std::error_code error;
+  return fs::symlink_status(NativePath(path), error).type() == fs::file_type::not_found;
 }
 
 bool PortableFileSystem::CreateFolder(std::string_view folder) {

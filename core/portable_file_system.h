@@ -14,7 +14,9 @@ namespace tallwick {
 class PortableFileSystem : public FileSystem {
  public:
   bool FolderExists(std::string_view folder) const override;
+  bool FolderIsReadable(std::string_view folder) const override;
   bool FileExists(std::string_view path) const override;
+  bool IsMissing(std::string_view path) const override;
   bool CreateFolder(std::string_view folder) override;
   bool RemoveFolder(std::string_view folder) override;
   std::optional<std::string> Read(std::string_view path) const override;

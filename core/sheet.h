@@ -72,6 +72,8 @@ class SheetPrinter {
  public:
   virtual ~SheetPrinter() = default;
   virtual bool HasFont(std::string_view family) = 0;
+  // How wide texts will be, whichever printer is chosen.
+  virtual const SheetMeasure& Measure() = 0;
   // Both are true only when every page went to paper (or into the file that stands for it). They ask what
   // they need to know and report their own failures; from a preview the user may print.
   virtual bool Preview(const SheetMaker& make) = 0;

@@ -80,7 +80,7 @@ bool IsStampUser(std::string_view text) {
 
 std::string UserOfCopy(const Session& session) {
   for (const std::string& name :
-       {session.User().sUserName, session.TheSuite().Login(), session.TheWorkstation().ComputerName()}) {
+       {session.User().sUserName, session.Login(), session.TheWorkstation().ComputerName()}) {
     if (!Trim(name).empty()) return std::string(Trim(name));
   }
   return "N/A";

@@ -7,6 +7,7 @@
 #include "maintenance/copy_manifest.h"
 #include "maintenance/exclusive_access.h"
 #include "shell/company_tables.h"
+#include "shell/main_commands.h"
 #include "store/clsKVRData.h"
 
 namespace tallwick {
@@ -185,8 +186,13 @@ class CopyRun {
 
 }  // namespace
 
-CopyOutcome CopyDatabases(Session& session, WorkProgress& progress, bool tells_abort) {
-  return CopyRun(session, progress, tells_abort).Run();
+CopyOutcome CopyDatabases(Session& session, WorkProgress& progress) {
+  return MayCarryOut(session, "mnuFileCopyDatabases") ? CopyRun(session, progress, true).Run()
+                                                      : CopyOutcome();
+}
+
+CopyOutcome BackUpDatabases(Session& session, WorkProgress& progress) {
+  return CopyRun(session, progress, false).Run();
 }
 
 }  // namespace tallwick

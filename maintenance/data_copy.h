@@ -17,8 +17,10 @@ struct CopyOutcome {
   std::vector<std::string> failed;  // that could not be
 };
 
-// Asks, copies, and says how it ended; with `tells_abort` off a caller says so of an abort.
-CopyOutcome CopyDatabases(Session& session, WorkProgress& progress, bool tells_abort = true);
+// The command: asks for the right, then the person, copies, and says how it ended.
+CopyOutcome CopyDatabases(Session& session, WorkProgress& progress);
+// The same within another command, which has asked for its own right and says of an abort itself.
+CopyOutcome BackUpDatabases(Session& session, WorkProgress& progress);
 
 // Asks, restores with the escrow files for this workstation alone, and says how it ended.
 CopyOutcome RestoreDatabases(Session& session, WorkProgress& progress);

@@ -48,16 +48,21 @@ std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code) {
 }
 
 std::vector<std::string> EveryBankCode(const Session& session) {
-  std::vector<std::string> codes;
+  std::vector<std::pair<std::string, std::string>> found;  // the key of the order by name, the code
   BankTable banks(session.Home());
-  if (banks.OpenQuietly({}, false) <= 0) return codes;
+  if (banks.OpenQuietly({}, false) <= 0) return {};
   for (bool on = banks.Top(""); on; on = banks.Skip()) {
     if (banks.Data().IsRecordDeleted(banks.Handle())) continue;
-    std::string code = TrimmedBankCode(banks.Read().code);
-    const bool known = std::any_of(codes.begin(), codes.end(),
-                                   [&](const std::string& one) { return EqualsIgnoreCase(one, code); });
-    if (!known && IsValidBankCode(code)) codes.push_back(std::move(code));
+    const BankRecord bank = banks.Read();
+    std::string code = TrimmedBankCode(bank.code);
+    const bool known = std::any_of(found.begin(), found.end(),
+                                   [&](const auto& one) { return EqualsIgnoreCase(one.second, code); });
+    if (!known && IsValidBankCode(code)) found.emplace_back(BankTable::NameKey(bank), std::move(code));
   }
+  std::stable_sort(found.begin(), found.end(),
+                   [](const auto& left, const auto& right) { return left.first < right.first; });
+  std::vector<std::string> codes;
+  for (auto& [key, code] : found) codes.push_back(std::move(code));
   return codes;
 }
 

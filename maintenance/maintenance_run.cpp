@@ -40,7 +40,7 @@ bool BackUp(Session& session, const OperationTexts& texts, WorkProgress& progres
                                                  "Backup Escrow Accounting Files Now?",
                                                  BoxButtons::kYesNoCancel, BoxAnswer::kYes});
   if (answer != BoxAnswer::kYes) return answer == BoxAnswer::kNo;
-  const CopyOutcome copied = CopyDatabases(session, progress, false);
+  const CopyOutcome copied = BackUpDatabases(session, progress);
   if (copied.completed) return true;
   session.Boxes().Exclaim(texts.backup_title, copied.message + "\r\rBackup Aborted or Failed...");
   return false;

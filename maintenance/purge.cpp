@@ -213,8 +213,8 @@ class Purger {
 void WriteLog(Session& session, const std::vector<ClosedFile>& files, const Period& through) {
   const DateTime now = session.TheClock().Now();
   std::string text = FormatDateTime(now, "yyyy-mm-dd") + FormatDateTime(now, " hh:nn:ss ") +
-                     session.TheWorkstation().ComputerName() + " " + session.TheSuite().Login() +
-                     ": purged through " + LongForm(through) + "\r\n";
+                     session.TheWorkstation().ComputerName() + " " + session.Login() + ": purged through " +
+                     LongForm(through) + "\r\n";
   for (const ClosedFile& file : files)
     text += "  " + file.number + " (" + std::to_string(file.items) + " items)\r\n";
   session.Files().CreateFolder(session.DataPath() + "Logs\\");

@@ -26,22 +26,29 @@ std::string FilePart(std::string_view owner) {
 
 BankSettings::BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind,
                            std::string_view owner)
-    : files_(files), path_(std::string(data_path) + std::string(kind) + FilePart(owner) + ".dat") {}
+    : files_(files),
+      path_(std::string(data_path) + std::string(kind) + FilePart(owner) + ".dat"),
+      text_(files_.ReadIfThere(path_)) {}
+
+std::string BankSettings::Problem() const {
+  return text_ ? std::string() : CannotBeReadText(path_);
+}
 
 std::optional<std::string> BankSettings::Get(std::string_view name) const {
-  const std::optional<std::string> text = files_.Read(path_);
-  if (!text) return std::nullopt;
-  for (const std::string& line : Split(*text, '\n')) {
+  for (const std::string& line : Split(text_.value_or(""), '\n')) {
     if (Names(line, name)) return std::string(Trim(std::string_view(line).substr(line.find('=') + 1)));
   }
   return std::nullopt;
 }
 
+// Over what the file holds by now.
 bool BankSettings::Set(std::string_view name, std::string_view value) {
+  text_ = files_.ReadIfThere(path_);
+  if (!text_) return false;
   const std::string setting = std::string(name) + "=" + std::string(value) + "\r\n";
   std::string text;
   bool written = false;
-  for (const std::string& line : Split(files_.Read(path_).value_or(""), '\n')) {
+  for (const std::string& line : Split(*text_, '\n')) {
     if (Names(line, name)) {
       if (!written) text += setting;
       written = true;
@@ -49,7 +56,10 @@ bool BankSettings::Set(std::string_view name, std::string_view value) {
       text += std::string(TrimRight(line)) + "\r\n";
     }
   }
-  return files_.Write(path_, written ? text : text + setting);
+  if (!written) text += setting;
+  if (!files_.Write(path_, text)) return false;
+  text_ = std::move(text);
+  return true;
 }
 
 }  // namespace tallwick

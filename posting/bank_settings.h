@@ -21,19 +21,23 @@ inline constexpr std::string_view kUserOptions = "User_Options_";
 // In the MICR settings: the number that the next check gets where it is higher than the last one posted.
 inline constexpr std::string_view kNextCheckNumber = "NextCheckNumber";
 
+// The settings as they were when the object was made, or set through it.
 class BankSettings {
  public:
   // `kind` is one of the names above; `data_path` ends with "\". `owner` is the code of a bank or the login
   // of a user, of which the file's name takes what file names can hold.
   BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind, std::string_view owner);
-  // The trimmed value; nullopt when there is none.
+  // Why the settings are not known, in words for a person; "" for a file that was read, or is missing.
+  std::string Problem() const;
+  // The trimmed value; nullopt when there is none, or the settings are not known.
   std::optional<std::string> Get(std::string_view name) const;
-  // False when the file could not be written; it is then as it was.
+  // False when the file could not be read or written; it is then as it was.
   bool Set(std::string_view name, std::string_view value);
 
  private:
   FileSystem& files_;
   const std::string path_;
+  std::optional<std::string> text_;  // "" for a missing file; none when it could not be read
 };
 
 }  // namespace tallwick

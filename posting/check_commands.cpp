@@ -22,7 +22,7 @@ constexpr CommandText kCommands[] = {
     {"mnuEditVoidChecks", "&Void Checks"},
     {"mnuEditStopPaymentChecks", "&Stop Payment Checks"},
     {"mnuEditRenumberCheck", "&Renumber Check"},
-    {"mnuEditRemoveCheck", "Remo&ve Check"},
+    {"mnuEditRemoveCheck", "Re&move Check"},
     {"mnuEditUseNextHigherCheckNumber", "Use Next &Higher Check Number"},
     {"mnuEditAddressBook", "&Address Book"},
     {"mnuViewNumber", "By &Number", 1},
@@ -78,7 +78,7 @@ void FrmEditChecksPost::AddCommands() {
              "mnuViewFileLedgers", "mnuReportsChecks", "mnuReportsDeposits", "mnuReportsVouchers",
              "mnuReportsEscrowAnalysis", "mnuToolsCalculator"});
   AddOption("mnuOptionsWarnHigherNumber", "&Warn of Higher Number", true);
-  AddOption("mnuOptionsUsePrintPreview", "Use Print Pre&view", false);
+  AddOption("mnuOptionsUsePrintPreview", "Use Print P&review", false);
   AddOption("mnuOptionsDefaultPeriod", "Fill Blank Accounting &Periods", session_.Run().default_period);
   session_.Run().default_period = IsOn("mnuOptionsDefaultPeriod");
   for (const ModeCommand& one : kModeCommands) {
@@ -143,8 +143,9 @@ void FrmEditChecksPost::SwitchTo(const CheckMode& mode) {
     SetVisible(control, !Is(Kind::kPosting) && has_reason);
   }
   SetVisible("cmdSetOutstanding", SetsStatus());
-  if (!shown.empty()) return OpenNumber(shown);
-  BeginNext();
+  if (shown.empty()) return BeginNext();
+  OpenNumber(shown);
+  GoToFirst();
 }
 
 // --- Commands on one check ---

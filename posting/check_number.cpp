@@ -14,6 +14,7 @@ namespace tallwick {
 namespace {
 
 constexpr std::string_view kNumber = "txtCheckNumber";
+constexpr std::string_view kList = "lstCheckNumbers";  // marks the check that is shown, where it led to it
 
 // Entries that a reconciled period closes.
 constexpr std::string_view kRestricted[] = {"txtCheckDated",         "txtCheckAmount",
@@ -26,19 +27,32 @@ void FrmEditChecksPost::LookUpNumber() {
   if (renumbering_) return;
   const std::string number = Text(kNumber);
   if (number != looked_up_number_) {
-    // A new check keeps its entries under another free number; anything else shows other entries.
-    const bool posted = !number.empty() && tables_.checks.SeekNumber(number);
-    const bool looks_up = posted || loaded_.has_value() || !Is(CheckMode::Kind::kPosting);
+    const bool looks_up = ShowsOther(number);
     if ((looks_up || printed_) && !MayLeaveCheck()) {
       SetText(kNumber, looked_up_number_);
       // A refused post has put the cursor into the field that it names.
       if (Focus() == &At(kNumber)) SetFocus(kNumber);
       return;
     }
-    if (looks_up) return OpenNumber(number);
+    if (looks_up) {
+      SetSelected(kList, 0);
+      return OpenNumber(number);
+    }
     looked_up_number_ = number;
   }
   WarnOfNumber();
+}
+
+// A new check keeps its entries under another free number; anything else shows other entries.
+bool FrmEditChecksPost::ShowsOther(const std::string& number) {
+  if (loaded_ || !Is(CheckMode::Kind::kPosting)) return true;
+  return !number.empty() && tables_.checks.SeekNumber(number);
+}
+
+// Where the work on the check that is shown begins.
+void FrmEditChecksPost::GoToFirst() {
+  if (Focus() == nullptr && SetsStatus()) SetFocus("txtCheckStmtPeriod");
+  GoToFirstEntry(kNumber);
 }
 
 void FrmEditChecksPost::OpenNumber(const std::string& number) {
@@ -80,6 +94,7 @@ void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
 
 void FrmEditChecksPost::ClearEntries() {
   loaded_.reset();
+  SetSelected(kList, 0);
   for (const CheckEntryField& entry : CheckEntryFields()) {
     if (entry.control != kNumber) SetText(entry.control, {});
   }

@@ -30,17 +30,12 @@ long long HighestPosted(CheckTable& checks) {
   return highest;
 }
 
-long long NextNumberSetting(FileSystem& files, std::string_view data_path, std::string_view bank_code) {
-  const std::optional<std::string> value =
-      BankSettings(files, data_path, kMicrSettings, bank_code).Get(kNextCheckNumber);
-  return value ? CheckNumberValue(*value).value_or(0) : 0;
-}
-
 }  // namespace
 
 std::string CheckNumbering::Label() const {
   if (SettingRules()) return "Next Check Number: " + std::to_string(next_set);
-  return "Last Check Number: " + std::to_string(last_posted);
+  return "Last Check Number: " + std::to_string(last_posted) +
+         (problem.empty() ? "" : " (the next one is not known)");
 }
 
 std::optional<long long> CheckNumberValue(std::string_view number) {
@@ -53,7 +48,9 @@ std::optional<long long> CheckNumberValue(std::string_view number) {
 
 CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::string_view data_path,
                                   std::string_view bank_code) {
-  return {HighestPosted(checks), NextNumberSetting(files, data_path, bank_code)};
+  const BankSettings settings(files, data_path, kMicrSettings, bank_code);
+  const std::string next = settings.Get(kNextCheckNumber).value_or("");
+  return {HighestPosted(checks), CheckNumberValue(next).value_or(0), settings.Problem()};
 }
 
 std::string InventoryWarning(std::string_view number, const BankRecord& bank) {

@@ -22,8 +22,8 @@ struct ButtonText {
 };
 constexpr ButtonText kButtons[] = {
     {"cmdOk", "P&ost Check"},
-    {"cmdSetOutstanding", "Set O&utstanding"},
-    {"cmdPrint", "Prin&t"},
+    {"cmdSetOutstanding", "Set Outstandin&g"},
+    {"cmdPrint", "Print"},
     {"cmdDone", "Do&ne"},
     {"cmdCalendar", "Calendar"},
     {"cmdListAll", "&List All"},
@@ -47,12 +47,11 @@ FrmEditChecksPost::FrmEditChecksPost(Session& session, ScreenOpener& opener, Che
 
 void FrmEditChecksPost::AddControls() {
   for (const CheckEntryField& entry : CheckEntryFields()) {
-    Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length =
-        TypedWidth(entry.kind, kCheckLayout, entry.field);
+    Add(entry.kind, std::string(entry.control), std::string(entry.caption));
   }
-  Add(ControlKind::kCheck, "chkHandwritten", "&Handwritten");
+  Add(ControlKind::kCheck, "chkHandwritten", "Hand&written");
   Add(ControlKind::kPeriod, "txtCheckStmtPeriod", "&Statement Period");
-  Add(ControlKind::kText, "txtCheckReason", "R&eason").max_length = WidthOf(kCheckLayout, "ChxsReason");
+  Add(ControlKind::kText, "txtCheckReason", "&Reason");
   Add(ControlKind::kText, "txtCheckStatus", "Status").visible = false;
   for (std::string_view label : {"lblLastCheckNumber", "lblHighestCheckNumber", "lblCheckStatus",
                                  "lblVoucherInformation", "lblEditMessage"}) {
@@ -60,6 +59,7 @@ void FrmEditChecksPost::AddControls() {
   }
   Add(ControlKind::kGrid, "lstCheckNumbers", "Checks");
   AddPayeeLookUp();
+  AddFileLookUp("txtCheckFileNumber");
   for (const ButtonText& button : kButtons) {
     Add(ControlKind::kButton, std::string(button.name), std::string(button.caption));
   }
@@ -117,11 +117,11 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     OfferVoucher();
     return true;
   }
-  // A check is seen before its status changes.
-  if (key == "Enter" && at == kNumber && !Is(CheckMode::Kind::kPosting) &&
-      Text(kNumber) != looked_up_number_) {
-    LookUpNumber();
-    SetFocus("txtCheckStmtPeriod");
+  // A check is seen before it changes: the key that posts shows it where its number was typed just now.
+  const bool typed = at == kNumber && !renumbering_ && Text(kNumber) != looked_up_number_;
+  if (typed && (key == "Enter" || (key == "Ctrl+Enter" && ShowsOther(Text(kNumber))))) {
+    Leave();
+    GoToFirst();
     return true;
   }
   if (key == "Ctrl+P" && At("cmdPrint").enabled) {
@@ -129,9 +129,8 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
     Print();
     return true;
   }
-  const bool among_payees = At("lstPayees").visible;
-  if (key == "Esc" && !among_payees && register_->IsSorting()) return OrderCommand("mnuViewNumber");
-  if (key == "Esc" && !among_payees && renumbering_) {
+  if (key == "Esc" && !LooksUp() && register_->IsSorting()) return OrderCommand("mnuViewNumber");
+  if (key == "Esc" && !LooksUp() && renumbering_) {
     ShowCheck(CheckRecord(*loaded_));
     return true;
   }

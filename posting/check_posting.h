@@ -71,6 +71,8 @@ class FrmEditChecksPost : public PayeePostingForm {
 
   // The number: which check it names, and what is said about it (check_number.cpp).
   void LookUpNumber();
+  bool ShowsOther(const std::string& number);
+  void GoToFirst();
   void OpenNumber(const std::string& number);
   void ShowCheck(const CheckRecord& check);
   void ClearEntries();

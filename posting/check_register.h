@@ -22,6 +22,7 @@ class CheckRegister : public TableRegister {
 
   std::vector<std::string> Headings() const override;
   bool IsNumeric(std::size_t column) const override;
+  std::string WidestText(std::size_t column) const override { return column == 5 ? "Stopped Payment" : ""; }
   // In the order of the amounts a text that is one leads to its first check.
   std::optional<std::size_t> FindRow(std::string_view text) override;
 

@@ -22,7 +22,7 @@ struct Command {
 constexpr Command kButtons[] = {
     {"cmdOk", "P&ost Deposit"},
     {"cmdDepositSlip", "Deposit Sli&p"},
-    {"cmdCalendar", "Calen&dar"},
+    {"cmdCalendar", "Calendar"},
     {"cmdClose", "&Close"},
     {"cmdListDeposits", "&List Deposits"},
     {"cmdListAll", "&List All"},
@@ -56,7 +56,7 @@ FrmEditDepositsPost::FrmEditDepositsPost(Session& session, ScreenOpener* opener,
 
 void FrmEditDepositsPost::AddControls() {
   Add(ControlKind::kDate, "txtDepositDated", "&Date Posted");
-  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence").max_length = 2;
+  Add(ControlKind::kNumber, "txtDateSequence", "&Sequence");
   Add(ControlKind::kPeriod, "txtDepositAcctPeriod", "Acco&unting Period");
   for (int row = 1; row <= kDepositItems; ++row) AddRow(row);
   for (std::string_view label : {"lblDepositTotal", "lblItemCount", "lblDepositStatus", "lblEditMessage",
@@ -64,6 +64,7 @@ void FrmEditDepositsPost::AddControls() {
     Add(ControlKind::kLabel, std::string(label));
   }
   Add(ControlKind::kGrid, "lstDepositDates", "Deposits");
+  AddFileLookUp("txtFileNumbers");
   for (const Command& one : kButtons) {
     Add(ControlKind::kButton, std::string(one.control), std::string(one.caption));
   }
@@ -77,8 +78,8 @@ void FrmEditDepositsPost::AddControls() {
 
 void FrmEditDepositsPost::AddRow(int row) {
   Add(ControlKind::kLabel, "lblItemNumbers", PadLeft(std::to_string(row), 2), row);
-  Add(ControlKind::kText, "txtFileNumbers", "File Number", row).max_length = 14;
-  Add(ControlKind::kText, "txtSources", "Source", row).max_length = 60;
+  Add(ControlKind::kText, "txtFileNumbers", "File Number", row);
+  Add(ControlKind::kText, "txtSources", "Source", row);
   Add(ControlKind::kAmount, "txtAmounts", "Amount", row);
   Add(ControlKind::kCheck, "chkWireIn", "Wire In", row);
   Add(ControlKind::kLabel, "lblItemStatus", {}, row);
@@ -125,6 +126,7 @@ void FrmEditDepositsPost::OnLeave(Control& control) {
 void FrmEditDepositsPost::OnChange(Control& control) {
   if (control.name == "txtDateSequence") sequence_typed_ = true;
   if (control.name == "txtAmounts") ShowTotals();
+  PostingForm::OnChange(control);
 }
 
 void FrmEditDepositsPost::OnChoose(Control& control) {
@@ -144,11 +146,13 @@ void FrmEditDepositsPost::OnClick(Control& control) {
   if (control.name == "cmdListAll") ListItems("");
   if (control.name == "cmdListOutstanding") ListItems("O");
   if (control.name == "cmdListCleared") ListItems("C");
+  PostingForm::OnClick(control);
 }
 
 void FrmEditDepositsPost::OnMenu(Control& control) {
   if (control.name == "mnuEditUseTodaysDateandNextSequence" && MayDropChanges(UnsavedQuestion())) {
     BeginNew(session_.TheClock().Now().date);
+    SetFocus("txtFileNumbers", 1);
   }
   if (control.name == "mnuEditInsertCurrentFile") InsertCurrentFile();
   if (control.name == "mnuEditCutLineItems") CutRows();
@@ -164,8 +168,8 @@ bool FrmEditDepositsPost::OnKey(std::string_view key) {
     PrintSlip();
     return true;
   }
-  if (key == "Enter" && Focus() != nullptr) return GoOnFrom(*Focus());
-  return PostingForm::OnKey(key);
+  if (PostingForm::OnKey(key)) return true;
+  return key == "Enter" && Focus() != nullptr && GoOnFrom(*Focus());
 }
 
 // Enter goes on from field to field and from line to line; on a line left empty it posts.
@@ -293,8 +297,10 @@ void FrmEditDepositsPost::ShowDeposit(const DepositRecord& deposit) {
   Audit(kAuditSnapshot, {});
 }
 
+// The register marks the deposit that is shown, where it led to it.
 void FrmEditDepositsPost::BeginNew(const Date& date) {
   loaded_.reset();
+  SetSelected("lstDepositDates", 0);
   pasted_ = false;
   for (int row = 1; row <= kDepositItems; ++row) ClearRow(row);
   SetText("txtDepositDated", ShownDate(date));

@@ -43,6 +43,7 @@ class DepositRegister : public TableRegister {
 
   std::vector<std::string> Headings() const override;
   bool IsNumeric(std::size_t column) const override { return column >= 1 && column <= 3; }
+  std::string WidestText(std::size_t column) const override { return column == 5 ? "Partly Cleared" : ""; }
   // By date, or by the file number of an item.
   std::optional<std::size_t> FindRow(std::string_view text) override;
   DepositKey KeyAt(std::size_t row);

@@ -76,9 +76,4 @@ std::string FormattedEntry(ControlKind kind, std::string_view text, std::int32_t
   return trimmed;
 }
 
-int TypedWidth(ControlKind kind, const TableLayout& layout, std::string_view field) {
-  const bool free = kind == ControlKind::kAmount || kind == ControlKind::kDate;
-  return free ? 0 : WidthOf(layout, field);
-}
-
 }  // namespace tallwick

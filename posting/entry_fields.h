@@ -53,10 +53,6 @@ std::string ShownValue(const Period& value);  // "" for no period
 // put in their one form, others are left as typed; blanks around a text go.
 std::string FormattedEntry(ControlKind kind, std::string_view text, std::int32_t bank_day);
 
-// Characters that may be typed into an entry; 0 = no limit. Amounts and dates have none: typed with "$" and
-// commas they may be longer than what is stored.
-int TypedWidth(ControlKind kind, const TableLayout& layout, std::string_view field);
-
 // One test of a screen before anything is written. A screen lists its tests in the order in which they run.
 template <class Case>
 struct EntryTest {

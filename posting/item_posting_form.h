@@ -40,8 +40,7 @@ class ItemPostingForm : public PayeePostingForm {
         fields_(item.fields),
         register_(std::make_shared<ItemRegister<Table, Record>>(session.Home(), rows)) {
     for (const EntryField<Record>& entry : fields_) {
-      Add(entry.kind, std::string(entry.control), std::string(entry.caption)).max_length =
-          TypedWidth(entry.kind, layout_, entry.field);
+      Add(entry.kind, std::string(entry.control), std::string(entry.caption));
     }
   }
 
@@ -72,6 +71,7 @@ class ItemPostingForm : public PayeePostingForm {
     Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
     Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
     AddPayeeLookUp();
+    AddFileLookUp(item_.file);
     AddRoutes({"mnuViewFileLedgers"});
   }
   bool OpenRegister() override { return register_->Open(bank_code_); }
@@ -128,18 +128,35 @@ class ItemPostingForm : public PayeePostingForm {
     if (control.name == item_.file) ShowLedgerCommand();
   }
 
+  // An item is seen before it is changed: the key that posts shows it where its number was typed just now.
+  bool OnKey(std::string_view key) override {
+    const bool at_number = Focus() != nullptr && Focus()->name == number_control_;
+    const bool typed = at_number && Text(number_control_) != looked_up_number_;
+    if (typed && (key == "Enter" || (key == "Ctrl+Enter" && ShowsOther(Text(number_control_))))) {
+      Leave();
+      GoToFirstEntry(number_control_);
+      return true;
+    }
+    return PayeePostingForm::OnKey(key);
+  }
+
+  // A new item keeps its entries under another free number; anything else shows other entries.
+  bool ShowsOther(const std::string& number) { return loaded_ || FindPosted(number); }
+
   void LookUpNumber() {
     const std::string number = Text(number_control_);
     if (number == looked_up_number_) return;
-    // A new item keeps its entries under another free number; anything else shows other entries.
-    const bool shows_other = loaded_ || FindPosted(number);
+    const bool shows_other = ShowsOther(number);
     if (shows_other && !MayDropChanges()) {
       SetText(number_control_, looked_up_number_);
       // A refused post has put the cursor into the field that it names.
       if (Focus() == Find(number_control_)) SetFocus(number_control_);
       return;
     }
-    if (shows_other) return OpenNumber(number);
+    if (shows_other) {
+      SetSelected(item_.list, 0);
+      return OpenNumber(number);
+    }
     looked_up_number_ = number;
   }
 
@@ -165,8 +182,10 @@ class ItemPostingForm : public PayeePostingForm {
     Audit(kAuditSnapshot, {});
   }
 
+  // The register marks the item that is shown, where it led to it.
   void BeginNew(const std::string& number) {
     loaded_.reset();
+    SetSelected(item_.list, 0);
     const Record blank = BlankRecord();
     for (const EntryField<Record>& entry : fields_) {
       const bool amount = entry.kind == ControlKind::kAmount;

@@ -1,6 +1,8 @@
 // The register of records that go by one number and have a status: wires and vouchers, last number first.
 #pragma once
 
+#include <algorithm>
+
 #include "posting/table_register.h"
 
 namespace tallwick {
@@ -14,7 +16,7 @@ struct ItemRows {
   std::string Record::*number;
   std::string Record::*status;
   std::vector<std::string> headings;
-  std::size_t amount_column;
+  std::vector<std::size_t> numeric_columns;
   std::vector<std::string> (*cells)(const Record&);
   std::vector<SearchKey> (*keys)(std::string_view text);
   std::string (*style)(std::string_view status);
@@ -41,7 +43,10 @@ class ItemRegister : public TableRegister {
   std::string NumberAt(std::size_t row) { return GoToRow(row) ? table_.Read().*rows_.number : ""; }
 
   std::vector<std::string> Headings() const override { return rows_.headings; }
-  bool IsNumeric(std::size_t column) const override { return column == rows_.amount_column; }
+  bool IsNumeric(std::size_t column) const override {
+    const auto& numeric = rows_.numeric_columns;
+    return std::find(numeric.begin(), numeric.end(), column) != numeric.end();
+  }
 
  private:
   Shown ReadRow(int) override {

@@ -7,7 +7,6 @@ namespace tallwick {
 namespace {
 
 constexpr std::size_t kMostOffers = 12;
-constexpr std::string_view kLookUp[] = {"txtFindPayee", "lstPayees", "cmdUsePayee", "cmdClosePayees"};
 
 }  // namespace
 
@@ -17,16 +16,19 @@ PayeePostingForm::PayeePostingForm(Session& session, const PostingScreen& screen
 
 void PayeePostingForm::AddPayeeLookUp() {
   Add(ControlKind::kButton, "cmdRolodex", "Payees");
-  Add(ControlKind::kText, "txtFindPayee", "F&ind Payee");
-  Add(ControlKind::kGrid, "lstPayees", "Payees");
-  Add(ControlKind::kButton, "cmdUsePayee", "Use Pa&yee");
-  Add(ControlKind::kButton, "cmdClosePayees", "Close Payees");
-  for (std::string_view control : kLookUp) At(control).visible = false;
+  AddLookUp({entries_.name, "txtFindPayee", "lstPayees", "cmdUsePayee", "cmdClosePayees",
+             [this] {
+               payees_.Refresh();
+               return true;
+             },
+             rows_, [this](std::string_view text) { rows_->Show(payees_.Search(text)); },
+             [this](std::size_t row, int) { return UsePayee(row); }},
+            {"Find Payee", "Payees", "Use Payee", "Close Payees"});
 }
 
 void PayeePostingForm::OnChange(Control& control) {
   if (control.name == entries_.name) SetRows(entries_.name, payees_.Offers(control.text, kMostOffers));
-  if (control.name == "txtFindPayee") ShowFoundPayees();
+  PostingForm::OnChange(control);
 }
 
 // An offer comes with its address.
@@ -37,25 +39,7 @@ void PayeePostingForm::OnChoose(Control& control) {
 
 void PayeePostingForm::OnClick(Control& control) {
   if (control.name == "cmdRolodex") OpenPayees();
-  if (control.name == "cmdUsePayee") UsePayee();
-  if (control.name == "cmdClosePayees") ClosePayees();
-}
-
-bool PayeePostingForm::OnKey(std::string_view key) {
-  const std::string_view at = Focus() != nullptr ? std::string_view(Focus()->name) : "";
-  if (key == "F4" && at == entries_.name) {
-    OpenPayees();
-    return true;
-  }
-  if (key == "Enter" && (at == "txtFindPayee" || at == "lstPayees")) {
-    UsePayee();
-    return true;
-  }
-  if (key == "Esc" && At("lstPayees").visible) {
-    ClosePayees();
-    return true;
-  }
-  return PostingForm::OnKey(key);
+  PostingForm::OnClick(control);
 }
 
 void PayeePostingForm::ShowPayee(const Payee& payee) {
@@ -68,42 +52,19 @@ void PayeePostingForm::ShowPayee(const Payee& payee) {
   show(entries_.city_state, payee.city_state);
 }
 
-void PayeePostingForm::OpenPayees() {
-  if (!At(entries_.name).enabled) return;
-  payees_.Refresh();
-  for (std::string_view control : kLookUp) SetVisible(control, true);
-  ShowFoundPayees();
-  SetFocus("txtFindPayee");
-}
-
-// What was searched for is no part of the entry: the audit trail must not meet it.
-void PayeePostingForm::ClosePayees() {
-  SetFocus(entries_.name);
-  SetText("txtFindPayee", {});
-  for (std::string_view control : kLookUp) SetVisible(control, false);
-}
-
-void PayeePostingForm::ShowFoundPayees() {
-  rows_->Show(payees_.Search(Text("txtFindPayee")));
-  SetSource("lstPayees", rows_);
-  RowsChanged("lstPayees");
-  SetSelected("lstPayees", rows_->RowCount() > 0 ? 1 : 0);
-}
-
-void PayeePostingForm::UsePayee() {
-  const int row = At("lstPayees").selected;
-  if (row <= 0 || static_cast<std::size_t>(row) > rows_->RowCount()) return;
-  const Payee payee = rows_->Payees()[static_cast<std::size_t>(row) - 1];
+bool PayeePostingForm::UsePayee(std::size_t row) {
+  if (row >= rows_->RowCount()) return false;
+  const Payee payee = rows_->Payees()[row];
   const std::string& old = Text(entries_.name);
   if (!Trim(old).empty()) {
     const std::string question = "Replace payee " + Quoted(old) + " with " + Quoted(payee.name) + " ?";
     if (Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kYes}) !=
         BoxAnswer::kYes) {
-      return;
+      return false;
     }
   }
   ShowPayee(payee);
-  ClosePayees();
+  return true;
 }
 
 }  // namespace tallwick

@@ -30,20 +30,17 @@ class PayeePostingForm : public PostingForm {
   void AddPayeeLookUp();
   // Remembers a payee to whom something was posted.
   void KeepPayee(const Payee& payee) { payees_.Keep(payee); }
-  void OpenPayees();
+  void OpenPayees() { OpenLookUp(entries_.name); }
 
-  // The screen's events, as far as they concern payees; the keys give true when they were used.
+  // The screen's events, as far as they concern payees.
   void OnOpen() override { payees_.Refresh(); }
   void OnChange(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
-  bool OnKey(std::string_view key) override;
 
  private:
   void ShowPayee(const Payee& payee);
-  void ClosePayees();
-  void ShowFoundPayees();
-  void UsePayee();
+  bool UsePayee(std::size_t row);
 
   const PayeeEntries entries_;
   PayeeBook payees_;

@@ -30,7 +30,7 @@ std::string ValueWord(const std::pair<std::string, int>& value, const Control& c
 }  // namespace
 
 PostingForm::PostingForm(Session& session, const PostingScreen& screen, ScreenOpener* opener)
-    : Form(std::string(screen.name), session.Boxes()),
+    : LookUpForm(std::string(screen.name), session.Boxes()),
       session_(session),
       bank_code_(session.BankCode()),
       tables_(session.Home()),
@@ -44,7 +44,7 @@ bool PostingForm::OpenTables() {
 }
 
 bool PostingForm::MayWrite() {
-  if (!session_.MayUse(Right())) {
+  if (!session_.MayUse(Right()) || !session_.MayUseBank(bank_code_)) {
     Boxes().Critical(
         Caption(),
         "You do not have the right to do this any more.  Nothing was saved: ask the administrator "
@@ -130,6 +130,14 @@ bool PostingForm::IsChanged() {
   return TakeValues() != unchanged_;
 }
 
+void PostingForm::GoToFirstEntry(std::string_view key_control) {
+  if (Focus() != nullptr) return;
+  const auto first = std::find_if(Controls().begin(), Controls().end(), [this](const Control& control) {
+    return IsEntry(control) && control.enabled && control.visible;
+  });
+  first != Controls().end() ? SetFocus(first->name, first->index) : SetFocus(key_control);
+}
+
 bool PostingForm::MayDropChanges(std::string_view question) {
   if (!IsChanged()) return true;
   const BoxAnswer answer = Boxes().Show(
@@ -141,6 +149,7 @@ bool PostingForm::MayDropChanges(std::string_view question) {
 }
 
 bool PostingForm::OnKey(std::string_view key) {
+  if (LookUpForm::OnKey(key)) return true;
   if (key == "F5") {
     RefreshRegister();
     return true;
@@ -218,6 +227,27 @@ std::string PostingForm::Differences(const Values& mine, const Values& theirs) {
   return lines.empty() ? "\r\nWhat you see is the same on both." : lines;
 }
 
+// --- The look-up of files ---
+
+void PostingForm::AddFileLookUp(std::string_view entry) {
+  AddLookUp(
+      {entry, "txtFindFile", "lstFiles", "cmdUseFile", "cmdCloseFiles", [this] { return FilesAreKnown(); },
+       files_, [this](std::string_view text) { files_->Find(text); },
+       [this, entry](std::size_t row, int index) {
+         SetText(entry, files_->FileAt(row), index);
+         return true;
+       }},
+      {"Find File", "Files", "Use File", "Close Files"});
+}
+
+bool PostingForm::FilesAreKnown() {
+  if (files_->Begin()) return true;
+  Boxes().Inform(Caption(),
+                 "No escrow file is known here yet: the suite offers no list of files, and nothing has been "
+                 "posted.  Type the file number.");
+  return false;
+}
+
 // --- Commands that screens share ---
 
 void PostingForm::AddRoutes(std::initializer_list<std::string_view> commands) {
@@ -242,7 +272,7 @@ bool PostingForm::GoTo(std::string_view command) {
 }
 
 BankSettings PostingForm::Options() {
-  return BankSettings(session_.Files(), session_.DataPath(), kUserOptions, session_.TheSuite().Login());
+  return BankSettings(session_.Files(), session_.DataPath(), kUserOptions, session_.Login());
 }
 
 void PostingForm::AddOption(std::string_view command, std::string_view caption, bool at_first) {
@@ -262,6 +292,7 @@ bool PostingForm::ToggleOption(std::string_view command) {
 
 void PostingForm::AuditAs(int audit_tx, int action, std::string_view reference) {
   if (audit_tx == 0) return;
+  CloseLookUp();  // what is searched for is no part of the entry
   WriteAuditTrail(AuditTargetOf(session_, bank_code_, bank_.audit_trail), *this, action, audit_tx, reference);
 }
 

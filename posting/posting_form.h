@@ -17,6 +17,8 @@
 #include "core/form.h"
 #include "posting/bank_settings.h"
 #include "posting/entry_fields.h"
+#include "posting/file_rows.h"
+#include "posting/look_up_form.h"
 #include "posting/post_unit.h"
 #include "shell/session.h"
 #include "tables/bank_table.h"
@@ -33,7 +35,7 @@ struct PostingScreen {
   int right;                   // that a post asks for, see rights.h; 0 = none
 };
 
-class PostingForm : public Form {
+class PostingForm : public LookUpForm {
  public:
   // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
   bool OpenTables();
@@ -92,6 +94,9 @@ class PostingForm : public Form {
   // The entries now are those of the table, or of a new item.
   void KeepState();
   bool IsChanged();
+  // Puts the cursor into the first entry that takes one, else into `key_control`; nothing where something has
+  // put it already.
+  void GoToFirstEntry(std::string_view key_control);
   // Asks `question` where there are changes; Yes posts them. True when the screen may show something else.
   bool MayDropChanges(std::string_view question = "Save Changes?");
 
@@ -110,6 +115,9 @@ class PostingForm : public Form {
   // done ("removed").
   void ShowChanged(std::string_view item, std::string_view not_done,
                    const std::function<void()>& show_theirs);
+
+  // Adds the look-up of escrow files, whose controls are txtFindFile, lstFiles, cmdUseFile and cmdCloseFiles.
+  void AddFileLookUp(std::string_view entry);
 
   // --- Commands that screens share ---
 
@@ -143,10 +151,13 @@ class PostingForm : public Form {
   std::string Differences(const Values& mine, const Values& theirs);
   BankSettings Options();
 
+  bool FilesAreKnown();
+
   const PostingScreen screen_;
   ScreenOpener* opener_;
   std::vector<std::string> options_;
   Values unchanged_;
+  std::shared_ptr<FileRows> files_ = std::make_shared<FileRows>(session_);
 };
 
 }  // namespace tallwick

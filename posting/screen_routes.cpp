@@ -12,7 +12,7 @@ constexpr bool kOfFile = true;
 constexpr ScreenRoute kRoutes[] = {
     {"mnuFilePrintChecks", "Print Se&veral Checks...", "frmPrintChecks", "", kRightPostChecks},
     {"mnuEditPostDeposits", "Post &Deposits...", "frmEditDepositsPost", "Posting", kRightPostDeposits},
-    {"mnuEditVouchers", "&Vouchers...", "frmEditVouchersPost", "Posting", kRightPostChecks},
+    {"mnuEditVouchers", "V&ouchers...", "frmEditVouchersPost", "Posting", kRightPostChecks},
     {"mnuEditWireTransfers", "&Wire Transfers...", "frmEditWiresPost", "Posting", kRightWires},
     {"mnuEditReconcileAccount", "Reco&ncile Account...", "frmReconcileAccount", "", kRightReconcile},
     {"mnuViewFileLedgers", "File &Ledger...", "frmViewFileLedgers", "", 0, kOfFile},

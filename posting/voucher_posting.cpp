@@ -19,9 +19,9 @@ constexpr PostingScreen kScreen{"frmEditVouchersPost", "Post Vouchers - ", "Bank
                                 kRightPostChecks};
 
 constexpr EntryField<VoucherRecord> kFields[] = {
-    {"txtVCHRNumber", ControlKind::kText, "Voucher &Number", "Voucher Number", "VCHRNUMBER",
+    {"txtVCHRNumber", ControlKind::kText, "Vouc&her Number", "Voucher Number", "VCHRNUMBER",
      &VoucherRecord::number},
-    {"txtVCHRFileNumber", ControlKind::kText, "&File Number", "File Number", "VCHRFILENO",
+    {"txtVCHRFileNumber", ControlKind::kText, "File Num&ber", "File Number", "VCHRFILENO",
      &VoucherRecord::file_number},
     {"txtVCHRDated", ControlKind::kDate, "&Dated", "Voucher Date", "VCHRDATED", &VoucherRecord::dated},
     {"txtVCHRPayee", ControlKind::kCombo, "&Payee", "Payee", "VCHRPAYEE", &VoucherRecord::payee},

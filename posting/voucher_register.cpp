@@ -29,7 +29,7 @@ ItemRows<VoucherRecord> VoucherRows() {
           &VoucherRecord::number,
           &VoucherRecord::status,
           {"Number", "Dated", "Payee", "Amount", "File", "Status", "Check"},
-          3,
+          {0, 3, 6},
           Cells,
           Keys,
           StatusStyle};

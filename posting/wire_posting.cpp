@@ -18,12 +18,12 @@ constexpr PostingScreen kScreen{"frmEditWiresPost", "Post Wire Transfers - ", "B
                                 kAuditPostWire, kRightWires};
 
 constexpr EntryField<WireRecord> kFields[] = {
-    {"txtWireNumber", ControlKind::kText, "Confirmation &Number", "Wire Confirmation", "WIRENUMBER",
+    {"txtWireNumber", ControlKind::kText, "Confir&mation Number", "Wire Confirmation", "WIRENUMBER",
      &WireRecord::number},
     {"txtWireDated", ControlKind::kDate, "&Dated", "Wire Date", "WIREDATED", &WireRecord::dated},
     {"txtWirePayee", ControlKind::kCombo, "&Payee", "Payee", "WIREPAYEE", &WireRecord::payee},
     {"txtWireAmount", ControlKind::kAmount, "&Amount", "Wire Amount", "WIREAMOUNT", &WireRecord::amount},
-    {"txtWireFileNumber", ControlKind::kText, "&File Number", "File Number", "WIREFILENO",
+    {"txtWireFileNumber", ControlKind::kText, "File Num&ber", "File Number", "WIREFILENO",
      &WireRecord::file_number},
     {"txtWireControl", ControlKind::kText, "&Control", "Control Number", "WIRECNTLNO", &WireRecord::control},
     {"txtWireAcctPeriod", ControlKind::kPeriod, "Acco&unting Period", "Accounting Period", "",
@@ -67,6 +67,7 @@ void FrmEditWiresPost::OnLeave(Control& control) {
 
 // A new wire is cleared at once where a statement period is typed: Enter passes that entry before it posts.
 bool FrmEditWiresPost::OnKey(std::string_view key) {
+  if (ItemPostingForm::OnKey(key)) return true;
   if (key == "Enter" && Focus() != nullptr && !loaded_) {
     const auto* entry = std::find_if(std::begin(kFields), std::end(kFields),
                                      [&](const auto& field) { return field.control == Focus()->name; });
@@ -76,7 +77,7 @@ bool FrmEditWiresPost::OnKey(std::string_view key) {
       return true;
     }
   }
-  return ItemPostingForm::OnKey(key);
+  return false;
 }
 
 WireRecord FrmEditWiresPost::BlankRecord() {

@@ -25,7 +25,7 @@ ItemRows<WireRecord> WireRows() {
           &WireRecord::number,
           &WireRecord::status,
           {"Number", "Dated", "Payee", "Amount", "File", "Status"},
-          3,
+          {3},
           Cells,
           Keys,
           StatusStyle};

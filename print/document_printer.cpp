@@ -19,10 +19,11 @@ bool QtDocumentPrinter::Preview(const PrintDocument& document) {
   QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
   dialog.resize(960, 760);
   dialog.setWindowTitle(QString::fromStdString(document.name));
+  bool drawn = false;
   QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                   [&document](QPrinter* device) { DrawDocument(document, *device); });
-  dialog.exec();
-  return true;
+                   [&](QPrinter* device) { drawn = DrawDocument(document, *device); });
+  // The dialog is accepted only by its print button, when the pages have been drawn for paper.
+  return dialog.exec() == QDialog::Accepted && (drawn || Refused(document.name));
 }
 
 bool QtDocumentPrinter::Print(const PrintDocument& document) {
@@ -33,9 +34,11 @@ bool QtDocumentPrinter::Print(const PrintDocument& document) {
   dialog.setOption(QAbstractPrintDialog::PrintPageRange);
   if (dialog.exec() != QDialog::Accepted) return false;
   const PageRange range{printer.fromPage() > 0 ? printer.fromPage() : 1, printer.toPage()};
-  if (DrawDocument(document, printer, range)) return true;
-  boxes_.Critical(document.name,
-                  "The printer did not take the document.  Make sure that it is ready and try again.");
+  return DrawDocument(document, printer, range) || Refused(document.name);
+}
+
+bool QtDocumentPrinter::Refused(const std::string& name) {
+  boxes_.Critical(name, "The printer did not take the document.  Make sure that it is ready and try again.");
   return false;
 }
 
@@ -47,7 +50,8 @@ bool QtDocumentPrinter::SavePdf(const PrintDocument& document) {
   if (path.isEmpty()) return false;
   if (WritePdf(document, path.toStdString())) return true;
   boxes_.Critical(document.name, "The file " + path.toStdString() +
-                                     " could not be written.  Choose a folder that you may write to.");
+                                     " could not be written.  Make room, or choose a folder that you may "
+                                     "write to.");
   return false;
 }
 

@@ -15,6 +15,8 @@ class QtDocumentPrinter : public DocumentPrinter {
   bool SavePdf(const PrintDocument& document) override;
 
  private:
+  bool Refused(const std::string& name);
+
   MessageBoxes& boxes_;
 };
 

@@ -7,6 +7,7 @@
 #include <cmath>
 
 #include "core/print_pages.h"
+#include "print/print_fonts.h"
 
 namespace tallwick {
 namespace {
@@ -72,15 +73,11 @@ class Letters {
   double Baseline() const { return (LineHeight() - metrics_.height()) / 2 + metrics_.ascent(); }
 
  private:
-  // Without kerning a text is as wide as its letters together.
   static QFont MakeFont(PrintStyle style) {
     const StyleFont look = FontOfStyle(style);
-    QFont font(look.serif ? "Times New Roman" : "Arial");
-    font.setStyleHint(look.serif ? QFont::Serif : QFont::SansSerif);
+    QFont font = PrintFont(look.serif);
     font.setPixelSize(look.points * kTwipsPerPoint);
     font.setBold(look.bold);
-    font.setKerning(false);
-    font.setHintingPreference(QFont::PreferNoHinting);
     return font;
   }
 

@@ -8,7 +8,7 @@
 
 namespace tallwick {
 
-// `path` in the platform's form. False when the file could not be written; an unfinished one is removed.
+// `path` in the platform's form. False when the file could not be written; an older one is then as it was.
 bool WritePdf(const PrintDocument& document, const std::string& path);
 
 // Page n goes to `stem` + "-n.png". The number of pages written, 0 when one could not be.

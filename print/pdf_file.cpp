@@ -1,26 +1,37 @@
 #include "print/pdf_file.h"
 
-#include <QFile>
+#include <QFileInfo>
+#include <QSaveFile>
 
 #include "print/application_in_need.h"
 
 namespace tallwick {
+namespace {
 
-bool WritePdfFile(const std::string& path, const std::string& title,
-                  const std::function<bool(QPdfWriter&)>& draw) {
+using Draw = std::function<bool(QPdfWriter&)>;
+
+bool DrawInto(QIODevice& device, const std::string& title, const Draw& draw) {
+  if (!device.open(QIODevice::WriteOnly)) return false;
+  QPdfWriter writer(&device);
+  writer.setTitle(QString::fromStdString(title));
+  writer.setCreator("Tallwick Escrow Accounting");
+  return draw(writer);
+}
+
+}  // namespace
+
+bool WritePdfFile(const std::string& path, const std::string& title, const Draw& draw) {
   const ApplicationInNeed application;
-  QFile file(QString::fromStdString(path));
-  if (!file.open(QIODevice::WriteOnly)) return false;
-  bool drawn = false;
-  {
-    QPdfWriter writer(&file);
-    writer.setTitle(QString::fromStdString(title));
-    writer.setCreator("Tallwick Escrow Accounting");
-    drawn = draw(writer);
+  const QString name = QString::fromStdString(path);
+  // A pipe or a device cannot be replaced.
+  if (const QFileInfo target(name); target.exists() && !target.isFile()) {
+    QFile device(name);
+    return DrawInto(device, title, draw) && device.flush() && device.error() == QFileDevice::NoError;
   }
-  if (drawn && file.flush() && file.error() == QFileDevice::NoError) return true;
-  file.remove();
-  return false;
+  // Written beside the old file, whose place it takes only when it is whole.
+  QSaveFile file(name);
+  if (!DrawInto(file, title, draw)) file.cancelWriting();
+  return file.isOpen() && file.commit();
 }
 
 }  // namespace tallwick

@@ -8,7 +8,7 @@
 namespace tallwick {
 
 // `path` in the platform's form, `title` for the file's properties. False when `draw` failed or the file
-// could not be written; an unfinished one is removed.
+// could not be written; what was there before is then as it was.
 bool WritePdfFile(const std::string& path, const std::string& title,
                   const std::function<bool(QPdfWriter&)>& draw);
 

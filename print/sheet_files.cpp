@@ -35,18 +35,34 @@ int WriteSheetPictures(const SheetDocument& document, const std::string& stem, i
   return pages;
 }
 
+SheetFilePrinter::SheetFilePrinter(std::string path, MessageBoxes* boxes)
+    : path_(std::move(path)), boxes_(boxes) {}
+
+SheetFilePrinter::~SheetFilePrinter() = default;
+
+void SheetFilePrinter::NeedApplication() {
+  if (!application_) application_ = std::make_unique<ApplicationInNeed>();
+}
+
 bool SheetFilePrinter::HasFont(std::string_view family) {
-  const ApplicationInNeed application;
+  NeedApplication();
   return HasLetters(family);
 }
 
+const SheetMeasure& SheetFilePrinter::Measure() {
+  NeedApplication();
+  static const LetterMeasure measure;
+  return measure;
+}
+
 bool SheetFilePrinter::Print(const SheetMaker& make) {
-  const ApplicationInNeed application;
+  NeedApplication();
   const SheetDocument document = make(LetterMeasure(), {});
   const std::string path = NumberedPath(path_, printed_ + 1);
   if (!WriteSheetsPdf(document, path)) {
-    boxes_->Critical(document.name,
-                     "The file " + path + " could not be written.  Name a place that you may write to.");
+    boxes_->Critical(document.name, "The file " + path +
+                                        " could not be written.  Make sure that you may write there and that "
+                                        "there is room, or name another place.");
     return false;
   }
   ++printed_;

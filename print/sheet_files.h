@@ -2,6 +2,7 @@
 // no other thread makes one.
 #pragma once
 
+#include <memory>
 #include <string>
 
 #include "core/message_boxes.h"
@@ -9,7 +10,9 @@
 
 namespace tallwick {
 
-// `path` in the platform's form. False when the file could not be written; an unfinished one is removed.
+class ApplicationInNeed;
+
+// `path` in the platform's form. False when the file could not be written; an older one is then as it was.
 bool WriteSheetsPdf(const SheetDocument& document, const std::string& path);
 
 // Page n goes to `stem` + "-n.png". The number of pages written, 0 when one could not be.
@@ -19,12 +22,18 @@ int WriteSheetPictures(const SheetDocument& document, const std::string& stem, i
 // with a number behind their name.
 class SheetFilePrinter : public SheetPrinter {
  public:
-  SheetFilePrinter(std::string path, MessageBoxes* boxes) : path_(std::move(path)), boxes_(boxes) {}
+  SheetFilePrinter(std::string path, MessageBoxes* boxes);
+  ~SheetFilePrinter() override;
   bool HasFont(std::string_view family) override;
+  const SheetMeasure& Measure() override;
   bool Preview(const SheetMaker& make) override { return Print(make); }
   bool Print(const SheetMaker& make) override;
 
  private:
+  // From the first need on: letters are measured between other work.
+  void NeedApplication();
+
+  std::unique_ptr<const ApplicationInNeed> application_;
   const std::string path_;
   MessageBoxes* boxes_;
   int printed_ = 0;

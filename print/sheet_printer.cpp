@@ -24,6 +24,11 @@ bool QtSheetPrinter::HasFont(std::string_view family) {
   return HasLetters(family);
 }
 
+const SheetMeasure& QtSheetPrinter::Measure() {
+  static const LetterMeasure measure;
+  return measure;
+}
+
 bool QtSheetPrinter::Preview(const SheetMaker& make) {
   QPrinter printer(QPrinter::HighResolution);
   const SheetDocument document = Prepare(printer, make);

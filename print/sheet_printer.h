@@ -10,6 +10,7 @@ class QtSheetPrinter : public SheetPrinter {
  public:
   explicit QtSheetPrinter(MessageBoxes& boxes) : boxes_(boxes) {}
   bool HasFont(std::string_view family) override;
+  const SheetMeasure& Measure() override;
   bool Preview(const SheetMaker& make) override;
   bool Print(const SheetMaker& make) override;
 

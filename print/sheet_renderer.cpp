@@ -7,6 +7,8 @@
 #include <QPainter>
 #include <cmath>
 
+#include "print/print_fonts.h"
+
 namespace tallwick {
 namespace {
 
@@ -19,12 +21,10 @@ QString Shown(std::string_view text) {
 }
 
 QFont Letters(const SheetFont& font) {
-  QFont letters(font.family.empty() ? QString("Arial") : Shown(font.family));
-  letters.setStyleHint(QFont::SansSerif);
+  QFont letters = PrintFont(false);
+  if (!font.family.empty()) letters.setFamilies({Shown(font.family)});
   letters.setPixelSize(static_cast<int>(std::lround(font.points * kPixelsPerPoint)));
   letters.setBold(font.bold);
-  letters.setKerning(false);
-  letters.setHintingPreference(QFont::PreferNoHinting);
   return letters;
 }
 

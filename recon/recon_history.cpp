@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <functional>
 #include <map>
 
 #include "core/encoding.h"
@@ -21,7 +22,11 @@ std::string OnDisk(const std::string& text) {
   return plain;
 }
 
-void Put(std::string& text, std::string_view name, const std::string& value) {
+// A value is one line, whatever it holds.
+void Put(std::string& text, std::string_view name, std::string value) {
+  for (char& letter : value) {
+    if (letter == '\r' || letter == '\n') letter = ' ';
+  }
   text += std::string(name) + "=" + value + "\r\n";
 }
 
@@ -82,7 +87,14 @@ class LineReader {
   bool good_ = true;
 };
 
-void ReadOne(const Lines& lines, std::vector<PastReconciliation>& all) {
+std::optional<PastReconciliation> Understood(const std::string& piece) {
+  Lines lines;
+  for (const std::string& line : Split(piece, '\n')) {
+    const std::string plain(Trim(FromWindows1252(line)));
+    const std::size_t equals = plain.find('=');
+    if (equals != std::string::npos && !plain.starts_with('['))
+      lines[plain.substr(0, equals)] = plain.substr(equals + 1);
+  }
   LineReader reader(lines);
   PastReconciliation past;
   past.entries = {reader.Money("StatementBalance"), reader.Money("Adjustments"),
@@ -91,16 +103,64 @@ void ReadOne(const Lines& lines, std::vector<PastReconciliation>& all) {
   past.after = reader.State("After");
   past.made = reader.Text("Made");
   past.taken_back = reader.Text("TakenBack");
-  if (reader.Good()) all.push_back(std::move(past));
+  if (!reader.Good()) return std::nullopt;
+  return past;
 }
 
-// The place of the last one that stands, from 1; 0 when none does.
-std::size_t LastStanding(const std::vector<PastReconciliation>& all, const BankState& now) {
-  for (std::size_t count = all.size(); count > 0; --count) {
-    const PastReconciliation& past = all[count - 1];
-    if (past.taken_back.empty() && past.after == now) return count;
+// The file's bytes of one reconciliation, and what they say.
+struct Piece {
+  std::string bytes;
+  std::optional<PastReconciliation> past;  // none where they cannot be understood
+};
+using Pieces = std::vector<Piece>;
+
+// Together the pieces are the whole file.
+Pieces PiecesOf(std::string_view file) {
+  Pieces pieces;
+  while (!file.empty()) {
+    const std::size_t next = file.find("\n[");
+    const std::size_t end = next == std::string_view::npos ? file.size() : next + 1;
+    pieces.push_back({std::string(file.substr(0, end)), {}});
+    pieces.back().past = Understood(pieces.back().bytes);
+    file.remove_prefix(end);
+  }
+  return pieces;
+}
+
+// Whatever stands before it ends with its line.
+void Append(Pieces& pieces, const PastReconciliation& past) {
+  if (!pieces.empty() && !pieces.back().bytes.ends_with('\n')) pieces.back().bytes += "\r\n";
+  pieces.push_back({OnDisk(TextOf(past)), past});
+}
+
+// The number of pieces up to the last one that stands; 0 when none does.
+std::size_t CountStanding(const Pieces& pieces, const BankState& now) {
+  for (std::size_t count = pieces.size(); count > 0; --count) {
+    const auto& past = pieces[count - 1].past;
+    if (past && past->taken_back.empty() && past->after == now) return count;
   }
   return 0;
+}
+
+Pieces::iterator FindLast(Pieces& pieces, const PastReconciliation& past) {
+  const auto found =
+      std::find_if(pieces.rbegin(), pieces.rend(), [&](const Piece& piece) { return piece.past == past; });
+  return found == pieces.rend() ? pieces.end() : std::prev(found.base());
+}
+
+// Lets `change` work on the pieces of the file, which it may leave as they are (false).
+std::string ChangeFile(FileSystem& files, const std::string& path,
+                       const std::function<bool(Pieces&)>& change) {
+  const std::optional<std::string> text = files.ReadIfThere(path);
+  if (!text) return CannotBeReadText(path);
+  Pieces pieces = PiecesOf(*text);
+  if (!change(pieces)) return {};
+  std::string changed;
+  for (const Piece& piece : pieces) changed += piece.bytes;
+  if (files.Write(path, changed)) return {};
+  return "The file " + std::string(FileNameOf(path)) +
+         " could not be written in the company's data folder.  Make room or ask for write access, then try "
+         "again.";
 }
 
 }  // namespace
@@ -120,59 +180,61 @@ ReconHistory::ReconHistory(FileSystem& files, std::string_view data_path, std::s
     : files_(files),
       path_(std::string(data_path) + "Reconciliations_" + std::string(Trim(bank_code)) + ".dat") {}
 
-std::vector<PastReconciliation> ReconHistory::All() const {
-  std::vector<PastReconciliation> all;
-  const std::optional<std::string> text = files_.Read(path_);
-  if (!text) return all;
-  Lines lines;
-  for (const std::string& line : Split(*text, '\n')) {
-    const std::string plain(Trim(FromWindows1252(line)));
-    const std::size_t equals = plain.find('=');
-    if (plain.starts_with('[')) {
-      if (!lines.empty()) ReadOne(lines, all);
-      lines.clear();
-    } else if (equals != std::string::npos) {
-      lines[plain.substr(0, equals)] = plain.substr(equals + 1);
-    }
+ReconReading ReconHistory::Read() const {
+  ReconReading reading;
+  const std::optional<std::string> text = files_.ReadIfThere(path_);
+  if (!text) reading.problem = CannotBeReadText(path_);
+  for (Piece& piece : PiecesOf(text.value_or(""))) {
+    if (piece.past) reading.all.push_back(std::move(*piece.past));
   }
-  if (!lines.empty()) ReadOne(lines, all);
-  return all;
+  return reading;
 }
 
-std::optional<PastReconciliation> ReconHistory::Last(const BankRecord& bank) const {
-  const std::vector<PastReconciliation> all = All();
-  const std::size_t count = LastStanding(all, BankState::Of(bank));
-  if (count == 0) return std::nullopt;
-  return all[count - 1];
+std::string ReconHistory::Add(const BankRecord& bank, const PastReconciliation& made) {
+  return ChangeFile(files_, path_, [&](Pieces& pieces) {
+    // What lies behind the one that stands, and was not taken back, was never made. Where none stands the
+    // bank's state came from elsewhere, and only what was to follow on it goes.
+    const BankState now = BankState::Of(bank);
+    const std::size_t standing = CountStanding(pieces, now);
+    const auto never_made = [&](const Piece& piece) {
+      return piece.past && piece.past->taken_back.empty() && (standing != 0 || piece.past->before == now);
+    };
+    pieces.erase(
+        std::remove_if(pieces.begin() + static_cast<std::ptrdiff_t>(standing), pieces.end(), never_made),
+        pieces.end());
+    Append(pieces, made);
+    return true;
+  });
 }
 
-bool ReconHistory::Add(const BankRecord& bank, const PastReconciliation& made) {
-  std::vector<PastReconciliation> all = All();
-  // What lies behind the one that stands, and was not taken back, was never made. Where none stands the
-  // bank's state came from elsewhere, and only what was to follow on it goes.
+std::string ReconHistory::Drop(const PastReconciliation& not_made) {
+  return ChangeFile(files_, path_, [&](Pieces& pieces) {
+    const auto found = FindLast(pieces, not_made);
+    if (found == pieces.end()) return false;
+    pieces.erase(found);
+    return true;
+  });
+}
+
+std::string ReconHistory::MarkTakenBack(const PastReconciliation& taken, std::string_view note) {
+  return ChangeFile(files_, path_, [&](Pieces& pieces) {
+    const auto found = FindLast(pieces, taken);
+    if (found == pieces.end()) return false;
+    if (!found->bytes.ends_with('\n')) found->bytes += "\r\n";
+    std::string line;
+    Put(line, "TakenBack", std::string(note));
+    found->bytes += OnDisk(line);
+    return true;
+  });
+}
+
+std::optional<PastReconciliation> LastStanding(const ReconReading& reading, const BankRecord& bank) {
   const BankState now = BankState::Of(bank);
-  const std::size_t standing = LastStanding(all, now);
-  const auto never_made = [&](const PastReconciliation& past) {
-    return past.taken_back.empty() && (standing != 0 || past.before == now);
-  };
-  all.erase(std::remove_if(all.begin() + static_cast<std::ptrdiff_t>(standing), all.end(), never_made),
-            all.end());
-  all.push_back(made);
-  return Write(all);
-}
-
-bool ReconHistory::MarkTakenBack(const PastReconciliation& taken, std::string_view note) {
-  std::vector<PastReconciliation> all = All();
-  const auto found = std::find(all.rbegin(), all.rend(), taken);
-  if (found == all.rend()) return true;
-  found->taken_back = note;
-  return Write(all);
-}
-
-bool ReconHistory::Write(const std::vector<PastReconciliation>& all) {
-  std::string text;
-  for (const PastReconciliation& past : all) text += TextOf(past);
-  return files_.Write(path_, OnDisk(text));
+  const auto found = std::find_if(
+      reading.all.rbegin(), reading.all.rend(),
+      [&](const PastReconciliation& past) { return past.taken_back.empty() && past.after == now; });
+  if (found == reading.all.rend()) return std::nullopt;
+  return *found;
 }
 
 }  // namespace tallwick

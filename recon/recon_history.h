@@ -6,9 +6,10 @@
 // follow. Dates are keys (20240315), money plain decimals. One that was taken back has a line "TakenBack" and
 // stays for the record.
 //
-// Invariant: a reconciliation stands only while the bank record holds what it left there. The file is written
-// before the bank record is, and what a crash in between has left does not agree with the bank record, does
-// not count, and goes with the next write. So no crash can part the two.
+// Invariants: a reconciliation stands only while the bank record holds what it left there. The file is
+// written before the bank record is, and what a crash in between has left does not agree with the bank
+// record, does not count, and goes with the next write. So no crash can part the two. What cannot be
+// understood stays in the file as it is, and a file that cannot be read is not written.
 #pragma once
 
 #include <optional>
@@ -43,25 +44,32 @@ struct PastReconciliation {
   friend bool operator==(const PastReconciliation&, const PastReconciliation&) = default;
 };
 
+// What the file says.
+struct ReconReading {
+  std::vector<PastReconciliation> all;  // the oldest first; pieces that cannot be understood are left out
+  std::string problem;                  // why nothing is known, in words for a person; "" otherwise
+};
+
 class ReconHistory {
  public:
   ReconHistory(FileSystem& files, std::string_view data_path, std::string_view bank_code);
 
-  // Every one in the file, the oldest first; what cannot be read is left out.
-  std::vector<PastReconciliation> All() const;
-  // The last one, when the bank record is as it left it; nullopt when it was made elsewhere, or changed
-  // since.
-  std::optional<PastReconciliation> Last(const BankRecord& bank) const;
-  // Adds one that is about to be made. False when the file could not be written; it is then as it was.
-  bool Add(const BankRecord& bank, const PastReconciliation& made);
+  ReconReading Read() const;
+  // Each of these gives "" when it is done, else why the file is as it was, in words for a person.
+  // Adds a reconciliation that is about to be made.
+  std::string Add(const BankRecord& bank, const PastReconciliation& made);
+  // Takes it out again where it could not be made.
+  std::string Drop(const PastReconciliation& not_made);
   // Marks the one that has been taken back.
-  bool MarkTakenBack(const PastReconciliation& taken, std::string_view note);
+  std::string MarkTakenBack(const PastReconciliation& taken, std::string_view note);
 
  private:
-  bool Write(const std::vector<PastReconciliation>& all);
-
   FileSystem& files_;
   const std::string path_;
 };
+
+// The last reconciliation, when the bank record is as it left it; nullopt when it was made elsewhere, or
+// changed since.
+std::optional<PastReconciliation> LastStanding(const ReconReading& reading, const BankRecord& bank);
 
 }  // namespace tallwick

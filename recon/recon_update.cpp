@@ -1,5 +1,7 @@
 #include "recon/recon_update.h"
 
+#include <functional>
+
 #include "core/text_format.h"
 #include "posting/post_unit.h"
 #include "shell/company_tables.h"
@@ -9,32 +11,47 @@ namespace {
 
 // "2024-03-31 09:30:00 jdoe FRONTDESK2"
 std::string Signature(Session& session) {
-  return FormatDateTime(session.TheClock().Now(), "yyyy-mm-dd hh:nn:ss") + " " + session.TheSuite().Login() +
-         " " + session.TheWorkstation().ComputerName();
+  return FormatDateTime(session.TheClock().Now(), "yyyy-mm-dd hh:nn:ss") + " " + session.Login() + " " +
+         session.TheWorkstation().ComputerName();
 }
 
 ReconHistory HistoryOf(Session& session, const BankRecord& bank) {
   return ReconHistory(session.Files(), session.DataPath(), bank.code);
 }
 
-// Puts the state into the bank's record, whatever else others have changed in it since it was read; not when
-// they have changed what a reconciliation changes.
-int ReplaceState(BankTable& banks, const BankRecord& bank, const BankState& after) {
+constexpr int kNotWanted = 1002;  // beside the codes of the engine and kChangedElsewhere
+
+// Locks the bank's record. Whatever else others have changed in it since it was read may stand; not what a
+// reconciliation changes.
+int HoldState(BankTable& banks, const BankRecord& bank) {
   if (!banks.Find(bank.code)) return kChangedElsewhere;
   if (const int code = banks.Lock(); code != engine::kSuccess) return code;
-  BankRecord now = banks.Read();
-  if (BankState::Of(now) != BankState::Of(bank)) return kChangedElsewhere;
-  after.PutInto(&now);
-  return banks.Update(now);
+  return BankState::Of(banks.Read()) == BankState::Of(bank) ? engine::kSuccess : kChangedElsewhere;
 }
 
-std::string WriteState(Session& session, BankRecord* bank, const BankState& after) {
+// Writes the state into the bank's record. `before_writing` runs while the record is held, and gives why
+// nothing shall be written, or "".
+std::string WriteState(Session& session, BankRecord* bank, const BankState& after,
+                       const std::function<std::string()>& before_writing = {}) {
   BankTable& banks = session.Company().banks;
+  std::string objection;
   const PostPiece pieces[] = {
-      {PostOutcome::Step::kItem, [&] { return ReplaceState(banks, *bank, after); }},
+      {PostOutcome::Step::kItem, [&] { return HoldState(banks, *bank); }},
+      {PostOutcome::Step::kItem,
+       [&] {
+         if (before_writing) objection = before_writing();
+         return objection.empty() ? engine::kSuccess : kNotWanted;
+       }},
+      {PostOutcome::Step::kItem,
+       [&] {
+         BankRecord now = banks.Read();
+         after.PutInto(&now);
+         return banks.Update(now);
+       }},
   };
   const PostOutcome outcome = AsOneUnit(session.Data(), pieces);
   banks.Unlock();
+  if (!objection.empty()) return objection;
   if (!outcome.Done()) {
     return FailureMessage(outcome, "The bank record", "The bank record was not written.", "bank") +
            AdviceFor(outcome);
@@ -58,11 +75,16 @@ std::string RecordReconciliation(Session& session, BankRecord* bank, const Perio
   made.before = BankState::Of(*bank);
   made.after = StateAfter(*bank, statement, ending);
   made.made = Signature(session);
-  if (!HistoryOf(session, *bank).Add(*bank, made)) {
-    return "The file of past reconciliations could not be written in the company's data path.  Nothing was "
-           "updated: make room or ask for write access, then try again.";
-  }
-  return WriteState(session, bank, made.after);
+  ReconHistory history = HistoryOf(session, *bank);
+  bool noted = false;
+  std::string failure = WriteState(session, bank, made.after, [&] {
+    std::string problem = history.Add(*bank, made);
+    noted = problem.empty();
+    return problem.empty() ? problem : problem + "  Nothing was updated.";
+  });
+  // What cannot be taken out again agrees with no bank record, and so does not count.
+  if (!failure.empty() && noted) history.Drop(made);
+  return failure;
 }
 
 std::string TakeBackReconciliation(Session& session, BankRecord* bank, const PastReconciliation& last,
@@ -76,8 +98,11 @@ std::string TakeBackReconciliation(Session& session, BankRecord* bank, const Pas
 
 TakeBackOffer OfferTakeBack(Session& session, const BankRecord& bank) {
   if (bank.reconciled.IsEmpty()) return {{}, "The account has not been reconciled yet."};
-  TakeBackOffer offer{HistoryOf(session, bank).Last(bank), {}};
-  if (!offer.last) {
+  const ReconReading reading = HistoryOf(session, bank).Read();
+  TakeBackOffer offer{LastStanding(reading, bank), {}};
+  if (!reading.problem.empty()) {
+    offer.refusal = "The last reconciliation cannot be taken back: it is not known.  " + reading.problem;
+  } else if (!offer.last) {
     offer.refusal =
         "The last reconciliation cannot be taken back: it was made with another program, or the bank record "
         "was changed since.";

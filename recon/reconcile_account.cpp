@@ -42,6 +42,7 @@ FrmReconcileAccount::FrmReconcileAccount(Session& session, ScreenOpener* opener)
   for (std::string_view text : kReconSteps) Add(ControlKind::kLabel, "lblSteps", std::string(text), ++step);
   Add(ControlKind::kLabel, "lblInformation");
   Add(ControlKind::kPeriod, "txtStatementDate", "&Statement Date");
+  Add(ControlKind::kLabel, "lblStatementNote");
   for (const ReconEntryLook& look : kReconEntryLooks)
     Add(ControlKind::kAmount, std::string(look.control), std::string(look.caption));
   for (const ReconResultLook& look : kReconResultLooks)
@@ -59,7 +60,7 @@ FrmReconcileAccount::FrmReconcileAccount(Session& session, ScreenOpener* opener)
   Add(ControlKind::kLabel, "lblProgress", "Press 'Esc' to cancel...").visible = false;
   Add(ControlKind::kLabel, "lblStatus");
   Add(ControlKind::kText, "txtReconciledThrough", "Last Reconciliation").enabled = false;
-  Add(ControlKind::kText, "txtTakeBackReason", "&Reason").max_length = 200;
+  Add(ControlKind::kText, "txtTakeBackReason", "&Reason");
   Add(ControlKind::kButton, "cmdTakeBack", "&Take Back");
   Add(ControlKind::kButton, "cmdCompute", "&Compute");
   Add(ControlKind::kButton, "cmdUpdateBankRecord", "&Update");
@@ -86,7 +87,7 @@ bool FrmReconcileAccount::ReadBank() {
 
 void FrmReconcileAccount::OnOpen() {
   const BankSettings settings(session_.Files(), session_.DataPath(), kReconcileSettings, bank_code_);
-  charges_allowed_ = IsYes(settings.Get(kAllowChargesCredits).value_or(""));
+  charges_allowed_ = settings.Problem().empty() && IsYes(settings.Get(kAllowChargesCredits).value_or(""));
   for (std::string_view control : {"txtPlusBankCredits", "txtLessBankCharges"})
     SetEnabled(control, charges_allowed_);
   ShowBank();
@@ -94,6 +95,9 @@ void FrmReconcileAccount::OnOpen() {
   if (StatementDateProblem(bank_.accounting, bank_.reconciled).empty())
     SetText("txtStatementDate", ShownValue(bank_.accounting));
   Audit(kAuditSnapshot);
+  if (!settings.Problem().empty())
+    Boxes().Exclaim(Caption(),
+                    settings.Problem() + "  Bank charges and credits cannot be entered until then.");
   SetFocus("txtStatementDate");
 }
 
@@ -252,7 +256,8 @@ void FrmReconcileAccount::Forget() {
   updated_ = printed_ = false;
   for (const ReconResultLook& look : kReconResultLooks) SetText(look.control, {});
   SetText("txtFileLedgersTotal", {});
-  for (std::string_view label : {"lblClearedChecksCount", "lblClearedWiresCount", "lblProof", "lblItems"})
+  for (std::string_view label :
+       {"lblStatementNote", "lblClearedChecksCount", "lblClearedWiresCount", "lblProof", "lblItems"})
     SetCaption(label, {});
   for (const ReconList& list : kReconLists) SetEnabled(list.control, false);
   for (std::string_view button : {"cmdFiles", "cmdPreview", "cmdPrint", "cmdPdf"}) SetEnabled(button, false);
@@ -264,6 +269,7 @@ void FrmReconcileAccount::Forget() {
 void FrmReconcileAccount::ShowResults() {
   results_ = findings_->recon.ResultsFor(entries_);
   printed_ = false;
+  SetCaption("lblStatementNote", StatementDateNote(statement_, session_.TheClock().Now().date));
   for (const ReconResultLook& look : kReconResultLooks)
     SetText(look.control, AmountText(results_.*look.member));
   const Currency files = findings_->files.Sum();

@@ -18,7 +18,7 @@ bool FrmReconcileAccount::MayWrite() {
     Boxes().Exclaim(Caption(), kTransactionsLocked);
     return false;
   }
-  if (!session_.MayUse(kRightReconcile)) {
+  if (!session_.MayUse(kRightReconcile) || !session_.MayUseBank(bank_code_)) {
     Boxes().Critical(Caption(), "You do not have the right to reconcile.  Ask the administrator for it.");
     return false;
   }

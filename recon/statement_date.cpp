@@ -1,7 +1,5 @@
 #include "recon/statement_date.h"
 
-#include "core/date.h"
-
 namespace tallwick {
 namespace {
 
@@ -24,6 +22,11 @@ std::string StatementDateProblem(const Period& statement, const Period& last) {
   if (IsTooFar(statement, last))
     return date + " is too far in the future from the last reconciliation done " + ShortForm(last);
   return {};
+}
+
+std::string StatementDateNote(const Period& statement, const Date& today) {
+  if (MakeKey(statement) <= MakeKey(today.year, today.month, today.day)) return {};
+  return ShortForm(statement) + " lies after today: an update closes it to posting.";
 }
 
 }  // namespace tallwick

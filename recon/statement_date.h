@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "core/date.h"
 #include "core/period.h"
 
 namespace tallwick {
@@ -14,5 +15,8 @@ inline constexpr int kMostMonthsAfterLast = 2;
 // by no more than 62 days, or by two months where one of both is a month and year. The first reconciliation
 // (`last` is empty) has no limit.
 std::string StatementDateProblem(const Period& statement, const Period& last);
+
+// What whoever reconciles to the date should know: that it lies after `today`. "" when it does not.
+std::string StatementDateNote(const Period& statement, const Date& today);
 
 }  // namespace tallwick

@@ -57,7 +57,7 @@ LedgerReading Incomplete(LedgerReading reading, const std::string& why) {
 }  // namespace
 
 LedgerReading ReadFileLedger(Session& session, std::string_view file_number) {
-  const std::string file(Trim(file_number));
+  const std::string file = UpperKey(Trim(file_number));
   LedgerReading reading{FileLedger(file), {}, true};
   if (file.empty()) {
     reading.message = "A ledger needs a file number.";

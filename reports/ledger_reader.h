@@ -18,8 +18,8 @@ struct LedgerReading {
   bool complete = true;  // false when a table could not be read whole: the figures must not be shown
 };
 
-// Walks every bank in name order. The file's rows are found by the tables' file number tags, so the cost
-// follows the file's items, not the banks' sizes.
+// The file number is taken in upper case. Walks every bank in name order. The file's rows are found by the
+// tables' file number tags, so the cost follows the file's items, not the banks' sizes.
 LedgerReading ReadFileLedger(Session& session, std::string_view file_number);
 
 }  // namespace tallwick

@@ -7,7 +7,8 @@
 
 namespace tallwick {
 
-// The preparing user is named by the user record, else by the login, else by the workstation.
+// The preparing user is named by the user record, whether or not security is on; else by the login, else by
+// the workstation.
 ReportOrigin OriginOf(const Session& session);
 
 }  // namespace tallwick

@@ -5,7 +5,9 @@
 
 #include "core/text.h"
 #include "core/text_format.h"
+#include "shell/bank_select.h"
 #include "shell/company_tables.h"
+#include "shell/rights.h"
 
 namespace tallwick {
 namespace {
@@ -28,8 +30,16 @@ TrialBalance Failed(TrialBalance balance, std::string message, PassEnd end) {
   return balance;
 }
 
+// An accounting period of such a bank is a month: any day of it takes in the whole.
+std::string MonthNote(const Date& as_of) {
+  if (as_of.IsEmpty() || !IsValidDate({as_of.year, as_of.month, as_of.day + 1})) return {};
+  return "Bank accounts whose periods are months are counted through " + FormatDate(as_of, "mmmm yyyy") + ".";
+}
+
 std::string Scope(const TrialBalance& balance, const TrialTerms& terms) {
-  std::string text = terms.bank_code.empty() ? "All banks" : "Bank " + terms.bank_code;
+  std::string text = !terms.bank_code.empty() ? "Bank " + terms.bank_code
+                     : balance.note.empty()   ? "All banks"
+                                              : "Banks of the user";
   text += terms.as_of.IsEmpty() ? ", all items posted" : ", items posted through " + ReportDate(terms.as_of);
   if (terms.kind == TrialKind::kDormant)
     text += ", not active for more than " + std::to_string(terms.dormant_days) + " days";
@@ -66,9 +76,12 @@ bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day
 
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress) {
   TrialBalance balance;
+  if (!session.MayUse(kRightEscrowReports))
+    return Failed(balance, std::string(kCommandNotGranted), PassEnd::kStopped);
+  if (terms.bank_code.empty()) balance.note = OtherBanksNote(session);
   FileStandings standings;
   const std::int32_t as_of = MakeKey(terms.as_of.year, terms.as_of.month, terms.as_of.day);
-  for (const BankRecord& bank : session.Company().banks.InNameOrder()) {
+  for (const BankRecord& bank : UserBanks(session)) {
     const std::string code(Trim(bank.code));
     if (!terms.bank_code.empty() && !EqualsIgnoreCase(code, terms.bank_code)) continue;
     BankTables tables(session.Home());
@@ -85,6 +98,7 @@ TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const P
     if (end == PassEnd::kUnreadable)
       return Failed(balance, "The tables of bank " + Quoted(code) + " could not be read whole.", end);
     balance.banks.push_back(code);
+    if (bank.accounting.day == 0) balance.month_note = MonthNote(terms.as_of);
   }
   if (balance.banks.empty()) {
     balance.message = terms.bank_code.empty() ? "No banks have been created."
@@ -123,6 +137,8 @@ ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& te
     return report;
   }
   report.AddText(Scope(balance, terms));
+  if (!balance.note.empty()) report.AddText(balance.note);
+  if (!balance.month_note.empty()) report.AddText(balance.month_note);
   ReportTable& table = report.AddTable(kTrialHeadings, kTrialFormat);
   table.rows.reserve(balance.files.size() + 1);
   for (const FileStanding& file : balance.files) table.Add(TrialCells(file));

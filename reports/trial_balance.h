@@ -24,7 +24,7 @@ inline constexpr int kDormantDays = 180;
 
 struct TrialTerms {
   std::string bank_code;  // "" = all banks
-  Date as_of;             // items posted later are left out; empty = none is
+  Date as_of;             // items posted later are left out, by month in a bank kept by it; empty = none is
   TrialKind kind = TrialKind::kAll;
   int dormant_days = kDormantDays;  // a dormant file holds money and was last active longer ago than that
 };
@@ -34,7 +34,11 @@ struct TrialBalance {
   std::vector<FileStanding> files;  // of the kind asked for, by file number
   Currency receipts;
   Currency disbursements;
+  // What "posted through" means for the bank accounts that are kept by the month; "" where it needs no
+  // saying.
+  std::string month_note;
   std::string message;  // why there is none: "No banks have been created.", a bank that is not there, …
+  std::string note;     // what the figures leave out: banks that are not the user's
   PassEnd end = PassEnd::kDone;
   Currency Balance() const { return receipts - disbursements; }
 };
@@ -42,7 +46,8 @@ struct TrialBalance {
 // Whether a file belongs to the list; dormant files are counted back from `day`.
 bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day);
 
-// One pass over each bank's checks, wires and deposits. `progress` may be empty.
+// One pass over the checks, wires and deposits of each bank of the user. `progress` may be empty. Without the
+// right for reports nothing is read.
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress);
 
 // The cells of a file as the report and the screen show them, under these headings.

@@ -12,7 +12,6 @@
 namespace tallwick {
 namespace {
 
-constexpr int kFileNumberLength = 14;
 constexpr std::string_view kCaption = "File Ledger";
 constexpr std::size_t kAmountColumn = 3;
 
@@ -54,15 +53,16 @@ void AddLines(const BankLedger& bank, LedgerSection section, TextRows& rows) {
   }
 }
 
-// The printed totals, with the block that the printed ledger has below the vouchers.
+// The printed totals, with the block that the printed ledger has below the vouchers. The bank is the one
+// chosen above them, so its name, which may be long, is left out.
 void AddTotals(const BankLedger& bank, TextRows& rows) {
   for (const LedgerTotal& total : TotalsOf(bank)) {
-    const std::string caption = total.remark.empty() ? total.caption : total.caption + "  " + total.remark;
+    const std::string caption = total.remark.empty() ? total.caption : total.caption + " Balance";
     rows.Add({caption, ReportAmount(total.amount)});
   }
   rows.Add({"Bank Balance", ReportAmount(bank.BankBalance())});
   rows.Add({"less Net Vouchers", ReportAmount(bank.TotalVouchers())});
-  rows.Add({bank.Name() + " Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
+  rows.Add({"Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
 }
 
 struct ItemScreen {
@@ -93,9 +93,7 @@ FrmViewFileLedgers::FrmViewFileLedgers(Session& session, ScreenOpener& opener, s
     : ReportForm("frmViewFileLedgers", session), opener_(opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kMenu, "mnuFileRefresh", "&Refresh");
-  Control& file = Add(ControlKind::kText, "txtFileNumber", "&File Number");
-  file.max_length = kFileNumberLength;
-  file.text = ToUpper(Trim(file_number));
+  Add(ControlKind::kText, "txtFileNumber", "&File Number").text = ToUpper(Trim(file_number));
   Add(ControlKind::kButton, "cmdShow", "&Show");
   Add(ControlKind::kList, "lstBanks", "&Banks");
   for (const SectionGrid& grid : kGrids)

@@ -7,6 +7,7 @@
 #include "core/text_format.h"
 #include "core/text_rows.h"
 #include "reports/report_origin.h"
+#include "shell/bank_select.h"
 #include "shell/company_tables.h"
 
 namespace tallwick {
@@ -44,14 +45,14 @@ FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
   Add(ControlKind::kLabel, "prgProgress").visible = false;
   Add(ControlKind::kGrid, "grdFiles", "Files");
   Add(ControlKind::kButton, "cmdOpenLedger", "Open &Ledger").enabled = false;
-  for (std::string_view label : {"lblCount", "lblReceipts", "lblDisbursements", "lblBalance"})
+  for (std::string_view label : {"lblMonthNote", "lblCount", "lblReceipts", "lblDisbursements", "lblBalance"})
     Add(ControlKind::kLabel, std::string(label));
 }
 
 void FrmViewTrialBalance::OnOpen() {
   std::vector<std::string> banks{"All banks"};
   bank_codes_ = {""};
-  for (const BankRecord& bank : session_.Company().banks.InNameOrder()) {
+  for (const BankRecord& bank : UserBanks(session_)) {
     banks.push_back(bank.name + " (" + std::string(Trim(bank.code)) + ")");
     bank_codes_.emplace_back(Trim(bank.code));
   }
@@ -60,10 +61,15 @@ void FrmViewTrialBalance::OnOpen() {
   for (TrialKind kind : kKinds) kinds.emplace_back(TrialKindName(kind));
   SetRows("lstKinds", kinds, 1);
   SetText("txtDormantDays", std::to_string(kDormantDays));
-  SetPrintable(false);
+  Forget();
+  SetFocus("cmdCompute");
+}
+
+// What is shown is what was asked for: another question leaves nothing on the screen.
+void FrmViewTrialBalance::Forget() {
+  balance_ = {};
   ShowResult();
   SetCaption("lblCount", "Choose what to see, and press Compute.");
-  SetFocus("cmdCompute");
 }
 
 void FrmViewTrialBalance::OnLeave(Control& control) {
@@ -71,12 +77,13 @@ void FrmViewTrialBalance::OnLeave(Control& control) {
 }
 
 void FrmViewTrialBalance::OnChoose(Control& control) {
-  if (control.name == "lstKinds") {
-    const bool dormant =
-        kKinds[static_cast<std::size_t>(std::max(control.selected, 1)) - 1] == TrialKind::kDormant;
-    SetVisible("txtDormantDays", dormant);
-  }
+  if (control.name == "lstKinds") SetVisible("txtDormantDays", ChosenKind() == TrialKind::kDormant);
+  if (ChosenKind() != terms_.kind || ChosenBank() != terms_.bank_code) Forget();
   if (control.name == "grdFiles") SetEnabled("cmdOpenLedger", control.selected > 0);
+}
+
+void FrmViewTrialBalance::OnChange(Control& control) {
+  if (control.name == "txtAsOf" || control.name == "txtDormantDays") Forget();
 }
 
 void FrmViewTrialBalance::OnClick(Control& control) {
@@ -96,6 +103,14 @@ bool FrmViewTrialBalance::OnKey(std::string_view key) {
   return ReportForm::OnKey(key);
 }
 
+const std::string& FrmViewTrialBalance::ChosenBank() {
+  return bank_codes_[static_cast<std::size_t>(std::max(At("lstBanks").selected, 1)) - 1];
+}
+
+TrialKind FrmViewTrialBalance::ChosenKind() {
+  return kKinds[static_cast<std::size_t>(std::max(At("lstKinds").selected, 1)) - 1];
+}
+
 bool FrmViewTrialBalance::TakeTerms() {
   const std::optional<Date> as_of = ParseDisplayDate(Text("txtAsOf"));
   if (!as_of) {
@@ -104,8 +119,8 @@ bool FrmViewTrialBalance::TakeTerms() {
     return false;
   }
   TrialTerms terms;
-  terms.bank_code = bank_codes_[static_cast<std::size_t>(std::max(At("lstBanks").selected, 1)) - 1];
-  terms.kind = kKinds[static_cast<std::size_t>(std::max(At("lstKinds").selected, 1)) - 1];
+  terms.bank_code = ChosenBank();
+  terms.kind = ChosenKind();
   terms.as_of = *as_of;
   terms.dormant_days = DaysIn(Text("txtDormantDays"));
   if (terms.kind == TrialKind::kDormant && terms.dormant_days < 1) {
@@ -142,8 +157,10 @@ void FrmViewTrialBalance::ShowResult() {
   SetEnabled("cmdOpenLedger", false);
   const bool computed = balance_.message.empty();
   const auto count = static_cast<long long>(balance_.files.size());
-  SetCaption("lblCount", computed ? FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files")
-                                  : balance_.message);
+  std::string counted = FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files");
+  if (!balance_.note.empty()) counted += ".  " + balance_.note;
+  SetCaption("lblCount", computed ? counted : balance_.message);
+  SetCaption("lblMonthNote", balance_.month_note);
   SetCaption("lblReceipts", ReportAmount(balance_.receipts));
   SetCaption("lblDisbursements", ReportAmount(balance_.disbursements));
   SetCaption("lblBalance", ReportAmount(balance_.Balance()));

@@ -4,8 +4,9 @@
 // Controls, in order: the commands of report_form.h; lstBanks (all banks first), lstKinds, txtAsOf (blank:
 // every item), txtDormantDays (seen for dormant files only), cmdCompute; lblProgress and prgProgress (whose
 // value is the percentage; seen only while the tables are read); grdFiles, cmdOpenLedger; the labels
-// lblCount, lblReceipts, lblDisbursements and lblBalance. Invariant: the grid and the labels show the same
-// computation, and are empty after one that was stopped.
+// lblMonthNote (what the day means for banks kept by the month), lblCount, lblReceipts, lblDisbursements and
+// lblBalance. Invariant: the grid and the labels show the same computation, that of the terms that are
+// entered, or nothing.
 #pragma once
 
 #include <string>
@@ -25,14 +26,18 @@ class FrmViewTrialBalance : public ReportForm {
   ReportDocument Report() override;
   void OnOpen() override;
   void OnLeave(Control& control) override;
+  void OnChange(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   bool OnKey(std::string_view key) override;
 
  private:
+  const std::string& ChosenBank();
+  TrialKind ChosenKind();
   // False after a refusal.
   bool TakeTerms();
   void Compute();
+  void Forget();
   bool ShowProgress(std::string_view what, std::int64_t done, std::int64_t total);
   void ShowResult();
   void OpenLedger();

@@ -4,7 +4,6 @@
 
 #include "core/encoding.h"
 #include "core/text.h"
-#include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
 #include "shell/date_advance.h"
 
@@ -47,13 +46,21 @@ std::vector<std::string> InactiveBanks(const Session& session) {
   return codes;
 }
 
+std::vector<BankRecord> UserBanks(Session& session) {
+  std::vector<BankRecord> banks = session.Company().banks.InNameOrder();
+  std::erase_if(banks, [&](const BankRecord& bank) { return !session.MayUseBank(bank.code); });
+  return banks;
+}
+
+std::string OtherBanksNote(Session& session) {
+  if (UserBanks(session).size() == session.Company().banks.InNameOrder().size()) return {};
+  return "Only your bank accounts are counted: the company has others.";
+}
+
 std::vector<BankRecord> OfferedBanks(Session& session) {
   const std::vector<std::string> inactive = InactiveBanks(session);
-  const bool secured = session.TheSuite().SecurityOn();
-  std::vector<BankRecord> banks = session.Company().banks.InNameOrder();
-  std::erase_if(banks, [&](const BankRecord& bank) {
-    return Contains(inactive, bank.code) || (secured && !session.User().MayUseBank(bank.code));
-  });
+  std::vector<BankRecord> banks = UserBanks(session);
+  std::erase_if(banks, [&](const BankRecord& bank) { return Contains(inactive, bank.code); });
   return banks;
 }
 

@@ -15,6 +15,11 @@ struct BankRecord;
 // Codes in "Inactive Banks.dat", one a line, empty lines skipped; none when the file is missing.
 std::vector<std::string> InactiveBanks(const Session& session);
 
+// The banks in which the current user may work, in name order: all of them while security is off.
+std::vector<BankRecord> UserBanks(Session& session);
+// What must stand beside figures over the user's banks where the company has others; "" where it has not.
+std::string OtherBanksNote(Session& session);
+
 // The banks that the current user may choose, in name order: those not inactive and, while security is on,
 // among the user's.
 std::vector<BankRecord> OfferedBanks(Session& session);

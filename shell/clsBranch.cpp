@@ -173,7 +173,9 @@ BranchAddress ReadBranchAddress(const FileSystem& files, std::string_view settin
   for (std::size_t i = 0; i < address.lines.size(); ++i) address.lines[i].label = kAddressLabels[i];
   if (Trim(base_name).empty()) return address;
   const std::string path = WithBackslash(settings_path) + std::string(Trim(base_name)) + ".SSP";
-  const std::vector<std::string> lines = Split(FromWindows1252(files.Read(path).value_or("")), '\n');
+  const std::optional<std::string> contents = files.ReadIfThere(path);
+  if (!contents) address.problem = CannotBeReadText(path);
+  const std::vector<std::string> lines = Split(FromWindows1252(contents.value_or("")), '\n');
   for (std::size_t i = 0; i < lines.size() && i <= address.lines.size(); ++i) {
     std::string& text = i < address.lines.size() ? address.lines[i].text : address.last_line;
     text = Trim(lines[i]);

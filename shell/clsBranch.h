@@ -85,13 +85,14 @@ inline constexpr std::size_t kBranchAddressLines = 11;
 struct BranchAddress {
   std::array<BranchAddressLine, kBranchAddressLines> lines;
   std::string last_line;  // the one behind the labelled ones
+  std::string problem;    // why the address is not known though there is a file; "" otherwise
 
   // The text under a label; "" for an unknown one.
   std::string_view Text(std::string_view label) const;
 };
 
 // Reads `base_name` + ".SSP" in the settings path. Every line is "" when the base name is blank or the file
-// cannot be read.
+// is missing or cannot be read.
 BranchAddress ReadBranchAddress(const FileSystem& files, std::string_view settings_path,
                                 std::string_view base_name);
 

@@ -5,6 +5,7 @@
 
 #include "core/encoding.h"
 #include "core/text.h"
+#include "shell/rights.h"
 #include "shell/sha256.h"
 
 namespace tallwick {
@@ -22,6 +23,11 @@ void clsSecurity::SetRight(int right, bool granted) {
   if (rights.size() <= place) rights.resize(place + 1, '0');
   rights[place] = granted ? '0' : '1';
   sSecurity = FromWindows1252(rights);
+}
+
+bool clsSecurity::MayUse(int right) const {
+  if (right == 0) return true;
+  return right == kAdministrator ? IsAdministrator() : bLoggedIn && IsSecurityOff(right);
 }
 
 bool clsSecurity::MayUseBank(std::string_view bank_code) const {

@@ -36,18 +36,31 @@ class clsSecurity {
   std::int16_t iBankCount = 0;
 
   // Reads the user and the user's banks from the suite's tables. False, with everything empty, for a login
-  // that is not among the users (or where the tables are missing).
+  // that is not among the users (or where the tables are missing or do not open).
   bool LoadUserSecurity(const TableHome& home, std::string_view login);
   // The same for another user's record, for maintenance.
   static std::optional<clsSecurity> GetUserSecurity(const TableHome& home, std::string_view login);
-  // Every user in login order, without the banks.
+  // Every user in login order, without the banks. None where the tables are missing or do not open.
   static std::vector<clsSecurity> AllUsers(const TableHome& home);
 
+  // Opens both tables of users once: why they cannot be used, after the message of the one that did not open,
+  // or "". Where they were never made there is nothing wrong. To be asked before an answer that a table out
+  // of reach would make a wrong one: no users, or no such user.
+  static std::string UsersProblem(const TableHome& home);
+
+  // What a new user is before anybody has said more: in the group "User", with every right, and without a
+  // password, so that one must be chosen at the next login.
+  static clsSecurity NewUser();
+
+  // Why nobody new can have the login: it is missing, is another user's, or has a blank at an end that no
+  // trim takes away, so that two names would look alike. "" when nothing is wrong.
+  static std::string NewLoginProblem(const TableHome& home, std::string_view login);
   // True when no record of another user number has this login. 0 stands for a user not yet saved.
   static bool IsLoginUnique(const TableHome& home, std::string_view login, std::int32_t id);
   // Adds the user under the next number, or changes the one with this login, and the banks with it; makes
-  // missing tables. Rights not mentioned are granted. 0; engine::kErrorFieldValue for a value that does not
-  // fit (clsKVRData::LastFieldProblem says which); or another code. Then nothing has changed.
+  // missing tables, after a question where USERS was there before. Rights not mentioned are granted. 0;
+  // engine::kErrorFieldValue for a value that does not fit (clsKVRData::LastFieldProblem says which); or
+  // another code. Then nothing has changed.
   int SaveUserSecurity(const TableHome& home, const DateTime& now);
   // Removes the user with the banks. 0; engine::kNoRecord for an unknown login; kOwnAccount, after its
   // message, for that of the current user; or another code, and nothing has changed.
@@ -62,6 +75,9 @@ class clsSecurity {
   void SetRight(int right, bool granted);
 
   bool IsAdministrator() const { return bLoggedIn && sGroup == "Administrator"; }
+  // Whether this user may use the right while security is on: 0 asks for none, kAdministrator for the group;
+  // a login that is not among the users has no right.
+  bool MayUse(int right) const;
   bool MayUseBank(std::string_view bank_code) const;
 
   // The form in which group names are stored: SHA-256 of the Windows-1252 text, 64 upper-case hexadecimal

@@ -5,6 +5,7 @@
 #include "core/text.h"
 #include "core/text_format.h"
 #include "shell/clsSecurity.h"
+#include "shell/lost_table.h"
 #include "tables/users_table.h"
 
 namespace tallwick {
@@ -18,8 +19,8 @@ class UserChange {
   // 0, or the code of what failed, after a message. Missing tables are made.
   int Begin() {
     for (TableBase* table : {static_cast<TableBase*>(&users_), static_cast<TableBase*>(&banks_)}) {
-      if (!table->Exists())
-        if (const int code = table->Create(); code != engine::kSuccess) return code;
+      if (const int code = table->Exists() ? engine::kSuccess : Make(*table); code != engine::kSuccess)
+        return code;
       if (table->Open() <= 0) return engine::kErrorOpen;
     }
     return data_.BeginUnit();
@@ -40,6 +41,8 @@ class UserChange {
   }
 
  private:
+  static int Make(TableBase& table) { return table.MayMake() ? table.Create() : engine::kErrorOpen; }
+
   clsKVRData& data_;
   UsersTable users_;
   UserBanksTable banks_;
@@ -110,9 +113,41 @@ std::vector<clsSecurity> clsSecurity::AllUsers(const TableHome& home) {
   return all;
 }
 
+std::string clsSecurity::UsersProblem(const TableHome& home) {
+  UsersTable users(home);
+  UserBanksTable user_banks(home);
+  for (TableBase* table : {static_cast<TableBase*>(&users), static_cast<TableBase*>(&user_banks)}) {
+    if (!table->Exists()) {
+      const std::string why = WhyLost(home, table->Name());
+      if (!why.empty()) return table->Name() + " is missing, but " + why + ".  Have it brought back";
+    } else if (table->Open() <= 0) {
+      const int code = home.data.OpenErrorCode();
+      return table->Name() + " could not be opened: " + std::string(engine::error4text(code)) + " (" +
+             std::to_string(code) + ").  \"escrowctl verify\" says what is wrong with it";
+    }
+  }
+  return {};
+}
+
+clsSecurity clsSecurity::NewUser() {
+  clsSecurity user;
+  user.sGroup = "User";
+  user.iMustChange = 1;
+  return user;
+}
+
 bool clsSecurity::IsLoginUnique(const TableHome& home, std::string_view login, std::int32_t id) {
   UsersTable users(home);
   return !OpenExisting(users) || !users.SeekLogin(login) || users.Read().id == id;
+}
+
+std::string clsSecurity::NewLoginProblem(const TableHome& home, std::string_view login) {
+  constexpr std::string_view kHardBlank = "\xC2\xA0";
+  login = Trim(login);
+  if (login.empty()) return "The login name is missing.  Type one.";
+  if (login.starts_with(kHardBlank) || login.ends_with(kHardBlank))
+    return "The login name begins or ends with a blank.  Type it without.";
+  return IsLoginUnique(home, login, 0) ? "" : "Another user has this login name.  Choose another one.";
 }
 
 int clsSecurity::SaveUserSecurity(const TableHome& home, const DateTime& now) {

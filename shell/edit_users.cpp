@@ -51,8 +51,8 @@ constexpr EntryField kEntryFields[] = {
 FrmEditUsers::FrmEditUsers(Session& session) : Form("frmEditUsers", session.Boxes()), session_(session) {
   SetFormCaption("Users and Rights");
   Add(ControlKind::kList, "lstUsers", "&Users:");
-  Add(ControlKind::kText, "txtLogin", "&Login Name:").max_length = 40;
-  Add(ControlKind::kText, "txtUserName", "Full Na&me:").max_length = 60;
+  Add(ControlKind::kText, "txtLogin", "&Login Name:");
+  Add(ControlKind::kText, "txtUserName", "Full Na&me:");
   Add(ControlKind::kCombo, "cboGroup", "&Group:");
   Add(ControlKind::kCheck, "chkMustChange", "Must choose a new &password at the next login");
   Add(ControlKind::kCheck, "chkDisabled", "Account is d&isabled");
@@ -70,9 +70,15 @@ FrmEditUsers::FrmEditUsers(Session& session) : Form("frmEditUsers", session.Boxe
   Add(ControlKind::kLabel, "lblStatus");
 }
 
+bool FrmEditUsers::OpenTables() {
+  const std::string problem = clsSecurity::UsersProblem(session_.Home());
+  if (!problem.empty()) Boxes().Critical(Caption(), problem);
+  return problem.empty();
+}
+
 void FrmEditUsers::OnOpen() {
   SetRows("cboGroup", {std::begin(kUserGroups), std::end(kUserGroups)});
-  ReadUsers(session_.TheSuite().Login());
+  ReadUsers(session_.Login());
   SetFocus(logins_.empty() ? "txtLogin" : "lstUsers");
 }
 
@@ -104,10 +110,7 @@ void FrmEditUsers::ChooseUser(int row) {
 
 void FrmEditUsers::StartNew() {
   is_new_ = true;
-  clsSecurity user;
-  user.sGroup = "User";
-  user.iMustChange = 1;
-  ShowUser(user);
+  ShowUser(clsSecurity::NewUser());
   SetSelected("lstUsers", 0);
 }
 
@@ -253,17 +256,18 @@ bool FrmEditUsers::OnClose() {
 }
 
 bool FrmEditUsers::IsOwn(const clsSecurity& user) const {
-  return EqualsIgnoreCase(user.osLogin, Trim(session_.TheSuite().Login()));
+  return EqualsIgnoreCase(user.osLogin, session_.Login());
 }
 
 bool FrmEditUsers::IsValid(const clsSecurity& user) {
-  const auto refuse = [this](const char* text, std::string_view control) {
+  const auto refuse = [this](std::string_view text, std::string_view control) {
     Refuse(text, control);
     return false;
   };
-  if (user.osLogin.empty()) return refuse("The login name is missing.  Type one.", "txtLogin");
-  if (is_new_ && !clsSecurity::IsLoginUnique(session_.Home(), user.osLogin, 0))
-    return refuse("Another user has this login name.  Choose another one.", "txtLogin");
+  if (is_new_) {
+    const std::string problem = clsSecurity::NewLoginProblem(session_.Home(), user.osLogin);
+    if (!problem.empty()) return refuse(problem, "txtLogin");
+  }
   if (user.sUserName.empty()) return refuse("The full name is missing.  Type it.", "txtUserName");
   if (IsOwn(user) && user.iDisabled != 0)
     return refuse("You cannot disable your own account.", "chkDisabled");
@@ -308,7 +312,7 @@ void FrmEditUsers::Delete() {
                                    "Delete the user " + Quoted(login) + " with the rights and banks?",
                                    BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
   if (!asked) return;
-  const int code = clsSecurity::DeleteUserSecurity(session_.Home(), login, session_.TheSuite().Login());
+  const int code = clsSecurity::DeleteUserSecurity(session_.Home(), login, session_.Login());
   if (code == kOwnAccount) return;
   if (code != engine::kSuccess && code != engine::kNoRecord) {
     Boxes().Critical("User Delete", "The user " + Quoted(login) +

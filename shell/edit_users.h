@@ -24,6 +24,8 @@ namespace tallwick {
 class FrmEditUsers : public Form {
  public:
   explicit FrmEditUsers(Session& session);
+  // False after a message where the users cannot be read. Call it before the form is opened.
+  bool OpenTables();
 
  protected:
   void OnOpen() override;

@@ -135,7 +135,7 @@ FrmHelp::FrmHelp(Session& session, std::string_view topic)
     : Form("frmHelp", session.Boxes()), session_(session), topic_(topic), pages_(HelpPages()) {
   SetFormCaption("Escrow Accounting Help");
   Add(ControlKind::kList, "lstTopics", "&Topics");
-  Add(ControlKind::kText, "txtKeyword", "&Look up").max_length = 60;
+  Add(ControlKind::kText, "txtKeyword", "&Look up");
   Add(ControlKind::kButton, "cmdFind", "&Find");
   Add(ControlKind::kText, "txtPage", "Page");
   Add(ControlKind::kButton, "cmdClose", "&Close");

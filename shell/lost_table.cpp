@@ -7,6 +7,7 @@
 #include "tables/check_table.h"
 #include "tables/deposit_table.h"
 #include "tables/deposit_xref_table.h"
+#include "tables/users_table.h"
 #include "tables/voucher_table.h"
 #include "tables/wire_table.h"
 #include "tables/xref_table.h"
@@ -60,6 +61,14 @@ std::string WhyBankTableLost(const TableHome& home, std::string_view table) {
   return {};
 }
 
+// Users and their banks are made together, users first.
+std::string WhyUsersLost(const TableHome& home, std::string_view table) {
+  const bool companion = EqualsIgnoreCase(table, kUsersLayout.name) &&
+                         home.files.FileExists(home.folder + std::string(kUserBanksLayout.name) + ".DBF");
+  return companion ? WasThere(std::string(kUserBanksLayout.name) + " with the banks of its users is there")
+                   : std::string();
+}
+
 // Banks without their table, and transactions without their references, cannot have come about by themselves.
 std::string WhyCompanyTableLost(const TableHome& home, std::string_view table) {
   if (!EqualsIgnoreCase(table, kBankLayout.name) && !EqualsIgnoreCase(table, kXrefLayout.name)) return {};
@@ -76,8 +85,9 @@ std::string WhyKnown(const TableHome& home, std::string_view table) {
     return WasThere("its memo file is there");
   if (home.files.FileExists(home.folder + "DBFCOPYS\\" + name + ".DBF"))
     return WasThere("the last copy holds it");
-  const std::string control = home.files.Read(home.folder + "Escrow_Control.txt").value_or("");
-  const bool listed = ("\n" + ToUpper(control)).find("\n" + ToUpper(name) + "=") != std::string::npos;
+  const std::optional<std::string> control = home.files.ReadIfThere(home.folder + "Escrow_Control.txt");
+  if (!control) return "whether it was there can not be told: Escrow_Control.txt can not be read";
+  const bool listed = ("\n" + ToUpper(*control)).find("\n" + ToUpper(name) + "=") != std::string::npos;
   return listed ? WasThere("Escrow_Control.txt lists it") : std::string();
 }
 
@@ -85,6 +95,7 @@ std::string WhyKnown(const TableHome& home, std::string_view table) {
 
 std::string WhyLost(const TableHome& home, std::string_view table) {
   std::string why = WhyKnown(home, table);
+  if (why.empty()) why = WhyUsersLost(home, table);
   if (why.empty()) why = WhyCompanyTableLost(home, table);
   return why.empty() ? WhyBankTableLost(home, table) : why;
 }

@@ -17,7 +17,7 @@ constexpr auto kCommands = std::to_array<MainCommand>({
     {"mnuFileOpen", "&Open Bank Account...", "frmBankSelect", ""},
     {"mnuFileClose", "&Close Bank Account", "", "", 0, kBank},
     {"mnuFileSave", "&Save", "", "", 0, kBank},
-    {"mnuFileCopyDatabases", "Copy &Databases...", "frmCopyDatabases", ""},
+    {"mnuFileCopyDatabases", "Copy &Databases...", "frmCopyDatabases", "", kRightEscrowOffice},
     {"mnuFileRestoreDatabases", "&Restore Databases...", "frmRestoreDatabases", "", kRightEscrowOffice},
     {"mnuFileRebuildReindexTransactions", "Re&build && Reindex Transactions...", "frmMaintenance",
      "Rebuild & Reindex", kRightEscrowOffice},
@@ -83,8 +83,7 @@ int RightOfCommand(std::string_view control) {
 
 bool MayCarryOut(const Session& session, std::string_view control) {
   if (session.MayUse(RightOfCommand(control))) return true;
-  session.Boxes().Critical(kProgramName,
-                           "You do not have the right to use this command.  Ask the administrator for it.");
+  session.Boxes().Critical(kProgramName, kCommandNotGranted);
   return false;
 }
 

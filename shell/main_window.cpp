@@ -16,7 +16,6 @@
 namespace tallwick {
 namespace {
 
-constexpr int kFileNumberLength = 14;
 constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
 
 // A bar of the window, and the command that shows and hides it.
@@ -90,10 +89,10 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
     Add(ControlKind::kFrame, std::string(bar.name), std::string(bar.caption));
     SetValue(bar.command, 1);
   }
-  for (std::string_view panel : {"BankName", "Printer", "Version"})
+  for (std::string_view panel : {"BankName", "Login", "Printer", "Version"})
     Add(ControlKind::kLabel, std::string(panel));
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
-  Add(ControlKind::kCombo, "txtFindFile", "Find a file").max_length = kFileNumberLength;
+  Add(ControlKind::kCombo, "txtFindFile", "Find a file");
   Add(ControlKind::kButton, "cmdFindFile", "Find");
   Add(ControlKind::kGrid, "grdLatestPostings", "Latest postings");
   session_.Watch(this);
@@ -223,7 +222,7 @@ void FrmMainEscrowAccounting::ShowRecentFiles() {
 }
 
 void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
-  if (change != SessionChange::kUser) ShowStatus();
+  ShowStatus();
   if (change != SessionChange::kPrinter) ShowCommands();
   if (change == SessionChange::kBank) figures_.Forget();
   if (change == SessionChange::kBank || change == SessionChange::kPosted) ShowFigures();
@@ -231,6 +230,8 @@ void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
 
 void FrmMainEscrowAccounting::ShowStatus() {
   SetCaption("BankName", TransactionsOpen(session_) ? session_.BankName() : std::string(kTransactionsLocked));
+  const std::string login = session_.Login();
+  SetCaption("Login", login.empty() ? login : "Login: " + login);
   SetCaption("Printer", "Printer: " + (session_.Printer().empty() ? "none" : session_.Printer()));
   SetCaption("Version", "Version: " + VersionTextOf(session_.Version()));
 }

@@ -6,7 +6,7 @@
 //   locked,
 //                  mnuViewToolBar and mnuViewStatusBar while their bar is seen
 //   bars           tbToolBar, sbStatusBar (frames)
-//   status panels  BankName, Printer, Version (labels)
+//   status panels  BankName, Login, Printer, Version (labels)
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
 //                  lblBookBalance, lblOutstandingChecks, lblOutstandingDeposits, lblFilesOverdrawn (labels),
 //                  txtFindFile (combo: a file number, with the branch's latest files on offer), cmdFindFile,

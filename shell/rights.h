@@ -38,4 +38,7 @@ inline constexpr int kRightEscrowReports = 60;
 // No number of the rights string: stands where only the group "Administrator" may.
 inline constexpr int kAdministrator = -1;
 
+inline constexpr std::string_view kCommandNotGranted =
+    "You do not have the right to use this command.  Ask the administrator for it.";
+
 }  // namespace tallwick

@@ -27,14 +27,25 @@ bool Session::MayUse(int right) const {
 }
 
 bool Session::MayUse(int right, bool security_on) const {
-  if (!security_on || right == 0) return true;
-  if (right == kAdministrator) return user_->IsAdministrator();
-  return user_->bLoggedIn && user_->IsSecurityOff(right);
+  return !security_on || user_->MayUse(right);
+}
+
+bool Session::MayUseBank(std::string_view bank_code) const {
+  return !suite_->SecurityOn() || user_->MayUseBank(bank_code);
+}
+
+bool Session::MayReadUser(std::string_view login) const {
+  const bool own = user_->bLoggedIn && EqualsIgnoreCase(user_->osLogin, Trim(login));
+  return own || MayUse(kAdministrator);
+}
+
+std::string Session::Login() const {
+  return std::string(Trim(suite_->Login()));
 }
 
 void Session::ReloadUser() {
   *user_ = clsSecurity();
-  if (suite_->SecurityOn()) user_->LoadUserSecurity(*home_, suite_->Login());
+  if (suite_->SecurityOn()) user_->LoadUserSecurity(*home_, Login());
   NotifyChanged(SessionChange::kUser);
 }
 

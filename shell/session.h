@@ -92,6 +92,8 @@ class Session {
   // For opening tables of one's own.
   const TableHome& Home() const { return *home_; }
 
+  // The login name that the suite hands over, without blanks around it; "" where nobody has logged in.
+  std::string Login() const;
   // Ends with "\".
   const std::string& DataPath() const { return data_path_; }
 
@@ -107,6 +109,12 @@ class Session {
   bool MayUse(int right) const;
   // The same for a caller that has asked the suite already whether security is on.
   bool MayUse(int right, bool security_on) const;
+  // True when the current user may work in the bank, to read or to post: always while security is off, else
+  // when the bank is among the user's.
+  bool MayUseBank(std::string_view bank_code) const;
+  // True when the current user may look at the record of the user with the login: an administrator, and
+  // everybody at the own one.
+  bool MayReadUser(std::string_view login) const;
   // Reads the suite's login again: loads that user's record while security is on, else forgets the user's
   // rights.
   void ReloadUser();

@@ -63,7 +63,7 @@ class StartUpRun {
     const std::string data = WithBackslash(Trim(suite.DataPath()));
     std::string settings = WithBackslash(Trim(suite.SettingsPath()));
     const bool in_data = !data.empty() && ToUpper(settings).rfind(ToUpper(data), 0) == 0;
-    if (in_data && !ports_.files.FolderExists(data)) settings.clear();
+    if (in_data && !DataPathProblem(ports_.files, data).empty()) settings.clear();
     session_->launcher_ = std::make_unique<clsLauncher>(ports_.files, ports_.registry, settings);
     session_->launcher_->SetAppName("Tallwick.exe");
     session_->launcher_->Load();
@@ -71,15 +71,8 @@ class StartUpRun {
 
   bool ProveDataPath() {
     const std::string path = WithBackslash(Trim(session_->TheSuite().DataPath()));
-    std::string problem;
-    if (path.empty()) {
-      problem = "The suite names no data folder for the company.";
-    } else if (!ports_.files.FolderExists(path)) {
-      problem = "The folder does not exist or cannot be reached.";
-    }
-    if (!problem.empty()) {
-      const std::string shown = path.empty() ? path : ports_.files.PlatformPath(path);
-      ports_.boxes.Critical(kProgramName, "Company Data Path error: " + problem + "\r(" + shown + ")");
+    if (const std::string problem = DataPathProblem(ports_.files, path); !problem.empty()) {
+      ports_.boxes.Critical(kProgramName, problem);
       return false;
     }
     session_->data_path_ = path;
@@ -166,6 +159,21 @@ class StartUpRun {
   std::unique_ptr<Session> session_;
   StartUpOutcome outcome_;
 };
+
+std::string DataPathProblem(const FileSystem& files, std::string_view data_path) {
+  const std::string path = WithBackslash(Trim(data_path));
+  std::string problem;
+  if (path.empty()) {
+    problem = "The suite names no data folder for the company.";
+  } else if (!files.FolderExists(path)) {
+    problem = "The folder does not exist or cannot be reached.";
+  } else if (!files.FolderIsReadable(path)) {
+    problem = "The folder cannot be read.  Ask for the right to read and write in it.";
+  }
+  if (problem.empty()) return {};
+  return "Company Data Path error: " + problem + "\r(" + (path.empty() ? path : files.PlatformPath(path)) +
+         ")";
+}
 
 StartUpOutcome StartUp(const Ports& ports, const SuiteFactory& attach) {
   return StartUpRun(ports, attach).Run();

@@ -32,6 +32,10 @@ struct StartUpOutcome {
   std::vector<std::string> made_tables;  // names of company-wide tables that were missing and have been made
 };
 
+// "Company Data Path error: " with what is wrong with the company's folder and the folder itself; "" when it
+// exists and can be read.
+std::string DataPathProblem(const FileSystem& files, std::string_view data_path);
+
 // Attaches, registers, proves the data path, starts the engine, loads the user, opens the company-wide tables
 // (made where they are missing). Every failure has shown its message.
 StartUpOutcome StartUp(const Ports& ports, const SuiteFactory& attach);

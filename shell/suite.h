@@ -7,6 +7,7 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace tallwick {
 
@@ -39,6 +40,8 @@ class Suite {
     (void)file_no;
     return std::nullopt;
   }
+  // The escrow files of that list, in any order; nullopt where it offers none.
+  virtual std::optional<std::vector<std::string>> Files() const { return std::nullopt; }
 };
 
 // Attaches to the running suite; null when none runs. It never starts one.

@@ -1,5 +1,6 @@
 #include "suite/suite_server.h"
 
+#include <QJsonArray>
 #include <QLocalSocket>
 
 #include "ui/suite_protocol.h"
@@ -52,6 +53,10 @@ QJsonObject SuiteServer::Answer(const QJsonObject& request) {
     if (!settings_.file_list) return {{"known", QJsonValue::Null}};
     return {{"known", settings_.file_list->contains(number)}};
   }
+  if (asked == "files") {
+    if (!settings_.file_list) return {{"files", QJsonValue::Null}};
+    return {{"files", QJsonArray::fromStringList(*settings_.file_list)}};
+  }
   if (asked == "branch") {
     const QString branch = request["branch"].toString();
     if (settings_.branches.contains(branch)) settings_.branch = branch;
@@ -61,7 +66,7 @@ QJsonObject SuiteServer::Answer(const QJsonObject& request) {
     emit EndAsked();
     return {{"ended", true}};
   }
-  return {{"error", "Unknown question: ask for state, register, file, branch or quit."}};
+  return {{"error", "Unknown question: ask for state, register, file, files, branch or quit."}};
 }
 
 QJsonObject SuiteServer::State() const {

@@ -1,5 +1,6 @@
 #include "tables/bank_table.h"
 
+#include "core/encoding.h"
 #include "core/text.h"
 #include "tables/bank_code.h"
 #include "tables/bank_tables.h"
@@ -10,10 +11,11 @@ namespace tallwick {
 namespace {
 
 constexpr int kCodeWidth = 8;
+constexpr int kNameWidth = 60;
 
 constexpr std::array kColumns = {
     Text<&BankRecord::code>("BANKCODE", kCodeWidth),
-    Text<&BankRecord::name>("BANKNAME", 60),
+    Text<&BankRecord::name>("BANKNAME", kNameWidth),
     Text<&BankRecord::address1>("BANKADDR1", 40),
     Text<&BankRecord::address2>("BANKADDR2", 40),
     Text<&BankRecord::city_state>("BANKCITYST", 40),
@@ -100,6 +102,11 @@ std::vector<BankRecord> BankTable::InNameOrder() {
   std::vector<BankRecord> banks;
   for (bool found = Top("BANKNAME"); found; found = Skip()) banks.push_back(Read());
   return banks;
+}
+
+std::string BankTable::NameKey(const BankRecord& bank) {
+  const std::string key = KeyPart(bank.name, kNameWidth) + KeyPart(bank.code, kCodeWidth);
+  return ToWindows1252(key).value_or(key);
 }
 
 int BankTable::AddBank(const BankRecord& bank) {

@@ -68,6 +68,8 @@ class BankTable : public TypedTable<BankRecord> {
   bool SeekCode(std::string_view code);  // in the tag BANKCODE
   std::optional<BankRecord> Find(std::string_view code);
   std::vector<BankRecord> InNameOrder();
+  // The bank's key in that order, for where the index cannot be trusted: bytes that compare as its tag does.
+  static std::string NameKey(const BankRecord& bank);
   // Adds the bank and makes those of its tables that are missing. A code that cannot name tables is refused
   // with a message (engine::kErrorFieldValue). Codes otherwise as Add.
   int AddBank(const BankRecord& bank);

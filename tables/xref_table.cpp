@@ -63,6 +63,23 @@ FileReferences XrefTable::LookUpFile(std::string_view file_number) {
   return found;
 }
 
+// From behind the last key with the beginning back, from file to file.
+std::vector<std::string> XrefTable::LastFiles(std::string_view beginning, std::size_t most) {
+  constexpr std::string_view kLastCharacter = "\u00F7";  // no key has a greater byte
+  const std::string key = UpperKey(Trim(beginning));
+  std::string behind = key;
+  for (auto place = key.size(); place < kFileWidth; ++place) behind += kLastCharacter;
+  std::vector<std::string> files;
+  Seek("XRFSFILEBK", behind);
+  for (bool on_record = Skip(-1); on_record && files.size() < most;) {
+    std::string file = Read().file_number;
+    if (file.empty() || !UpperKey(file).starts_with(key)) break;
+    on_record = Seek("XRFSFILEBK", KeyPart(file, kFileWidth)) && Skip(-1);
+    files.push_back(std::move(file));
+  }
+  return files;
+}
+
 bool XrefTable::SeekReference(const XrefRecord& record) {
   std::string key = KeyPart(record.file_number, kFileWidth) + KeyPart(record.bank_code, kBankWidth) +
                     KeyPart(record.kind, kKindWidth);

@@ -29,6 +29,9 @@ class XrefTable : public TypedTable<XrefRecord> {
   explicit XrefTable(const TableHome& home);
   // Nothing for a blank file number.
   FileReferences LookUpFile(std::string_view file_number);
+  // The file numbers that begin with the text, in any case, the last in the order of the tag first; at most
+  // `most`.
+  std::vector<std::string> LastFiles(std::string_view beginning, std::size_t most);
   // On the record, in the tag XRFSFILEBK. The reference may have other blanks around it than the stored one.
   bool SeekReference(const XrefRecord& record);
 };

@@ -43,19 +43,39 @@ void ShowNegative(QWidget& widget, const QString& text) {
   SetStyleProperty(widget, "negative", negative);
 }
 
-// Enter goes on to the field while no offer is marked, as if none were shown.
-class EnterPastOffers : public QObject {
+// Line breaks and tabs that come with a paste stand in a field of one line as signs: a form that refuses them
+// is understood only where they are seen.
+constexpr QChar kBreakSign(0x21B5);
+constexpr QChar kTabSign(0x21E5);
+
+QString WithSigns(QString text) {
+  text.replace("\r\n", kBreakSign);
+  for (const QChar line_break : {QChar('\n'), QChar('\r'), QChar(QChar::LineSeparator)}) {
+    text.replace(line_break, kBreakSign);
+  }
+  return text.replace('\t', kTabSign);
+}
+
+QString WithoutSigns(QString text) {
+  return text.replace(kBreakSign, '\n').replace(kTabSign, '\t');
+}
+
+// Keys that are no business of the offers go on to the field, with whatever listens there, as if none were
+// shown: Enter while no offer is marked, and the function keys.
+class KeysPastOffers : public QObject {
  public:
-  EnterPastOffers(QCompleter& completer, QLineEdit& edit)
+  KeysPastOffers(QCompleter& completer, QLineEdit& edit)
       : QObject(&completer), popup_(*completer.popup()), edit_(edit) {
     popup_.installEventFilter(this);
   }
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
-    if (event->type() != QEvent::KeyPress || popup_.currentIndex().isValid()) return false;
+    if (event->type() != QEvent::KeyPress) return false;
     const int key = static_cast<QKeyEvent*>(event)->key();
-    if (key != Qt::Key_Return && key != Qt::Key_Enter) return false;
+    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
+    const bool function = key >= Qt::Key_F1 && key <= Qt::Key_F12;
+    if (!function && (!enter || popup_.currentIndex().isValid())) return false;
     popup_.hide();
     QCoreApplication::sendEvent(&edit_, event);
     return true;
@@ -71,16 +91,19 @@ class BoundLineEdit : public BoundWidget {
   BoundLineEdit(QLineEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
     const bool number = control.kind == ControlKind::kAmount || control.kind == ControlKind::kNumber;
     if (number) edit.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    if (control.max_length > 0) edit.setMaxLength(control.max_length);
-    QObject::connect(&edit, &QLineEdit::textEdited, &edit,
-                     [&control, &events](const QString& text) { events.TextTyped(control, text); });
+    QObject::connect(&edit, &QLineEdit::textEdited, &edit, [this, &control, &events](const QString& text) {
+      ShowBreaks(text);
+      events.TextTyped(control, WithoutSigns(edit_.text()));
+    });
     if (control.kind == ControlKind::kCombo) OfferRows(control, events);
   }
   void Show(const Control& control) override {
-    const QString text = QString::fromStdString(control.text);
+    const QString text = WithSigns(QString::fromStdString(control.text));
     if (edit_.text() != text) {
       edit_.setText(text);
-      if (!edit_.hasFocus()) edit_.home(false);  // a long text is seen from its beginning
+      // Put there while the cursor stands in it, it is replaced by typing; else a long text is seen from its
+      // beginning.
+      edit_.hasFocus() ? edit_.selectAll() : edit_.home(false);
     }
     if (offers_ != nullptr) {
       QStringList rows;
@@ -92,8 +115,17 @@ class BoundLineEdit : public BoundWidget {
   }
   QWidget* Widget() const override { return &edit_; }
   void SelectText() override { edit_.selectAll(); }
+  void SelectForTyping() override { edit_.selectAll(); }
 
  private:
+  void ShowBreaks(const QString& typed) {
+    const QString shown = WithSigns(typed);
+    if (shown == typed) return;
+    const auto behind = typed.size() - edit_.cursorPosition();
+    edit_.setText(shown);
+    edit_.setCursorPosition(static_cast<int>(shown.size() - behind));
+  }
+
   // The rows of a combo drop down under the text while it is typed; the form has chosen them already.
   void OfferRows(const Control& control, WidgetEvents& events) {
     auto* completer = new QCompleter(&edit_);
@@ -101,7 +133,7 @@ class BoundLineEdit : public BoundWidget {
     completer->setModel(offers_);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     edit_.setCompleter(completer);
-    new EnterPastOffers(*completer, edit_);  // the completer's child
+    new KeysPastOffers(*completer, edit_);  // the completer's child
     const auto choose = [this, &control, &events](const QString& text) {
       const auto row = offers_->stringList().indexOf(text);
       if (row >= 0) events.RowChosen(control, static_cast<int>(row) + 1);
@@ -114,6 +146,8 @@ class BoundLineEdit : public BoundWidget {
   QStringListModel* offers_ = nullptr;
 };
 
+// A text of several lines, in which Enter makes a new one: it is not selected when it is entered, or Enter
+// would wipe it out.
 class BoundTextEdit : public BoundWidget {
  public:
   BoundTextEdit(QPlainTextEdit& edit, const Control& control, WidgetEvents& events) : edit_(edit) {
@@ -179,6 +213,10 @@ class BoundCombo : public BoundWidget {
     ShowState(combo_, control);
   }
   QWidget* Widget() const override { return &combo_; }
+  void SelectText() override {
+    if (combo_.isEditable()) combo_.lineEdit()->selectAll();
+  }
+  void SelectForTyping() override { SelectText(); }
 
  private:
   QComboBox& combo_;

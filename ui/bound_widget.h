@@ -32,6 +32,8 @@ class BoundWidget {
   virtual QWidget* Widget() const = 0;
   // Selects the whole text, where there is one.
   virtual void SelectText() {}
+  // The same when the cursor comes in, where the next key is to replace the text.
+  virtual void SelectForTyping() {}
 };
 
 // The binding that fits the object's class; null for an object that shows nothing. The control, the object

@@ -33,7 +33,7 @@ constexpr FieldLook kPayee{
     "txtCheckPayee",
     "Who the check is made out to. Payees known from earlier checks are offered as you "
     "type; F4 opens their list.",
-    0, true};
+    0, true, true};
 constexpr FieldLook kAddress[] = {
     {"txtCheckAddr1", "The first line of the payee's address."},
     {"txtCheckAddr2", "The second line of the payee's address."},
@@ -41,14 +41,15 @@ constexpr FieldLook kAddress[] = {
 };
 constexpr FieldLook kCharge[] = {
     {"txtCheckAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", kMiddle, true},
-    {"txtCheckFileNumber", "The escrow file that the check is charged to.", kMiddle, true},
+    {"txtCheckFileNumber", "The escrow file that the check is charged to. F4 opens a list.", kMiddle, true,
+     true},
     {"txtCheckAcctPeriod",
      "The accounting period in which the check counts. It must lie after the last reconciliation. F2 opens a "
      "calendar.",
      kShort, true},
     {"txtCheckVoucherNumber",
      "The voucher that authorises the check, where there is one. F4 takes the next unused one of the file.",
-     kShort},
+     kShort, false, true},
 };
 constexpr FieldLook kMore[] = {
     {"txtTIN", "The payee's taxpayer number.", kMiddle},
@@ -102,7 +103,6 @@ void AddEntry(PostingLayout& layout) {
   AddPayee(layout);
   QGridLayout& charge = AddGroup(layout, "Amount and file");
   for (const FieldLook& look : kCharge) layout.AddField(charge, look);
-  layout.Entry().findChild<QLineEdit*>("txtCheckVoucherNumber")->setProperty("lookUp", true);
   QGridLayout& more = AddGroup(layout, "More");
   for (const FieldLook& look : kMore) layout.AddField(more, look);
   AddAdvice(layout, more);
@@ -115,21 +115,25 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditClearChecks"},
                            {"mnuEditVoidChecks"},
                            {"mnuEditStopPaymentChecks"},
+                           {},
                            {"mnuEditRenumberCheck"},
                            {"mnuEditRemoveCheck"},
                            {"mnuEditUseNextHigherCheckNumber", "Ctrl+H"},
                            {"mnuEditAddressBook"},
+                           {},
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"},
                            {"mnuEditReconcileAccount"}});
-  layout.AddMenu("&View",
-                 {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
-  layout.AddMenu("Option&s", {{"mnuOptionsAll"},
+  layout.AddMenu(
+      "&View",
+      {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {}, {"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu("Opt&ions", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},
                               {"mnuOptionsVoids"},
                               {"mnuOptionsStopPayment"},
+                              {},
                               {"mnuOptionsWarnHigherNumber"},
                               {"mnuOptionsUsePrintPreview"},
                               {"mnuOptionsDefaultPeriod"}});
@@ -148,7 +152,7 @@ std::unique_ptr<QWidget> MakeCheckWindow() {
   AddEntry(layout);
   layout.AddNotes({"lblCheckStatus", "lblEditMessage", "lblHighestCheckNumber", "lblVoucherInformation"});
   layout.AddButtons({"cmdSetOutstanding", "cmdPrint", "cmdDone"});
-  layout.AddPayeeLookUp();
+  for (const LookUpLook& look : {kPayeeLookUp, kFileLookUp}) layout.AddLookUp(look);
   layout.AddRegister({"lstCheckNumbers", "Posted checks",
                       "No check has been posted to this bank account yet. Enter the first one at the left.",
                       "Ctrl+F: number, payee, amount, file", 2, kLists});

@@ -30,6 +30,13 @@ void ShowBeginning(QWidget& widget, const QFocusEvent& left) {
   if (edit != nullptr && !comes_back) edit->home(false);
 }
 
+// Entered by a key or by the form. The mouse puts the cursor where it is pressed, and a field to which the
+// cursor comes back from a box or a menu is as it was left.
+bool IsEntered(Qt::FocusReason reason) {
+  return reason != Qt::MouseFocusReason && reason != Qt::ActiveWindowFocusReason &&
+         reason != Qt::PopupFocusReason && reason != Qt::MenuBarFocusReason;
+}
+
 QString WithoutMnemonic(QString caption) {
   caption.replace(QRegularExpression("&(.)"), "\\1");
   return caption.remove(QRegularExpression(":\\s*$"));
@@ -181,6 +188,7 @@ void FormBinder::ShowCaption(const Control& control) {
   if (label == labels_.end()) return;
   if (!control.caption.empty()) label->second->setText(QString::fromStdString(control.caption));
   label->second->setVisible(control.visible);
+  label->second->setEnabled(control.enabled);
 }
 
 void FormBinder::ShowDependants(const Control& control) {
@@ -202,6 +210,7 @@ void FormBinder::MarkHeadings(const Control& control) {
 void FormBinder::PlaceCursor() {
   if (!form_.IsOpen()) return;
   const Control* control = cursor_ != nullptr ? cursor_ : form_.Focus();
+  const bool moved = cursor_ != nullptr;
   cursor_ = nullptr;
   if (control == nullptr) return;
   QWidget* widget = WidgetOf(*control);
@@ -211,6 +220,8 @@ void FormBinder::PlaceCursor() {
     widget->setFocus(Qt::OtherFocusReason);
     --running_;
   }
+  // A window that is not active yet is not told that the field is entered.
+  if (moved) bound_[control].front()->SelectForTyping();
   if (control->refused) bound_[control].front()->SelectText();
 }
 
@@ -296,12 +307,20 @@ void FormBinder::WidgetEntered(QWidget* widget) {
   form_.Enter(control->name, control->index);
 }
 
+// The form may have moved the cursor on when it was told of the entry.
+void FormBinder::SelectForTyping(QWidget& widget) {
+  const Control* control = ControlOf(&widget);
+  if (control != nullptr && widget.hasFocus()) bound_[control].front()->SelectForTyping();
+}
+
 bool FormBinder::eventFilter(QObject* watched, QEvent* event) {
   auto* widget = qobject_cast<QWidget*>(watched);
   if (widget == nullptr) return false;
   if (event->type() == QEvent::FocusIn) {
-    if (static_cast<QFocusEvent*>(event)->reason() != Qt::MouseFocusReason) {
+    const Qt::FocusReason reason = static_cast<QFocusEvent*>(event)->reason();
+    if (reason != Qt::MouseFocusReason) {
       WidgetEntered(widget);
+      if (IsEntered(reason)) SelectForTyping(*widget);
     } else if (qobject_cast<QAbstractButton*>(widget) == nullptr) {
       // Wait until the press has been dealt with: a message box shown from within it would swallow the
       // release. A button's click enters the button by itself.

@@ -3,7 +3,8 @@
 // names).
 //
 // The form decides everything. The binder turns focus, keys, typing and clicks into the form's events and
-// shows what the form says. While an event runs, focus changes that message boxes and nested windows cause
+// shows what the form says. A field that is entered by a key or by the form has its text selected, so that
+// typing replaces it. While an event runs, focus changes that message boxes and nested windows cause
 // are not passed on; when it has ended, the cursor stands where the form wants it.
 #pragma once
 
@@ -52,6 +53,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
 
  signals:
   void CaptionSet(const QString& caption);
+  void EventEnded();  // the form has dealt with something that the user did
   void FormClosed();
 
  protected:
@@ -65,6 +67,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
     ~Running() {
       if (--binder_.running_ > 0) return;
       binder_.PlaceCursor();
+      emit binder_.EventEnded();
       if (binder_.work_waits_) binder_.work_timer_.start();
     }
     Running(const Running&) = delete;
@@ -101,11 +104,13 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void MarkHeadings(const Control& control);
   void PlaceCursor();
   void WidgetEntered(QWidget* widget);
+  void SelectForTyping(QWidget& widget);
   const Control* ControlOf(const QObject* widget) const;
   QWidget* WidgetOf(const Control& control) const;
 
   bool HandleKey(QWidget& widget, const QKeyEvent& key);
   bool HandleEnter(QWidget& widget, const QKeyEvent& key);
+  void ClickMain(QWidget& from, QPushButton& main);
   bool ShowFieldHelp(QWidget& widget);  // false where the field has none
   void ShowCalendar(QWidget& widget, const Control& control, const QString& title = {});
   void ShowCalendarOf(const QObject* command);

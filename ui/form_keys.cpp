@@ -28,6 +28,11 @@ bool IsRequired(const QWidget& widget) {
   return widget.property("required").toBool();
 }
 
+// A screen whose rows lead to other screens has a button for that.
+bool OpensRows(Form& form) {
+  return form.Find("cmdOpenItem") != nullptr || form.Find("cmdOpenLedger") != nullptr;
+}
+
 // What Enter does in a filled entry: the work of the main button.
 QString EnterText(const QPushButton& main) {
   if (main.objectName() == "cmdOk") return QObject::tr("Enter posts");
@@ -41,6 +46,8 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   QStringList keys;
   if (widget.property("finds").isValid()) {
     keys << tr("Enter next match") << tr("Down takes the row");
+  } else if (widget.property("searches").toBool()) {
+    keys << tr("Up Down other row") << tr("Enter takes the row");
   } else if (qobject_cast<const QPlainTextEdit*>(&widget) != nullptr) {
     keys << tr("Tab next field") << tr("Ctrl+Enter post");
   } else if (control != nullptr && control->index != 0) {
@@ -48,9 +55,11 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
   } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
     keys << (MainButton() != nullptr && IsFilled() ? EnterText(*MainButton()) : tr("Enter next field"));
   } else if (IsRegister(control)) {
-    keys << tr("Enter to the entry") << tr("Ctrl+F find");
+    keys << (OpensRows(form_) ? tr("Enter opens it") : tr("Enter to the entry")) << tr("Ctrl+F find");
   }
-  if (control != nullptr && control->kind == ControlKind::kCheckList) keys << tr("Space check or clear");
+  const bool marks = control != nullptr &&
+                     (control->kind == ControlKind::kCheckList || control->kind == ControlKind::kCheck);
+  if (marks) keys << tr("Space check or clear");
   if (control != nullptr && HasCalendar(*control)) keys << tr("F2 calendar");
   if (widget.property("lookUp").toBool()) keys << tr("F4 look-up");
   if (!widget.whatsThis().isEmpty()) keys << tr("F1 help");
@@ -71,9 +80,9 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
       ShowCalendar(widget, *control);
       return true;
     case Qt::Key_Up:
-      return MoveInColumn(control, -1);
+      return MoveInColumn(control, -1) || PassKey("Up");
     case Qt::Key_Down:
-      return MoveInColumn(control, 1);
+      return MoveInColumn(control, 1) || PassKey("Down");
     case Qt::Key_F4:
       PassKey("F4");
       return true;
@@ -89,18 +98,25 @@ bool FormBinder::HandleEnter(QWidget& widget, const QKeyEvent& key) {
     return true;
   }
   if (qobject_cast<QPlainTextEdit*>(&widget) != nullptr && !control_held) return false;
-  if (!control_held && PassKey("Enter")) return true;
+  if (PassKey(control_held ? "Ctrl+Enter" : "Enter")) return true;
   if (IsRegister(ControlOf(&widget))) {
     GoToFirstField();  // to what the row brought into the entry; a register never posts
     return true;
   }
   QPushButton* main = MainButton();
   if (main != nullptr && (control_held || IsFilled())) {
-    main->click();
+    ClickMain(widget, *main);
   } else {
     GoToNextField(widget);
   }
   return true;
+}
+
+// A key has not moved the cursor to the button: it stays in its field where the form has not moved it on.
+void FormBinder::ClickMain(QWidget& from, QPushButton& main) {
+  main.click();
+  const bool at_button = form_.IsOpen() && form_.Focus() != nullptr && form_.Focus() == ControlOf(&main);
+  if (at_button && CanBeEntered(from)) from.setFocus(Qt::OtherFocusReason);
 }
 
 bool FormBinder::PassKey(const char* key) {
@@ -136,7 +152,7 @@ void FormBinder::ShowCalendar(QWidget& widget, const Control& control, const QSt
   popup->setAccessibleName(title);
   connect(popup, &CalendarPopup::Chosen, this, [this, &control](const QString& text) {
     TextTyped(control, text);
-    if (QWidget* field = WidgetOf(control)) field->setFocus(Qt::OtherFocusReason);
+    FocusMoved(control);
   });
   popup->Open();
 }

@@ -70,6 +70,7 @@ QLineEdit* PostingLayout::MakeField(const FieldLook& look) {
   field->setWhatsThis(QObject::tr(look.help));
   if (look.width > 0) field->setFixedWidth(look.width);
   if (look.required) field->setProperty("required", true);
+  if (look.looks_up) field->setProperty("lookUp", true);
   return field;
 }
 
@@ -96,7 +97,7 @@ QLineEdit& PostingLayout::AddFieldBeside(QGridLayout& grid, const FieldLook& loo
 
 void PostingLayout::AddPayeeField(QGridLayout& grid, const FieldLook& look) {
   QPushButton* list = MakeBesideButton("cmdRolodex", "Opens the list of payees (F4).");
-  AddFieldBeside(grid, look, list).setProperty("lookUp", true);
+  AddFieldBeside(grid, look, list);
 }
 
 QLabel* PostingLayout::MakeLabel(const char* name, const char* role) {
@@ -187,27 +188,33 @@ void PostingLayout::AddRegister(const RegisterLook& look) {
   register_column_->addWidget(view, 1);
 }
 
-void PostingLayout::AddPayeeLookUp() {
+void PostingLayout::AddLookUp(const LookUpLook& look) {
   QWidget& pane = *register_column_->parentWidget();
   auto* head = new QHBoxLayout;
   head->setSpacing(kGap);
   auto* find = new QLineEdit(&pane);
-  find->setObjectName("txtFindPayee");
-  find->setWhatsThis(QObject::tr("Type any part of the name or the address."));
+  find->setObjectName(look.find);
+  find->setWhatsThis(QObject::tr(look.help));
+  find->setProperty("searches", true);
   head->addWidget(MakeCaption(*find, pane));
   head->addWidget(find, 1);
-  for (const char* name : {"cmdUsePayee", "cmdClosePayees"}) head->addWidget(NewButton(name, pane));
+  for (const char* name : {look.use, look.close}) head->addWidget(NewButton(name, pane));
   register_column_->addLayout(head);
   auto* view = new RegisterView(&pane);
-  view->setObjectName("lstPayees");
-  view->SetEmptyText(QObject::tr("No payee has this in name or address."));
-  view->setProperty("wideColumn", 0);
+  view->setObjectName(look.list);
+  view->setProperty("wideColumn", look.wide_column);
+  view->SetEmptyText(QObject::tr(look.empty));
+  view->setProperty("searches", true);
   register_column_->addWidget(view, 1);
 }
 
 void PostingLayout::AddMenu(const char* title, std::initializer_list<CommandLook> commands) {
   QMenu* menu = window_.menuBar()->addMenu(QObject::tr(title));
   for (const CommandLook& command : commands) {
+    if (*command.name == 0) {
+      menu->addSeparator();
+      continue;
+    }
     auto* action = new QAction(&window_);
     action->setObjectName(command.name);
     action->setShortcut(QKeySequence(command.shortcut));

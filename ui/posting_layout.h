@@ -22,10 +22,33 @@ struct FieldLook {
   const char* help;  // for F1
   int width = 0;     // pixels; 0 = as wide as there is room
   bool required = false;
+  bool looks_up = false;  // F4 shows a list of what it may hold
 };
 
+// A list in which a person looks for what an entry may hold, with its search box and buttons.
+struct LookUpLook {
+  const char *find, *list, *use, *close;
+  const char* help;   // for F1 in the search box
+  const char* empty;  // what the list says when nothing is found
+  int wide_column;
+};
+inline constexpr LookUpLook kPayeeLookUp{"txtFindPayee",
+                                         "lstPayees",
+                                         "cmdUsePayee",
+                                         "cmdClosePayees",
+                                         "Type any part of the name or the address.",
+                                         "No payee has this in name or address.",
+                                         0};
+inline constexpr LookUpLook kFileLookUp{"txtFindFile",
+                                        "lstFiles",
+                                        "cmdUseFile",
+                                        "cmdCloseFiles",
+                                        "Type the beginning of the file number.",
+                                        "No file number begins with this.",
+                                        1};
+
 struct CommandLook {
-  const char* name;
+  const char* name = "";  // "" parts what stands above from what stands below
   const char* shortcut = "";
 };
 
@@ -69,7 +92,7 @@ class PostingLayout {
   // The posting button at the left, the others at the right.
   void AddButtons(std::initializer_list<const char*> others);
   void AddRegister(const RegisterLook& look);
-  void AddPayeeLookUp();  // before the register
+  void AddLookUp(const LookUpLook& look);  // before the register
   void AddMenu(const char* title, std::initializer_list<CommandLook> commands);
   void AddStatusBar();
 

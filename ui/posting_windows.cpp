@@ -23,9 +23,9 @@ constexpr FieldLook kWireFields[] = {
      144, true},
     {"txtWireDated", "The date of the wire: month, day, year, as 3/15/2024. F2 opens a calendar.", kDateWidth,
      true},
-    {"txtWirePayee", "Who the money goes to.", 0, true},
+    {"txtWirePayee", "Who the money goes to. F4 opens the list of payees.", 0, true, true},
     {"txtWireAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", 144, true},
-    {"txtWireFileNumber", "The escrow file that the wire is charged to.", 144, true},
+    {"txtWireFileNumber", "The escrow file that the wire is charged to. F4 opens a list.", 144, true, true},
     {"txtWireControl", "Operator or control number.", 144},
     {"txtWireAcctPeriod", "The accounting period, in the form that the bank uses. F2 opens a calendar.",
      kDateWidth, true},
@@ -35,9 +35,9 @@ constexpr FieldLook kWireFields[] = {
 
 constexpr FieldLook kVoucherFields[] = {
     {"txtVCHRNumber", "The voucher's number. Type that of a posted voucher to see it.", 112, true},
-    {"txtVCHRFileNumber", "The escrow file whose money is set aside.", 144, true},
+    {"txtVCHRFileNumber", "The escrow file whose money is set aside. F4 opens a list.", 144, true, true},
     {"txtVCHRDated", "The date of the voucher: month, day, year. F2 opens a calendar.", kDateWidth, true},
-    {"txtVCHRPayee", "Who will be paid.", 0, true},
+    {"txtVCHRPayee", "Who will be paid. F4 opens the list of payees.", 0, true, true},
     {"txtVCHRReason", "What the payment is for."},
     {"txtVCHRAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", 144, true},
     {"txtVCHRAcctPeriod", "The accounting period, in the form that the bank uses. F2 opens a calendar.",
@@ -108,7 +108,7 @@ void AddItemFields(PostingLayout& layout, QGridLayout& grid, std::span<const Fie
 }
 
 void FinishItemWindow(PostingLayout& layout, const RegisterLook& look) {
-  layout.AddPayeeLookUp();
+  for (const LookUpLook& one : {kPayeeLookUp, kFileLookUp}) layout.AddLookUp(one);
   layout.AddRegister(look);
   layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
   layout.AddStatusBar();
@@ -151,7 +151,8 @@ void AddDepositLine(PostingLayout& layout, QGridLayout& grid, int line) {
   QLabel* number = layout.MakeLabel("", "muted");
   number->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
   QLineEdit* file = layout.MakeField(
-      {"", "The escrow file that the money is for. Emptied, a posted line is deleted.", 128});
+      {"", "The escrow file that the money is for. F4 opens a list. Emptied, a posted line is deleted.", 128,
+       false, true});
   QLineEdit* source = layout.MakeField({"", "Who the money came from."});
   QLineEdit* amount = layout.MakeField({"", "Dollars and cents, as 1250, 1,250.00 or $1250.", kAmountWidth});
   auto* wire_in = new QCheckBox(&layout.Entry());
@@ -170,12 +171,15 @@ void AddDepositLines(PostingLayout& layout) {
   grid->setHorizontalSpacing(4);
   grid->setVerticalSpacing(2);
   grid->setColumnStretch(2, 1);
+  grid->setColumnMinimumWidth(4, 64);
   grid->setColumnMinimumWidth(5, 80);
-  const char* headings[] = {"", "File Number", "Source", "Amount", "Wire In", ""};
-  for (int column = 0; column < 6; ++column) {
-    QLabel* heading = MutedLabel(headings[column], layout.Entry());
-    grid->addWidget(heading, 0, column, column == 3 ? Qt::AlignRight : Qt::AlignLeft);
-  }
+  const std::pair<const char*, Qt::Alignment> headings[] = {{"File Number", Qt::AlignLeft},
+                                                            {"Source", Qt::AlignLeft},
+                                                            {"Amount", Qt::AlignRight},
+                                                            {"Wire In", Qt::AlignHCenter}};
+  int column = 1;
+  for (const auto& [heading, side] : headings)
+    grid->addWidget(MutedLabel(heading, layout.Entry()), 0, column++, side);
   for (int line = 1; line <= kDepositItems; ++line) AddDepositLine(layout, *grid, line);
   const int foot = kDepositItems + 1;
   grid->addWidget(layout.MakeLabel("lblItemCount", "muted"), foot, 2, Qt::AlignRight);
@@ -195,14 +199,16 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
   auto* calendar = window->findChild<QPushButton*>("cmdCalendar");
   calendar->setProperty("calendarOf", "txtDepositAcctPeriod");
   calendar->setProperty("calendarTitle", QObject::tr("Deposit Accounting Period"));
+  layout.AddLookUp(kFileLookUp);
   layout.AddRegister(kDeposits);
   layout.AddMenu("&Edit", {{"mnuEditUseTodaysDateandNextSequence", "Ctrl+H"},
                            {"mnuEditInsertCurrentFile", "Ctrl+I"},
+                           {},
                            {"mnuEditCutLineItems", "Ctrl+Shift+X"},
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
   layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
-  layout.AddMenu("Option&s", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
+  layout.AddMenu("Opt&ions", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
   layout.AddStatusBar();
   return window;
 }
@@ -224,9 +230,14 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
     cleared->setText(QString::number(item));
     cleared->setAccessibleName(QObject::tr("Item %1 cleared").arg(item));
     items->addWidget(cleared, item, 0);
-    QLabel* shown = layout.MakeLabel("");
-    shown->setObjectName("lblItems" + suffix);
-    items->addWidget(shown, item, 1);
+    const std::pair<const char*, Qt::Alignment> parts[] = {
+        {"lblItems", Qt::AlignLeft}, {"lblItemAmounts", Qt::AlignRight}, {"lblItemPeriods", Qt::AlignLeft}};
+    int column = 1;
+    for (const auto& [name, side] : parts) {
+      QLabel* shown = layout.MakeLabel("");
+      shown->setObjectName(name + suffix);
+      items->addWidget(shown, item, column++, side | Qt::AlignVCenter);
+    }
     items->setRowMinimumHeight(item, kLineHeight);
   }
   layout.EntryColumn().addLayout(items);

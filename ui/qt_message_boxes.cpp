@@ -16,6 +16,7 @@ namespace {
 
 constexpr int kPictureSize = 40;
 constexpr int kWidestText = 560;
+constexpr qsizetype kLongestLine = 400;
 
 using Pair = std::pair<BoxAnswer, QMessageBox::StandardButton>;
 constexpr Pair kOk{BoxAnswer::kOk, QMessageBox::Ok};
@@ -66,6 +67,17 @@ void ShowPicture(QMessageBox& shown, BoxIcon icon) {
                           .pixmap(QSize(kPictureSize, kPictureSize), shown.devicePixelRatioF()));
 }
 
+// A longer line quotes something that was pasted: its middle goes, or the box would not fit the screen.
+QString WithShortLines(const QString& text) {
+  QStringList lines = text.split('\n');
+  for (QString& line : lines) {
+    if (line.size() > kLongestLine) {
+      line = line.left(kLongestLine / 2) + " ... " + line.right(kLongestLine / 2);
+    }
+  }
+  return lines.join('\n');
+}
+
 // Lines are broken where the message breaks them, unless one is too long for any screen.
 void FitText(QMessageBox& shown) {
   int widest = 0;
@@ -83,7 +95,7 @@ BoxAnswer QtMessageBoxes::Show(const Box& box) {
   QMessageBox shown(QApplication::activeWindow());
   shown.setWindowTitle(QString::fromStdString(box.title));
   shown.setTextFormat(Qt::PlainText);
-  shown.setText(ShownText(box.text));
+  shown.setText(WithShortLines(ShownText(box.text)));
   ShowPicture(shown, box.icon);
   FitText(shown);
   const std::vector<Pair> buttons = ButtonsOf(box.buttons);

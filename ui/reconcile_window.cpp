@@ -43,6 +43,12 @@ QPushButton* FigureName(const char* name) {
   return button;
 }
 
+// A text that takes the room that there is: the window stays as wide as it is.
+QLabel* InRoomLeft(QLabel* label) {
+  label->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+  return label;
+}
+
 // Both sides of the reconciliation, row beside row.
 class Sides {
  public:
@@ -181,7 +187,7 @@ QLayout* StatementDate() {
   label->setBuddy(field);
   row->addWidget(label);
   row->addWidget(field);
-  row->addStretch(1);
+  row->addWidget(InRoomLeft(Named(RoleLabel({}, "muted"), "lblStatementNote")), 1);
   return row;
 }
 
@@ -238,8 +244,10 @@ QLayout* TakeBack() {
 QLayout* Items() {
   auto* column = Spaced(new QVBoxLayout, 0, 8);
   auto* head = Spaced(new QHBoxLayout, 0, 8);
-  head->addWidget(Named(RoleLabel({}, "heading"), "lblItems"));
-  head->addStretch(1);
+  auto* items = InRoomLeft(Named(RoleLabel({}, "heading"), "lblItems"));
+  items->setWordWrap(true);
+  items->setFixedHeight(2 * items->fontMetrics().height());
+  head->addWidget(items, 1);
   auto* find = Named(new QLineEdit, "boxFind");
   find->setProperty("finds", "grdItems");
   find->setPlaceholderText(QObject::tr("Ctrl+F: number, payee, file, amount"));

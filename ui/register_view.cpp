@@ -220,6 +220,8 @@ void RegisterView::PlaceColumns() {
     int width =
         metrics.horizontalAdvance(model_->headerData(column, Qt::Horizontal, Qt::DisplayRole).toString());
     if (!heading_commands_.value(column).isEmpty()) width += kOrderMark;
+    const std::string widest = model_->Source()->WidestText(static_cast<std::size_t>(column));
+    width = std::max(width, metrics.horizontalAdvance(QString::fromStdString(widest)));
     for (int row = 0; row < rows; ++row) {
       width = std::max(width, metrics.horizontalAdvance(model_->index(row, column).data().toString()));
     }

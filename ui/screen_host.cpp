@@ -22,6 +22,7 @@ ScreenHost::ScreenHost(std::unique_ptr<Form> form, std::unique_ptr<QWidget> wind
   AddShortcuts();
   connect(binder_.get(), &FormBinder::CaptionSet, window_.get(), &QWidget::setWindowTitle);
   connect(qApp, &QApplication::focusChanged, this, [this](QWidget*, const QWidget* now) { ShowKeys(now); });
+  connect(binder_.get(), &FormBinder::EventEnded, this, [this] { ShowKeys(window_->focusWidget()); });
   connect(binder_.get(), &FormBinder::FormClosed, this, [this] {
     RememberWindow(*window_);
     window_->hide();

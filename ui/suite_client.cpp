@@ -1,5 +1,7 @@
 #include "ui/suite_client.h"
 
+#include <QJsonArray>
+
 #include "ui/suite_protocol.h"
 
 namespace tallwick {
@@ -40,6 +42,13 @@ class SocketSuite : public Suite {
     const QString file = QString::fromUtf8(file_no.data(), static_cast<qsizetype>(file_no.size()));
     const QJsonValue known = AskSuite(socket_name_, {{"ask", "file"}, {"file", file}})["known"];
     return known.isBool() ? std::optional(known.toBool()) : std::nullopt;
+  }
+  std::optional<std::vector<std::string>> Files() const override {
+    const QJsonValue listed = AskSuite(socket_name_, {{"ask", "files"}})["files"];
+    if (!listed.isArray()) return std::nullopt;
+    std::vector<std::string> files;
+    for (const QJsonValue& file : listed.toArray()) files.push_back(file.toString().toStdString());
+    return files;
   }
 
  private:

@@ -8,6 +8,7 @@
 //                                                     "login":T}
 //   {"ask":"register","program":T,"process":N}       {"registered":true}
 //   {"ask":"file","file":T}                          {"known":true|false|null}   null: no file list is kept
+//   {"ask":"files"}                                  {"files":[T,...]|null}
 //   {"ask":"branch","branch":T}                      {"branch":T}                the stand-in only: the
 //   branch
 //                                                     that is now selected

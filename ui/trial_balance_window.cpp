@@ -62,6 +62,9 @@ QWidget* Terms() {
   progress->setWordWrap(true);
   column->addWidget(progress);
   column->addWidget(Named(new QProgressBar, "prgProgress"));
+  auto* note = Named(RoleLabel("", "muted"), "lblMonthNote");
+  note->setWordWrap(true);
+  column->addWidget(note);
   column->addStretch(1);
   return side;
 }

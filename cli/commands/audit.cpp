@@ -123,11 +123,19 @@ int Audit(Office& office, const AuditArguments& arguments) {
     }
   }
   const AuditLog log(std::move(bytes).value_or(""));
+  const AuditCriteria criteria = CriteriaOf(arguments);
   Output& out = office.Out();
+  if (const std::string problem = CriteriaProblem(log, criteria); !problem.empty()) {
+    out.Fail(problem);
+    return kRefused;
+  }
   out.StartList("entries");
-  for (std::uint32_t place : SearchAuditLog(log, CriteriaOf(arguments)))
-    ListEntry(log, log.Entries()[place], out);
+  for (std::uint32_t place : SearchAuditLog(log, criteria)) ListEntry(log, log.Entries()[place], out);
   out.EndList();
+  if (log.Entries().empty()) {
+    out.Set("message", std::string(kNoAuditEntries));
+    out.Line(kNoAuditEntries);
+  }
   return kDone;
 }
 

@@ -6,6 +6,7 @@
 #include "posting/bank_settings.h"
 #include "posting/check_numbering.h"
 #include "posting/entry_problems.h"
+#include "shell/rights.h"
 #include "tables/check_table.h"
 #include "tables/status_text.h"
 
@@ -113,6 +114,7 @@ int Next(Office& office, const CheckArguments& arguments) {
   if (!checks) return status;
   Session& session = *office.OpenBank();
   if (!arguments.new_number.empty()) {
+    if (!office.Granted(kRightPostChecks)) return office.Status();
     BankSettings settings(session.Files(), session.DataPath(), kMicrSettings, session.BankCode());
     const bool is_number = CheckNumberValue(arguments.new_number).has_value();
     if (!is_number || !settings.Set(kNextCheckNumber, arguments.new_number)) {
@@ -123,6 +125,10 @@ int Next(Office& office, const CheckArguments& arguments) {
   }
   const CheckNumbering numbering =
       ReadCheckNumbering(*checks, session.Files(), session.DataPath(), session.BankCode());
+  if (!numbering.problem.empty()) {
+    office.Out().Fail(numbering.problem);
+    return kRefused;
+  }
   const std::string next = std::to_string(numbering.Next());
   office.Out().Set("next", next);
   office.Out().Line(next);

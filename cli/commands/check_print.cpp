@@ -1,10 +1,9 @@
 // check print: posted checks on their stock, into a PDF file. check layout: the bank's check layout, to begin
 // an own one with.
 #include "checks/check_batch.h"
+#include "checks/layout_file.h"
 #include "checks/stock_check_printer.h"
 #include "cli/commands/posted.h"
-#include "core/text.h"
-#include "posting/bank_settings.h"
 #include "shell/company_tables.h"
 #include "shell/rights.h"
 
@@ -56,10 +55,9 @@ int ShowLayout(Office& office, const PrintArguments& arguments) {
   if (session == nullptr) return office.Status();
   const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
   if (!bank) return Refuse(office, "Bank ID Code no longer valid...");
-  const std::string name = std::string(kCheckLayoutSettings) + std::string(Trim(bank->code)) + ".dat";
-  const std::string text = session->Files().Read(session->DataPath() + name).value_or("");
-  const LayoutReading reading = ReadLayout(text, *bank, ParseStock(arguments.layout));
-  if (!reading.problem.empty()) return Refuse(office, name + " cannot be used.  " + reading.problem);
+  const LayoutReading reading =
+      ReadLayoutFile(session->Files(), session->DataPath(), *bank, ParseStock(arguments.layout));
+  if (!reading.problem.empty()) return Refuse(office, reading.problem);
   const std::string shown = LayoutText(reading.layout);
   office.Out().Set("layout", shown);
   office.Out().Line(shown);

@@ -4,6 +4,7 @@
 
 #include "core/portable_file_system.h"
 #include "core/text.h"
+#include "shell/rights.h"
 #include "tables/agent_table.h"
 #include "tables/bank_table.h"
 #include "tables/check_table.h"
@@ -52,12 +53,14 @@ std::span<const TagLayout> TagsOf(std::string_view name) {
 }  // namespace
 
 OpenTable::OpenTable(Office& office, std::string_view file, Access access)
-    : office_(office), store_(office.Store()), name_(ToUpper(BaseNameOf(file))) {
+    : office_(office), name_(ToUpper(BaseNameOf(file))) {
+  if (office.Granted(kAdministrator)) store_ = office.Store();
   if (store_ == nullptr) {
-    status_ = kNoTables;
+    status_ = office.Status();
     return;
   }
   const std::string path = PathOf(office, file);
+  folder_ = path.substr(0, path.size() - FileNameOf(path).size());
   Open(path, access);
   if (data_ <= 0 && store_->RebuildRequested()) {
     store_->ClearRebuildRequest();

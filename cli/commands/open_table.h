@@ -12,7 +12,8 @@ class OpenTable {
  public:
   enum class Access { kShared, kExclusive };
 
-  // `file` is a path, or the name of a table in the data folder; ".dbf" may be left out. Says what failed.
+  // `file` is a path, or the name of a table in the data folder; ".dbf" may be left out. Says what failed, or
+  // that the user is no administrator.
   OpenTable(Office& office, std::string_view file, Access access = Access::kShared);
   ~OpenTable();
   OpenTable(const OpenTable&) = delete;
@@ -24,6 +25,8 @@ class OpenTable {
   DataHandle Data() const { return data_; }
   // Without folder and extension, as problems name it.
   const std::string& Name() const { return name_; }
+  // Where it lies, in the held form.
+  const std::string& Folder() const { return folder_; }
   // Says that the table `what`, with the engine's reason, and gives the exit status.
   int Failed(std::string_view what, int code);
 
@@ -35,6 +38,7 @@ class OpenTable {
   Office& office_;
   clsKVRData* store_ = nullptr;
   std::string name_;
+  std::string folder_;
   DataHandle data_ = 0;
   int status_ = kDone;
 };

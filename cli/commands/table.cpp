@@ -1,13 +1,15 @@
 // table: any xBase table, for support. Every access goes through the record store; nothing of a company is
-// needed.
+// needed. A table holds what every bank and user has in it, passwords too: while security is on, only an
+// administrator uses these commands.
 #include "cli/commands/command.h"
 #include "cli/commands/open_table.h"
 #include "cli/field_values.h"
 #include "cli/json_values.h"
 #include "cli/problems.h"
 #include "core/text.h"
+#include "maintenance/bank_trail.h"
 #include "maintenance/verify_table.h"
-#include "shell/rights.h"
+#include "tables/bank_table.h"
 
 namespace tallwick::cli {
 
@@ -132,22 +134,36 @@ int ShowRecord(Office& office, OpenTable& table) {
 }
 
 int Append(Office& office, const TableArguments& arguments) {
-  if (!office.Granted(kAdministrator)) return office.Status();
   std::vector<FieldAssignment> assignments;
   if (!ParseAssignments(arguments.values, &assignments, office.Out())) return kWrongUsage;
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
   clsKVRData& store = table.Store();
   store.AddRecordStart(table.Data());
-  if (!Assign(store, table.Data(), assignments, office.Out())) {
+  if (const std::string problem = AssignFields(store, table.Data(), assignments); !problem.empty()) {
     store.SetChangedFlag(table.Data(), false);
+    office.Out().Fail(problem);
     return kRefused;
   }
   const int code = store.AddRecordFinish(table.Data());
   return code == 0 ? ShowRecord(office, table) : table.Failed("did not take the record", code);
 }
 
-// Locks the record, lets `change` work on it and writes it; what fails leaves the record as it was.
+// Null for a table that is not the banks'.
+std::unique_ptr<BankTrail> TrailOf(Office& office, OpenTable& table) {
+  if (!EqualsIgnoreCase(table.Name(), kBankLayout.name)) return nullptr;
+  const AuditTarget target{false,
+                           office.Files(),
+                           office.TheClock(),
+                           table.Folder(),
+                           {},
+                           office.Options().user,
+                           office.TheWorkstation().ComputerName()};
+  return std::make_unique<BankTrail>(target, office.Boxes(), table.Store(), table.Data());
+}
+
+// Locks the record, lets `change` work on it and writes it; what fails leaves the record as it was. `change`
+// gives what is wrong, or "".
 template <typename Change>
 int ChangeRecord(Office& office, OpenTable& table, std::int32_t record, Change change) {
   clsKVRData& store = table.Store();
@@ -161,31 +177,35 @@ int ChangeRecord(Office& office, OpenTable& table, std::int32_t record, Change c
     office.Out().Fail("Record " + std::to_string(record) + " is in use at another workstation");
     return kRefused;
   }
-  const bool changed = change();
-  if (!changed) store.SetChangedFlag(table.Data(), false);
-  const int code = changed ? store.WriteTheRecord(table.Data()) : 0;
-  if (code != 0) store.SetChangedFlag(table.Data(), false);
+  const std::unique_ptr<BankTrail> trail = TrailOf(office, table);
+  const std::string problem = change();
+  const int code = problem.empty() ? store.WriteTheRecord(table.Data()) : 0;
+  if (!problem.empty() || code != 0) store.SetChangedFlag(table.Data(), false);
+  if (trail && problem.empty() && code == 0) trail->Write();
   store.UnlockTheRecord(table.Data());
-  if (!changed) return kRefused;
+  if (!problem.empty()) {
+    office.Out().Fail(problem);
+    return kRefused;
+  }
   return code == 0 ? ShowRecord(office, table) : table.Failed("did not take the change", code);
 }
 
 int Set(Office& office, const TableArguments& arguments) {
-  if (!office.Granted(kAdministrator)) return office.Status();
   std::vector<FieldAssignment> assignments;
   if (!ParseAssignments(arguments.values, &assignments, office.Out())) return kWrongUsage;
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
   return ChangeRecord(office, table, arguments.record,
-                      [&] { return Assign(table.Store(), table.Data(), assignments, office.Out()); });
+                      [&] { return AssignFields(table.Store(), table.Data(), assignments); });
 }
 
 int Delete(Office& office, const TableArguments& arguments) {
-  if (!office.Granted(kAdministrator)) return office.Status();
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
-  return ChangeRecord(office, table, arguments.record,
-                      [&] { return table.Store().DeleteRecord(table.Data()) == 0; });
+  return ChangeRecord(office, table, arguments.record, [&] {
+    const int code = table.Store().DeleteRecord(table.Data());
+    return code == 0 ? std::string() : "The record was not deleted: " + std::string(engine::error4text(code));
+  });
 }
 
 int Verify(Office& office, const TableArguments& arguments) {
@@ -197,7 +217,6 @@ int Verify(Office& office, const TableArguments& arguments) {
 // Reindex and pack need the table for themselves.
 template <typename Work>
 int WithExclusive(Office& office, const TableArguments& arguments, std::string_view failure, Work work) {
-  if (!office.Granted(kAdministrator)) return office.Status();
   OpenTable table(office, arguments.file, OpenTable::Access::kExclusive);
   if (!table) return table.Status();
   const int code = work(table.Store(), table.Data());

@@ -28,7 +28,7 @@ Json FileJson(const FileStanding& file) {
 
 std::string FileLine(const std::vector<std::string>& cells) {
   std::string line = PadRight(cells[0], 16);
-  for (std::size_t amount = 1; amount <= 3; ++amount) line += PadLeft(cells[amount], 18);
+  for (std::size_t amount = 1; amount <= 3; ++amount) line += " " + PadLeft(cells[amount], 17);
   return line + "  " + PadRight(cells[4], 18) + cells[5];
 }
 
@@ -36,6 +36,14 @@ void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, co
   out.Set("asOf", IsoDate(terms.as_of));
   out.Set("kind", kind);
   out.Set("banks", balance.banks);
+  if (!balance.note.empty()) {
+    out.Set("note", balance.note);
+    out.Line(balance.note);
+  }
+  if (!balance.month_note.empty()) {
+    out.Set("monthNote", balance.month_note);
+    out.Line(balance.month_note);
+  }
   out.Line(FileLine(Split(kTrialHeadings, '|')));
   out.StartList("files");
   for (const FileStanding& file : balance.files) out.Item(FileJson(file), FileLine(TrialCells(file)));
@@ -60,7 +68,7 @@ int TrialBalanceOf(Office& office, const TrialArguments& arguments) {
   Output& out = office.Out();
   if (balance.end != PassEnd::kDone || (!terms.bank_code.empty() && balance.banks.empty())) {
     out.Fail(balance.message);
-    return kNoTables;
+    return balance.end == PassEnd::kStopped ? kRefused : kNoTables;
   }
   Print(out, balance, terms, arguments.kind);
   if (!balance.message.empty()) {

@@ -1,5 +1,4 @@
-// user: the suite's users, their rights and banks. Passwords are never printed; while security is on, only an
-// administrator changes users.
+// user: the suite's users, their rights and banks. Passwords are never printed.
 #include "cli/commands/command.h"
 #include "cli/json_values.h"
 #include "core/text.h"
@@ -17,7 +16,7 @@ struct UserArguments {
   std::optional<std::string> name;
   std::optional<std::string> group;
   std::optional<std::string> rights;
-  std::optional<std::vector<std::string>> banks;
+  std::optional<std::string> banks;  // codes parted by commas; "" takes every bank away
   std::optional<std::string> disabled;
   std::optional<std::string> must_change;
   int right = 0;
@@ -36,14 +35,41 @@ int Unknown(Office& office, const std::string& login) {
   return kRefused;
 }
 
-// The company, for a command that changes users. Null after a message, with the status to end with.
-Session* OpenForChange(Office& office, int* status) {
+Session* Ended(Office& office, const std::string& why, int with, int* status) {
+  office.Out().Fail(why);
+  *status = with;
+  return nullptr;
+}
+
+// The company with its users. Null after a message, with the status to end with.
+Session* OpenUsers(Office& office, int* status) {
   Session* session = office.Open();
   *status = session == nullptr ? office.Status() : kDone;
+  if (session == nullptr) return nullptr;
+  const std::string problem = clsSecurity::UsersProblem(session->Home());
+  return problem.empty() ? session : Ended(office, problem, kNoTables, status);
+}
+
+// The same for a command that changes users.
+Session* OpenForChange(Office& office, int* status) {
+  Session* session = OpenUsers(office, status);
   if (session == nullptr || session->MayUse(kAdministrator)) return session;
-  office.Out().Fail("Only an administrator may change users");
-  *status = kRefused;
-  return nullptr;
+  return Ended(office, "Only an administrator may change users", kRefused, status);
+}
+
+// The same for a command that looks at the user with the login.
+Session* OpenForReading(Office& office, const std::string& login, int* status) {
+  Session* session = OpenUsers(office, status);
+  if (session == nullptr || session->MayReadUser(login)) return session;
+  return Ended(office, "Only an administrator may look at other users", kRefused, status);
+}
+
+std::vector<std::string> BankCodes(const std::string& text) {
+  std::vector<std::string> codes;
+  for (const std::string& code : Split(text, ',')) {
+    if (!Trim(code).empty()) codes.emplace_back(Trim(code));
+  }
+  return codes;
 }
 
 // The record without the password.
@@ -72,7 +98,7 @@ void Take(const UserArguments& arguments, clsSecurity& user) {
   if (arguments.name) user.sUserName = *arguments.name;
   if (arguments.group) user.sGroup = *arguments.group;
   if (arguments.rights) user.sSecurity = *arguments.rights;
-  if (arguments.banks) user.sBankCodes = *arguments.banks;
+  if (arguments.banks) user.sBankCodes = BankCodes(*arguments.banks);
   if (arguments.disabled) user.iDisabled = *arguments.disabled == "on" ? 1 : 0;
   if (arguments.must_change) user.iMustChange = *arguments.must_change == "on" ? 1 : 0;
 }
@@ -80,9 +106,9 @@ void Take(const UserArguments& arguments, clsSecurity& user) {
 // Codes of banks that are not there: a typing error would leave the user without the bank.
 bool HasUnknownBank(Office& office, Session& session, const UserArguments& arguments) {
   if (!arguments.banks) return false;
-  for (const std::string& code : *arguments.banks) {
-    if (session.Company().banks.Find(Trim(code))) continue;
-    office.Out().Fail("There is no bank " + Quoted(Trim(code)) + ".  \"escrowctl bank list\" names them");
+  for (const std::string& code : BankCodes(*arguments.banks)) {
+    if (session.Company().banks.Find(code)) continue;
+    office.Out().Fail("There is no bank " + Quoted(code) + ".  \"escrowctl bank list\" names them");
     return true;
   }
   return false;
@@ -95,20 +121,17 @@ int Save(Office& office, Session& session, clsSecurity& user) {
 }
 
 int Add(Office& office, const UserArguments& arguments) {
-  if (Trim(arguments.login).empty()) {
-    office.Out().Fail("LOGIN is missing. Please name the user.");
-    return kRefused;
-  }
   int status = kDone;
   Session* session = OpenForChange(office, &status);
   if (session == nullptr) return status;
-  if (!clsSecurity::IsLoginUnique(session->Home(), arguments.login, 0)) {
-    office.Out().Fail("There is a user " + Quoted(arguments.login) + " already");
+  const std::string problem = clsSecurity::NewLoginProblem(session->Home(), arguments.login);
+  if (!problem.empty()) {
+    office.Out().Fail(problem);
     return kRefused;
   }
   if (HasUnknownBank(office, *session, arguments)) return kRefused;
-  clsSecurity user;
-  user.osLogin = arguments.login;
+  clsSecurity user = clsSecurity::NewUser();
+  user.osLogin = Trim(arguments.login);
   Take(arguments, user);
   return Save(office, *session, user);
 }
@@ -125,13 +148,15 @@ int Set(Office& office, const UserArguments& arguments) {
 }
 
 int Show(Office& office, const UserArguments& arguments) {
-  Session* session = office.Open();
-  return session == nullptr ? office.Status() : ShowUser(office, session->Home(), arguments.login);
+  int status = kDone;
+  Session* session = OpenForReading(office, arguments.login, &status);
+  return session == nullptr ? status : ShowUser(office, session->Home(), arguments.login);
 }
 
 int List(Office& office) {
-  Session* session = office.Open();
-  if (session == nullptr) return office.Status();
+  int status = kDone;
+  Session* session = OpenForReading(office, {}, &status);
+  if (session == nullptr) return status;
   Json list = Json::array();
   std::vector<std::vector<std::string>> rows;
   UsersTable users(session->Home());
@@ -151,8 +176,7 @@ int Delete(Office& office, const UserArguments& arguments) {
   int status = kDone;
   Session* session = OpenForChange(office, &status);
   if (session == nullptr) return status;
-  const int code =
-      clsSecurity::DeleteUserSecurity(session->Home(), arguments.login, session->TheSuite().Login());
+  const int code = clsSecurity::DeleteUserSecurity(session->Home(), arguments.login, session->Login());
   if (code == engine::kNoRecord) return Unknown(office, arguments.login);
   if (code == kOwnAccount) {
     office.Out().Fail("The user was not deleted");
@@ -165,8 +189,9 @@ int Delete(Office& office, const UserArguments& arguments) {
 }
 
 int TestRight(Office& office, const UserArguments& arguments) {
-  Session* session = office.Open();
-  if (session == nullptr) return office.Status();
+  int status = kDone;
+  Session* session = OpenForReading(office, arguments.login, &status);
+  if (session == nullptr) return status;
   const std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
   if (!user) return Unknown(office, arguments.login);
   const bool granted = user->IsSecurityOff(arguments.right);
@@ -201,7 +226,7 @@ void AddUserOptions(CLI::App* command, UserArguments& arguments, bool required) 
       ->required(required)
       ->check(CLI::IsMember({"Administrator", "Power User", "User"}));
   command->add_option("--rights", arguments.rights, "One character per right number, 0 = granted");
-  command->add_option("--banks", arguments.banks, "Bank codes, parted by commas")->delimiter(',');
+  command->add_option("--banks", arguments.banks, "Bank codes, parted by commas; \"\" for none");
   command->add_option("--disabled", arguments.disabled, "on or off")->check(CLI::IsMember({"on", "off"}));
   command->add_option("--must-change", arguments.must_change, "on: a new password at the next login")
       ->check(CLI::IsMember({"on", "off"}));

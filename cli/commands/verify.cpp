@@ -10,6 +10,7 @@ namespace tallwick::cli {
 namespace {
 
 int Verify(Office& office) {
+  if (!office.Granted(kRightEscrowOffice)) return office.Status();
   const std::optional<TableHome> home = office.Tables();
   if (!home) return office.Status();
   const std::vector<CompanyProblem> problems = VerifyCompany(*home);
@@ -23,7 +24,7 @@ struct MendArguments {
 };
 
 int Mend(Office& office, const MendArguments& arguments) {
-  if (!arguments.dry_run && !office.Granted(kRightEscrowOffice)) return office.Status();
+  if (!office.Granted(kRightEscrowOffice)) return office.Status();
   const std::optional<TableHome> home = office.Tables();
   if (!home) return office.Status();
   Output& out = office.Out();

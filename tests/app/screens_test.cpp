@@ -8,6 +8,7 @@
 
 #include "app/application.h"
 #include "core/text.h"
+#include "shell/clsSecurity.h"
 #include "shell/help.h"
 #include "tests/support/office.h"
 
@@ -58,6 +59,17 @@ TEST(ScreenCatalogueTest, OpensWhatTheBankAndTheRightsAllow) {
   EXPECT_EQ(screens.Make("frmEditChecksPost", "Posting"), nullptr);
   EXPECT_THAT(office.TakeTexts(), ElementsAre(HasSubstr("do not have the right")));
   EXPECT_NE(screens.Make("frmBankSelect", ""), nullptr);
+
+  // A bank that was open before its user came is not the user's for that.
+  clsSecurity clerk;
+  clerk.osLogin = office.suite.login;
+  ASSERT_EQ(clerk.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  office.session->SetBank("FNB", "First National Trust");
+  office.session->ReloadUser();
+  for (const char* screen : {"frmEditChecksPost", "frmViewLog"})
+    EXPECT_EQ(screens.Make(screen, ""), nullptr) << screen;
+  EXPECT_THAT(office.TakeTexts(),
+              ElementsAre(HasSubstr("is not among your banks"), HasSubstr("is not among")));
 }
 
 TEST(ApplicationTest, TellsWhyItDidNotStart) {

@@ -6,6 +6,7 @@
 #include "app/screen_catalogue.h"
 #include "checks/check_batch.h"
 #include "checks/stock_check_printer.h"
+#include "tests/support/faulty_files.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -24,12 +25,14 @@ class NarrowLetters : public SheetMeasure {
 
 struct FakeSheets : SheetPrinter {
   bool HasFont(std::string_view family) override { return family == "Bank E13B"; }
+  const SheetMeasure& Measure() override { return letters; }
   bool Preview(const SheetMaker& make) override { return Print(make); }
   bool Print(const SheetMaker& make) override {
     sheets = make(NarrowLetters(), "Front desk");
     ++prints;
     return works;
   }
+  NarrowLetters letters;
   SheetDocument sheets;
   int prints = 0;
   bool works = true;
@@ -83,7 +86,7 @@ TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   EXPECT_THAT(Log(),
               HasSubstr("[NUMBER: 10][DATE: 03/15/2024][TIME: 09:30:00][LOGIN: jdoe][COMPUTER: FRONTDESK2]"
                         "[AMOUNT: 1,250.00][FILE: ][PAYEE: SMITH TITLE CO]\r\n"));
-  EXPECT_EQ(printer_->Printed().Read().size(), 4U);
+  EXPECT_EQ(printer_->Printed().Read()->size(), 4U);
 
   const std::string noted = Log();
   EXPECT_FALSE(PrintAll({"12"})) << "the safe answer is not to print it again";
@@ -107,6 +110,44 @@ TEST_F(CheckPrintingTest, NothingIsPrintedWhenOneIsRefused) {
   EXPECT_EQ(sheets_.prints, 0);
   office_.WriteFile("Check_Print_FNB.dat", "Micr=off\r\n");
   EXPECT_TRUE(PrintAll({"10"}));
+}
+
+// A file that another program holds is not one that the office has never made: on its defaults a check would
+// name another account, or go to paper twice.
+TEST_F(CheckPrintingTest, NothingIsPrintedWhereAFileCannotBeRead) {
+  testing::FaultyFiles files;
+  office_.files = &files;
+  office_.suite.branch = "Main";
+  Open();
+  office_.WriteFile("MICR_Print_FNB.dat", "OnUs={account}D99C\r\n");
+  office_.WriteFile("Main.SSP", "Lakeside Title\r\n");
+  office_.WriteFile("Check_Print_FNB.dat", "Offset=1,1\r\n");
+  ASSERT_TRUE(PrintAll({"10"}));
+  const std::string noted = Log();
+  ScreenCatalogue screens(*office_.session, office_);
+  for (const std::string name :
+       {"MICR_Print_FNB.dat", "Main.SSP", "Check_Print_FNB.dat", "Checks_Printed.log"}) {
+    files.unreadable = [&](std::string_view path) { return FileNameOf(path) == name; };
+    office_.boxes.answers = {BoxAnswer::kYes};
+    EXPECT_FALSE(PrintAll({"10"})) << name;
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("The file " + name + " cannot be read.")));
+    EXPECT_EQ(sheets_.prints, 1) << name;
+    EXPECT_EQ(Log(), noted);
+    office_.boxes.answers.clear();
+  }
+  const std::unique_ptr<Form> form = screens.Make("frmPrintChecks", "");
+  form->Opened();
+  EXPECT_EQ(testing::Seen(*form, "txtNumbers"), "") << "nobody knows what was printed";
+  EXPECT_THAT(testing::Seen(*form, "lblCount"), HasSubstr("Checks_Printed.log cannot be read"));
+}
+
+TEST_F(CheckPrintingTest, ACheckWithoutRoomForItsWordsIsRefused) {
+  Open();
+  office_.WriteFile("Check_Print_FNB.dat", "Words=9,37,6,10,10,left\r\n");
+  EXPECT_FALSE(PrintAll({"10", "11"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Check 10: its amount in words has no room")));
+  EXPECT_EQ(sheets_.prints, 0);
+  EXPECT_EQ(Log(), "");
 }
 
 TEST_F(CheckPrintingTest, OnlyOutstandingChecksAreCollected) {

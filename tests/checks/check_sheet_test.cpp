@@ -87,7 +87,7 @@ TEST(CheckSheetTest, TheLongestCheckFitsOnEveryStock) {
        {Bank(), Bank("VOUCHER", "MIDDLE"), Bank("VOUCHER", "BOTTOM"), Bank("THREE")}) {
     const LayoutReading reading = ReadLayout("", bank);
     ASSERT_EQ(reading.problem, "");
-    ASSERT_EQ(CheckProblem(checks, Stationery(), reading.layout), "");
+    ASSERT_EQ(CheckProblem(checks, Stationery(), reading.layout, kWide), "");
     for (const SheetOffset offset : {SheetOffset{}, SheetOffset{-4, -4}, SheetOffset{4, 1.5}}) {
       const SheetDocument document = PlaceChecks(checks, Stationery(), reading.layout, 1, offset, kWide);
       EXPECT_EQ(document.pages.size(), bank.check_stock == "THREE" ? 2U : 4U);
@@ -98,6 +98,42 @@ TEST(CheckSheetTest, TheLongestCheckFitsOnEveryStock) {
       EXPECT_THAT(text, HasSubstr("Seventy Seven cents **\n"));
     }
   }
+}
+
+// A bank pays what the words say: a check goes out with all of them or not at all.
+TEST(CheckSheetTest, WhatACheckSaysIsNeverCut) {
+  const CheckOnPaper check = Longest("10452");
+  struct Case {
+    CheckField field;
+    const char* part;
+  };
+  const Case cases[] = {{CheckField::kWords, "its amount in words has no room in the field Words"},
+                        {CheckField::kFigures, "its amount in figures"},
+                        {CheckField::kPayee, "its payee"},
+                        {CheckField::kAddress, "the payee's address"},
+                        {CheckField::kNumber, "its number"}};
+  for (const Case& one : cases) {
+    CheckLayout layout = DefaultLayout(CheckStock::kVoucher);
+    FieldPlace& place = layout.fields[static_cast<std::size_t>(one.field)];
+    place.box.width = 6;
+    EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout, kWide), HasSubstr(one.part));
+    place.shown = false;
+    EXPECT_EQ(CheckProblem({&check, 1}, Stationery(), layout, kWide), "");
+  }
+}
+
+TEST(CheckSheetTest, AdviceThatIsCutIsTold) {
+  CheckOnPaper check = Longest("10452");
+  const CheckLayout voucher = DefaultLayout(CheckStock::kVoucher);
+  const CheckLayout three = DefaultLayout(CheckStock::kThreePerPage);
+  EXPECT_EQ(
+      CutNote({&check, 1}, Stationery(), three, kWide),
+      "Check 10452: the field Remittance has no room for all of its text.  The end is not printed.\r\n");
+  check.remittance_advice = "Recording of the deed";
+  for (const CheckLayout& layout : {voucher, three})
+    EXPECT_EQ(CutNote({&check, 1}, Stationery(), layout, kWide), "");
+  for (int i = 0; i < 8; ++i) check.remittance_advice += check.remittance_advice;
+  EXPECT_THAT(CutNote({&check, 1}, Stationery(), voucher, kWide), HasSubstr("StubRemittance"));
 }
 
 TEST(CheckSheetTest, OnlyTheMicrLineStandsInTheClearBand) {
@@ -143,20 +179,20 @@ TEST(CheckSheetTest, AmountsThatNoCheckHasAreRefused) {
   CheckLayout layout = DefaultLayout(CheckStock::kVoucher);
   CheckOnPaper check = Longest("7");
   check.check.amount = Currency::FromCents(-1);
-  EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout),
+  EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout, kWide),
               HasSubstr("Check 7: its amount is below zero"));
   check = Longest("7");
   check.check.status = "V";
-  EXPECT_EQ(CheckProblem({&check, 1}, Stationery(), layout),
+  EXPECT_EQ(CheckProblem({&check, 1}, Stationery(), layout, kWide),
             "Check 7 is voided.  Only outstanding checks are printed.");
   check = Longest("7");
   layout.width = 120;
-  EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout), HasSubstr("wider than the paper"));
+  EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), layout, kWide), HasSubstr("wider than the paper"));
   CheckStationery stationery = Stationery();
   stationery.routing = "041200051";
-  EXPECT_THAT(CheckProblem({&check, 1}, stationery, layout), HasSubstr("Check 7: The routing number"));
+  EXPECT_THAT(CheckProblem({&check, 1}, stationery, layout, kWide), HasSubstr("Check 7: The routing number"));
   layout.micr = false;
-  EXPECT_EQ(CheckProblem({&check, 1}, stationery, layout), "") << "the stock carries the line";
+  EXPECT_EQ(CheckProblem({&check, 1}, stationery, layout, kWide), "") << "the stock carries the line";
 }
 
 TEST(CheckLayoutTest, AnOfficesFileChangesWhatItNames) {
@@ -203,6 +239,7 @@ TEST(CheckLayoutTest, WrongLinesAreNamed) {
       {"Offset=1,9", "more than 6 millimetres"},
       {"CheckTops=0,60", "a check or stub stands over another"},
       {"StubTops=200", "a check or stub reaches beyond the paper"},
+      {"CheckTops=0,88.9\nStubTops=177.8", "StubTops names stubs"},
       {"Paper=10,10", "the paper is smaller"},
       {"Number=172,7,43,6,12,right\nOffset=5,0", "an offset moves Number off the paper"},
   };

@@ -2,6 +2,8 @@
 // by which a company is made, posted to and looked at.
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
 #include "core/system_ports.h"
 #include "store/clsKVRData.h"
 #include "tests/cli/run_escrowctl.h"
@@ -78,21 +80,72 @@ TEST(CommandLine, SaysWhoHasTheFilesForMaintenance) {
   EXPECT_EQ(escrowctl.Run("verify").status, 0);
 }
 
-// What changes data past the screens asks for its right while security is on; an unknown login has none.
+// While security is on each command asks for its right, and other banks than the user's are not there. An
+// unknown login has nothing.
 TEST(CommandLine, RefusesWhatIsNotGranted) {
   const Escrowctl escrowctl;
   escrowctl.Run("init");
   ASSERT_EQ(escrowctl.Run(kAddBank).status, 0);
-  for (const char* command :
-       {"bank add NEW BANKNAME=x", "bank set FNT BANKNAME=x", "table append ESCROW_BANKS.DBF BANKCODE=X",
-        "table delete ESCROW_BANKS.DBF 1", "table pack ESCROW_BANKS.DBF", "mend", "restore",
-        "maintain rebuild", "maintain pack", "maintain versions"}) {
-    const RunResult result =
-        escrowctl.Run(std::string("--answer Yes --security on --user NOBODY ") + command);
-    EXPECT_EQ(result.status, 1) << command;
-    EXPECT_NE(result.err.find("do not have the right"), std::string::npos) << command << ": " << result.err;
+  ASSERT_EQ(escrowctl.Run("bank add LSB BANKNAME=Savings BANKACCTMO=3 BANKACCTYR=2024").status, 0);
+  const std::string none(62, '1');
+  ASSERT_EQ(escrowctl.Run("user add ANN --name Ann --group User --banks LSB --rights " + none).status, 0);
+  ASSERT_EQ(escrowctl.Run("user add RUTH --name Ruth --group Administrator").status, 0);
+  ASSERT_EQ(escrowctl.Run(kPost).status, 0);
+  const struct {
+    const char* command;
+    const char* refusal;
+    const char* found = "";  // what ANN learns all the same
+  } kCases[] = {
+      {"bank add NEW BANKNAME=x", "do not have the right"},
+      {"bank set LSB BANKNAME=x", "do not have the right"},
+      {"table info USERS", "do not have the right"},
+      {"table dump USERS", "do not have the right"},
+      {"table seek ESCROW_BANKS BANKCODE FNT", "do not have the right"},
+      {"table verify ESCROW_BANKS", "do not have the right"},
+      {"table append ESCROW_BANKS.DBF BANKCODE=X", "do not have the right"},
+      {"table set ESCROW_BANKS.DBF 1 BANKNAME=x", "do not have the right"},
+      {"table delete ESCROW_BANKS.DBF 1", "do not have the right"},
+      {"table pack ESCROW_BANKS.DBF", "do not have the right"},
+      {"verify", "do not have the right"},
+      {"mend", "do not have the right"},
+      {"mend --dry-run", "do not have the right"},
+      {"copy", "do not have the right"},
+      {"restore", "do not have the right"},
+      {"maintain rebuild", "do not have the right"},
+      {"maintain pack", "do not have the right"},
+      {"maintain versions", "do not have the right"},
+      {"trial-balance", "do not have the right"},
+      {"user list", "Only an administrator"},
+      {"user show RUTH", "Only an administrator"},
+      {"user right RUTH 51", "Only an administrator"},
+      {"user set ANN --rights 0", "Only an administrator"},
+      {"bank show FNT", "that this user may work with"},
+      {"--bank FNT check list", "that this user may work with"},
+      {"--bank FNT audit", "that this user may work with"},
+      {"user show ANN", "", "\"LOGIN\":\"ANN\""},
+      {"user right ANN 51", "", "\"granted\":false"},
+      {"bank show LSB", "", "Savings"},
+      {"bank list", "", "Savings"},
+      {"--bank LSB check list", "", "\"checks\":[]"},
+  };
+  for (const auto& one : kCases) {
+    for (const std::string user : {"ANN", "NOBODY"}) {
+      const RunResult result =
+          escrowctl.Run("--json --answer OK --security on --user " + user + " " + one.command);
+      const std::string what = user + ": " + one.command + "\n" + result.out + result.err;
+      EXPECT_EQ(result.out.find("1001"), std::string::npos) << what;
+      EXPECT_EQ(result.out.find("Trust"), std::string::npos) << what;
+      if (*one.refusal == '\0' && user == "NOBODY") continue;
+      EXPECT_EQ(result.status, *one.refusal == '\0' ? 0 : 1) << what;
+      EXPECT_NE(result.err.find(one.refusal), std::string::npos) << what;
+      EXPECT_NE(result.Json().dump().find(one.found), std::string::npos) << what;
+    }
   }
-  EXPECT_EQ(escrowctl.Run("bank show FNT").out.find("= x"), std::string::npos);
+  EXPECT_EQ(escrowctl.Run("bank show LSB").out.find("= x"), std::string::npos);
+  EXPECT_EQ(escrowctl.Run("--security on --user RUTH --bank LSB check list").status, 1) << "no bank of hers";
+  for (const char* command : {"bank show FNT", "bank set FNT BANKNAME=Erie", "table dump USERS",
+                              "user show ANN", "verify", "trial-balance", "--answer OK copy"})
+    EXPECT_EQ(escrowctl.Run(std::string("--security on --user RUTH ") + command).status, 0) << command;
 }
 
 TEST(CommandLine, SpeaksWordsAndPeriods) {
@@ -360,8 +413,14 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   EXPECT_EQ(escrowctl.Run("user right NOBODY 5").status, 1);
   EXPECT_EQ(escrowctl.Run("user add ruth --name Again --group User").status, 1);
   EXPECT_EQ(escrowctl.Run("user add BOB --name Bob --group Owner").status, 2);
-  EXPECT_EQ(escrowctl.Run("user add ' ' --name Bob --group User").status, 1);
+  for (const char* login : {" ", " ruth ", "\xC2\xA0RUTH", "RUTH\xC2\xA0"})
+    EXPECT_EQ(escrowctl.Run("user add '" + std::string(login) + "' --name Bob --group User").status, 1)
+        << login;
   EXPECT_EQ(escrowctl.Run("--json user reset-passwords").Json()["users"], 2);
+
+  EXPECT_EQ(added["fields"]["MUSTCHANGE"], 1) << "there is no password yet";
+  EXPECT_EQ(escrowctl.Run("--json user set RUTH --banks ''").Json()["banks"], Json::array());
+  EXPECT_EQ(escrowctl.Run("--json user set RUTH --banks LSB").Json()["banks"], Json::parse(R"(["LSB"])"));
 
   const RunResult own = escrowctl.Run("--json --user Ann user delete ANN");
   EXPECT_EQ(own.status, 1);
@@ -371,6 +430,40 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   ASSERT_EQ(left.size(), 1u);
   EXPECT_EQ(left[0]["MUSTCHANGE"], 1);
   EXPECT_EQ(escrowctl.Run("--json table dump USERSESC").Json()["records"], Json::array());
+
+  // Users that cannot be read are not "no users".
+  std::ofstream(escrowctl.Data("USERS.DBF")) << "no table";
+  for (const char* command :
+       {"user list", "user show ANN", "user right ANN 1", "user add NEW --name N --group User",
+        "user delete ANN", "user reset-passwords", "--security on --user ANN table dump USERS"}) {
+    const RunResult result = escrowctl.Run(command);
+    EXPECT_EQ(result.status, 3) << command;
+    EXPECT_NE(result.err.find("USERS could not be opened"), std::string::npos) << command << result.err;
+  }
+  std::filesystem::remove(escrowctl.Data("USERS.DBF"));
+  EXPECT_EQ(escrowctl.Run("user list").status, 3);
+  EXPECT_EQ(escrowctl.Run("--json verify").Json()["problems"][0]["table"], "USERS");
+}
+
+// A search that can find nothing says why.
+TEST(CommandLine, AuditAnswersOnlyWhatALogCanAnswer) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  escrowctl.Run(kAddBank);
+  const auto audit = [&](const std::string& options) {
+    return escrowctl.Run("--json --bank FNT audit " + options);
+  };
+  EXPECT_EQ(audit("").Json()["entries"], Json::array());
+  EXPECT_NE(audit("").out.find("No entries yet"), std::string::npos);
+  ASSERT_EQ(escrowctl.Run(kPost).status, 0);
+  EXPECT_EQ(audit("--tx 'post check' --from 2024-03-15 --to 2024-03-15").Json()["entries"].size(), 1U);
+  EXPECT_EQ(audit("--tx 'Post Wire'").Json()["entries"], Json::array());
+  EXPECT_EQ(audit("--from 2024-03-16 --to 2024-03-15").status, 1);
+  const RunResult unknown = audit("--tx 'Post Cheque'");
+  EXPECT_EQ(unknown.status, 1);
+  EXPECT_NE(unknown.err.find("There is no transaction \"Post Cheque\".  There are Account Edit, "),
+            std::string::npos)
+      << unknown.err;
 }
 
 // Deposits, wires and vouchers: what each command gives with --json, and that a post is never a change.

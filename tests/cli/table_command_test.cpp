@@ -100,6 +100,18 @@ TEST_F(TableCommand, RefusesByFieldAndWritesNothing) {
   EXPECT_EQ(Do("table dump ESCROW_CHECKS_FNT --deleted"), before);
 }
 
+// No way round the trail: who switches it off by the table stands in it too.
+TEST_F(TableCommand, ChangesOfABankStandInItsTrail) {
+  Do("--user RUTH table set ESCROW_BANKS 1 AUDITTRAIL=F BANKPHONE=555");
+  Do("table set ESCROW_BANKS 1 BANKPHONE=556");
+  Do("table delete ESCROW_BANKS 1");
+  const std::string log = ReadWhole(escrowctl_.Data("Logs/FNT/Audit_Trail.log"));
+  EXPECT_EQ(log,
+            "[DATE: Mar 15, 2024 @ 09:30:00 AM][TX: Account Edit][REFERENCE: FNT][LOGIN: RUTH]"
+            "[COMPUTER: FRONTDESK]\r\n[EDIT] txtBANKPHONE was:  now: 555\r\n"
+            "[EDIT] chkGenAuditTrail was: Checked now: Unchecked\r\n");
+}
+
 // A damaged index is found, and reindexing mends it.
 TEST_F(TableCommand, VerifyFindsWhatReindexMends) {
   for (int number = 10; number < 40; ++number)

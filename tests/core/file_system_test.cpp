@@ -117,8 +117,23 @@ TEST_F(SystemFiles, AFailedReplacementLeavesEverythingAsItWas) {
   EXPECT_FALSE(files_.Write(folder_.Held("none\\file"), "x"));
   EXPECT_FALSE(files_.Append(folder_.Held("folder"), "x"));
   EXPECT_FALSE(files_.Read(folder_.Held("folder")).has_value());
+  // What is no file is never put away for one.
+  std::filesystem::create_symlink("/dev/null", folder_.Platform("device"));
+  EXPECT_FALSE(files_.Write(folder_.Held("device"), "x"));
+  EXPECT_TRUE(std::filesystem::is_symlink(folder_.Platform("device")));
   // Nothing half-written stays beside.
   EXPECT_THAT(files_.List(folder_.Held(), "*"), ElementsAre("Launcher.xml"));
+}
+
+TEST_F(SystemFiles, AFileThatCannotBeReadIsNotAMissingOne) {
+  Touch("settings.dat", "a=1");
+  std::filesystem::create_directory(folder_.Platform("folder.dat"));
+  std::filesystem::create_symlink("nowhere", folder_.Platform("link.dat"));
+  EXPECT_EQ(files_.ReadIfThere(folder_.Held("SETTINGS.DAT")), "a=1");
+  EXPECT_EQ(files_.ReadIfThere(folder_.Held("none.dat")), "");
+  EXPECT_EQ(files_.ReadIfThere(folder_.Held("none\\none.dat")), "");
+  EXPECT_EQ(files_.ReadIfThere(folder_.Held("folder.dat")), std::nullopt);
+  EXPECT_EQ(files_.ReadIfThere(folder_.Held("link.dat")), std::nullopt);
 }
 
 TEST_F(SystemFiles, CopyRenameRemove) {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include "maintenance/data_copy.h"
+#include "maintenance/maintained_table.h"
 #include "maintenance/maintenance_run.h"
 #include "maintenance/version_report.h"
 #include "maintenance/xref_check.h"
@@ -193,6 +194,17 @@ void MakeOldWires(MaintainedOffice& office) {
     EXPECT_EQ(data.AddRecordFinish(old), 0);
   }
   data.CloseDatabase(old);
+}
+
+// The lists of maintenance are compared with the bank selection, also while the index is out of order.
+TEST_F(MaintenanceTest, GoesThroughTheBanksAsTheyAreSelected) {
+  for (const auto& [code, name] : {std::pair("ZZZ", "alpine Savings"), std::pair("AAA", "Öl Bank"),
+                                   std::pair("MID", "Zuercher"), std::pair("BBB", "Alpine Savings")})
+    ASSERT_TRUE(office_.AddBank(code, name));
+  std::vector<std::string> selected;
+  for (const BankRecord& bank : UserBanks(*office_.session)) selected.push_back(bank.code);
+  EXPECT_THAT(selected, ElementsAre("BBB", "ZZZ", "FNB", "MID", "AAA"));
+  EXPECT_EQ(EveryBankCode(*office_.session), selected);
 }
 
 std::string VersionOf(MaintainedOffice& office, const std::string& table) {

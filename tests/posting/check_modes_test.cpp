@@ -5,6 +5,7 @@
 #include "posting/bank_settings.h"
 #include "posting/check_posting.h"
 #include "tests/posting/screen_fixture.h"
+#include "tests/support/faulty_files.h"
 
 namespace tallwick {
 namespace {
@@ -12,6 +13,7 @@ namespace {
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
+using ::testing::Not;
 using testing::PostingScreenTest;
 using testing::Seen;
 using Kind = CheckMode::Kind;
@@ -158,6 +160,122 @@ TEST_F(CheckModesTest, StopAndClearAreInTheTrailFieldByField) {
   EXPECT_EQ(Stored("11").statement, (Period{2, 0, 2024}));
   Set("txtCheckNumber", "99");
   EXPECT_EQ(Refusal(), "Check Number 99 is NOT posted.");
+}
+
+// The number of another check was typed, and the key that posts is pressed: it shows that check.
+TEST_F(CheckModesTest, ACheckIsSeenBeforeItChanges) {
+  OpenOffice();
+  for (const char* number : {"10", "11", "12"}) PostCheckOf(number, std::string("PAYEE ") + number);
+  ASSERT_EQ(tables_->checks.SeekNumber("12"), true);
+  CheckRecord reconciled = tables_->checks.Read();
+  reconciled.accounting = {1, 0, 2024};
+  ASSERT_EQ(tables_->checks.Update(reconciled), 0);
+  struct Case {
+    Kind mode;
+    const char *number, *key, *payee, *focus;
+  };
+  const Case cases[] = {
+      {Kind::kPosting, "10", "Enter", "PAYEE 10", "txtCheckDated"},
+      {Kind::kPosting, "11", "Enter", "PAYEE 11", "txtCheckDated"},
+      {Kind::kPosting, "10", "Ctrl+Enter", "PAYEE 10", "txtCheckDated"},
+      {Kind::kPosting, "12", "Enter", "PAYEE 12", "txtCheckPayee"},
+      {Kind::kPosting, "99", "Enter", "", "txtCheckDated"},
+      {Kind::kViewing, "10", "Enter", "PAYEE 10", "txtCheckNumber"},
+      {Kind::kClearing, "10", "Enter", "PAYEE 10", "txtCheckStmtPeriod"},
+      {Kind::kVoiding, "11", "Ctrl+Enter", "PAYEE 11", "txtCheckStmtPeriod"},
+  };
+  for (const Case& one : cases) {
+    if (mode_ != one.mode) OpenIn(one.mode);
+    Set("txtCheckNumber", one.number);
+    EXPECT_TRUE(form_->Key(one.key)) << one.number;
+    EXPECT_THAT(office_.TakeTexts(), IsEmpty()) << one.number;
+    EXPECT_EQ(Seen(*form_, "txtCheckPayee"), one.payee);
+    ASSERT_NE(form_->Focus(), nullptr) << one.number;
+    EXPECT_EQ(form_->Focus()->name, one.focus) << one.number;
+  }
+  EXPECT_EQ(Stored("11").status, "O");
+
+  // A new check that is filled keeps its entry under another free number; Ctrl+Enter posts it, as elsewhere.
+  OpenIn(Kind::kPosting);
+  Set("txtCheckFileNumber", "24-0117");
+  Set("txtCheckNumber", "77");
+  EXPECT_TRUE(form_->Key("Enter"));
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "24-0117");
+  EXPECT_EQ(Stored("77").number, "");
+  Set("txtCheckNumber", "78");
+  EXPECT_FALSE(form_->Key("Ctrl+Enter"));
+}
+
+TEST_F(CheckModesTest, AnotherModeGoesOnWithTheCheckThatIsShown) {
+  OpenOffice();
+  PostCheckOf("10");
+  const std::pair<const char*, const char*> modes[] = {{"mnuEditVoidChecks", "txtCheckStmtPeriod"},
+                                                       {"mnuEditStopPaymentChecks", "txtCheckStmtPeriod"},
+                                                       {"mnuEditClearChecks", "txtCheckStmtPeriod"},
+                                                       {"mnuEditPostChecks", "txtCheckDated"}};
+  Set("txtCheckNumber", "10");
+  for (const auto& [command, focus] : modes) {
+    form_->Menu(command);
+    EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "SMITH TITLE CO");
+    ASSERT_NE(form_->Focus(), nullptr) << command;
+    EXPECT_EQ(form_->Focus()->name, focus) << command;
+  }
+}
+
+TEST_F(CheckModesTest, FilesAreLookedUp) {
+  OpenOffice();
+  const auto found = [&](const char* text) {
+    Set("txtFindFile", text);
+    std::vector<std::string> files;
+    RowSource& rows = *form_->Find("lstFiles")->source;
+    for (std::size_t row = 0; row < rows.RowCount(); ++row) files.push_back(rows.Row(row).front());
+    return files;
+  };
+  office_.suite.files.reset();
+  form_->Enter("txtCheckFileNumber");
+  form_->Key("F4");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Type the file number.")));
+  EXPECT_EQ(form_->Focus()->name, "txtCheckFileNumber");
+  for (const char* file : {"24-0117", "23-0040", "VOID"}) {
+    ASSERT_EQ(Xrefs().Add(CheckXref(file, "FNB", "9")), 0);
+  }
+  // Without a list of the suite's: the files with transactions, by their beginning.
+  form_->Key("F4");
+  EXPECT_EQ(form_->Focus()->name, "txtFindFile");
+  EXPECT_THAT(found(""), ElementsAre("24-0117", "23-0040"));
+  EXPECT_THAT(found("0117"), IsEmpty());
+  EXPECT_THAT(found("23"), ElementsAre("23-0040"));
+  form_->Key("Enter");
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "23-0040");
+  EXPECT_EQ(form_->Focus()->name, "txtCheckFileNumber");
+
+  office_.suite.files = {"24-0117", "24-0118", "25-0001a"};
+  form_->Key("F4");
+  EXPECT_THAT(found(""), ElementsAre("25-0001a", "24-0118", "24-0117"));
+  EXPECT_THAT(found("01A"), ElementsAre("25-0001a"));
+  EXPECT_THAT(found("24"), ElementsAre("24-0118", "24-0117"));
+  EXPECT_THAT(form_->Find("lstFiles")->source->Row(1), ElementsAre("24-0117", "1 check"));
+  form_->Key("Down");
+  form_->Key("Down");
+  EXPECT_EQ(form_->Find("lstFiles")->selected, 2) << "the last row";
+  form_->Key("Enter");
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "24-0117");
+
+  // Posted while the list is open: what was searched for is in no trail.
+  form_->Key("F4");
+  Set("txtFindFile", "24");
+  Set("txtCheckPayee", "SMITH TITLE CO");
+  Set("txtCheckAmount", "5");
+  Post();
+  Set("txtCheckNumber", "1");
+  form_->Leave();
+  form_->Enter("txtCheckFileNumber");
+  form_->Key("F4");
+  Set("txtFindFile", "24");
+  Set("txtCheckAmount", "6");
+  Post();
+  EXPECT_THAT(Log(), HasSubstr("txtCheckAmount was: 5.00 now: 6.00"));
+  EXPECT_THAT(Log(), Not(HasSubstr("txtFindFile")));
 }
 
 TEST(CheckModeTest, WhatAStatusAllows) {
@@ -418,6 +536,25 @@ TEST_F(CheckModesTest, SettingsOfABankKeepTheirOtherLines) {
   ASSERT_TRUE(settings.Set("Font", "E13B"));
   EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"),
             "; by hand\r\nOffset=3\r\nNextCheckNumber=500\r\nFont=E13B\r\n");
+}
+
+TEST_F(CheckModesTest, SettingsThatCannotBeReadAreNotTakenForNone) {
+  testing::FaultyFiles files;
+  office_.files = &files;
+  OpenOffice();
+  const std::string text = "NextCheckNumber=500\r\nFont=E13B\r\n";
+  office_.WriteFile("MICR_Print_FNB.dat", text);
+  files.unreadable = [](std::string_view path) { return path.ends_with("MICR_Print_FNB.dat"); };
+  BankSettings settings(files, office_.session->DataPath(), kMicrSettings, "FNB");
+  EXPECT_THAT(settings.Problem(), HasSubstr("MICR_Print_FNB.dat cannot be read"));
+  EXPECT_FALSE(settings.Set("Font", "Another"));
+  OpenForm();
+  form_->Enter("txtCheckNumber");
+  EXPECT_EQ(Seen(*form_, "lblLastCheckNumber"), "Last Check Number: 0 (the next one is not known)");
+  files.unreadable = {};
+  EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"), text);
+  ASSERT_TRUE(settings.Set("Font", "Another"));
+  EXPECT_EQ(settings.Get(kNextCheckNumber), "500");
 }
 
 }  // namespace

@@ -75,6 +75,30 @@ TEST_F(WirePostingTest, AWireIsPostedAndClearedInOneStep) {
                                "[EDIT] txtWireStmtPeriod was:  now: 4-2024\r\n"));
 }
 
+TEST_F(WirePostingTest, AWireIsSeenBeforeItIsPostedAnew) {
+  OpenOffice();
+  Enter("A");
+  Post();
+  Enter("B", "");
+  Post();
+  ChangeBank([](BankRecord& bank) { bank.reconciled = {3, 0, 2024}; });
+  OpenForm();
+  for (const auto& [number, focus] :
+       {std::pair("A", "txtWireNumber"), std::pair("B", "txtWireNumber"), std::pair("C", "txtWireDated")}) {
+    for (const char* key : {"Ctrl+Enter", "Enter"}) {
+      Set("txtWireNumber", "Z");
+      form_->Leave();
+      Set("txtWireNumber", number);
+      const bool used = form_->Key(key);
+      EXPECT_EQ(used, *number != 'C' || std::string_view(key) == "Enter") << number << key;
+      EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+      if (!used) continue;
+      ASSERT_NE(form_->Focus(), nullptr) << number << " is closed: the cursor stays where it can be used";
+      EXPECT_EQ(form_->Focus()->name, focus);
+    }
+  }
+}
+
 TEST_F(WirePostingTest, RefusesInOrder) {
   OpenOffice();
   Set("txtWireAcctPeriod", "");

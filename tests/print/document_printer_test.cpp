@@ -11,6 +11,7 @@
 #include <sstream>
 
 #include "print/pdf_document.h"
+#include "print/pdf_file.h"
 #include "reports/report_pages.h"
 #include "tests/support/temp_folder.h"
 
@@ -56,6 +57,17 @@ TEST(DocumentFilesTest, WritesPdfFilesAndPicturesOfEveryPage) {
   EXPECT_FALSE(WritePdf(document, folder.Platform("no folder/checks.pdf")));
   EXPECT_EQ(WritePictures(document, folder.Platform("no folder/checks"), 50), 0);
   if (const char* keep = std::getenv("TALLWICK_KEEP_PDF")) std::filesystem::copy(path, keep);
+}
+
+TEST(DocumentFilesTest, AFileThatIsNotFinishedLeavesTheOldOne) {
+  const testing::TempFolder folder;
+  const std::string path = folder.Platform("report.pdf");
+  std::ofstream(path) << "the old one";
+  EXPECT_FALSE(WritePdfFile(path, "Report", [](QPdfWriter&) { return false; }));
+  EXPECT_EQ(Contents(path), "the old one");
+  EXPECT_EQ(std::distance(std::filesystem::directory_iterator(folder.Platform("")), {}), 1);
+  EXPECT_FALSE(WritePdf(ChecksReport(60), "/dev/full")) << "a device is not replaced";
+  EXPECT_FALSE(std::filesystem::is_regular_file("/dev/full"));
 }
 
 TEST(DocumentFilesTest, TwoHundredPagesAreQuick) {

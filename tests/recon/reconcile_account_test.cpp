@@ -1,6 +1,8 @@
 // The reconcile screen and the passes behind it, over real tables.
 #include "recon/reconcile_account.h"
 
+#include <gmock/gmock.h>
+
 #include <map>
 #include <random>
 
@@ -8,9 +10,13 @@
 #include "recon/recon_update.h"
 #include "reports/report_rtf.h"
 #include "tests/posting/screen_fixture.h"
+#include "tests/support/faulty_files.h"
 
 namespace tallwick::testing {
 namespace {
+
+using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 
 // A face before which somebody holds down Esc.
 class Impatient : public Form::Face {
@@ -176,6 +182,35 @@ TEST_F(ReconcileTest, AnUpdateSeesWhatOthersHaveDone) {
   office_.TakeTexts();
   form_->Click("cmdCompute");
   EXPECT_EQ(office_.TakeTexts(), std::vector<std::string>{"Bank ID Code is no longer valid."});
+}
+
+// What was refused is in no history: neither when the record was locked nor when the history could not be
+// read, which then stays as it is.
+TEST_F(ReconcileTest, ARefusedUpdateLeavesNoHistory) {
+  FaultyFiles files;
+  office_.files = &files;
+  OpenOffice();
+  ComputeMarch();
+  {
+    StartUpOutcome second = office_.Start();
+    BankTable& theirs = second.session->Company().banks;
+    ASSERT_TRUE(theirs.SeekCode("FNB") && theirs.Lock() == 0);
+    form_->Click("cmdUpdateBankRecord");
+    EXPECT_EQ(office_.TakeTexts().size(), 1U);
+    EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat"), "");
+  }
+  office_.WriteFile("Reconciliations_FNB.dat", "[1-2024]\r\nkept\r\n");
+  files.unreadable = [](std::string_view path) { return path.find("Reconciliations_") != path.npos; };
+  form_->Click("cmdUpdateBankRecord");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("The file Reconciliations_FNB.dat cannot be read.")));
+  EXPECT_NE(OfferTakeBack(*office_.session, Bank()).refusal.find("cannot be read"), std::string::npos);
+  EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat"), "[1-2024]\r\nkept\r\n");
+  EXPECT_EQ(Bank().reconciled, (Period{1, 0, 2024}));
+  files.unreadable = {};
+  form_->Click("cmdUpdateBankRecord");
+  EXPECT_EQ(Bank().reconciled, (Period{3, 0, 2024}));
+  EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat").substr(0, 24), "[1-2024]\r\nkept\r\n[3-2024");
 }
 
 TEST_F(ReconcileTest, WhatWasPurgedSinceKeepsItFromBeingTakenBack) {

@@ -6,6 +6,10 @@
 #include <gtest/gtest.h>
 
 #include "reports/ledger_reader.h"
+#include "reports/report_origin.h"
+#include "reports/trial_balance.h"
+#include "shell/clsSecurity.h"
+#include "shell/rights.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -100,6 +104,7 @@ TEST(LedgerReaderTest, FindsTheFilesRowsInEveryBank) {
   ASSERT_TRUE(office.AddBank("FNB", "Zuercher") && office.AddBank("SAV", "Alpine"));
   EXPECT_EQ(ReadFileLedger(*office.session, " 24-0117 ").message,
             "24-0117 does NOT have any transactions posted.");
+  EXPECT_EQ(ReadFileLedger(*office.session, "26-m\u00fcller").ledger.FileNumber(), "26-M\u00dcLLER");
   BankTables tables(office.session->Home());
   ASSERT_TRUE(tables.Open("FNB"));
   for (const CheckRecord& check : {Check("2", 2, "O"), Check("1", 1, "O"), Check("3", 4, "O", "24-01170"),
@@ -120,6 +125,35 @@ TEST(LedgerReaderTest, FindsTheFilesRowsInEveryBank) {
   EXPECT_TRUE(reading.ledger.Banks()[0].Deposits()[1].wire_in);
   EXPECT_EQ(reading.ledger.Banks()[1].Checks()[0].number, "1");
   EXPECT_EQ(reading.ledger.FileBalance().ToText(), "0.45");
+
+  // A user's list of banks does not bound a file's ledger, whose balance is of every bank; it does the trial
+  // balance, which says so.
+  clsSecurity user;
+  user.osLogin = office.suite.login;
+  user.sBankCodes = {"SAV"};
+  ASSERT_EQ(user.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  office.suite.security = true;
+  office.session->ReloadUser();
+  EXPECT_EQ(ReadFileLedger(*office.session, "24-0117").ledger.FileBalance().ToText(), "0.45");
+  const TrialBalance trial = ReadTrialBalance(*office.session, {}, {});
+  EXPECT_THAT(trial.banks, ::testing::ElementsAre("SAV"));
+  EXPECT_NE(trial.note, "");
+  user.SetRight(kRightEscrowReports, false);
+  ASSERT_EQ(user.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  office.session->ReloadUser();
+  EXPECT_TRUE(ReadTrialBalance(*office.session, {}, {}).banks.empty());
+}
+
+TEST(ReportOriginTest, NamesThePersonWhetherOrNotSecurityIsOn) {
+  Office office;
+  office.session = std::move(office.Start().session);
+  ASSERT_TRUE(office.session);
+  EXPECT_EQ(OriginOf(*office.session).user, "jdoe");
+  clsSecurity user;
+  user.osLogin = "JDOE";
+  user.sUserName = "Joan M. Doe";
+  ASSERT_EQ(user.SaveUserSecurity(office.session->Home(), office.clock.Now()), 0);
+  EXPECT_EQ(OriginOf(*office.session).user, "Joan M. Doe");
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include <random>
 
 #include "reports/ledger_reader.h"
+#include "reports/report_rtf.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -96,6 +97,29 @@ TEST_F(TrialBalanceTest, ListsWhatFilesHoldAsOfADay) {
       *office_.session, {}, [](std::string_view, std::int64_t, std::int64_t) { return false; });
   EXPECT_EQ(stopped.end, PassEnd::kStopped);
   EXPECT_TRUE(stopped.files.empty());
+}
+
+// A period of a bank kept by the month holds all of its days.
+TEST_F(TrialBalanceTest, SaysHowFarMonthsAreCounted) {
+  ASSERT_TRUE(office_.AddBank("DAY", "By the Day", [](BankRecord& bank) { bank.accounting.day = 15; }));
+  BankTables tables(office_.session->Home());
+  ASSERT_TRUE(tables.Open("FNB"));
+  Deposit(tables, "20240324", {3, 0, 2024}, {{"24-0001", 100'00}});
+  struct Case {
+    const char* bank;
+    Date as_of;
+    const char* note;
+  };
+  const char* march = "Bank accounts whose periods are months are counted through March 2024.";
+  for (const Case& one : {Case{"", {2024, 3, 1}, march}, Case{"FNB", {2024, 3, 1}, march},
+                          Case{"", {2024, 3, 31}, ""}, Case{"", {}, ""}, Case{"DAY", {2024, 3, 1}, ""}}) {
+    const TrialTerms terms{one.bank, one.as_of, TrialKind::kAll};
+    const TrialBalance balance = ReadTrialBalance(*office_.session, terms, {});
+    EXPECT_EQ(balance.month_note, one.note) << one.bank;
+    const std::string rtf = MakeRtf(MakeTrialReport(balance, terms, {}));
+    EXPECT_EQ(rtf.find(march) != std::string::npos, *one.note != 0);
+  }
+  EXPECT_THAT(Listed({"FNB", {2024, 3, 1}, TrialKind::kAll}), ElementsAre("24-0001 100.00"));
 }
 
 TEST_F(TrialBalanceTest, AgreesWithTheLedgerOfEveryFile) {

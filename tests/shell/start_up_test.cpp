@@ -206,6 +206,26 @@ TEST(StartUpTest, WriteProtectedDataCanBeLookedAt) {
   }
 }
 
+// To list the names in a folder and to reach its files are two rights, and both are needed.
+TEST(StartUpTest, DataPathMustBeReadable) {
+  for (const unsigned rights : {0000U, 0444U, 0111U}) {
+    Office office;
+    ASSERT_TRUE(office.Open());
+    office.session.reset();
+    const std::filesystem::path folder = office.folder.Platform("");
+    std::filesystem::permissions(folder, std::filesystem::perms(rights));
+    StartUpResult result = StartUpResult::kStarted;
+    {
+      const CommonUser user;
+      result = office.Start().result;
+    }
+    std::filesystem::permissions(folder, std::filesystem::perms(0755));
+    EXPECT_EQ(result, StartUpResult::kNoDataPath) << rights;
+    EXPECT_THAT(office.TakeTexts(),
+                ElementsAre(StartsWith("Company Data Path error: The folder cannot be read.")));
+  }
+}
+
 TEST(StartUpTest, PostsThatWaitBehindAWriteProtectionNeedSomebodyWhoMayWrite) {
   Office office;
   ASSERT_TRUE(office.Open());

@@ -141,6 +141,32 @@ TEST_F(UserMaintenanceTest, DeletesWithTheBanksButNotOneself) {
   EXPECT_EQ(Get("ann").iMustChange, 1);
 }
 
+// Users out of reach must not look like no users, nor be replaced by new ones.
+TEST_F(UserMaintenanceTest, UsersOutOfReachAreTold) {
+  EXPECT_EQ(clsSecurity::UsersProblem(Home()), "") << "nobody has made the tables yet";
+  ASSERT_EQ(Save("ann", "", {"FNB"}), 0);
+  EXPECT_EQ(clsSecurity::UsersProblem(Home()), "");
+  for (const char* table : {"USERS", "USERSESC"}) {
+    const std::string file = std::string(table) + ".DBF";
+    const std::string whole = office_.ReadFile(file);
+    office_.WriteFile(file, "no table");
+    EXPECT_THAT(clsSecurity::UsersProblem(Home()), HasSubstr(std::string(table) + " could not be opened"));
+    office_.boxes.shown.clear();
+    EXPECT_FALSE(FrmEditUsers(*office_.session).OpenTables());
+    EXPECT_THAT(office_.boxes.LastText(), HasSubstr(table));
+    EXPECT_NE(Save("bob"), 0);
+    office_.WriteFile(file, whole);
+  }
+  SystemFileSystem().Remove(office_.folder.Held("USERS.DBF"));
+  EXPECT_THAT(clsSecurity::UsersProblem(Home()), HasSubstr("USERS is missing, but it was there"));
+  office_.boxes.shown.clear();
+  EXPECT_NE(Save("bob"), 0);
+  EXPECT_THAT(office_.boxes.LastText(), HasSubstr("Make an empty one?"));
+  EXPECT_EQ(office_.ReadFile("USERS.DBF"), "");
+  office_.boxes.answers = {BoxAnswer::kYes};
+  EXPECT_EQ(Save("bob"), 0);
+}
+
 TEST(DigestTest, IsTheStandardOne) {
   EXPECT_EQ(clsSecurity::Digest(""), "E3B0C44298FC1C149AFBF4C8996FB92427AE41E4649B934CA495991B7852B855");
   EXPECT_EQ(clsSecurity::Digest("abc"), "BA7816BF8F01CFEA414140DE5DAE2223B00361A396177A9CB410FF61F20015AD");
@@ -262,6 +288,7 @@ TEST_F(UserMaintenanceTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
   office_.session->ReloadUser();
   FrmMainEscrowAccounting main(*office_.session, office_);
   main.Opened();
+  EXPECT_EQ(Seen(main, "Login"), "Login: jdoe");
   EXPECT_TRUE(main.Find("mnuEditChecksPost")->enabled);
   FrmEditUsers form(*office_.session);
   form.Opened();

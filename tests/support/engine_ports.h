@@ -17,7 +17,9 @@ class PlainPaths : public FileSystem {
   std::string HeldPath(std::string_view path) const override { return std::string(path); }
 
   bool FolderExists(std::string_view) const override { return true; }
+  bool FolderIsReadable(std::string_view) const override { return true; }
   bool FileExists(std::string_view) const override { return false; }
+  bool IsMissing(std::string_view path) const override { return !FileExists(path); }
   bool CreateFolder(std::string_view) override { return false; }
   bool RemoveFolder(std::string_view) override { return false; }
   std::optional<std::string> Read(std::string_view) const override { return std::nullopt; }

@@ -14,20 +14,26 @@ class FaultyFiles : public FileSystem {
   // Asked before each change with what it is ("copy", "write", "remove folder", …) and the path changed; true
   // makes it fail without effect.
   std::function<bool(std::string_view change, std::string_view path)> fails;
+  // Asked before each reading of a whole file; true makes it fail, as another program that holds it does.
+  std::function<bool(std::string_view path)> unreadable;
   // Called after each copy, which it may spoil.
   std::function<void(std::string_view path)> copied;
 
   std::string PlatformPath(std::string_view path) const override { return real_.PlatformPath(path); }
   std::string HeldPath(std::string_view path) const override { return real_.HeldPath(path); }
   bool FolderExists(std::string_view folder) const override { return real_.FolderExists(folder); }
+  bool FolderIsReadable(std::string_view folder) const override { return real_.FolderIsReadable(folder); }
   bool FileExists(std::string_view path) const override { return real_.FileExists(path); }
+  bool IsMissing(std::string_view path) const override { return real_.IsMissing(path); }
   bool CreateFolder(std::string_view folder) override {
     return !Fails("create folder", folder) && real_.CreateFolder(folder);
   }
   bool RemoveFolder(std::string_view folder) override {
     return !Fails("remove folder", folder) && real_.RemoveFolder(folder);
   }
-  std::optional<std::string> Read(std::string_view path) const override { return real_.Read(path); }
+  std::optional<std::string> Read(std::string_view path) const override {
+    return unreadable && unreadable(path) ? std::nullopt : real_.Read(path);
+  }
   std::optional<std::string> ReadPart(std::string_view path, std::uint64_t offset,
                                       std::size_t length) const override {
     return real_.ReadPart(path, offset, length);

@@ -52,6 +52,10 @@ class FakeSuite : public Suite {
     if (!facts_.files) return std::nullopt;
     return facts_.files->contains(std::string(file_no));
   }
+  std::optional<std::vector<std::string>> Files() const override {
+    if (!facts_.files) return std::nullopt;
+    return std::vector(facts_.files->begin(), facts_.files->end());
+  }
 
  private:
   SuiteFacts& facts_;

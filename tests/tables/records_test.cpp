@@ -234,6 +234,16 @@ TEST_F(RecordsTest, FileLookUpCountsKindsAndBanks) {
   EXPECT_TRUE(xrefs.LookUpFile("  ").banks.empty());
   EXPECT_TRUE(xrefs.LookUpFile("F").banks.empty());
 
+  const struct {
+    const char* beginning;
+    std::size_t most;
+    std::vector<std::string> files;
+  } beginnings[] = {
+      {"", 9, {"F12", "F1"}}, {"", 1, {"F12"}}, {"f1", 9, {"F12", "F1"}},         {"F12", 9, {"F12"}},
+      {"E", 9, {}},           {"G", 9, {}},     {"F12 and more than fits", 9, {}}};
+  for (const auto& one : beginnings)
+    EXPECT_EQ(xrefs.LastFiles(one.beginning, one.most), one.files) << one.beginning;
+
   ASSERT_TRUE(xrefs.SeekReference({"F1", "AB", "D", "20240315 112"}));
   EXPECT_EQ(xrefs.Read().reference, "20240315 112");
   ASSERT_TRUE(xrefs.SeekReference({"F1", "ZB", "C", "1002"}));

@@ -7,6 +7,7 @@
 #include <QAction>
 #include <QCalendarWidget>
 #include <QCheckBox>
+#include <QClipboard>
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
@@ -32,7 +33,7 @@ class EntryForm : public Form {
  public:
   explicit EntryForm(MessageBoxes& boxes) : Form("frmEntry", boxes) {
     SetFormCaption("Entry");
-    Add(ControlKind::kText, "txtName", "&Name").max_length = 5;
+    Add(ControlKind::kText, "txtName", "&Name");
     Add(ControlKind::kAmount, "txtAmount").text = "-5.00";
     Add(ControlKind::kDate, "txtDated").text = "03/15/2024";
     Add(ControlKind::kPeriod, "txtPeriod").text = "3-2024";
@@ -57,6 +58,7 @@ class EntryForm : public Form {
 
   using Form::SetCaption;
   using Form::SetEnabled;
+  using Form::SetFocus;
   using Form::SetRows;
   using Form::SetText;
   using Form::SetValue;
@@ -82,7 +84,7 @@ class EntryForm : public Form {
     Note("menu", control);
   }
   bool OnKey(std::string_view key) override {
-    if (key == "Enter") return false;
+    if (key.ends_with("Enter")) return false;
     events.push_back("key " + std::string(key));
     return true;
   }
@@ -156,7 +158,6 @@ TEST_F(BinderTest, ShowsWhatTheFormHolds) {
   Open();
   EXPECT_EQ(Get<QLabel>("capName")->text(), "&Name");
   EXPECT_EQ(Get<QLineEdit>("txtName")->accessibleName(), "Name");
-  EXPECT_EQ(Get<QLineEdit>("txtName")->maxLength(), 5);
   EXPECT_EQ(Get<QLineEdit>("txtAmount")->text(), "-5.00");
   EXPECT_TRUE(Get<QLineEdit>("txtAmount")->property("negative").toBool());
   EXPECT_TRUE(Get<QLineEdit>("txtAmount")->alignment().testFlag(Qt::AlignRight));
@@ -237,6 +238,53 @@ TEST_F(BinderTest, ARefusedFieldKeepsTheCursorAndIsMarkedUntilItChanges) {
   EXPECT_EQ(Focus(), "txtDated");
 }
 
+TEST_F(BinderTest, AFieldIsSelectedWhenItIsEnteredButNotByTheMouse) {
+  Open();
+  auto* amount = Get<QLineEdit>("txtAmount");
+  const auto leave_and = [&](const std::function<void()>& enter) {
+    Get<QLineEdit>("txtRow_1")->setFocus();
+    amount->deselect();
+    enter();
+    EXPECT_EQ(Focus(), "txtAmount");
+    return amount->selectedText();
+  };
+  EXPECT_EQ(leave_and([&] { amount->setFocus(Qt::TabFocusReason); }), "-5.00");
+  EXPECT_EQ(leave_and([&] { form_.SetFocus("txtAmount"); }), "-5.00");
+  EXPECT_EQ(leave_and([&] {
+              Get<QLineEdit>("txtName")->setFocus();
+              Press(Qt::Key_Return);
+            }),
+            "-5.00");
+  EXPECT_EQ(leave_and([&] { QTest::mouseClick(amount, Qt::LeftButton); }), "");
+  amount->setFocus(Qt::PopupFocusReason);
+  EXPECT_EQ(amount->selectedText(), "");
+  form_.SetText("txtAmount", "7.00");
+  EXPECT_EQ(amount->selectedText(), "7.00") << "put there by the form while the cursor stands in it";
+  Type("81");
+  EXPECT_EQ(form_.Find("txtAmount")->text, "81");
+  Get<QPlainTextEdit>("txtNote")->setFocus(Qt::TabFocusReason);
+  EXPECT_FALSE(Get<QPlainTextEdit>("txtNote")->textCursor().hasSelection()) << "Enter would wipe it out";
+}
+
+TEST_F(BinderTest, WhatIsPastedStaysWholeAndItsLineBreaksAreSeen) {
+  Open();
+  auto* name = Get<QLineEdit>("txtName");
+  const struct {
+    QString pasted, shown;
+    std::string held;
+  } cases[] = {{QString(3000, 'x'), QString(3000, 'x'), std::string(3000, 'x')},
+               {"24-0054\r\nSMITH\t5", QString::fromUtf8("24-0054↵SMITH⇥5"), "24-0054\nSMITH\t5"}};
+  for (const auto& one : cases) {
+    QApplication::clipboard()->setText(one.pasted);
+    name->selectAll();
+    name->paste();
+    EXPECT_EQ(name->text(), one.shown);
+    EXPECT_EQ(form_.Find("txtName")->text, one.held);
+    Type("!");
+    EXPECT_EQ(form_.Find("txtName")->text, one.held + "!") << "the cursor stands behind what was pasted";
+  }
+}
+
 TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {
   form_.SetText("txtAmount", "");
   Open();
@@ -258,11 +306,14 @@ TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {
   form_.Taken();
   EXPECT_TRUE(binder_->KeysOf(*Get<QLineEdit>("txtAmount")).contains("Enter posts"));
   Press(Qt::Key_Enter);
-  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtAmount", "enter cmdOk", "click cmdOk"));
+  EXPECT_THAT(form_.Taken(),
+              ElementsAre("leave txtAmount", "enter cmdOk", "click cmdOk", "leave cmdOk", "enter txtAmount"));
+  EXPECT_EQ(Focus(), "txtAmount") << "a key leaves the cursor where it is";
   Get<QPlainTextEdit>("txtNote")->setFocus();
   form_.Taken();
   Press(Qt::Key_Return, Qt::ControlModifier);
-  EXPECT_THAT(form_.Taken(), ElementsAre("leave txtNote", "enter cmdOk", "click cmdOk"));
+  EXPECT_THAT(form_.Taken(),
+              ElementsAre("leave txtNote", "enter cmdOk", "click cmdOk", "leave cmdOk", "enter txtNote"));
 }
 
 TEST_F(BinderTest, F2FillsDatesAndPeriodsInTheirForm) {
@@ -338,6 +389,21 @@ TEST_F(BinderTest, LongWorkIsDoneBetweenEvents) {
   EXPECT_GT(form_.SlicesLeft(), 0) << "the typing did not wait for all of it";
   EXPECT_EQ(form_.Find("txtName")->text, "Jo");
   EXPECT_TRUE(QTest::qWaitFor([this] { return form_.SlicesLeft() == 0; }));
+}
+
+TEST(QtMessageBoxesTest, FitsTheScreenWhateverItQuotes) {
+  QTimer::singleShot(20, qApp, [] {
+    const QWidget* shown = QApplication::activeModalWidget();
+    ASSERT_NE(shown, nullptr);
+    EXPECT_LT(shown->height(), 500);
+    EXPECT_LT(shown->width(), 1000);
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+  });
+  std::string pasted;
+  for (int i = 0; i < 5000; ++i) pasted += "pasted ";
+  QtMessageBoxes boxes;
+  boxes.Show(
+      {BoxIcon::kCritical, "T", "Payee \"" + pasted + "\" is too long.", BoxButtons::kOk, BoxAnswer::kOk});
 }
 
 TEST(QtMessageBoxesTest, ShowsTextsExactlyAndAnswersSafely) {

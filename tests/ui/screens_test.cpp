@@ -225,6 +225,7 @@ void ExpectReadingOrder(QWidget& window) {
   QString last_name;
   for (QWidget* widget = window.nextInFocusChain(); widget != &window; widget = widget->nextInFocusChain()) {
     if (qobject_cast<QLineEdit*>(widget) == nullptr || widget->property("finds").isValid()) continue;
+    if (!widget->isVisibleTo(&window)) continue;
     const QPoint at = widget->mapTo(&window, QPoint(0, 0));
     EXPECT_TRUE(at.y() > last.y() + 4 || at.x() > last.x())
         << widget->objectName().toStdString() << " after " << last_name.toStdString();

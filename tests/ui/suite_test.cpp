@@ -55,6 +55,7 @@ TEST_F(SuiteTest, PublishesItsCompanyToWhoeverAttaches) {
   EXPECT_TRUE(suite->SecurityOn());
   EXPECT_EQ(suite->KnowsFile("24-0118"), true);
   EXPECT_EQ(suite->KnowsFile("24-0119"), false);
+  EXPECT_EQ(suite->Files(), (std::vector<std::string>{"24-0117", "24-0118"}));
   EXPECT_TRUE(suite->RegisterProgram(kProgramName, 4711));
   EXPECT_EQ(suite->BranchName(), "Main");
   EXPECT_EQ(Run({"--branch", "North Office"}), 0);
@@ -67,6 +68,7 @@ TEST_F(SuiteTest, PublishesItsCompanyToWhoeverAttaches) {
   EXPECT_EQ(suite->Login(), "maryk") << "a suite that has ended is remembered";
   EXPECT_FALSE(suite->RegisterProgram(kProgramName, 4711));
   EXPECT_EQ(suite->KnowsFile("24-0118"), std::nullopt);
+  EXPECT_EQ(suite->Files(), std::nullopt);
 }
 
 TEST_F(SuiteTest, ReadsTheBranchOfOlderSettings) {

@@ -1,0 +1,104 @@
+// Keeping bank records: what the audit trail says of a change, and who may make it.
+
+#include "maintenance/bank_maintenance.h"
+
+#include <gtest/gtest.h>
+
+#include "shell/clsSecurity.h"
+#include "tests/support/office.h"
+
+namespace tallwick {
+namespace {
+
+using testing::Office;
+
+class BankMaintenanceTest : public ::testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(office_.Open()); }
+
+  std::string Change(std::vector<FieldAssignment> values, std::string_view code = "FNB") {
+    return ChangeBankAccount(*office_.session, code, values);
+  }
+  // What the trail has got since the last call.
+  std::string NewLines(const std::string& code = "FNB") {
+    const std::string log = office_.ReadFile("Logs\\" + code + "\\Audit_Trail.log");
+    std::string fresh = log.substr(read_);
+    read_ = log.size();
+    return fresh;
+  }
+  void AddUser(const std::string& login, const std::string& group, std::vector<std::string> banks,
+               const std::string& rights = "") {
+    clsSecurity user;
+    user.osLogin = login;
+    user.sGroup = group;
+    user.sBankCodes = std::move(banks);
+    user.sSecurity = rights;
+    ASSERT_EQ(user.SaveUserSecurity(office_.session->Home(), office_.clock.Now()), 0);
+  }
+  void Login(const std::string& login) {
+    office_.suite.security = true;
+    office_.suite.login = login;
+    office_.session->ReloadUser();
+  }
+
+  Office office_;
+  std::size_t read_ = 0;
+};
+
+constexpr const char* kHeader =
+    "[DATE: Mar 15, 2024 @ 09:30:00 AM][TX: Account Edit][REFERENCE: FNB][LOGIN: jdoe][COMPUTER: "
+    "FRONTDESK2]\r\n";
+
+// Whoever switches the trail off or on must stand in it.
+TEST_F(BankMaintenanceTest, ChangesStandInTheTrailAndSoDoesItsSwitch) {
+  ASSERT_EQ(Change({{"BANKNAME", "Erie Trust"}, {"BANKACCTMO", "4"}, {"PPUSEPP", "T"}}, "fnb"), "");
+  EXPECT_EQ(NewLines(), std::string(kHeader) +
+                            "[EDIT] txtBANKNAME was: First National Trust now: Erie Trust\r\n"
+                            "[EDIT] txtBANKACCTMO was: 3 now: 4\r\n"
+                            "[EDIT] chkPPUSEPP was: Unchecked now: Checked\r\n");
+  ASSERT_EQ(Change({{"BANKNAME", "Erie Trust"}}), "");
+  EXPECT_EQ(NewLines(), "") << "nothing was changed";
+  ASSERT_NE(Change({{"BANKNAME", "Kept"}, {"BANKRECOMO", "13"}}), "");
+  EXPECT_EQ(NewLines(), "") << "the change was refused";
+  ASSERT_EQ(Change({{"AUDITTRAIL", "F"}}), "");
+  EXPECT_EQ(NewLines(),
+            std::string("\r\n") + kHeader + "[EDIT] chkGenAuditTrail was: Checked now: Unchecked\r\n");
+  ASSERT_EQ(Change({{"BANKNAME", "Unseen"}}), "");
+  EXPECT_EQ(NewLines(), "") << "the trail is off";
+  ASSERT_EQ(Change({{"AUDITTRAIL", "T"}}), "");
+  EXPECT_EQ(NewLines(),
+            std::string("\r\n") + kHeader + "[EDIT] chkGenAuditTrail was: Unchecked now: Checked\r\n");
+}
+
+TEST_F(BankMaintenanceTest, AsksForTheRightAndTheBank) {
+  ASSERT_TRUE(office_.AddBank("SAV", "Savings"));
+  AddUser("keeper", "User", {"SAV"});
+  AddUser("clerk", "User", {"SAV"}, std::string(21, '0') + "1");
+  AddUser("boss", "Administrator", {});
+  const struct {
+    const char* login;
+    const char* code;
+    bool reads;
+    const char* refusal;  // of a change; "" where it is made
+  } cases[] = {
+      {"keeper", "sav", true, ""},
+      {"keeper", "FNB", false, "There is no bank \"FNB\" that this user may work with"},
+      {"keeper", "XYZ", false, "There is no bank \"XYZ\" that this user may work with"},
+      {"clerk", "SAV", true, "You do not have the right"},
+      {"clerk", "FNB", false, "You do not have the right"},
+      {"boss", "FNB", true, ""},
+      {"stranger", "SAV", false, "You do not have the right"},
+  };
+  for (const auto& one : cases) {
+    Login(one.login);
+    EXPECT_EQ(SeekBankAccount(*office_.session, one.code), one.reads) << one.login << one.code;
+    const std::string told = Change({{"BANKPHONE", std::string("555 ") + one.login}}, one.code);
+    const std::string wanted = one.refusal;
+    EXPECT_TRUE(wanted.empty() ? told.empty() : told.starts_with(wanted)) << one.login << ": " << told;
+    const std::optional<BankRecord> bank = office_.session->Company().banks.Find(one.code);
+    EXPECT_EQ(bank && bank->phone == std::string("555 ") + one.login, wanted.empty()) << one.login;
+  }
+}
+
+}  // namespace
+}  // namespace tallwick
