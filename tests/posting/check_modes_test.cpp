@@ -539,7 +539,7 @@ TEST_F(CheckModesTest, SettingsOfABankKeepTheirOtherLines) {
 }
 
 TEST_F(CheckModesTest, SettingsThatCannotBeReadAreNotTakenForNone) {
-  FaultyFiles files;
+  testing::FaultyFiles files;
   office_.files = &files;
   OpenOffice();
   const std::string text = "NextCheckNumber=500\r\nFont=E13B\r\n";
