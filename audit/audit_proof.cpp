@@ -275,6 +275,12 @@ AuditProof ProveAuditLog(const AuditPlace& place, std::string_view seal) {
     log = place.files.Read(place.log_path);
   }
   AuditProof proof;
+  for (const auto& [path, text] :
+       {std::pair(ChainPathOf(place.log_path), &companion), std::pair(place.log_path, &log)}) {
+    if (*text || place.files.IsMissing(path)) continue;
+    proof.problems.push_back(CannotBeReadText(path));
+    return proof;
+  }
   if (!log && !companion && seal.empty()) {
     proof.proven = true;
     proof.notes.emplace_back("There is no audit log yet.");
@@ -285,8 +291,7 @@ AuditProof ProveAuditLog(const AuditPlace& place, std::string_view seal) {
     return proof;
   }
   if (!log) {
-    proof.problems.emplace_back(
-        "The log is missing or cannot be read, though its companion file shows that there was one.");
+    proof.problems.emplace_back("The log is missing, though its companion file shows that there was one.");
     return proof;
   }
   return Prover(*log, *companion).Prove(seal);

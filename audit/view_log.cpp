@@ -157,13 +157,10 @@ void FrmViewLog::OnOpen() {
 }
 
 void FrmViewLog::ReadLog() {
-  std::optional<std::string> bytes;
-  if (session_.Files().FileExists(path_)) {
-    bytes = session_.Files().Read(path_);
-    if (!bytes)
-      Boxes().Critical(Caption(), "The audit log cannot be read.  Make sure that " +
-                                      session_.Files().PlatformPath(path_) + " may be read, and refresh.");
-  }
+  std::optional<std::string> bytes = session_.Files().ReadIfThere(path_);
+  if (!bytes)
+    Boxes().Critical(Caption(), "The audit log cannot be read.  Make sure that " +
+                                    session_.Files().PlatformPath(path_) + " may be read, and refresh.");
   log_ = std::make_shared<AuditLog>(std::move(bytes).value_or(""));
   OfferValues();
   ShowProof();

@@ -208,15 +208,15 @@ std::string PanelProblem(const CheckLayout& layout) {
   std::sort(tops.begin(), tops.end());
   if (layout.width < 100 || layout.height < 50) return "the paper is smaller than 100 by 50 millimetres";
   if (layout.panel_height < 40) return "PanelHeight is less than 40 millimetres";
-  if (layout.check_tops.size() > 1 && !layout.stub_tops.empty())
-    return "StubTops names stubs, which belong to the only check of a sheet, and CheckTops names several "
-           "checks";
   for (std::size_t i = 0; i < tops.size(); ++i) {
     if (tops[i] < 0 || tops[i] + layout.panel_height > layout.height + kEpsilon)
       return "a check or stub reaches beyond the paper";
     if (i > 0 && tops[i - 1] + layout.panel_height > tops[i] + kEpsilon)
       return "a check or stub stands over another";
   }
+  if (layout.check_tops.size() > 1 && !layout.stub_tops.empty())
+    return "StubTops names stubs, which belong to the only check of a sheet, and CheckTops names several "
+           "checks";
   return {};
 }
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "maintenance/table_measures.h"
 #include "tables/record_pass.h"
 
 namespace tallwick {
@@ -11,24 +12,16 @@ namespace {
 constexpr std::string_view kKept = ".SAV";
 constexpr std::size_t kBlockRecords = 4096;
 
-// Of a table's first bytes, little-endian: 4 to 7 the record count, 8 and 9 the head's length, 10 and 11 a
-// record's length. A record begins with "*" when it is deleted. Records that the file lacks are not counted.
+// A record begins with "*" when it is deleted. Records that the file lacks are not counted.
 std::int64_t LiveRecordsIn(const FileSystem& files, const std::string& path) {
-  const std::string head = files.ReadPart(path, 0, 12).value_or("");
-  if (head.size() < 12) return 0;
-  const auto number = [&](std::size_t from, std::size_t count) {
-    std::uint64_t value = 0;
-    for (std::size_t i = from + count; i > from; --i)
-      value = value * 256 + static_cast<unsigned char>(head[i - 1]);
-    return value;
-  };
-  const std::uint64_t length = number(10, 2);
-  if (length == 0) return 0;
+  const std::optional<TableMeasures> measures = ReadTableMeasures(files, path);
+  if (!measures) return 0;
+  const std::uint64_t length = measures->record_length;
   std::int64_t live = 0;
-  for (std::uint64_t record = 0; record < number(4, 4); record += kBlockRecords) {
+  for (std::uint64_t record = 0; record < measures->counted; record += kBlockRecords) {
     const std::string block =
-        files.ReadPart(path, number(8, 2) + record * length, kBlockRecords * length).value_or("");
-    const std::uint64_t held = std::min<std::uint64_t>(block.size() / length, number(4, 4) - record);
+        files.ReadPart(path, measures->head_length + record * length, kBlockRecords * length).value_or("");
+    const std::uint64_t held = std::min<std::uint64_t>(block.size() / length, measures->counted - record);
     for (std::uint64_t i = 0; i < held; ++i) live += block[i * length] != '*' ? 1 : 0;
     if (held < kBlockRecords) break;
   }

@@ -1,6 +1,6 @@
 #include "maintenance/verify_table.h"
 
-#include <algorithm>
+#include "maintenance/table_measures.h"
 
 namespace tallwick {
 
@@ -24,21 +24,13 @@ std::string_view AdviceFor(ProblemKind kind) {
   return {};
 }
 
-// Of a table's first bytes, little-endian: 4 to 7 the record count, 8 and 9 the head's length, 10 and 11 a
-// record's length.
 std::string CountText(const FileSystem& files, const std::string& path) {
-  const std::string head = files.ReadPart(path, 0, 12).value_or("");
-  const auto size = static_cast<std::int64_t>(files.SizeOf(path).value_or(0));
-  if (head.size() < 12) return {};
-  const auto number = [&](std::size_t from, std::size_t count) {
-    std::int64_t value = 0;
-    for (std::size_t i = from + count; i > from; --i)
-      value = value * 256 + static_cast<unsigned char>(head[i - 1]);
-    return value;
-  };
-  if (number(10, 2) == 0) return {};
-  const std::int64_t counted = number(4, 4);
-  const std::int64_t held = std::max<std::int64_t>(0, size - number(8, 2)) / number(10, 2);
+  const std::optional<TableMeasures> measures = ReadTableMeasures(files, path);
+  if (!measures) return {};
+  const std::uint64_t size = files.SizeOf(path).value_or(0);
+  const std::uint64_t counted = measures->counted;
+  const std::uint64_t held =
+      size > measures->head_length ? (size - measures->head_length) / measures->record_length : 0;
   std::string text = ".  It counts " + std::to_string(counted) + " records and holds " + std::to_string(held);
   if (held < counted)
     text += ": the last " + std::to_string(counted - held) +

@@ -11,7 +11,7 @@ std::string PathOf(const Session& session, std::string_view file) {
 std::string SwitchPath(const Session& session) {
   const std::string path = PathOf(session, kSwitchFile);
   const std::string former = PathOf(session, kFormerSwitchFile);
-  return !session.Files().FileExists(path) && session.Files().FileExists(former) ? former : path;
+  return session.Files().IsMissing(path) && !session.Files().IsMissing(former) ? former : path;
 }
 
 }  // namespace
@@ -19,7 +19,7 @@ std::string SwitchPath(const Session& session) {
 bool TransactionsOpen(const Session& session) {
   const std::string path = SwitchPath(session);
   const std::optional<std::string> text = session.Files().Read(path);
-  if (!text) return !session.Files().FileExists(path);
+  if (!text) return session.Files().IsMissing(path);
   return text->rfind('T', 0) == 0;
 }
 

@@ -128,6 +128,7 @@ void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
     QLabel* label = MakeLabel(name, role);
     label->setWordWrap(true);
     label->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    label->setProperty("showWith", QString(name));  // an empty one would take a line
     column->addWidget(label);
     role = "";
   }

@@ -114,15 +114,12 @@ int Audit(Office& office, const AuditArguments& arguments) {
   if (session == nullptr) return office.Status();
   if (arguments.prove || !arguments.seal.empty()) return Prove(office, *session, arguments.seal);
   const std::string path = AuditLogPath(session->DataPath(), session->BankCode());
-  std::optional<std::string> bytes;
-  if (office.Files().FileExists(path)) {
-    bytes = office.Files().Read(path);
-    if (!bytes) {
-      office.Out().Fail("The audit log " + office.Files().PlatformPath(path) + " cannot be read");
-      return kRefused;
-    }
+  std::optional<std::string> bytes = office.Files().ReadIfThere(path);
+  if (!bytes) {
+    office.Out().Fail("The audit log " + office.Files().PlatformPath(path) + " cannot be read");
+    return kRefused;
   }
-  const AuditLog log(std::move(bytes).value_or(""));
+  const AuditLog log(std::move(*bytes));
   const AuditCriteria criteria = CriteriaOf(arguments);
   Output& out = office.Out();
   if (const std::string problem = CriteriaProblem(log, criteria); !problem.empty()) {

@@ -75,14 +75,16 @@ void ShowResults(Output& out, FrmReconcileAccount& screen) {
   out.Set("txtFileLedgersTotal", MoneyText(screen.Files()->Sum()));
   if (out.IsJson()) out.Set("files", FilesJson(*screen.Files()));
   const std::string& note = screen.Find("lblStatementNote")->caption;
-  if (!note.empty()) out.Set("note", note);
+  if (!note.empty()) {
+    out.Set("note", note);
+    out.Line(note);
+  }
   out.Set("proof", screen.Find("lblProof")->caption);
   out.Set("status", screen.Find("lblStatus")->caption);
   out.Set("updated", screen.IsUpdated());
   out.Line(TextTable({"Reconciliation", "Amount"}, "<>", rows));
   out.Line(screen.Find("lblProof")->caption);
   out.Line(screen.Find("lblStatus")->caption);
-  if (!note.empty()) out.Line(note);
 }
 
 int Reconcile(Office& office, const ReconArguments& arguments) {

@@ -78,6 +78,19 @@ TEST_F(ChainTest, AnUntouchedLogIsProven) {
   EXPECT_TRUE(Prove(ToLower(proof.seal)).proven);
 }
 
+// Files that another program holds are no reason to believe that there never was a log.
+TEST_F(ChainTest, WhatCannotBeReadIsNotProven) {
+  WriteThree();
+  testing::FaultyFiles files;
+  for (const std::string_view held : {kLog, kChain, std::string_view()}) {
+    files.unreadable = [held](std::string_view path) { return path.ends_with(held); };
+    const AuditProof proof =
+        ProveAuditLog({files, engine::SystemFiles(), office_.clock, office_.folder.Held(kLog)}, {});
+    EXPECT_FALSE(proof.proven);
+    EXPECT_THAT(proof.problems, ElementsAre(HasSubstr("cannot be read")));
+  }
+}
+
 TEST_F(ChainTest, EveryTamperingShowsAndIsNamed) {
   struct Case {
     const char* name;
@@ -141,7 +154,8 @@ TEST_F(ChainTest, LinesPutBehindTheRecordedEndAreNeverProven) {
   };
   const Case cases[] = {
       {"an entry as ours", Entry("2001"), false,
-       "Lines 10 to 11 were not recorded by this program, though it writes such entries: an entry (Post Check "
+       "Lines 10 to 11 were not recorded by this program, though it writes such entries: an entry (Post "
+       "Check "
        "2001, Mar 15, 2024 @ 09:30:00 AM, jdoe on DESK 1)"},
       {"two", Entry("2001") + Entry("2002"), false,
        "Lines 10 to 14 were not recorded by this program, though it "

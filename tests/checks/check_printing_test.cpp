@@ -125,9 +125,12 @@ TEST_F(CheckPrintingTest, NothingIsPrintedWhereAFileCannotBeRead) {
   ASSERT_TRUE(PrintAll({"10"}));
   const std::string noted = Log();
   ScreenCatalogue screens(*office_.session, office_);
+  const auto hold = [&](const std::string& name) {
+    files.unreadable = [name](std::string_view path) { return FileNameOf(path) == name; };
+  };
   for (const std::string name :
        {"MICR_Print_FNB.dat", "Main.SSP", "Check_Print_FNB.dat", "Checks_Printed.log"}) {
-    files.unreadable = [&](std::string_view path) { return FileNameOf(path) == name; };
+    hold(name);
     office_.boxes.answers = {BoxAnswer::kYes};
     EXPECT_FALSE(PrintAll({"10"})) << name;
     EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("The file " + name + " cannot be read.")));
@@ -135,6 +138,7 @@ TEST_F(CheckPrintingTest, NothingIsPrintedWhereAFileCannotBeRead) {
     EXPECT_EQ(Log(), noted);
     office_.boxes.answers.clear();
   }
+  hold("Checks_Printed.log");
   const std::unique_ptr<Form> form = screens.Make("frmPrintChecks", "");
   form->Opened();
   EXPECT_EQ(testing::Seen(*form, "txtNumbers"), "") << "nobody knows what was printed";

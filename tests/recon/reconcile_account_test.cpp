@@ -196,7 +196,7 @@ TEST_F(ReconcileTest, ARefusedUpdateLeavesNoHistory) {
     BankTable& theirs = second.session->Company().banks;
     ASSERT_TRUE(theirs.SeekCode("FNB") && theirs.Lock() == 0);
     form_->Click("cmdUpdateBankRecord");
-    EXPECT_EQ(office_.TakeTexts().size(), 1U);
+    EXPECT_FALSE(office_.TakeTexts().empty());
     EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat"), "");
   }
   office_.WriteFile("Reconciliations_FNB.dat", "[1-2024]\r\nkept\r\n");
@@ -210,7 +210,8 @@ TEST_F(ReconcileTest, ARefusedUpdateLeavesNoHistory) {
   files.unreadable = {};
   form_->Click("cmdUpdateBankRecord");
   EXPECT_EQ(Bank().reconciled, (Period{3, 0, 2024}));
-  EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat").substr(0, 24), "[1-2024]\r\nkept\r\n[3-2024");
+  EXPECT_THAT(office_.ReadFile("Reconciliations_FNB.dat"),
+              ::testing::StartsWith("[1-2024]\r\nkept\r\n[3-2024]\r\n"));
 }
 
 TEST_F(ReconcileTest, WhatWasPurgedSinceKeepsItFromBeingTakenBack) {

@@ -87,6 +87,9 @@ TEST_F(MainWindowTest, TheSwitchLocksTransactionsForEverybody) {
 
   FrmMainEscrowAccounting other(*office_.session, office_);  // as on another workstation
   EXPECT_TRUE(TransactionsOpen(*office_.session)) << "nobody has locked yet";
+  ASSERT_TRUE(SystemFileSystem().CreateFolder(office_.folder.Held(kSwitchFile)));
+  EXPECT_FALSE(TransactionsOpen(*office_.session)) << "a switch that cannot be read";
+  ASSERT_TRUE(SystemFileSystem().RemoveFolder(office_.folder.Held(kSwitchFile)));
   for (const char* text : {"F", "", "t", "no"}) {
     office_.WriteFile(kSwitchFile, text);
     FrmMainEscrowAccounting form(*office_.session, office_);
