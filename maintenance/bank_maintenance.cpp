@@ -62,7 +62,7 @@ std::string AddBankAccount(Session& session, std::string_view code,
   BankTable& banks = session.Company().banks;
   clsKVRData& store = banks.Data();
   store.AddRecordStart(banks.Handle());
-  const std::string problem = Assign(banks, values);
+  std::string problem = Assign(banks, values);
   BankRecord bank = banks.Read();
   store.SetChangedFlag(banks.Handle(), false);
   if (!problem.empty()) return problem;
@@ -84,7 +84,7 @@ std::string ChangeBankAccount(Session& session, std::string_view code,
   if (banks.Lock() != engine::kSuccess) return "The bank is in use at another workstation";
   clsKVRData& store = banks.Data();
   BankTrail trail(AuditTargetOf(session, code, false), session.Boxes(), store, banks.Handle());
-  const std::string problem = Assign(banks, values);
+  std::string problem = Assign(banks, values);
   if (!problem.empty()) store.SetChangedFlag(banks.Handle(), false);
   const int result = problem.empty() ? store.WriteTheRecord(banks.Handle()) : 0;
   if (problem.empty() && result == 0) trail.Write();

@@ -62,6 +62,7 @@ std::vector<std::string> EveryBankCode(const Session& session) {
   std::stable_sort(found.begin(), found.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
   std::vector<std::string> codes;
+  codes.reserve(found.size());
   for (auto& [key, code] : found) codes.push_back(std::move(code));
   return codes;
 }
