@@ -77,8 +77,8 @@ bool FrmEditChecksPost::MayPost(Period* accounting) {
     MarkRefused("txtCheckAcctPeriod");
     return false;
   }
-  return DateIsGood("txtCheckDated", "Check Date") &&
-         Passes(FirstEntryRefusal(Entries(), !loaded_ || renumbering_));
+  return Passes(FirstEntryRefusal(Entries(), !loaded_ || renumbering_)) &&
+         DateIsGood("txtCheckDated", "Check Date");
 }
 
 bool FrmEditChecksPost::MayUseStatement(Period* statement) {

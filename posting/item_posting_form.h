@@ -230,8 +230,8 @@ class ItemPostingForm : public PayeePostingForm {
   virtual Record BlankRecord() = 0;
 
   bool Post() override {
-    return MayWrite() && MayChange() && MayPost() && MayBeNumber() && DateIsGood() &&
-           Passes(FirstEntryProblem(fields_, layout_, Entries())) && MayGoOn() && Write();
+    return MayWrite() && MayChange() && MayPost() && MayBeNumber() &&
+           Passes(FirstEntryProblem(fields_, layout_, Entries())) && DateIsGood() && MayGoOn() && Write();
   }
 
   std::optional<Record> loaded_;

@@ -135,6 +135,7 @@ TEST_F(CheckPostingTest, RefusesInOrderAndWritesNothing) {
       {"txtCheckDated", "", "Payee is too long: 61 characters, and 60 fit.  Shorten it.", "txtCheckPayee"},
       {"txtCheckPayee", "SMITH", "Check Amount \"12x\" is not an amount.  Type it like 1,250.00.",
        "txtCheckAmount"},
+      {"txtCheckAmount", "999999999.99", "Check Date is missing.  Type it like 03/15/2024.", "txtCheckDated"},
   };
   for (const Case& one : cases) {
     Set(one.control, one.text);
@@ -146,8 +147,9 @@ TEST_F(CheckPostingTest, RefusesInOrderAndWritesNothing) {
     EXPECT_EQ(tables_->checks.RecordCount(), 0);
   }
   EXPECT_EQ(Log(), "");
-  Set("txtCheckAmount", "999999999.99");
+  Set("txtCheckDated", "3/14/2024");
   form_->Click("cmdOk");
+  ASSERT_TRUE(Stored("7"));
   EXPECT_EQ(Stored("7")->amount, Currency::FromCents(999'999'999'99));
 }
 
