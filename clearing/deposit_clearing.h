@@ -2,8 +2,9 @@
 // sets them outstanding again.
 //
 // Controls, in order: txtDepositDated and txtDateSequence, which select the deposit; txtStmtPeriod; for each
-// item 1 to 15 chkCleared, lblItems (file, source), lblItemAmounts and lblItemPeriods (of the statement); the labels lblDepositStatus and
-// lblLastReconciled; the register lstDepositDates; the buttons cmdOk, cmdMarkAll and cmdClose.
+// item 1 to 15 chkCleared, lblItems (file, source), lblItemAmounts and lblItemPeriods (of the statement); the
+// labels lblDepositStatus and lblLastReconciled; the register lstDepositDates; the buttons cmdOk, cmdMarkAll
+// and cmdClose.
 //
 // Invariants: loaded_ is the deposit that is shown, as it was read. An item of a statement period that has
 // been reconciled is not changed.

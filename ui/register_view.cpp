@@ -112,7 +112,7 @@ void RegisterView::ShowCount() {
   RowSource* source = model_->Source();
   const QString total = source != nullptr ? QString::fromStdString(source->Total()) : QString();
   if (!total.isEmpty()) text += tr("     Total %1").arg(total);
-  if (read_timer_.isActive() && reading_since_.elapsed() > kLongMs)
+  if (source != nullptr && read_timer_.isActive() && reading_since_.elapsed() > kLongMs)
     text += tr("     reading, %1 %").arg(source->PercentRead());
   totals_->setText(text);
 }

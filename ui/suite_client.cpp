@@ -47,7 +47,7 @@ class SocketSuite : public Suite {
     const QJsonValue listed = AskSuite(socket_name_, {{"ask", "files"}})["files"];
     if (!listed.isArray()) return std::nullopt;
     std::vector<std::string> files;
-    for (const QJsonValue& file : listed.toArray()) files.push_back(file.toString().toStdString());
+    for (const auto& file : listed.toArray()) files.push_back(file.toString().toStdString());
     return files;
   }
 
