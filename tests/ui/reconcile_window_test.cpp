@@ -70,10 +70,14 @@ TEST_F(ReconcileWindowTest, BalancesShowsItsItemsAndUpdates) {
   EXPECT_EQ(Shown("txtAdjustedBalance"), "-30.00");
   EXPECT_EQ(Find<QLabel>("lblStatus").text(), "Account Balanced to a Zero Difference...");
 
+  const int least = desktop_.Find(kReconcile)->Window().minimumSizeHint().width();
   Press("cmdOutstandingChecks");
+  EXPECT_EQ(desktop_.Find(kReconcile)->Window().minimumSizeHint().width(), least) << "nothing moves";
   auto& items = Find<RegisterView>("grdItems");
   ASSERT_EQ(items.Model().rowCount(), 1);
   EXPECT_EQ(items.Model().index(0, 5).data().toString(), "JONES");
+  items.Table().setFocus(Qt::TabFocusReason);
+  EXPECT_TRUE(Find<QLabel>("lblKeys").text().startsWith("Enter opens it"));
   EXPECT_FALSE(Find<QPushButton>("cmdTakeBack").isEnabled());
 
   Press("cmdUpdateBankRecord");
