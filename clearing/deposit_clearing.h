@@ -3,7 +3,8 @@
 //
 // Controls, in order: txtDepositDated and txtDateSequence, which select the deposit; txtStmtPeriod; for each
 // item 1 to 15 chkCleared and lblItems (file, source, amount); the labels lblDepositStatus and
-// lblLastReconciled; the register lstDepositDates; the buttons cmdOk, cmdMarkAll and cmdClose.
+// lblLastReconciled; the register lstDepositDates; the buttons cmdOk, cmdMarkAll and cmdClose;
+// mnuViewFileLedgers, for the file of the item that held the cursor last.
 //
 // Invariants: loaded_ is the deposit that is shown, as it was read. An item of a statement period that has
 // been reconciled is not changed.
@@ -20,10 +21,12 @@ namespace tallwick {
 
 class FrmEditDepositsClear : public PostingForm {
  public:
-  explicit FrmEditDepositsClear(Session& session);
+  // `opener` opens the ledger of an item's file; null where nobody can.
+  explicit FrmEditDepositsClear(Session& session, ScreenOpener* opener = nullptr);
 
  protected:
   void OnOpen() override;
+  void OnEnter(Control& control) override;
   void OnLeave(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
@@ -35,6 +38,7 @@ class FrmEditDepositsClear : public PostingForm {
   void RestoreKey() override { ShowKey(); }
   bool IsEntry(const Control& control) const override { return control.name == "chkCleared"; }
   bool IsPosted() const override { return loaded_.has_value(); }
+  std::string CurrentFile() override;
 
  private:
   void ShowKey();
@@ -51,6 +55,7 @@ class FrmEditDepositsClear : public PostingForm {
 
   std::shared_ptr<DepositRegister> deposits_;
   std::optional<DepositRecord> loaded_;
+  int current_item_ = 1;  // that held the cursor last
 };
 
 }  // namespace tallwick

@@ -72,7 +72,7 @@ class ItemPostingForm : public PayeePostingForm {
     Add(ControlKind::kButton, "cmdListOutstanding", "&List Outstanding");
     Add(ControlKind::kButton, "cmdListCleared", "&List Cleared");
     AddPayeeLookUp();
-    AddRoutes({"mnuViewFileLedgers"});
+    AddRoutes({kLedgerCommand});
   }
   bool OpenRegister() override { return register_->Open(bank_code_); }
   void OnOpen() override {
@@ -98,7 +98,6 @@ class ItemPostingForm : public PayeePostingForm {
     register_->Refresh();
     RowsChanged(item_.list);
   }
-  void OnMenu(Control& control) override { GoTo(control.name); }
   std::string CurrentFile() override { return std::string(Trim(Text(item_.file))); }
 
   std::optional<Record> FindPosted(const std::string& number) {
@@ -192,7 +191,7 @@ class ItemPostingForm : public PayeePostingForm {
  private:
   void ShowLedgerCommand() {
     const std::string file = CurrentFile();
-    SetCaption("mnuViewFileLedgers", file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
+    SetCaption(kLedgerCommand, file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
   }
 
   // Writes the entries, which have passed their tests.

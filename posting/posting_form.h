@@ -7,18 +7,16 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "core/form.h"
 #include "posting/bank_settings.h"
 #include "posting/entry_fields.h"
 #include "posting/post_unit.h"
-#include "shell/session.h"
+#include "shell/routed_form.h"
 #include "tables/bank_table.h"
 #include "tables/bank_tables.h"
 
@@ -33,7 +31,7 @@ struct PostingScreen {
   int right;                   // that a post asks for, see rights.h; 0 = none
 };
 
-class PostingForm : public Form {
+class PostingForm : public RoutedForm {
  public:
   // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
   bool OpenTables();
@@ -59,8 +57,6 @@ class PostingForm : public Form {
   virtual bool IsPosted() const = 0;
   // What a post asks for now.
   virtual int Right() const { return screen_.right; }
-  // The escrow file at hand, "" for none.
-  virtual std::string CurrentFile() { return {}; }
 
   // Reads the bank anew; false after a message when it is gone. Shows lblLastReconciled where there is one.
   bool ReadBank();
@@ -112,10 +108,6 @@ class PostingForm : public Form {
 
   // --- Commands that screens share ---
 
-  // Adds the commands that lead to other screens (screen_routes.h), enabled where the user has their right.
-  void AddRoutes(std::initializer_list<std::string_view> commands);
-  // Opens the screen of a command; one that is not there is told. False where the command leads nowhere.
-  bool GoTo(std::string_view command);
   // A command that is on or off, as this user left it the last time.
   void AddOption(std::string_view command, std::string_view caption, bool at_first);
   bool IsOn(std::string_view option) { return At(option).value == 1; }
@@ -128,7 +120,6 @@ class PostingForm : public Form {
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
-  Session& session_;
   std::string bank_code_;
   BankRecord bank_;  // as it was read last
   BankTables tables_;
@@ -143,7 +134,6 @@ class PostingForm : public Form {
   BankSettings Options();
 
   const PostingScreen screen_;
-  ScreenOpener* opener_;
   std::vector<std::string> options_;
   Values unchanged_;
 };

@@ -42,7 +42,7 @@ bool SheetFilePrinter::HasFont(std::string_view family) {
 
 bool SheetFilePrinter::Print(const SheetMaker& make) {
   const ApplicationInNeed application;
-  const SheetDocument document = make(LetterMeasure(), {});
+  const SheetDocument document = make(LetterMeasure(), SheetOrder());
   const std::string path = NumberedPath(path_, printed_ + 1);
   if (!WriteSheetsPdf(document, path)) {
     boxes_->Critical(document.name,

@@ -33,7 +33,7 @@ int DaysIn(std::string_view text) {
 }  // namespace
 
 FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
-    : ReportForm("frmViewTrialBalance", session), opener_(opener) {
+    : ReportForm("frmViewTrialBalance", session, &opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kList, "lstBanks", "&Bank");
   Add(ControlKind::kList, "lstKinds", "&Files");
@@ -46,6 +46,7 @@ FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
   Add(ControlKind::kButton, "cmdOpenLedger", "Open &Ledger").enabled = false;
   for (std::string_view label : {"lblCount", "lblReceipts", "lblDisbursements", "lblBalance"})
     Add(ControlKind::kLabel, std::string(label));
+  AddRoutes({kLedgerCommand});
 }
 
 void FrmViewTrialBalance::OnOpen() {
@@ -61,8 +62,7 @@ void FrmViewTrialBalance::OnOpen() {
   SetRows("lstKinds", kinds, 1);
   SetText("txtDormantDays", std::to_string(kDormantDays));
   SetPrintable(false);
-  ShowResult();
-  SetCaption("lblCount", "Choose what to see, and press Compute.");
+  ShowResult("Choose what to see, and press Compute.");
   SetFocus("cmdCompute");
 }
 
@@ -125,7 +125,7 @@ void FrmViewTrialBalance::Compute() {
                               });
   SetVisible("prgProgress", false);
   SetCaption("lblProgress", {});
-  ShowResult();
+  ShowResult(balance_.message);
 }
 
 bool FrmViewTrialBalance::ShowProgress(std::string_view what, std::int64_t done, std::int64_t total) {
@@ -134,30 +134,29 @@ bool FrmViewTrialBalance::ShowProgress(std::string_view what, std::int64_t done,
   return !StopAsked();
 }
 
-void FrmViewTrialBalance::ShowResult() {
-  auto rows = std::make_shared<TextRows>(Split(kTrialHeadings, '|'), std::vector<std::size_t>{1, 2, 3});
-  for (const FileStanding& file : balance_.files)
+void FrmViewTrialBalance::ShowResult(const std::string& message) {
+  auto rows =
+      std::make_shared<TextRows>(Split(TrialHeadings(terms_.kind), '|'), std::vector<std::size_t>{1, 2, 3});
+  for (const TrialFile& file : balance_.files)
     rows->Add(TrialCells(file), file.Balance().IsNegative() ? "stopped" : "");
+  rows->SayWhenEmpty(message);
   SetSource("grdFiles", std::move(rows));
   SetEnabled("cmdOpenLedger", false);
-  const bool computed = balance_.message.empty();
+  const bool computed = message.empty();
   const auto count = static_cast<long long>(balance_.files.size());
-  SetCaption("lblCount", computed ? FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files")
-                                  : balance_.message);
-  SetCaption("lblReceipts", ReportAmount(balance_.receipts));
-  SetCaption("lblDisbursements", ReportAmount(balance_.disbursements));
-  SetCaption("lblBalance", ReportAmount(balance_.Balance()));
+  SetCaption("lblCount",
+             computed ? FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files") : message);
+  SetCaption("lblReceipts", computed ? ReportAmount(balance_.receipts) : "");
+  SetCaption("lblDisbursements", computed ? ReportAmount(balance_.disbursements) : "");
+  SetCaption("lblBalance", computed ? ReportAmount(balance_.Balance()) : "");
   SetPrintable(computed && !balance_.banks.empty());
 }
 
 void FrmViewTrialBalance::OpenLedger() {
-  const int row = At("grdFiles").selected;
-  if (row < 1 || static_cast<std::size_t>(row) > balance_.files.size()) return;
-  const FileStanding& file = balance_.files[static_cast<std::size_t>(row) - 1];
-  if (!file.file_number.empty()) opener_.OpenScreen("frmViewFileLedgers", file.file_number);
+  if (!CurrentFile().empty()) GoTo(kLedgerCommand);
 }
 
-ReportDocument FrmViewTrialBalance::Report() {
+std::optional<ReportDocument> FrmViewTrialBalance::Report() {
   return MakeTrialReport(balance_, terms_, OriginOf(session_));
 }
 

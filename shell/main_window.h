@@ -7,10 +7,13 @@
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
 //                  lblBookBalance, lblOutstandingChecks, lblOutstandingDeposits, lblFilesOverdrawn (labels),
 //                  txtFindFile (combo: a file number, with the branch's latest files on offer), cmdFindFile,
-//                  grdLatestPostings (grid)
+//                  grdLatestPostings (grid; its chosen row is the file at hand of mnuViewFileLedgers)
 // A command is disabled that the user may not use, that needs a bank while none is selected, that enters
 // transactions while they are locked, or whose screen there is not.
 #pragma once
+
+#include <optional>
+#include <vector>
 
 #include "core/form.h"
 #include "shell/bank_figures.h"
@@ -43,11 +46,15 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void CarryOut(std::string_view command);
   void SwitchTransactions();
   void FindFile();
+  // None: no bank is open.
+  void ShowLatest(std::optional<std::vector<LatestPosting>> latest);
+  void OpenPosting();
   void RememberFile(std::string_view file_number);
 
   Session& session_;
   ScreenOpener& opener_;
   BankFigures figures_;
+  std::optional<std::vector<LatestPosting>> latest_;  // as shown
 };
 
 }  // namespace tallwick

@@ -122,9 +122,8 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"},
-                           {"mnuEditReconcileAccount"}});
-  layout.AddMenu("&View",
-                 {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers", "Ctrl+L"}});
+                           {"mnuEditReconcileAccount", "Ctrl+R"}});
+  layout.AddMenu("&View", {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {"mnuViewFileLedgers"}});
   layout.AddMenu("Option&s", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},

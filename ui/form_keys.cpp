@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QWhatsThis>
 
+#include "shell/screen_routes.h"
 #include "ui/calendar_popup.h"
 #include "ui/form_binder.h"
 
@@ -49,6 +50,7 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
     keys << (MainButton() != nullptr && IsFilled() ? EnterText(*MainButton()) : tr("Enter next field"));
   } else if (IsRegister(control)) {
     keys << tr("Enter to the entry") << tr("Ctrl+F find");
+    if (form_.Find(kLedgerCommand) != nullptr) keys << tr("Ctrl+L file ledger");
   }
   if (control != nullptr && control->kind == ControlKind::kCheckList) keys << tr("Space check or clear");
   if (control != nullptr && HasCalendar(*control)) keys << tr("F2 calendar");
@@ -141,8 +143,13 @@ void FormBinder::ShowCalendar(QWidget& widget, const Control& control, const QSt
   popup->Open();
 }
 
-void FormBinder::RowTaken(const Control&) {
-  if (QPushButton* main = MainButton()) main->click();
+// In a register as Enter does, in a list what the main button does.
+void FormBinder::RowTaken(const Control& control) {
+  if (IsRegister(&control)) {
+    PassKey("Enter");
+  } else if (QPushButton* main = MainButton()) {
+    main->click();
+  }
 }
 
 QPushButton* FormBinder::MainButton() const {

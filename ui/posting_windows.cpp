@@ -110,7 +110,7 @@ void AddItemFields(PostingLayout& layout, QGridLayout& grid, std::span<const Fie
 void FinishItemWindow(PostingLayout& layout, const RegisterLook& look) {
   layout.AddPayeeLookUp();
   layout.AddRegister(look);
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers"}});
   layout.AddStatusBar();
 }
 
@@ -201,7 +201,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
                            {"mnuEditCutLineItems", "Ctrl+Shift+X"},
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers"}});
   layout.AddMenu("Option&s", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
   layout.AddStatusBar();
   return window;
@@ -233,6 +233,7 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   layout.AddNotes({"lblDepositStatus"});
   layout.AddButtons({"cmdMarkAll", "cmdClose"});
   layout.AddRegister(kDepositsToClear);
+  layout.AddMenu("&View", {{"mnuViewFileLedgers"}});
   layout.AddStatusBar();
   return window;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <deque>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -42,6 +43,15 @@ class ScriptedBoxes : public MessageBoxes {
     return answer;
   }
 
+  // The next of `secrets`; none when there is none left.
+  std::optional<std::string> AskSecret(std::string_view, std::string_view prompt) override {
+    prompts.emplace_back(prompt);
+    if (secrets.empty()) return std::nullopt;
+    const std::string secret = secrets.front();
+    secrets.pop_front();
+    return secret;
+  }
+
   std::vector<std::string> Texts() const {
     std::vector<std::string> texts;
     for (const Box& box : shown) texts.push_back(box.text);
@@ -51,6 +61,8 @@ class ScriptedBoxes : public MessageBoxes {
 
   std::vector<Box> shown;
   std::deque<BoxAnswer> answers;
+  std::vector<std::string> prompts;
+  std::deque<std::string> secrets;
 };
 
 }  // namespace tallwick::testing
