@@ -86,17 +86,8 @@ std::unique_ptr<Form> MakeChecks(Session& session, ScreenOpener& opener) {
   return WithTables(std::make_unique<CheckScreen>(session, opener, kMode));
 }
 
-std::unique_ptr<Form> MakePrintChecks(Session& session, ScreenOpener&) {
-  auto form = std::make_unique<FrmPrintChecks>(session);
-  return form->OpenTables() ? std::move(form) : nullptr;
-}
-
 std::unique_ptr<Form> MakeDepositViewing(Session& session, ScreenOpener& opener) {
   return WithTables(std::make_unique<FrmEditDepositsPost>(session, &opener, DepositMode::kViewing));
-}
-
-std::unique_ptr<Form> MakeDepositClearing(Session& session, ScreenOpener&) {
-  return WithTables(std::make_unique<FrmEditDepositsClear>(session));
 }
 
 std::unique_ptr<Form> MakeHelp(Session& session, ScreenOpener&, std::string_view topic) {
@@ -138,10 +129,10 @@ constexpr Screen kScreens[] = {
     {"frmEditChecksPost", "Clearing", true, kRightClearChecks, MakeChecks<CheckMode::Kind::kClearing>},
     {"frmEditChecksPost", "Voiding", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kVoiding>},
     {"frmEditChecksPost", "Stop Payment", true, kRightVoidChecks, MakeChecks<CheckMode::Kind::kStopPayment>},
-    {"frmPrintChecks", "", true, kRightPostChecks, MakePrintChecks},
+    {"frmPrintChecks", "", true, kRightPostChecks, MakePosting<FrmPrintChecks>},
     {"frmEditDepositsPost", "Posting", true, kRightPostDeposits, MakePosting<FrmEditDepositsPost>},
     {"frmEditDepositsPost", "Viewing", true, 0, MakeDepositViewing},
-    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakeDepositClearing},
+    {"frmEditDepositsClear", "Clearing", true, kRightClearDeposits, MakePosting<FrmEditDepositsClear>},
     {"frmEditWiresPost", "Posting", true, kRightWires, MakePosting<FrmEditWiresPost>},
     {"frmEditWiresPost", "Viewing", true, 0, MakeWireViewing},
     {"frmEditVouchersPost", "Posting", true, kRightPostChecks, MakePosting<FrmEditVouchersPost>},

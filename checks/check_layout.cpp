@@ -20,27 +20,29 @@ struct FieldDefault {
   FieldPlace place;
 };
 
-// In the order of CheckField.
+// In the order of CheckField. The window of an envelope shows what stands 22 to 110 millimetres from the left
+// edge and 43 to 68 from the upper one.
 constexpr FieldDefault kFields[] = {
-    {Field::kBranch, "Branch", {true, {9, 7, 78, 17}, 9, '<', false}},
-    {Field::kBank, "Bank", {true, {92, 7, 66, 12}, 8, '^', false}},
-    {Field::kNumber, "Number", {true, {165, 7, 42, 6}, 12, '>', true}},
-    {Field::kDate, "Date", {true, {165, 15, 42, 5}, 10, '>', false}},
-    {Field::kPayTo, "PayTo", {true, {9, 27, 20, 7}, 6.5, '<', false}},
-    {Field::kPayee, "Payee", {true, {31, 27.5, 128, 6}, 11, '<', true}},
-    {Field::kFigures, "Figures", {true, {162, 27.5, 45, 6}, 12, '>', true}},
+    {Field::kBranch, "Branch", {true, {9, 6.5, 86, 6}, 12.5, '<', true}},
+    {Field::kBranchAddress, "BranchAddress", {true, {9, 12.8, 86, 14}, 8, '<', false}},
+    {Field::kBank, "Bank", {true, {98, 7.5, 58, 14}, 8, '^', false}},
+    {Field::kNumber, "Number", {true, {165, 6.5, 42, 6.5}, 13, '>', true}},
+    {Field::kDate, "Date", {true, {169, 15, 38, 9}, 10, '^', false}},
+    {Field::kPayTo, "PayTo", {true, {9, 28.5, 20, 7}, 6.5, '<', false}},
+    {Field::kPayee, "Payee", {true, {30, 28, 127, 7.5}, 12, '<', true}},
+    {Field::kFigures, "Figures", {true, {162, 27, 45, 8.5}, 12.5, '>', true}},
     {Field::kWords, "Words", {true, {9, 37, 198, 10}, 10, '<', false}},
-    {Field::kAddress, "Address", {true, {18, 49, 95, 17}, 9, '<', false}},
-    {Field::kFileNumber, "FileNumber", {true, {9, 67.5, 50, 4.5}, 8, '<', false}},
-    {Field::kRemittance, "Remittance", {true, {61, 67.5, 60, 4.5}, 8, '<', false}},
-    {Field::kSignature, "Signature", {true, {125, 62, 82, 9}, 6.5, '^', false}},
-    {Field::kStubBranch, "StubBranch", {true, {9, 7, 120, 5}, 10, '<', true}},
-    {Field::kStubNumber, "StubNumber", {true, {165, 7, 42, 6}, 11, '>', true}},
-    {Field::kStubDate, "StubDate", {true, {165, 14, 42, 5}, 9, '>', false}},
-    {Field::kStubPayee, "StubPayee", {true, {9, 14, 120, 17}, 9, '<', false}},
-    {Field::kStubFileNumber, "StubFileNumber", {true, {9, 34, 90, 5}, 9, '<', false}},
-    {Field::kStubFigures, "StubFigures", {true, {140, 34, 67, 5}, 10, '>', true}},
-    {Field::kStubRemittance, "StubRemittance", {true, {9, 42, 198, 40}, 9, '<', false}},
+    {Field::kAddress, "Address", {true, {24, 49.5, 86, 16.5}, 9, '<', false}},
+    {Field::kFileNumber, "FileNumber", {true, {9, 68.4, 50, 4.5}, 8, '<', false}},
+    {Field::kRemittance, "Remittance", {true, {61, 68.4, 60, 4.5}, 8, '<', false}},
+    {Field::kSignature, "Signature", {true, {125, 57, 82, 15.5}, 6.5, '^', false}},
+    {Field::kStubBranch, "StubBranch", {true, {9, 7, 148, 7}, 11, '<', true}},
+    {Field::kStubNumber, "StubNumber", {true, {157, 7, 50, 7}, 11, '>', true}},
+    {Field::kStubDate, "StubDate", {true, {9, 16, 26, 9}, 9, '<', false}},
+    {Field::kStubPayee, "StubPayee", {true, {72, 16, 88, 20}, 9, '<', false}},
+    {Field::kStubFileNumber, "StubFileNumber", {true, {36, 16, 35, 9}, 9, '<', false}},
+    {Field::kStubFigures, "StubFigures", {true, {161, 16, 46, 9}, 10, '>', true}},
+    {Field::kStubRemittance, "StubRemittance", {true, {9, 38, 198, 44}, 9, '<', false}},
 };
 static_assert(std::size(kFields) == kCheckFields);
 
@@ -135,11 +137,16 @@ std::string TakeSetting(const Line& line, CheckLayout& layout) {
   const auto lengths = ParseLengths(line.value);
   if (name == "stock") return ParseStock(line.value) ? "" : "Stock=voucher or Stock=three";
   if (name == "micr") return ParseSwitch(line.value, layout.micr) ? "" : "Micr=on or Micr=off";
+  if (name == "lines") return ParseSwitch(line.value, layout.lines) ? "" : "Lines=on or Lines=off";
   if (name == "pantograph")
     return ParseSwitch(line.value, layout.pantograph) ? "" : "Pantograph=on or Pantograph=off";
   if (name == "copies") {
     if (!IsAllDigits(line.value) || line.value.size() > 1) return "Copies=0 to Copies=9";
     layout.copies = line.value[0] - '0';
+  } else if (name == "accounttitle") {
+    layout.account_title = line.value;
+  } else if (name == "signpassword") {
+    layout.sign_password = line.value;
   } else if (name == "paper") {
     if (!lengths || lengths->size() != 2) return "Paper=width,height in millimetres";
     layout.width = (*lengths)[0];
@@ -188,8 +195,7 @@ std::string PlaceProblem(const CheckLayout& layout, const FieldDefault& field) {
   if (place.box.height + kEpsilon < SheetLineHeight(place.points))
     return name + " is too low for a line of its letters";
   if (place.box.width < 5) return name + " is narrower than 5 millimetres";
-  const bool clear_band = layout.micr && !IsOnStub(field.field);
-  const double bottom = layout.panel_height - (clear_band ? kMicrClearBand : 0);
+  const double bottom = IsOnStub(field.field) ? layout.panel_height : layout.FieldsEnd();
   if (place.box.Right() > layout.width + kEpsilon || place.box.Bottom() > layout.panel_height + kEpsilon)
     return name + " reaches beyond its check or stub";
   if (place.box.Bottom() > bottom + kEpsilon)
@@ -292,6 +298,17 @@ SheetOffset CheckLayout::OffsetFor(std::string_view printer) const {
   return found;
 }
 
+double CheckLayout::FieldsEnd() const {
+  return panel_height - (micr ? kMicrClearBand : 0);
+}
+
+std::optional<SecurityLine> SecurityLineOf(const BankRecord& bank) {
+  if (bank.print_security_line != 1) return std::nullopt;
+  constexpr double twip = kMillimetresPerInch / 1440;
+  return SecurityLine{bank.security_line_x == 0 && bank.security_line_y == 0, bank.security_line_x * twip,
+                      bank.security_line_y * twip, static_cast<double>(bank.security_line_angle)};
+}
+
 CheckLayout DefaultLayout(CheckStock stock, std::string_view position) {
   CheckLayout layout;
   layout.stock = stock;
@@ -320,6 +337,7 @@ LayoutReading ReadLayout(std::string_view text, const BankRecord& bank, std::opt
   }
   LayoutReading reading;
   reading.layout = DefaultLayout(stock.value_or(of_file), bank.check_position);
+  reading.layout.security_line = SecurityLineOf(bank);
   for (const Line& line : lines) {
     if (reading.layout.stock != of_file && IsOfStock(line.name)) continue;
     const std::string wanted = TakeLine(line, reading.layout);
@@ -352,7 +370,10 @@ std::string LayoutText(const CheckLayout& layout) {
       "CheckTops=" + LengthsText(layout.check_tops),
       "StubTops=" + LengthsText(layout.stub_tops),
       std::string("Micr=") + on_off(layout.micr),
-      std::string("Pantograph=") + on_off(layout.pantograph)};
+      std::string("Lines=") + on_off(layout.lines),
+      std::string("Pantograph=") + on_off(layout.pantograph),
+      "AccountTitle=" + layout.account_title};
+  if (!layout.sign_password.empty()) lines.push_back("SignPassword=" + layout.sign_password);
   if (layout.copies) lines.push_back("Copies=" + std::to_string(*layout.copies));
   for (const auto& [printer, offset] : layout.offsets)
     lines.push_back("Offset" + (printer.empty() ? "" : "." + printer) + "=" +

@@ -7,15 +7,16 @@
 //   CheckTops=0                          upper edges of the checks on the sheet
 //   StubTops=88.9,177.8                  upper edges of the stubs
 //   Words=9,37,158,9,10,left             a field: x, y, width, height, size of the letters in points, left,
-//   right
-//                                        or center, and bold where it is to be strong; or off
+//                                        right or center, and bold where it is to be strong; or off
+//   Lines=on                             off for stock that has its lines and captions already
+//   AccountTitle=ESCROW ACCOUNT          below the name of who writes the checks
 //   Offset=0,0.5                         moves everything to the right and down, on every printer
 //   Offset.Front desk=-1,0               the same on one printer
 //   Copies=1                             prints of a check; those behind the first are marked as copies and
-//   have
-//                                        no MICR line
+//                                        have no MICR line
 //   Micr=on                              off for stock that carries the line already
 //   Pantograph=off                       on: the word VOID in light grey behind the check
+//   SignPassword=5E88…                   what is asked for before checks are printed (sign_password.h)
 //
 // x and y of a field count from the upper left corner of its check or stub; fields of stubs begin with
 // "Stub". What the file does not name stays as the stock has it; a line that begins with ";" is a remark.
@@ -38,7 +39,8 @@ namespace tallwick {
 enum class CheckStock { kVoucher, kThreePerPage };
 
 enum class CheckField {
-  kBranch,
+  kBranch,         // the name of who writes the checks
+  kBranchAddress,  // and the title of the account
   kBank,
   kNumber,
   kDate,
@@ -73,6 +75,15 @@ struct SheetOffset {
   double y = 0;
 };
 
+// A line of letters too small to be copied. Where it begins is measured in millimetres from the check's upper
+// left corner; the angle in degrees, counterclockwise from a line to the right.
+struct SecurityLine {
+  bool at_signature = false;  // on the rule to sign on, whatever the place says
+  double x = 0;
+  double y = 0;
+  double angle = 0;
+};
+
 struct CheckLayout {
   CheckStock stock = CheckStock::kVoucher;
   double width = 215.9;
@@ -84,8 +95,14 @@ struct CheckLayout {
   std::vector<std::pair<std::string, SheetOffset>> offsets;  // by printer; "" = every other one
   std::optional<int> copies;                                 // none: as the bank's record says
   bool micr = true;
+  bool lines = true;  // captions, rules to write on, the box around the figures
   bool pantograph = false;
+  std::string account_title = "ESCROW ACCOUNT";
+  std::string sign_password;                  // "" = none is asked for
+  std::optional<SecurityLine> security_line;  // of the bank's record, not of the file
 
+  // Above it is for the fields of a check; below it for nothing but the MICR line.
+  double FieldsEnd() const;
   const FieldPlace& Place(CheckField field) const { return fields[static_cast<std::size_t>(field)]; }
   // Names of printers are compared without regard to case.
   SheetOffset OffsetFor(std::string_view printer) const;
@@ -113,6 +130,11 @@ LayoutReading ReadLayout(std::string_view text, const BankRecord& bank,
 
 // What breaks the invariant; "" when nothing does.
 std::string LayoutProblem(const CheckLayout& layout);
+
+// Of a bank's record, whose SECLINEX and SECLINEY count twips (1440 to the inch) from the check's upper left
+// corner, and whose SECLINEANG counts degrees. Both places 0: at the signature. None where PRTSECLINE is
+// not 1.
+std::optional<SecurityLine> SecurityLineOf(const BankRecord& bank);
 
 // A file that holds the whole layout, to be edited.
 std::string LayoutText(const CheckLayout& layout);

@@ -1,7 +1,10 @@
 #include "checks/check_sheet.h"
 
 #include <algorithm>
+#include <cmath>
+#include <numbers>
 
+#include "checks/check_frame.h"
 #include "core/text.h"
 
 namespace tallwick {
@@ -10,8 +13,10 @@ namespace {
 constexpr double kSmallest = 0.5;  // of a field's letters
 constexpr double kSizeStep = 0.05;
 constexpr double kNarrowest = 0.8;
-constexpr double kRule = 0.25;
 constexpr int kPantographGrey = 232;
+constexpr double kMicroPoints = 1.2;
+constexpr double kShortestMicro = 10;
+constexpr double kMicroMargin = 3;  // from the edges of the check
 
 struct Refusal {
   std::string_view status;
@@ -101,18 +106,29 @@ Lines TextLines(std::string_view text) {
   return lines;
 }
 
-Lines ContentOf(CheckField field, const CheckOnPaper& paper, const CheckStationery& stationery) {
+// Captions of the form itself, which stock with lines has already.
+bool IsOfForm(CheckField field) {
+  return field == CheckField::kPayTo || field == CheckField::kSignature;
+}
+
+Lines ContentOf(CheckField field, const CheckOnPaper& paper, const CheckStationery& stationery,
+                const CheckLayout& layout) {
   const CheckRecord& check = paper.check;
   switch (field) {
     case CheckField::kBranch:
-      return stationery.branch;
     case CheckField::kStubBranch:
-      return stationery.branch.empty() ? Lines{} : Lines{stationery.branch.front()};
+      return {stationery.branch};
+    case CheckField::kBranchAddress: {
+      Lines lines = Filled({layout.account_title});
+      lines.insert(lines.end(), stationery.branch_address.begin(), stationery.branch_address.end());
+      return lines;
+    }
     case CheckField::kBank:
       return stationery.bank;
     case CheckField::kNumber:
-    case CheckField::kStubNumber:
       return {check.number};
+    case CheckField::kStubNumber:
+      return {"Check " + check.number};
     case CheckField::kDate:
     case CheckField::kStubDate:
       return {DisplayDate(check.dated)};
@@ -129,8 +145,11 @@ Lines ContentOf(CheckField field, const CheckOnPaper& paper, const CheckStatione
     case CheckField::kStubPayee:
       return Filled({check.payee, check.address1, check.address2, check.city_state});
     case CheckField::kFileNumber:
-    case CheckField::kStubFileNumber:
-      return check.file_number.empty() ? Lines{} : Lines{"File No. " + check.file_number};
+    case CheckField::kStubFileNumber: {
+      const bool named = !FrameOf(field, layout).caption.empty();
+      return Filled(
+          {check.file_number.empty() || named ? check.file_number : "File No. " + check.file_number});
+    }
     case CheckField::kRemittance:
     case CheckField::kStubRemittance:
       return TextLines(paper.remittance_advice);
@@ -181,6 +200,47 @@ bool IsCut(CheckField field, const CheckOnPaper& paper, const CheckStationery& s
   return setting.lines.size() > RoomFor(setting, place);
 }
 
+// How far one can go from (x, y) in a direction before one comes to an edge of the rectangle; 0 outside of
+// it.
+double Reach(double x, double y, double right, double down, const SheetRect& area) {
+  if (x < area.x || x > area.Right() || y < area.y || y > area.Bottom()) return 0;
+  constexpr double level = 1e-9;
+  double reach = area.width + area.height;
+  if (right > level) reach = std::min(reach, (area.Right() - x) / right);
+  if (right < -level) reach = std::min(reach, (area.x - x) / right);
+  if (down > level) reach = std::min(reach, (area.Bottom() - y) / down);
+  if (down < -level) reach = std::min(reach, (area.y - y) / down);
+  return reach;
+}
+
+void DropLetter(std::string& text) {
+  while (!text.empty() && (static_cast<unsigned char>(text.back()) & 0xC0U) == 0x80U) text.pop_back();
+  if (!text.empty()) text.pop_back();
+}
+
+// Where the security line of a check begins, its angle and its greatest length.
+struct MicroPlace {
+  double x = 0;
+  double y = 0;  // of its lower edge
+  double angle = 0;
+  double length = 0;
+};
+
+MicroPlace PlaceOfMicro(const CheckLayout& layout) {
+  const SecurityLine& line = *layout.security_line;
+  if (line.at_signature) {
+    const FieldPlace& field = layout.Place(CheckField::kSignature);
+    if (!field.shown) return {};
+    const FieldFrame frame = FrameOf(CheckField::kSignature, layout);
+    const double foot = field.box.Bottom() - SheetLineHeight(field.points);
+    return {field.box.x, frame.rules.empty() ? foot : frame.rules.front().Bottom(), 0, field.box.width};
+  }
+  const double radians = line.angle * std::numbers::pi / 180;
+  const SheetRect area{kMicroMargin, kMicroMargin, layout.width - 2 * kMicroMargin,
+                       layout.FieldsEnd() - kMicroMargin};
+  return {line.x, line.y, line.angle, Reach(line.x, line.y, std::cos(radians), -std::sin(radians), area)};
+}
+
 class Placer {
  public:
   Placer(const CheckStationery& stationery, const CheckLayout& layout, SheetOffset offset,
@@ -199,6 +259,7 @@ class Placer {
           MakeMicrLine(stationery_.routing, stationery_.account, paper.check.number, stationery_.micr),
           stationery_.micr, layout_.width + offset_.x, bottom, page);
     }
+    if (layout_.security_line && !is_copy) PlaceSecurityLine(paper, top, page);
     if (layout_.pantograph) PlacePantograph(top, page);
   }
 
@@ -210,21 +271,50 @@ class Placer {
   void PlaceFields(const CheckOnPaper& paper, double top, bool stub, SheetPage& page) const {
     for (std::size_t i = 0; i < kCheckFields; ++i) {
       const auto field = static_cast<CheckField>(i);
-      FieldPlace place = layout_.Place(field);
-      if (!place.shown || IsOnStub(field) != stub) continue;
-      if (field == CheckField::kSignature) RuleAbove(place, top, page);
-      for (SheetText& text :
-           FitIntoBox(ContentOf(field, paper, stationery_), place, BreaksLines(field), measure_))
-        page.texts.push_back(Moved(std::move(text), top));
+      if (!layout_.Place(field).shown || IsOnStub(field) != stub) continue;
+      if (!layout_.lines && IsOfForm(field)) continue;
+      const FieldFrame frame = FrameOf(field, layout_);
+      if (!IsSecurityLine(field)) {
+        for (const SheetRect& rule : frame.rules) page.bars.push_back(Moved(rule, top));
+      }
+      if (!frame.caption.empty())
+        Place(FitIntoBox({std::string(frame.caption)}, frame.caption_place, false, measure_), top, page);
+      std::vector<SheetText> texts = FitIntoBox(ContentOf(field, paper, stationery_, layout_), frame.inside,
+                                                BreaksLines(field), measure_);
+      Stand(frame, texts);
+      Place(std::move(texts), top, page);
     }
   }
 
-  // The person signs above the rule: the words stand at the foot of the field.
-  void RuleAbove(FieldPlace& place, double top, SheetPage& page) const {
-    const double line = SheetLineHeight(place.points);
-    place.box.y = place.box.Bottom() - line;
-    place.box.height = line;
-    page.bars.push_back({place.box.x + offset_.x, place.box.y - kRule + top, place.box.width, kRule});
+  // The rule to sign on is then one of letters.
+  bool IsSecurityLine(CheckField field) const {
+    return field == CheckField::kSignature && layout_.security_line && layout_.security_line->at_signature;
+  }
+
+  // Texts that leave room in their field stand where its frame wants them.
+  static void Stand(const FieldFrame& frame, std::vector<SheetText>& texts) {
+    if (texts.empty() || frame.stand == FieldFrame::Stand::kTop) return;
+    const double free = frame.inside.box.Bottom() - texts.back().box.Bottom();
+    for (SheetText& text : texts) text.box.y += frame.stand == FieldFrame::Stand::kMiddle ? free / 2 : free;
+  }
+
+  void Place(std::vector<SheetText> texts, double top, SheetPage& page) const {
+    for (SheetText& text : texts) page.texts.push_back(Moved(std::move(text), top));
+  }
+
+  // Payer, number and amount over and over: who alters the check cannot alter this.
+  void PlaceSecurityLine(const CheckOnPaper& paper, double top, SheetPage& page) const {
+    const MicroPlace place = PlaceOfMicro(layout_);
+    const SheetFont font{"", kMicroPoints, false};
+    const std::string unit =
+        ToUpper(stationery_.branch) + " " + paper.check.number + " " + paper.figures + " ";
+    std::string text;
+    for (double length = 0; length <= place.length; length += measure_.Width(font, unit)) text += unit;
+    while (measure_.Width(font, text) > place.length) DropLetter(text);
+    const double height = SheetLineHeight(kMicroPoints);
+    SheetText line{text, {place.x, place.y - height, measure_.Width(font, text), height}, font};
+    line.angle = place.angle;
+    page.micro.push_back(Moved(std::move(line), top));
   }
 
   void PlaceIn(const SheetRect& box, const std::string& text, double points, double top,
@@ -245,6 +335,11 @@ class Placer {
     for (std::size_t i = begin; i < page.background.size(); ++i) page.background[i].grey = kPantographGrey;
   }
 
+  SheetRect Moved(SheetRect rule, double top) const {
+    rule.x += offset_.x;
+    rule.y += top;
+    return rule;
+  }
   SheetText Moved(SheetText text, double top) const {
     text.box.x += offset_.x;
     text.box.y += top;
@@ -288,6 +383,9 @@ std::string StatusProblem(const CheckRecord& check) {
 
 std::string CheckProblem(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
                          const CheckLayout& layout, const SheetMeasure& measure) {
+  if (layout.security_line && PlaceOfMicro(layout).length < kShortestMicro)
+    return "The security line has less than 10 millimetres of room on the check.  Correct SECLINEX, "
+           "SECLINEY and SECLINEANG in the bank's record, or switch it off with PRTSECLINE.";
   for (const CheckOnPaper& paper : checks) {
     if (const std::string problem = StatusProblem(paper.check); !problem.empty()) return problem;
     const std::string name = "Check " + paper.check.number + ": ";
@@ -331,13 +429,14 @@ SheetDocument PlaceChecks(std::span<const CheckOnPaper> checks, const CheckStati
   SheetDocument document;
   document.width = layout.width;
   document.height = layout.height;
+  document.prints = std::max(prints, 1);
   if (checks.empty()) return document;
   document.name = checks.size() == 1
                       ? "Check " + checks.front().check.number
                       : "Checks " + checks.front().check.number + " to " + checks.back().check.number;
   const Placer placer(stationery, layout, offset, measure);
   const std::size_t per_sheet = layout.check_tops.size();
-  for (int copy = 0; copy < std::max(prints, 1); ++copy) {
+  for (int copy = 0; copy < document.prints; ++copy) {
     for (std::size_t i = 0; i < checks.size(); ++i) {
       if (i % per_sheet == 0) document.pages.emplace_back();
       placer.PlaceCheck(checks[i], layout.check_tops[i % per_sheet], copy > 0, document.pages.back());

@@ -15,8 +15,9 @@ namespace tallwick {
 
 // What all checks of a bank share.
 struct CheckStationery {
-  std::vector<std::string> branch;  // name and address of who writes the checks
-  std::vector<std::string> bank;    // name and address of who pays them
+  std::string branch;  // the name of who writes the checks
+  std::vector<std::string> branch_address;
+  std::vector<std::string> bank;  // name and address of who pays them
   std::string routing;
   std::string account;
   MicrSettings micr;

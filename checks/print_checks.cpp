@@ -26,11 +26,8 @@ std::vector<std::string> NumbersIn(std::string_view text) {
 
 }  // namespace
 
-FrmPrintChecks::FrmPrintChecks(Session& session)
-    : Form("frmPrintChecks", session.Boxes()),
-      session_(session),
-      bank_code_(session.BankCode()),
-      tables_(session.Home()) {
+FrmPrintChecks::FrmPrintChecks(Session& session, ScreenOpener* opener)
+    : RoutedForm("frmPrintChecks", session, opener), bank_code_(session.BankCode()), tables_(session.Home()) {
   SetFormCaption("Print Checks - " + session.BankName());
   Add(ControlKind::kText, "txtNumbers", "C&hecks");
   Add(ControlKind::kButton, "cmdList", "&List");
@@ -39,6 +36,7 @@ FrmPrintChecks::FrmPrintChecks(Session& session)
   Add(ControlKind::kCheck, "chkPreview", "Use Print Pre&view");
   Add(ControlKind::kButton, "cmdPrint", "Prin&t");
   Add(ControlKind::kButton, "cmdDone", "Do&ne");
+  AddRoutes({kLedgerCommand});
 }
 
 void FrmPrintChecks::OnOpen() {

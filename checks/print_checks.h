@@ -2,7 +2,8 @@
 //
 // Controls, in order: txtNumbers (numbers and ranges, "10452-10460, 10470"), cmdList, grdChecks (what they
 // name, and when each was printed before), lblCount (how many, or what is wrong), chkPreview, cmdPrint,
-// cmdDone. Invariant: what is printed is read again at that moment; the grid only shows it.
+// cmdDone; mnuViewFileLedgers, for the file of the row chosen. Invariant: what is printed is read again at
+// that moment; the grid only shows it.
 #pragma once
 
 #include <string>
@@ -11,14 +12,14 @@
 
 #include "checks/check_batch.h"
 #include "checks/stock_check_printer.h"
-#include "core/form.h"
-#include "shell/session.h"
+#include "shell/routed_form.h"
 
 namespace tallwick {
 
-class FrmPrintChecks : public Form {
+class FrmPrintChecks : public RoutedForm {
  public:
-  explicit FrmPrintChecks(Session& session);
+  // `opener` opens the ledger of a check's file; null where nobody can.
+  explicit FrmPrintChecks(Session& session, ScreenOpener* opener = nullptr);
   // False after a message when the tables of the bank cannot be opened.
   bool OpenTables() { return tables_.Open(bank_code_); }
 
@@ -27,6 +28,7 @@ class FrmPrintChecks : public Form {
   void OnLeave(Control& control) override;
   void OnClick(Control& control) override;
   bool OnKey(std::string_view key) override;
+  std::string CurrentFile() override { return FileOfChosenRow(At("grdChecks")); }
 
  private:
   // The numbers behind the last one printed; "" where none was printed, or the check table ends there.
@@ -35,7 +37,6 @@ class FrmPrintChecks : public Form {
   void List();
   void Print();
 
-  Session& session_;
   const std::string bank_code_;
   BankTables tables_;
   std::string listed_;  // the numbers that the grid shows

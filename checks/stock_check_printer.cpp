@@ -3,14 +3,17 @@
 #include <algorithm>
 
 #include "checks/layout_file.h"
+#include "checks/sign_password.h"
 #include "core/text.h"
 #include "posting/bank_settings.h"
 #include "shell/clsBranch.h"
+#include "shell/rights.h"
 
 namespace tallwick {
 namespace {
 
 constexpr std::string_view kTitle = "Print Checks";
+constexpr int kMostPrints = 9;  // of a check
 constexpr std::string_view kNoFont = "MICR Fonts not installed - Printing Checks disabled...";
 
 std::vector<std::string> Filled(std::initializer_list<std::string_view> texts) {
@@ -39,6 +42,11 @@ bool StockCheckPrinter::Print(const CheckOnPaper& check, const BankRecord& bank,
 
 bool StockCheckPrinter::PrintAll(std::span<const CheckOnPaper> checks, const BankRecord& bank,
                                  const CheckPrintOptions& options) {
+  if (!session_.MayUse(kRightPostChecks)) {
+    session_.Boxes().Critical(kTitle,
+                              "You do not have the right to print checks.  Ask the administrator for it.");
+    return false;
+  }
   CheckStationery stationery;
   if (const std::string why = ReadStationery(bank, stationery); !why.empty()) {
     session_.Boxes().Exclaim(kTitle, why);
@@ -50,12 +58,13 @@ bool StockCheckPrinter::PrintAll(std::span<const CheckOnPaper> checks, const Ban
   std::string problem = reading.problem;
   if (problem.empty()) problem = CheckProblem(checks, stationery, layout, sheets.Measure());
   if (!problem.empty()) session_.Boxes().Critical(kTitle, problem);
-  if (!problem.empty() || checks.empty() || !MayPrintAgain(checks)) return false;
+  if (!problem.empty() || checks.empty() || !MayPrintAgain(checks) || !MaySign(layout)) return false;
   if (const std::string note = CutNote(checks, stationery, layout, sheets.Measure()); !note.empty())
     session_.Boxes().Exclaim(kTitle, note);
-  const int prints = layout.copies.value_or(bank.check_copies);
-  const SheetMaker make = [&](const SheetMeasure& measure, std::string_view printer) {
-    return PlaceChecks(checks, stationery, layout, prints, layout.OffsetFor(printer), measure);
+  const SheetMaker make = [&](const SheetMeasure& measure, const SheetOrder& order) {
+    const int prints = order.prints > 0 ? order.prints : layout.copies.value_or(bank.check_copies);
+    return PlaceChecks(checks, stationery, layout, std::min(prints, kMostPrints),
+                       layout.OffsetFor(order.printer), measure);
   };
   if (!(options.preview ? sheets.Preview(make) : sheets.Print(make))) return false;
   Note(checks);
@@ -77,9 +86,10 @@ std::string StockCheckPrinter::ReadMicrSettings(MicrSettings& settings) const {
 std::string StockCheckPrinter::ReadStationery(const BankRecord& bank, CheckStationery& stationery) const {
   const Suite& suite = session_.TheSuite();
   const BranchAddress branch = ReadBranchAddress(session_.Files(), suite.SettingsPath(), suite.BranchName());
-  stationery.branch = Filled({branch.Text("Branch Name"), branch.Text("Branch Street 1"),
-                              branch.Text("Branch Street 2"), branch.Text("Branch City, State  ZIP")});
-  if (stationery.branch.empty()) stationery.branch = Filled({suite.CompanyName()});
+  stationery.branch = Trim(branch.Text("Branch Name"));
+  if (stationery.branch.empty()) stationery.branch = suite.CompanyName();
+  stationery.branch_address = Filled({branch.Text("Branch Street 1"), branch.Text("Branch Street 2"),
+                                      branch.Text("Branch City, State  ZIP")});
   stationery.bank = Filled({bank.name, bank.address1, bank.city_state});
   stationery.routing = bank.routing_number;
   stationery.account = bank.account_number;
@@ -105,6 +115,16 @@ bool StockCheckPrinter::MayPrintAgain(std::span<const CheckOnPaper> checks) cons
   if (count > kMostNamed) lines += "So were " + std::to_string(count - kMostNamed) + " more.\r\n";
   return session_.Boxes().Show({BoxIcon::kQuestion, std::string(kTitle), lines + "Print again?",
                                 BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
+}
+
+bool StockCheckPrinter::MaySign(const CheckLayout& layout) const {
+  if (layout.sign_password.empty()) return true;
+  const std::optional<std::string> typed = session_.Boxes().AskSecret(kTitle, "Password to Sign Check:");
+  if (!typed) return false;
+  if (EqualsIgnoreCase(SignPasswordDigest(bank_code_, *typed), layout.sign_password)) return true;
+  session_.Boxes().Critical(
+      kTitle, "This is not the password to sign checks of this bank account.  Nothing was printed.");
+  return false;
 }
 
 void StockCheckPrinter::Note(std::span<const CheckOnPaper> checks) {

@@ -1,5 +1,6 @@
-// Prints checks of one bank on its stock: reads the layout and the MICR settings, refuses what cannot be
-// printed, asks before a check goes to paper again, and notes what was printed.
+// Prints checks of one bank on its stock: asks for the right to post checks, reads the layout and the MICR
+// settings, refuses what cannot be printed, asks before a check goes to paper again and for the password to
+// sign where there is one, and notes what was printed.
 // Invariant: a check is noted as printed only when all of its batch went to paper, and nothing goes to paper
 // when one check of the batch is refused.
 #pragma once
@@ -39,6 +40,7 @@ class StockCheckPrinter : public CheckPrinter {
   std::string ReadMicrSettings(MicrSettings& settings) const;
   std::string ReadStationery(const BankRecord& bank, CheckStationery& stationery) const;
   bool MayPrintAgain(std::span<const CheckOnPaper> checks) const;
+  bool MaySign(const CheckLayout& layout) const;
   void Note(std::span<const CheckOnPaper> checks);
 
   Session& session_;

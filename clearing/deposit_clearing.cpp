@@ -23,8 +23,8 @@ bool IsUsed(const DepositItem& item) {
 
 }  // namespace
 
-FrmEditDepositsClear::FrmEditDepositsClear(Session& session)
-    : PostingForm(session, kScreen), deposits_(std::make_shared<DepositRegister>(session.Home())) {
+FrmEditDepositsClear::FrmEditDepositsClear(Session& session, ScreenOpener* opener)
+    : PostingForm(session, kScreen, opener), deposits_(std::make_shared<DepositRegister>(session.Home())) {
   Add(ControlKind::kDate, "txtDepositDated", "&Date Posted");
   Add(ControlKind::kNumber, "txtDateSequence", "&Sequence");
   Add(ControlKind::kPeriod, "txtStmtPeriod", "Statement &Period");
@@ -40,6 +40,7 @@ FrmEditDepositsClear::FrmEditDepositsClear(Session& session)
   Add(ControlKind::kButton, "cmdOk", "&Ok");
   Add(ControlKind::kButton, "cmdMarkAll", "&Mark All");
   Add(ControlKind::kButton, "cmdClose", "&Close");
+  AddRoutes({kLedgerCommand});
 }
 
 void FrmEditDepositsClear::OnOpen() {
@@ -47,6 +48,14 @@ void FrmEditDepositsClear::OnOpen() {
   SetText("txtStmtPeriod", ShownValue(ProposedPeriod()));
   ShowNothing();
   SetFocus("txtDepositDated");
+}
+
+void FrmEditDepositsClear::OnEnter(Control& control) {
+  if (control.index != 0) current_item_ = control.index;
+}
+
+std::string FrmEditDepositsClear::CurrentFile() {
+  return loaded_ ? ItemOf(*loaded_, current_item_).file_number : std::string();
 }
 
 void FrmEditDepositsClear::OnLeave(Control& control) {
@@ -111,6 +120,7 @@ void FrmEditDepositsClear::LookUpDeposit() {
 
 void FrmEditDepositsClear::ShowDeposit(const DepositRecord& deposit) {
   loaded_ = deposit;
+  current_item_ = 1;
   ShowKey();
   for (int item = 1; item <= kDepositItems; ++item) ShowItem(item);
   SetCaption("lblDepositStatus", StateOf(deposit).text);

@@ -4,7 +4,7 @@
 // Controls, in order: txtDepositDated and txtDateSequence, which select the deposit; txtStmtPeriod; for each
 // item 1 to 15 chkCleared, lblItems (file, source), lblItemAmounts and lblItemPeriods (of the statement); the
 // labels lblDepositStatus and lblLastReconciled; the register lstDepositDates; the buttons cmdOk, cmdMarkAll
-// and cmdClose.
+// and cmdClose; mnuViewFileLedgers, for the file of the item that held the cursor last.
 //
 // Invariants: loaded_ is the deposit that is shown, as it was read. An item of a statement period that has
 // been reconciled is not changed.
@@ -21,10 +21,12 @@ namespace tallwick {
 
 class FrmEditDepositsClear : public PostingForm {
  public:
-  explicit FrmEditDepositsClear(Session& session);
+  // `opener` opens the ledger of an item's file; null where nobody can.
+  explicit FrmEditDepositsClear(Session& session, ScreenOpener* opener = nullptr);
 
  protected:
   void OnOpen() override;
+  void OnEnter(Control& control) override;
   void OnLeave(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
@@ -37,6 +39,7 @@ class FrmEditDepositsClear : public PostingForm {
   void RestoreKey() override { ShowKey(); }
   bool IsEntry(const Control& control) const override { return control.name == "chkCleared"; }
   bool IsPosted() const override { return loaded_.has_value(); }
+  std::string CurrentFile() override;
 
  private:
   void ShowKey();
@@ -55,6 +58,7 @@ class FrmEditDepositsClear : public PostingForm {
 
   std::shared_ptr<DepositRegister> deposits_;
   std::optional<DepositRecord> loaded_;
+  int current_item_ = 1;  // that held the cursor last
 };
 
 }  // namespace tallwick

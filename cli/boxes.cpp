@@ -85,6 +85,19 @@ BoxAnswer CommandLineBoxes::AnswerOf(const Box& box, bool* answered) {
   return may_ask_ && TerminalCanAnswer() ? AskTerminal(box) : SafeAnswer(box);
 }
 
+std::optional<std::string> CommandLineBoxes::AskSecret(std::string_view, std::string_view prompt) {
+  if (!may_ask_) return std::nullopt;
+  std::cerr << prompt << " " << std::flush;
+  const bool at_terminal = TerminalCanAnswer();
+  if (at_terminal) ShowTyping(false);
+  std::string line;
+  const bool read = static_cast<bool>(std::getline(std::cin, line));
+  if (at_terminal) ShowTyping(true);
+  std::cerr << std::endl;
+  if (!read) return std::nullopt;
+  return std::string(TrimRight(line));
+}
+
 BoxAnswer CommandLineBoxes::Show(const Box& box) {
   std::cerr << TerminalText(box) << std::endl;
   ShownBox shown{box, BoxAnswer::kOk, true};

@@ -32,6 +32,8 @@ class CommandLineBoxes : public MessageBoxes {
   explicit CommandLineBoxes(std::deque<BoxAnswer> answers) : answers_(std::move(answers)) {}
 
   BoxAnswer Show(const Box& box) override;
+  // One line of standard input; at a terminal it is not shown.
+  std::optional<std::string> AskSecret(std::string_view title, std::string_view prompt) override;
 
   void QueueAnswer(BoxAnswer answer) { answers_.push_back(answer); }
   // Questions are never put to the terminal from here on.

@@ -37,6 +37,7 @@ void AddGlobalOptions(CLI::App& app, GlobalOptions& options, RawOptions& raw) {
   app.add_option("--settings", options.settings, "Settings path; the data path when left out");
   app.add_option("--company", options.company, "Name of the current company");
   app.add_option("--company-number", options.company_number, "Its number");
+  app.add_option("--branch", options.branch, "Name of the current branch, of which there is an .SSP file");
   app.add_option("--user", options.user, "Login of the current user");
   app.add_option("--security", raw.security, "on or off (off unless said)")
       ->check(CLI::IsMember({"on", "off"}));

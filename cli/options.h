@@ -15,6 +15,7 @@ struct GlobalOptions {
   std::string settings;  // "" = the data path
   std::string company;
   std::string company_number;
+  std::string branch;  // whose name and address stand on checks; "" = the company's name
   std::string user;
   bool security = false;
   std::string bank;

@@ -53,6 +53,7 @@ class CommandLineSuite : public Suite {
   std::string ApplicationPath() const override { return {}; }
   std::string SettingsPath() const override;
   std::string UpdatePath() const override { return {}; }
+  std::string BranchName() const override { return options_.branch; }
   bool SecurityOn() const override { return options_.security; }
   std::string Login() const override { return options_.user; }
   bool RegisterProgram(std::string_view, int) override { return true; }

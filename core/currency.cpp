@@ -95,10 +95,4 @@ std::string Currency::ToText(int decimals) const {
   return text;
 }
 
-Currency Currency::Sum(Currency left, std::int64_t right) {
-  if (!left.IsValid() || right == kOverflow) return Overflow();
-  const bool leaves = right > 0 ? left.count_ > kMaximum - right : left.count_ < -kMaximum - right;
-  return leaves ? Overflow() : Currency(left.count_ + right);
-}
-
 }  // namespace tallwick

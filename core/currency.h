@@ -54,7 +54,11 @@ class Currency {
   static constexpr std::int64_t kOverflow = std::numeric_limits<std::int64_t>::min();
   static constexpr std::int64_t kMaximum = std::numeric_limits<std::int64_t>::max();
   constexpr explicit Currency(std::int64_t count) : count_(count) {}
-  static Currency Sum(Currency left, std::int64_t right);
+  static constexpr Currency Sum(Currency left, std::int64_t right) {
+    if (!left.IsValid() || right == kOverflow) return Overflow();
+    const bool leaves = right > 0 ? left.count_ > kMaximum - right : left.count_ < -kMaximum - right;
+    return leaves ? Overflow() : Currency(left.count_ + right);
+  }
 
   std::int64_t count_ = 0;
 };

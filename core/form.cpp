@@ -363,6 +363,11 @@ std::string ControlValue(const Control& control) {
   return {};
 }
 
+std::string WithoutMnemonic(std::string caption) {
+  std::erase(caption, '&');
+  return caption;
+}
+
 void EnterTexts(Form& form, const std::vector<KeyText>& texts) {
   for (const KeyText& text : texts) {
     form.Enter(text.control);

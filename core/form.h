@@ -66,6 +66,8 @@ class RowSource {
   // Reads on for about this long; false when there is nothing more to read.
   virtual bool ReadOn(std::chrono::milliseconds) { return false; }
   virtual int PercentRead() { return 100; }
+  // What is said where there are no rows; "" leaves it to the view.
+  virtual std::string EmptyText() const { return {}; }
   // What the rows add up to, as a person reads it; "" while it is not known, or where there is nothing to
   // add.
   virtual std::string Total() { return {}; }
@@ -233,6 +235,9 @@ class Form {
 // What a control holds, in words for a log: "Checked", "Unchecked" or "Grayed" (else "") of a check box,
 // "True" or "False" of an option, the text of the kinds that hold one; "" for the others.
 std::string ControlValue(const Control& control);
+
+// "Dated" for "&Dated".
+std::string WithoutMnemonic(std::string caption);
 
 // A control and the text that it is to hold.
 struct KeyText {

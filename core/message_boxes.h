@@ -2,6 +2,7 @@
 // The desktop shows real boxes; the command line and the scripts answer from a list.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -26,6 +27,12 @@ class MessageBoxes {
   virtual ~MessageBoxes() = default;
   // Shows the box and waits for its answer, which is always one of the box's buttons.
   virtual BoxAnswer Show(const Box& box) = 0;
+
+  // Asks for a word that nobody else is to see, such as a password. Nullopt when the person has thought
+  // better of it, and where there is nobody who could be asked.
+  virtual std::optional<std::string> AskSecret(std::string_view /*title*/, std::string_view /*prompt*/) {
+    return std::nullopt;
+  }
 
   // Short forms for boxes with the single button OK.
   void Critical(std::string_view title, std::string_view text);

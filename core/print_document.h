@@ -48,6 +48,8 @@ class DocumentPrinter {
   virtual bool Preview(const PrintDocument& document) = 0;
   virtual bool Print(const PrintDocument& document) = 0;
   virtual bool SavePdf(const PrintDocument& document) = 0;
+  // Rich text that stands already; `name` is proposed as the file name.
+  virtual bool SaveRtf(const std::string& name, const std::string& rtf) = 0;
 };
 
 }  // namespace tallwick

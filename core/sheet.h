@@ -36,25 +36,28 @@ struct SheetRect {
   friend bool operator==(const SheetRect&, const SheetRect&) = default;
 };
 
-// One line. `box` is exactly what it covers.
+// One line. `box` is exactly what it covers; one with an angle is turned about the box's lower left corner.
 struct SheetText {
   std::string text;  // UTF-8
   SheetRect box;
   SheetFont font;
   double stretch = 1;  // of the letters' width, 1 or less
   int grey = 0;        // 0 = black to 255 = white
+  double angle = 0;    // degrees, counterclockwise
 };
 
 struct SheetPage {
   std::vector<SheetText> background;  // below everything else
   std::vector<SheetText> texts;
-  std::vector<SheetRect> bars;  // filled with black
+  std::vector<SheetText> micro;  // letters so small that they are a line to the eye; they may cross others
+  std::vector<SheetRect> bars;   // filled with black
 };
 
 struct SheetDocument {
   std::string name;  // proposed as the file name, without folder and extension
   double width = 215.9;
   double height = 279.4;
+  int prints = 1;  // how often each sheet stands among the pages
   std::vector<SheetPage> pages;
 };
 
@@ -65,8 +68,13 @@ class SheetMeasure {
   virtual double Width(const SheetFont& font, std::string_view text) const = 0;
 };
 
-// Makes the sheets for the printer that was chosen; "" for a file.
-using SheetMaker = std::function<SheetDocument(const SheetMeasure& measure, std::string_view printer)>;
+// What the person has chosen.
+struct SheetOrder {
+  std::string printer;  // "" for a file
+  int prints = 0;       // 0 = as many as whoever makes the sheets has for a rule
+};
+
+using SheetMaker = std::function<SheetDocument(const SheetMeasure& measure, const SheetOrder& order)>;
 
 class SheetPrinter {
  public:

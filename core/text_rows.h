@@ -21,6 +21,8 @@ class TextRows : public RowSource {
     rows_.emplace_back(std::move(cells), std::move(style));
   }
 
+  void SayWhenEmpty(std::string text) { empty_text_ = std::move(text); }
+
   // Puts a row's last cell; the row is the one with this first cell, or is added.
   void SetLast(std::string_view first, std::string_view last) {
     for (auto& [cells, style] : rows_) {
@@ -40,10 +42,12 @@ class TextRows : public RowSource {
     return std::find(numeric_.begin(), numeric_.end(), column) != numeric_.end();
   }
   std::string RowStyle(std::size_t row) override { return row < rows_.size() ? rows_[row].second : ""; }
+  std::string EmptyText() const override { return empty_text_; }
 
  private:
   std::vector<std::string> headings_;
   std::vector<std::size_t> numeric_;
+  std::string empty_text_;
   std::vector<std::pair<std::vector<std::string>, std::string>> rows_;
 };
 

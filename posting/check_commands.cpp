@@ -74,9 +74,9 @@ void FrmEditChecksPost::AddCommands() {
     Add(ControlKind::kMenu, std::string(command.name), std::string(command.caption)).value = command.value;
   }
   Add(ControlKind::kMenu, "mnuToolsCalendar", "&Calendar");
-  AddRoutes({"mnuEditPostDeposits", "mnuEditVouchers", "mnuEditWireTransfers", "mnuEditReconcileAccount",
-             "mnuViewFileLedgers", "mnuReportsChecks", "mnuReportsDeposits", "mnuReportsVouchers",
-             "mnuReportsEscrowAnalysis", "mnuToolsCalculator"});
+  AddRoutes({"mnuFilePrintChecks", "mnuEditPostDeposits", "mnuEditVouchers", "mnuEditWireTransfers",
+             "mnuEditReconcileAccount", kLedgerCommand, "mnuReportsChecks", "mnuReportsDeposits",
+             "mnuReportsVouchers", "mnuReportsEscrowAnalysis", "mnuToolsCalculator"});
   AddOption("mnuOptionsWarnHigherNumber", "&Warn of Higher Number", true);
   AddOption("mnuOptionsUsePrintPreview", "Use Print P&review", false);
   AddOption("mnuOptionsDefaultPeriod", "Fill Blank Accounting &Periods", session_.Run().default_period);

@@ -1,5 +1,7 @@
 #include "posting/deposit_posting.h"
 
+#include <algorithm>
+
 #include "audit/audit_trail.h"
 #include "core/text_format.h"
 #include "posting/deposit_facts.h"
@@ -73,7 +75,7 @@ void FrmEditDepositsPost::AddControls() {
   }
   AddOption("mnuOptionsFreeFormatPostedDates", "&Free Format Posted Dates", false);
   AddOption("mnuOptionsFileCheck", "&Check File Numbers", true);
-  AddRoutes({"mnuViewFileLedgers"});
+  AddRoutes({kLedgerCommand});
 }
 
 void FrmEditDepositsPost::AddRow(int row) {
@@ -134,7 +136,9 @@ void FrmEditDepositsPost::OnChoose(Control& control) {
   const auto row = static_cast<std::size_t>(control.selected) - 1;
   const DepositKey key = shows_items_ ? items_->KeyAt(row) : deposits_->KeyAt(row);
   if (key.dated.empty()) return RefreshRegister();
-  if (MayDropChanges(UnsavedQuestion())) OpenDeposit(key.dated, key.sequence);
+  if (!MayDropChanges(UnsavedQuestion())) return;
+  OpenDeposit(key.dated, key.sequence);
+  current_row_ = std::max(key.item, 1);
 }
 
 void FrmEditDepositsPost::OnClick(Control& control) {
@@ -266,6 +270,7 @@ void FrmEditDepositsPost::LookUpDeposit() {
 }
 
 void FrmEditDepositsPost::OpenDeposit(const std::string& dated, const std::string& sequence) {
+  current_row_ = 1;
   if (const std::optional<DepositRecord> posted = FindPosted(dated, sequence)) return ShowDeposit(*posted);
   BeginNew(ParseStoredDate(dated).value_or(Date{}));
   SetText("txtDateSequence", sequence);

@@ -154,9 +154,10 @@ std::optional<std::size_t> DepositItemRegister::FindRow(std::string_view text) {
 }
 
 DepositKey DepositItemRegister::KeyAt(std::size_t row) {
-  if (!GoToRow(row)) return {};
+  const std::optional<int> item = GoToRow(row);
+  if (!item) return {};
   const DepositRecord deposit = deposits_.Read();
-  return {deposit.dated, deposit.sequence};
+  return {deposit.dated, deposit.sequence, *item};
 }
 
 }  // namespace tallwick

@@ -16,6 +16,7 @@ namespace tallwick {
 struct DepositKey {
   std::string dated;  // "CCYYMMDD"; "" when the row is gone
   std::string sequence;
+  int item = 0;  // that the row shows; 0 = it shows the deposit
 };
 
 // The fields by which passes over many deposits look at items, without reading the rest.

@@ -82,7 +82,7 @@ class ItemPostingForm : public PayeePostingForm {
     AddFileLookUp(item_.file);
     Add(ControlKind::kMenu, std::string(item_.remove), "&Remove " + std::string(item_.name)).enabled =
         !viewing;
-    AddRoutes({"mnuViewFileLedgers"});
+    AddRoutes({kLedgerCommand});
   }
   bool OpenRegister() override { return register_->Open(bank_code_); }
   void OnOpen() override {
@@ -239,7 +239,7 @@ class ItemPostingForm : public PayeePostingForm {
  private:
   void ShowLedgerCommand() {
     const std::string file = CurrentFile();
-    SetCaption("mnuViewFileLedgers", file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
+    SetCaption(kLedgerCommand, file.empty() ? "File &Ledger..." : "File " + file + " &Ledger");
   }
 
   // What is closed now stands as it was loaded.

@@ -9,7 +9,7 @@
 #include <string_view>
 #include <vector>
 
-#include "core/form.h"
+#include "shell/routed_form.h"
 
 namespace tallwick {
 
@@ -26,9 +26,9 @@ struct LookUp {
   std::function<bool(std::size_t row, int index)> take;
 };
 
-class LookUpForm : public Form {
+class LookUpForm : public RoutedForm {
  protected:
-  using Form::Form;
+  using RoutedForm::RoutedForm;
 
   struct Captions {
     std::string_view find, list, use, close;

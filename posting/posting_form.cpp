@@ -4,18 +4,11 @@
 
 #include "audit/audit_trail.h"
 #include "core/date.h"
-#include "posting/screen_routes.h"
 #include "shell/company_tables.h"
 #include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
-
-// "Dated" for "&Dated".
-std::string WithoutMnemonic(std::string caption) {
-  std::erase(caption, '&');
-  return caption;
-}
 
 // How a message names a control: "Line 3 Amount".
 std::string NameOf(const Control& control) {
@@ -31,12 +24,10 @@ std::string ValueWord(const std::pair<std::string, int>& value, const Control& c
 }  // namespace
 
 PostingForm::PostingForm(Session& session, const PostingScreen& screen, ScreenOpener* opener)
-    : LookUpForm(std::string(screen.name), session.Boxes()),
-      session_(session),
+    : LookUpForm(std::string(screen.name), session, opener),
       bank_code_(session.BankCode()),
       tables_(session.Home()),
-      screen_(screen),
-      opener_(opener) {
+      screen_(screen) {
   SetFormCaption(std::string(screen.caption) + session.BankName());
 }
 
@@ -315,27 +306,6 @@ bool PostingForm::FilesAreKnown() {
 }
 
 // --- Commands that screens share ---
-
-void PostingForm::AddRoutes(std::initializer_list<std::string_view> commands) {
-  for (std::string_view command : commands) {
-    const ScreenRoute& route = *FindRoute(command);
-    Add(ControlKind::kMenu, std::string(command), std::string(route.caption)).enabled =
-        session_.MayUse(route.right);
-  }
-}
-
-bool PostingForm::GoTo(std::string_view command) {
-  const ScreenRoute* route = FindRoute(command);
-  if (route == nullptr || opener_ == nullptr) return false;
-  if (opener_->Offers(route->screen, route->mode)) {
-    opener_->OpenScreen(route->screen, route->of_file ? ToUpper(CurrentFile()) : std::string(route->mode));
-    return true;
-  }
-  std::string name = WithoutMnemonic(At(command).caption);
-  if (name.ends_with("...")) name.resize(name.size() - 3);
-  Boxes().Inform(Caption(), Quoted(name) + " is not part of this version of the program.");
-  return true;
-}
 
 BankSettings PostingForm::Options() {
   return BankSettings(session_.Files(), session_.DataPath(), kUserOptions, session_.Login());

@@ -7,14 +7,12 @@
 #pragma once
 
 #include <functional>
-#include <initializer_list>
 #include <span>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
-#include "core/form.h"
 #include "posting/bank_settings.h"
 #include "posting/entry_fields.h"
 #include "posting/file_rows.h"
@@ -63,8 +61,6 @@ class PostingForm : public LookUpForm {
   virtual bool IsPosted() const = 0;
   // What a post asks for now.
   virtual int Right() const { return screen_.right; }
-  // The escrow file at hand, "" for none.
-  virtual std::string CurrentFile() { return {}; }
 
   // Reads the bank anew; false after a message when it is gone. Shows lblLastReconciled where there is one.
   bool ReadBank();
@@ -138,10 +134,6 @@ class PostingForm : public LookUpForm {
 
   // --- Commands that screens share ---
 
-  // Adds the commands that lead to other screens (screen_routes.h), enabled where the user has their right.
-  void AddRoutes(std::initializer_list<std::string_view> commands);
-  // Opens the screen of a command; one that is not there is told. False where the command leads nowhere.
-  bool GoTo(std::string_view command);
   // A command that is on or off, as this user left it the last time.
   void AddOption(std::string_view command, std::string_view caption, bool at_first);
   bool IsOn(std::string_view option) { return At(option).value == 1; }
@@ -154,7 +146,6 @@ class PostingForm : public LookUpForm {
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
-  Session& session_;
   std::string bank_code_;
   BankRecord bank_;  // as it was read last
   BankTables tables_;
@@ -178,7 +169,6 @@ class PostingForm : public LookUpForm {
   bool FilesAreKnown();
 
   const PostingScreen screen_;
-  ScreenOpener* opener_;
   std::vector<std::string> options_;
   Values unchanged_;
   std::shared_ptr<FileRows> files_ = std::make_shared<FileRows>(session_);

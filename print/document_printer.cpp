@@ -5,10 +5,12 @@
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QSaveFile>
 #include <QStandardPaths>
 
 #include "print/page_renderer.h"
 #include "print/pdf_document.h"
+#include "print/printer_result.h"
 
 namespace tallwick {
 
@@ -34,7 +36,7 @@ bool QtDocumentPrinter::Print(const PrintDocument& document) {
   dialog.setOption(QAbstractPrintDialog::PrintPageRange);
   if (dialog.exec() != QDialog::Accepted) return false;
   const PageRange range{printer.fromPage() > 0 ? printer.fromPage() : 1, printer.toPage()};
-  return DrawDocument(document, printer, range) || Refused(document.name);
+  return (DrawDocument(document, printer, range) && HasTaken(printer)) || Refused(document.name);
 }
 
 bool QtDocumentPrinter::Refused(const std::string& name) {
@@ -43,15 +45,30 @@ bool QtDocumentPrinter::Refused(const std::string& name) {
 }
 
 bool QtDocumentPrinter::SavePdf(const PrintDocument& document) {
+  return Save(document.name, "PDF", [&](const std::string& path) { return WritePdf(document, path); });
+}
+
+bool QtDocumentPrinter::SaveRtf(const std::string& name, const std::string& rtf) {
+  return Save(name, "RTF", [&](const std::string& path) {
+    QSaveFile file(QString::fromStdString(path));
+    return file.open(QIODevice::WriteOnly) &&
+           file.write(rtf.data(), static_cast<qint64>(rtf.size())) == static_cast<qint64>(rtf.size()) &&
+           file.commit();
+  });
+}
+
+bool QtDocumentPrinter::Save(const std::string& name, const QString& kind,
+                             const std::function<bool(const std::string&)>& write) {
+  const QString extension = kind.toLower();
   const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
-  const QString proposed = folder + "/" + QString::fromStdString(document.name) + ".pdf";
-  const QString path =
-      QFileDialog::getSaveFileName(QApplication::activeWindow(), "Save as PDF", proposed, "PDF (*.pdf)");
+  const QString proposed = folder + "/" + QString::fromStdString(name) + "." + extension;
+  QString path = QFileDialog::getSaveFileName(QApplication::activeWindow(), "Save as " + kind, proposed,
+                                              kind + " (*." + extension + ")");
   if (path.isEmpty()) return false;
-  if (WritePdf(document, path.toStdString())) return true;
-  boxes_.Critical(document.name, "The file " + path.toStdString() +
-                                     " could not be written.  Make room, or choose a folder that you may "
-                                     "write to.");
+  if (!path.endsWith("." + extension, Qt::CaseInsensitive)) path += "." + extension;
+  if (write(path.toStdString())) return true;
+  boxes_.Critical(name, "The file " + path.toStdString() +
+                            " could not be written.  Make room, or choose a folder that you may write to.");
   return false;
 }
 

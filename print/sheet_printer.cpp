@@ -1,21 +1,42 @@
 #include "print/sheet_printer.h"
 
 #include <QApplication>
+#include <QPaintEngine>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QPrinterInfo>
+#include <QSettings>
 
+#include "print/printer_result.h"
 #include "print/sheet_renderer.h"
 
 namespace tallwick {
 namespace {
 
+constexpr const char* kLastPrinter = "sheets/printer";
+
 // A printer prepared for the sheets, and the sheets for the printer: another one may move them otherwise.
-SheetDocument Prepare(QPrinter& printer, const SheetMaker& make) {
-  SheetDocument document = make(LetterMeasure(), printer.printerName().toStdString());
+SheetDocument Prepare(QPrinter& printer, const SheetMaker& make, int prints) {
+  SheetDocument document = make(LetterMeasure(), {printer.printerName().toStdString(), prints});
   SetSheetPaper(document.width, document.height, printer);
   printer.setDocName(QString::fromStdString(document.name));
   return document;
+}
+
+// A printer that is not there any more is passed over.
+void ProposeLast(QPrinter& printer) {
+  const QString last = QSettings().value(kLastPrinter).toString();
+  if (QPrinterInfo::availablePrinterNames().contains(last)) printer.setPrinterName(last);
+}
+
+void RememberLast(const QPrinter& printer) {
+  if (!printer.printerName().isEmpty()) QSettings().setValue(kLastPrinter, printer.printerName());
+}
+
+// A preview draws on a device of its own in the printer's place.
+bool IsOnPaper(const QPrinter& printer) {
+  return printer.paintEngine()->type() != QPaintEngine::Picture;
 }
 
 }  // namespace
@@ -31,29 +52,48 @@ const SheetMeasure& QtSheetPrinter::Measure() {
 
 bool QtSheetPrinter::Preview(const SheetMaker& make) {
   QPrinter printer(QPrinter::HighResolution);
-  const SheetDocument document = Prepare(printer, make);
+  ProposeLast(printer);
+  const SheetDocument document = Prepare(printer, make, 0);
+  printer.setCopyCount(document.prints);
   QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
   dialog.resize(960, 760);
   dialog.setWindowTitle(QString::fromStdString(document.name));
-  bool drawn = false;
-  QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                   [&](QPrinter* device) { drawn = DrawSheets(Prepare(*device, make), *device); });
-  // The dialog is accepted only by its print button, when the pages have been drawn for paper.
-  if (dialog.exec() != QDialog::Accepted) return false;
-  return drawn || Refused(document.name);
+  bool sent = false;
+  bool taken = false;
+  QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* device) {
+    const bool on_paper = IsOnPaper(*device);
+    const bool drawn = Draw(*device, make);
+    sent = sent || on_paper;
+    if (on_paper) taken = drawn;
+  });
+  dialog.exec();
+  if (!sent) return false;
+  RememberLast(printer);
+  return taken || Refused(document.name);
 }
 
 bool QtSheetPrinter::Print(const SheetMaker& make) {
   QPrinter printer(QPrinter::HighResolution);
-  const std::string name = Prepare(printer, make).name;
+  ProposeLast(printer);
+  const SheetDocument document = Prepare(printer, make, 0);
+  printer.setCopyCount(document.prints);
   QPrintDialog dialog(&printer, QApplication::activeWindow());
   // All or nothing: what is noted as printed must be on paper.
   dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
   dialog.setOption(QAbstractPrintDialog::PrintCollateCopies, false);
   if (dialog.exec() != QDialog::Accepted) return false;
-  const SheetDocument document = Prepare(printer, make);
-  printer.setCopyCount(1);  // a second print of a check would be a second check
-  return (DrawSheets(document, printer) && printer.printerState() != QPrinter::Error) || Refused(name);
+  RememberLast(printer);
+  return Draw(printer, make) || Refused(document.name);
+}
+
+// Prints are pages of their own: those behind the first are marked as copies, which a printer cannot do.
+bool QtSheetPrinter::Draw(QPrinter& printer, const SheetMaker& make) {
+  const int prints = printer.copyCount();
+  const SheetDocument document = Prepare(printer, make, prints);
+  printer.setCopyCount(1);
+  const bool drawn = DrawSheets(document, printer) && (!IsOnPaper(printer) || HasTaken(printer));
+  printer.setCopyCount(prints);
+  return drawn;
 }
 
 bool QtSheetPrinter::Refused(const std::string& name) {

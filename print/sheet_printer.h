@@ -1,5 +1,7 @@
-// The desktop's way to check stock: preview and printer dialog.
+// The desktop's way to check stock: preview and printer dialog. The printer chosen last is proposed again.
 #pragma once
+
+#include <QPrinter>
 
 #include "core/message_boxes.h"
 #include "core/sheet.h"
@@ -15,6 +17,8 @@ class QtSheetPrinter : public SheetPrinter {
   bool Print(const SheetMaker& make) override;
 
  private:
+  // Draws what was chosen. False when the printer did not take it.
+  static bool Draw(QPrinter& printer, const SheetMaker& make);
   bool Refused(const std::string& name);
 
   MessageBoxes& boxes_;

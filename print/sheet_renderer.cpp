@@ -30,7 +30,9 @@ QFont Letters(const SheetFont& font) {
 
 void Draw(const SheetText& text, QPainter& painter) {
   const QTransform before = painter.transform();
-  painter.translate(text.box.x, text.box.y + text.box.height * kSheetBaseline);
+  painter.translate(text.box.x, text.box.Bottom());
+  painter.rotate(-text.angle);
+  painter.translate(0, -text.box.height * (1 - kSheetBaseline));
   painter.scale(kPixel * text.stretch, kPixel);
   painter.setPen(QColor(text.grey, text.grey, text.grey));
   painter.setFont(Letters(text.font));
@@ -41,6 +43,7 @@ void Draw(const SheetText& text, QPainter& painter) {
 void Draw(const SheetPage& page, QPainter& painter) {
   for (const SheetText& text : page.background) Draw(text, painter);
   for (const SheetText& text : page.texts) Draw(text, painter);
+  for (const SheetText& text : page.micro) Draw(text, painter);
   for (const SheetRect& bar : page.bars)
     painter.fillRect(QRectF(bar.x, bar.y, bar.width, bar.height), Qt::black);
 }

@@ -153,15 +153,10 @@ std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string
   return rows;
 }
 
-RowScreen ScreenOfRow(const std::vector<std::string>& cells) {
-  if (cells.size() != kItemColumns)
-    return {"frmViewFileLedgers", cells.empty() || cells[0] == kNoFile ? std::string() : cells[0], {}};
-  const std::string& number = cells[2];
-  if (cells[1] == "Check") return {"frmEditChecksPost", "Viewing", {{"txtCheckNumber", number}}};
-  if (cells[1] == "Wire") return {"frmEditWiresPost", "Viewing", {{"txtWireNumber", number}}};
-  return {"frmEditDepositsPost",
-          "Viewing",
-          {{"txtDepositDated", cells[0]}, {"txtDateSequence", number.substr(0, number.find('/'))}}};
+std::optional<ItemRoute> RouteOfRow(const std::vector<std::string>& cells) {
+  if (cells.size() != kItemColumns) return std::nullopt;
+  const std::string& number = cells[2];  // of a deposit with the item behind it
+  return RouteToItem(cells[1], number.substr(0, number.find('/')), cells[0]);
 }
 
 std::shared_ptr<RowSource> MakeFileRows(std::vector<FileBalance> files) {

@@ -3,11 +3,12 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
-#include "core/form.h"
 #include "recon/recon_pass.h"
+#include "shell/screen_routes.h"
 
 namespace tallwick {
 
@@ -34,13 +35,8 @@ ReconListSum SumOf(const std::vector<ReconEntry>& entries, const ReconList& list
 std::shared_ptr<RowSource> MakeItemRows(const TableHome& home, const std::string& bank_code,
                                         const std::vector<ReconEntry>& entries, const ReconList& list);
 
-// The screen that shows what a row of either list stands for: an item, or a file's ledger.
-struct RowScreen {
-  std::string_view screen;
-  std::string mode;
-  std::vector<KeyText> key;  // what looks the item up; none for a ledger
-};
-RowScreen ScreenOfRow(const std::vector<std::string>& cells);
+// The way to the item of a row; nullopt for a row of the list of files.
+std::optional<ItemRoute> RouteOfRow(const std::vector<std::string>& cells);
 
 std::shared_ptr<RowSource> MakeFileRows(std::vector<FileBalance> files);
 

@@ -1,9 +1,12 @@
 #include "recon/recon_pass.h"
 
+#include <algorithm>
 #include <array>
 
 namespace tallwick {
 namespace {
+
+constexpr std::int64_t kMostRoom = 8'000'000;  // entries, 128 MB of addresses
 
 // Counts an item and keeps it where it is part of a figure.
 ReconPlace Count(ReconFindings& findings, const ReconItem& item, std::int32_t record, int deposit_item = 0) {
@@ -19,9 +22,6 @@ ReconPlace Count(ReconFindings& findings, const ReconItem& item, std::int32_t re
 class RecordReader {
  public:
   RecordReader(TableBase& table, std::string_view what) : table_(table), fields_(table), what_(what) {}
-  virtual ~RecordReader() = default;
-  virtual void Read(RecordView record, std::int32_t number, ReconFindings& findings) = 0;
-
   TableBase& Table() { return table_; }
   std::string_view What() const { return what_; }
   PackedFields& Fields() { return fields_; }
@@ -44,7 +44,7 @@ class PaymentReader : public RecordReader {
         accounting_(Fields().FindPeriod(prefix + "ACCT")),
         statement_(Fields().FindPeriod(prefix + "STMT")) {}
 
-  void Read(RecordView record, std::int32_t number, ReconFindings& findings) override {
+  void Read(RecordView record, std::int32_t number, ReconFindings& findings) {
     const ReconItem item{kind_, StatusIn(status_.Text(record)), MoneyIn(amount_.Text(record)),
                          MakeKey(PeriodIn(record, accounting_)), PeriodIn(record, statement_)};
     const ReconBucket bucket = Count(findings, item, number).bucket;
@@ -69,7 +69,7 @@ class DepositReader : public RecordReader {
     }
   }
 
-  void Read(RecordView record, std::int32_t number, ReconFindings& findings) override {
+  void Read(RecordView record, std::int32_t number, ReconFindings& findings) {
     const std::int32_t accounting_key = MakeKey(PeriodIn(record, accounting_));
     if (accounting_key > MakeKey(findings.recon.Terms().statement)) return;
     for (std::size_t i = 0; i < items_.size(); ++i) {
@@ -95,7 +95,8 @@ class DepositReader : public RecordReader {
   std::array<Item, kDepositItems> items_;
 };
 
-PassEnd RunPass(RecordReader& reader, const PassProgress& progress, ReconFindings& findings) {
+template <class Reader>
+PassEnd RunPass(Reader& reader, const PassProgress& progress, ReconFindings& findings) {
   return PassOver(reader.Table(), reader.Fields(), reader.What(), progress,
                   [&](RecordView record, std::int32_t number) {
                     ++findings.records;
@@ -103,9 +104,17 @@ PassEnd RunPass(RecordReader& reader, const PassProgress& progress, ReconFinding
                   });
 }
 
+// The most that there can be. Room that is not used costs nothing; growing would cost copies.
+std::size_t MostEntries(const BankTables& tables) {
+  const std::int64_t most = std::int64_t{tables.checks.RecordCount()} + tables.wires.RecordCount() +
+                            std::int64_t{tables.deposits.RecordCount()} * kDepositItems;
+  return static_cast<std::size_t>(std::clamp<std::int64_t>(most, 0, kMostRoom));
+}
+
 }  // namespace
 
 PassEnd RunReconPasses(BankTables& tables, const PassProgress& progress, ReconFindings& findings) {
+  findings.entries.reserve(MostEntries(tables));
   PaymentReader checks(tables.checks, "Checks", ReconKind::kCheck, "CHX");
   PaymentReader wires(tables.wires, "Wire Transfers", ReconKind::kWire, "WIRE");
   DepositReader deposits(tables.deposits);

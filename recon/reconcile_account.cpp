@@ -31,9 +31,7 @@ bool IsAmountEntry(std::string_view control) {
 }  // namespace
 
 FrmReconcileAccount::FrmReconcileAccount(Session& session, ScreenOpener* opener)
-    : Form("frmReconcileAccount", session.Boxes()),
-      session_(session),
-      opener_(opener),
+    : ReportForm("frmReconcileAccount", session, opener),
       bank_code_(session.BankCode()),
       bank_name_(session.BankName()),
       tables_(session.Home()) {
@@ -64,10 +62,10 @@ FrmReconcileAccount::FrmReconcileAccount(Session& session, ScreenOpener* opener)
   Add(ControlKind::kButton, "cmdTakeBack", "&Take Back");
   Add(ControlKind::kButton, "cmdCompute", "&Compute");
   Add(ControlKind::kButton, "cmdUpdateBankRecord", "&Update");
-  Add(ControlKind::kButton, "cmdPreview", "Pre&view").enabled = false;
-  Add(ControlKind::kButton, "cmdPrint", "&Print").enabled = false;
-  Add(ControlKind::kButton, "cmdPdf", "Save as PD&F").enabled = false;
+  AddReportButtons();
   Add(ControlKind::kButton, "cmdClose", "C&lose");
+  AddRoutes({kLedgerCommand});
+  SetPrintable(false);
 }
 
 bool FrmReconcileAccount::OpenTables() {
@@ -138,15 +136,13 @@ void FrmReconcileAccount::OnClick(Control& control) {
     Update();
   } else if (control.name == "cmdTakeBack") {
     TakeBack();
-  } else if (control.name == "cmdPreview" || control.name == "cmdPrint" || control.name == "cmdPdf") {
-    SendToPrinter(control.name);
   } else if (control.name == "cmdFiles") {
     ShowFiles();
   } else if (control.name == "cmdOpenItem") {
     OpenShown();
   } else if (control.name == "cmdClose") {
     Close();
-  } else {
+  } else if (!Send(control.name)) {
     ShowList(control.name);
   }
 }
@@ -160,9 +156,7 @@ bool FrmReconcileAccount::OnKey(std::string_view key) {
     OpenShown();
     return true;
   }
-  if (key != "Esc") return false;
-  Close();
-  return true;
+  return ReportForm::OnKey(key);
 }
 
 // --- Entries ---
@@ -260,7 +254,8 @@ void FrmReconcileAccount::Forget() {
        {"lblStatementNote", "lblClearedChecksCount", "lblClearedWiresCount", "lblProof", "lblItems"})
     SetCaption(label, {});
   for (const ReconList& list : kReconLists) SetEnabled(list.control, false);
-  for (std::string_view button : {"cmdFiles", "cmdPreview", "cmdPrint", "cmdPdf"}) SetEnabled(button, false);
+  SetEnabled("cmdFiles", false);
+  SetPrintable(false);
   SetSource("grdItems", nullptr);
   SetEnabled("cmdOpenItem", false);
   SetCaption("lblStatus", {});
@@ -281,7 +276,8 @@ void FrmReconcileAccount::ShowResults() {
   SetCaption("lblClearedWiresCount", count(results_.cleared_wire_count));
   SetCaption("lblProof", ProofText(results_, files));
   for (const ReconList& list : kReconLists) SetEnabled(list.control, true);
-  for (std::string_view button : {"cmdFiles", "cmdPreview", "cmdPrint", "cmdPdf"}) SetEnabled(button, true);
+  SetEnabled("cmdFiles", true);
+  SetPrintable(true);
   SetCaption("lblStatus", std::string(results_.IsBalanced() ? kReconBalanced : kReconNotBalanced));
 }
 
@@ -313,13 +309,14 @@ void FrmReconcileAccount::ShowFiles() {
 void FrmReconcileAccount::OpenShown() {
   const Control& grid = At("grdItems");
   if (opener_ == nullptr || !grid.source || grid.selected == 0) return;
-  if (session_.BankCode() != bank_code_)
-    return Boxes().Exclaim(Caption(), "Open " + bank_name_ + " again to look at its items.");
-  const RowScreen item = ScreenOfRow(grid.source->Row(static_cast<std::size_t>(grid.selected) - 1));
-  if (item.key.empty()) {
-    opener_->OpenScreen(item.screen, item.mode);
+  const std::optional<ItemRoute> item =
+      RouteOfRow(grid.source->Row(static_cast<std::size_t>(grid.selected) - 1));
+  if (!item) {
+    GoTo(kLedgerCommand);
+  } else if (session_.BankCode() != bank_code_) {
+    Boxes().Exclaim(Caption(), "Open " + bank_name_ + " again to look at its items.");
   } else {
-    opener_->OpenItem(item.screen, item.mode, item.key);
+    OpenItem(*item);
   }
 }
 

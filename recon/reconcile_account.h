@@ -1,16 +1,18 @@
 // frmReconcileAccount, the screen that balances a bank account against a bank statement.
 //
 // Controls, in order: the labels lblSteps 1 to 5 and lblInformation; the entries txtStatementDate
-// (with the label lblStatementNote), txtBankStatementBalance, txtAdjustmentsinTransit,
-// txtBeginningCheckBookBalance, txtPlusBankCredits and txtLessBankCharges; the results, which nobody types
-// into: txtPlusOutstandingDeposits, txtLessOutstandingChecks, txtLessOutstandingWires, txtAdjustedBalance,
-// txtPlusDeposits, txtPlusVoidedChecks, txtLessDisbursements, txtEndingCheckBookBalance,
-// txtDifferenceBalances, txtClearedChecksThisBankStmt, txtClearedWiresThisBankStmt,
-// txtClearedDepositsThisBankStmt, and txtFileLedgersTotal; the counts lblClearedChecksCount and
-// lblClearedWiresCount; lblProof; a button for each list behind a figure (see kReconLists), cmdFiles, and
-// with them lblItems, the register grdItems and cmdOpenItem, which opens the screen of the row that is
-// chosen; prgProgress with lblProgress; lblStatus; txtReconciledThrough, txtTakeBackReason and cmdTakeBack;
-// the buttons cmdCompute, cmdUpdateBankRecord, cmdPreview, cmdPrint, cmdPdf and cmdClose.
+// (with the label lblStatementNote),
+// txtBankStatementBalance, txtAdjustmentsinTransit, txtBeginningCheckBookBalance, txtPlusBankCredits and
+// txtLessBankCharges; the results, which nobody types into: txtPlusOutstandingDeposits,
+// txtLessOutstandingChecks, txtLessOutstandingWires, txtAdjustedBalance, txtPlusDeposits,
+// txtPlusVoidedChecks, txtLessDisbursements, txtEndingCheckBookBalance, txtDifferenceBalances,
+// txtClearedChecksThisBankStmt, txtClearedWiresThisBankStmt, txtClearedDepositsThisBankStmt, and
+// txtFileLedgersTotal; the counts lblClearedChecksCount and lblClearedWiresCount; lblProof; a button for each
+// list behind a figure (see kReconLists), cmdFiles, and with them lblItems, the register grdItems and
+// cmdOpenItem, which opens the screen of the row that is chosen;
+// prgProgress with lblProgress; lblStatus; txtReconciledThrough, txtTakeBackReason and cmdTakeBack; the
+// buttons cmdCompute, cmdUpdateBankRecord and cmdClose; the commands and buttons of report_form.h, and
+// mnuViewFileLedgers for the file of the row chosen.
 //
 // Invariants: results are shown only while findings_ holds what they were computed from, and they follow the
 // entries; a bank record is written only right after a computation that left no difference.
@@ -20,17 +22,16 @@
 #include <optional>
 #include <string>
 
-#include "core/form.h"
 #include "recon/recon_items.h"
 #include "recon/recon_pass.h"
 #include "recon/recon_report.h"
-#include "shell/session.h"
+#include "reports/report_form.h"
 #include "tables/bank_table.h"
 #include "tables/bank_tables.h"
 
 namespace tallwick {
 
-class FrmReconcileAccount : public Form {
+class FrmReconcileAccount : public ReportForm {
  public:
   // Works on the session's selected bank, also when another is selected later. `opener` opens the screen of
   // an item, and outlives the form; null where nobody can.
@@ -38,8 +39,7 @@ class FrmReconcileAccount : public Form {
 
   // False after a message when the bank is gone or its tables cannot be opened; the form is of no use then.
   bool OpenTables();
-  // What is printed; nullopt before a computation.
-  std::optional<ReportDocument> Report();
+  std::optional<ReportDocument> Report() override;
   // The results, for other faces than a screen; null before a computation.
   const ReconResults* Results() const { return findings_ ? &results_ : nullptr; }
   // What every escrow file holds on the statement date; null before a computation.
@@ -54,6 +54,8 @@ class FrmReconcileAccount : public Form {
   void OnChoose(Control& control) override;
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
+  void Sent() override { printed_ = true; }
+  std::string CurrentFile() override { return FileOfChosenRow(At("grdItems")); }
 
  private:
   bool ReadBank();
@@ -75,11 +77,8 @@ class FrmReconcileAccount : public Form {
   void TakeBack();
   void ShowTakeBack();
   void Audit(int action);
-  bool SendToPrinter(std::string_view control);
   bool AskOnLeaving(std::string_view warning, std::string_view question, bool* yes);
 
-  Session& session_;
-  ScreenOpener* opener_;
   const std::string bank_code_;
   const std::string bank_name_;
   BankRecord bank_;  // as it was read last

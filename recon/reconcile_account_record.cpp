@@ -8,11 +8,11 @@
 #include "recon/recon_update.h"
 #include "recon/reconcile_account.h"
 #include "reports/report_origin.h"
-#include "reports/report_pages.h"
 #include "shell/rights.h"
 #include "shell/transactions_switch.h"
 
 namespace tallwick {
+
 bool FrmReconcileAccount::MayWrite() {
   if (!TransactionsOpen(session_)) {
     Boxes().Exclaim(Caption(), kTransactionsLocked);
@@ -119,22 +119,6 @@ std::optional<ReportDocument> FrmReconcileAccount::Report() {
   return MakeReconReport(report);
 }
 
-bool FrmReconcileAccount::SendToPrinter(std::string_view control) {
-  const std::optional<ReportDocument> report = Report();
-  if (!report) return false;
-  const PrintDocument document = MakePages(*report);
-  DocumentPrinter* printer = session_.Documents();
-  if (printer == nullptr) {
-    Boxes().Critical(Caption(), "There is no printer here.  Save the report to a file instead.");
-    return false;
-  }
-  const bool done = control == "cmdPrint" ? printer->Print(document)
-                    : control == "cmdPdf" ? printer->SavePdf(document)
-                                          : printer->Preview(document);
-  printed_ = printed_ || done;
-  return done;
-}
-
 // --- Leaving ---
 
 bool FrmReconcileAccount::AskOnLeaving(std::string_view warning, std::string_view question, bool* yes) {
@@ -156,7 +140,7 @@ bool FrmReconcileAccount::OnClose() {
   if (!printed_) {
     if (!AskOnLeaving("WARNING - Account Reconciled but Report NOT Printed...", "Print now ?", &yes))
       return false;
-    if (yes && !SendToPrinter("cmdPrint")) return false;
+    if (yes && !Send("cmdPrint")) return false;
   }
   return true;
 }

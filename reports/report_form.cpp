@@ -1,26 +1,83 @@
 #include "reports/report_form.h"
 
+#include <algorithm>
+
 #include "reports/report_pages.h"
+#include "reports/report_rtf.h"
 
 namespace tallwick {
+namespace {
 
-ReportForm::ReportForm(std::string name, Session& session)
-    : Form(std::move(name), session.Boxes()), session_(session) {
-  Add(ControlKind::kMenu, "mnuFilePreview", "Print Pre&view...");
-  Add(ControlKind::kMenu, "mnuFilePrint", "&Print...");
-  Add(ControlKind::kMenu, "mnuFilePdf", "Save as P&DF...");
+bool Preview(DocumentPrinter& printer, const ReportDocument& report) {
+  return printer.Preview(MakePages(report));
+}
+
+bool Print(DocumentPrinter& printer, const ReportDocument& report) {
+  return printer.Print(MakePages(report));
+}
+
+bool SavePdf(DocumentPrinter& printer, const ReportDocument& report) {
+  return printer.SavePdf(MakePages(report));
+}
+
+bool SaveRtf(DocumentPrinter& printer, const ReportDocument& report) {
+  return printer.SaveRtf(report.name, MakeRtf(report));
+}
+
+// The ways of a report.
+struct Way {
+  std::string_view command;
+  std::string_view caption;
+  std::string_view button;
+  std::string_view button_caption;
+  bool (*send)(DocumentPrinter&, const ReportDocument&);
+};
+constexpr Way kWays[] = {
+    {"mnuFilePreview", "Print Pre&view...", "cmdPreview", "Pre&view", Preview},
+    {"mnuFilePrint", "&Print...", "cmdPrint", "&Print", Print},
+    {"mnuFilePdf", "Save as P&DF...", "cmdPdf", "Save as PD&F", SavePdf},
+    {"mnuFileRtf", "Save as &RTF...", "cmdRtf", "S&ave as RTF", SaveRtf},
+};
+
+}  // namespace
+
+ReportForm::ReportForm(std::string name, Session& session, ScreenOpener* opener)
+    : RoutedForm(std::move(name), session, opener) {
+  for (const Way& way : kWays) Add(ControlKind::kMenu, std::string(way.command), std::string(way.caption));
   Add(ControlKind::kMenu, "mnuFileExit", "E&xit");
 }
 
+void ReportForm::AddReportButtons() {
+  for (const Way& way : kWays)
+    Add(ControlKind::kButton, std::string(way.button), std::string(way.button_caption));
+}
+
 void ReportForm::SetPrintable(bool on) {
-  for (std::string_view command : {"mnuFilePreview", "mnuFilePrint", "mnuFilePdf"}) SetEnabled(command, on);
+  for (const Way& way : kWays) {
+    SetEnabled(way.command, on);
+    if (Find(way.button) != nullptr) SetEnabled(way.button, on);
+  }
+}
+
+bool ReportForm::Send(std::string_view control) {
+  const auto* way = std::find_if(std::begin(kWays), std::end(kWays), [&](const Way& one) {
+    return one.command == control || one.button == control;
+  });
+  const std::optional<ReportDocument> report = way != std::end(kWays) ? Report() : std::nullopt;
+  if (!report) return false;
+  if (session_.Documents() == nullptr) {
+    Boxes().Exclaim(Caption(), "There is no printer here.  Print from the desktop.");
+    return false;
+  }
+  const bool done = way->send(*session_.Documents(), *report);
+  if (done) Sent();
+  return done;
 }
 
 void ReportForm::OnMenu(Control& control) {
-  if (control.name == "mnuFilePreview") Send(&DocumentPrinter::Preview);
-  if (control.name == "mnuFilePrint") Send(&DocumentPrinter::Print);
-  if (control.name == "mnuFilePdf") Send(&DocumentPrinter::SavePdf);
+  Send(control.name);
   if (control.name == "mnuFileExit") Close();
+  RoutedForm::OnMenu(control);
 }
 
 bool ReportForm::OnKey(std::string_view key) {
@@ -31,14 +88,6 @@ bool ReportForm::OnKey(std::string_view key) {
   if (key != "Ctrl+P") return false;
   Menu("mnuFilePrint");
   return true;
-}
-
-void ReportForm::Send(bool (DocumentPrinter::*how)(const PrintDocument&)) {
-  if (session_.Documents() == nullptr) {
-    Boxes().Exclaim(Caption(), "There is no printer here.  Print from the desktop.");
-    return;
-  }
-  (session_.Documents()->*how)(MakePages(Report()));
 }
 
 }  // namespace tallwick

@@ -1,33 +1,37 @@
 // A screen that shows a report: its commands preview, print and save it, Ctrl+P prints, Esc closes.
 //
-// Controls: mnuFilePreview, mnuFilePrint, mnuFilePdf, mnuFileExit.
+// Controls: mnuFilePreview, mnuFilePrint, mnuFilePdf, mnuFileRtf, mnuFileExit; on a screen that has them the
+// buttons cmdPreview, cmdPrint, cmdPdf and cmdRtf, which do the same.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
-#include "core/form.h"
 #include "core/print_document.h"
 #include "reports/report_document.h"
-#include "shell/session.h"
+#include "shell/routed_form.h"
 
 namespace tallwick {
 
-class ReportForm : public Form {
- protected:
-  ReportForm(std::string name, Session& session);
+class ReportForm : public RoutedForm {
+ public:
+  // What is shown now; nullopt where there is nothing to print.
+  virtual std::optional<ReportDocument> Report() = 0;
 
-  // What is shown now.
-  virtual ReportDocument Report() = 0;
+ protected:
+  ReportForm(std::string name, Session& session, ScreenOpener* opener);
+
+  void AddReportButtons();
   void SetPrintable(bool on);
+  // Carries out one of the commands or buttons; false when it is another control, or the report did not go
+  // where it was sent.
+  bool Send(std::string_view control);
+  // The report has gone to paper, to a file, or was looked at.
+  virtual void Sent() {}
 
   void OnMenu(Control& control) override;
   bool OnKey(std::string_view key) override;
-
-  Session& session_;
-
- private:
-  void Send(bool (DocumentPrinter::*how)(const PrintDocument&));
 };
 
 }  // namespace tallwick

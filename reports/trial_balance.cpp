@@ -12,7 +12,23 @@
 namespace tallwick {
 namespace {
 
-constexpr std::string_view kTrialFormat = "<+1720|>+1900|>+1900|>+1900|^+1780|>+1600";
+// The look of a list, of all banks together or bank by bank.
+struct Columns {
+  std::string_view headings;
+  std::string_view format;
+};
+constexpr Columns kTogether{"File|Receipts|Disbursements|Balance|Escrow Condition|Last Activity",
+                            "<+1720|>+1900|>+1900|>+1900|^+1780|>+1600"};
+constexpr Columns kByBank{"File|Receipts|Disbursements|Balance|Escrow Condition|Last Activity|Bank",
+                          "<+1400|>+1480|>+1480|>+1480|^+1360|>+1240|<+2360"};
+
+bool IsByBank(TrialKind kind) {
+  return kind == TrialKind::kOverdrawn;
+}
+
+const Columns& ColumnsOf(TrialKind kind) {
+  return IsByBank(kind) ? kByBank : kTogether;
+}
 
 struct KindName {
   TrialKind kind;
@@ -24,7 +40,8 @@ constexpr KindName kKinds[] = {{TrialKind::kAll, "all", "All Files"},
                                {TrialKind::kOverdrawn, "overdrawn", "Overdrawn Files"},
                                {TrialKind::kDormant, "dormant", "Dormant Files"}};
 
-TrialBalance Failed(TrialBalance balance, std::string message, PassEnd end) {
+TrialBalance Failed(std::string message, PassEnd end) {
+  TrialBalance balance;
   balance.message = std::move(message);
   balance.end = end;
   return balance;
@@ -40,10 +57,33 @@ std::string Scope(const TrialBalance& balance, const TrialTerms& terms) {
   std::string text = !terms.bank_code.empty() ? "Bank " + terms.bank_code
                      : balance.note.empty()   ? "All banks"
                                               : "Banks of the user";
+  if (IsByBank(terms.kind)) text += ", each bank account by itself";
   text += terms.as_of.IsEmpty() ? ", all items posted" : ", items posted through " + ReportDate(terms.as_of);
   if (terms.kind == TrialKind::kDormant)
     text += ", not active for more than " + std::to_string(terms.dormant_days) + " days";
   return text + ".  " + FormatNumber(static_cast<long long>(balance.files.size()), "###,###,##0") + " files.";
+}
+
+// Takes the files that belong to the list.
+void Take(const FileStandings& standings, const BankRecord* bank, const TrialTerms& terms, const Date& day,
+          TrialBalance& balance) {
+  for (FileStanding& file : standings.InOrder()) {
+    if (!IsOfKind(file, terms, day)) continue;
+    balance.receipts += file.receipts;
+    balance.disbursements += file.disbursements;
+    TrialFile taken{std::move(file), {}, {}};
+    if (bank != nullptr) {
+      taken.bank_code = Trim(bank->code);
+      taken.bank_name = bank->name;
+    }
+    balance.files.push_back(std::move(taken));
+  }
+}
+
+void SortByFile(std::vector<TrialFile>& files) {
+  std::stable_sort(files.begin(), files.end(), [](const TrialFile& left, const TrialFile& right) {
+    return left.file_number < right.file_number;
+  });
 }
 
 }  // namespace
@@ -77,41 +117,39 @@ bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress) {
   TrialBalance balance;
   if (!session.MayUse(kRightEscrowReports))
-    return Failed(balance, std::string(kCommandNotGranted), PassEnd::kStopped);
+    return Failed(std::string(kCommandNotGranted), PassEnd::kStopped);
   if (terms.bank_code.empty()) balance.note = OtherBanksNote(session);
-  FileStandings standings;
+  FileStandings together;
+  const Date day = terms.as_of.IsEmpty() ? session.TheClock().Now().date : terms.as_of;
   const std::int32_t as_of = MakeKey(terms.as_of.year, terms.as_of.month, terms.as_of.day);
   for (const BankRecord& bank : UserBanks(session)) {
     const std::string code(Trim(bank.code));
     if (!terms.bank_code.empty() && !EqualsIgnoreCase(code, terms.bank_code)) continue;
     BankTables tables(session.Home());
     if (!tables.Open(code))
-      return Failed(balance, "The tables of bank " + Quoted(code) + " could not be opened.",
-                    PassEnd::kUnreadable);
+      return Failed("The tables of bank " + Quoted(code) + " could not be opened.", PassEnd::kUnreadable);
+    FileStandings of_bank;
+    FileStandings& standings = IsByBank(terms.kind) ? of_bank : together;
     const PassEnd end = ReadStandings(
         tables, as_of,
         [&](std::string_view what, std::int64_t done, std::int64_t total) {
           return !progress || progress(bank.name + ": " + std::string(what), done, total);
         },
         standings);
-    if (end == PassEnd::kStopped) return Failed(balance, "Calculations incomplete - stopped by user...", end);
+    if (end == PassEnd::kStopped) return Failed("Calculations incomplete - stopped by user...", end);
     if (end == PassEnd::kUnreadable)
-      return Failed(balance, "The tables of bank " + Quoted(code) + " could not be read whole.", end);
+      return Failed("The tables of bank " + Quoted(code) + " could not be read whole.", end);
     balance.banks.push_back(code);
     if (bank.accounting.day == 0) balance.month_note = MonthNote(terms.as_of);
+    Take(of_bank, &bank, terms, day, balance);
   }
   if (balance.banks.empty()) {
     balance.message = terms.bank_code.empty() ? "No banks have been created."
                                               : "There is no bank " + Quoted(terms.bank_code) + ".";
     return balance;
   }
-  const Date day = terms.as_of.IsEmpty() ? session.TheClock().Now().date : terms.as_of;
-  for (FileStanding& file : standings.InOrder()) {
-    if (!IsOfKind(file, terms, day)) continue;
-    balance.receipts += file.receipts;
-    balance.disbursements += file.disbursements;
-    balance.files.push_back(std::move(file));
-  }
+  Take(together, nullptr, terms, day, balance);
+  if (IsByBank(terms.kind)) SortByFile(balance.files);
   return balance;
 }
 
@@ -119,9 +157,16 @@ std::string ShownFileNumber(const FileStanding& file) {
   return file.file_number.empty() ? "(no file)" : file.file_number;
 }
 
-std::vector<std::string> TrialCells(const FileStanding& file) {
-  return {ShownFileNumber(file),        ReportAmount(file.receipts),   ReportAmount(file.disbursements),
-          ReportAmount(file.Balance()), std::string(file.Condition()), ReportDate(file.last_activity)};
+std::string_view TrialHeadings(TrialKind kind) {
+  return ColumnsOf(kind).headings;
+}
+
+std::vector<std::string> TrialCells(const TrialFile& file) {
+  std::vector<std::string> cells{
+      ShownFileNumber(file),        ReportAmount(file.receipts),   ReportAmount(file.disbursements),
+      ReportAmount(file.Balance()), std::string(file.Condition()), ReportDate(file.last_activity)};
+  if (!file.bank_code.empty()) cells.push_back(file.bank_name);
+  return cells;
 }
 
 ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& terms,
@@ -139,11 +184,14 @@ ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& te
   report.AddText(Scope(balance, terms));
   if (!balance.note.empty()) report.AddText(balance.note);
   if (!balance.month_note.empty()) report.AddText(balance.month_note);
-  ReportTable& table = report.AddTable(kTrialHeadings, kTrialFormat);
+  const Columns& columns = ColumnsOf(terms.kind);
+  ReportTable& table = report.AddTable(columns.headings, columns.format);
   table.rows.reserve(balance.files.size() + 1);
-  for (const FileStanding& file : balance.files) table.Add(TrialCells(file));
-  table.AddSubtotal({"Total", ReportAmount(balance.receipts), ReportAmount(balance.disbursements),
-                     ReportAmount(balance.Balance()), "", ""});
+  for (const TrialFile& file : balance.files) table.Add(TrialCells(file));
+  std::vector<std::string> total{"Total", ReportAmount(balance.receipts), ReportAmount(balance.disbursements),
+                                 ReportAmount(balance.Balance())};
+  total.resize(Split(columns.headings, '|').size());
+  table.AddSubtotal(std::move(total));
   return report;
 }
 

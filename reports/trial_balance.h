@@ -29,9 +29,17 @@ struct TrialTerms {
   int dormant_days = kDormantDays;  // a dormant file holds money and was last active longer ago than that
 };
 
+// What a file holds, in all banks read or in one.
+struct TrialFile : FileStanding {
+  std::string bank_code;  // "" = all banks read
+  std::string bank_name;
+};
+
 struct TrialBalance {
-  std::vector<std::string> banks;   // codes of those read, in name order
-  std::vector<FileStanding> files;  // of the kind asked for, by file number
+  std::vector<std::string> banks;  // codes of those read, in name order
+  // Of the kind asked for, by file number. Overdrawn files stand bank by bank: money of one account covers
+  // nothing in another.
+  std::vector<TrialFile> files;
   Currency receipts;
   Currency disbursements;
   // What "posted through" means for the bank accounts that are kept by the month; "" where it needs no
@@ -50,10 +58,9 @@ bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day
 // right for reports nothing is read.
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress);
 
-// The cells of a file as the report and the screen show them, under these headings.
-inline constexpr std::string_view kTrialHeadings =
-    "File|Receipts|Disbursements|Balance|Escrow Condition|Last Activity";
-std::vector<std::string> TrialCells(const FileStanding& file);
+// The headings of a list, and the cells of a file as the report and the screen show them.
+std::string_view TrialHeadings(TrialKind kind);
+std::vector<std::string> TrialCells(const TrialFile& file);
 // "(no file)" for what is charged to none.
 std::string ShownFileNumber(const FileStanding& file);
 

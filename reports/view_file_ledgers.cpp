@@ -65,32 +65,27 @@ void AddTotals(const BankLedger& bank, TextRows& rows) {
   rows.Add({"Adjusted Balance", ReportAmount(bank.AdjustedBalance())});
 }
 
-struct ItemScreen {
-  std::string_view screen;
-  std::vector<KeyText> key;
-};
-
-ItemScreen ScreenOf(const BankLedger& bank, LedgerSection section, std::size_t row) {
+ItemRoute RouteTo(const BankLedger& bank, LedgerSection section, std::size_t row) {
   switch (section) {
     case LedgerSection::kChecks:
-      return {"frmEditChecksPost", {{"txtCheckNumber", bank.Checks()[row].number}}};
+      return RouteToItem("Check", bank.Checks()[row].number, {});
     case LedgerSection::kWires:
-      return {"frmEditWiresPost", {{"txtWireNumber", bank.Wires()[row].number}}};
+      return RouteToItem("Wire", bank.Wires()[row].number, {});
     case LedgerSection::kDeposits: {
       const LedgerDeposit& deposit = bank.Deposits()[row];
-      const std::string dated = DisplayDate(ParseStoredDate(deposit.dated).value_or(Date()));
-      return {"frmEditDepositsPost", {{"txtDepositDated", dated}, {"txtDateSequence", deposit.sequence}}};
+      const Date dated = ParseStoredDate(deposit.dated).value_or(Date());
+      return RouteToItem("Deposit", deposit.sequence, DisplayDate(dated));
     }
     case LedgerSection::kVouchers:
       break;
   }
-  return {"frmEditVouchersPost", {{"txtVCHRNumber", bank.Vouchers()[row].number}}};
+  return RouteToItem("Voucher", bank.Vouchers()[row].number, {});
 }
 
 }  // namespace
 
 FrmViewFileLedgers::FrmViewFileLedgers(Session& session, ScreenOpener& opener, std::string_view file_number)
-    : ReportForm("frmViewFileLedgers", session), opener_(opener) {
+    : ReportForm("frmViewFileLedgers", session, &opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kMenu, "mnuFileRefresh", "&Refresh");
   Add(ControlKind::kText, "txtFileNumber", "&File Number").text = ToUpper(Trim(file_number));
@@ -221,9 +216,7 @@ bool FrmViewFileLedgers::OnMode(std::string_view file_number) {
 void FrmViewFileLedgers::OpenMarked() {
   const BankLedger* bank = Bank();
   if (!marked_ || bank == nullptr) return;
-  if (!MaySelect(*bank)) return;
-  const ItemScreen item = ScreenOf(*bank, marked_->section, marked_->row);
-  opener_.OpenItem(item.screen, "Viewing", item.key);
+  if (MaySelect(*bank)) OpenItem(RouteTo(*bank, marked_->section, marked_->row));
 }
 
 // Screens of items work on the open bank account.
@@ -236,7 +229,7 @@ bool FrmViewFileLedgers::MaySelect(const BankLedger& bank) {
   return answer == BoxAnswer::kYes && SelectBank(session_, Trim(bank.Code()));
 }
 
-ReportDocument FrmViewFileLedgers::Report() {
+std::optional<ReportDocument> FrmViewFileLedgers::Report() {
   return MakeLedgerReport(reading_, OriginOf(session_));
 }
 

@@ -23,8 +23,9 @@ class FrmViewFileLedgers : public ReportForm {
   // `file_number` is shown at once; "" leaves the choice to the user.
   FrmViewFileLedgers(Session& session, ScreenOpener& opener, std::string_view file_number);
 
+  std::optional<ReportDocument> Report() override;
+
  protected:
-  ReportDocument Report() override;
   void OnOpen() override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
@@ -48,7 +49,6 @@ class FrmViewFileLedgers : public ReportForm {
   void OpenMarked();
   bool MaySelect(const BankLedger& bank);
 
-  ScreenOpener& opener_;
   LedgerReading reading_{FileLedger(""), {}, true};
   std::optional<Marked> marked_;
 };

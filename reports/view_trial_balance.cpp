@@ -34,7 +34,7 @@ int DaysIn(std::string_view text) {
 }  // namespace
 
 FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
-    : ReportForm("frmViewTrialBalance", session), opener_(opener) {
+    : ReportForm("frmViewTrialBalance", session, &opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kList, "lstBanks", "&Bank");
   Add(ControlKind::kList, "lstKinds", "&Files");
@@ -47,6 +47,7 @@ FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
   Add(ControlKind::kButton, "cmdOpenLedger", "Open &Ledger").enabled = false;
   for (std::string_view label : {"lblMonthNote", "lblCount", "lblReceipts", "lblDisbursements", "lblBalance"})
     Add(ControlKind::kLabel, std::string(label));
+  AddRoutes({kLedgerCommand});
 }
 
 void FrmViewTrialBalance::OnOpen() {
@@ -68,8 +69,7 @@ void FrmViewTrialBalance::OnOpen() {
 // What is shown is what was asked for: another question leaves nothing on the screen.
 void FrmViewTrialBalance::Forget() {
   balance_ = {};
-  ShowResult();
-  SetCaption("lblCount", "Choose what to see, and press Compute.");
+  ShowResult("Choose what to see, and press Compute.");
 }
 
 void FrmViewTrialBalance::OnLeave(Control& control) {
@@ -140,7 +140,7 @@ void FrmViewTrialBalance::Compute() {
                               });
   SetVisible("prgProgress", false);
   SetCaption("lblProgress", {});
-  ShowResult();
+  ShowResult(balance_.message);
 }
 
 bool FrmViewTrialBalance::ShowProgress(std::string_view what, std::int64_t done, std::int64_t total) {
@@ -149,32 +149,31 @@ bool FrmViewTrialBalance::ShowProgress(std::string_view what, std::int64_t done,
   return !StopAsked();
 }
 
-void FrmViewTrialBalance::ShowResult() {
-  auto rows = std::make_shared<TextRows>(Split(kTrialHeadings, '|'), std::vector<std::size_t>{1, 2, 3});
-  for (const FileStanding& file : balance_.files)
+void FrmViewTrialBalance::ShowResult(const std::string& message) {
+  auto rows =
+      std::make_shared<TextRows>(Split(TrialHeadings(terms_.kind), '|'), std::vector<std::size_t>{1, 2, 3});
+  for (const TrialFile& file : balance_.files)
     rows->Add(TrialCells(file), file.Balance().IsNegative() ? "stopped" : "");
+  rows->SayWhenEmpty(message);
   SetSource("grdFiles", std::move(rows));
   SetEnabled("cmdOpenLedger", false);
-  const bool computed = balance_.message.empty();
+  const bool computed = message.empty();
   const auto count = static_cast<long long>(balance_.files.size());
   std::string counted = FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files");
   if (!balance_.note.empty()) counted += ".  " + balance_.note;
-  SetCaption("lblCount", computed ? counted : balance_.message);
+  SetCaption("lblCount", computed ? counted : message);
   SetCaption("lblMonthNote", balance_.month_note);
-  SetCaption("lblReceipts", ReportAmount(balance_.receipts));
-  SetCaption("lblDisbursements", ReportAmount(balance_.disbursements));
-  SetCaption("lblBalance", ReportAmount(balance_.Balance()));
+  SetCaption("lblReceipts", computed ? ReportAmount(balance_.receipts) : "");
+  SetCaption("lblDisbursements", computed ? ReportAmount(balance_.disbursements) : "");
+  SetCaption("lblBalance", computed ? ReportAmount(balance_.Balance()) : "");
   SetPrintable(computed && !balance_.banks.empty());
 }
 
 void FrmViewTrialBalance::OpenLedger() {
-  const int row = At("grdFiles").selected;
-  if (row < 1 || static_cast<std::size_t>(row) > balance_.files.size()) return;
-  const FileStanding& file = balance_.files[static_cast<std::size_t>(row) - 1];
-  if (!file.file_number.empty()) opener_.OpenScreen("frmViewFileLedgers", file.file_number);
+  if (!CurrentFile().empty()) GoTo(kLedgerCommand);
 }
 
-ReportDocument FrmViewTrialBalance::Report() {
+std::optional<ReportDocument> FrmViewTrialBalance::Report() {
   return MakeTrialReport(balance_, terms_, OriginOf(session_));
 }
 

@@ -21,6 +21,7 @@ struct LatestPosting {
   Currency amount;
   std::string status;  // in words
   std::string style;   // see RowSource::RowStyle
+  friend bool operator==(const LatestPosting&, const LatestPosting&) = default;
 };
 
 // From the tables' ends, newest date first.

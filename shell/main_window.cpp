@@ -9,6 +9,7 @@
 #include "shell/company_tables.h"
 #include "shell/date_advance.h"
 #include "shell/help.h"
+#include "shell/screen_routes.h"
 #include "shell/start_up.h"
 #include "shell/transactions_switch.h"
 #include "store/clsKVRData.h"
@@ -16,7 +17,7 @@
 namespace tallwick {
 namespace {
 
-constexpr std::string_view kLedgerScreen = "frmViewFileLedgers";
+constexpr std::string_view kLatest = "grdLatestPostings";
 
 // A bar of the window, and the command that shows and hides it.
 struct Bar {
@@ -94,7 +95,7 @@ FrmMainEscrowAccounting::FrmMainEscrowAccounting(Session& session, ScreenOpener&
   for (std::string_view figure : kFigures) Add(ControlKind::kLabel, std::string(figure));
   Add(ControlKind::kCombo, "txtFindFile", "Find a file");
   Add(ControlKind::kButton, "cmdFindFile", "Find");
-  Add(ControlKind::kGrid, "grdLatestPostings", "Latest postings");
+  Add(ControlKind::kGrid, std::string(kLatest), "Latest postings");
   session_.Watch(this);
 }
 
@@ -126,6 +127,8 @@ void FrmMainEscrowAccounting::OnMenu(Control& control) {
     return;
   }
   if (found->screen.empty()) return CarryOut(found->control);
+  if (found->control == kLedgerCommand)
+    return opener_.OpenScreen(found->screen, FileOfChosenRow(At(kLatest)));
   opener_.OpenScreen(found->screen, found->mode);
 }
 
@@ -166,9 +169,23 @@ bool FrmMainEscrowAccounting::OnKey(std::string_view key) {
     ReadAnew();
     return true;
   }
-  if (key != "Enter" || Focus() == nullptr || Focus()->name != "txtFindFile") return false;
-  FindFile();
-  return true;
+  if (key != "Enter" || Focus() == nullptr) return false;
+  const std::string& control = Focus()->name;
+  if (control == "txtFindFile") FindFile();
+  if (control == kLatest) OpenPosting();
+  return control == "txtFindFile" || control == kLatest;
+}
+
+// The ledger of the posting's file; a deposit for several files is shown itself.
+void FrmMainEscrowAccounting::OpenPosting() {
+  const Control& grid = At(kLatest);
+  if (!grid.source || grid.selected == 0) return;
+  const ScreenRoute& ledger = *FindRoute(kLedgerCommand);
+  const std::string file = FileOfChosenRow(grid);
+  if (!file.empty() && opener_.Offers(ledger.screen, {})) return opener_.OpenScreen(ledger.screen, file);
+  const std::vector<std::string> cells = grid.source->Row(static_cast<std::size_t>(grid.selected) - 1);
+  const ItemRoute item = RouteToItem(cells[1], cells[2], cells[0]);
+  opener_.OpenItem(item.screen, kViewingMode, item.key);
 }
 
 // Everything as it is now: what other workstations have changed too.
@@ -189,7 +206,8 @@ void FrmMainEscrowAccounting::FindFile() {
     return SetFocus("txtFindFile");
   }
   RememberFile(file);
-  if (opener_.Offers(kLedgerScreen, {})) return opener_.OpenScreen(kLedgerScreen, file);
+  const ScreenRoute& ledger = *FindRoute(kLedgerCommand);
+  if (opener_.Offers(ledger.screen, {})) return opener_.OpenScreen(ledger.screen, file);
   const auto counted = [](int count, std::string_view what) {
     return FormatNumber(static_cast<long long>(count), "###,##0") + " " + std::string(what) +
            (count == 1 ? "" : "s");
@@ -259,7 +277,7 @@ void FrmMainEscrowAccounting::ShowFigures() {
   if (!session_.BankCode().empty()) bank = session_.Company().banks.Find(session_.BankCode());
   if (!bank) {
     for (std::string_view figure : kFigures) SetCaption(figure, {});
-    SetSource("grdLatestPostings", nullptr);
+    ShowLatest(std::nullopt);
     return;
   }
   BankOverview overview = figures_.Read(kFirstSlice);
@@ -269,8 +287,15 @@ void FrmMainEscrowAccounting::ShowFigures() {
   SetCaption("lblAcctPeriod", PeriodText(bank->accounting));
   SetCaption("lblLastReconciliation", PeriodText(bank->reconciled));
   ShowSums(overview);
-  SetSource("grdLatestPostings", std::make_shared<LatestPostings>(std::move(overview.latest)));
+  ShowLatest(std::move(overview.latest));
   if (overview.percent_read < 100) LetWork();
+}
+
+// What has not changed keeps the row that is chosen: the figures are looked at every few seconds.
+void FrmMainEscrowAccounting::ShowLatest(std::optional<std::vector<LatestPosting>> latest) {
+  if (latest == latest_) return;
+  latest_ = std::move(latest);
+  SetSource(kLatest, latest_ ? std::make_shared<LatestPostings>(*latest_) : nullptr);
 }
 
 // Many records are read while the window can be used.

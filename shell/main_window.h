@@ -10,10 +10,13 @@
 //   main area      lblBankName, lblBankAddress, lblAccountNumber, lblAcctPeriod, lblLastReconciliation,
 //                  lblBookBalance, lblOutstandingChecks, lblOutstandingDeposits, lblFilesOverdrawn (labels),
 //                  txtFindFile (combo: a file number, with the branch's latest files on offer), cmdFindFile,
-//                  grdLatestPostings (grid)
+//                  grdLatestPostings (grid; its chosen row is the file at hand of mnuViewFileLedgers)
 // A command is disabled that the user may not use, that needs a bank while none is selected, that enters
 // transactions while they are locked, or whose screen there is not.
 #pragma once
+
+#include <optional>
+#include <vector>
 
 #include "core/form.h"
 #include "shell/bank_figures.h"
@@ -47,11 +50,15 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void ShowBar(std::string_view command, std::string_view bar, bool seen);
   void SwitchTransactions();
   void FindFile();
+  // None: no bank is open.
+  void ShowLatest(std::optional<std::vector<LatestPosting>> latest);
+  void OpenPosting();
   void RememberFile(std::string_view file_number);
 
   Session& session_;
   ScreenOpener& opener_;
   BankFigures figures_;
+  std::optional<std::vector<LatestPosting>> latest_;  // as shown
 };
 
 }  // namespace tallwick

@@ -38,11 +38,10 @@ class FileSums {
     const bool is_number = WordAt(text) != 0;
     const std::uint64_t first = is_number ? WordAt(text) : kBlanks;
     const std::uint64_t second = is_number ? WordAt(text + kWidth - 8) : kBlanks;
-    Item& item = waiting_[waiting_count_ % kWaiting];
-    if (waiting_count_ >= kWaiting) Count(item);
-    ++waiting_count_;
+    Item& item = waiting_[waiting_count_++];
     item = {first, second, HashOf(first, second), part};
     Fetch(&places_[item.hash & (places_.size() - 1)]);
+    if (waiting_count_ == kWaiting) CountWaiting();
   }
 
   // By file number, trimmed and in upper case, still in Windows-1252; "" = charged to no file. Spellings of a
@@ -72,7 +71,7 @@ class FileSums {
 
  private:
   static constexpr std::size_t kWidth = 14;
-  static constexpr std::size_t kWaiting = 16;
+  static constexpr std::size_t kWaiting = 32;
   static constexpr std::size_t kFirstPlaces = 1024;
   static constexpr std::uint64_t kBlanks = 0x2020202020202020U;
 
@@ -106,12 +105,10 @@ class FileSums {
     std::memcpy(text.data() + kWidth - 8, &place.second, 8);
     return std::string(Trim(std::string_view(text.data(), text.size())));
   }
-  // Every bit of the number reaches the low ones.
+  // 24 bits, which every bit of the number reaches.
   static std::size_t HashOf(std::uint64_t first, std::uint64_t second) {
-    std::uint64_t hash = first ^ (second * 0x9E3779B97F4A7C15U);
-    hash = (hash ^ (hash >> 32)) * 0xD6E8FEB86659FD93U;
-    hash = (hash ^ (hash >> 32)) * 0xD6E8FEB86659FD93U;
-    return static_cast<std::size_t>(hash ^ (hash >> 32));
+    const std::uint64_t hash = first ^ (second * 0x9E3779B97F4A7C15U);
+    return static_cast<std::size_t>(((hash ^ (hash >> 32)) * 0xD6E8FEB86659FD93U) >> 40);
   }
 
   Place& Find(std::uint64_t first, std::uint64_t second, std::size_t hash) {
@@ -130,8 +127,7 @@ class FileSums {
     if (++used_ * 3 > places_.size() * 2) Grow();
   }
   void CountWaiting() {
-    const std::size_t waiting = std::min(waiting_count_, kWaiting);
-    for (std::size_t i = 0; i < waiting; ++i) Count(waiting_[i]);
+    for (std::size_t i = 0; i < waiting_count_; ++i) Count(waiting_[i]);
     waiting_count_ = 0;
   }
   void Grow() {
@@ -144,7 +140,7 @@ class FileSums {
 
   std::vector<Place> places_;  // a power of two, at most two thirds of them used
   std::size_t used_ = 0;
-  // Items wait a little, until their places have come from memory.
+  // Items wait until there are some, so that their places come from memory at the same time.
   std::array<Item, kWaiting> waiting_;
   std::size_t waiting_count_ = 0;
 };

@@ -1,6 +1,8 @@
 #include "tables/packed_record.h"
 
+#include <bit>
 #include <charconv>
+#include <optional>
 
 #include "core/text.h"
 
@@ -9,6 +11,52 @@ namespace {
 
 constexpr bool Digit(char character) {
   return character >= '0' && character <= '9';
+}
+
+constexpr std::uint64_t EachByte(std::uint8_t byte) {
+  return byte * 0x0101010101010101U;
+}
+
+// Eight characters at once, digits behind blanks: their number, and the bytes that are blanks. Nullopt for
+// others.
+struct EightPlaces {
+  std::uint64_t number;
+  std::uint64_t blanks;  // all bits of each
+};
+std::optional<EightPlaces> EightPlacesIn(const char* text) {
+  if constexpr (std::endian::native != std::endian::little) return std::nullopt;
+  std::uint64_t word = 0;  // the first character in the lowest byte
+  std::memcpy(&word, text, sizeof word);
+  // A digit has the bit 0x10, a blank is a zero without it.
+  const std::uint64_t blanks = ~(word >> 4) & EachByte(1);
+  const std::uint64_t blank_bytes = blanks * 0xFF;
+  const std::uint64_t digits = word | EachByte(0x10);
+  const bool known = (digits & EachByte(0xF0)) == EachByte(0x30) &&
+                     ((digits + EachByte(0x06)) & EachByte(0xF0)) == EachByte(0x30) &&
+                     (word & blank_bytes & EachByte(0x0F)) == 0;
+  if (!known || (blank_bytes & (blank_bytes + 1)) != 0) return std::nullopt;
+  // Neighbours are joined: pairs, then fours, then all eight.
+  std::uint64_t number = digits - EachByte('0');
+  number = (number * 10 + (number >> 8)) & 0x00FF00FF00FF00FFU;
+  number = (number * 100 + (number >> 16)) & 0x0000FFFF0000FFFFU;
+  number = (number * 10000 + (number >> 32)) & 0xFFFFFFFFU;
+  return EightPlaces{number, blank_bytes};
+}
+
+// At least eight places: blanks, then at least one digit. Nullopt for anything else.
+std::optional<std::int64_t> WholeNumberIn(std::string_view places) {
+  const std::optional<EightPlaces> last = EightPlacesIn(places.data() + places.size() - 8);
+  if (!last) return std::nullopt;
+  std::int64_t number = 0;
+  bool begun = false;
+  for (const char place : places.substr(0, places.size() - 8)) {
+    if (!Digit(place) && (place != ' ' || begun)) return std::nullopt;
+    begun = begun || place != ' ';
+    number = number * 10 + (place == ' ' ? 0 : place - '0');
+  }
+  const bool no_digit = !begun && last->blanks == EachByte(0xFF);
+  if (no_digit || (begun && last->blanks != 0)) return std::nullopt;
+  return number * 100'000'000 + static_cast<std::int64_t>(last->number);
 }
 
 }  // namespace
@@ -39,22 +87,11 @@ std::int32_t AnyNumberIn(std::string_view field) {
 }
 
 Currency MoneyIn(std::string_view field) {
-  // The usual form: blanks, digits, a point, two digits. The dollars are read without a branch for each
-  // place.
-  const std::size_t point = field.size() < 4 || field.size() > 16 ? 0 : field.size() - 3;
+  const std::size_t point = field.size() < 11 || field.size() > 16 ? 0 : field.size() - 3;
   if (point > 0 && field[point] == '.' && Digit(field[point + 1]) && Digit(field[point + 2])) {
-    std::int64_t dollars = 0;
-    unsigned seen = 0;  // a digit was
-    unsigned wrong = 0;
-    for (std::size_t at = 0; at < point; ++at) {
-      const unsigned blank = field[at] == ' ' ? 1 : 0;
-      const unsigned digit = (static_cast<unsigned>(field[at]) - '0') * (1 - blank);
-      wrong |= (digit > 9 ? 1U : 0U) | (blank & seen);
-      seen |= 1 - blank;
-      dollars = dollars * 10 + digit;
-    }
-    if (seen != 0 && wrong == 0)
-      return Currency::FromCents(dollars * 100 + (field[point + 1] - '0') * 10 + (field[point + 2] - '0'));
+    const std::optional<std::int64_t> dollars = WholeNumberIn(field.substr(0, point));
+    if (dollars)
+      return Currency::FromCents(*dollars * 100 + (field[point + 1] - '0') * 10 + (field[point + 2] - '0'));
   }
   return Currency::Parse(Trim(field)).value_or(Currency());
 }

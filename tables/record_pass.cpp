@@ -8,19 +8,14 @@ namespace {
 constexpr std::int64_t kRecordsPerReport = 8192;
 
 // Visits the current record and those at hand behind it; their number.
-std::int64_t VisitRun(const clsKVRData& data, DataHandle table, const RecordVisit& visit) {
+std::int64_t VisitRun(const clsKVRData& data, DataHandle table, const RunVisit& visit) {
   const std::size_t length = data.RecordBytes(table).size();
   const RecordView run = data.RecordRun(table);
-  std::int32_t number = data.recordNumber;
-  for (std::size_t at = 0; at < run.size(); at += length, ++number) {
-    const RecordView record = run.subspan(at, length);
-    if (IsLive(record)) visit(record, number);
-  }
+  visit(run, length, data.recordNumber);
   return static_cast<std::int64_t>(run.size() / length);
 }
 
-PassEnd Walk(TableBase& table, std::string_view what, const PassProgress& progress,
-             const RecordVisit& visit) {
+PassEnd Walk(TableBase& table, std::string_view what, const PassProgress& progress, const RunVisit& visit) {
   clsKVRData& data = table.Data();
   const std::int64_t total = table.RecordCount();
   std::int64_t done = 0;
@@ -45,8 +40,8 @@ PassEnd Walk(TableBase& table, std::string_view what, const PassProgress& progre
 
 }  // namespace
 
-PassEnd PassOver(TableBase& table, const PackedFields& fields, std::string_view what,
-                 const PassProgress& progress, const RecordVisit& visit) {
+PassEnd PassOverRuns(TableBase& table, const PackedFields& fields, std::string_view what,
+                     const PassProgress& progress, const RunVisit& visit) {
   clsKVRData& data = table.Data();
   if (!fields.Missing().empty()) {
     data.TellUnreadable(table.Handle(), engine::kErrorFieldName);

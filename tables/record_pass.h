@@ -19,11 +19,25 @@ enum class PassEnd {
   kUnreadable,  // after a message: the table is damaged, or lacks a field
 };
 
-// Gets a record and its number.
-using RecordVisit = std::function<void(RecordView record, std::int32_t number)>;
+// Gets records that lie one behind the other, deleted ones too, each of `length` bytes, and the number of the
+// first.
+using RunVisit = std::function<void(RecordView run, std::size_t length, std::int32_t number)>;
 
 // `fields` names what the visitor reads; where one is missing nothing is read.
+PassEnd PassOverRuns(TableBase& table, const PackedFields& fields, std::string_view what,
+                     const PassProgress& progress, const RunVisit& visit);
+
+// The same for single live records; `visit` gets each with its number.
+template <class Visit>
 PassEnd PassOver(TableBase& table, const PackedFields& fields, std::string_view what,
-                 const PassProgress& progress, const RecordVisit& visit);
+                 const PassProgress& progress, Visit visit) {
+  return PassOverRuns(table, fields, what, progress,
+                      [&](RecordView run, std::size_t length, std::int32_t number) {
+                        for (std::size_t at = 0; at < run.size(); at += length, ++number) {
+                          const RecordView record = run.subspan(at, length);
+                          if (IsLive(record)) visit(record, number);
+                        }
+                      });
+}
 
 }  // namespace tallwick

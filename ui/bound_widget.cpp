@@ -369,6 +369,7 @@ class BoundRegister : public BoundWidget {
                      [&](int row) { events.RowChosen(control, row + 1); });
     QObject::connect(&view, &RegisterView::HeadingClicked, &view,
                      [&events](const QString& command) { events.CommandGiven(command); });
+    QObject::connect(&view.Table(), &QTableView::doubleClicked, &view, [&] { events.RowTaken(control); });
   }
   void Show(const Control& control) override {
     view_.Show(control);

@@ -124,10 +124,10 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditPostDeposits"},
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"},
-                           {"mnuEditReconcileAccount"}});
+                           {"mnuEditReconcileAccount", "Ctrl+R"}});
   layout.AddMenu(
       "&View",
-      {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {}, {"mnuViewFileLedgers", "Ctrl+L"}});
+      {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {}, {"mnuViewFileLedgers"}});
   layout.AddMenu("Opt&ions", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},

@@ -6,6 +6,7 @@
 #include <QPushButton>
 #include <QWhatsThis>
 
+#include "shell/screen_routes.h"
 #include "ui/calendar_popup.h"
 #include "ui/form_binder.h"
 
@@ -57,6 +58,7 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
     keys << (posts ? EnterText(*MainButton()) : tr("Enter next field"));
   } else if (IsRegister(control)) {
     keys << (OpensRows(form_) ? tr("Enter opens it") : tr("Enter to the entry")) << tr("Ctrl+F find");
+    if (form_.Find(kLedgerCommand) != nullptr) keys << tr("Ctrl+L file ledger");
   }
   const bool marks = control != nullptr &&
                      (control->kind == ControlKind::kCheckList || control->kind == ControlKind::kCheck);
@@ -158,8 +160,13 @@ void FormBinder::ShowCalendar(QWidget& widget, const Control& control, const QSt
   popup->Open();
 }
 
-void FormBinder::RowTaken(const Control&) {
-  if (QPushButton* main = MainButton()) main->click();
+// In a register as Enter does, in a list what the main button does.
+void FormBinder::RowTaken(const Control& control) {
+  if (IsRegister(&control)) {
+    PassKey("Enter");
+  } else if (QPushButton* main = MainButton()) {
+    main->click();
+  }
 }
 
 QPushButton* FormBinder::MainButton() const {

@@ -1,17 +1,16 @@
 #include "ui/ledger_window.h"
 
-#include <QAction>
 #include <QGridLayout>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
-#include <QMenuBar>
 #include <QScrollArea>
 #include <QStatusBar>
 
 #include "ui/layout_helpers.h"
 #include "ui/register_view.h"
+#include "ui/report_menu.h"
 
 namespace tallwick {
 namespace {
@@ -34,16 +33,6 @@ constexpr SectionLook kSections[] = {
     {"grdWires", "Wire Transfers", "No wire of this bank account is charged to the file.", 2},
     {"grdDeposits", "Deposits", "Nothing in this bank account has been received for the file.", 3},
     {"grdVouchers", "Vouchers", "No voucher of this bank account is charged to the file.", 2}};
-
-void AddMenus(QMainWindow& window) {
-  QMenu* menu = window.menuBar()->addMenu("&File");
-  const auto add = [&](const char* name) { menu->addAction(Named(new QAction(&window), name)); };
-  add("mnuFileRefresh");
-  menu->addSeparator();
-  for (const char* name : {"mnuFilePreview", "mnuFilePrint", "mnuFilePdf"}) add(name);
-  menu->addSeparator();
-  add("mnuFileExit");
-}
 
 QLayout* FileChoice() {
   auto* row = Spaced(new QHBoxLayout, 0, 8);
@@ -130,7 +119,6 @@ QLayout* ItemSide(QPushButton* open) {
     column->addWidget(RoleLabel(section.caption, "heading"));
     RegisterView* view = Grid(section.grid, section.caption, section.empty, kPayeeColumn);
     view->setMinimumHeight(72);
-    QObject::connect(&view->Table(), &QTableView::doubleClicked, open, [open] { open->click(); });
     column->addWidget(view, section.share);
   }
   auto* row = Spaced(new QHBoxLayout, 0, 8);
@@ -147,7 +135,7 @@ std::unique_ptr<QWidget> MakeLedgerWindow() {
   window->setObjectName("frmViewFileLedgers");
   window->resize(1400, 864);
   window->setProperty("perTopic", true);
-  AddMenus(*window);
+  AddReportMenu(*window);
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
   auto* open = Named(new QPushButton, "cmdOpenItem");

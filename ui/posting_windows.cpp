@@ -111,7 +111,7 @@ void FinishItemWindow(PostingLayout& layout, const RegisterLook& look, const cha
   for (const LookUpLook& one : {kPayeeLookUp, kFileLookUp}) layout.AddLookUp(one);
   layout.AddRegister(look);
   layout.AddMenu("&Edit", {{remove}});
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers"}});
   layout.AddStatusBar();
 }
 
@@ -208,7 +208,7 @@ std::unique_ptr<QWidget> MakeDepositWindow() {
                            {"mnuEditCutLineItems", "Ctrl+Shift+X"},
                            {"mnuEditPasteLineItems", "Ctrl+Shift+V"},
                            {"mnuEditClearPasteBuffer"}});
-  layout.AddMenu("&View", {{"mnuViewFileLedgers", "Ctrl+L"}});
+  layout.AddMenu("&View", {{"mnuViewFileLedgers"}});
   layout.AddMenu("Opt&ions", {{"mnuOptionsFreeFormatPostedDates"}, {"mnuOptionsFileCheck"}});
   layout.AddStatusBar();
   return window;
@@ -247,6 +247,7 @@ std::unique_ptr<QWidget> MakeDepositClearingWindow() {
   layout.AddNotes({"lblDepositStatus"});
   layout.AddButtons({"cmdMarkAll", "cmdClose"});
   layout.AddRegister(kDepositsToClear);
+  layout.AddMenu("&View", {{"mnuViewFileLedgers"}});
   layout.AddStatusBar();
   return window;
 }

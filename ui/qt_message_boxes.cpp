@@ -1,7 +1,9 @@
 #include "ui/qt_message_boxes.h"
 
 #include <QApplication>
+#include <QInputDialog>
 #include <QLabel>
+#include <QLineEdit>
 #include <QMessageBox>
 #include <QPushButton>
 #include <algorithm>
@@ -90,6 +92,14 @@ void FitText(QMessageBox& shown) {
 }
 
 }  // namespace
+
+std::optional<std::string> QtMessageBoxes::AskSecret(std::string_view title, std::string_view prompt) {
+  bool taken = false;
+  const QString typed = QInputDialog::getText(QApplication::activeWindow(), ShownText(title),
+                                              ShownText(prompt), QLineEdit::Password, {}, &taken);
+  if (!taken) return std::nullopt;
+  return typed.toStdString();
+}
 
 BoxAnswer QtMessageBoxes::Show(const Box& box) {
   QMessageBox shown(QApplication::activeWindow());

@@ -10,6 +10,7 @@
 
 #include "ui/layout_helpers.h"
 #include "ui/register_view.h"
+#include "ui/report_menu.h"
 
 namespace tallwick {
 namespace {
@@ -208,7 +209,7 @@ QLayout* State() {
 QLayout* Buttons() {
   auto* row = Spaced(new QHBoxLayout, 0, 8);
   row->addWidget(MainButton("cmdCompute"));
-  for (const char* name : {"cmdUpdateBankRecord", "cmdPreview", "cmdPrint", "cmdPdf"}) {
+  for (const char* name : {"cmdUpdateBankRecord", "cmdPreview", "cmdPrint", "cmdPdf", "cmdRtf"}) {
     auto* button = Named(new QPushButton, name);
     button->setAutoDefault(false);
     row->addWidget(button);
@@ -276,6 +277,8 @@ std::unique_ptr<QWidget> MakeReconcileWindow() {
   auto window = std::make_unique<QMainWindow>();
   window->setObjectName("frmReconcileAccount");
   window->resize(1280, 760);
+  AddReportMenu(*window);
+  AddLedgerMenu(*window);
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
   auto* entry = Spaced(new QVBoxLayout, 0, 12);

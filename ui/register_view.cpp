@@ -102,6 +102,8 @@ void RegisterView::ReadSlice() {
   shrunk ? model_->Refresh() : model_->Grow();
   if (!columns_placed_ && model_->columnCount() > 0) PlaceColumns();
   more ? read_timer_.start() : read_timer_.stop();
+  const std::string of_source = source != nullptr ? source->EmptyText() : std::string();
+  empty_->setText(of_source.empty() ? empty_text_ : QString::fromStdString(of_source));
   empty_->setVisible(model_->rowCount() == 0 && !more);
   ShowCount();
 }

@@ -30,8 +30,11 @@ class RegisterView : public QWidget {
 
   // Shows the control's rows and selection; a scroll position survives where the rows do.
   void Show(const Control& control);
-  QString EmptyText() const { return empty_->text(); }
-  void SetEmptyText(const QString& text) { empty_->setText(text); }
+  // What an empty register says unless its source says something else.
+  QString EmptyText() const { return empty_text_; }
+  void SetEmptyText(const QString& text) { empty_text_ = text; }
+  // What it says now; "" while there are rows.
+  QString ShownEmptyText() const { return empty_->isHidden() ? QString() : empty_->text(); }
   bool HasTotalsLine() const { return !totals_->isHidden(); }
   void SetTotalsLine(bool shown) { totals_->setVisible(shown); }
   // Marks the heading whose command is the one in force.
@@ -68,6 +71,7 @@ class RegisterView : public QWidget {
   RegisterModel* model_;
   QLabel* totals_;
   QLabel* empty_;
+  QString empty_text_;
   QLineEdit* box_ = nullptr;
   QTimer read_timer_;
   QElapsedTimer reading_since_;

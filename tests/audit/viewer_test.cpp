@@ -6,6 +6,7 @@
 #include <gtest/gtest.h>
 
 #include "audit/audit_trail.h"
+#include "tests/support/keeping_printer.h"
 #include "tests/support/office.h"
 
 namespace tallwick {
@@ -13,35 +14,10 @@ namespace {
 
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
+using testing::KeepingPrinter;
 using ::testing::Not;
 using testing::Office;
 using testing::Seen;
-
-class KeepingPrinter : public DocumentPrinter {
- public:
-  bool Preview(const PrintDocument& document) override { return Keep(document); }
-  bool Print(const PrintDocument& document) override { return Keep(document); }
-  bool SavePdf(const PrintDocument& document) override { return Keep(document); }
-  // Every cell, a row a line.
-  std::string Text() const {
-    std::string text;
-    for (const PrintSection& section : last.sections) {
-      for (const PrintRow& row : section.rows) {
-        for (const std::string& cell : row.cells) text += cell + "|";
-        text += "\n";
-      }
-    }
-    return text;
-  }
-
-  PrintDocument last;
-
- private:
-  bool Keep(const PrintDocument& document) {
-    last = document;
-    return true;
-  }
-};
 
 class ViewerTest : public ::testing::Test {
  protected:

@@ -3,8 +3,11 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "app/screen_catalogue.h"
 #include "checks/check_batch.h"
+#include "checks/sign_password.h"
 #include "checks/stock_check_printer.h"
 #include "tests/support/faulty_files.h"
 #include "tests/support/office.h"
@@ -28,13 +31,14 @@ struct FakeSheets : SheetPrinter {
   const SheetMeasure& Measure() override { return letters; }
   bool Preview(const SheetMaker& make) override { return Print(make); }
   bool Print(const SheetMaker& make) override {
-    sheets = make(NarrowLetters(), "Front desk");
+    sheets = make(NarrowLetters(), {"Front desk", prints_chosen});
     ++prints;
     return works;
   }
   NarrowLetters letters;
   SheetDocument sheets;
   int prints = 0;
+  int prints_chosen = 0;
   bool works = true;
 };
 
@@ -96,6 +100,75 @@ TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   office_.boxes.answers = {BoxAnswer::kYes};
   EXPECT_TRUE(PrintAll({"12"}));
   EXPECT_GT(Log().size(), noted.size());
+}
+
+TEST_F(CheckPrintingTest, PrintsChosenAtThePrinterAreCopies) {
+  Open();
+  office_.WriteFile("Check_Print_FNB.dat", "Copies=2\r\n");
+  EXPECT_TRUE(PrintAll({"10"}));
+  EXPECT_EQ(sheets_.sheets.prints, 2);
+  sheets_.prints_chosen = 3;
+  EXPECT_TRUE(PrintAll({"11"}));
+  EXPECT_EQ(sheets_.sheets.pages.size(), 3U);
+  sheets_.prints_chosen = 99;
+  EXPECT_TRUE(PrintAll({"12"}));
+  EXPECT_EQ(sheets_.sheets.pages.size(), 9U);
+}
+
+TEST_F(CheckPrintingTest, TheBranchStandsOnItsChecksAndTheCompanyWhereThereIsNone) {
+  Open();
+  const auto has = [&](std::string_view text) {
+    const std::vector<SheetText>& texts = sheets_.sheets.pages[0].texts;
+    return std::any_of(texts.begin(), texts.end(), [&](const SheetText& one) { return one.text == text; });
+  };
+  EXPECT_TRUE(PrintAll({"10"}));
+  EXPECT_TRUE(has("Lakeside Title"));
+  office_.suite.branch = "Harbor";
+  office_.WriteFile("Harbor.SSP", "Lakeside Title, Harbor\r\n\r\n7 Pier Road\r\n\r\nLakeside, OH 43440\r\n");
+  EXPECT_TRUE(PrintAll({"11"}));
+  for (const char* line : {"Lakeside Title, Harbor", "ESCROW ACCOUNT", "7 Pier Road", "Lakeside, OH 43440"})
+    EXPECT_TRUE(has(line)) << line;
+  EXPECT_FALSE(has("Lakeside Title"));
+}
+
+TEST_F(CheckPrintingTest, WhoMayNotPostChecksPrintsNone) {
+  Open();
+  ScreenCatalogue screens(*office_.session, office_);
+  const std::unique_ptr<Form> form = screens.Make("frmEditChecksPost", "Posting");
+  form->Opened();
+  form->Choose("lstCheckNumbers", 1);
+  office_.suite.security = true;
+  office_.session->ReloadUser();
+  EXPECT_FALSE(PrintAll({"10"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("do not have the right to print checks")));
+  // The right was withdrawn while the screen stood open.
+  form->Menu("mnuFilePrint");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("do not have the right to print checks")));
+  EXPECT_EQ(sheets_.prints, 0);
+  EXPECT_EQ(Log(), "");
+}
+
+TEST_F(CheckPrintingTest, ThePasswordToSignIsAskedForWhereTheOfficeHasSetOne) {
+  Open();
+  EXPECT_TRUE(PrintAll({"10"}));
+  EXPECT_THAT(office_.boxes.prompts, IsEmpty());
+  office_.WriteFile("Check_Print_FNB.dat", "; ours\r\nCopies=1\r\n");
+  ASSERT_TRUE(SetSignPassword(*office_.session, "FNB", "open sesame"));
+  EXPECT_THAT(office_.ReadFile("Check_Print_FNB.dat"), ::testing::Not(HasSubstr("sesame")));
+  office_.boxes.secrets = {"open sesame", "Open Sesame", ""};
+  EXPECT_TRUE(PrintAll({"11", "12"})) << "once for all of them";
+  EXPECT_FALSE(PrintAll({"13"}));
+  EXPECT_FALSE(PrintAll({"13"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("not the password"), HasSubstr("not the password")));
+  EXPECT_FALSE(PrintAll({"13"})) << "thought better of";
+  EXPECT_EQ(sheets_.prints, 2);
+  EXPECT_THAT(Log(), ::testing::Not(HasSubstr("NUMBER: 13")));
+  EXPECT_THAT(office_.boxes.prompts, ::testing::Each("Password to Sign Check:"));
+  ASSERT_TRUE(SetSignPassword(*office_.session, "FNB", ""));
+  EXPECT_TRUE(PrintAll({"13"}));
+  office_.suite.security = true;
+  office_.session->ReloadUser();
+  EXPECT_FALSE(SetSignPassword(*office_.session, "FNB", "mine"));
 }
 
 TEST_F(CheckPrintingTest, NothingIsPrintedWhenOneIsRefused) {

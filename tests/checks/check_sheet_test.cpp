@@ -3,6 +3,9 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+#include <cmath>
+
 #include "checks/check_layout.h"
 #include "checks/check_sheet.h"
 #include "checks/micr_line.h"
@@ -23,8 +26,8 @@ class WideLetters : public SheetMeasure {
 const WideLetters kWide;
 
 CheckStationery Stationery() {
-  return {{"LAKESIDE TITLE AGENCY OF NORTHWESTERN OHIO", "100 Harbor Boulevard, Suite 2400", "Second Floor",
-           "Lakeside, OH 43440"},
+  return {"LAKESIDE TITLE AGENCY OF NORTHWESTERN OHIO",
+          {"100 Harbor Boulevard, Suite 2400", "Second Floor", "Lakeside, OH 43440"},
           {"First National Trust Company of Lakeside and Marblehead", "12 Main Street", "Lakeside, OH 43440"},
           "041200050",
           "00123456",
@@ -158,7 +161,8 @@ TEST(CheckSheetTest, OnlyTheMicrLineStandsInTheClearBand) {
 
 TEST(CheckSheetTest, CopiesCannotBeTakenForChecks) {
   CheckLayout layout = DefaultLayout(CheckStock::kVoucher);
-  layout.fields[static_cast<std::size_t>(CheckField::kSignature)].shown = false;  // its rule is a bar too
+  layout.lines = false;  // all bars that are left are the MICR line's
+  layout.security_line = SecurityLine{true, 0, 0, 0};
   const CheckOnPaper check = Longest("10452");
   const SheetDocument document = PlaceChecks({&check, 1}, Stationery(), layout, 2, {}, kWide);
   ASSERT_EQ(document.pages.size(), 2U);
@@ -167,12 +171,80 @@ TEST(CheckSheetTest, CopiesCannotBeTakenForChecks) {
   EXPECT_THAT(AllText(document.pages[1]), HasSubstr("COPY - NOT NEGOTIABLE"));
   EXPECT_FALSE(document.pages[0].bars.empty());
   EXPECT_TRUE(document.pages[1].bars.empty());
+  EXPECT_EQ(document.pages[0].micro.size(), 1U);
+  EXPECT_TRUE(document.pages[1].micro.empty());
   EXPECT_TRUE(document.pages[0].background.empty());
   layout.pantograph = true;
   layout.micr = false;
   const SheetPage page = PlaceChecks({&check, 1}, {}, layout, 0, {}, kWide).pages.front();
   EXPECT_FALSE(page.background.empty());
   EXPECT_TRUE(page.bars.empty());
+}
+
+TEST(CheckSheetTest, BlankStockGetsLinesAndCaptionsAndFormsKeepTheirOwn) {
+  CheckLayout layout = DefaultLayout(CheckStock::kVoucher);
+  layout.micr = false;
+  const CheckOnPaper check = Longest("10452");
+  const auto drawn = [&] { return PlaceChecks({&check, 1}, Stationery(), layout, 1, {}, kWide).pages[0]; };
+  const SheetPage blank = drawn();
+  EXPECT_THAT(AllText(blank), HasSubstr("REMITTANCE ADVICE\n"));
+  EXPECT_THAT(AllText(blank), HasSubstr("PAY TO THE\n"));
+  EXPECT_THAT(AllText(blank), HasSubstr("ESCROW ACCOUNT\n"));
+  // A text stands on its rule, however small the field makes it.
+  const auto payee = std::find_if(blank.texts.begin(), blank.texts.end(), [&](const SheetText& text) {
+    return text.font.bold && text.text == check.check.payee;
+  });
+  ASSERT_NE(payee, blank.texts.end());
+  const bool on_rule = std::any_of(blank.bars.begin(), blank.bars.end(), [&](const SheetRect& bar) {
+    return bar.y > payee->box.Bottom() && bar.y < payee->box.Bottom() + 0.6 && bar.x <= payee->box.x;
+  });
+  EXPECT_TRUE(on_rule);
+  layout.lines = false;
+  layout.account_title = "IOLTA Trust Account";
+  const SheetPage form = drawn();
+  EXPECT_TRUE(form.bars.empty());
+  for (const char* caption : {"REMITTANCE ADVICE", "PAY TO THE", "AUTHORIZED SIGNATURE", "AMOUNT"})
+    EXPECT_THAT(AllText(form), ::testing::Not(HasSubstr(caption)));
+  EXPECT_THAT(AllText(form), HasSubstr("IOLTA Trust Account\n"));
+  EXPECT_THAT(AllText(form), HasSubstr("File No. 24-0117-RESALE\n"));
+}
+
+// The bank's record, in twips and degrees.
+TEST(CheckSheetTest, TheSecurityLineStaysOnTheCheckAtEveryAngle) {
+  const CheckOnPaper check = Longest("10452");
+  BankRecord bank = Bank();
+  EXPECT_FALSE(ReadLayout("", bank).layout.security_line);
+  bank.print_security_line = 1;
+  EXPECT_TRUE(ReadLayout("", bank).layout.security_line->at_signature);
+  for (const std::int32_t angle : {0, 30, 90, 179, 200, 315, 359}) {
+    bank.security_line_x = 6000;
+    bank.security_line_y = 2000;
+    bank.security_line_angle = angle;
+    const CheckLayout layout = ReadLayout("", bank).layout;
+    ASSERT_EQ(CheckProblem({&check, 1}, Stationery(), layout), "");
+    const SheetText line = PlaceChecks({&check, 1}, Stationery(), layout, 1, {}, kWide).pages[0].micro.at(0);
+    EXPECT_NEAR(line.box.x, 6000 * 25.4 / 1440, 0.001);
+    EXPECT_NEAR(line.box.Bottom(), 2000 * 25.4 / 1440, 0.001);
+    const double radians = angle * 3.14159265358979 / 180;
+    const double end_x = line.box.x + line.box.width * std::cos(radians);
+    const double end_y = line.box.Bottom() - line.box.width * std::sin(radians);
+    EXPECT_TRUE(end_x > 0 && end_x < layout.width && end_y > 0 &&
+                end_y < layout.panel_height - kMicrClearBand)
+        << angle << " degrees: " << end_x << ", " << end_y;
+    EXPECT_THAT(line.text, ::testing::StartsWith("LAKESIDE TITLE AGENCY OF NORTHWESTERN OHIO 10452 $777,"));
+    EXPECT_LT(line.font.points, 2) << "no copier shows it";
+  }
+  struct Place {
+    std::int32_t x, y, angle;
+  };
+  for (const Place& place :
+       {Place{99999, 100, 0}, Place{-5, 100, 0}, Place{6000, 4800, 0}, Place{6000, 300, 90}}) {
+    bank.security_line_x = place.x;
+    bank.security_line_y = place.y;
+    bank.security_line_angle = place.angle;
+    EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), ReadLayout("", bank).layout),
+                HasSubstr("Correct SECLINEX, SECLINEY"));
+  }
 }
 
 TEST(CheckSheetTest, AmountsThatNoCheckHasAreRefused) {
@@ -199,7 +271,7 @@ TEST(CheckLayoutTest, AnOfficesFileChangesWhatItNames) {
   const LayoutReading reading = ReadLayout(
       "; ours\r\nWORDS = 10, 38, 190, 9, 9, center, bold\r\nBank=off\r\nOffset=0,0.5\r\noffset.Front "
       "desk=-1.25,0\r\n"
-      "Copies=2\r\nPantograph=on\r\n",
+      "Copies=2\r\nPantograph=on\r\nLines=off\r\nAccountTitle=Trust Account\r\nSignPassword=00FF\r\n",
       Bank());
   ASSERT_EQ(reading.problem, "");
   const CheckLayout& layout = reading.layout;
@@ -210,6 +282,9 @@ TEST(CheckLayoutTest, AnOfficesFileChangesWhatItNames) {
   EXPECT_EQ(layout.OffsetFor("another").y, 0.5);
   EXPECT_EQ(layout.copies, 2);
   EXPECT_TRUE(layout.pantograph);
+  EXPECT_FALSE(layout.lines);
+  EXPECT_EQ(layout.account_title, "Trust Account");
+  EXPECT_EQ(layout.sign_password, "00FF");
   EXPECT_EQ(LayoutText(ReadLayout(LayoutText(layout), Bank("THREE")).layout), LayoutText(layout));
   const CheckLayout three = ReadLayout("Words=off\nCopies=3", Bank(), CheckStock::kThreePerPage).layout;
   EXPECT_TRUE(three.Place(CheckField::kWords).shown) << "placed for other stock";
@@ -233,6 +308,7 @@ TEST(CheckLayoutTest, WrongLinesAreNamed) {
       {"Words=9,28,198,10,10,left", "Words stands over PayTo"},
       {"FileNumber=9,70,50,4.5,8,left", "FileNumber reaches into the lowest 15.9 millimetres"},
       {"Stock=four", "Stock=voucher or Stock=three"},
+      {"Lines=maybe", "Lines=on or Lines=off"},
       {"Micr=maybe", "Micr=on or Micr=off"},
       {"Copies=many", "Copies=0 to Copies=9"},
       {"Offset=1", "Offset=right,down"},

@@ -3,7 +3,9 @@
 
 #include <gtest/gtest.h>
 
-#include <set>
+#include <algorithm>
+#include <cstdlib>
+#include <map>
 
 #include "checks/micr_glyphs.h"
 #include "checks/micr_line.h"
@@ -65,19 +67,51 @@ TEST(MicrLineTest, RefusalsSayWhatToDo) {
   }
 }
 
-// A magnetic head feels how much ink each column has, and nothing else.
-TEST(MicrGlyphsTest, ColumnsTellTheCharactersApart) {
-  std::set<std::vector<int>> profiles;
+// How many cells of each column are ink, from the right edge on.
+std::vector<int> ColumnsOf(char code) {
+  std::vector<int> columns(kMicrColumns);
+  for (const std::string_view row : *MicrGlyph(code)) {
+    EXPECT_EQ(row.size(), static_cast<std::size_t>(kMicrColumns));
+    for (std::size_t column = 0; column < row.size(); ++column)
+      columns[columns.size() - 1 - column] += row[column] == '#' ? 1 : 0;
+  }
+  return columns;
+}
+
+TEST(MicrGlyphsTest, CharactersHaveTheWidthsAndHeightsOfTheType) {
+  const std::map<char, int> widths = {{'0', 7}, {'1', 4}, {'2', 4}, {'3', 5}, {'4', 7}, {'5', 5}, {'6', 6},
+                                      {'7', 5}, {'8', 7}, {'9', 6}, {'A', 7}, {'B', 7}, {'C', 7}, {'D', 7}};
   for (const char code : kCharacters) {
-    std::vector<int> profile(kMicrColumns);
-    for (const std::string_view row : *MicrGlyph(code)) {
-      ASSERT_EQ(row.size(), static_cast<std::size_t>(kMicrColumns));
-      for (std::size_t column = 0; column < row.size(); ++column) profile[column] += row[column] == '#';
-    }
-    EXPECT_GT(profile.back() + profile[kMicrColumns - 2] + profile[kMicrColumns - 3], 0) << code;
-    EXPECT_TRUE(profiles.insert(profile).second) << code;
+    const std::vector<int> columns = ColumnsOf(code);
+    EXPECT_GT(columns.front(), 0) << code << " does not stand at the right edge";
+    const auto last = std::find_if(columns.rbegin(), columns.rend(), [](int ink) { return ink > 0; });
+    EXPECT_EQ(columns.rend() - last, widths.at(code)) << code;
+    const bool digit = code >= '0' && code <= '9';
+    const auto inked = [](std::string_view row) { return row.find('#') != std::string_view::npos; };
+    EXPECT_TRUE(!digit || (inked(MicrGlyph(code)->front()) && inked(MicrGlyph(code)->back()))) << code;
   }
   EXPECT_EQ(MicrGlyph('E'), nullptr);
+}
+
+// A magnetic head feels by how much the ink changes from column to column, and nothing else.
+TEST(MicrGlyphsTest, TheSignalTellsTheCharactersApart) {
+  std::map<char, std::vector<int>> signals;
+  for (const char code : kCharacters) {
+    int before = 0;
+    for (const int ink : ColumnsOf(code)) {
+      signals[code].push_back(ink - before);
+      before = ink;
+    }
+    signals[code].push_back(-before);
+  }
+  constexpr int least = 12;  // cells by which any two differ
+  for (const auto& [one, signal] : signals) {
+    for (const auto& [other, other_signal] : signals) {
+      int difference = 0;
+      for (std::size_t i = 0; i < signal.size(); ++i) difference += std::abs(signal[i] - other_signal[i]);
+      EXPECT_TRUE(one == other || difference >= least) << one << " and " << other << ": " << difference;
+    }
+  }
 }
 
 TEST(MicrGlyphsTest, BarsCoverTheCellsAndNothingElse) {

@@ -8,6 +8,7 @@
 #include "posting/deposit_facts.h"
 #include "posting/post_deposit.h"
 #include "tests/posting/screen_fixture.h"
+#include "tests/support/keeping_printer.h"
 
 namespace tallwick {
 namespace {
@@ -17,17 +18,6 @@ using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::PostingScreenTest;
 using testing::Seen;
-
-class SlipBook : public DocumentPrinter {
- public:
-  bool Preview(const PrintDocument& document) override {
-    slips.push_back(document);
-    return true;
-  }
-  bool Print(const PrintDocument&) override { return false; }
-  bool SavePdf(const PrintDocument&) override { return false; }
-  std::vector<PrintDocument> slips;
-};
 
 class DepositPostingTest : public PostingScreenTest<FrmEditDepositsPost> {
  protected:
@@ -71,7 +61,7 @@ class DepositPostingTest : public PostingScreenTest<FrmEditDepositsPost> {
     ASSERT_EQ(tables_->deposits.Update(deposit), 0);
   }
 
-  SlipBook slips_;
+  testing::KeepingPrinter slips_;
 };
 
 TEST_F(DepositPostingTest, ANewDepositIsPostedWholeAndTheNextOneBegun) {
@@ -406,15 +396,15 @@ TEST_F(DepositPostingTest, UnsavedChangesAreAskedForAndSlipsPrinted) {
   Post();
   Show("3/15/2024", "1");
   form_->Click("cmdDepositSlip");
-  ASSERT_EQ(slips_.slips.size(), 1u);
-  EXPECT_EQ(slips_.slips[0].name, "Deposit FNB 2024-03-15 1");
-  const std::vector<PrintRow>& rows = slips_.slips[0].sections.back().rows;
+  ASSERT_EQ(slips_.ways.size(), 1u);
+  EXPECT_EQ(slips_.ways[0], "preview Deposit FNB 2024-03-15 1");
+  const std::vector<PrintRow>& rows = slips_.last.sections.back().rows;
   ASSERT_EQ(rows.size(), 2u);
   EXPECT_THAT(rows[0].cells, ElementsAre("1", "24-0117", "SMITH", "1.00", ""));
   EXPECT_THAT(rows[1].cells, ElementsAre("", "", "Total, 1 item", "1.00", ""));
   Set("txtSources", "JONES", 1);
   form_->Click("cmdDepositSlip");
-  EXPECT_EQ(slips_.slips.size(), 1u);
+  EXPECT_EQ(slips_.ways.size(), 1u);
   office_.TakeTexts();
   office_.boxes.answers = {BoxAnswer::kCancel, BoxAnswer::kYes};
   Show("3/15/2024", "2");

@@ -105,7 +105,8 @@ CheckOnPaper Check(const std::string& number) {
 }
 
 CheckStationery Stationery() {
-  return {{"Lakeside Title", "100 Harbor Boulevard", "Lakeside, OH 43440"},
+  return {"Lakeside Title",
+          {"100 Harbor Boulevard", "Lakeside, OH 43440"},
           {"First National Trust", "12 Main Street", "Lakeside, OH 43440"},
           "041200050",
           "1234567890-6",
@@ -154,7 +155,7 @@ class CheckPositionTest : public ::testing::Test {
     std::vector<CheckOnPaper> checks;
     for (int number = 9876543; checks.size() < 4; ++number) checks.push_back(Check(std::to_string(number)));
     SheetFilePrinter printer(folder.Platform("checks.pdf"), nullptr);
-    ASSERT_TRUE(printer.Print([&](const SheetMeasure& measure, std::string_view) {
+    ASSERT_TRUE(printer.Print([&](const SheetMeasure& measure, const SheetOrder&) {
       return PlaceChecks(checks, stationery, DefaultLayout(stock), 1, {}, measure);
     }));
     std::size_t check = 0;

@@ -53,8 +53,9 @@ class TrialBalanceTest : public ::testing::Test {
   }
   std::vector<std::string> Listed(const TrialTerms& terms) {
     std::vector<std::string> listed;
-    for (const FileStanding& file : ReadTrialBalance(*office_.session, terms, {}).files)
-      listed.push_back(ShownFileNumber(file) + " " + file.Balance().ToText());
+    for (const TrialFile& file : ReadTrialBalance(*office_.session, terms, {}).files)
+      listed.push_back(ShownFileNumber(file) + " " + file.Balance().ToText() +
+                       (file.bank_code.empty() ? "" : " in " + file.bank_name));
     return listed;
   }
 
@@ -72,23 +73,29 @@ TEST_F(TrialBalanceTest, ListsWhatFilesHoldAsOfADay) {
     Check(tables, "24-0002", 60'00, "C", {3, 0, 2024});
     Check(tables, "24-0002", 5'00, "V", {2, 0, 2024}, {3, 0, 2024});
     Check(tables, "", 1'00, "O", {2, 0, 2024});
+    Check(tables, "24-0005", 7'00, "O", {3, 0, 2024});
     ASSERT_TRUE(tables.Open("SAV"));
     Deposit(tables, "20240301", {3, 0, 2024}, {{"24-0004", 1'00}, {"24-0002", 10'00}});
     Check(tables, "24-0004", 1'00, "H", {3, 0, 2024});
+    Check(tables, "24-0005", 3'00, "O", {3, 0, 2024});
   }
   EXPECT_THAT(Listed({}), ElementsAre("(no file) -1.00", "24-0001 0.01", "24-0002 0.00", "24-0003 10.00",
-                                      "24-0004 0.00"));
+                                      "24-0004 0.00", "24-0005 -10.00"));
   // The check voided in March was still out at the end of February.
   EXPECT_THAT(Listed({"", {2024, 2, 29}, TrialKind::kAll}),
               ElementsAre("(no file) -1.00", "24-0001 100.00", "24-0002 45.00", "24-0003 10.00"));
-  EXPECT_THAT(Listed({"fnb", {}, TrialKind::kOverdrawn}), ElementsAre("(no file) -1.00", "24-0002 -10.00"));
+  // What a file holds in another bank covers nothing here.
+  const auto overdrawn = ElementsAre("(no file) -1.00 in First", "24-0002 -10.00 in First",
+                                     "24-0005 -7.00 in First", "24-0005 -3.00 in Savings");
+  EXPECT_THAT(Listed({"", {}, TrialKind::kOverdrawn}), overdrawn);
   EXPECT_THAT(Listed({"", {}, TrialKind::kOpen}),
-              ElementsAre("(no file) -1.00", "24-0001 0.01", "24-0003 10.00"));
+              ElementsAre("(no file) -1.00", "24-0001 0.01", "24-0003 10.00", "24-0005 -10.00"));
   EXPECT_THAT(Listed({"", {2024, 3, 15}, TrialKind::kDormant}), ElementsAre("24-0003 10.00"));
   EXPECT_THAT(Listed({"", {2024, 3, 15}, TrialKind::kDormant, 284}), ElementsAre());
 
   const TrialBalance all = ReadTrialBalance(*office_.session, {}, {});
-  EXPECT_EQ(all.Balance().ToText(), "9.01");
+  EXPECT_EQ(all.Balance().ToText(), "-0.99");
+  EXPECT_EQ(ReadTrialBalance(*office_.session, {"fnb", {}, TrialKind::kOverdrawn}, {}).files.size(), 3U);
   EXPECT_EQ(all.files[2].last_activity, (Date{2024, 3, 10}));
   EXPECT_THAT(all.banks, ElementsAre("FNB", "SAV"));
   EXPECT_THAT(ReadTrialBalance(*office_.session, {"XYZ", {}, TrialKind::kAll}, {}).message,

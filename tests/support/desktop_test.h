@@ -17,17 +17,20 @@ class DesktopTest : public ::testing::Test {
  protected:
   void SetUp() override {
     office_.suite.files = {"24-0117"};
-    ASSERT_TRUE(office_.Open());
+    ASSERT_TRUE(office_.Open([this](BankRecord& bank) { ChangeBank(bank); }));
     StartDesktop();
     ASSERT_TRUE(SelectBank(desktop_->TheSession(), "FNB"));
     tables_ = std::make_unique<BankTables>(desktop_->TheSession().Home());
     ASSERT_TRUE(tables_->Open("FNB"));
   }
+  // What the bank has otherwise than other tests' banks.
+  virtual void ChangeBank(BankRecord&) {}
   // Over the office as it is, without a bank.
   void StartDesktop() {
     office_.session.reset();
-    desktop_ = std::make_unique<Desktop>(
-        Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation});
+    desktop_ =
+        std::make_unique<Desktop>(Ports{office_.boxes, SystemFileSystem(), office_.clock, office_.workstation,
+                                        nullptr, nullptr, nullptr, office_.printer, office_.sheets});
     ASSERT_TRUE(desktop_->Start([this] { return std::make_unique<FakeSuite>(office_.suite); }));
   }
   void Open(std::string_view screen, std::string_view mode = "Posting") {

@@ -3,6 +3,7 @@
 
 #include <deque>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -44,6 +45,15 @@ class ScriptedBoxes : public MessageBoxes {
     return answer;
   }
 
+  // The next of `secrets`; none when there is none left.
+  std::optional<std::string> AskSecret(std::string_view, std::string_view prompt) override {
+    prompts.emplace_back(prompt);
+    if (secrets.empty()) return std::nullopt;
+    const std::string secret = secrets.front();
+    secrets.pop_front();
+    return secret;
+  }
+
   std::vector<std::string> Texts() const {
     std::vector<std::string> texts;
     for (const Box& box : shown) texts.push_back(box.text);
@@ -54,6 +64,8 @@ class ScriptedBoxes : public MessageBoxes {
   std::vector<Box> shown;
   std::deque<BoxAnswer> answers;
   std::function<void(const Box&)> on_show;  // what happens while the box waits for its answer
+  std::vector<std::string> prompts;
+  std::deque<std::string> secrets;
 };
 
 }  // namespace tallwick::testing

@@ -9,6 +9,7 @@
 #include <QPushButton>
 #include <QTest>
 
+#include "tests/support/keeping_printer.h"
 #include "tests/support/office.h"
 #include "ui/desktop.h"
 #include "ui/register_view.h"
@@ -18,21 +19,11 @@ namespace {
 
 using testing::FakeSuite;
 using ::testing::IsEmpty;
+using testing::KeepingPrinter;
 using testing::Office;
 
 constexpr std::string_view kLedger = "frmViewFileLedgers";
 constexpr std::string_view kVouchers = "frmEditVouchersPost";
-
-class KeepingPrinter : public DocumentPrinter {
- public:
-  bool Preview(const PrintDocument& document) override { return Print(document); }
-  bool SavePdf(const PrintDocument& document) override { return Print(document); }
-  bool Print(const PrintDocument& document) override {
-    name = document.name;
-    return true;
-  }
-  std::string name;
-};
 
 TEST(LedgerWindowTest, OpensFromAnEntryAndLeadsBackToTheItem) {
   Office office;
@@ -64,7 +55,7 @@ TEST(LedgerWindowTest, OpensFromAnEntryAndLeadsBackToTheItem) {
   auto* file = window(kVouchers).findChild<QLineEdit*>("txtVCHRFileNumber");
   file->setFocus(Qt::TabFocusReason);
   QTest::keyClicks(file, "24-0117");
-  window(kVouchers).findChild<QAction*>("mnuViewFileLedgers")->trigger();
+  QTest::keyClick(file, Qt::Key_L, Qt::ControlModifier);
   ASSERT_NE(desktop.Find(kLedger), nullptr);
   QWidget& ledger = window(kLedger);
   EXPECT_EQ(ledger.windowTitle(), "File Ledger - 24-0117");
@@ -86,7 +77,9 @@ TEST(LedgerWindowTest, OpensFromAnEntryAndLeadsBackToTheItem) {
   EXPECT_EQ(viewed.findChild<QLineEdit*>("txtVCHRPayee")->text(), "JONES");
   EXPECT_FALSE(viewed.findChild<QPushButton*>("cmdOk")->isEnabled());
   ledger.findChild<QAction*>("mnuFilePdf")->trigger();
-  EXPECT_EQ(printer.name.substr(0, 14), "Ledger 24-0117");
+  ledger.findChild<QAction*>("mnuFileRtf")->trigger();
+  ASSERT_EQ(printer.ways.size(), 2U);
+  EXPECT_EQ(printer.ways[1].substr(0, 18), "rtf Ledger 24-0117");
   EXPECT_THAT(office.TakeTexts(), IsEmpty());
 }
 
