@@ -169,7 +169,8 @@ struct NeededField {
   CheckField field;
   std::string_view name;
 };
-constexpr NeededField kNeeded[] = {{CheckField::kBranch, "the branch's name and address"},
+constexpr NeededField kNeeded[] = {{CheckField::kBranch, "the branch's name"},
+                                   {CheckField::kBranchAddress, "the branch's address"},
                                    {CheckField::kBank, "the bank's name and address"},
                                    {CheckField::kNumber, "its number"},
                                    {CheckField::kDate, "its date"},
@@ -182,9 +183,9 @@ constexpr NeededField kNeeded[] = {{CheckField::kBranch, "the branch's name and 
 std::string RoomProblem(const CheckOnPaper& paper, const CheckStationery& stationery,
                         const CheckLayout& layout, const SheetMeasure& measure) {
   for (const auto& [field, name] : kNeeded) {
-    const FieldPlace& place = layout.Place(field);
-    const Lines content = ContentOf(field, paper, stationery);
-    if (!place.shown || BestSetting(content, place, BreaksLines(field), measure).fits) continue;
+    if (!layout.Place(field).shown) continue;
+    const Lines content = ContentOf(field, paper, stationery, layout);
+    if (BestSetting(content, FrameOf(field, layout).inside, BreaksLines(field), measure).fits) continue;
     return std::string(name) + " has no room in the field " + std::string(NameOf(field)) +
            ".  Make the field larger in the bank's check layout.";
   }
@@ -193,10 +194,10 @@ std::string RoomProblem(const CheckOnPaper& paper, const CheckStationery& statio
 
 bool IsCut(CheckField field, const CheckOnPaper& paper, const CheckStationery& stationery,
            const CheckLayout& layout, const SheetMeasure& measure) {
-  const FieldPlace& place = layout.Place(field);
-  if (!place.shown || (IsOnStub(field) && layout.stub_tops.empty())) return false;
+  if (!layout.Place(field).shown || (IsOnStub(field) && layout.stub_tops.empty())) return false;
+  const FieldPlace place = FrameOf(field, layout).inside;
   const Setting setting =
-      BestSetting(ContentOf(field, paper, stationery), place, BreaksLines(field), measure);
+      BestSetting(ContentOf(field, paper, stationery, layout), place, BreaksLines(field), measure);
   return setting.lines.size() > RoomFor(setting, place);
 }
 

@@ -36,7 +36,7 @@ constexpr Way kWays[] = {
     {"mnuFilePreview", "Print Pre&view...", "cmdPreview", "Pre&view", Preview},
     {"mnuFilePrint", "&Print...", "cmdPrint", "&Print", Print},
     {"mnuFilePdf", "Save as P&DF...", "cmdPdf", "Save as PD&F", SavePdf},
-    {"mnuFileRtf", "Save as &RTF...", "cmdRtf", "S&ave as RTF", SaveRtf},
+    {"mnuFileRtf", "Save as RT&F...", "cmdRtf", "S&ave as RTF", SaveRtf},
 };
 
 }  // namespace

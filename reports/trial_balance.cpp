@@ -116,8 +116,7 @@ bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day
 
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress) {
   TrialBalance balance;
-  if (!session.MayUse(kRightEscrowReports))
-    return Failed(std::string(kCommandNotGranted), PassEnd::kStopped);
+  if (!session.MayUse(kRightEscrowReports)) return Failed(std::string(kCommandNotGranted), PassEnd::kStopped);
   if (terms.bank_code.empty()) balance.note = OtherBanksNote(session);
   FileStandings together;
   const Date day = terms.as_of.IsEmpty() ? session.TheClock().Now().date : terms.as_of;

@@ -125,9 +125,8 @@ void AddMenus(PostingLayout& layout) {
                            {"mnuEditVouchers"},
                            {"mnuEditWireTransfers"},
                            {"mnuEditReconcileAccount", "Ctrl+R"}});
-  layout.AddMenu(
-      "&View",
-      {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {}, {"mnuViewFileLedgers"}});
+  layout.AddMenu("&View",
+                 {{"mnuViewNumber"}, {"mnuViewPayee"}, {"mnuViewAmount"}, {}, {"mnuViewFileLedgers"}});
   layout.AddMenu("Opt&ions", {{"mnuOptionsAll"},
                               {"mnuOptionsOutstanding"},
                               {"mnuOptionsCleared"},

@@ -280,7 +280,7 @@ std::unique_ptr<QWidget> MakeReconcileWindow() {
   AddReportMenu(*window);
   AddLedgerMenu(*window);
   auto* content = new QWidget;
-  auto* row = Spaced(new QHBoxLayout(content), 24, 24);
+  auto* row = Spaced(new QHBoxLayout(content), 16, 24);
   auto* entry = Spaced(new QVBoxLayout, 0, 12);
   entry->addLayout(Steps());
   auto* information = Named(new QLabel, "lblInformation");

@@ -221,7 +221,7 @@ TEST(CheckSheetTest, TheSecurityLineStaysOnTheCheckAtEveryAngle) {
     bank.security_line_y = 2000;
     bank.security_line_angle = angle;
     const CheckLayout layout = ReadLayout("", bank).layout;
-    ASSERT_EQ(CheckProblem({&check, 1}, Stationery(), layout), "");
+    ASSERT_EQ(CheckProblem({&check, 1}, Stationery(), layout, kWide), "");
     const SheetText line = PlaceChecks({&check, 1}, Stationery(), layout, 1, {}, kWide).pages[0].micro.at(0);
     EXPECT_NEAR(line.box.x, 6000 * 25.4 / 1440, 0.001);
     EXPECT_NEAR(line.box.Bottom(), 2000 * 25.4 / 1440, 0.001);
@@ -242,7 +242,7 @@ TEST(CheckSheetTest, TheSecurityLineStaysOnTheCheckAtEveryAngle) {
     bank.security_line_x = place.x;
     bank.security_line_y = place.y;
     bank.security_line_angle = place.angle;
-    EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), ReadLayout("", bank).layout),
+    EXPECT_THAT(CheckProblem({&check, 1}, Stationery(), ReadLayout("", bank).layout, kWide),
                 HasSubstr("Correct SECLINEX, SECLINEY"));
   }
 }
