@@ -45,14 +45,14 @@ class BankMaintenanceTest : public ::testing::Test {
   std::size_t read_ = 0;
 };
 
-constexpr const char* kHeader =
+const std::string kHeader =
     "[DATE: Mar 15, 2024 @ 09:30:00 AM][TX: Account Edit][REFERENCE: FNB][LOGIN: jdoe][COMPUTER: "
     "FRONTDESK2]\r\n";
 
 // Whoever switches the trail off or on must stand in it.
 TEST_F(BankMaintenanceTest, ChangesStandInTheTrailAndSoDoesItsSwitch) {
   ASSERT_EQ(Change({{"BANKNAME", "Erie Trust"}, {"BANKACCTMO", "4"}, {"PPUSEPP", "T"}}, "fnb"), "");
-  EXPECT_EQ(NewLines(), std::string(kHeader) +
+  EXPECT_EQ(NewLines(), kHeader +
                             "[EDIT] txtBANKNAME was: First National Trust now: Erie Trust\r\n"
                             "[EDIT] txtBANKACCTMO was: 3 now: 4\r\n"
                             "[EDIT] chkPPUSEPP was: Unchecked now: Checked\r\n");
@@ -73,7 +73,7 @@ TEST_F(BankMaintenanceTest, ChangesStandInTheTrailAndSoDoesItsSwitch) {
 TEST_F(BankMaintenanceTest, AsksForTheRightAndTheBank) {
   ASSERT_TRUE(office_.AddBank("SAV", "Savings"));
   AddUser("keeper", "User", {"SAV"});
-  AddUser("clerk", "User", {"SAV"}, std::string(21, '0') + "1");
+  AddUser("clerk", "User", {"SAV"}, "0000000000000000000001");
   AddUser("boss", "Administrator", {});
   const struct {
     const char* login;
