@@ -14,7 +14,8 @@ constexpr std::int64_t kCent = 100;
 
 // False, with `count` as it was, when the digit would lead out of range.
 bool AppendDigit(std::int64_t& count, int digit) {
-  if (count > (std::numeric_limits<std::int64_t>::max() - digit) / 10) return false;
+  constexpr std::int64_t kMost = std::numeric_limits<std::int64_t>::max();
+  if (count >= kMost / 10 && count > (kMost - digit) / 10) return false;
   count = count * 10 + digit;
   return true;
 }

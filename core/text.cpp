@@ -6,11 +6,6 @@ namespace tallwick {
 
 namespace {
 
-// Asked for every character of every field that is read, so it is a comparison and no search.
-bool IsBlank(char c) {
-  return c == ' ' || c == '\0' || c == '\t' || c == '\r' || c == '\n';
-}
-
 char Upper(char character) {
   return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A') : character;
 }
@@ -26,16 +21,6 @@ std::string Mapped(std::string_view text, char (*map)(char)) {
 }
 
 }  // namespace
-
-std::string_view Trim(std::string_view text) {
-  while (!text.empty() && IsBlank(text.front())) text.remove_prefix(1);
-  return TrimRight(text);
-}
-
-std::string_view TrimRight(std::string_view text) {
-  while (!text.empty() && IsBlank(text.back())) text.remove_suffix(1);
-  return text;
-}
 
 std::string ToUpper(std::string_view text) {
   return Mapped(text, Upper);
@@ -60,10 +45,6 @@ std::string PadLeft(std::string_view text, std::size_t width) {
   std::string result(text);
   if (result.size() < width) result.insert(0, width - result.size(), ' ');
   return result;
-}
-
-bool IsDigit(char character) {
-  return character >= '0' && character <= '9';
 }
 
 bool IsAllDigits(std::string_view text) {

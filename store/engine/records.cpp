@@ -11,7 +11,7 @@ namespace {
 
 constexpr std::uint8_t kLiveMark = ' ';
 constexpr std::uint8_t kDeletedMark = '*';
-constexpr std::size_t kAheadBytes = std::size_t{128} << 10;
+constexpr std::size_t kAheadBytes = std::size_t{256} << 10;
 constexpr std::size_t kAheadBlocks = 24;
 constexpr std::uint32_t kNoBlock = 0xFFFFFFFFU;
 
