@@ -33,12 +33,12 @@ int Journal::OpenFile() {
 
 int Journal::OpenOnce() {
   int rc = kSuccess;
-  const bool fresh = !setup_.files.Exists(PathOf(kFileName));
   read_only_ = false;
   auto file = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kOpenOrCreate, &read_only_, &rc);
   if (!file) return rc == kErrorDiskFull || rc == kErrorReadOnly ? rc : static_cast<int>(kErrorJournal);
-  // A journal without its name in the folder would be no help after a power cut.
-  if (fresh) rc = setup_.files.FlushFolder(folder_);
+  // A journal without its name in the folder would be no help after a power cut, and who made an empty one
+  // may have died, or failed, before he could make sure of that.
+  if (!read_only_ && file->Size() == 0) rc = setup_.files.FlushFolder(folder_);
   if (rc != kSuccess) return rc;
   file_ = std::move(file);
   if (read_only_) {
