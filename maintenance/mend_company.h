@@ -1,6 +1,6 @@
 // Mends what the examination found, as far as the tables themselves say how: record counts, indexes, missing
-// cross-references, voucher counters, a journal that cannot be used, what a dead rebuild left. Never touches a
-// transaction, an amount or a memo; what it cannot derive it leaves and names.
+// cross-references, voucher counters, a journal that cannot be used, what a dead rebuild left. Never touches
+// a transaction, an amount or a memo; what it cannot derive it leaves and names.
 #pragma once
 
 #include <string>

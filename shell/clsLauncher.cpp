@@ -42,8 +42,7 @@ void clsLauncher::Migrate(const Registry& registry) {
   for (const std::string& name : registry.Subkeys(kRegistryKey)) {
     XmlElement entry = AppendEntry(file, Trim(name));
     for (const Setting& setting : kSettings) {
-      entry.Append(setting.element)
-          .SetText(Trim(registry.Value(kRegistryKey, name, setting.registry_value)));
+      entry.Append(setting.element).SetText(Trim(registry.Value(kRegistryKey, name, setting.registry_value)));
     }
   }
   file.Save();

@@ -145,7 +145,8 @@ TEST_F(PostingWindowsTest, ATextThatIsTooLongIsRefusedAndNotCut) {
   Open(kDeposits);
   type(kDeposits, {{"txtFileNumbers_1", "24-0117"}, {"txtAmounts_1", "5"}});
   paste(kDeposits, "txtSources_1", "SMITH\nTITLE");
-  EXPECT_EQ(refusal(), "Line 1 Source has a line break or a tab in it behind \"SMITH\".  Type it on one line.");
+  EXPECT_EQ(refusal(),
+            "Line 1 Source has a line break or a tab in it behind \"SMITH\".  Type it on one line.");
   EXPECT_EQ(Text(kDeposits, "txtSources_1"), QString::fromUtf8("SMITH↵TITLE"));
   paste(kDeposits, "txtSources_1", "SMITH TITLE");
   paste(kDeposits, "txtDateSequence", "123");
