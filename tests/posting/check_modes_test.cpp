@@ -1,11 +1,8 @@
-// The check screen beyond entry: other modes, renumbering and removal, payees, the list, and printing.
+// The check screen beyond entry: other modes, renumbering and removal, payees, and printing.
 
 #include <gmock/gmock.h>
 
-#include "posting/bank_settings.h"
-#include "posting/check_posting.h"
-#include "tests/posting/screen_fixture.h"
-#include "tests/support/faulty_files.h"
+#include "tests/posting/check_screen_fixture.h"
 
 namespace tallwick {
 namespace {
@@ -14,82 +11,10 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using testing::PostingScreenTest;
 using testing::Seen;
 using Kind = CheckMode::Kind;
 
-struct FakePrinter : CheckPrinter {
-  std::string WhyNot() override { return why_not; }
-  bool Print(const CheckOnPaper& check, const BankRecord&, bool preview) override {
-    printed.push_back(check.check.number + " " + check.figures + " " + check.words +
-                      (preview ? " preview" : ""));
-    return true;
-  }
-  std::string why_not;
-  std::vector<std::string> printed;
-};
-
-struct FakePositivePay : PositivePayExport {
-  void Issued(const CheckRecord& check, const BankRecord&) override {
-    told.push_back("issued " + check.number);
-  }
-  void Voided(const CheckRecord& check, const BankRecord&) override {
-    told.push_back("voided " + check.number);
-  }
-  std::vector<std::string> told;
-};
-
-class CheckModesTest : public PostingScreenTest<FrmEditChecksPost> {
- protected:
-  std::unique_ptr<FrmEditChecksPost> MakeForm() override {
-    return std::make_unique<FrmEditChecksPost>(*office_.session, office_, mode_,
-                                               CheckPorts{&printer_, &positive_pay_});
-  }
-  void OpenIn(Kind mode) {
-    mode_ = mode;
-    OpenForm();
-  }
-  void PostCheckOf(const std::string& number, const std::string& payee = "SMITH TITLE CO",
-                   const std::string& amount = "1250", const std::string& voucher = "") {
-    Set("txtCheckNumber", number);
-    Set("txtCheckPayee", payee);
-    Set("txtCheckAmount", amount);
-    Set("txtCheckFileNumber", "24-0117");
-    Set("txtCheckVoucherNumber", voucher);
-    Post();
-  }
-  void AddVoucher(const char* number) {
-    VoucherRecord voucher;
-    voucher.number = number;
-    voucher.file_number = "24-0117";
-    voucher.amount = Currency::FromCents(1250'00);
-    ASSERT_EQ(tables_->vouchers.Add(voucher), 0);
-  }
-  std::string VoucherCheck(const char* number) {
-    return tables_->vouchers.SeekNumber(number) ? tables_->vouchers.Read().check_number : "(no voucher)";
-  }
-  CheckRecord Stored(std::string_view number) {
-    return tables_->checks.SeekNumber(number) ? tables_->checks.Read() : CheckRecord{};
-  }
-  bool HasXref(std::string_view file, std::string_view number) {
-    return Xrefs().SeekReference(CheckXref(file, "FNB", number));
-  }
-  std::string Refusal(std::string_view button = "cmdOk") {
-    form_->Click(button);
-    const std::vector<std::string> texts = office_.TakeTexts();
-    return texts.size() == 1 ? texts.front() : std::to_string(texts.size()) + " boxes";
-  }
-  std::vector<std::string> Numbers() {
-    std::vector<std::string> numbers;
-    RowSource& rows = *form_->Find("lstCheckNumbers")->source;
-    for (std::size_t row = 0; row < rows.RowCount(); ++row) numbers.push_back(rows.Row(row).at(0));
-    return numbers;
-  }
-
-  Kind mode_ = Kind::kPosting;
-  FakePrinter printer_;
-  FakePositivePay positive_pay_;
-};
+class CheckModesTest : public testing::CheckScreenTest {};
 
 TEST_F(CheckModesTest, AVoidKeepsItsReasonAndFreesItsVoucher) {
   OpenOffice([](BankRecord& bank) { bank.positive_pay = true; });
@@ -276,22 +201,6 @@ TEST_F(CheckModesTest, FilesAreLookedUp) {
   Post();
   EXPECT_THAT(Log(), HasSubstr("txtCheckAmount was: 5.00 now: 6.00"));
   EXPECT_THAT(Log(), Not(HasSubstr("txtFindFile")));
-}
-
-TEST_F(CheckModesTest, TheRegisterMarksTheCheckThatIsShown) {
-  OpenOffice();
-  PostCheckOf("10");
-  PostCheckOf("11");
-  const Control& list = *form_->Find("lstCheckNumbers");
-  form_->Choose("lstCheckNumbers", 2);
-  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "10");
-  EXPECT_EQ(list.selected, 2);
-  Set("txtCheckNumber", "11");
-  form_->Leave();
-  EXPECT_EQ(list.selected, 0) << "shown by its number";
-  form_->Choose("lstCheckNumbers", 2);
-  PostCheckOf("12");
-  EXPECT_EQ(list.selected, 0) << "the next one is new";
 }
 
 TEST(CheckModeTest, WhatAStatusAllows) {
@@ -531,38 +440,6 @@ TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {
   EXPECT_EQ(agents.RecordCount(), 3);
 }
 
-TEST_F(CheckModesTest, TheListIsOrderedAndFiltered) {
-  OpenOffice();
-  PostCheckOf("1", "Miller", "30");
-  PostCheckOf("2", "adams", "20");
-  PostCheckOf("3", "Young", "10");
-  CheckRecord cleared = Stored("2");
-  cleared.status = "C";
-  ASSERT_EQ(tables_->checks.Update(cleared), 0);
-  OpenForm();
-  EXPECT_THAT(Numbers(), ElementsAre("3", "2", "1"));
-  form_->Menu("mnuViewPayee");
-  EXPECT_THAT(Numbers(), ElementsAre("2", "1", "3"));
-  RowSource& rows = *form_->Find("lstCheckNumbers")->source;
-  EXPECT_EQ(rows.FindRow("3"), 2u);
-  EXPECT_EQ(rows.FindRow("mill"), 1u);
-  form_->Menu("mnuViewAmount");
-  EXPECT_THAT(Numbers(), ElementsAre("1", "2", "3"));
-  EXPECT_EQ(rows.FindRow("20.00"), 1u);
-  EXPECT_EQ(rows.FindRow("3"), 2u) << "no amount: the number";
-  form_->Click("cmdListOutstanding");
-  EXPECT_THAT(Numbers(), ElementsAre("1", "3"));
-  EXPECT_EQ(rows.FindRow("3"), 1u);
-  PostCheckOf("4", "Baker", "15");
-  EXPECT_THAT(Numbers(), ElementsAre("1", "4", "3"));
-  form_->Menu("mnuViewPayee");
-  EXPECT_THAT(Numbers(), ElementsAre("4", "1", "3"));
-  form_->Menu("mnuOptionsCleared");
-  EXPECT_THAT(Numbers(), ElementsAre("2"));
-  form_->Choose("lstCheckNumbers", 1);
-  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "adams");
-}
-
 TEST_F(CheckModesTest, APrintedCheckIsNotForgotten) {
   OpenOffice();
   const char* forgotten = "WARNING - Printed a Check but have NOT posted it.\r\nPost the Check Now?";
@@ -604,37 +481,6 @@ TEST_F(CheckModesTest, UnusedVouchersOfTheFileAreOfferedInTurn) {
     EXPECT_EQ(Seen(*form_, "txtCheckVoucherNumber"), offered);
   }
   EXPECT_EQ(Seen(*form_, "txtCheckAmount"), "1,250.00");
-}
-
-TEST_F(CheckModesTest, SettingsOfABankKeepTheirOtherLines) {
-  OpenOffice();
-  office_.WriteFile("MICR_Print_FNB.dat", "; by hand\nOffset=3\nnextchecknumber = 9 \nNextCheckNumber=8\n");
-  BankSettings settings(SystemFileSystem(), office_.session->DataPath(), kMicrSettings, "FNB     ");
-  EXPECT_EQ(settings.Get("NEXTCHECKNUMBER"), "9");
-  EXPECT_EQ(settings.Get("Layout"), std::nullopt);
-  ASSERT_TRUE(settings.Set(kNextCheckNumber, "500"));
-  ASSERT_TRUE(settings.Set("Font", "E13B"));
-  EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"),
-            "; by hand\r\nOffset=3\r\nNextCheckNumber=500\r\nFont=E13B\r\n");
-}
-
-TEST_F(CheckModesTest, SettingsThatCannotBeReadAreNotTakenForNone) {
-  testing::FaultyFiles files;
-  office_.files = &files;
-  OpenOffice();
-  const std::string text = "NextCheckNumber=500\r\nFont=E13B\r\n";
-  office_.WriteFile("MICR_Print_FNB.dat", text);
-  files.unreadable = [](std::string_view path) { return path.ends_with("MICR_Print_FNB.dat"); };
-  BankSettings settings(files, office_.session->DataPath(), kMicrSettings, "FNB");
-  EXPECT_THAT(settings.Problem(), HasSubstr("MICR_Print_FNB.dat cannot be read"));
-  EXPECT_FALSE(settings.Set("Font", "Another"));
-  OpenForm();
-  form_->Enter("txtCheckNumber");
-  EXPECT_EQ(Seen(*form_, "lblLastCheckNumber"), "Last Check Number: 0 (the next one is not known)");
-  files.unreadable = {};
-  EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"), text);
-  ASSERT_TRUE(settings.Set("Font", "Another"));
-  EXPECT_EQ(settings.Get(kNextCheckNumber), "500");
 }
 
 }  // namespace
