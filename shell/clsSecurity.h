@@ -55,6 +55,9 @@ class clsSecurity {
   // Why nobody new can have the login: it is missing, is another user's, or has a blank at an end that no
   // trim takes away, so that two names would look alike. "" when nothing is wrong.
   static std::string NewLoginProblem(const TableHome& home, std::string_view login);
+  // Why nobody may give the own account these values, `before` being what it had: it would lock the person
+  // out, and with the last administrator everybody. "" when nothing is wrong.
+  std::string OwnAccountProblem(const clsSecurity& before) const;
   // True when no record of another user number has this login. 0 stands for a user not yet saved.
   static bool IsLoginUnique(const TableHome& home, std::string_view login, std::int32_t id);
   // Adds the user under the next number, or changes the one with this login, and the banks with it; makes

@@ -150,6 +150,13 @@ std::string clsSecurity::NewLoginProblem(const TableHome& home, std::string_view
   return IsLoginUnique(home, login, 0) ? "" : "Another user has this login name.  Choose another one.";
 }
 
+std::string clsSecurity::OwnAccountProblem(const clsSecurity& before) const {
+  if (iDisabled != 0 && before.iDisabled == 0) return "You cannot disable your own account.";
+  if (before.sGroup == "Administrator" && Trim(sGroup) != "Administrator")
+    return "You cannot take the group Administrator from your own account.";
+  return {};
+}
+
 int clsSecurity::SaveUserSecurity(const TableHome& home, const DateTime& now) {
   UserChange change(home);
   if (const int code = change.Begin(); code != engine::kSuccess) return code;

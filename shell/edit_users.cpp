@@ -269,11 +269,8 @@ bool FrmEditUsers::IsValid(const clsSecurity& user) {
     if (!problem.empty()) return refuse(problem, "txtLogin");
   }
   if (user.sUserName.empty()) return refuse("The full name is missing.  Type it.", "txtUserName");
-  if (IsOwn(user) && user.iDisabled != 0)
-    return refuse("You cannot disable your own account.", "chkDisabled");
-  if (IsOwn(user) && loaded_.sGroup == "Administrator" && user.sGroup != "Administrator")
-    return refuse("You cannot take the group Administrator from your own account.", "cboGroup");
-  return true;
+  const std::string own = IsOwn(user) ? user.OwnAccountProblem(loaded_) : "";
+  return own.empty() || refuse(own, user.iDisabled > loaded_.iDisabled ? "chkDisabled" : "cboGroup");
 }
 
 bool FrmEditUsers::Save() {

@@ -143,7 +143,13 @@ int Set(Office& office, const UserArguments& arguments) {
   std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
   if (!user) return Unknown(office, arguments.login);
   if (HasUnknownBank(office, *session, arguments)) return kRefused;
+  const clsSecurity before = *user;
   Take(arguments, *user);
+  const bool own = EqualsIgnoreCase(user->osLogin, session->Login());
+  if (const std::string problem = own ? user->OwnAccountProblem(before) : ""; !problem.empty()) {
+    office.Out().Fail(problem);
+    return kRefused;
+  }
   return Save(office, *session, *user);
 }
 

@@ -425,6 +425,11 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   const RunResult own = escrowctl.Run("--json --user Ann user delete ANN");
   EXPECT_EQ(own.status, 1);
   EXPECT_EQ(own.Json()["messages"][0]["text"], "You cannot delete your own account.");
+  escrowctl.Run("user set ANN --group Administrator");
+  for (const char* change : {"--disabled on", "--group User"}) {
+    EXPECT_EQ(escrowctl.Run("--user Ann user set ANN " + std::string(change)).status, 1) << change;
+    EXPECT_EQ(escrowctl.Run("--user Ann user set RUTH " + std::string(change)).status, 0) << change;
+  }
   EXPECT_EQ(escrowctl.Run("user delete RUTH").status, 0);
   const Json left = escrowctl.Run("--json user list").Json()["users"];
   ASSERT_EQ(left.size(), 1u);
