@@ -8,16 +8,22 @@ std::vector<CompanyProblem> VerifyJournal(const TableHome& home) {
   const auto add = [&](std::string text, Remedy remedy) {
     problems.push_back({std::string(kName), 0, std::move(text), std::move(remedy)});
   };
-  std::uint64_t waiting = 0;
-  switch (home.data.ExamineJournal(home.folder, &waiting)) {
+  const engine::JournalFindings journal = home.data.ExamineJournal(home.folder);
+  switch (journal.state) {
     case engine::JournalState::kNone:
     case engine::JournalState::kSettled:
       break;
     case engine::JournalState::kWaiting:
-      add(std::to_string(waiting) +
+      add(std::to_string(journal.waiting) +
               " finished units of work wait to be brought to the tables: their workstation stopped "
               "too early. The next program to open the company does it",
           FinishUnits());
+      break;
+    case engine::JournalState::kFileMissing:
+      add("finished units of work wait for " + journal.missing +
+              ", which is not in the folder: nobody can work until it is brought back from where it was "
+              "moved to. Mending gives those units up; then compare the last posts with paper",
+          SetJournalAside());
       break;
     case engine::JournalState::kForeign:
       add("is no journal, or its head is damaged: nobody can post until it is out of the way. It may "

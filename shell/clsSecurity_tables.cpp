@@ -41,7 +41,7 @@ class UserChange {
   }
 
  private:
-  static int Make(TableBase& table) { return table.MayMake() ? table.Create() : engine::kErrorOpen; }
+  static int Make(TableBase& table) { return table.MayMake() ? table.CreateMissing() : engine::kErrorOpen; }
 
   clsKVRData& data_;
   UsersTable users_;

@@ -96,7 +96,7 @@ class StartUpRun {
 
   StartUpResult OpenTable(TableBase& table) {
     if (!table.Exists()) {
-      if (!table.MayMake() || table.Create() != engine::kSuccess) return StartUpResult::kTablesRefused;
+      if (!table.MayMake() || table.CreateMissing() != engine::kSuccess) return StartUpResult::kTablesRefused;
       outcome_.made_tables.push_back(table.Name());
     }
     // Asked without a word first: a table held exclusively has a message of its own.

@@ -130,8 +130,11 @@ class clsKVRData {
   // True when the header's count fits the file; else says so and gives false. Always true while the check is
   // off.
   bool CheckDatabaseHeader(DataHandle data);
-  // Asks, then corrects the record count in the header. 0 when it did.
+  // Asks, then corrects the record count in the header. 0 when it did, or when the count fits after all.
   int FixDatabaseHeader(std::string_view name);
+  // Takes a table nobody has open out of the way: its data file gets the other path, its index goes, its memo
+  // file stays. 0 or a code, kErrorOpenRefused while somebody has it open.
+  int SetTableAside(std::string_view name, std::string_view kept);
   // The same correction without a question, for mending: 0, kErrorDataHeader, or kErrorOpenRefused while
   // somebody has the table open.
   int CorrectRecordCount(std::string_view name);
@@ -155,8 +158,8 @@ class clsKVRData {
   // Makes the index of a closed table anew, whatever state the old one is in; needs exclusive access.
   int RebuildIndex(std::string_view name, std::span<const TagLayout> tags,
                    const engine::Progress& progress = {});
-  // Looks at the journal of a folder without changing anything; `waiting` gets the units for kWaiting.
-  engine::JournalState ExamineJournal(std::string_view folder, std::uint64_t* waiting) const;
+  // Looks at the journal of a folder without changing anything.
+  engine::JournalFindings ExamineJournal(std::string_view folder) const;
   // Renames a journal that cannot be used. 0, or kErrorOpenRefused while anybody has the folder open.
   int SetJournalAside(std::string_view folder, std::string_view name);
   bool IsDatabaseOpen(DataHandle data) const { return Find(data) != nullptr; }
@@ -382,6 +385,7 @@ class clsKVRData {
 
   DataHandle OpenWithMessages(std::string_view name, std::string_view operation);
   DataHandle OpenOnce(std::string_view name);
+  bool CountFitsAtRest(std::string_view name);
   void ReportOpenFailure(std::string_view name, std::string_view operation, int code);
   std::string TableFile(std::string_view name) const;  // the ".dbf" in the platform's form
   std::string ShownName(std::string_view name) const;  // a table name as a person is shown it

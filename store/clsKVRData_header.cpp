@@ -9,7 +9,9 @@
 #include <optional>
 
 #include "store/clsKVRData.h"
+#include "store/engine/byte_order.h"
 #include "store/engine/file_swap.h"
+#include "store/engine/instance.h"
 
 namespace tallwick {
 
@@ -23,6 +25,7 @@ constexpr int kIndexFlag = 0x01;
 struct HeaderFacts {
   int header_length = 0;
   int record_length = 0;
+  std::uint32_t counted = 0;  // records by the header
   std::uint32_t records = 0;  // that the file's length holds
   std::int64_t lock_at = kIndexedHeaderLock;
 };
@@ -39,6 +42,7 @@ std::optional<HeaderFacts> ReadHeader(engine::File& file) {
   std::int64_t records = (size - facts.header_length) / facts.record_length;
   if (records > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   facts.records = static_cast<std::uint32_t>(records);
+  facts.counted = engine::Load32(&bytes[4]);
   if ((bytes[28] & kIndexFlag) == 0) facts.lock_at = kPlainHeaderLock;
   return facts;
 }
@@ -52,16 +56,27 @@ bool WriteCount(engine::File& file, std::uint32_t count) {
   return file.Flush() == engine::kSuccess;
 }
 
-// Writes the count that fits the file, while no other workstation can append. Nullopt when that cannot be.
-std::optional<HeaderFacts> Repair(engine::File& file) {
+// Writes the count that fits the file, while no other workstation has the table, nor another program appends.
+int Repair(engine::File& file, HeaderFacts* repaired) {
+  if (file.Lock(engine::kTablePresenceAt, 1, engine::LockKind::kExclusive) != engine::kSuccess)
+    return engine::kErrorOpenRefused;
   std::optional<HeaderFacts> facts = ReadHeader(file);
-  if (!facts || file.Lock(facts->lock_at, 1, engine::LockKind::kExclusive) != engine::kSuccess)
-    return std::nullopt;
-  std::int64_t locked_at = facts->lock_at;
+  if (!facts) return engine::kErrorDataHeader;
+  if (file.Lock(facts->lock_at, 1, engine::LockKind::kExclusive) != engine::kSuccess)
+    return engine::kErrorOpenRefused;
   facts = ReadHeader(file);  // an append may have come to its end meanwhile
-  if (facts && !WriteCount(file, facts->records)) facts.reset();
-  file.Unlock(locked_at, 1);
-  return facts;
+  if (!facts || !WriteCount(file, facts->records)) return engine::kErrorDataHeader;
+  *repaired = *facts;
+  return engine::kSuccess;
+}
+
+// The same in a folder at rest: what a dead workstation's unit left behind the last record has been cut off.
+int RepairAtRest(engine::Code4& code, const std::string& path, HeaderFacts* repaired) {
+  engine::QuietJournal quiet(code, engine::TableFolder(path));
+  if (const int rc = quiet.Begin(); rc != engine::kSuccess) return rc;
+  int rc = engine::kSuccess;
+  const auto file = code.setup.files.Open(path, engine::OpenMode::kReadWrite, &rc);
+  return file ? Repair(*file, repaired) : rc;
 }
 
 }  // namespace
@@ -98,26 +113,34 @@ bool clsKVRData::CheckRecordCount(DataHandle data) {
 }
 
 int clsKVRData::CorrectRecordCount(std::string_view name) {
+  HeaderFacts facts;
+  return Finish(RepairAtRest(*engine_, TableFile(name), &facts));
+}
+
+int clsKVRData::SetTableAside(std::string_view name, std::string_view kept) {
+  return Finish(engine::d4setAside(*engine_, TableFile(name), ports_.file_system.PlatformPath(kept)));
+}
+
+// What a long unit wrote behind the last record, before its workstation died, is cut off by the next writer
+// and never becomes records.
+bool clsKVRData::CountFitsAtRest(std::string_view name) {
+  engine::QuietJournal quiet(*engine_, engine::TableFolder(TableFile(name)));
+  if (quiet.Begin() != engine::kSuccess) return false;
   int code = engine::kSuccess;
-  const std::unique_ptr<engine::File> file =
-      ports_.files.Open(TableFile(name), engine::OpenMode::kReadWrite, &code);
-  if (!file) return Finish(code);
-  if (file->Lock(engine::kTablePresenceAt, 1, engine::LockKind::kExclusive) != engine::kSuccess)
-    return Finish(engine::kErrorOpenRefused);
-  return Finish(Repair(*file) ? engine::kSuccess : engine::kErrorDataHeader);
+  const auto file = ports_.files.Open(TableFile(name), engine::OpenMode::kReadOnly, &code);
+  const std::optional<HeaderFacts> facts = file ? ReadHeader(*file) : std::nullopt;
+  return facts && facts->counted == facts->records;
 }
 
 int clsKVRData::FixDatabaseHeader(std::string_view name) {
+  if (CountFitsAtRest(name)) return engine::kSuccess;
   std::string shown = ShownName(name);
   BoxAnswer answer = ports_.boxes.Show({BoxIcon::kCritical, "Corrupt Header",
                                         shown + " has a corrupt file header.  Attempt to correct?",
                                         BoxButtons::kOkCancel, BoxAnswer::kCancel});
   if (answer != BoxAnswer::kOk) return engine::kErrorDataHeader;
-  int code = engine::kSuccess;
-  std::unique_ptr<engine::File> file =
-      ports_.files.Open(TableFile(name), engine::OpenMode::kReadWrite, &code);
-  std::optional<HeaderFacts> facts = file ? Repair(*file) : std::nullopt;
-  if (!facts) {
+  HeaderFacts facts;
+  if (RepairAtRest(*engine_, TableFile(name), &facts) != engine::kSuccess) {
     ports_.boxes.Critical(
         "Corrupt Header",
         shown +
@@ -127,9 +150,9 @@ int clsKVRData::FixDatabaseHeader(std::string_view name) {
   }
   ports_.boxes.Inform("Corrected Header",
                       "File Header for " + shown +
-                          " has been revised...\rRecord Length: " + std::to_string(facts->record_length) +
-                          " Start Data: " + std::to_string(facts->header_length) +
-                          " Number Records: " + std::to_string(facts->records));
+                          " has been revised...\rRecord Length: " + std::to_string(facts.record_length) +
+                          " Start Data: " + std::to_string(facts.header_length) +
+                          " Number Records: " + std::to_string(facts.records));
   return engine::kSuccess;
 }
 

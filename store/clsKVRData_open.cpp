@@ -197,9 +197,9 @@ int clsKVRData::RebuildIndex(std::string_view name, std::span<const TagLayout> t
 
 // --- The journal of a folder ---
 
-engine::JournalState clsKVRData::ExamineJournal(std::string_view folder, std::uint64_t* waiting) const {
+engine::JournalFindings clsKVRData::ExamineJournal(std::string_view folder) const {
   const engine::EngineSetup setup{ports_.clock, ports_.workstation, ports_.file_system, ports_.files};
-  return engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).Examine(waiting);
+  return engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).Examine();
 }
 
 int clsKVRData::SetJournalAside(std::string_view folder, std::string_view name) {

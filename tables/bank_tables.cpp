@@ -20,7 +20,7 @@ void BankTables::Close() {
 
 int BankTables::CreateMissing(std::string_view bank_code) {
   for (TableBase* table : All()) {
-    int code = table->Exists(bank_code) ? engine::kSuccess : table->Create(bank_code);
+    int code = table->Exists(bank_code) ? engine::kSuccess : table->CreateMissing(bank_code);
     if (code != engine::kSuccess) return code;
   }
   return engine::kSuccess;

@@ -65,6 +65,13 @@ int TableBase::Create(std::string_view bank_code) {
   return UseBank(bank_code) ? CreateNamed() : engine::kErrorParameter;
 }
 
+int TableBase::CreateMissing(std::string_view bank_code) {
+  if (!UseBank(bank_code)) return engine::kErrorParameter;
+  const int code = MakeEmptyOrFind();
+  if (code != engine::kSuccess) ReportNotCreated(code);
+  return code;
+}
+
 int TableBase::CreateNamed() {
   int code = MakeEmpty();
   if (code != engine::kSuccess) ReportNotCreated(code);
@@ -72,17 +79,13 @@ int TableBase::CreateNamed() {
 }
 
 int TableBase::MakeEmpty() {
-  RemoveStrays();
   DataHandle made = home_.data.CreateDatabase(Path(), layout_.fields, layout_.tags);
   return made > 0 ? home_.data.CloseDatabase(made) : home_.data.LastErrorCode();
 }
 
-// The data file is made last, so an index or an empty memo file without it is left over from a creation cut
-// short.
-void TableBase::RemoveStrays() {
-  if (home_.files.FileExists(Path())) return;
-  home_.files.Remove(PathWith(".CDX"));
-  if (!HasTexts()) home_.files.Remove(PathWith(".FPT"));
+int TableBase::MakeEmptyOrFind() {
+  const int code = MakeEmpty();
+  return code == engine::kErrorExists ? static_cast<int>(engine::kSuccess) : code;
 }
 
 bool TableBase::HasTexts() const {
@@ -114,8 +117,7 @@ bool TableBase::MayMake() {
 int TableBase::MakeMissing() {
   if (!layout_.per_bank || home_.files.FileExists(Path())) return engine::kSuccess;
   if (!MayMake()) return engine::kErrorOpen;
-  int code = MakeEmpty();
-  if (code == engine::kErrorExists) return engine::kSuccess;  // another workstation was quicker
+  int code = MakeEmptyOrFind();
   if (code != engine::kSuccess) {
     ReportNotCreated(code);
   } else if (home_.made_on_open) {

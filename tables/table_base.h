@@ -48,6 +48,8 @@ class TableBase {
   bool Exists(std::string_view bank_code = {});
   // Makes the empty table; 0, or the engine's code after a message. Leaves it closed.
   int Create(std::string_view bank_code = {});
+  // The same for a table that is missing; nothing to tell where another workstation has just made it.
+  int CreateMissing(std::string_view bank_code = {});
   // True when nothing speaks for a missing table's having been lost, or the user wants an empty one all the
   // same.
   bool MayMake();
@@ -114,8 +116,8 @@ class TableBase {
   bool Reached(int code);
   bool UseBank(std::string_view bank_code);  // false after a message
   int MakeEmpty();                           // 0 or a code, without a message
+  int MakeEmptyOrFind();                     // 0 too where another workstation was quicker
   int MakeMissing();
-  void RemoveStrays();
   bool HasTexts() const;  // a memo file with texts is there
   void ReportNotCreated(int code);
   DataHandle Settle(DataHandle handle);

@@ -61,10 +61,14 @@ bool VoucherTable::OfferAfterDamagedHeader() {
   FileSystem& files = Home().files;
   std::string kept = PathWith(".BAD");
   for (int number = 2; files.FileExists(kept); ++number) kept = PathWith(".BAD" + std::to_string(number));
-  files.Remove(PathWith(".CDX"));
-  if (!files.Rename(Path(), kept)) return false;
+  if (const int code = Home().data.SetTableAside(Path(), kept); code != engine::kSuccess) {
+    Home().boxes.Critical("Corrupt File Header",
+                          Name() + " stays as it is: " + std::string(engine::error4text(code)) +
+                              ".  Have everybody leave the program, and try again.");
+    return false;
+  }
   if (CreateNamed() == engine::kSuccess) return true;
-  files.Rename(kept, Path());
+  if (!files.FileExists(Path())) files.Rename(kept, Path());
   return false;
 }
 

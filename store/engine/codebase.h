@@ -131,6 +131,9 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
                 std::span<const TagLayout> tag_layouts);
 int d4close(Data4* data);   // writes a changed record, releases the handle's locks
 int d4remove(Data4* data);  // closes and deletes the table's files; needs exclusive access
+// Gives a data file that nobody has open, whatever is wrong with it, another path, and removes its index.
+// kErrorOpenRefused while somebody has it open.
+int d4setAside(Code4& code, std::string_view path, const std::string& kept);
 // Removes deleted records and rebuilds index and memo file. `progress` (may be empty) is called with records
 // done and total; false stops it, and everything stays as it was. Needs exclusive access.
 using Progress = std::function<bool(std::uint32_t done, std::uint32_t total)>;

@@ -165,6 +165,14 @@ int KeepTexts(Code4& code, const std::string& path) {
   return code.setup.files.Rename(path, kept);
 }
 
+int RemoveStrays(Code4& code, const std::vector<std::string>& paths) {
+  for (const std::string& path : paths) {
+    if (!code.setup.files.Exists(path)) continue;
+    if (const int rc = code.setup.files.Remove(path); rc != kSuccess) return rc;
+  }
+  return kSuccess;
+}
+
 int EmptyMemo(Code4& code, const std::string& path, OpenMode mode) {
   int rc = kSuccess;
   const auto file = code.setup.files.Open(path, mode, &rc);
@@ -187,15 +195,28 @@ int EmptyData(Code4& code, const TableHeader& header, const std::string& path, O
 
 // --- A folder at rest ---
 
-int QuietJournal::Begin() {
+int QuietJournal::Begin(bool make_journal) {
   code_.JournalOf(folder_);
   journal_ = code_.journals[folder_];
   was_writing_ = journal_->IsWriting();
-  return code_.WriterLockFailed(journal_->Settle(), folder_);
+  int rc = make_journal ? journal_->BeginWriting() : static_cast<int>(kSuccess);
+  if (rc == kSuccess) rc = journal_->Settle();
+  return code_.WriterLockFailed(rc, folder_);
 }
 
 QuietJournal::~QuietJournal() {
   if (journal_ != nullptr && !was_writing_) journal_->EndWriting();
+}
+
+int FormatLocks::Take() {
+  int rc = table_.LockWhole(owner_, code_.lock_attempts);
+  if (rc == kSuccess) rc = table_.LockAppend(code_.lock_attempts);
+  return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
+}
+
+FormatLocks::~FormatLocks() {
+  if (!had_whole_) table_.UnlockAll(owner_);
+  table_.UnlockAppend();
 }
 
 // --- Operations ---
@@ -209,16 +230,19 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   if (rc == kSuccess) rc = MakeTags(tag_layouts, header.fields, &tags);
   const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
   const std::string memo = TableFile::SiblingPath(code.setup.paths, full, "FPT");
+  if (rc == kSuccess) rc = code.PassInto(TableFolder(full));
+  // Two workstations may want the table at once: the second must see what the first has made, and posted to
+  // since.
+  QuietJournal quiet(code, TableFolder(full));
+  if (rc == kSuccess) rc = quiet.BeginWithJournal();
   const bool exists = code.setup.files.Exists(full);
   if (rc == kSuccess && code.safety != 0 && exists) rc = kErrorExists;
-  if (rc == kSuccess) rc = code.PassInto(TableFolder(full));
-  QuietJournal quiet(code, TableFolder(full));
-  if (rc == kSuccess) rc = quiet.Begin();
-  // The data file comes last: without it there is no table, and what stands beside it is made anew the next
-  // time.
+  // The data file comes last: without it there is no table, and what stands beside it is left over from a
+  // creation that was cut short.
   const OpenMode mode = code.safety != 0 ? OpenMode::kCreateNew : OpenMode::kCreate;
   std::vector<std::string> made;
-  if (rc == kSuccess && header.has_memo && !exists) rc = KeepTexts(code, memo);
+  if (rc == kSuccess && !exists) rc = KeepTexts(code, memo);
+  if (rc == kSuccess && !exists) rc = RemoveStrays(code, {index, memo});
   if (rc == kSuccess && header.has_memo) {
     made.push_back(memo);
     rc = EmptyMemo(code, memo, OpenMode::kCreate);
@@ -233,7 +257,7 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   }
   if (rc == kSuccess) rc = code.setup.files.FlushFolder(TableFolder(full));
   if (rc != kSuccess) {
-    // A refusal because a file stands there must leave that file alone.
+    // A refusal because another program has just made the file must leave that file alone.
     for (const std::string& file : made) {
       if (rc != kErrorExists) code.setup.files.Remove(file);
     }
@@ -254,6 +278,8 @@ int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout
   std::unique_ptr<TableFile> table;
   if (rc == kSuccess) table = OpenAlone(code, full, &rc);
   if (!table) return code.Fail(rc);
+  FormatLocks locks(code, *table, table.get());
+  if (rc = locks.Take(); rc != kSuccess) return code.Fail(rc);
   TagList tags;
   rc = MakeTags(tag_layouts, table->Header().fields, &tags);
   if (rc == kSuccess) rc = BuildIndex(code, *table, tags, NewFileName(index), 1, progress);
@@ -290,6 +316,8 @@ int d4reindex(Data4& data, const Progress& progress) {
   if (table.Index() == nullptr) return kSuccess;
   QuietJournal quiet(code, table.Folder());
   int rc = quiet.Begin();
+  FormatLocks locks(code, table, &data);
+  if (rc == kSuccess) rc = locks.Take();
   const std::string fresh = NewFileName(table.IndexPath());
   if (rc == kSuccess) rc = BuildIndexLike(code, table, *table.Index(), fresh, progress);
   if (rc != kSuccess) {

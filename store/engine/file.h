@@ -65,6 +65,8 @@ class FileLayer {
   virtual int Rename(const std::string& from, const std::string& to) = 0;
   // Makes names made, renamed or removed in the folder survive a power cut.
   virtual int FlushFolder(const std::string& folder) = 0;
+  // Whether the folder lies on another machine, which may lose its power while this one runs on.
+  virtual bool IsRemote(const std::string&) { return false; }
 };
 
 // Opens a file for reading and writing, or, where it may not be written, for reading alone: then *read_only

@@ -2,15 +2,24 @@
 // process, and end when it is closed or its workstation dies.
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
+#include <iterator>
 
 #include "store/engine/file.h"
 
 namespace tallwick::engine {
 namespace {
+
+// The numbers by which Linux knows the file systems of other machines: NFS, SMB in three versions, AFS, Ceph,
+// Coda, 9P.
+constexpr std::uint32_t kRemoteSystems[] = {0x6969,     0x517B,     0xFF534D42, 0xFE534D42,
+                                            0x5346414F, 0x00C36400, 0x73757245, 0x01021997};
 
 int WriteError(int error) {
   return error == ENOSPC || error == EDQUOT ? kErrorDiskFull : kErrorWrite;
@@ -154,6 +163,13 @@ class PosixFileLayer final : public FileLayer {
     const bool done = ::fsync(fd) == 0 || errno == EINVAL || errno == ENOTSUP;
     ::close(fd);
     return done ? kSuccess : kErrorWrite;
+  }
+
+  bool IsRemote(const std::string& folder) override {
+    struct statfs status {};
+    if (::statfs(folder.empty() ? "." : folder.c_str(), &status) != 0) return false;
+    return std::find(std::begin(kRemoteSystems), std::end(kRemoteSystems),
+                     static_cast<std::uint32_t>(status.f_type)) != std::end(kRemoteSystems);
   }
 
  private:

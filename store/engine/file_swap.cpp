@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "store/engine/folder_gate.h"
+
 namespace tallwick::engine {
 namespace {
 
@@ -125,8 +127,13 @@ int FinishListed(FileLayer& files, const std::string& table) {
 
 }  // namespace
 
-int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std::string>& paths) {
-  const bool listed = files.Exists(ListName(table));
+bool IsSwapListed(FileLayer& files, const std::string& table) {
+  return files.Exists(ListName(table));
+}
+
+int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std::string>& paths,
+               bool alone) {
+  const bool listed = IsSwapListed(files, table);
   if (!listed && !HasNewFiles(files, paths)) return kSuccess;
   // Whoever swaps, or is about to, has the table for himself; while that is so, nothing here is ours.
   int rc = kSuccess;
@@ -144,7 +151,8 @@ int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std
   const bool busy = rc == kLocked || (rc == kSuccess && !data->IsStill(table));
   if (busy) return listed ? static_cast<int>(kErrorOpenRefused) : static_cast<int>(kSuccess);
   if (rc == kSuccess && files.Exists(ListName(table))) rc = FinishListed(files, table);
-  if (rc == kSuccess) RemoveNewFiles(files, paths);
+  // While somebody has the folder for himself they may be new files of his.
+  if (rc == kSuccess && (alone || !IsGateClosed(files, TableFolder(table)))) RemoveNewFiles(files, paths);
   return rc;
 }
 

@@ -27,9 +27,14 @@ std::string NewFileName(const std::string& path);
 // caller must not write on.
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths);
 
+// Whether a swap of the table's files is under way, or was cut short when its new files counted already.
+bool IsSwapListed(FileLayer& files, const std::string& table);
+
 // Finishes a swap that was cut short, and removes new files whose maker died before the list was whole.
 // `paths` are the table's files. Called before a table is opened; kErrorOpenRefused while whoever swaps is
 // still at it. New files beside a table that others have open stay for the next who finds it free.
-int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std::string>& paths);
+// `alone` says that the caller has the folder for himself; otherwise they may be of somebody who has.
+int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std::string>& paths,
+               bool alone = false);
 
 }  // namespace tallwick::engine

@@ -152,13 +152,24 @@ int LookAtGate(FileLayer& files, const std::string& folder, const std::string& p
     return rc == kSuccess && ReadList(*gate, &change) ? static_cast<int>(kErrorReadOnly) : rc;
   }
   rc = gate->Lock(0, 1, LockKind::kExclusive);
-  if (rc != kSuccess || !gate->IsStill(path)) return rc;
+  if (rc != kSuccess) return rc;
+  if (!gate->IsStill(path)) return kLocked;  // its owner has left; somebody else may have come
   rc = FinishList(files, folder, *gate);
   if (rc == kSuccess) files.Remove(path);  // one that stays is open to all
   return rc;
 }
 
 }  // namespace
+
+bool IsGateClosed(FileLayer& files, const std::string& folder) {
+  const std::string path = PathIn(folder, FolderGate::kFileName);
+  if (!files.Exists(path)) return false;
+  int rc = kSuccess;
+  const auto gate = files.Open(path, OpenMode::kReadOnly, &rc);
+  if (!gate) return false;
+  FolderChange change;
+  return gate->Lock(0, 1, LockKind::kShared) == kLocked || ReadList(*gate, &change);
+}
 
 int PassGate(FileLayer& files, Clock& clock, const std::string& folder) {
   const std::string path = PathIn(folder, FolderGate::kFileName);

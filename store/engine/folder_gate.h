@@ -51,6 +51,9 @@ class FolderGate {
   bool unfinished_ = false;
 };
 
+// Whether somebody is alone in the folder, or died when his list counted already. Changes nothing.
+bool IsGateClosed(FileLayer& files, const std::string& folder);
+
 // For everyone who opens a table of the folder: kErrorOpenRefused while somebody is alone in it. Finishes a
 // change that was cut short, and takes away a gate whose owner died.
 int PassGate(FileLayer& files, Clock& clock, const std::string& folder);

@@ -14,6 +14,8 @@ void std::default_delete<tallwick::engine::Code4>::operator()(tallwick::engine::
 namespace tallwick::engine {
 namespace {
 
+constexpr int kOpenTries = 10;
+
 Data4* AddHandle(Code4& code, TableFile& table) {
   code.handles.push_back(std::make_unique<Data4>(code, table));
   ++table.handles;
@@ -155,6 +157,31 @@ std::string code4lockUserId(Code4& code) {
 
 // --- Tables ---
 
+namespace {
+
+// Whoever replaces files sees by the presences whether anybody has a table open; so what was looked at before
+// this presence was known is looked at again.
+bool IsAtRest(Code4& code, const std::string& full) {
+  const std::string folder = TableFolder(full);
+  const bool alone = code.gate != nullptr && code.gate->Folder() == folder;
+  return !IsSwapListed(code.setup.files, full) && (alone || !IsGateClosed(code.setup.files, folder));
+}
+
+std::unique_ptr<TableFile> OpenAtRest(Code4& code, const std::string& full, bool exclusive, int* rc) {
+  for (int tries = 0; tries < kOpenTries; ++tries) {
+    *rc = code.PassInto(TableFolder(full));
+    if (*rc == kSuccess) *rc = code.JournalOf(TableFolder(full)).Recover();
+    if (*rc == kSuccess) *rc = FinishSwap(code.setup.files, full, FilesOf(code, full));
+    std::unique_ptr<TableFile> table;
+    if (*rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, rc);
+    if (!table || IsAtRest(code, full)) return table;
+  }
+  *rc = kErrorOpenRefused;
+  return nullptr;
+}
+
+}  // namespace
+
 Data4* d4open(Code4& code, std::string_view path) {
   const std::string full = TablePath(code, path);
   const bool exclusive = code.access_mode == 1;
@@ -163,11 +190,8 @@ Data4* d4open(Code4& code, std::string_view path) {
     code.Fail(kErrorOpenRefused);
     return nullptr;
   }
-  int rc = code.PassInto(TableFolder(full));
-  if (rc == kSuccess) rc = code.JournalOf(TableFolder(full)).Recover();
-  if (rc == kSuccess) rc = FinishSwap(code.setup.files, full, FilesOf(code, full));
-  std::unique_ptr<TableFile> table;
-  if (rc == kSuccess) table = TableFile::Open(code.setup, full, {exclusive, code.large, false}, &rc);
+  int rc = kSuccess;
+  std::unique_ptr<TableFile> table = OpenAtRest(code, full, exclusive, &rc);
   if (!table) {
     LeaveFolder(code, TableFolder(full));
     // A writer that holds the folder and does not come to an end.
@@ -217,6 +241,22 @@ int d4remove(Data4* data) {
   for (const std::string& file : files) {
     if (rc == kSuccess && !file.empty() && code.setup.files.Exists(file)) rc = code.setup.files.Remove(file);
   }
+  return code.Fail(rc);
+}
+
+int d4setAside(Code4& code, std::string_view path, const std::string& kept) {
+  const std::string full = TablePath(code, path);
+  const std::string index = TableFile::SiblingPath(code.setup.paths, full, "CDX");
+  FileLayer& files = code.setup.files;
+  QuietJournal quiet(code, TableFolder(full));
+  int rc = quiet.BeginWithJournal();
+  std::unique_ptr<File> data;
+  if (rc == kSuccess) data = files.Open(full, OpenMode::kReadWrite, &rc);
+  if (data) rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
+  if (rc == kLocked) rc = kErrorOpenRefused;
+  if (rc == kSuccess) rc = files.Rename(full, kept);
+  if (rc == kSuccess && files.Exists(index)) rc = files.Remove(index);
+  if (rc == kSuccess) rc = files.FlushFolder(TableFolder(full));
   return code.Fail(rc);
 }
 

@@ -198,21 +198,43 @@ class UnitScope {
 };
 
 // While it lives, the folder's journal is empty, its tables are flushed, and no workstation writes: for work
-// that replaces whole files, to which entries of the journal must never be applied. A folder without a
-// journal stays without.
+// that makes or replaces whole files, to which entries of the journal must never be applied. A folder
+// without a journal stays without, unless one is asked for: then nobody else makes or replaces files either.
 class QuietJournal {
  public:
   QuietJournal(Code4& code, std::string folder) : code_(code), folder_(std::move(folder)) {}
   ~QuietJournal();
   QuietJournal(const QuietJournal&) = delete;
   QuietJournal& operator=(const QuietJournal&) = delete;
-  int Begin();
+  int Begin() { return Begin(false); }
+  int BeginWithJournal() { return Begin(true); }
 
  private:
+  int Begin(bool make_journal);
+
   Code4& code_;
   std::string folder_;
   std::shared_ptr<Journal> journal_;
   bool was_writing_ = false;
+};
+
+// While it lives, programs that know nothing of the presence byte can lock neither a record of the table nor
+// append to it: for work that puts another file in its place.
+class FormatLocks {
+ public:
+  FormatLocks(Code4& code, TableFile& table, const void* owner)
+      : code_(code), table_(table), owner_(owner), had_whole_(table.Owns(owner, 0)) {}
+  ~FormatLocks();
+  FormatLocks(const FormatLocks&) = delete;
+  FormatLocks& operator=(const FormatLocks&) = delete;
+  // kErrorOpenRefused while one holds a lock.
+  int Take();
+
+ private:
+  Code4& code_;
+  TableFile& table_;
+  const void* owner_;
+  bool had_whole_;
 };
 
 // Shared steps (records.cpp, navigation.cpp, instance.cpp).

@@ -10,7 +10,6 @@ namespace tallwick::engine {
 namespace {
 
 constexpr std::size_t kBootBytes = 56;
-constexpr std::string_view kSeveralMachines = "-";
 // The file grows by this much at a time, in zeros, so that most flushes need not make a new length durable.
 constexpr std::int64_t kGrowth = std::int64_t{256} << 10;
 
@@ -50,31 +49,40 @@ int Journal::OpenOnce() {
     if (rc != kSuccess) file_.reset();
     return rc;
   }
-  // Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in.
-  rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
-  if (rc == kSuccess) rc = FinishAsOnly(MayHaveLostPower());
-  if (rc == kLocked) rc = kSuccess;
-  for (int tries = 0; rc == kSuccess; ++tries) {
-    rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
-    if (rc != kLocked || tries == kWriterTries) break;
-    setup_.clock.Sleep(kWriterWaitMs);
-    rc = kSuccess;
-  }
+  rc = ComeIn();
   if (rc != kSuccess) file_.reset();
   return rc;
 }
 
-bool Journal::MayHaveLostPower() {
-  std::array<char, kBootBytes> written{};
-  const std::string boot = setup_.workstation.BootId();
-  const auto got = file_->ReadAt(kBootAt, written.data(), written.size());
-  const std::string_view id(written.data(), strnlen(written.data(), written.size()));
-  return boot.empty() || got != static_cast<std::int64_t>(written.size()) || id != boot;
+// Whoever is alone finishes and empties what a crash or a power cut left, before anyone else may come in. And
+// nobody may take another, who is still at that and may die of it, for one who has the company at rest: so
+// only one at a time is between the doors, and whoever finds others inside knows that they came in well.
+int Journal::ComeIn() {
+  if (const int rc = WaitForLock(kDoorAt, kWriterWaitMs, kDoorTries); rc != kSuccess) return rc;
+  int rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+  if (rc == kSuccess) {
+    rc = FinishAsOnly(MayHaveLostPower());
+  } else if (rc == kLocked) {
+    rc = kSuccess;
+  }
+  if (rc == kSuccess) rc = file_->Lock(kPresenceAt, 1, LockKind::kShared);
+  file_->Unlock(kDoorAt, 1);
+  return rc;
 }
 
-int Journal::WriteBoot() {
-  std::array<char, kBootBytes> bytes{};
+std::string Journal::ReadBoot() {
+  std::array<char, kBootBytes> written{};
+  if (file_->ReadAt(kBootAt, written.data(), written.size()) != std::ssize(written)) return {};
+  return {written.data(), strnlen(written.data(), written.size())};
+}
+
+bool Journal::MayHaveLostPower() {
   const std::string boot = setup_.workstation.BootId();
+  return boot.empty() || ReadBoot() != boot || setup_.files.IsRemote(folder_);
+}
+
+int Journal::WriteBoot(std::string_view boot) {
+  std::array<char, kBootBytes> bytes{};
   std::memcpy(bytes.data(), boot.data(), std::min(boot.size(), bytes.size()));
   return file_->WriteAt(kBootAt, bytes.data(), bytes.size());
 }
@@ -118,15 +126,16 @@ Journal::~Journal() {
   if (writing_) EndWriting();
   // The last one to leave makes the tables durable and empties the journal. What fails is done by the next to
   // come.
-  if (!read_only_ && file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
+  if (read_only_ || WaitForLock(kDoorAt, kWriterWaitMs) != kSuccess) return;
+  if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
 }
 
 // --- Writing ---
 
-int Journal::WaitForLock(std::int64_t at, int wait_ms) {
+int Journal::WaitForLock(std::int64_t at, int wait_ms, int max_tries) {
   for (int tries = 0;; ++tries) {
     const int rc = file_->Lock(at, 1, LockKind::kExclusive);
-    if (rc != kLocked || tries == kWriterTries) return rc;
+    if (rc != kLocked || tries == max_tries) return rc;
     if (tries >= kEagerTries) setup_.clock.Sleep(wait_ms);
   }
 }
@@ -146,6 +155,8 @@ int Journal::BeginWriting() {
   if (writing_) return kSuccess;
   if (const int rc = OpenFile(); rc != kSuccess) return rc;
   if (read_only_) return kErrorReadOnly;
+  // Who took it away has made a second one possible, and writers who know nothing of each other.
+  if (!file_->IsStill(PathOf(kFileName))) return kErrorJournal;
   if (const int rc = TakeWriterLock(true); rc != kSuccess) return rc;
   Mark first{kHeaderBytes, 1};
   Mark applied = first;
@@ -153,10 +164,12 @@ int Journal::BeginWriting() {
   int rc = size_ < 0 ? static_cast<int>(kErrorJournal) : static_cast<int>(kSuccess);
   if (rc == kSuccess && !ReadMarks(&first, &applied)) {
     rc = IsBlank() ? WriteMarks(&first, applied) : static_cast<int>(kErrorJournal);
-    if (rc == kSuccess) rc = WriteBoot();
+    if (rc == kSuccess) rc = WriteBoot(setup_.workstation.BootId());
+    if (rc == kSuccess && size_ <= kHeaderBytes) empty_at_ = first.number;  // nothing older can come back
     size_ = std::max(size_, kHeaderBytes);
-  } else if (rc == kSuccess && MayHaveLostPower()) {
-    rc = file_->WriteAt(kBootAt, kSeveralMachines.data(), kSeveralMachines.size() + 1);
+  } else if (const std::string boot = ReadBoot();
+             rc == kSuccess && boot != kFlushFailed && boot != setup_.workstation.BootId()) {
+    rc = WriteBoot(kSeveralMachines);
   }
   if (rc == kSuccess) rc = Finish(first, applied, false);
   unapplied_ = false;
@@ -180,7 +193,8 @@ int Journal::Settle() {
   if (!file_ && !setup_.files.Exists(PathOf(kFileName))) return kSuccess;
   const bool was_writing = writing_;
   if (const int rc = BeginWriting(); rc != kSuccess) return rc;
-  const int rc = end_.position > kHeaderBytes ? Checkpoint() : static_cast<int>(kSuccess);
+  // An empty one may have been left by somebody who died before that was durable.
+  const int rc = end_.position > kHeaderBytes ? Checkpoint() : FlushEmpty();
   if (rc != kSuccess && !was_writing) EndWriting();
   return rc;
 }
@@ -196,6 +210,7 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
     for (const auto& extent : change.extents)
       if (rc == kSuccess) rc = change.open->Reserve(extent.offset, std::ssize(extent.bytes));
   }
+  if (rc == kSuccess) rc = FlushNames(changes);
   std::vector<std::uint8_t> entry;
   if (rc == kSuccess) entry = BuildEntry(end_.number, entry_changes);
   if (std::ssize(entry) > kMaxPayload) rc = kErrorTooLarge;
@@ -212,9 +227,28 @@ int Journal::Commit(const std::vector<JournalFileChange>& changes) {
   return kSuccess;
 }
 
+int Journal::FlushNames(const std::vector<JournalFileChange>& changes) {
+  const bool known = std::all_of(changes.begin(), changes.end(),
+                                 [this](const auto& change) { return named_.contains(change.name); });
+  if (known) return kSuccess;
+  if (const int rc = setup_.files.FlushFolder(folder_); rc != kSuccess) return rc;
+  for (const auto& change : changes) named_.insert(change.name);
+  return kSuccess;
+}
+
+int Journal::FlushEmpty() {
+  if (empty_at_ == end_.number) return kSuccess;
+  int rc = WriteMarks(&end_, end_);
+  if (rc == kSuccess) rc = file_->Flush();
+  if (rc == kSuccess) empty_at_ = end_.number;
+  return rc;
+}
+
 int Journal::Append(const std::vector<std::uint8_t>& entry) {
   const Mark next{end_.position + std::ssize(entry), end_.number + 1};
-  int rc = GrowTo(next.position);
+  // The entries of before must be gone for good when the first of them is written over.
+  int rc = end_.position == kHeaderBytes ? FlushEmpty() : static_cast<int>(kSuccess);
+  if (rc == kSuccess) rc = GrowTo(next.position);
   if (rc == kSuccess) rc = file_->WriteAt(end_.position, entry.data(), entry.size());
   if (rc == kSuccess) rc = file_->Flush();
   if (rc == kSuccess) {

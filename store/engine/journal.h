@@ -4,8 +4,9 @@
 //   header   96 bytes: 0 "TWKJRNL1", 8 (8 bytes) where the entries end that were applied to the tables,
 //            16 (8) the number that an entry there would have, 24 (8) the number of the first entry, behind
 //            the header, 32 (56) the boot id of the machine that wrote all entries, NUL padded ("-": several
-//            did), 88 (8) the number with which the unit begins whose bytes were last begun to be brought to
-//            the tables: while it is that of 16, the tables are between two states
+//            did; "!": a table could not be flushed), 88 (8) the number with which the unit begins whose
+//            bytes were last begun to be brought to the tables: while it is that of 16, the tables are
+//            between two states
 //   entry    0 "TWKE", 4 (8) payload length, 12 (8) number of the entry, 20 (8) FNV-1a checksum of number and
 //            payload, 28 the payload: 2 count of files, and for each: 2 length of the name, the name (within
 //            the folder), 4 count of extents, and for each: 8 offset in the file, 4 length, the bytes
@@ -19,7 +20,9 @@
 // whatever comes), applied (its bytes are in the tables, perhaps not flushed), dropped (the tables are
 // flushed, the journal emptied). Entries are new bytes for places in files, so applying one again, in order
 // from the oldest, does no harm, unless another program has changed the tables since: applied entries are
-// applied again only when the power may have gone.
+// applied again only when the power may have gone, or when a table could not be flushed: a system may take
+// bytes whose flush has failed for flushed the next time, so only writing them again makes the next flush
+// mean anything.
 //
 // A large unit writes what lies behind the ends of its files to the files themselves, while it still runs, so
 // that megabytes need not be written twice nor kept in memory: first a note of the lengths is flushed, then
@@ -31,12 +34,13 @@
 // Locks in the journal file: byte 0x7FFFFFF0 is the writer's (exclusive from the first change of a unit to
 // its end: one writer at a time in a folder); byte 0x7FFFFFF1 is held shared by everyone who has the journal
 // open, so that whoever gets it exclusively knows to be alone; byte 0x7FFFFFF2 is held by the one who is next
-// to write.
+// to write; byte 0x7FFFFFF3 is the door: held exclusively by whoever comes in or leaves.
 #pragma once
 
 #include <cstdint>
 #include <memory>
 #include <optional>
+#include <set>
 #include <span>
 #include <string>
 #include <vector>
@@ -84,8 +88,8 @@ class Journal {
   std::optional<std::int64_t> AheadOf(std::string_view name) const;
   // Undoes what was written ahead in a unit that will not be committed. To be called under its locks.
   void Abandon();
-  // As BeginWriting, and with every entry applied, the tables flushed and the journal empty. A folder without
-  // a journal stays without: then nobody is kept from writing.
+  // As BeginWriting, and with every entry applied, the tables flushed, and the journal empty for good. A
+  // folder without a journal stays without: then nobody is kept from writing.
   int Settle();
   bool IsWriting() const { return writing_; }
   // One flush: afterwards the changes are durable and the result is kSuccess, whatever happens then. Then
@@ -96,10 +100,11 @@ class Journal {
   // them.
   bool HasUnapplied() const { return unapplied_; }
 
-  // Looks without changing anything. `waiting` gets the number of units for kWaiting.
-  JournalState Examine(std::uint64_t* waiting);
-  // Takes a foreign or damaged journal out of the way under another name in the folder, after bringing to the
-  // tables what waits in it whole. kErrorOpenRefused while another workstation has it open.
+  // Looks without changing anything.
+  JournalFindings Examine();
+  // Takes a journal that cannot be used out of the way under another name in the folder, after bringing to
+  // the tables what waits in it whole, but for files that are gone. kErrorOpenRefused while another
+  // workstation has it open.
   int SetAside(std::string_view name);
 
   // True when the journal was found to be one that may only be read.
@@ -120,6 +125,8 @@ class Journal {
   };
 
   static constexpr std::string_view kMagic = "TWKJRNL1";
+  static constexpr std::string_view kSeveralMachines = "-";
+  static constexpr std::string_view kFlushFailed = "!";
   static constexpr std::int64_t kHeaderBytes = 96;
   static constexpr std::int64_t kBootAt = 32;
   static constexpr std::int64_t kBegunAt = 88;
@@ -128,8 +135,11 @@ class Journal {
   static constexpr std::int64_t kWriterAt = 0x7FFFFFF0;
   static constexpr std::int64_t kPresenceAt = 0x7FFFFFF1;
   static constexpr std::int64_t kNextWriterAt = 0x7FFFFFF2;
+  static constexpr std::int64_t kDoorAt = 0x7FFFFFF3;
   // Posts last milliseconds; a writer or reader that waits longer than this gives up.
   static constexpr int kWriterTries = 2000;
+  // Whoever comes in first after a power cut may have megabytes to write and flush.
+  static constexpr int kDoorTries = 30000;
   static constexpr int kOpenTries = 10;
   static constexpr int kWriterWaitMs = 2;
   // Most units are brought to the tables within microseconds, so whoever waits for one looks this often
@@ -141,14 +151,22 @@ class Journal {
   // A journal that may only be read: kErrorReadOnly while units wait in it that no live writer will apply.
   int RecoverReadOnly();
   int TakeWriterLock(bool wait);
-  int WaitForLock(std::int64_t at, int wait_ms);
+  int WaitForLock(std::int64_t at, int wait_ms, int max_tries = kWriterTries);
+  // Makes this workstation's presence known, after finishing what was left behind when nobody else is there.
+  int ComeIn();
+  std::string ReadBoot();
+  // Whether a table's flush has failed since the journal was last emptied.
+  bool FlushHasFailed() { return ReadBoot() == kFlushFailed; }
+  int WriteBoot(std::string_view boot);
   // Finishes what stands in the journal and empties it, for someone who is alone. With `all` the applied
   // entries too.
   int FinishAsOnly(bool all);
   // False when the machine has run on since every entry was written, so that nothing applied can have been
-  // lost.
+  // lost. Of a file server nobody here knows whether it has.
   bool MayHaveLostPower();
-  int WriteBoot();
+  // Makes the names of files durable that this workstation has not committed to before: whoever made them
+  // may have died, or failed, before he could.
+  int FlushNames(const std::vector<JournalFileChange>& changes);
   // Says to readers that the unit which begins with this number goes to the tables now.
   int WriteBegun(std::uint64_t unit);
   // The number of the next entry to apply, 0 in an empty journal; *under_way says that it has begun.
@@ -163,9 +181,17 @@ class Journal {
   // mark.
   bool CompleteMark(const Mark& first, Mark* applied);
   int ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit);
-  // An index with its lock. Null and kSuccess for a file that is gone.
+  // Writes all entries from a mark to the end to the tables once more; for readers they are one unit.
+  int WriteAgain(Mark from);
+  // An index with its lock. A missing index is null and kSuccess, since it can be built anew; a missing table
+  // or memo file is kErrorJournal, since a unit that stands would be lost, but when SetAside gives it up.
   int OpenToApply(const std::string& name, std::unique_ptr<File>* file);
+  // The files that entries name, from a mark to the end or the first break.
+  std::set<std::string> NamesFrom(Mark* mark);
+  int FlushFiles(const std::set<std::string>& names);
   int Apply(const std::vector<JournalFileChange>& changes);
+  // Makes it durable that the journal is empty, where this workstation has not done so.
+  int FlushEmpty();
   // Writes and flushes an entry at the end; when that fails nobody finds it.
   int Append(const std::vector<std::uint8_t>& entry);
   // The parts of the changes behind what their files hold for good, and in *rest all the others.
@@ -190,7 +216,9 @@ class Journal {
   bool ReadEntry(Mark* mark, Entry* entry);
   // True where nothing was ever written: whoever made the file died before its head was there.
   bool IsBlank();
-  JournalState ExamineOpen(std::uint64_t* waiting);
+  JournalFindings ExamineOpen();
+  // Counts the units that stand whole from a mark on, and looks for their files.
+  JournalFindings LookAtWaiting(Mark mark);
   // True when whole entries lead from one mark to the other.
   bool IsWhole(Mark from, const Mark& to);
   bool HasEntryAt(const Mark& mark);
@@ -213,8 +241,11 @@ class Journal {
   bool writing_ = false;
   bool unapplied_ = false;
   bool in_doubt_ = false;  // an entry that was refused may be found after a power cut
+  bool gives_up_ = false;  // units of files that are gone
   bool read_only_ = false;
-  std::uint64_t quiet_at_ = 0;  // the next entry's number when WasQuiet last looked
+  std::uint64_t quiet_at_ = 0;   // the next entry's number when WasQuiet last looked
+  std::uint64_t empty_at_ = 0;   // the first number of the empty journal that this workstation has flushed
+  std::set<std::string> named_;  // files whose names are durable
 };
 
 }  // namespace tallwick::engine

@@ -18,10 +18,6 @@ constexpr std::int64_t kAppendLocks[] = {0x7FFFFFFE, 0x40000000};
 constexpr int kLockTries = 1000;
 constexpr int kLockWaitMs = 2;
 
-bool IsTableName(std::string_view name) {
-  return name.size() > 4 && EqualsIgnoreCase(name.substr(name.size() - 4), ".dbf");
-}
-
 // A program that knows nothing of the journal may just be appending.
 int LockAppends(File& file, Clock& clock) {
   for (const std::int64_t at : kAppendLocks) {

@@ -3,24 +3,25 @@
 
 namespace tallwick::engine {
 
-JournalState Journal::Examine(std::uint64_t* waiting) {
-  *waiting = 0;
-  if (!setup_.files.Exists(PathOf(kFileName))) return JournalState::kNone;
+JournalFindings Journal::Examine() {
+  if (!setup_.files.Exists(PathOf(kFileName))) return {};
   const bool borrowed = !file_;
   int rc = kSuccess;
   if (borrowed) file_ = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kReadWrite, &read_only_, &rc);
-  const JournalState state = file_ ? ExamineOpen(waiting) : JournalState::kUnreadable;
+  JournalFindings findings{JournalState::kUnreadable, 0, {}};
+  if (file_) findings = ExamineOpen();
   if (borrowed) file_.reset();
-  return state;
+  return findings;
 }
 
-JournalState Journal::ExamineOpen(std::uint64_t* waiting) {
+JournalFindings Journal::ExamineOpen() {
   Mark mark;
   Mark applied;
-  if (!ReadMarks(&mark, &applied)) return IsBlank() ? JournalState::kSettled : JournalState::kForeign;
+  if (!ReadMarks(&mark, &applied))
+    return {IsBlank() ? JournalState::kSettled : JournalState::kForeign, 0, {}};
   // A writer at work is about to do what waits.
   const int rc = writing_ ? static_cast<int>(kSuccess) : TakeWriterLock(false);
-  if (rc != kSuccess) return rc == kLocked ? JournalState::kSettled : JournalState::kUnreadable;
+  if (rc != kSuccess) return {rc == kLocked ? JournalState::kSettled : JournalState::kUnreadable, 0, {}};
   Entry entry;
   bool whole = ReadMarks(&mark, &applied);
   bool under_way = false;
@@ -28,10 +29,28 @@ JournalState Journal::ExamineOpen(std::uint64_t* waiting) {
   if (whole && under_way && !HasUnitAt(applied)) whole = CompleteMark(mark, &applied);
   while (whole && mark.number < applied.number) whole = ReadEntry(&mark, &entry);
   whole = whole && mark.number == applied.number && mark.position == applied.position;
-  while (whole && ReadEntry(&applied, &entry)) *waiting += entry.is_note ? 0 : 1;
+  const JournalFindings findings =
+      whole ? LookAtWaiting(applied) : JournalFindings{JournalState::kDamaged, 0, {}};
   if (!writing_) file_->Unlock(kWriterAt, 1);
-  if (!whole) return JournalState::kDamaged;
-  return *waiting > 0 ? JournalState::kWaiting : JournalState::kSettled;
+  return findings;
+}
+
+JournalFindings Journal::LookAtWaiting(Mark mark) {
+  JournalFindings findings{JournalState::kSettled, 0, {}};
+  Entry entry;
+  while (ReadEntry(&mark, &entry)) {
+    if (entry.is_note) continue;
+    ++findings.waiting;
+    std::vector<JournalFileChange> changes;
+    if (!ParseEntry(entry.payload, &changes)) return {JournalState::kDamaged, 0, {}};
+    for (const auto& change : changes) {
+      if (!IsIndexName(change.name) && !setup_.files.Exists(PathOf(change.name)))
+        findings.missing = change.name;
+    }
+  }
+  if (findings.waiting > 0) findings.state = JournalState::kWaiting;
+  if (!findings.missing.empty()) findings.state = JournalState::kFileMissing;
+  return findings;
 }
 
 int Journal::SetAside(std::string_view name) {
@@ -39,12 +58,20 @@ int Journal::SetAside(std::string_view name) {
   int rc = kSuccess;
   file_ = setup_.files.Open(PathOf(kFileName), OpenMode::kReadWrite, &rc);
   if (!file_) return rc;
-  rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+  rc = WaitForLock(kDoorAt, kWriterWaitMs);
+  if (rc == kSuccess) rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
   Mark first;
   Mark applied;
   // Entries before the mark must not be done again: those behind the damage, which are newer, would be
   // missing.
-  if (rc == kSuccess && ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  gives_up_ = true;
+  if (rc == kSuccess && ReadMarks(&first, &applied)) {
+    std::set<std::string> names = NamesFrom(&first);
+    Mark waiting = applied;
+    names.merge(NamesFrom(&waiting));
+    rc = ApplyFrom(applied);
+    if (rc == kSuccess) rc = FlushFiles(names);
+  }
   if (rc == kSuccess) rc = setup_.files.Rename(PathOf(kFileName), PathOf(name));
   if (rc == kSuccess) rc = setup_.files.FlushFolder(folder_);
   file_.reset();

@@ -4,6 +4,7 @@
 #include <cstring>
 #include <string_view>
 
+#include "core/text.h"
 #include "store/engine/byte_order.h"
 
 namespace tallwick::engine {
@@ -95,7 +96,19 @@ bool TakeName(PayloadReader& reader, std::string* name) {
   return IsPlainName(*name);
 }
 
+bool EndsIn(std::string_view name, std::string_view extension) {
+  return name.size() > extension.size() &&
+         EqualsIgnoreCase(name.substr(name.size() - extension.size()), extension);
+}
+
 }  // namespace
+
+bool IsIndexName(std::string_view name) {
+  return EndsIn(name, ".cdx");
+}
+bool IsTableName(std::string_view name) {
+  return EndsIn(name, ".dbf");
+}
 
 bool JournalHead::Parse(std::span<const std::uint8_t, kEntryHead> bytes) {
   const std::string_view magic(reinterpret_cast<const char*>(bytes.data()), kEntryMagic.size());

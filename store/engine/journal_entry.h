@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "store/engine/file.h"
@@ -29,6 +30,10 @@ struct JournalLength {
   std::int64_t length = 0;
   std::array<std::uint8_t, 16> start{};
 };
+
+// What a file of an entry or note is, by its name.
+bool IsIndexName(std::string_view name);
+bool IsTableName(std::string_view name);
 
 inline constexpr std::int64_t kEntryHead = 28;
 

@@ -2,7 +2,7 @@
 // that a writer left behind.
 #include <algorithm>
 #include <array>
-#include <set>
+#include <map>
 
 #include "store/engine/byte_order.h"
 #include "store/engine/index_file.h"
@@ -11,9 +11,12 @@
 namespace tallwick::engine {
 namespace {
 
-bool IsIndexName(std::string_view name) {
-  return name.size() > 4 &&
-         (name.substr(name.size() - 4) == ".cdx" || name.substr(name.size() - 4) == ".CDX");
+int WriteExtents(File& file, const std::vector<JournalExtent>& extents) {
+  for (const JournalExtent& extent : extents) {
+    const int rc = file.WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
+    if (rc != kSuccess) return rc;
+  }
+  return kSuccess;
 }
 
 }  // namespace
@@ -194,7 +197,11 @@ bool Journal::CompleteMark(const Mark& first, Mark* applied) {
 int Journal::Finish(const Mark& first, Mark applied, bool all) {
   bool under_way = false;
   ReadProgress(&under_way);
-  if (under_way && !HasUnitAt(applied) && !CompleteMark(first, &applied)) return kErrorJournal;
+  if (under_way && !HasUnitAt(applied) && !CompleteMark(first, &applied)) {
+    if (!FlushHasFailed()) return kErrorJournal;
+    end_ = applied;  // somebody died in the middle of writing all entries again
+    return WriteAgain(first);
+  }
   const int rc = ApplyFrom(all ? first : applied);
   return rc == kSuccess && under_way ? WriteMarks(nullptr, end_) : rc;
 }
@@ -202,8 +209,8 @@ int Journal::Finish(const Mark& first, Mark applied, bool all) {
 int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
   int rc = kSuccess;
   *file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
-  // A table that was deleted since needs nothing any more.
-  if (!*file) return setup_.files.Exists(PathOf(name)) ? rc : static_cast<int>(kSuccess);
+  if (!*file && setup_.files.Exists(PathOf(name))) return rc;
+  if (!*file) return IsIndexName(name) || gives_up_ ? kSuccess : kErrorJournal;
   for (int tries = 0; IsIndexName(name); ++tries) {
     rc = (*file)->Lock(kIndexLockAt, 1, LockKind::kExclusive);
     if (rc != kLocked || tries == kWriterTries) return rc;
@@ -222,45 +229,81 @@ int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t uni
   // Only with every index lock in hand: a reader that holds one waits for a unit that has begun.
   if (rc == kSuccess) rc = WriteBegun(unit);
   for (std::size_t i = 0; i < changes.size(); ++i) {
-    if (!files[i]) continue;
-    for (const auto& extent : changes[i].extents)
-      if (rc == kSuccess) rc = files[i]->WriteAt(extent.offset, extent.bytes.data(), extent.bytes.size());
+    if (rc == kSuccess && files[i]) rc = WriteExtents(*files[i], changes[i].extents);
   }
   return rc;
 }
 
-int Journal::Checkpoint() {
+int Journal::WriteAgain(Mark from) {
+  std::vector<std::vector<std::uint8_t>> payloads;
+  Entry entry;
+  while (from.number < end_.number && ReadEntry(&from, &entry)) {
+    if (!entry.is_note) payloads.push_back(std::move(entry.payload));
+  }
+  if (from.number != end_.number) return kErrorJournal;
+  std::vector<std::vector<JournalFileChange>> units(payloads.size());
+  std::map<std::string, std::unique_ptr<File>> files;
+  int rc = kSuccess;
+  for (std::size_t i = 0; i < payloads.size() && rc == kSuccess; ++i) {
+    if (!ParseEntry(payloads[i], &units[i])) return kErrorJournal;
+    for (const auto& change : units[i])
+      if (rc == kSuccess && !files[change.name]) rc = OpenToApply(change.name, &files[change.name]);
+  }
+  // Records and keys go back to what they were for a moment: nobody may read them until all are through.
+  if (rc == kSuccess) rc = WriteBegun(end_.number);
+  for (const auto& unit : units) {
+    for (const auto& change : unit) {
+      if (rc == kSuccess && files[change.name]) rc = WriteExtents(*files[change.name], change.extents);
+    }
+  }
+  return rc == kSuccess ? WriteBegun(0) : rc;
+}
+
+std::set<std::string> Journal::NamesFrom(Mark* mark) {
   std::set<std::string> names;
   Entry entry;
+  while (ReadEntry(mark, &entry)) {
+    std::vector<JournalFileChange> changes;
+    // The files that a note names are in the entry behind it.
+    if (entry.is_note || !ParseEntry(entry.payload, &changes)) continue;
+    for (const auto& change : changes) names.insert(change.name);
+  }
+  return names;
+}
+
+int Journal::FlushFiles(const std::set<std::string>& names) {
+  for (const std::string& name : names) {
+    int rc = kSuccess;
+    const auto file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
+    if (!file && !setup_.files.Exists(PathOf(name))) continue;
+    if (file) rc = file->Flush();
+    // The system may say that these bytes are on the disk the next time it is asked, when they are nowhere.
+    if (file && rc != kSuccess) WriteBoot(kFlushFailed);
+    if (rc != kSuccess) return rc;
+  }
+  return kSuccess;
+}
+
+int Journal::Checkpoint() {
   Mark mark;
   Mark applied;
   if (!ReadMarks(&mark, &applied)) return kErrorJournal;
   if (const int rc = ApplyFrom(applied); rc != kSuccess) return rc;
-  while (ReadEntry(&mark, &entry)) {
-    if (entry.is_note) continue;  // the files it names are in the entry behind it
-    std::vector<JournalFileChange> changes;
-    if (!ParseEntry(entry.payload, &changes)) return kErrorJournal;
-    for (const auto& change : changes) names.insert(change.name);
-  }
-  for (const std::string& name : names) {
-    int rc = kSuccess;
-    const auto file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
-    if (!file) {
-      if (!setup_.files.Exists(PathOf(name))) continue;
-      return rc;
-    }
-    if (rc = file->Flush(); rc != kSuccess) return rc;
-  }
+  const bool again = FlushHasFailed();
+  int rc = again ? WriteAgain(mark) : static_cast<int>(kSuccess);
+  if (rc == kSuccess) rc = FlushFiles(NamesFrom(&mark));
+  if (rc != kSuccess) return rc;
   // What a break hides was perhaps never flushed: the journal is kept for whoever mends it.
   if (mark.number < end_.number) return kErrorJournal;
+  if (again) rc = WriteBoot(kSeveralMachines);
   // The numbers go on, so entries of before can never be taken for new ones.
   end_ = Mark{kHeaderBytes, mark.number};
-  if (const int rc = WriteMarks(&end_, end_); rc != kSuccess) return rc;
-  if (file_->Size() > 2 * kCheckpointAt) {
-    if (const int rc = file_->Truncate(kCheckpointAt); rc != kSuccess) return rc;
-    size_ = kCheckpointAt;
+  if (rc == kSuccess) rc = FlushEmpty();
+  if (rc == kSuccess && file_->Size() > 2 * kCheckpointAt) {
+    rc = file_->Truncate(kCheckpointAt);
+    if (rc == kSuccess) size_ = kCheckpointAt;
   }
-  return file_->Flush();
+  return rc;
 }
 
 }  // namespace tallwick::engine

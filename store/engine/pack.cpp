@@ -133,6 +133,8 @@ int d4pack(Data4& data, const Progress& progress) {
   if (const int rc = WriteChanges(data); rc != kSuccess) return rc;
   QuietJournal quiet(code, table.Folder());
   int rc = quiet.Begin();
+  FormatLocks locks(code, table, &data);
+  if (rc == kSuccess) rc = locks.Take();
   std::vector<std::string> paths = {table.Path()};
   if (table.Index() != nullptr) paths.push_back(table.IndexPath());
   if (table.Memo() != nullptr) paths.push_back(table.MemoPath());

@@ -8,6 +8,11 @@
 namespace tallwick::engine {
 namespace {
 
+// Programs that know nothing of the presence byte show that they are at work by the format's own locks, which
+// lie between these two places, with and without an index.
+constexpr std::int64_t kFirstFormatLock = 0x40000000;
+constexpr std::int64_t kLastFormatLock = 0x7FFFFFFE;
+
 // A table in use by anyone, this instance included, has its presence byte taken. Asked of the file itself, so
 // that a damaged table can be answered for as well.
 int ProveFree(FileLayer& files, const std::string& table) {
@@ -15,6 +20,8 @@ int ProveFree(FileLayer& files, const std::string& table) {
   const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
   if (!data) return files.Exists(table) ? rc : static_cast<int>(kSuccess);
   rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
+  if (rc == kSuccess)
+    rc = data->Lock(kFirstFormatLock, kLastFormatLock - kFirstFormatLock + 1, LockKind::kExclusive);
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
 }
 
@@ -53,7 +60,7 @@ int code4takeFolder(Code4& code, const std::string& folder, const std::vector<st
   auto note = std::make_unique<LockNotes>(code.setup, folder + "/" + std::string(FolderGate::kFileName));
   if (rc == kSuccess) note->Note(0);
   for (const std::string& table : tables) {
-    if (rc == kSuccess) rc = FinishSwap(code.setup.files, table, FilesOf(code, table));
+    if (rc == kSuccess) rc = FinishSwap(code.setup.files, table, FilesOf(code, table), true);
     if (rc == kSuccess) rc = ProveFree(code.setup.files, table);
   }
   if (rc != kSuccess) return code.Fail(rc);

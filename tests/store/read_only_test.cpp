@@ -58,7 +58,7 @@ TEST_F(ReadOnlyFolder, IsNotOpenedWhileUnitsWait) {
     ASSERT_TRUE(company.Open());
     code4unitBegin(*company.code);
     ASSERT_EQ(company.AddCheck("   500", "24-5"), kSuccess);
-    disk_.Plan(Fault::kDie, 3);  // the entry is flushed, the tables are not written
+    disk_.Plan(Fault::kDie, 4);  // the entry is flushed, the tables are not written
     code4unitCommit(*company.code);
   }
   disk_.Restart(false);

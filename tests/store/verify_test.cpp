@@ -128,8 +128,8 @@ TEST(JournalExamination, TellsTheStatesApart) {
   const std::string path = "/data/" + std::string(kJournalFileName);
   MemoryFiles disk;
   EnginePorts ports;
-  std::uint64_t waiting = 0;
-  const auto state = [&] { return Journal(ports.Over(disk), "/data").Examine(&waiting); };
+  const auto look = [&] { return Journal(ports.Over(disk), "/data").Examine(); };
+  const auto state = [&] { return look().state; };
   EXPECT_EQ(state(), JournalState::kNone);
   std::string before;
   std::string after;
@@ -148,7 +148,7 @@ TEST(JournalExamination, TellsTheStatesApart) {
   waits.replace(8, 16, before.substr(8, 16));  // as if the last two units had not been marked
   disk.Put(path, waits);
   EXPECT_EQ(state(), JournalState::kWaiting);
-  EXPECT_EQ(waiting, 2U);
+  EXPECT_EQ(look().waiting, 2U);
 
   // A unit that was begun to be applied, and whose entry is gone.
   std::string lost = waits;

@@ -6,12 +6,14 @@
 // A fault can be planned for the n-th change (write, truncate, flush, create, rename, remove, folder flush).
 // After a death the disk is looked at again by Restart: as a process death leaves it (everything written
 // stands) or as a power cut does (only what was flushed stands, names only where their folder was flushed).
+// What a flush that failed should have made durable is lost for later flushes too, as it is on Linux.
 #pragma once
 
 #include <algorithm>
 #include <cstring>
 #include <map>
 #include <memory>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -52,14 +54,17 @@ class MemoryFiles : public engine::FileLayer {
     dead_ = false;
     if (!power_cut) return;
     nodes_ = durable_names_;
-    for (auto& [path, node] : nodes_) node->bytes = node->durable;
+    for (auto& [path, node] : nodes_) {
+      node->bytes = node->durable;
+      node->dirty.clear();
+    }
   }
 
   // A disk of its own with the same files.
   std::unique_ptr<MemoryFiles> Clone() const {
     auto copy = std::make_unique<MemoryFiles>(capacity_);
     for (const auto& [path, node] : nodes_)
-      copy->nodes_[path] = std::make_shared<Node>(Node{node->bytes, node->bytes, {}});
+      copy->nodes_[path] = std::make_shared<Node>(Node{node->bytes, node->bytes, {}, {}});
     copy->durable_names_ = copy->nodes_;
     return copy;
   }
@@ -83,7 +88,10 @@ class MemoryFiles : public engine::FileLayer {
     if (code != nullptr) *code = result;
     if (result != engine::kSuccess) return nullptr;
     if (!exists) found = nodes_.emplace(path, std::make_shared<Node>()).first;
-    if (mode == OpenMode::kCreate) found->second->bytes.clear();
+    if (mode == OpenMode::kCreate) {
+      found->second->Touch(0, found->second->bytes.size());
+      found->second->bytes.clear();
+    }
     return std::make_unique<OpenFile>(*this, found->second, mode != OpenMode::kReadOnly);
   }
 
@@ -114,6 +122,7 @@ class MemoryFiles : public engine::FileLayer {
   void Put(const std::string& path, std::string bytes) {
     auto& node = nodes_[path];
     if (!node) node = std::make_shared<Node>();
+    node->Touch(0, bytes.size());
     node->bytes = std::move(bytes);
   }
   std::string Get(const std::string& path) const {
@@ -129,10 +138,17 @@ class MemoryFiles : public engine::FileLayer {
     std::int64_t end;
     engine::LockKind kind;
   };
+  static constexpr std::size_t kPage = 4096;
+
   struct Node {
     std::string bytes;
-    std::string durable;  // as last flushed
+    std::string durable;          // as last flushed
+    std::set<std::size_t> dirty;  // pages written since, by the system's own account
     std::vector<LockedRange> locks;
+
+    void Touch(std::size_t from, std::size_t to) {
+      for (std::size_t page = from / kPage; page * kPage < to; ++page) dirty.insert(page);
+    }
   };
 
   // Counts a change and says whether it may happen.
@@ -189,15 +205,22 @@ class MemoryFiles : public engine::FileLayer {
       if (size > disk_.capacity_) return engine::kErrorDiskFull;
       const int rc = disk_.Step(engine::kErrorWrite);
       if (rc != engine::kSuccess && !(rc == engine::kErrorDiskFull && size <= Size())) return rc;
+      node_->Touch(static_cast<std::size_t>(size), node_->bytes.size());
       node_->bytes.resize(static_cast<std::size_t>(size));
       return engine::kSuccess;
     }
 
     int Flush() override {
       const int rc = disk_.Step(engine::kErrorWrite);
+      if (disk_.dead_) return rc;
+      const std::set<std::size_t> pages = std::exchange(node_->dirty, {});
       if (rc == engine::kErrorWrite) return rc;
       ++disk_.flushes_;
-      node_->durable = node_->bytes;
+      node_->durable.resize(node_->bytes.size());
+      for (const std::size_t page : pages) {
+        const std::size_t at = page * kPage;
+        if (at < node_->bytes.size()) node_->durable.replace(at, kPage, node_->bytes, at, kPage);
+      }
       return engine::kSuccess;
     }
 
@@ -240,6 +263,7 @@ class MemoryFiles : public engine::FileLayer {
       const std::size_t end = static_cast<std::size_t>(offset) + length;
       if (end > node_->bytes.size()) node_->bytes.resize(end);
       if (length > 0) std::memcpy(node_->bytes.data() + offset, buffer, length);
+      node_->Touch(static_cast<std::size_t>(offset), end);
     }
 
     MemoryFiles& disk_;
