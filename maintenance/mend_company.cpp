@@ -98,9 +98,18 @@ class Mender {
       if (std::holds_alternative<FinishUnits>(problem.remedy)) Done(problem, engine::kSuccess);
       if (!std::holds_alternative<SetJournalAside>(problem.remedy)) continue;
       company_.Close();
-      mended = Done(problem, home_.data.SetJournalAside(home_.folder, kSetAsideJournal)) || mended;
+      mended =
+          Done(problem, home_.data.SetJournalAside(home_.folder, kSetAsideJournal, AllFiles())) || mended;
     }
     return mended;
+  }
+
+  std::vector<std::string> AllFiles() {
+    std::vector<std::string> files;
+    for (const TableBase* table : company_.Tables()) {
+      for (const char* extension : {".DBF", ".CDX", ".FPT"}) files.push_back(table->Name() + extension);
+    }
+    return files;
   }
 
   bool MendClosed(const CompanyProblem& problem) {

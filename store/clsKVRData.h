@@ -160,8 +160,9 @@ class clsKVRData {
                    const engine::Progress& progress = {});
   // Looks at the journal of a folder without changing anything.
   engine::JournalFindings ExamineJournal(std::string_view folder) const;
-  // Renames a journal that cannot be used. 0, or kErrorOpenRefused while anybody has the folder open.
-  int SetJournalAside(std::string_view folder, std::string_view name);
+  // Renames a journal that cannot be used, with these files of the folder flushed. 0, or kErrorOpenRefused
+  // while anybody has the folder open.
+  int SetJournalAside(std::string_view folder, std::string_view name, const std::vector<std::string>& files);
   bool IsDatabaseOpen(DataHandle data) const { return Find(data) != nullptr; }
   std::string DatabaseName(DataHandle data) const;  // full path as a person is shown it; "" when not open
   bool HasIndex(DataHandle data) const;

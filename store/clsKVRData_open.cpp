@@ -202,10 +202,11 @@ engine::JournalFindings clsKVRData::ExamineJournal(std::string_view folder) cons
   return engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).Examine();
 }
 
-int clsKVRData::SetJournalAside(std::string_view folder, std::string_view name) {
+int clsKVRData::SetJournalAside(std::string_view folder, std::string_view name,
+                                const std::vector<std::string>& files) {
   const engine::EngineSetup setup{ports_.clock, ports_.workstation, ports_.file_system, ports_.files};
-  return Finish(
-      engine::Journal(setup, ports_.file_system.PlatformPath(WithoutBackslash(folder))).SetAside(name));
+  const std::string path = ports_.file_system.PlatformPath(WithoutBackslash(folder));
+  return Finish(engine::Journal(setup, path).SetAside(name, files));
 }
 
 void clsKVRData::TellUnreadable(DataHandle data, int code) {

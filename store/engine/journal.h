@@ -103,9 +103,10 @@ class Journal {
   // Looks without changing anything.
   JournalFindings Examine();
   // Takes a journal that cannot be used out of the way under another name in the folder, after bringing to
-  // the tables what waits in it whole, but for files that are gone. kErrorOpenRefused while another
-  // workstation has it open.
-  int SetAside(std::string_view name);
+  // the tables what waits in it whole, but for files that are gone. `files` of the folder are flushed before,
+  // since what applied entries name cannot be read any more. kErrorOpenRefused while another workstation has
+  // it open.
+  int SetAside(std::string_view name, const std::vector<std::string>& files);
 
   // True when the journal was found to be one that may only be read.
   bool IsReadOnly() const { return read_only_; }

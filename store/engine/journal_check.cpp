@@ -53,7 +53,7 @@ JournalFindings Journal::LookAtWaiting(Mark mark) {
   return findings;
 }
 
-int Journal::SetAside(std::string_view name) {
+int Journal::SetAside(std::string_view name, const std::vector<std::string>& files) {
   if (file_) return kErrorOpenRefused;
   int rc = kSuccess;
   file_ = setup_.files.Open(PathOf(kFileName), OpenMode::kReadWrite, &rc);
@@ -65,13 +65,8 @@ int Journal::SetAside(std::string_view name) {
   // Entries before the mark must not be done again: those behind the damage, which are newer, would be
   // missing.
   gives_up_ = true;
-  if (rc == kSuccess && ReadMarks(&first, &applied)) {
-    std::set<std::string> names = NamesFrom(&first);
-    Mark waiting = applied;
-    names.merge(NamesFrom(&waiting));
-    rc = ApplyFrom(applied);
-    if (rc == kSuccess) rc = FlushFiles(names);
-  }
+  if (rc == kSuccess && ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  if (rc == kSuccess) rc = FlushFiles({files.begin(), files.end()});
   if (rc == kSuccess) rc = setup_.files.Rename(PathOf(kFileName), PathOf(name));
   if (rc == kSuccess) rc = setup_.files.FlushFolder(folder_);
   file_.reset();

@@ -175,7 +175,7 @@ TEST(JournalExamination, TellsTheStatesApart) {
     EXPECT_FALSE(company.Open());
     EXPECT_EQ(code4errorCode(*company.code, 0), kErrorJournal);
     EXPECT_EQ(disk.Get(path), unusable);
-    EXPECT_EQ(Journal(ports.Over(disk), "/data").SetAside("ESCROW_UNITS.BAD"), kSuccess);
+    EXPECT_EQ(Journal(ports.Over(disk), "/data").SetAside("ESCROW_UNITS.BAD", {"CHECKS.DBF"}), kSuccess);
     EXPECT_EQ(disk.Get("/data/ESCROW_UNITS.BAD"), unusable);
     EXPECT_TRUE(company.Open());
   }

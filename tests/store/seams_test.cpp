@@ -1,0 +1,219 @@
+// The seams between workstations and disks: making tables, coming in, emptying the journal, files that are
+// gone, and disks that forget what a failed flush should have kept.
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+#include "store/engine/journal.h"
+#include "store/engine/verify.h"
+#include "tests/support/memory_files.h"
+#include "tests/support/small_company.h"
+
+namespace tallwick {
+namespace {
+
+using namespace testing;  // NOLINT: as the fixture
+using namespace engine;   // NOLINT
+
+// A disk on which something happens when a file is first asked for.
+class WatchedFiles : public MemoryFiles {
+ public:
+  bool Exists(const std::string& path) override {
+    if (path == watched) {
+      watched.clear();
+      then();
+    }
+    return MemoryFiles::Exists(path);
+  }
+  std::string watched;
+  std::function<void()> then;
+};
+
+std::vector<TableProblem> Problems(Data4* data) {
+  std::vector<TableProblem> problems;
+  EXPECT_EQ(d4verify(*data, &problems), kSuccess);
+  return problems;
+}
+
+// Everybody dies, and the power goes with them.
+template <class... Companies>
+void CutPower(MemoryFiles& disk, Companies&... companies) {
+  disk.Plan(Fault::kDie, 1);
+  disk.Remove("/data/none");
+  (companies.reset(), ...);
+  disk.Restart(true);
+}
+
+TEST(Seams, TheSecondToMakeATableFindsTheFirstOnesPosts) {
+  WatchedFiles disk;
+  Company first(disk);
+  Company second(disk);
+  int posted = 0;
+  disk.watched = "/data/checks.dbf";
+  disk.then = [&] {
+    second.Make();
+    for (const char* number : {"     1", "     2"})
+      if (second.checks != nullptr && second.AddCheckAlone(number, "24-1", "r") == kSuccess) ++posted;
+  };
+  first.Make();
+  ASSERT_TRUE(first.checks != nullptr || first.Open());
+  if (first.AddCheckAlone("     3", "24-1", "r") == kSuccess) ++posted;
+  EXPECT_GE(posted, 1);
+  EXPECT_EQ(d4recCountDo(*first.checks), posted);
+  EXPECT_TRUE(Problems(first.checks).empty());
+}
+
+// An index can be built anew, and what a unit wrote to a table that is gone can not.
+TEST(Seams, AUnitOfATableThatIsGoneIsKept) {
+  MemoryFiles disk;
+  {
+    Company company(disk);
+    company.Make();
+    ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
+    code4unitBegin(*company.code);
+    ASSERT_EQ(company.AddCheck("     2", "24-1"), kSuccess);
+    disk.Plan(Fault::kDie, 3);  // the entry is flushed, the tables are not written
+    code4unitCommit(*company.code);
+  }
+  disk.Restart(false);
+  const std::string table = disk.Get("/data/checks.dbf");
+  const std::string journal = disk.Get("/data/" + std::string(kJournalFileName));
+  disk.Remove("/data/checks.dbf");
+  EnginePorts ports;
+  const JournalFindings findings = Journal(ports.Over(disk), "/data").Examine();
+  EXPECT_EQ(findings.state, JournalState::kFileMissing);
+  EXPECT_EQ(findings.missing, "checks.dbf");
+  Company company(disk);
+  EXPECT_FALSE(company.Open());
+  EXPECT_EQ(code4errorCode(*company.code, 0), kErrorJournal);
+  EXPECT_EQ(disk.Get("/data/" + std::string(kJournalFileName)), journal);
+  disk.Put("/data/checks.dbf", table);
+  ASSERT_TRUE(company.Open());
+  EXPECT_EQ(company.Find(company.checks, "CHXNUMBER", "     2"), kSuccess);
+  EXPECT_TRUE(Problems(company.checks).empty());
+}
+
+// The journal may not be emptied by a flush that has nothing left to write.
+TEST(Seams, WhatAFailedFlushForgotIsWrittenAgain) {
+  for (int change = 1, steps = 2; change < steps; ++change) {
+    MemoryFiles disk;
+    auto company = std::make_unique<Company>(disk);
+    company->Make();
+    ASSERT_EQ(company->AddCheck("     1", "24-1"), kSuccess);
+    disk.Plan(Fault::kFail, change);
+    company.reset();  // flushes the tables and empties the journal
+    steps = std::max(steps, disk.Changes() + 1);
+    disk.Plan(Fault::kNone, 0);
+    company = std::make_unique<Company>(disk);
+    ASSERT_TRUE(company->Open()) << change;
+    company.reset();
+    disk.Restart(true);
+    company = std::make_unique<Company>(disk);
+    ASSERT_TRUE(company->Open()) << change;
+    EXPECT_EQ(company->Find(company->checks, "CHXNUMBER", "     1"), kSuccess) << change;
+    EXPECT_TRUE(Problems(company->checks).empty()) << change;
+  }
+}
+
+// While others are in, the flush that failed on one workstation must not be believed on another.
+TEST(Seams, AFailedFlushIsRememberedAmongWorkstations) {
+  for (int change = 1, steps = 2; change < steps; ++change) {
+    MemoryFiles disk;
+    auto first = std::make_unique<Company>(disk);
+    auto second = std::make_unique<Company>(disk);
+    for (auto* company : {&first, &second}) (*company)->ports.workstation.boot = "one run";
+    first->Make();
+    ASSERT_TRUE(second->Open());
+    ASSERT_EQ(first->AddCheck("     1", "24-1"), kSuccess);
+    disk.Plan(Fault::kFail, change);
+    code4holdWriters(*first->code, "/data");
+    code4releaseWriters(*first->code);
+    steps = std::max(steps, disk.Changes() + 1);
+    disk.Plan(Fault::kNone, 0);
+    ASSERT_EQ(second->AddCheck("     2", "24-1"), kSuccess) << change;
+    ASSERT_EQ(code4holdWriters(*second->code, "/data"), kSuccess) << change;
+    code4releaseWriters(*second->code);
+    ASSERT_EQ(first->AddCheck("     3", "24-1"), kSuccess) << change;
+    EXPECT_TRUE(Problems(first->checks).empty()) << change;
+    CutPower(disk, first, second);
+    Company company(disk);
+    company.ports.workstation.boot = "another run";
+    ASSERT_TRUE(company.Open()) << change;
+    for (const char* number : {"     1", "     2", "     3"})
+      EXPECT_EQ(company.Find(company.checks, "CHXNUMBER", number), kSuccess) << number << change;
+    EXPECT_TRUE(Problems(company.checks).empty()) << change;
+  }
+}
+
+// Somebody emptied the journal and died, or failed, before that was durable: the entries of the old table
+// must not come back over the new one.
+TEST(Seams, AnEmptiedJournalIsDurableBeforeATableIsReplaced) {
+  for (int change = 1, steps = 2; change < steps; ++change) {
+    MemoryFiles disk;
+    auto reader = std::make_unique<Company>(disk);
+    auto packer = std::make_unique<Company>(disk);
+    for (auto* company : {&reader, &packer}) (*company)->ports.workstation.boot = "one run";
+    packer->Make();
+    reader->xrefs = d4open(*reader->code, "/data/xrefs.dbf");
+    ASSERT_NE(reader->xrefs, nullptr);
+    for (const char* number : {"     1", "     2", "     3"})
+      ASSERT_EQ(packer->AddCheck(number, "24-1"), kSuccess);
+    ASSERT_EQ(packer->Find(packer->checks, "CHXNUMBER", "     1"), kSuccess);
+    ASSERT_EQ(packer->DeleteFound(packer->checks), kSuccess);
+    disk.Plan(Fault::kFail, change);
+    code4holdWriters(*packer->code, "/data");
+    code4releaseWriters(*packer->code);
+    steps = std::max(steps, disk.Changes() + 1);
+    disk.Plan(Fault::kNone, 0);
+    d4close(packer->checks);
+    code4accessMode(*packer->code, 1);
+    packer->checks = d4open(*packer->code, "/data/checks.dbf");
+    ASSERT_NE(packer->checks, nullptr);
+    ASSERT_EQ(d4pack(*packer->checks), kSuccess) << change;
+    CutPower(disk, reader, packer);
+    Company company(disk);
+    company.ports.workstation.boot = "another run";
+    ASSERT_TRUE(company.Open()) << change;
+    EXPECT_EQ(d4recCountDo(*company.checks), 2) << change;
+    EXPECT_TRUE(Problems(company.checks).empty()) << change;
+  }
+}
+
+// A writer who finds that the journal was moved away would write where nobody else reads.
+TEST(Seams, NobodyWritesIntoAJournalThatWasMovedAway) {
+  MemoryFiles disk;
+  Company company(disk);
+  company.Make();
+  ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
+  const std::string journal = "/data/" + std::string(kJournalFileName);
+  ASSERT_EQ(disk.Rename(journal, "/data/away"), kSuccess);
+  EXPECT_EQ(company.AddCheck("     2", "24-1"), kErrorJournal);
+  ASSERT_EQ(disk.Rename("/data/away", journal), kSuccess);
+  EXPECT_EQ(company.AddCheck("     2", "24-1"), kSuccess);
+}
+
+// Programs that know no presences show by the format's locks that they are at work.
+TEST(Seams, ATableIsNotReplacedUnderAForeignLock) {
+  constexpr std::int64_t kAppend = 0x7FFFFFFE;
+  constexpr std::int64_t kRecordTwo = 0x7FFFFFFE - 2;
+  MemoryFiles disk;
+  Company company(disk);
+  company.Make();
+  for (const char* number : {"     1", "     2"}) ASSERT_EQ(company.AddCheck(number, "24-1"), kSuccess);
+  code4close(*company.code);
+  ASSERT_TRUE(company.Open(1));
+  for (const std::int64_t at : {kAppend, kRecordTwo}) {
+    int rc = kSuccess;
+    const auto foreign = disk.Open("/data/checks.dbf", OpenMode::kReadWrite, &rc);
+    ASSERT_EQ(foreign->Lock(at, 1, LockKind::kExclusive), kSuccess);
+    EXPECT_EQ(d4pack(*company.checks), kErrorOpenRefused) << at;
+    EXPECT_EQ(d4reindex(*company.checks), kErrorOpenRefused) << at;
+  }
+  EXPECT_EQ(d4pack(*company.checks), kSuccess);
+  EXPECT_EQ(d4reindex(*company.checks), kSuccess);
+  EXPECT_EQ(company.AddCheck("     3", "24-1"), kSuccess);
+}
+
+}  // namespace
+}  // namespace tallwick
