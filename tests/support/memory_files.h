@@ -138,7 +138,7 @@ class MemoryFiles : public engine::FileLayer {
     std::int64_t end;
     engine::LockKind kind;
   };
-  static constexpr std::size_t kPage = 4096;
+  static constexpr std::size_t kPage = 512;
 
   struct Node {
     std::string bytes;
