@@ -159,11 +159,15 @@ void FrmEditChecksPost::UseNextNumber() {
 void FrmEditChecksPost::BeginRenumbering() {
   if (!loaded_) return Refuse("Look up the posted check that is to be renumbered first.", "txtCheckNumber");
   if (!MayWrite() || !Passes({"txtCheckNumber", RemovalRefusal(*loaded_, bank_)})) return;
-  renumbering_ = true;
   ReadNumbering();
+  ShowRenumbering();
+  SetFocus("txtCheckNumber");
+}
+
+void FrmEditChecksPost::ShowRenumbering() {
+  renumbering_ = true;
   SetCaption("lblEditMessage", "Check " + loaded_->number +
                                    " gets another number: type it and press Ok.  Esc leaves it as it is.");
-  SetFocus("txtCheckNumber");
 }
 
 void FrmEditChecksPost::RemovePosted() {

@@ -15,11 +15,12 @@ namespace {
 using Kind = CheckMode::Kind;
 
 constexpr CheckMode kModes[] = {
-    {Kind::kPosting, kAuditPostCheck, "Posting", "Post Checks - ", "", kRightPostChecks},
-    {Kind::kViewing, kAuditPostCheck, "Viewing", "View Checks - ", "", 0},
-    {Kind::kClearing, kAuditPostCheck, "Clearing", "Clear Checks - ", "C", kRightClearChecks},
-    {Kind::kVoiding, kAuditVoidCheck, "Voiding", "Void Checks - ", "V", kRightVoidChecks},
-    {Kind::kStopPayment, kAuditPostCheck, "Stop Payment", "Stop Payment - ", "S", kRightVoidChecks},
+    {Kind::kPosting, kAuditPostCheck, "Posting", "Post Checks - ", "", kRightPostChecks, ""},
+    {Kind::kViewing, kAuditPostCheck, "Viewing", "View Checks - ", "", 0, ""},
+    {Kind::kClearing, kAuditPostCheck, "Clearing", "Clear Checks - ", "C", kRightClearChecks, "cleared"},
+    {Kind::kVoiding, kAuditVoidCheck, "Voiding", "Void Checks - ", "V", kRightVoidChecks, "voided"},
+    {Kind::kStopPayment, kAuditPostCheck, "Stop Payment", "Stop Payment - ", "S", kRightVoidChecks,
+     "stopped"},
 };
 
 std::string NameOf(const CheckRecord& check) {

@@ -18,6 +18,7 @@ struct CheckMode {
   std::string_view caption;  // before the bank's name
   std::string_view status;   // that cmdOk gives to a posted check; "" where it changes none
   int right;                 // 0 = none
+  std::string_view done;     // to a check that gets the status: "cleared"
 };
 
 // The usual one first.

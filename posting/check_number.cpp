@@ -1,5 +1,4 @@
-// The number on the check screen: which check it names, what is said about it, and what may be entered then;
-// and the voucher that the check names.
+// The number on the check screen: which check it names, what is said about it, and what may be entered then.
 #include <algorithm>
 
 #include "audit/audit_trail.h"
@@ -16,7 +15,7 @@ namespace {
 constexpr std::string_view kNumber = "txtCheckNumber";
 constexpr std::string_view kList = "lstCheckNumbers";  // marks the check that is shown, where it led to it
 
-// Entries that a reconciled period closes.
+// Entries that a reconciled period closes, and the bank's payment of the check.
 constexpr std::string_view kRestricted[] = {"txtCheckDated",         "txtCheckAmount",
                                             "txtCheckFileNumber",    "txtCheckAcctPeriod",
                                             "txtCheckVoucherNumber", "chkHandwritten"};
@@ -98,9 +97,10 @@ void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
   SetCaption("lblHighestCheckNumber", {});
   SetCaption("lblVoucherInformation", {});
   looked_up_voucher_ = check.voucher_number;
-  if (!check.voucher_number.empty() && tables_.vouchers.SeekNumber(check.voucher_number)) {
-    SetCaption("lblVoucherInformation", VoucherSummary(tables_.vouchers.Read()));
-  }
+  const std::optional<VoucherRecord> voucher = FindVoucher(check.voucher_number);
+  if (voucher) SetCaption("lblVoucherInformation", VoucherSummary(*voucher));
+  // A voided check may find its voucher used by another one: nobody has been warned of that yet.
+  seen_voucher_ = check.status == "V" ? VoucherRecord{} : voucher;
   ShowState();
   Audit(kAuditSnapshot, {});
   // Proposed behind the snapshot, so that the trail shows it as a change.
@@ -128,6 +128,9 @@ void FrmEditChecksPost::ClearEntries() {
   SetCaption("lblHighestCheckNumber", {});
   SetCaption("lblVoucherInformation", {});
   looked_up_voucher_.clear();
+  seen_voucher_.reset();
+  filled_amount_.clear();
+  filled_payee_.clear();
   ShowState();
   KeepState();
 }
@@ -222,11 +225,12 @@ std::string FrmEditChecksPost::WhatIsClosed() const {
   if (!loaded_) return {};
   if (std::string restriction = RestrictionOf(*loaded_, bank_); !restriction.empty()) return restriction;
   if (loaded_->status != "C" || !Is(CheckMode::Kind::kPosting)) return {};
-  return "Check " + loaded_->number + " has cleared the bank.\r\nSet it outstanding to change its payee.";
+  return "Check " + loaded_->number +
+         " has cleared the bank.\r\nSet it outstanding to change what was paid, to whom, and for which file.";
 }
 
 void FrmEditChecksPost::ShowWhatMayBeEntered() {
-  const bool restricted = loaded_ && !RestrictionOf(*loaded_, bank_).empty();
+  const bool restricted = loaded_ && (loaded_->status == "C" || !RestrictionOf(*loaded_, bank_).empty());
   if (!renumbering_) SetCaption("lblEditMessage", WhatIsClosed());
   for (const Control& control : Controls()) {
     const bool beside = control.name == "txtRemittanceAdvice" || control.name == "txtCheckStmtPeriod" ||
@@ -254,60 +258,6 @@ bool FrmEditChecksPost::MayEnter(const Control& control, bool restricted) const 
     return loaded_->status != "C" && StatusRestriction(*loaded_, bank_).empty();
   }
   return !(restricted && IsAmong(kRestricted, control.name));
-}
-
-// --- The voucher ---
-
-void FrmEditChecksPost::LookUpVoucher() {
-  const std::string typed = Text("txtCheckVoucherNumber");
-  if (typed == looked_up_voucher_) return;
-  SetCaption("lblVoucherInformation", {});
-  const bool posted = !typed.empty() && SeekCounted(tables_.vouchers, typed);
-  const VoucherRecord voucher = posted ? tables_.vouchers.Read() : VoucherRecord{};
-  looked_up_voucher_ = posted ? voucher.number : CountedNumber(typed);
-  SetText("txtCheckVoucherNumber", looked_up_voucher_);
-  if (typed.empty()) return;
-  if (!posted) {
-    return Boxes().Inform(Caption(), "Voucher Number " + looked_up_voucher_ + " is NOT posted.");
-  }
-  SetCaption("lblVoucherInformation", VoucherSummary(voucher));
-  FillFrom(voucher);
-  const Currency amount = Currency::ParseTyped(Text("txtCheckAmount")).value_or(Currency());
-  const std::string warnings = VoucherWarnings(voucher, amount, Text("txtCheckFileNumber"), Text(kNumber));
-  if (!warnings.empty()) Boxes().Inform(Caption(), warnings);
-}
-
-// The file's next voucher that no check has used, from the one that is entered on, and around.
-void FrmEditChecksPost::OfferVoucher() {
-  const std::string file = Text("txtCheckFileNumber");
-  const std::string entered = Text("txtCheckVoucherNumber");
-  std::string first;
-  std::string next;
-  bool passed = false;
-  for (bool on = !file.empty() && tables_.vouchers.FirstOfFile(file); on;
-       on = tables_.vouchers.NextOfFile(file)) {
-    const VoucherRecord voucher = tables_.vouchers.Read();
-    if (voucher.number == entered) {
-      passed = true;
-    } else if (voucher.check_number.empty() && voucher.status != "C") {
-      if (first.empty()) first = voucher.number;
-      if (passed && next.empty()) next = voucher.number;
-    }
-  }
-  if (first.empty()) {
-    Boxes().Inform(Caption(), file.empty() ? "Enter the file number first: its vouchers are offered then."
-                                           : "File " + file + " has no other voucher that is unused.");
-    return;
-  }
-  SetText("txtCheckVoucherNumber", next.empty() ? first : next);
-  LookUpVoucher();
-}
-
-// What is blank in a new check comes from its voucher.
-void FrmEditChecksPost::FillFrom(const VoucherRecord& voucher) {
-  if (loaded_) return;
-  if (Text("txtCheckAmount").empty()) SetText("txtCheckAmount", AmountText(voucher.amount));
-  if (Text("txtCheckPayee").empty()) SetText("txtCheckPayee", voucher.payee);
 }
 
 }  // namespace tallwick

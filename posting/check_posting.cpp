@@ -1,6 +1,7 @@
 #include "posting/check_posting.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "audit/audit_trail.h"
 #include "shell/company_tables.h"
@@ -91,6 +92,11 @@ void FrmEditChecksPost::OnLeave(Control& control) {
   if (control.name == "txtCheckVoucherNumber") LookUpVoucher();
 }
 
+void FrmEditChecksPost::OnChange(Control& control) {
+  if (control.name == kNumber && std::exchange(number_lost_, false)) looked_up_number_.clear();
+  PayeePostingForm::OnChange(control);
+}
+
 void FrmEditChecksPost::OnChoose(Control& control) {
   PayeePostingForm::OnChoose(control);
   if (control.name != "lstCheckNumbers" || control.selected == 0) return;
@@ -137,7 +143,9 @@ bool FrmEditChecksPost::OnKey(std::string_view key) {
   }
   if (key == "Esc" && !LooksUp() && register_->IsSorting()) return OrderCommand("mnuViewNumber");
   if (key == "Esc" && !LooksUp() && renumbering_) {
-    ShowCheck(CheckRecord(*loaded_));
+    SetText(kNumber, loaded_->number);
+    SetCaption("lblHighestCheckNumber", {});
+    ShowState();
     return true;
   }
   return PayeePostingForm::OnKey(key);

@@ -39,6 +39,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   void OnOpen() override;
   void OnEnter(Control& control) override;
   void OnLeave(Control& control) override;
+  void OnChange(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
@@ -68,6 +69,8 @@ class FrmEditChecksPost : public PayeePostingForm {
   void SwitchTo(const CheckMode& mode);
   void UseNextNumber();
   void BeginRenumbering();
+  // The number entry is the new number from here on.
+  void ShowRenumbering();
   void RemovePosted();
 
   // The number: which check it names, and what is said about it (check_number.cpp).
@@ -92,9 +95,16 @@ class FrmEditChecksPost : public PayeePostingForm {
   // Why entries of the posted check are closed; "" where none is.
   std::string WhatIsClosed() const;
   bool MayEnter(const Control& control, bool restricted) const;
+
+  // The voucher that the check names (check_voucher_entry.cpp).
+  std::optional<VoucherRecord> FindVoucher(const std::string& number);
   void LookUpVoucher();
+  // Says again what a look-up says, where the voucher has changed since.
+  void WarnOfChangedVoucher();
+  void TellVoucher(const std::optional<VoucherRecord>& voucher);
   void OfferVoucher();
   void FillFrom(const VoucherRecord& voucher);
+  void Fill(std::string_view entry, std::string* filled, const std::string& now);
   bool MayLeaveCheck();
 
   // Posting (check_posting_save.cpp). True when the check was written.
@@ -103,7 +113,8 @@ class FrmEditChecksPost : public PayeePostingForm {
   bool MayChange();
   bool MayTakeNumber(std::string* number);
   bool MayPost(Period* accounting);
-  bool MayUseStatement(Period* statement);
+  // Reads the statement period into the check, whose accounting period is known.
+  bool MayUseStatement(CheckRecord* check);
   CheckRecord Record(const Period& accounting);
   bool WriteNew(const CheckRecord& check);
   bool WriteChanged(const CheckRecord& check, int audit_tx);
@@ -126,8 +137,13 @@ class FrmEditChecksPost : public PayeePostingForm {
   bool renumbering_ = false;      // the number entry is the new number of loaded_
   bool printed_ = false;          // the new check went to paper and is not posted yet
   std::string looked_up_number_;  // the number that the entries belong to
+  bool number_lost_ = false;      // to another workstation's check, which it shows when it is typed again
   std::string warned_number_;     // the number that was measured against the stock
   std::string looked_up_voucher_;
+  // As it was when its warnings were last looked at; none where no voucher had the number.
+  std::optional<VoucherRecord> seen_voucher_;
+  std::string filled_amount_;  // by a voucher, into a new check
+  std::string filled_payee_;
 };
 
 }  // namespace tallwick

@@ -28,14 +28,16 @@ bool FrmEditChecksPost::PostEntry() {
   CheckRecord check = Record(accounting);
   if (loaded_) {
     if (renumbering_ && !MayTakeNumber(&check.number)) return false;
+    if (UsesVoucher(check)) WarnOfChangedVoucher();
     return WriteChanged(check, kAuditPostCheck);
   }
   if (Is(CheckMode::Kind::kVoiding)) {
-    if (!MayUseStatement(&check.statement)) return false;
+    if (!MayUseStatement(&check)) return false;
     check.status = mode_->status;
     check.reason = Trim(Text("txtCheckReason"));
   }
   WarnOfNumber();
+  if (UsesVoucher(check)) WarnOfChangedVoucher();
   return WriteNew(check);
 }
 
@@ -81,16 +83,21 @@ bool FrmEditChecksPost::MayPost(Period* accounting) {
          DateIsGood("txtCheckDated", "Check Date");
 }
 
-bool FrmEditChecksPost::MayUseStatement(Period* statement) {
+bool FrmEditChecksPost::MayUseStatement(CheckRecord* check) {
   bool valid = false;
-  *statement = PeriodIn("txtCheckStmtPeriod", &valid);
+  check->statement = PeriodIn("txtCheckStmtPeriod", &valid);
   const std::string typed(Trim(Text("txtCheckStmtPeriod")));
   if (typed.empty()) return Passes({"txtCheckStmtPeriod", "Statement Month is Missing."});
   if (!valid) return PeriodIsReadable("txtCheckStmtPeriod");
-  if (IsReconciled(*statement)) {
+  if (IsReconciled(check->statement)) {
     return Passes(
         {"txtCheckStmtPeriod",
          "Statement period " + typed + " has been reconciled.  Enter the period of a later statement."});
+  }
+  if (MakeKey(check->statement) < MakeKey(check->accounting)) {
+    return Passes({"txtCheckStmtPeriod", "Check posted to Accounting Period " + ShortForm(check->accounting) +
+                                             " can not be " + std::string(mode_->done) +
+                                             " in the Statement Period " + typed});
   }
   return Passes(
       {"txtCheckReason", TextProblem("Reason", Text("txtCheckReason"), WidthOf(kCheckLayout, "ChxsReason"))});
@@ -111,9 +118,10 @@ bool FrmEditChecksPost::PostStatus(std::string_view status) {
   if (status == "O") {
     check.statement = {};
     check.reason.clear();
+    WarnOfChangedVoucher();
     return WriteChanged(check, kAuditSetOutstanding);
   }
-  if (!MayUseStatement(&check.statement)) return false;
+  if (!MayUseStatement(&check)) return false;
   if (!Is(CheckMode::Kind::kClearing)) check.reason = Trim(Text("txtCheckReason"));
   return WriteChanged(check, mode_->audit_tx);
 }
@@ -124,7 +132,8 @@ CheckRecord FrmEditChecksPost::Record(const Period& accounting) {
   ApplyEntries(CheckEntryFields(), Entries(), bank_.accounting.day, &check);
   check.number = loaded_ ? loaded_->number : CountedNumber(check.number);
   check.accounting = At("txtCheckAcctPeriod").enabled ? accounting : kept;
-  if (IsOutstanding(check)) check.status = At("chkHandwritten").value == 1 ? "H" : "O";
+  const bool handwritten = At("chkHandwritten").value == 1;
+  if (!loaded_ || handwritten != (loaded_->status == "H")) check.status = handwritten ? "H" : "O";
   return check;
 }
 
@@ -134,7 +143,10 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
   if (outcome.code == kReconciledElsewhere) return Post();
   if (!outcome.Done()) {
     const std::optional<bool> posted = outcome.NumberIsTaken() ? SettleTaken(check) : std::nullopt;
-    if (!posted) ReportFailure(outcome, check.number);
+    if (!posted) {
+      number_lost_ = outcome.NumberIsTaken();
+      ReportFailure(outcome, check.number);
+    }
     return posted.value_or(false);
   }
   last_posted_ = check.number;
@@ -230,13 +242,13 @@ bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
   switch (SettleChange(
       name, [&] { ShowCheck(theirs); }, not_over)) {
     case Settled::kMine:
-      renumbering_ = renumbers;
+      if (renumbers) ShowRenumbering();
       SetText("txtCheckNumber", typed_number);
       return status.empty() ? Post() : PostStatus(status);
     case Settled::kBack:
       loaded_ = before;
       ShowState();
-      renumbering_ = renumbers;
+      if (renumbers) ShowRenumbering();
       SetText("txtCheckNumber", typed_number);
       return false;
     case Settled::kTheirs:

@@ -14,10 +14,12 @@ namespace {
 
 constexpr int kMonths = 12;
 constexpr std::size_t kShortestMonth = 3;  // "Mar"
+constexpr std::size_t kYearDigits = 4;
 
+// Of few enough digits.
 int NumberOf(std::string_view digits) {
   int value = 0;
-  for (char digit : digits.substr(0, 4)) value = value * 10 + (digit - '0');
+  for (char digit : digits) value = value * 10 + (digit - '0');
   return value;
 }
 
@@ -45,9 +47,16 @@ std::vector<std::string> Words(std::string_view text) {
   return words;
 }
 
-int FullYear(int year) {
-  if (year >= 100) return year;
+// 0, which no day has, for a year of any other length than two digits or four.
+int FullYear(std::string_view digits) {
+  const int year = NumberOf(digits);
+  if (digits.size() == kYearDigits) return year;
+  if (digits.size() != 2) return 0;
   return year < 50 ? year + 2000 : year + 1900;
+}
+
+bool IsYearFirst(const std::vector<std::string>& words) {
+  return words.size() == 3 && words.front().size() == kYearDigits && IsAllDigits(words.front());
 }
 
 }  // namespace
@@ -67,35 +76,60 @@ bool IsEmptyDate(std::string_view text) {
 std::optional<Date> ParseFreeDate(std::string_view text, const Date& today) {
   if (const std::optional<Date> date = ParseDisplayDate(text)) return date;
   std::vector<std::string> words = Words(text);
-  if (words.size() < 2 || words.size() > 3) return std::nullopt;
+  const bool too_long = std::any_of(words.begin(), words.end(), [](const std::string& word) {
+    return IsAllDigits(word) && word.size() > kYearDigits;
+  });
+  if (too_long || words.size() < 2 || words.size() > 3) return std::nullopt;
+  if (IsYearFirst(words)) std::rotate(words.begin(), words.begin() + 1, words.end());
   Date date{today.year, 0, 0};
   const auto named =
       std::find_if(words.begin(), words.end(), [](const std::string& word) { return MonthOf(word) != 0; });
   if (named != words.end()) {
     date.month = MonthOf(*named);
     words.erase(named);
-  } else if (words.size() == 2) {
+  } else {
     if (!IsAllDigits(words.front())) return std::nullopt;
     date.month = NumberOf(words.front());
     words.erase(words.begin());
   }
-  if (date.month == 0 || !std::all_of(words.begin(), words.end(), IsAllDigits)) return std::nullopt;
+  if (words.empty() || !std::all_of(words.begin(), words.end(), IsAllDigits)) return std::nullopt;
   date.day = NumberOf(words.front());
-  if (words.size() == 2) date.year = FullYear(NumberOf(words.back()));
+  if (words.size() == 2) date.year = FullYear(words.back());
   return IsValidDate(date) ? std::optional(date) : std::nullopt;
 }
 
-int NextSequence(DepositTable& deposits, std::string_view dated) {
-  int highest = 0;
-  if (!deposits.Seek("DEPODATED", dated)) return 1;
+std::string StoredSequence(std::string_view typed) {
+  typed = Trim(typed);
+  if (typed.size() == 2 && typed.front() == '0') typed.remove_prefix(1);
+  return std::string(typed);
+}
+
+int SequencesUsed::Next() const {
+  int next = highest + 1;
+  if (next <= kLastSequence) return next;
+  for (next = 1; next <= kLastSequence && used[static_cast<std::size_t>(next)];) ++next;
+  return next;
+}
+
+std::string AllSequencesUsed(std::string_view dated) {
+  return "All " + std::to_string(kLastSequence) + " sequence numbers of " + DepositDateText(dated) +
+         " are used.  Type another date.";
+}
+
+SequencesUsed SequencesOf(DepositTable& deposits, std::string_view dated) {
+  SequencesUsed found;
+  if (!deposits.Seek("DEPODATED", dated)) return found;
   for (bool on = true; on; on = deposits.Skip()) {
     clsKVRData& data = deposits.Data();
     const DataHandle table = deposits.Handle();
     if (data.GetStringFieldValueByPointer(table, deposits.Field("DEPODATED")) != dated) break;
     const std::string sequence = data.GetStringFieldValueByPointer(table, deposits.Field("DEPOSEQNC"));
-    if (IsAllDigits(sequence)) highest = std::max(highest, NumberOf(sequence));
+    if (!IsAllDigits(sequence) || sequence.size() > 2) continue;
+    const int number = NumberOf(sequence);
+    found.used.set(static_cast<std::size_t>(number));
+    found.highest = std::max(found.highest, number);
   }
-  return highest + 1;
+  return found;
 }
 
 std::string LastDepositReminder(DepositTable& deposits) {

@@ -1,9 +1,11 @@
 #include "posting/deposit_posting.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "audit/audit_trail.h"
 #include "core/text_format.h"
+#include "posting/check_numbering.h"
 #include "posting/deposit_facts.h"
 #include "shell/company_tables.h"
 #include "shell/rights.h"
@@ -38,13 +40,6 @@ constexpr Command kMenus[] = {
     {"mnuEditPasteLineItems", "&Paste Line Items"},
     {"mnuEditClearPasteBuffer", "&Clear Paste Buffer"},
 };
-
-// Sequences are stored as numbers: "01" is "1".
-std::string WithoutLeadingZero(std::string_view typed) {
-  typed = Trim(typed);
-  if (typed.size() == 2 && typed.front() == '0') typed.remove_prefix(1);
-  return std::string(typed);
-}
 
 }  // namespace
 
@@ -105,7 +100,7 @@ void FrmEditDepositsPost::OnOpen() {
 void FrmEditDepositsPost::OnEnter(Control& control) {
   if (control.index != 0) current_row_ = control.index;
   if (control.name == "txtDepositDated" && !loaded_) {
-    SetCaption("lblEditMessage", LastDepositReminder(tables_.deposits));
+    SetCaption("lblEditMessage", NewDepositNote());
   }
 }
 
@@ -113,7 +108,7 @@ void FrmEditDepositsPost::OnLeave(Control& control) {
   if (control.name == "txtDepositDated") {
     LeaveDate();
   } else if (control.name == "txtDateSequence") {
-    SetText("txtDateSequence", WithoutLeadingZero(control.text));
+    SetText("txtDateSequence", StoredSequence(control.text));
     LookUpDeposit();
   } else if (control.name == "txtDepositAcctPeriod") {
     LeavePeriod();
@@ -126,7 +121,9 @@ void FrmEditDepositsPost::OnLeave(Control& control) {
 }
 
 void FrmEditDepositsPost::OnChange(Control& control) {
-  if (control.name == "txtDateSequence") sequence_typed_ = true;
+  if (control.name == "txtDateSequence") sequence_typed_ = !control.text.empty();
+  const bool is_key = control.name == "txtDateSequence" || control.name == "txtDepositDated";
+  if (is_key && std::exchange(key_lost_, false)) looked_up_.clear();
   if (control.name == "txtAmounts") ShowTotals();
   PostingForm::OnChange(control);
 }
@@ -187,8 +184,7 @@ bool FrmEditDepositsPost::GoOnFrom(const Control& control) {
   if (control.name == "txtDateSequence") return go_to("txtDepositAcctPeriod", 0);
   if (control.name == "txtDepositAcctPeriod") return go_to("txtFileNumbers", 1);
   if (row == 0) return false;
-  if (control.name == "txtFileNumbers" && !RowAt(row).IsUsed() &&
-      origin_[static_cast<std::size_t>(row)] == 0) {
+  if (control.name == "txtFileNumbers" && !RowAt(row).IsUsed() && ItemOf(row) == 0) {
     Click("cmdOk");
     return true;
   }
@@ -247,7 +243,7 @@ void FrmEditDepositsPost::LeaveDate() {
 }
 
 void FrmEditDepositsPost::ProposeSequence() {
-  const int next = NextSequence(tables_.deposits, StoredDate(TypedDate().value_or(Date{})));
+  const int next = SequencesOf(tables_.deposits, StoredDate(TypedDate().value_or(Date{}))).Next();
   SetText("txtDateSequence", next <= kLastSequence ? std::to_string(next) : "");
 }
 
@@ -267,6 +263,7 @@ void FrmEditDepositsPost::LookUpDeposit() {
   }
   if (shows_other) return OpenDeposit(dated, sequence);
   KeepKey();
+  SetCaption("lblEditMessage", NewDepositNote());
 }
 
 void FrmEditDepositsPost::OpenDeposit(const std::string& dated, const std::string& sequence) {
@@ -294,7 +291,7 @@ void FrmEditDepositsPost::ShowDeposit(const DepositRecord& deposit) {
     const bool used = !item.file_number.empty() || !item.source.empty() || !item.amount.IsZero();
     PutRow({row, item.file_number, item.source, used ? AmountText(item.amount) : "", IsWireIn(deposit, row)},
            row);
-    origin_[static_cast<std::size_t>(row)] = used ? row : 0;
+    origin_[static_cast<std::size_t>(row)] = {used ? row : 0, 0};
   }
   KeepKey();
   ShowState();
@@ -323,6 +320,7 @@ void FrmEditDepositsPost::KeepKey() {
   looked_up_ = TypedKey();
   looked_at_period_ = Text("txtDepositAcctPeriod");
   sequence_typed_ = false;
+  key_lost_ = false;
 }
 
 void FrmEditDepositsPost::RestoreKey() {
@@ -341,9 +339,20 @@ void FrmEditDepositsPost::ShowState() {
                                                : std::to_string(buffer_.size()) +
                                                      (buffer_.size() == 1 ? " line" : " lines") +
                                                      " cut: paste into another date and sequence.");
-  SetCaption("lblEditMessage",
-             loaded_ ? RestrictionOf(*loaded_, bank_) : LastDepositReminder(tables_.deposits));
+  SetCaption("lblEditMessage", loaded_ ? RestrictionOf(*loaded_, bank_) : NewDepositNote());
+  SetEnabled("txtDepositAcctPeriod", !PeriodIsClosed());
   ShowRows();
+}
+
+std::string FrmEditDepositsPost::NewDepositNote() {
+  const std::string reminder = LastDepositReminder(tables_.deposits);
+  const Date date = TypedDate().value_or(Date{});
+  if (date.IsEmpty()) return reminder;
+  const SequencesUsed used = SequencesOf(tables_.deposits, StoredDate(date));
+  const std::string note = used.Next() > kLastSequence
+                               ? AllSequencesUsed(StoredDate(date))
+                               : GapWarning("Sequence", Text("txtDateSequence"), used.highest);
+  return (note.empty() ? "" : "\r\n" + note) + reminder;
 }
 
 std::string FrmEditDepositsPost::UnsavedQuestion() {
@@ -365,11 +374,32 @@ void FrmEditDepositsPost::LeavePeriod() {
   if (IsReconciled(period)) Boxes().Exclaim(Caption(), ShortForm(period) + " has been reconciled...");
 }
 
+// One that can not be read is typed anew.
+bool FrmEditDepositsPost::PeriodIsClosed() {
+  if (!loaded_ || !IsReconciled(loaded_->accounting)) return false;
+  RunState scratch;
+  ParsePeriod(ShownValue(loaded_->accounting), bank_.accounting.day, scratch);
+  return scratch.period_valid;
+}
+
+// It may have been typed before the account was reconciled elsewhere.
+bool FrmEditDepositsPost::PeriodStands() {
+  const bool closed = PeriodIsClosed();
+  SetEnabled("txtDepositAcctPeriod", !closed);
+  const std::string stored = closed ? ShownValue(loaded_->accounting) : Text("txtDepositAcctPeriod");
+  if (Text("txtDepositAcctPeriod") == stored) return true;
+  SetText("txtDepositAcctPeriod", stored);
+  SetCaption("lblEditMessage", RestrictionOf(*loaded_, bank_));
+  Boxes().Critical(Caption(),
+                   RestrictionOf(*loaded_, bank_) + "\r\n\r\nNothing was saved: look at what is shown now.");
+  return false;
+}
+
 // A warning for each line that cleared before the period.
 std::string FrmEditDepositsPost::ClearedEarlier(const Period& accounting) {
   std::string warnings;
   for (int row = 1; row <= kDepositItems; ++row) {
-    const int item = origin_[static_cast<std::size_t>(row)];
+    const int item = ItemOf(row);
     if (item == 0 || !loaded_) continue;
     const Period& statement = loaded_->items[static_cast<std::size_t>(item) - 1].statement;
     if (statement.IsEmpty() || MakeKey(accounting) <= MakeKey(statement)) continue;

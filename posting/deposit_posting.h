@@ -8,8 +8,8 @@
 // lblPasteBuffer; the register lstDepositDates; buttons and commands.
 //
 // Invariants: loaded_ is the posted deposit that the entries show, as it was read; without it the entries are
-// a new one. origin_ says for every line which item of loaded_ it shows, also after lines have moved. Lines
-// that were cut stand in buffer_ until a deposit with them is posted, or the user gives them up.
+// a new one. origin_ says for every line where it comes from, also after lines have moved. Lines that were
+// cut stand in buffer_ until a deposit with them is posted, or the user gives them up.
 #pragma once
 
 #include <array>
@@ -71,6 +71,11 @@ class FrmEditDepositsPost : public PostingForm {
   void KeepKey();
   void ShowState();
   void LeavePeriod();
+  // A posted deposit does not leave a reconciled period.
+  bool PeriodIsClosed();
+  bool PeriodStands();
+  // What is worth saying about the sequence of a new deposit, and which deposit was the last.
+  std::string NewDepositNote();
   std::string ClearedEarlier(const Period& accounting);
   std::string UnsavedQuestion();
   void ToggleFreeFormat();
@@ -93,13 +98,18 @@ class FrmEditDepositsPost : public PostingForm {
   void InsertCurrentFile();
   void CutRows();
   void PasteRows();
+  bool MayGiveUpBuffer();
   bool GiveUpBuffer();
+  void TakePostedFromBuffer();
+  // Asks about changes that are not posted. True when a posted deposit stands as it is stored, or a new one.
+  bool ShowsWhatIsStored();
 
   // Posting (deposit_posting_save.cpp).
   bool MayPost();
   bool Accepts(const DepositFinding& finding);
   DepositRecord Record();
   bool Write(const DepositRecord& deposit);
+  bool MayChangeReconciled();
   bool RemovePosted();
   std::string FailureText(const PostOutcome& outcome, const DepositRecord& deposit);
   bool SettleFailure(const PostOutcome& outcome, const DepositRecord& deposit);
@@ -112,11 +122,19 @@ class FrmEditDepositsPost : public PostingForm {
   std::shared_ptr<DepositItemRegister> items_;
   bool shows_items_ = false;  // the register lists items
   std::optional<DepositRecord> loaded_;
-  std::array<int, kDepositItems + 1> origin_{};  // by line, from 1: item of loaded_; 0 = none
-  std::vector<DepositRow> buffer_;               // lines that were cut
-  bool pasted_ = false;                          // the entries hold the buffer's lines
-  std::string kept_date_;                        // of the deposit that the entries belong to, as shown
+  struct Origin {
+    int item = 0;  // of loaded_, from 1; 0 = none
+    int cut = 0;   // line of buffer_ that was pasted, from 1; 0 = none
+  };
+  using Origins = std::array<Origin, kDepositItems + 1>;  // by line, from 1
+  int ItemOf(int row) const { return origin_[static_cast<std::size_t>(row)].item; }
+  bool HaveMoved() const;
+  Origins origin_{};
+  std::vector<DepositRow> buffer_;  // lines that were cut
+  bool pasted_ = false;             // the entries hold the buffer's lines
+  std::string kept_date_;           // of the deposit that the entries belong to, as shown
   std::string kept_sequence_;
+  bool key_lost_ = false;         // to another workstation's deposit, which it shows when it is typed again
   std::string looked_up_;         // its key
   bool sequence_typed_ = false;   // since the date was typed
   std::string warned_date_;       // the date whose year was looked at

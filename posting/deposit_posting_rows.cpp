@@ -31,7 +31,7 @@ void FrmEditDepositsPost::PutRow(const DepositRow& values, int row) {
 
 void FrmEditDepositsPost::ClearRow(int row) {
   PutRow({}, row);
-  origin_[static_cast<std::size_t>(row)] = 0;
+  origin_[static_cast<std::size_t>(row)] = {};
 }
 
 // Lines in use stand on the first places, as they are stored.
@@ -44,10 +44,10 @@ void FrmEditDepositsPost::CloseGaps() {
       continue;
     }
     if (to != row) {
-      const int item = origin_[static_cast<std::size_t>(row)];
+      const Origin origin = origin_[static_cast<std::size_t>(row)];
       ClearRow(row);
       PutRow(values, to);
-      origin_[static_cast<std::size_t>(to)] = item;
+      origin_[static_cast<std::size_t>(to)] = origin;
     }
     ++to;
   }
@@ -57,7 +57,7 @@ void FrmEditDepositsPost::CloseGaps() {
 // What stands beside the lines. The amount of a line that has cleared stays what the bank has cleared.
 void FrmEditDepositsPost::ShowRows() {
   for (int row = 1; row <= kDepositItems; ++row) {
-    const int item = origin_[static_cast<std::size_t>(row)];
+    const int item = ItemOf(row);
     const bool posted = loaded_ && item != 0;
     const std::string status =
         posted ? loaded_->items[static_cast<std::size_t>(item) - 1].status : std::string();
@@ -97,7 +97,7 @@ void FrmEditDepositsPost::ShowTotals() {
 void FrmEditDepositsPost::LeaveFileNumber(int row) {
   const std::string typed(Trim(Text("txtFileNumbers", row)));
   SetText("txtFileNumbers", typed, row);
-  const int item = origin_[static_cast<std::size_t>(row)];
+  const int item = ItemOf(row);
   if (!typed.empty() || item == 0 || !loaded_) return;
   const DepositItem& posted = loaded_->items[static_cast<std::size_t>(item) - 1];
   if (posted.status == "C") {
@@ -127,18 +127,44 @@ void FrmEditDepositsPost::InsertCurrentFile() {
 
 // --- Cut and paste ---
 
-bool FrmEditDepositsPost::GiveUpBuffer() {
+bool FrmEditDepositsPost::MayGiveUpBuffer() {
   const std::string question = Quoted("Clear Paste Buffers") + " means data from last " +
                                Quoted("Cut Line Items") + " will be lost.  Proceed?";
-  const BoxAnswer answer =
-      Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo});
-  if (answer != BoxAnswer::kYes) return false;
+  return Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) ==
+         BoxAnswer::kYes;
+}
+
+bool FrmEditDepositsPost::GiveUpBuffer() {
+  if (!MayGiveUpBuffer()) return false;
   buffer_.clear();
+  for (Origin& origin : origin_) origin.cut = 0;
   ShowState();
   return true;
 }
 
+// Lines that were pasted and taken out again before the post stay.
+void FrmEditDepositsPost::TakePostedFromBuffer() {
+  std::vector<DepositRow> left;
+  for (std::size_t line = 0; line < buffer_.size(); ++line) {
+    const bool posted = std::any_of(origin_.begin(), origin_.end(), [&](const Origin& origin) {
+      return static_cast<std::size_t>(origin.cut) == line + 1;
+    });
+    if (!posted) left.push_back(buffer_[line]);
+  }
+  buffer_ = std::move(left);
+}
+
+bool FrmEditDepositsPost::ShowsWhatIsStored() {
+  if (!loaded_ || !IsChanged()) return true;
+  const DepositRecord shown = *loaded_;
+  if (!MayDropChanges(UnsavedQuestion())) return false;
+  OpenDeposit(shown.dated, shown.sequence);
+  return loaded_.has_value();
+}
+
+// What is cut is what is stored, not what is typed over it.
 void FrmEditDepositsPost::CutRows() {
+  if (!ShowsWhatIsStored()) return;
   if (const int cleared = loaded_ ? FirstCleared(*loaded_) : 0; cleared != 0) {
     return Boxes().Critical(Caption(), "Line " + std::to_string(cleared) +
                                            " has cleared and can not be cut.  Set it outstanding first.");
@@ -151,10 +177,10 @@ void FrmEditDepositsPost::CutRows() {
   const BoxAnswer answer =
       Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo});
   if (answer != BoxAnswer::kYes) return;
-  if (!buffer_.empty() && !GiveUpBuffer()) return;
+  if (!buffer_.empty() && !MayGiveUpBuffer()) return;
   std::vector<DepositRow> rows = Rows();
   std::erase_if(rows, [](const DepositRow& row) { return !row.IsUsed(); });
-  if (loaded_ && !RemovePosted()) return;
+  if (loaded_ && !(MayWrite() && MayChangeReconciled() && RemovePosted())) return;
   buffer_ = std::move(rows);
   pasted_ = false;
   for (int row = 1; row <= kDepositItems; ++row) ClearRow(row);
@@ -177,7 +203,10 @@ void FrmEditDepositsPost::PasteRows() {
                                            std::to_string(room) +
                                            " are free here.  Paste them into an empty deposit.");
   }
-  for (const DepositRow& values : buffer_) PutRow(values, row++);
+  for (int line = 1; line <= static_cast<int>(buffer_.size()); ++line, ++row) {
+    PutRow(buffer_[static_cast<std::size_t>(line) - 1], row);
+    origin_[static_cast<std::size_t>(row)] = {0, line};
+  }
   pasted_ = true;
   ShowState();
 }

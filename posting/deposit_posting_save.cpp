@@ -15,7 +15,7 @@ bool FrmEditDepositsPost::IsEntry(const Control& control) const {
 }
 
 bool FrmEditDepositsPost::Post() {
-  if (!MayWrite() || !MayPost()) return false;
+  if (!MayWrite() || !PeriodStands() || !MayPost()) return false;
   CloseGaps();
   const DepositRecord deposit = Record();
   if (loaded_ && deposit.item_count == 0) {
@@ -38,7 +38,7 @@ bool FrmEditDepositsPost::MayPost() {
   const std::optional<Date> date = TypedDate();
   DepositCase deposit{Text("txtDepositDated"),
                       Text("txtDateSequence"),
-                      date.has_value(),
+                      date,
                       Rows(),
                       Text("txtDepositAcctPeriod"),
                       {},
@@ -90,7 +90,7 @@ DepositRecord FrmEditDepositsPost::Record() {
   deposit.item_count = 0;
   for (int row = 1; row <= kDepositItems; ++row) {
     const DepositRow values = RowAt(row);
-    const auto item = static_cast<std::size_t>(origin_[static_cast<std::size_t>(row)]);
+    const auto item = static_cast<std::size_t>(ItemOf(row));
     DepositItem& line = deposit.items[static_cast<std::size_t>(row) - 1];
     line = item != 0 ? posted[item - 1] : DepositItem{};
     const bool wire_in = values.IsUsed() && values.wire_in;
@@ -114,23 +114,23 @@ bool FrmEditDepositsPost::Write(const DepositRecord& deposit) {
   if (!outcome.Done()) return SettleFailure(outcome, deposit);
   last_posted_ = deposit.dated + deposit.sequence;
   Audit(loaded_ ? kAuditSave : kAuditAdd, DepositName(deposit.dated, deposit.sequence));
-  if (pasted_) buffer_.clear();
+  TakePostedFromBuffer();
   AfterWriting();
   return true;
 }
 
+// What a post asks, for a cut.
+bool FrmEditDepositsPost::MayChangeReconciled() {
+  if (!IsReconciled(loaded_->accounting)) return true;
+  const std::string question = "WARNING - Accounting period " + ShortForm(loaded_->accounting) +
+                               " has been reconciled.  Ok to make changes?";
+  return Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) ==
+         BoxAnswer::kYes;
+}
+
 // The posted deposit goes from the table; its lines stay on the screen.
 bool FrmEditDepositsPost::RemovePosted() {
-  if (!MayWrite()) return false;
   const DepositRecord deposit = *loaded_;
-  if (IsReconciled(deposit.accounting)) {
-    const std::string question = "WARNING - Accounting period " + ShortForm(deposit.accounting) +
-                                 " has been reconciled.  Ok to make changes?";
-    if (Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) !=
-        BoxAnswer::kYes) {
-      return false;
-    }
-  }
   const PostOutcome outcome =
       RemoveDeposit(tables_, session_.Company().xrefs, bank_code_, deposit, SameReconciliation());
   if (!outcome.Done()) {
@@ -146,7 +146,7 @@ bool FrmEditDepositsPost::RemovePosted() {
   }
   Audit(kAuditDelete, DepositName(deposit.dated, deposit.sequence));
   loaded_.reset();
-  origin_.fill(0);
+  origin_.fill({});
   RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   return true;
@@ -162,14 +162,15 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
   if (outcome.code == kChangedElsewhere) return SettleElsewhere(deposit);
   if (outcome.code == kReconciledElsewhere) return Post();
   const std::string name = DepositName(deposit.dated, deposit.sequence);
-  const int next = NextSequence(tables_.deposits, deposit.dated);
+  const int next = SequencesOf(tables_.deposits, deposit.dated).Next();
   if (loaded_ || !outcome.NumberIsTaken()) {
     TellFailure(outcome, FailureText(outcome, deposit), {}, "txtDateSequence");
     return false;
   }
+  key_lost_ = true;
   if (next > kLastSequence) {
-    Refuse("Deposit " + name + " was posted on another workstation in the meantime, and all " +
-               std::to_string(kLastSequence) + " sequence numbers of the date are used.  Type another date.",
+    Refuse("Deposit " + name + " was posted on another workstation in the meantime.  " +
+               AllSequencesUsed(deposit.dated),
            "txtDepositDated");
     return false;
   }
@@ -182,12 +183,20 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
   return Write(Record());
 }
 
+// A line that has moved stands beside another one of the stored deposit.
+bool FrmEditDepositsPost::HaveMoved() const {
+  for (int row = 1; row <= kDepositItems; ++row) {
+    if (ItemOf(row) != 0 && ItemOf(row) != row) return true;
+  }
+  return false;
+}
+
 bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
   const std::string name = "Deposit " + DepositName(deposit.dated, deposit.sequence);
   const std::optional<DepositRecord> theirs = FindPosted(loaded_->dated, loaded_->sequence);
   if (!theirs) {
     loaded_.reset();
-    origin_.fill(0);
+    origin_.fill({});
     ShowState();
     Refuse(
         name +
@@ -199,9 +208,10 @@ bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
   const std::optional<DepositRecord> before = loaded_;
   const auto before_origin = origin_;
   const std::string_view not_over =
-      HaveSameLines(*before, *theirs)
-          ? ""
-          : "Lines were added, removed or cleared there, so yours can not be saved over them.";
+      !HaveSameLines(*before, *theirs)
+          ? "Lines were added, removed or cleared there, so yours can not be saved over them."
+      : HaveMoved() ? "Your lines have moved up, so they can not be saved over theirs."
+                    : "";
   switch (SettleChange(
       name, [&] { ShowDeposit(*theirs); }, not_over)) {
     case Settled::kMine:
@@ -209,7 +219,7 @@ bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
     case Settled::kBack:
       loaded_ = before;
       origin_ = before_origin;
-      ShowRows();
+      ShowState();
       return false;
     case Settled::kTheirs:
       break;

@@ -55,8 +55,8 @@ DepositFinding PeriodIsGood(const DepositCase& deposit) {
   return {"Accounting Period is bad or missing.", "txtDepositAcctPeriod"};
 }
 
-// A new deposit is refused; who changes one that exists is asked, also when the change would take it out of a
-// reconciled period.
+// A new deposit is refused; who changes one that exists is asked. It stays in its period, unless that can not
+// be read.
 DepositFinding PeriodIsOpen(const DepositCase& deposit) {
   const bool closed = IsReconciled(deposit.period, deposit.bank);
   const bool was_closed = deposit.posted && IsReconciled(deposit.posted_period, deposit.bank);
@@ -73,9 +73,12 @@ DepositFinding PeriodIsOpen(const DepositCase& deposit) {
 // --- What cannot be stored as it was typed ---
 
 DepositFinding DateIsReadable(const DepositCase& deposit) {
-  if (deposit.date_readable) return {};
-  return {"Date Posted " + Quoted(Trim(deposit.dated)) + " is not a date.  Type it like 03/15/2024.",
-          "txtDepositDated"};
+  if (!deposit.date) {
+    return {"Date Posted " + Quoted(Trim(deposit.dated)) + " is not a date.  Type it like 03/15/2024.",
+            "txtDepositDated"};
+  }
+  if (deposit.posted) return {};
+  return {YearProblem("Date Posted", deposit.dated, *deposit.date), "txtDepositDated"};
 }
 
 DepositFinding SequenceIsNumber(const DepositCase& deposit) {

@@ -3,11 +3,13 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <span>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "core/date.h"
 #include "core/period.h"
 #include "tables/bank_table.h"
 
@@ -30,7 +32,7 @@ struct DepositRow {
 struct DepositCase {
   std::string dated;  // as typed
   std::string sequence;
-  bool date_readable = true;
+  std::optional<Date> date;  // as parsed; none for what is no date
   std::vector<DepositRow> rows;
   std::string period_text;
   Period period;              // as parsed

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/encoding.h"
+#include "core/period.h"
 #include "core/text.h"
 #include "core/text_format.h"
 
@@ -58,6 +59,12 @@ std::string AmountProblem(std::string_view label, std::string_view text, int wid
 std::string DateProblem(std::string_view label, std::string_view text) {
   if (ParseDisplayDate(text)) return {};
   return Problem(label, Quoted(Trim(text)) + " is not a date.  Type it like 03/15/2024.");
+}
+
+std::string YearProblem(std::string_view label, std::string_view typed, const Date& date) {
+  if (date.IsEmpty() || (date.year >= kFirstPeriodYear && date.year <= kLastPeriodYear)) return {};
+  return Problem(label, Quoted(Trim(typed)) + " is not in the years " + std::to_string(kFirstPeriodYear) +
+                            " to " + std::to_string(kLastPeriodYear) + ".  Type it like 03/15/2024.");
 }
 
 Currency GreatestAmount(int width) {

@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "core/currency.h"
+#include "core/date.h"
 #include "tables/layout.h"
 
 namespace tallwick {
@@ -18,6 +19,9 @@ std::string AmountProblem(std::string_view label, std::string_view text, int wid
 
 // No date. Blank is fine.
 std::string DateProblem(std::string_view label, std::string_view text);
+
+// A date, as it was typed, of a year that no period has; "" for any other and for the empty date.
+std::string YearProblem(std::string_view label, std::string_view typed, const Date& date);
 
 // The greatest amount of a numeric field with two decimals: 999,999,999.99 for 12.
 Currency GreatestAmount(int width);

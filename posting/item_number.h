@@ -1,6 +1,6 @@
 // Numbers of checks and vouchers as they are typed. The bank, positive pay and the numbering read "020005" as
 // 20005, so a number of digits is stored without leading zeros. Other programs may have stored some with
-// them: these are found under either form and keep their own.
+// them: these are found under either form and keep their own, as do numbers with letters or signs.
 #pragma once
 
 #include <optional>

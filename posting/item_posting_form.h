@@ -7,6 +7,7 @@
 
 #include <algorithm>
 #include <optional>
+#include <utility>
 
 #include "audit/audit_trail.h"
 #include "posting/item_number.h"
@@ -53,7 +54,8 @@ class ItemPostingForm : public PayeePostingForm {
   virtual std::string ProposedNumber() { return {}; }
   // Sets what is entered otherwise than as a text, for the record or a new one (null).
   virtual void ShowMarks(const Record*) {}
-  // Shows what the screen says about the record, or about a new one (null).
+  // Shows what the screen says about the record, or about a new one (null), and closes what may not be
+  // changed; lblEditMessage says why.
   virtual void ShowBeside(const Record* record) = 0;
   // What the screen sets in a record beside the entries.
   virtual void Complete(Record* record) = 0;
@@ -140,6 +142,11 @@ class ItemPostingForm : public PayeePostingForm {
     }
     if (control.name == number_control_) LookUpNumber();
     if (control.name == item_.file) ShowLedgerCommand();
+  }
+
+  void OnChange(Control& control) override {
+    if (control.name == number_control_ && std::exchange(number_lost_, false)) looked_up_number_.clear();
+    PayeePostingForm::OnChange(control);
   }
 
   // The number that the typed one stands for: a posted one, or as a new one is stored.
@@ -246,7 +253,7 @@ class ItemPostingForm : public PayeePostingForm {
   bool MayChange() {
     if (!loaded_) return true;
     ShowBeside(&*loaded_);
-    return ClosedEntriesStand(RestrictionOf(*loaded_, bank_));
+    return ClosedEntriesStand(At("lblEditMessage").caption);
   }
 
   bool MayBeNumber() {
@@ -291,6 +298,7 @@ class ItemPostingForm : public PayeePostingForm {
       SetText(number_control_, next);
       return Write();
     }
+    number_lost_ = taken;
     if (next.empty()) {
       TellFailure(outcome, FailureText(outcome, NotAdded(outcome, number)),
                   ControlOfField(fields_, outcome.field), number_control_);
@@ -367,6 +375,7 @@ class ItemPostingForm : public PayeePostingForm {
   std::shared_ptr<ItemRegister<Table, Record>> register_;
   const std::string number_control_{fields_.front().control};
   std::string looked_up_number_;  // the number that the entries belong to
+  bool number_lost_ = false;      // to another workstation's item, which it shows when it is typed again
 };
 
 }  // namespace tallwick

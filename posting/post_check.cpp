@@ -5,28 +5,40 @@ namespace {
 
 using Step = PostOutcome::Step;
 
-int SetVoucherCheck(VoucherTable& vouchers, std::string_view voucher_number, const std::string& was,
-                    const std::string& now) {
-  if (!vouchers.SeekNumber(voucher_number)) return engine::kSuccess;
-  VoucherRecord voucher = vouchers.Read();
+// Has the voucher that the check uses name `now` where it names `was`.
+int SetVoucherCheck(BankTables& bank, const CheckRecord& check, const std::string& was,
+                    const std::function<std::string(const VoucherRecord&)>& now) {
+  if (!UsesVoucher(check) || !bank.vouchers.SeekNumber(check.voucher_number)) return engine::kSuccess;
+  VoucherRecord voucher = bank.vouchers.Read();
   if (voucher.check_number != was) return engine::kSuccess;
-  voucher.check_number = now;
-  return vouchers.Update(voucher);
+  voucher.check_number = now(voucher);
+  return bank.vouchers.Update(voucher);
 }
 
-// A voided check pays nobody: its voucher is free for another one.
-bool UsesVoucher(const CheckRecord& check) {
-  return !check.voucher_number.empty() && check.status != "V";
+int TakeVoucher(BankTables& bank, const CheckRecord& check) {
+  return SetVoucherCheck(bank, check, "", [&](const VoucherRecord&) { return check.number; });
 }
 
-int TakeVoucher(VoucherTable& vouchers, const CheckRecord& check) {
-  return UsesVoucher(check) ? SetVoucherCheck(vouchers, check.voucher_number, "", check.number)
-                            : engine::kSuccess;
+// The first check of the voucher's file that uses it; "" for none. The one that let go of it is written by
+// then.
+std::string NextUser(CheckTable& checks, const VoucherRecord& voucher) {
+  for (bool on = checks.FirstOfFile(voucher.file_number); on; on = checks.NextOfFile(voucher.file_number)) {
+    const CheckRecord check = checks.Read();
+    if (UsesVoucher(check) && check.voucher_number == voucher.number) return check.number;
+  }
+  return {};
 }
 
-int FreeVoucher(VoucherTable& vouchers, const CheckRecord& check) {
-  return UsesVoucher(check) ? SetVoucherCheck(vouchers, check.voucher_number, check.number, "")
-                            : engine::kSuccess;
+int FreeVoucher(BankTables& bank, const CheckRecord& check) {
+  return SetVoucherCheck(bank, check, check.number,
+                         [&](const VoucherRecord& voucher) { return NextUser(bank.checks, voucher); });
+}
+
+// A check that goes on using its voucher passes it on to its new number.
+int PassVoucherOn(BankTables& bank, const CheckRecord& before, const CheckRecord& after) {
+  const bool keeps = UsesVoucher(after) && before.voucher_number == after.voucher_number;
+  if (!keeps) return FreeVoucher(bank, before);
+  return SetVoucherCheck(bank, before, before.number, [&](const VoucherRecord&) { return after.number; });
 }
 
 // The record under the old number goes and one under the new number comes.
@@ -38,13 +50,17 @@ int WriteOver(CheckTable& checks, bool renumbered, const CheckRecord& after) {
 
 }  // namespace
 
+bool UsesVoucher(const CheckRecord& check) {
+  return !check.voucher_number.empty() && check.status != "V";
+}
+
 PostOutcome PostCheck(BankTables& bank, XrefTable& xrefs, std::string_view bank_code,
                       const CheckRecord& check, const PostGuard& guard) {
   const PostPiece pieces[] = {
       {Step::kItem, [&] { return bank.checks.Add(check, true); }},
       {Step::kCrossReference,
        [&] { return AddXref(xrefs, CheckXref(check.file_number, bank_code, check.number)); }},
-      {Step::kVoucher, [&] { return TakeVoucher(bank.vouchers, check); }},
+      {Step::kVoucher, [&] { return TakeVoucher(bank, check); }},
   };
   return AsOneUnit(xrefs.Data(), pieces, guard);
 }
@@ -61,8 +77,8 @@ PostOutcome RewriteCheck(BankTables& bank, XrefTable& xrefs, std::string_view ba
       {Step::kItem, [&] { return WriteOver(bank.checks, renumbered, after); }},
       {Step::kCrossReference, [&] { return moved ? RemoveXref(xrefs, old_xref) : engine::kSuccess; }},
       {Step::kCrossReference, [&] { return moved ? AddXref(xrefs, new_xref) : engine::kSuccess; }},
-      {Step::kVoucher, [&] { return other_voucher ? FreeVoucher(bank.vouchers, before) : engine::kSuccess; }},
-      {Step::kVoucher, [&] { return other_voucher ? TakeVoucher(bank.vouchers, after) : engine::kSuccess; }},
+      {Step::kVoucher, [&] { return other_voucher ? PassVoucherOn(bank, before, after) : engine::kSuccess; }},
+      {Step::kVoucher, [&] { return other_voucher ? TakeVoucher(bank, after) : engine::kSuccess; }},
   };
   return ChangeAsOneUnit(bank.checks, bank.checks.SeekNumber(before.number), before, pieces, guard);
 }
@@ -73,7 +89,7 @@ PostOutcome RemoveCheck(BankTables& bank, XrefTable& xrefs, std::string_view ban
   const PostPiece pieces[] = {
       {Step::kItem, [&] { return bank.checks.Delete(); }},
       {Step::kCrossReference, [&] { return RemoveXref(xrefs, xref); }},
-      {Step::kVoucher, [&] { return FreeVoucher(bank.vouchers, check); }},
+      {Step::kVoucher, [&] { return FreeVoucher(bank, check); }},
   };
   return ChangeAsOneUnit(bank.checks, bank.checks.SeekNumber(check.number), check, pieces, guard);
 }

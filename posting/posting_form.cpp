@@ -102,12 +102,9 @@ bool PostingForm::DateIsGood(std::string_view control, std::string_view label) {
   if (IsPosted() && StandsAsLoaded(At(control))) return true;
   const std::optional<Date> date = ParseDisplayDate(typed);
   if (!date) return true;  // refused with the other texts that can not be read
-  const std::string how = "  Type it like 03/15/2024.";
-  if (date->IsEmpty()) return Passes({control, std::string(label) + " is missing." + how});
-  if (date->year >= kFirstPeriodYear && date->year <= kLastPeriodYear) return true;
-  return Passes({control, std::string(label) + " " + Quoted(Trim(typed)) + " is not in the years " +
-                              std::to_string(kFirstPeriodYear) + " to " + std::to_string(kLastPeriodYear) +
-                              "." + how});
+  if (date->IsEmpty())
+    return Passes({control, std::string(label) + " is missing.  Type it like 03/15/2024."});
+  return Passes({control, YearProblem(label, typed, *date)});
 }
 
 bool PostingForm::Passes(const EntryRefusal& finding) {
@@ -230,11 +227,10 @@ PostingForm::Settled PostingForm::SettleChange(std::string_view item,
                                                const std::function<void()>& show_theirs,
                                                std::string_view not_over) {
   const Picture mine = TakePicture();
-  const Values as_loaded = unchanged_;
   show_theirs();
   const auto go_back = [&] {
     PutValues(mine.values);
-    unchanged_ = as_loaded;
+    unchanged_ = mine.as_loaded;
     return Settled::kBack;
   };
   const std::string changed = std::string(item) +
@@ -248,12 +244,20 @@ PostingForm::Settled PostingForm::SettleChange(std::string_view item,
     return ask(words, BoxButtons::kYesNo, BoxAnswer::kNo) == BoxAnswer::kYes ? Settled::kTheirs : go_back();
   }
   const BoxAnswer answer =
-      ask("Yes saves your entry over theirs, No shows theirs, Cancel goes back to your entry.",
+      ask("Yes saves your changes over theirs, No shows theirs, Cancel goes back to your entry.",
           BoxButtons::kYesNoCancel, BoxAnswer::kCancel);
   if (answer == BoxAnswer::kNo) return Settled::kTheirs;
   if (answer != BoxAnswer::kYes) return go_back();
-  PutValues(mine.values);
+  PutValues(Merged(mine, TakeValues()));
   return Settled::kMine;
+}
+
+PostingForm::Values PostingForm::Merged(const Picture& mine, const Values& theirs) {
+  Values merged = theirs;
+  for (std::size_t place = 0; place < merged.size(); ++place) {
+    if (mine.values[place] != mine.as_loaded[place]) merged[place] = mine.values[place];
+  }
+  return merged;
 }
 
 void PostingForm::ShowChanged(std::string_view item, std::string_view not_done,
@@ -269,14 +273,16 @@ void PostingForm::ShowChanged(std::string_view item, std::string_view not_done,
 std::string PostingForm::Differences(const Picture& mine, const Picture& theirs, std::string_view other) {
   std::string lines;
   const auto add = [&](const std::string& name, const std::string& one, const std::string& two) {
-    lines += "\r\n" + name + ": yours " + one + ", " + std::string(other) + " " + two;
+    lines +=
+        "\r\n" + name + ": " + (one.empty() ? "" : "yours " + one + ", ") + std::string(other) + " " + two;
   };
   std::size_t place = 0;
   for (const Control& control : Controls()) {
     if (!IsEntry(control)) continue;
     const auto& one = mine.values[place];
     const auto& two = theirs.values[place];
-    if (one != two) add(NameOf(control), ValueWord(one, control), ValueWord(two, control));
+    const bool is_mine = one != mine.as_loaded[place];
+    if (one != two) add(NameOf(control), is_mine ? ValueWord(one, control) : "", ValueWord(two, control));
     ++place;
   }
   if (mine.status != theirs.status)

@@ -119,7 +119,8 @@ class PostingForm : public LookUpForm {
   // The number was taken by another workstation since it was proposed: asks whether to post under `next`.
   bool TakesNext(std::string_view taken, std::string_view next);
   // The record was changed elsewhere since it was loaded: `show_theirs` puts what is stored now into the
-  // entries, and the user is shown both. Saving one's own over it is not offered where `not_over` says why.
+  // entries, and the user is shown both. Of one's own only what was changed is saved over it; that is not
+  // offered where `not_over` says why.
   enum class Settled { kMine, kTheirs, kBack };
   Settled SettleChange(std::string_view item, const std::function<void()>& show_theirs,
                        std::string_view not_over = {});
@@ -157,12 +158,16 @@ class PostingForm : public LookUpForm {
   struct Picture {
     Values values;
     std::string status;
+    Values as_loaded;
   };
   Values TakeValues();
   bool StandsAsLoaded(const Control& wanted);  // its text, of an entry
   void PutValues(const Values& values);
-  Picture TakePicture() { return {TakeValues(), At(screen_.status).caption}; }
-  // A line for each difference; `other` names what is compared with mine ("theirs").
+  Picture TakePicture() { return {TakeValues(), At(screen_.status).caption, unchanged_}; }
+  // Of two pictures of one record: what was changed in `mine` since it was loaded, the rest from `theirs`.
+  static Values Merged(const Picture& mine, const Values& theirs);
+  // A line for each difference; `other` names what is compared with mine ("theirs"). What was not changed in
+  // mine is told as a change of the other.
   std::string Differences(const Picture& mine, const Picture& theirs, std::string_view other = "theirs");
   BankSettings Options();
 

@@ -5,6 +5,7 @@
 
 #include "posting/check_numbering.h"
 #include "posting/file_number.h"
+#include "posting/post_check.h"
 #include "posting/post_voucher.h"
 #include "posting/voucher_register.h"
 #include "posting/voucher_validation.h"
@@ -132,14 +133,22 @@ void FrmEditVouchersPost::ShowMarks(const VoucherRecord* voucher) {
   SetValue("chkVCHRCleared", voucher != nullptr && voucher->status == "C" ? 1 : 0);
 }
 
+bool FrmEditVouchersPost::IsHeldByCheck(const VoucherRecord& voucher) {
+  if (voucher.check_number.empty() || !SeekCounted(tables_.checks, voucher.check_number)) return false;
+  const CheckRecord check = tables_.checks.Read();
+  return UsesVoucher(check) && check.voucher_number == voucher.number;
+}
+
 void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
   const std::string restriction = voucher != nullptr ? RestrictionOf(*voucher, bank_) : "";
   const bool closed = !restriction.empty();
+  const bool held = voucher != nullptr && IsHeldByCheck(*voucher);
   for (const EntryField<VoucherRecord>& entry : kFields) {
     const bool restricted =
         std::find(std::begin(kRestricted), std::end(kRestricted), entry.control) != std::end(kRestricted);
     if (entry.control != NumberControl()) SetEnabled(entry.control, !viewing_ && !(closed && restricted));
   }
+  SetEnabled("txtVCHRCheckNumber", !viewing_ && !held);
   for (std::string_view control : {"chkVCHRCleared", "cmdOk", "cmdNextVCHRNumber", "cmdRolodex"})
     SetEnabled(control, !viewing_);
   SetCaption("cmdOk", voucher != nullptr ? "&Ok" : "&Add");
@@ -151,11 +160,14 @@ void FrmEditVouchersPost::ShowBeside(const VoucherRecord* voucher) {
     return;
   }
   SetCaption("lblVCHRStatus", VoucherStatusText(voucher->status));
-  SetCaption("lblEditMessage", restriction);
+  const std::string use = held ? "Check " + voucher->check_number + " uses this voucher." : "";
+  SetCaption("lblEditMessage", closed && held ? restriction + "\r\n" + use : restriction + use);
 }
 
 void FrmEditVouchersPost::Complete(VoucherRecord* voucher) {
-  voucher->status = At("chkVCHRCleared").value == 1 ? "C" : "O";
+  const bool cleared = At("chkVCHRCleared").value == 1;
+  if (loaded_ && cleared == (loaded_->status == "C")) return;
+  voucher->status = cleared ? "C" : "O";
 }
 
 bool FrmEditVouchersPost::MayPost() {

@@ -38,6 +38,8 @@ class FrmEditVouchersPost : public ItemPostingForm<VoucherRecord, VoucherTable> 
 
  private:
   void TakeNextNumber();
+  // Whether its check is posted and uses it: that check's number is no matter of typing then.
+  bool IsHeldByCheck(const VoucherRecord& voucher);
   // The warning of a new number that leaves a gap; "" for none.
   std::string Gap();
 

@@ -101,11 +101,14 @@ void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
   SetCaption("lblWireStatus", wire != nullptr ? WireStatusText(wire->status) : "Not Posted");
   SetCaption("cmdOk", wire != nullptr ? "&Ok" : "P&ost Wire");
   const bool open = restriction.empty() && !viewing_;
-  SetEnabled("cmdOk", open);
-  SetEnabled("cmdRolodex", open);
   for (const EntryField<WireRecord>& entry : kFields) {
     if (entry.control != NumberControl()) SetEnabled(entry.control, open);
   }
+  SetEnabled("cmdRolodex", open);
+  // A reconciliation carries an outstanding wire on: a later statement may show it.
+  const bool clears = open || (!viewing_ && wire != nullptr && wire->status == "O");
+  SetEnabled("txtWireStmtPeriod", clears);
+  SetEnabled("cmdOk", clears);
   SetCaption("lblEditMessage", wire != nullptr ? restriction
                                : viewing_      ? "Choose a posted wire in the list, or type its number."
                                           : "\r\nTransaction will be posted to and cleared in the period " +
@@ -123,6 +126,7 @@ void FrmEditWiresPost::ShowDestination() {
 }
 
 void FrmEditWiresPost::Complete(WireRecord* wire) {
+  if (loaded_ && wire->statement == loaded_->statement) return;
   wire->status = wire->statement.IsEmpty() ? "O" : "C";
 }
 

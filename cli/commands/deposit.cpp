@@ -61,7 +61,8 @@ int Post(Office& office, const DepositArguments& arguments) {
   }
   // The screen would show a posted deposit and change it; a command that posts must not.
   const std::string dated = StoredForm(arguments.dated);
-  const bool taken = !arguments.sequence.empty() && deposits->SeekDeposit(dated, arguments.sequence);
+  const bool taken =
+      !arguments.sequence.empty() && deposits->SeekDeposit(dated, StoredSequence(arguments.sequence));
   const std::string key = taken ? "" : PostOnScreen(office, "frmEditDepositsPost", EntriesOf(arguments));
   const bool posted = key.size() > 8 && deposits->SeekDeposit(key.substr(0, 8), key.substr(8));
   return ShowPosted(office, *deposits, posted,
@@ -73,7 +74,8 @@ int Show(Office& office, const DepositArguments& arguments) {
   const std::unique_ptr<DepositTable> deposits = OpenPosted<DepositTable>(office, &status);
   if (!deposits) return status;
   const std::string dated = StoredForm(arguments.dated);
-  return ShowFields(office, *deposits, !dated.empty() && deposits->SeekDeposit(dated, arguments.sequence),
+  const std::string sequence = StoredSequence(arguments.sequence);
+  return ShowFields(office, *deposits, !dated.empty() && deposits->SeekDeposit(dated, sequence),
                     NameOf(arguments) + " is not posted");
 }
 
@@ -82,7 +84,8 @@ int Clear(Office& office, const DepositArguments& arguments) {
   const std::unique_ptr<DepositTable> deposits = OpenPosted<DepositTable>(office, &status);
   if (!deposits) return status;
   const std::string dated = StoredForm(arguments.dated);
-  const bool there = !dated.empty() && deposits->SeekDeposit(dated, arguments.sequence);
+  const std::string sequence = StoredSequence(arguments.sequence);
+  const bool there = !dated.empty() && deposits->SeekDeposit(dated, sequence);
   std::string cleared;
   if (there) {
     const DepositRecord deposit = deposits->Read();
@@ -97,7 +100,7 @@ int Clear(Office& office, const DepositArguments& arguments) {
     }
     cleared = PostOnScreen(office, "frmEditDepositsClear", entries);
   }
-  return ShowFields(office, *deposits, !cleared.empty() && deposits->SeekDeposit(dated, arguments.sequence),
+  return ShowFields(office, *deposits, !cleared.empty() && deposits->SeekDeposit(dated, sequence),
                     NameOf(arguments) + (there ? " was not cleared" : " is not posted"));
 }
 

@@ -45,6 +45,15 @@ bool Use(Form& form, const TypedEntry& entry) {
   }
 }
 
+// A screen says in a label why nothing can be done to what it shows.
+void TellWhyClosed(Office& office, Form& form) {
+  form.Leave();
+  const Control* why = form.Find("lblEditMessage");
+  if (why != nullptr && !why->caption.empty()) {
+    office.Boxes().Critical(form.Caption(), why->caption);
+  }
+}
+
 }  // namespace
 
 std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries) {
@@ -55,8 +64,11 @@ std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector
   for (const TypedEntry& entry : entries) {
     if (!Use(*form, entry)) return {};
   }
+  const Control* press = form->Find(use.press);
   if (use.press.empty()) {
     form->Leave();
+  } else if (press != nullptr && !press->enabled) {
+    TellWhyClosed(office, *form);
   } else {
     Use(*form, {std::string(use.press), {}});
   }

@@ -48,9 +48,14 @@ int Clear(Office& office, const WireArguments& arguments) {
   const std::unique_ptr<WireTable> wires = OpenPosted<WireTable>(office, &status);
   if (!wires) return status;
   const bool there = wires->SeekNumber(arguments.number);
-  const bool cleared = there && !PostOnScreen(office, kScreen, WithNumber(arguments)).empty();
+  // The screen would move a cleared wire to the other statement; a command that clears must not.
+  const bool done = there && wires->Read().status == "C";
+  const bool cleared = there && !done && !PostOnScreen(office, kScreen, WithNumber(arguments)).empty();
   return ShowFields(office, *wires, cleared && wires->SeekNumber(arguments.number),
-                    "Wire " + Quoted(arguments.number) + (there ? " was not cleared" : " is not posted"));
+                    "Wire " + Quoted(arguments.number) +
+                        (done    ? " is cleared already"
+                         : there ? " was not cleared"
+                                 : " is not posted"));
 }
 
 int Remove(Office& office, const WireArguments& arguments) {

@@ -490,6 +490,7 @@ TEST(CommandLine, PostsDepositsWiresAndVouchers) {
   EXPECT_EQ(run(deposit).Json()["fields"]["DEPOSEQNC"], "2");
   EXPECT_EQ(run(deposit + "--seq 1").status, 1);
   EXPECT_EQ(run("deposit show 2024-03-15 1").Json()["fields"]["DEPOAMT1"], "1250.00");
+  EXPECT_EQ(run("deposit show 03/15/2024 01").status, 0);
   EXPECT_EQ(run("deposit show 03/15/2024 3").status, 1);
   EXPECT_EQ(run("deposit clear 03/15/2024 1 1 --stmt 3/31/2024").Json()["fields"]["DEPOSTAT1"], "C");
   EXPECT_EQ(run("deposit list").Json()["deposits"].size(), 2U);
@@ -500,6 +501,7 @@ TEST(CommandLine, PostsDepositsWiresAndVouchers) {
   EXPECT_EQ(run(wire).status, 1);
   EXPECT_EQ(run("wire clear FED-1 --stmt 3/31/2024").Json()["fields"]["WIRESTATUS"], "C");
   EXPECT_EQ(run("wire show FED-1").Json()["fields"]["WIREAMOUNT"], "9.50");
+  EXPECT_EQ(run("wire clear FED-1 --stmt 4/15/2024").Json()["error"], "Wire \"FED-1\" is cleared already");
   EXPECT_EQ(run("wire list --status O").Json()["wires"].size(), 0U);
 
   const std::string voucher =
@@ -515,6 +517,15 @@ TEST(CommandLine, PostsDepositsWiresAndVouchers) {
   EXPECT_EQ(file["deposits"], 2);
   EXPECT_EQ(file["wires"], 1);
   EXPECT_EQ(file["vouchers"], 2);
+
+  // Behind a reconciliation an outstanding wire can be cleared, and one that can not says why.
+  for (const char* number : {"FED-2", "FED-3"})
+    ASSERT_EQ(run(std::string("wire post ") + number + wire.substr(wire.find(" --dated"))).status, 0);
+  ASSERT_EQ(run("table set ESCROW_WIRES_FNT 3 WIRESTATUS=X").status, 0);
+  ASSERT_EQ(run("bank set FNT BANKRECOMO=3 BANKRECODA=20").status, 0);
+  EXPECT_EQ(run("wire clear FED-2 --stmt 3/31/2024").Json()["fields"]["WIRESTATUS"], "C");
+  const std::string closed = run("wire clear FED-3 --stmt 3/31/2024").Json()["messages"].dump();
+  EXPECT_NE(closed.find("Accounting period 3-15-2024 has been reconciled."), std::string::npos) << closed;
   EXPECT_EQ(run("verify").Json()["ok"], true);
 }
 

@@ -27,6 +27,10 @@ TEST_F(CheckModesTest, AVoidKeepsItsReasonAndFreesItsVoucher) {
   Set("txtCheckReason", "Lost in the mail");
   EXPECT_FALSE(form_->Find("txtCheckAmount")->enabled);
   EXPECT_EQ(Seen(*form_, "txtCheckStmtPeriod"), "3-2024") << "proposed";
+  Set("txtCheckStmtPeriod", "2/2024");
+  EXPECT_EQ(Refusal(),
+            "Check posted to Accounting Period 3-2024 can not be voided in the Statement Period 2-2024");
+  Set("txtCheckStmtPeriod", "3/2024");
   Post();
   EXPECT_EQ(Stored("10").status, "V");
   EXPECT_EQ(Stored("10").reason, "Lost in the mail");
@@ -70,6 +74,8 @@ TEST_F(CheckModesTest, StopAndClearAreInTheTrailFieldByField) {
   const std::pair<const char*, const char*> periods[] = {
       {"", "Statement Month is Missing."},
       {"1/2024", "Statement period 1-2024 has been reconciled.  Enter the period of a later statement."},
+      {"2/2024",
+       "Check posted to Accounting Period 3-2024 can not be cleared in the Statement Period 2-2024"},
       {"13/2024",
        "The escrow period 13/2024 is invalid.\rYou must specify the period as a month and year seperated by "
        "- / , . or a space."}};
@@ -79,10 +85,10 @@ TEST_F(CheckModesTest, StopAndClearAreInTheTrailFieldByField) {
     EXPECT_EQ(form_->Focus()->name, "txtCheckStmtPeriod");
   }
   EXPECT_EQ(Stored("11").status, "O");
-  Set("txtCheckStmtPeriod", "2/2024");
+  Set("txtCheckStmtPeriod", "3/2024");
   Post();
   EXPECT_EQ(Stored("11").status, "C");
-  EXPECT_EQ(Stored("11").statement, (Period{2, 0, 2024}));
+  EXPECT_EQ(Stored("11").statement, (Period{3, 0, 2024}));
   Set("txtCheckNumber", "99");
   EXPECT_EQ(Refusal(), "Check Number 99 is NOT posted.");
 }
@@ -311,8 +317,14 @@ TEST_F(CheckModesTest, ARenumberedCheckTakesEverythingAlong) {
 
   Set("txtCheckNumber", "11");
   form_->Menu("mnuEditRenumberCheck");
-  form_->Key("Esc");  // as it was
+  Set("txtCheckPayee", "EDITED");
+  form_->Enter("txtCheckNumber");
+  form_->Change("txtCheckNumber", "15");
+  form_->Key("Esc");  // the number as it was, and nothing else
   EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "11");
+  EXPECT_EQ(Seen(*form_, "txtCheckPayee"), "EDITED");
+  EXPECT_EQ(Seen(*form_, "lblEditMessage"), "");
+  EXPECT_EQ(Seen(*form_, "lblHighestCheckNumber"), "");
   office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
   form_->Menu("mnuEditRemoveCheck");
   EXPECT_EQ(Stored("11"), after);
@@ -331,6 +343,24 @@ TEST_F(CheckModesTest, ARenumberedCheckTakesEverythingAlong) {
     EXPECT_THAT(office_.TakeTexts(),
                 ElementsAre("Accounting period 3-2024 has been reconciled.\r\nChanges are restricted."));
   }
+}
+
+TEST_F(CheckModesTest, RenumberingGoesOnAfterAChangeElsewhere) {
+  OpenOffice();
+  PostCheckOf("10");
+  Set("txtCheckNumber", "10");
+  form_->Menu("mnuEditRenumberCheck");
+  Set("txtCheckNumber", "11");
+  CheckRecord theirs = Stored("10");
+  theirs.payee = "THEIRS";
+  ASSERT_EQ(tables_->checks.Update(theirs), 0);
+  office_.boxes.answers = {BoxAnswer::kCancel, BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_THAT(Seen(*form_, "lblEditMessage"), HasSubstr("Check 10 gets another number"));
+  EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "11");
+  form_->Click("cmdOk");
+  EXPECT_EQ(Stored("11").payee, "THEIRS");
+  EXPECT_EQ(Stored("10").number, "");
 }
 
 TEST_F(CheckModesTest, ANewNumberIsWarnedOfAsThatOfANewCheck) {

@@ -280,6 +280,40 @@ TEST_F(CheckPostingTest, ATakenNumberIsReportedAndTheEntryKept) {
   EXPECT_TRUE(HasXref("24-0117", "6"));
 }
 
+TEST_F(CheckPostingTest, ATakenNumberThatIsTypedAgainIsLookedUp) {
+  OpenOffice();
+  Enter("5");
+  form_->Leave();
+  CheckRecord other;
+  other.number = "5";
+  other.file_number = "24-0118";
+  ASSERT_TRUE(PostCheck(*tables_, Xrefs(), "FNB", other).Done());
+  form_->Click("cmdOk");
+  office_.TakeTexts();
+  Set("txtCheckNumber", "");
+  Set("txtCheckNumber", "5");
+  office_.boxes.answers = {BoxAnswer::kNo};
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?"));
+  EXPECT_EQ(Seen(*form_, "txtCheckFileNumber"), "24-0118");
+}
+
+TEST_F(CheckPostingTest, AnUnknownStatusStaysUnlessTheMarkIsChanged) {
+  OpenOffice();
+  Post("10");
+  CheckRecord foreign = *Stored("10");
+  foreign.status = "X";
+  ASSERT_EQ(tables_->checks.Update(foreign), 0);
+  Set("txtCheckNumber", "10");
+  form_->Leave();
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 10 was not added or updated."));
+  EXPECT_EQ(Stored("10"), foreign);
+  form_->SetCheck("chkHandwritten", 1);
+  form_->Click("cmdOk");
+  EXPECT_EQ(Stored("10")->status, "H");
+}
+
 // The bank and the numbering read "020005" as 20005; what another program has stored keeps its zeros.
 TEST_F(CheckPostingTest, NumbersThatDifferInZerosAreOneCheck) {
   OpenOffice();
@@ -300,7 +334,7 @@ TEST_F(CheckPostingTest, NumbersThatDifferInZerosAreOneCheck) {
     EXPECT_EQ(Stored("00077")->control, typed);
   }
   EXPECT_EQ(tables_->checks.RecordCount(), 2);
-  for (const char* typed : {"-1", "12 34"}) {
+  for (const char* typed : {"-1", "12 34", "12-34", "7x"}) {
     Enter(typed);
     form_->Click("cmdOk");
     EXPECT_THAT(office_.TakeTexts(),
@@ -383,7 +417,7 @@ TEST_F(CheckPostingTest, AChangeElsewhereIsNeverOverwritten) {
   CheckRecord theirs = *Stored("10");
   theirs.amount = Currency::FromCents(1);
   ASSERT_EQ(tables_->checks.Update(theirs), 0);
-  const auto question = HasSubstr("\r\nPayee: yours MINE, theirs SMITH TITLE CO\r\nAmount: yours 1,250.00, ");
+  const auto question = HasSubstr("\r\nPayee: yours MINE, theirs SMITH TITLE CO\r\nAmount: theirs 0.01");
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
   EXPECT_EQ(Stored("10"), theirs);
@@ -397,7 +431,7 @@ TEST_F(CheckPostingTest, AChangeElsewhereIsNeverOverwritten) {
   Set("txtCheckPayee", "MINE");
   form_->Click("cmdOk");
   EXPECT_EQ(Stored("10")->payee, "MINE");
-  EXPECT_EQ(Stored("10")->control, "");
+  EXPECT_EQ(Stored("10")->control, "JD") << "was not changed here";
 }
 
 TEST_F(CheckPostingTest, AReconciledPeriodRestrictsChanges) {
@@ -433,8 +467,8 @@ TEST_F(CheckPostingTest, AReconciledPeriodRestrictsChanges) {
               ElementsAre("May NOT post checks to Accounting Period 3-2024 - It has been reconciled."));
 }
 
-// The bank has paid to whom the check says; the TIN is often asked for later.
-TEST_F(CheckPostingTest, ThePayeeOfAPaidCheckStays) {
+// The bank has paid what the check says, to whom it says; the TIN is often asked for later.
+TEST_F(CheckPostingTest, APaidCheckStays) {
   OpenOffice();
   Post("10");
   CheckRecord check = *Stored("10");
@@ -446,8 +480,9 @@ TEST_F(CheckPostingTest, ThePayeeOfAPaidCheckStays) {
     form_->Menu("mnuEditUseNextHigherCheckNumber");
     Set("txtCheckNumber", "10");
     form_->Leave();
-    for (const char* closed :
-         {"txtCheckPayee", "txtCheckAddr1", "txtCheckAddr2", "txtCheckCityState", "cmdRolodex"})
+    for (const char* closed : {"txtCheckPayee", "txtCheckAddr1", "txtCheckAddr2", "txtCheckCityState",
+                               "cmdRolodex", "txtCheckDated", "txtCheckAmount", "txtCheckFileNumber",
+                               "txtCheckAcctPeriod", "txtCheckVoucherNumber"})
       EXPECT_FALSE(form_->Find(closed)->enabled) << closed;
     EXPECT_TRUE(form_->Find("txtTIN")->enabled);
     EXPECT_NE(Seen(*form_, "lblEditMessage"), "");

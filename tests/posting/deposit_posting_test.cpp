@@ -168,6 +168,11 @@ TEST_F(DepositPostingTest, SequencesRestartOnEachDateAndDatesAreTypedFreely) {
   form_->Leave();
   EXPECT_EQ(Seen(*form_, "txtDepositDated"), "Mar 15, 2024");
   EXPECT_EQ(Seen(*form_, "txtDateSequence"), "2");
+  Set("txtDateSequence", "");
+  Set("txtDepositDated", "march 14");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtDateSequence"), "1") << "one that was taken out is proposed anew";
+  Set("txtDepositDated", "march 15");
   Set("txtDateSequence", "01");
   form_->Leave();
   EXPECT_EQ(Seen(*form_, "cmdOk"), "&Ok");
@@ -180,15 +185,49 @@ TEST_F(DepositPostingTest, SequencesRestartOnEachDateAndDatesAreTypedFreely) {
     const char* typed;
     Date date;
   };
-  const Case cases[] = {{"Mar 5, 2023", {2023, 3, 5}},
-                        {"5 march 24", {2024, 3, 5}},
-                        {"3/5", {2024, 3, 5}},
-                        {"3-5-75", {1975, 3, 5}},
-                        {"Septem 1", {2024, 9, 1}}};
+  const Case cases[] = {{"Mar 5, 2023", {2023, 3, 5}}, {"5 march 24", {2024, 3, 5}},
+                        {"3/5", {2024, 3, 5}},         {"3-5-75", {1975, 3, 5}},
+                        {"Septem 1", {2024, 9, 1}},    {"2026-11-20", {2026, 11, 20}}};
   for (const Case& one : cases) EXPECT_EQ(ParseFreeDate(one.typed, today), one.date) << one.typed;
-  for (const char* typed : {"Foo 5", "2/30", "Mar", "5", "Feb 30 2024", "1 2 3 4", "March March"}) {
+  for (const char* typed : {"Foo 5", "2/30", "Mar", "5", "Feb 30 2024", "1 2 3 4", "March March",
+                            "mar 5 20267", "jun 3 123", "mar 00035", "2024-13-01"}) {
     EXPECT_EQ(ParseFreeDate(typed, today), std::nullopt) << typed;
   }
+}
+
+// A mistyped sequence is seen, and its date still takes deposits.
+TEST_F(DepositPostingTest, AGapIsShownAndTheSequencesDoNotEnd) {
+  OpenOffice();
+  for (const char* sequence : {"1", "99"}) {
+    Set("txtDateSequence", sequence);
+    SetRow(1, "24-0117", "1");
+    form_->Leave();
+    if (*sequence == '9') {
+      EXPECT_EQ(
+          Seen(*form_, "lblEditMessage"),
+          "\r\nGreater than Last Sequence Number of 1 by 98\r\nLast Deposit was Posted Mar 15, 2024 / 1");
+    }
+    Post();
+  }
+  EXPECT_EQ(Seen(*form_, "txtDateSequence"), "2");
+  SequencesUsed used;
+  used.used.set();
+  used.highest = kLastSequence;
+  EXPECT_GT(used.Next(), kLastSequence);
+  used.used.reset(42);
+  EXPECT_EQ(used.Next(), 42);
+}
+
+TEST_F(DepositPostingTest, ADepositIsOfAYearThatPeriodsHave) {
+  OpenOffice();
+  SetRow(1, "24-0117", "1");
+  Set("txtDepositDated", "3/15/1899");
+  form_->Click("cmdOk");
+  EXPECT_THAT(
+      office_.TakeTexts(),
+      ElementsAre("Not current year...",
+                  "Date Posted \"03/15/1899\" is not in the years 1975 to 2095.  Type it like 03/15/2024."));
+  EXPECT_EQ(tables_->deposits.RecordCount(), 0);
 }
 
 TEST_F(DepositPostingTest, ChangesMoveBothCrossReferences) {
@@ -280,12 +319,85 @@ TEST_F(DepositPostingTest, LinesAreCutAndPastedIntoAnotherDeposit) {
   EXPECT_TRUE(form_->Close());
 }
 
+// What is cut is what the table holds: what was typed over it is saved or dropped before.
+TEST_F(DepositPostingTest, ACutTakesWhatIsStored) {
+  OpenOffice();
+  SetRow(1, "24-0117", "1");
+  SetRow(2, "24-0118", "2");
+  Post();
+  Show("3/15/2024", "1");
+  const std::string save = "Save Changes to 03/15/2024 ?";
+  Set("txtAmounts", "abc", 1);
+  form_->Menu("mnuEditCutLineItems");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(save)) << "Cancel is the safe answer";
+  office_.boxes.answers = {BoxAnswer::kNo, BoxAnswer::kYes};
+  form_->Menu("mnuEditCutLineItems");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(save, HasSubstr("will remove transactions")));
+  EXPECT_FALSE(Stored("20240315", "1"));
+  form_->Menu("mnuEditPasteLineItems");
+  EXPECT_EQ(Seen(*form_, "lblDepositTotal"), "3.00");
+}
+
+TEST_F(DepositPostingTest, WhatIsNotPostedOfACutStaysInTheBuffer) {
+  OpenOffice();
+  for (int row = 1; row <= 3; ++row) SetRow(row, "24-0117", std::to_string(row).c_str());
+  Post();
+  Show("3/15/2024", "1");
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Menu("mnuEditCutLineItems");
+  office_.TakeTexts();
+  Show("3/14/2024", "1");
+  form_->Menu("mnuEditPasteLineItems");
+  SetRow(2, "", "", "");
+  Set("txtSources", "JONES", 1);  // changed, but posted
+  Post();
+  EXPECT_EQ(DepositTotal(*Stored("20240314", "1")), Currency::FromCents(4'00));
+  EXPECT_EQ(Seen(*form_, "lblPasteBuffer"), "1 line cut: paste into another date and sequence.");
+  form_->Menu("mnuEditPasteLineItems");
+  EXPECT_EQ(Seen(*form_, "lblDepositTotal"), "2.00");
+  Post();
+  EXPECT_EQ(Seen(*form_, "lblPasteBuffer"), "");
+}
+
+TEST_F(DepositPostingTest, ARefusedCutKeepsTheBufferAndOneQuestionIsEnough) {
+  OpenOffice();
+  for (const char* amount : {"1", "2"}) {
+    SetRow(1, "24-0117", amount);
+    Post();
+  }
+  Show("3/15/2024", "1");
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Menu("mnuEditCutLineItems");
+  office_.TakeTexts();
+  ChangeBank([](BankRecord& bank) { bank.reconciled = {3, 0, 2024}; });
+  const auto reconciled =
+      HasSubstr("WARNING - Accounting period 3-2024 has been reconciled.  Ok to make changes?");
+  Show("3/15/2024", "2");
+  office_.boxes.answers = {BoxAnswer::kYes, BoxAnswer::kYes, BoxAnswer::kNo};
+  form_->Menu("mnuEditCutLineItems");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("will remove"), HasSubstr("will be lost"), reconciled));
+  EXPECT_EQ(Seen(*form_, "lblPasteBuffer"), "1 line cut: paste into another date and sequence.");
+  office_.boxes.answers = {BoxAnswer::kYes, BoxAnswer::kYes, BoxAnswer::kYes};
+  Set("txtFileNumbers", "", 1);
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Delete Line 1 ?", reconciled, "No line is left in this deposit.  Remove it?"));
+  EXPECT_FALSE(Stored("20240315", "2"));
+}
+
 TEST_F(DepositPostingTest, AReconciledOrClearedDepositIsGuarded) {
   OpenOffice();
   SetRow(1, "24-0117", "1");
   SetRow(2, "24-0118", "2");
   Post();
   Clear("20240315", "1", 1, {2, 0, 2024});
+  Show("3/15/2024", "1");
+  Set("txtDepositAcctPeriod", "4-2024");
+  form_->Leave();
+  EXPECT_THAT(
+      office_.TakeTexts(),
+      ElementsAre("WARNING - Accounting period 4-2024 is after the cleared period 2-2024 on line 1 ..."));
   ChangeBank([](BankRecord& bank) { bank.reconciled = {3, 0, 2024}; });
   OpenForm();
   Show("3/15/2024", "1");
@@ -308,12 +420,6 @@ TEST_F(DepositPostingTest, AReconciledOrClearedDepositIsGuarded) {
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(question, question));
   EXPECT_EQ(Stored("20240315", "1")->items[1].source, "JONES");
-  Show("3/15/2024", "1");
-  Set("txtDepositAcctPeriod", "4-2024");
-  form_->Leave();
-  EXPECT_THAT(
-      office_.TakeTexts(),
-      ElementsAre("WARNING - Accounting period 4-2024 is after the cleared period 2-2024 on line 1 ..."));
 }
 
 TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
@@ -327,11 +433,17 @@ TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
   ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", other).Done());
   form_->Click("cmdOk");
   EXPECT_EQ(Seen(*form_, "txtFileNumbers", 1), "24-0118");
+  // Typed again, it is looked up.
+  Set("txtDateSequence", "");
+  Set("txtDateSequence", "2");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Post this one as 3 ?"), "Save Changes?"));
+  EXPECT_EQ(Seen(*form_, "cmdOk"), "P&ost Deposit");
   office_.boxes.answers = {BoxAnswer::kYes};
   form_->Click("cmdOk");
   const std::string taken =
       "Deposit 03-15-2024 / 2 was posted on another workstation in the meantime.\r\nPost this one as 3 ?";
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre(taken, taken));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(taken));
   EXPECT_EQ(DepositTotal(*Stored("20240315", "3")), Currency::FromCents(5'00));
 
   // A change since it was loaded is shown beside one's own, and each answer does what it says.
@@ -358,6 +470,26 @@ TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
     EXPECT_EQ(Seen(*form_, "txtSources", 1), one.shown);
   }
   EXPECT_THAT(Log(), HasSubstr("[EDIT] txtSources (1) was: THEIRS2 now: MINE\r\n"));
+
+  // A line that has moved here would come over another one.
+  DepositRecord three = *Stored("20240315", "1");
+  three.item_count = 2;
+  three.items[1] = {"2", "24-0118", "SECOND", Currency::FromCents(2'00), {}, "O"};
+  ASSERT_EQ(tables_->deposits.Update(three), 0);
+  Show("3/15/2024", "1");
+  office_.boxes.answers = {BoxAnswer::kYes, BoxAnswer::kYes};
+  Set("txtFileNumbers", "", 1);
+  form_->Leave();
+  DepositRecord changed = three;
+  changed.items[0].source = "FIRST";
+  ASSERT_EQ(tables_->deposits.Update(changed), 0);
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Delete Line 1 ?", HasSubstr("Your lines have moved up")));
+  EXPECT_EQ(*Stored("20240315", "1"), changed);
+  three.item_count = 1;
+  three.items[1] = {};
+  ASSERT_EQ(tables_->deposits.Update(three), 0);
+  form_->Menu("mnuEditUseTodaysDateandNextSequence");
 
   // A line that has cleared there, or come to stand elsewhere, takes none of mine.
   Show("3/15/2024", "1");

@@ -143,15 +143,26 @@ class WireReconciledTest : public PostingScreenTest<FrmEditWiresPost> {
   WireRecord Stored() { return tables_->wires.SeekNumber("FED-1") ? tables_->wires.Read() : WireRecord{}; }
 };
 
-TEST_F(WireReconciledTest, AWireIsClosedWholly) {
+// The reconciliation carries an outstanding wire on, so a later statement clears it; then it is closed
+// wholly.
+TEST_F(WireReconciledTest, AnOutstandingWireCanOnlyBeCleared) {
   ChangeOnScreen();
-  const WireRecord before = Stored();
+  WireRecord expected = Stored();
   Reconcile(kMarch);
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Amount: yours 1.00, stored 1,250.00")));
-  EXPECT_EQ(Stored(), before);
+  EXPECT_EQ(Stored(), expected);
+  for (std::string_view closed : {"txtWireAmount", "txtWirePayee", "txtWireAcctPeriod", "cmdRolodex"})
+    EXPECT_FALSE(form_->Find(closed)->enabled) << closed;
+  Set("txtWireStmtPeriod", "4/2024");
+  Post();
+  expected.statement = {4, 0, 2024};
+  expected.status = "C";
+  EXPECT_EQ(Stored(), expected);
+  Set("txtWireNumber", "FED-1");
+  form_->Leave();
   EXPECT_FALSE(form_->Find("cmdOk")->enabled);
-  EXPECT_TRUE(form_->Close());  // nothing is left to be saved
+  EXPECT_TRUE(form_->Close());
 }
 
 TEST_F(WireReconciledTest, AWireMovedIntoAReconciledPeriodIsNotSavedOver) {
@@ -211,6 +222,21 @@ TEST_F(DepositReconciledTest, TheQuestionComesForABankReconciledInBetween) {
                           "WARNING - Accounting period 3-2024 has been reconciled.  Ok to make changes?"));
   ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
   EXPECT_EQ(tables_->deposits.Read().items[0].file_number, "24-0117");
+}
+
+TEST_F(DepositReconciledTest, ADepositStaysInItsReconciledPeriod) {
+  OpenOffice();
+  Set("txtFileNumbers", "24-0117", 1);
+  Set("txtAmounts", "10", 1);
+  Post();
+  form_->Choose("lstDepositDates", 1);
+  Set("txtDepositAcctPeriod", "4-2024");
+  Reconcile(kMarch);
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(std::string(kMarchIsClosed) +
+                                               "\r\n\r\nNothing was saved: look at what is shown now."));
+  EXPECT_EQ(Seen(*form_, "txtDepositAcctPeriod"), "3-2024");
+  EXPECT_FALSE(form_->Find("txtDepositAcctPeriod")->enabled);
 }
 
 }  // namespace

@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "posting/post_check.h"
 #include "posting/post_voucher.h"
 #include "posting/post_wire.h"
 #include "posting/voucher_posting.h"
@@ -83,8 +84,8 @@ TEST_F(WirePostingTest, AWireIsSeenBeforeItIsPostedAnew) {
   Post();
   ChangeBank([](BankRecord& bank) { bank.reconciled = {3, 0, 2024}; });
   OpenForm();
-  for (const auto& [number, focus] :
-       {std::pair("A", "txtWireNumber"), std::pair("B", "txtWireNumber"), std::pair("C", "txtWireDated")}) {
+  for (const auto& [number, focus] : {std::pair("A", "txtWireNumber"), std::pair("B", "txtWireStmtPeriod"),
+                                      std::pair("C", "txtWireDated")}) {
     for (const char* key : {"Ctrl+Enter", "Enter"}) {
       Set("txtWireNumber", "Z");
       form_->Leave();
@@ -139,7 +140,18 @@ TEST_F(WirePostingTest, AReconciledWireIsClosedAndAForeignOneNotOverwritten) {
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Wire B was posted on another workstation")));
   EXPECT_EQ(Seen(*form_, "txtWirePayee"), "SMITH TITLE CO");
-  Set("txtWireNumber", "C");
+  // Typed again it is looked up, as the message says.
+  Set("txtWireNumber", "");
+  Set("txtWireNumber", "B");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?"));
+  EXPECT_EQ(Seen(*form_, "lblWireStatus"), "Not Posted");
+  office_.boxes.answers = {BoxAnswer::kNo};
+  Set("txtWireNumber", "B");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?"));
+  EXPECT_EQ(Seen(*form_, "lblWireStatus"), "Cleared");
+  Enter("C", "");
   Post();
 
   Set("txtWireNumber", "A");
@@ -166,6 +178,44 @@ TEST_F(WirePostingTest, AReconciledWireIsClosedAndAForeignOneNotOverwritten) {
   form_->Leave();
   EXPECT_EQ(Seen(*form_, "lblEditMessage"),
             "Accounting period 3-2024 has been reconciled.\r\nChanges are restricted.");
+}
+
+// What was changed here goes over theirs, and nothing else of the entry does.
+TEST_F(WirePostingTest, WhatWasClearedElsewhereStaysCleared) {
+  OpenOffice();
+  Enter("A", "");
+  Post();
+  Set("txtWireNumber", "A");
+  Set("txtWireAmount", "7");
+  WireRecord theirs = *Stored("A");
+  theirs.statement = {4, 0, 2024};
+  theirs.status = "C";
+  ASSERT_EQ(tables_->wires.Update(theirs), 0);
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_THAT(
+      office_.TakeTexts(),
+      ElementsAre(HasSubstr("Amount: yours 7.00, theirs 1,250.00\r\nStatement Period: theirs 4-2024")));
+  theirs.amount = Currency::FromCents(7'00);
+  EXPECT_EQ(Stored("A"), theirs);
+}
+
+// What another program has stored as the status is no status of ours to set.
+TEST_F(WirePostingTest, AnUnknownStatusStaysUnlessTheWireIsCleared) {
+  OpenOffice();
+  Enter("A", "");
+  Post();
+  WireRecord foreign = *Stored("A");
+  foreign.status = "X";
+  ASSERT_EQ(tables_->wires.Update(foreign), 0);
+  Set("txtWireNumber", "A");
+  form_->Leave();
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Wire A was not added or updated."));
+  EXPECT_EQ(Stored("A")->status, "X");
+  Set("txtWireStmtPeriod", "3/2024");
+  Post();
+  EXPECT_EQ(Stored("A")->status, "C");
 }
 
 TEST_F(WirePostingTest, AnOutstandingWireIsRemoved) {
@@ -377,10 +427,15 @@ TEST_F(VoucherPostingTest, NumbersOfDigitsHaveNoLeadingZeros) {
   Set("txtVCHRNumber", "0500");
   form_->Leave();
   EXPECT_EQ(Seen(*form_, "lblVCHRStatus"), "Outstanding");
-  Set("txtVCHRNumber", "12 34");
-  Enter();
-  form_->Click("cmdOk");
-  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Voucher Number \"12 34\" is not a number.")));
+  for (const char* typed : {"12 34", "12-34", "7x"}) {
+    Set("txtVCHRNumber", typed);
+    Enter();
+    form_->Click("cmdOk");
+    EXPECT_THAT(office_.TakeTexts(),
+                ElementsAre("Voucher Number \"" + std::string(typed) +
+                            "\" is not a number.  Type digits, without letters, blanks or "
+                            "signs."));
+  }
   EXPECT_EQ(tables_->vouchers.RecordCount(), 1);
 }
 
@@ -454,6 +509,42 @@ TEST_F(VoucherPostingTest, AUsedVoucherIsNotListedAsOutstanding) {
   ASSERT_EQ(rows.RowCount(), 1U);
   EXPECT_THAT(rows.Row(0),
               ElementsAre("1", "03/15/2024", "SMITH TITLE CO", "1,250.00", "24-0117", "Used", "77"));
+}
+
+// The check that uses it is a matter of posting, while that stands.
+TEST_F(VoucherPostingTest, TheCheckThatUsesAVoucherIsClosed) {
+  OpenOffice();
+  Enter();
+  Post();
+  CheckRecord check;
+  check.number = "10";
+  check.file_number = "24-0117";
+  check.voucher_number = "1";
+  check.status = "O";
+  ASSERT_TRUE(PostCheck(*tables_, Xrefs(), "FNB", check).Done());
+  for (const char* status : {"O", "V"}) {
+    check.status = status;
+    ASSERT_TRUE(tables_->checks.SeekNumber("10"));
+    ASSERT_EQ(tables_->checks.Update(check), 0);
+    form_->Choose("lstVCHRNumbers", 1);
+    const bool uses = check.status == "O";
+    EXPECT_EQ(Seen(*form_, "lblEditMessage"), uses ? "Check 10 uses this voucher." : "");
+    EXPECT_EQ(form_->Find("txtVCHRCheckNumber")->enabled, !uses);
+  }
+}
+
+// A post of an unchanged voucher leaves what another program has stored as its status.
+TEST_F(VoucherPostingTest, AnUnknownStatusStays) {
+  OpenOffice();
+  Enter();
+  Post();
+  VoucherRecord foreign = *Stored("1");
+  foreign.status = "X";
+  ASSERT_EQ(tables_->vouchers.Update(foreign), 0);
+  form_->Choose("lstVCHRNumbers", 1);
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Voucher 1 was not added or updated."));
+  EXPECT_EQ(Stored("1"), foreign);
 }
 
 TEST_F(VoucherPostingTest, AReconciledPeriodRestrictsChangesAndUnsavedOnesAreAskedFor) {
