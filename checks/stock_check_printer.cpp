@@ -1,11 +1,12 @@
 #include "checks/stock_check_printer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "checks/layout_file.h"
+#include "checks/micr_file.h"
 #include "checks/sign_password.h"
 #include "core/text.h"
-#include "posting/bank_settings.h"
 #include "shell/clsBranch.h"
 #include "shell/rights.h"
 
@@ -72,13 +73,9 @@ bool StockCheckPrinter::PrintAll(std::span<const CheckOnPaper> checks, const Ban
 }
 
 std::string StockCheckPrinter::ReadMicrSettings(MicrSettings& settings) const {
-  const BankSettings file(session_.Files(), session_.DataPath(), kMicrSettings, bank_code_);
-  if (const std::string problem = file.Problem(); !problem.empty()) return problem;
-  settings.font = file.Get("Font").value_or("");
-  settings.on_us = file.Get("OnUs").value_or(settings.on_us);
-  settings.auxiliary_on_us = file.Get("AuxiliaryOnUs").value_or(settings.auxiliary_on_us);
-  const std::string digits = file.Get("NumberDigits").value_or("");
-  if (IsAllDigits(digits) && digits.size() <= 2) settings.number_digits = std::stoi(digits);
+  MicrReading reading = ReadMicrFile(session_.Files(), session_.DataPath(), bank_code_);
+  settings = std::move(reading.settings);
+  if (!reading.problem.empty()) return reading.problem;
   const bool drawn = settings.font.empty() || session_.Sheets()->HasFont(settings.font);
   return drawn ? "" : std::string(kNoFont);
 }

@@ -96,6 +96,11 @@ void FrmReconcileAccount::OnOpen() {
   if (!settings.Problem().empty())
     Boxes().Exclaim(Caption(),
                     settings.Problem() + "  Bank charges and credits cannot be entered until then.");
+  if (const std::string line = settings.UnknownLine({&kAllowChargesCredits, 1}); !line.empty())
+    Boxes().Exclaim(Caption(), "The line " + Quoted(line) + " of " + settings.Name() +
+                                   " in the company's data folder is no setting of reconciliations and does "
+                                   "nothing.  The one that there is is " +
+                                   std::string(kAllowChargesCredits) + ".");
   SetFocus("txtStatementDate");
 }
 

@@ -266,6 +266,22 @@ TEST_F(CheckPrintingTest, AMissingFontSwitchesTheScreensPrintingOff) {
   const std::vector<SheetText>& texts = sheets_.sheets.pages[0].texts;
   const auto of_font = [](const SheetText& text) { return text.font.family == "Bank E13B"; };
   EXPECT_EQ(std::count_if(texts.begin(), texts.end(), of_font), 8 + 11 + 9) << "auxiliary, transit, on-us";
+// On a line that was passed over, checks would carry another MICR line than the bank wants.
+TEST_F(CheckPrintingTest, NothingIsPrintedWithAMicrSettingThatIsNotUnderstood) {
+  Open();
+  for (const char* line : {"On-Us={account}D99C", "OnUs {account}C", "OnUs=", "NumberDigits=eight",
+                           "NumberDigits=13", "NumberDigits=-3", "NextCheckNumber=x", "font=Bank E13B"}) {
+    office_.WriteFile("MICR_Print_FNB.dat", "; ours\r\nFont=Bank E13B\r\n\r\n" + std::string(line) + "\r\n");
+    EXPECT_FALSE(PrintAll({"10"})) << line;
+    EXPECT_THAT(office_.TakeTexts(),
+                ElementsAre(HasSubstr("The line \"" + std::string(line) + "\" of MICR_Print_FNB.dat")));
+  }
+  EXPECT_EQ(sheets_.prints, 0);
+  office_.WriteFile("MICR_Print_FNB.dat",
+                    "; ours\r\nonus={account}D99C\r\nNumberDigits=12\r\nAuxiliaryOnUs=\r\n");
+  EXPECT_TRUE(PrintAll({"10"}));
+}
+
   office_.WriteFile("MICR_Print_FNB.dat", "Font=Another\r\n");
   EXPECT_THAT(office_.TakeTexts(), IsEmpty());
   EXPECT_FALSE(prints());

@@ -225,7 +225,8 @@ TEST_F(ReconcileTest, WhatWasPurgedSinceKeepsItFromBeingTakenBack) {
 
 TEST_F(ReconcileTest, ChargesAndCreditsMayBeForbidden) {
   ASSERT_TRUE(office_.Open());
-  office_.WriteFile("Reconcile_FNB.dat", "ReconcileAllowBankChargesCredits=F\r\n");
+  office_.WriteFile("Reconcile_FNB.dat",
+                    "ReconcileAllowBankChargesCredits=F\r\nReconcileAllowBankChargesCredit=no\r\n");
   tables_ = std::make_unique<BankTables>(office_.session->Home());
   ASSERT_TRUE(tables_->Open("FNB"));
   OpenForm();
@@ -245,3 +246,5 @@ TEST_F(ReconcileTest, ChargesAndCreditsMayBeForbidden) {
 
 }  // namespace
 }  // namespace tallwick::testing
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("The line \"ReconcileAllowBankChargesCredit=no\" of Reconcile_FNB.dat")));
