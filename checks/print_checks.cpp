@@ -80,7 +80,7 @@ std::string FrmPrintChecks::Proposal() {
   const auto known = PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read();
   if (!known) return {};
   long long printed = 0;
-  for (const auto& [number, when] : *known) printed = std::max(printed, NumberValue(number).value_or(0));
+  for (const auto& [number, last] : *known) printed = std::max(printed, NumberValue(number).value_or(0));
   const long long last = NumberValue(tables_.checks.LastNumber()).value_or(0);
   if (printed == 0 || last <= printed || last - printed > kMostProposed) return {};
   return std::to_string(printed + 1) + (last == printed + 1 ? "" : "-" + std::to_string(last));
@@ -95,14 +95,14 @@ void FrmPrintChecks::List() {
   const CheckBatch batch = Collect();
   const PrintedChecks log(session_.Files(), session_.DataPath(), bank_code_);
   const auto known = log.Read();
-  const std::map<std::string, std::string> printed = known.value_or(std::map<std::string, std::string>());
+  const LastPrints printed = known.value_or(LastPrints());
   auto rows = std::make_shared<TextRows>(
       std::vector<std::string>{"Number", "Dated", "Payee", "Amount", "File", "Printed"},
       std::vector<std::size_t>{kAmountColumn});
   for (const CheckOnPaper& paper : batch.checks) {
     const auto before = printed.find(paper.check.number);
     rows->Add({paper.check.number, DisplayDate(paper.check.dated), paper.check.payee, paper.figures,
-               paper.check.file_number, before == printed.end() ? "" : before->second});
+               paper.check.file_number, before == printed.end() ? "" : before->second.when});
   }
   const std::size_t count = rows->RowCount();
   SetCaption("lblCount", !batch.problem.empty() ? batch.problem
