@@ -24,6 +24,13 @@ std::vector<std::string> NumbersIn(std::string_view text) {
   return numbers;
 }
 
+std::string CountText(const CheckBatch& batch) {
+  const std::size_t count = batch.checks.size();
+  const std::string left_out = LeftOutText(batch);
+  return std::to_string(count) + (count == 1 ? " check" : " checks") +
+         (left_out.empty() ? "" : ".  " + left_out);
+}
+
 }  // namespace
 
 FrmPrintChecks::FrmPrintChecks(Session& session, ScreenOpener* opener)
@@ -108,7 +115,7 @@ void FrmPrintChecks::List() {
   SetCaption("lblCount", !batch.problem.empty() ? batch.problem
                          : !known               ? log.Problem()
                          : count == 0 ? "Type the numbers of posted checks, such as 10452-10460, 10470."
-                                      : std::to_string(count) + (count == 1 ? " check" : " checks"));
+                                      : CountText(batch));
   SetSource("grdChecks", std::move(rows));
 }
 

@@ -45,6 +45,7 @@ int Print(Office& office, const PrintArguments& arguments) {
   for (const CheckOnPaper& paper : batch.checks) numbers.push_back(paper.check.number);
   office.Out().Set("printed", numbers);
   office.Out().Set("pdf", arguments.pdf);
+  if (!batch.left_out.empty()) office.Out().Set("leftOut", batch.left_out);
   office.Out().Line(std::to_string(batch.checks.size()) + " printed into " + arguments.pdf);
   return kDone;
 }

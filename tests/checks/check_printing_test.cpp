@@ -266,6 +266,22 @@ TEST_F(CheckPrintingTest, NothingIsPrintedWhereAFileCannotBeRead) {
   EXPECT_THAT(testing::Seen(*form, "lblCount"), HasSubstr("Checks_Printed.log cannot be read"));
 }
 
+// On a line that was passed over, checks would carry another MICR line than the bank wants.
+TEST_F(CheckPrintingTest, NothingIsPrintedWithAMicrSettingThatIsNotUnderstood) {
+  Open();
+  for (const char* line : {"On-Us={account}D99C", "OnUs {account}C", "OnUs=", "NumberDigits=eight",
+                           "NumberDigits=13", "NumberDigits=-3", "NextCheckNumber=x", "font=Bank E13B"}) {
+    office_.WriteFile("MICR_Print_FNB.dat", "; ours\r\nFont=Bank E13B\r\n\r\n" + std::string(line) + "\r\n");
+    EXPECT_FALSE(PrintAll({"10"})) << line;
+    EXPECT_THAT(office_.TakeTexts(),
+                ElementsAre(HasSubstr("The line \"" + std::string(line) + "\" of MICR_Print_FNB.dat")));
+  }
+  EXPECT_EQ(sheets_.prints, 0);
+  office_.WriteFile("MICR_Print_FNB.dat",
+                    "; ours\r\nonus={account}D99C\r\nNumberDigits=12\r\nAuxiliaryOnUs=\r\n");
+  EXPECT_TRUE(PrintAll({"10"}));
+}
+
 TEST_F(CheckPrintingTest, ACheckWithoutRoomForItsWordsIsRefused) {
   Open();
   office_.WriteFile("Check_Print_FNB.dat", "Words=9,37,6,10,10,left\r\n");
@@ -294,6 +310,8 @@ TEST_F(CheckPrintingTest, OnlyOutstandingChecksAreCollected) {
   const CheckBatch batch = Collect({"13-29"});
   ASSERT_EQ(batch.checks.size(), 1U);
   EXPECT_EQ(batch.checks[0].remittance_advice, "Payoff of loan 4711");
+  EXPECT_THAT(batch.left_out, ElementsAre("14-29"));
+  EXPECT_THAT(Collect({"9-11", "12-15"}).left_out, ElementsAre("9", "14-15"));
   AddCheck("50", "O", 0);
   EXPECT_FALSE(AgreesToPrint(Collect({"50"}), office_.boxes, "Print Checks"));
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 50\r\nCheck Amount is Zero...  Print ?"));
@@ -314,22 +332,6 @@ TEST_F(CheckPrintingTest, AMissingFontSwitchesTheScreensPrintingOff) {
   const std::vector<SheetText>& texts = sheets_.sheets.pages[0].texts;
   const auto of_font = [](const SheetText& text) { return text.font.family == "Bank E13B"; };
   EXPECT_EQ(std::count_if(texts.begin(), texts.end(), of_font), 8 + 11 + 9) << "auxiliary, transit, on-us";
-// On a line that was passed over, checks would carry another MICR line than the bank wants.
-TEST_F(CheckPrintingTest, NothingIsPrintedWithAMicrSettingThatIsNotUnderstood) {
-  Open();
-  for (const char* line : {"On-Us={account}D99C", "OnUs {account}C", "OnUs=", "NumberDigits=eight",
-                           "NumberDigits=13", "NumberDigits=-3", "NextCheckNumber=x", "font=Bank E13B"}) {
-    office_.WriteFile("MICR_Print_FNB.dat", "; ours\r\nFont=Bank E13B\r\n\r\n" + std::string(line) + "\r\n");
-    EXPECT_FALSE(PrintAll({"10"})) << line;
-    EXPECT_THAT(office_.TakeTexts(),
-                ElementsAre(HasSubstr("The line \"" + std::string(line) + "\" of MICR_Print_FNB.dat")));
-  }
-  EXPECT_EQ(sheets_.prints, 0);
-  office_.WriteFile("MICR_Print_FNB.dat",
-                    "; ours\r\nonus={account}D99C\r\nNumberDigits=12\r\nAuxiliaryOnUs=\r\n");
-  EXPECT_TRUE(PrintAll({"10"}));
-}
-
   office_.WriteFile("MICR_Print_FNB.dat", "Font=Another\r\n");
   EXPECT_THAT(office_.TakeTexts(), IsEmpty());
   EXPECT_FALSE(prints());
@@ -347,9 +349,11 @@ TEST_F(CheckPrintingTest, TheScreenPrintsSeveralInOneGo) {
   form->Enter("txtNumbers");
   form->Change("txtNumbers", "10, 12-14");
   form->Key("Enter");
-  EXPECT_EQ(testing::Seen(*form, "lblCount"), "3 checks");
+  const char* left_out = "Left out, since no outstanding check has the number: 14.";
+  EXPECT_EQ(testing::Seen(*form, "lblCount"), std::string("3 checks.  ") + left_out);
   form->Click("cmdPrint");
   EXPECT_EQ(sheets_.sheets.pages.size(), 3U);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(left_out));
   EXPECT_THAT(form->Find("grdChecks")->source->Row(2),
               ElementsAre("13", "", "SMITH TITLE CO", "$1,250.00", "", "03/15/2024 09:30:00 by jdoe"));
   AddCheck("14", "O");
