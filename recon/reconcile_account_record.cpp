@@ -72,7 +72,7 @@ void FrmReconcileAccount::TakeBack() {
   const TakeBackOffer offer = OfferTakeBack(session_, bank_);
   if (!offer.refusal.empty()) return Refuse(offer.refusal, "txtTakeBackReason");
   const std::string reason(Trim(Text("txtTakeBackReason")));
-  if (reason.empty()) return Refuse("Enter why it is taken back.", "txtTakeBackReason");
+  if (reason.empty()) return Refuse(std::string(kReasonNeeded), "txtTakeBackReason");
   const std::string question =
       "Take back the reconciliation of " + LongForm(bank_.reconciled) +
       " ?\r\rThe account is then reconciled through " +
