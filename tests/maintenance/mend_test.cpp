@@ -212,16 +212,16 @@ TEST_F(Mend, RemovesWhatARebuildLeftAndKeepsWhatIsMissingElsewhere) {
   office_.WriteFile("ESCROW_NOTES.SAV.FPT", "memos");
   office_.WriteFile("ESCROW_XRFS.SAV~", "half a co");
   office_.WriteFile("ESCROW_WIRES_FNB.SAV", checks);  // more than the table holds
-  EXPECT_EQ(Steps(PlanMending(home)),
-            (Lines{"ESCROW_CHECKS_FNB.SAV: removes the file", "ESCROW_NOTES.SAV.FPT: removes the file",
-                   "ESCROW_XRFS.SAV~: removes the file"}));
+  office_.WriteFile("Reconciliations_FNB.dat.4711-0.tmp", "[3-20");
+  EXPECT_EQ(
+      Steps(PlanMending(home)),
+      (Lines{"ESCROW_CHECKS_FNB.SAV: removes the file", "ESCROW_NOTES.SAV.FPT: removes the file",
+             "ESCROW_XRFS.SAV~: removes the file", "Reconciliations_FNB.dat.4711-0.tmp: removes the file"}));
   EXPECT_EQ(
       Texts(MendCompany(home).remains),
       (Lines{"ESCROW_WIRES_FNB.SAV: was left by a rebuild that was cut short and holds 3 records as they "
              "were before, the table now 0.  Keep it until the table has been put right"}));
   EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.SAV*"), Lines{"ESCROW_WIRES_FNB.SAV"});
-}
-
   EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.tmp"), Lines());
 }
 
@@ -239,5 +239,7 @@ TEST_F(Mend, NamesNumbersThatAreNone) {
   EXPECT_TRUE(problems[0].text.starts_with("CHXAMOUNT holds \"12a45.00\", which is no number"));
   EXPECT_TRUE(problems[1].text.starts_with("DEPOAMT2 holds \"nan\"")) << problems[1].text;
   EXPECT_FALSE(problems[0].IsMendable());
+}
+
 }  // namespace
 }  // namespace tallwick::testing
