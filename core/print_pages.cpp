@@ -139,6 +139,9 @@ class Paginator {
     if (!section_->heading.empty()) pages_.back().rules.push_back(y_);
   }
 
+    if (pages_.back().texts.size() == header_texts_) {
+      for (const PrintRow& row : section_->page_heading) Place(BlockOf(row, width_, measure_));
+    }
   void BeginPage() {
     pages_.emplace_back();
     y_ = 0;
@@ -155,6 +158,7 @@ class Paginator {
 
   // Rows that no page can hold together go on over the next pages, line by line.
   void Place(const Block& block) {
+    header_texts_ = pages_.back().texts.size();
     if (block.texts.empty() && y_ + block.height > bottom_) return;
     int offset = y_;
     int broken_at = 0;  // lines from here on stand on the page begun last
@@ -201,7 +205,8 @@ class Paginator {
   const PrintSection* section_ = nullptr;
   std::vector<PrintPage> pages_;
   int y_ = 0;
-  int top_ = 0;  // where rows begin on this page, headings included
+  int top_ = 0;                   // where rows begin on this page, headings included
+  std::size_t header_texts_ = 0;  // of the page
 };
 
 }  // namespace
