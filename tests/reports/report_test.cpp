@@ -157,7 +157,8 @@ TEST(RtfTest, HasHeadsRealTablesAndTheTwipsOfTheColumns) {
         "Version: 1.00.0001", "{\\*\\fldinst NUMPAGES}",
         "\\cellx1000\\cellx2280\\cellx5440\\cellx6880\\cellx8000\\cellx9120\\cellx9600\\cellx10220\\cellx1080"
         "0",
-        "\\trhdr", "M\\'fcller \\{Title\\}\\cell", "\\qr\\keepn\\f0\\b\\fs20 1,250.00\\cell"})
+        "\\cellx6880\\cellx8000\\cellx9600\\cellx10220", "\\qr\\f0\\fs20 Outstanding\\cell", "\\trhdr",
+        "M\\'fcller \\{Title\\}\\cell", "\\qr\\keepn\\f0\\b\\fs20 1,250.00\\cell"})
     EXPECT_THAT(rtf, HasSubstr(part));
   int depth = 0;
   for (std::size_t i = 0; i < rtf.size(); ++i) {
