@@ -1,6 +1,7 @@
 #include "checks/check_batch.h"
 
 #include <set>
+#include <utility>
 
 #include "checks/check_sheet.h"
 #include "core/text.h"
@@ -26,10 +27,16 @@ class Collector {
       return;
     }
     const std::size_t before = batch.checks.size();
+    long long left_out = 0;  // numbers on end, up to the one at hand
     for (long long number = *first; number <= *last; ++number) {
-      if (tables_.checks.SeekNumber(std::to_string(number)) && tables_.checks.Read().status == "O")
+      if (tables_.checks.SeekNumber(std::to_string(number)) && tables_.checks.Read().status == "O") {
+        LeaveOut(number, std::exchange(left_out, 0));
         TakeFound();
+      } else {
+        ++left_out;
+      }
     }
+    LeaveOut(*last + 1, left_out);
     if (batch.checks.size() == before) batch.problem = "No outstanding check has a number of " + text + ".";
   }
 
@@ -44,6 +51,13 @@ class Collector {
     const CheckRecord check = tables_.checks.Read();
     batch.problem = StatusProblem(check);
     if (batch.problem.empty()) TakeFound();
+  }
+
+  // The `count` numbers before `number`.
+  void LeaveOut(long long number, long long count) {
+    if (count == 0) return;
+    batch.left_out.push_back(std::to_string(number - count) +
+                             (count == 1 ? "" : "-" + std::to_string(number - 1)));
   }
 
   // A check that is named twice is printed once.
@@ -73,7 +87,15 @@ CheckBatch CollectChecks(BankTables& tables, std::string_view bank_code, std::sp
   return collector.batch;
 }
 
+std::string LeftOutText(const CheckBatch& batch) {
+  if (batch.left_out.empty()) return {};
+  std::string numbers;
+  for (const std::string& one : batch.left_out) numbers += (numbers.empty() ? "" : ", ") + one;
+  return "Left out, since no outstanding check has the number: " + numbers + ".";
+}
+
 bool AgreesToPrint(const CheckBatch& batch, MessageBoxes& boxes, std::string_view title) {
+  if (const std::string text = LeftOutText(batch); !text.empty()) boxes.Inform(title, text);
   for (const CheckOnPaper& paper : batch.checks) {
     const std::string name = "Check " + paper.check.number + "\r\n";
     if (paper.check.amount.IsZero() &&

@@ -14,17 +14,23 @@ namespace tallwick {
 
 struct CheckBatch {
   std::vector<CheckOnPaper> checks;  // in the order in which they were named
-  std::string problem;               // why one of them cannot be printed; "" when all can
+  // Of ranges, the numbers that no outstanding check has: "10455", "10457-10459".
+  std::vector<std::string> left_out;
+  std::string problem;  // why one of them cannot be printed; "" when all can
 };
 
 // Each text names one check ("10452"), which must be posted and outstanding, or a range ("10452-10460") of
-// which those are taken that are. The reason of a check's voucher is its remittance advice where `advice` is
+// which those are taken that are, and the others named. The reason of a check's voucher is its remittance
+// advice where `advice` is
 // "".
 CheckBatch CollectChecks(BankTables& tables, std::string_view bank_code, std::span<const std::string> numbers,
                          std::string_view advice = {});
 
-// Asks about checks of zero and warns of blank payees, as the check screen does. False when one of them shall
-// not be printed.
+// "Left out, since no outstanding check has the number: 10455, 10457-10459."; "" when nothing was.
+std::string LeftOutText(const CheckBatch& batch);
+
+// Tells what was left out, asks about checks of zero and warns of blank payees, as the check screen does.
+// False when one of them shall not be printed.
 bool AgreesToPrint(const CheckBatch& batch, MessageBoxes& boxes, std::string_view title);
 
 }  // namespace tallwick

@@ -24,6 +24,13 @@ std::vector<std::string> NumbersIn(std::string_view text) {
   return numbers;
 }
 
+std::string CountText(const CheckBatch& batch) {
+  const std::size_t count = batch.checks.size();
+  const std::string left_out = LeftOutText(batch);
+  return std::to_string(count) + (count == 1 ? " check" : " checks") +
+         (left_out.empty() ? "" : ".  " + left_out);
+}
+
 }  // namespace
 
 FrmPrintChecks::FrmPrintChecks(Session& session, ScreenOpener* opener)
@@ -80,7 +87,7 @@ std::string FrmPrintChecks::Proposal() {
   const auto known = PrintedChecks(session_.Files(), session_.DataPath(), bank_code_).Read();
   if (!known) return {};
   long long printed = 0;
-  for (const auto& [number, when] : *known) printed = std::max(printed, NumberValue(number).value_or(0));
+  for (const auto& [number, last] : *known) printed = std::max(printed, NumberValue(number).value_or(0));
   const long long last = NumberValue(tables_.checks.LastNumber()).value_or(0);
   if (printed == 0 || last <= printed || last - printed > kMostProposed) return {};
   return std::to_string(printed + 1) + (last == printed + 1 ? "" : "-" + std::to_string(last));
@@ -95,20 +102,20 @@ void FrmPrintChecks::List() {
   const CheckBatch batch = Collect();
   const PrintedChecks log(session_.Files(), session_.DataPath(), bank_code_);
   const auto known = log.Read();
-  const std::map<std::string, std::string> printed = known.value_or(std::map<std::string, std::string>());
+  const LastPrints printed = known.value_or(LastPrints());
   auto rows = std::make_shared<TextRows>(
       std::vector<std::string>{"Number", "Dated", "Payee", "Amount", "File", "Printed"},
       std::vector<std::size_t>{kAmountColumn});
   for (const CheckOnPaper& paper : batch.checks) {
     const auto before = printed.find(paper.check.number);
     rows->Add({paper.check.number, DisplayDate(paper.check.dated), paper.check.payee, paper.figures,
-               paper.check.file_number, before == printed.end() ? "" : before->second});
+               paper.check.file_number, before == printed.end() ? "" : before->second.when});
   }
   const std::size_t count = rows->RowCount();
   SetCaption("lblCount", !batch.problem.empty() ? batch.problem
                          : !known               ? log.Problem()
                          : count == 0 ? "Type the numbers of posted checks, such as 10452-10460, 10470."
-                                      : std::to_string(count) + (count == 1 ? " check" : " checks"));
+                                      : CountText(batch));
   SetSource("grdChecks", std::move(rows));
 }
 

@@ -1,11 +1,12 @@
 #include "checks/stock_check_printer.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "checks/layout_file.h"
+#include "checks/micr_file.h"
 #include "checks/sign_password.h"
 #include "core/text.h"
-#include "posting/bank_settings.h"
 #include "shell/clsBranch.h"
 #include "shell/rights.h"
 
@@ -58,7 +59,9 @@ bool StockCheckPrinter::PrintAll(std::span<const CheckOnPaper> checks, const Ban
   std::string problem = reading.problem;
   if (problem.empty()) problem = CheckProblem(checks, stationery, layout, sheets.Measure());
   if (!problem.empty()) session_.Boxes().Critical(kTitle, problem);
-  if (!problem.empty() || checks.empty() || !MayPrintAgain(checks) || !MaySign(layout)) return false;
+  if (!problem.empty() || checks.empty()) return false;
+  const std::optional<LastPrints> known = KnownPrints();
+  if (!known || !MayPrintAgain(checks, *known) || !MaySign(layout)) return false;
   if (const std::string note = CutNote(checks, stationery, layout, sheets.Measure()); !note.empty())
     session_.Boxes().Exclaim(kTitle, note);
   const SheetMaker make = [&](const SheetMeasure& measure, const SheetOrder& order) {
@@ -66,19 +69,13 @@ bool StockCheckPrinter::PrintAll(std::span<const CheckOnPaper> checks, const Ban
     return PlaceChecks(checks, stationery, layout, std::min(prints, kMostPrints),
                        layout.OffsetFor(order.printer), measure);
   };
-  if (!(options.preview ? sheets.Preview(make) : sheets.Print(make))) return false;
-  Note(checks);
-  return true;
+  return Send(checks, *known, [&] { return options.preview ? sheets.Preview(make) : sheets.Print(make); });
 }
 
 std::string StockCheckPrinter::ReadMicrSettings(MicrSettings& settings) const {
-  const BankSettings file(session_.Files(), session_.DataPath(), kMicrSettings, bank_code_);
-  if (const std::string problem = file.Problem(); !problem.empty()) return problem;
-  settings.font = file.Get("Font").value_or("");
-  settings.on_us = file.Get("OnUs").value_or(settings.on_us);
-  settings.auxiliary_on_us = file.Get("AuxiliaryOnUs").value_or(settings.auxiliary_on_us);
-  const std::string digits = file.Get("NumberDigits").value_or("");
-  if (IsAllDigits(digits) && digits.size() <= 2) settings.number_digits = std::stoi(digits);
+  MicrReading reading = ReadMicrFile(session_.Files(), session_.DataPath(), bank_code_);
+  settings = std::move(reading.settings);
+  if (!reading.problem.empty()) return reading.problem;
   const bool drawn = settings.font.empty() || session_.Sheets()->HasFont(settings.font);
   return drawn ? "" : std::string(kNoFont);
 }
@@ -97,19 +94,21 @@ std::string StockCheckPrinter::ReadStationery(const BankRecord& bank, CheckStati
   return problem.empty() ? branch.problem : problem;
 }
 
-bool StockCheckPrinter::MayPrintAgain(std::span<const CheckOnPaper> checks) const {
-  const std::optional<std::map<std::string, std::string>> known = printed_.Read();
-  if (!known) {
+std::optional<LastPrints> StockCheckPrinter::KnownPrints() const {
+  std::optional<LastPrints> known = printed_.Read();
+  if (!known)
     session_.Boxes().Critical(kTitle, printed_.Problem() + "  It says which checks were printed before.");
-    return false;
-  }
+  return known;
+}
+
+bool StockCheckPrinter::MayPrintAgain(std::span<const CheckOnPaper> checks, const LastPrints& known) const {
   std::string lines;
   int count = 0;
   constexpr int kMostNamed = 10;
   for (const CheckOnPaper& paper : checks) {
-    const auto found = known->find(paper.check.number);
-    if (found == known->end() || ++count > kMostNamed) continue;
-    lines += "Check " + found->first + " was printed on " + found->second + ".\r\n";
+    const auto found = known.find(paper.check.number);
+    if (found == known.end() || ++count > kMostNamed) continue;
+    lines += "Check " + found->first + " was printed on " + found->second.when + ".\r\n";
   }
   if (count == 0) return true;
   if (count > kMostNamed) lines += "So were " + std::to_string(count - kMostNamed) + " more.\r\n";
@@ -127,15 +126,20 @@ bool StockCheckPrinter::MaySign(const CheckLayout& layout) const {
   return false;
 }
 
-void StockCheckPrinter::Note(std::span<const CheckOnPaper> checks) {
+bool StockCheckPrinter::Send(std::span<const CheckOnPaper> checks, const LastPrints& known,
+                             const std::function<bool()>& print) {
   const PrintNote note{session_.TheClock().Now(), session_.Login(), session_.TheWorkstation().ComputerName()};
-  for (const CheckOnPaper& paper : checks) {
-    if (printed_.Add(paper.check, note)) continue;
-    session_.Boxes().Exclaim(kTitle,
-                             "The checks were printed, but that could not be noted in the folder Logs "
-                             "of the company's data.  Make sure that you may write there.");
-    return;
+  const NotedPrint noted = printed_.Note(checks, note, known);
+  if (!noted.problem.empty()) {
+    session_.Boxes().Critical(kTitle, noted.problem + "  Nothing was printed.");
+    return false;
   }
+  if (print()) return true;
+  if (!printed_.StrikeOut(noted.print, note))
+    session_.Boxes().Exclaim(kTitle,
+                             "Nothing was printed, but the checks stay noted as printed: the folder Logs of "
+                             "the company's data can no longer be written.");
+  return false;
 }
 
 }  // namespace tallwick

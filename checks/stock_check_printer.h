@@ -1,10 +1,11 @@
 // Prints checks of one bank on its stock: asks for the right to post checks, reads the layout and the MICR
 // settings, refuses what cannot be printed, asks before a check goes to paper again and for the password to
 // sign where there is one, and notes what was printed.
-// Invariant: a check is noted as printed only when all of its batch went to paper, and nothing goes to paper
-// when one check of the batch is refused.
+// Invariant: what went to paper is noted as printed, and nothing goes to paper when one check of the batch is
+// refused, or the log of prints cannot be written.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <span>
 #include <string>
@@ -39,9 +40,12 @@ class StockCheckPrinter : public CheckPrinter {
   // Both say why nothing can be printed: "" when something can.
   std::string ReadMicrSettings(MicrSettings& settings) const;
   std::string ReadStationery(const BankRecord& bank, CheckStationery& stationery) const;
-  bool MayPrintAgain(std::span<const CheckOnPaper> checks) const;
+  std::optional<LastPrints> KnownPrints() const;  // nullopt after a message
+  bool MayPrintAgain(std::span<const CheckOnPaper> checks, const LastPrints& known) const;
   bool MaySign(const CheckLayout& layout) const;
-  void Note(std::span<const CheckOnPaper> checks);
+  // Notes the checks and lets `print` put them on paper; what came to nothing is struck out.
+  bool Send(std::span<const CheckOnPaper> checks, const LastPrints& known,
+            const std::function<bool()>& print);
 
   Session& session_;
   const std::string bank_code_;

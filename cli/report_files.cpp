@@ -7,23 +7,50 @@
 namespace tallwick::cli {
 namespace {
 
+int NotWritten(Office& office, const std::string& path) {
+  office.Out().Fail("The file " + path +
+                    " could not be written.  Make sure that you may write there and that "
+                    "there is room, or name another place.");
+  return kRefused;
+}
+
+int NoPrintModule(Office& office) {
+  office.Out().Fail(
+      "PDF files need the print module, which is not installed with this escrowctl.  Use --rtf.");
+  return kRefused;
+}
+
 int Tell(Office& office, std::string_view kind, const std::string& path, bool written) {
-  if (!written) {
-    office.Out().Fail("The file " + path +
-                      " could not be written.  Make sure that you may write there and that "
-                      "there is room, or name another place.");
-    return kRefused;
-  }
+  if (!written) return NotWritten(office, path);
   office.Out().Set(kind, path);
   office.Out().Line("Written: " + path);
   return kDone;
 }
 
+// Files are written beside the old one and then take its place.
+bool CanBeWritten(FileSystem& files, const std::string& path) {
+  if (files.FolderExists(path)) return false;
+  const bool is_device = !files.FileExists(path) && !files.IsMissing(path);
+  const std::string beside = path + ".try";
+  return is_device || (files.IsMissing(beside) && files.Write(beside, "") && files.Remove(beside));
+}
+
 }  // namespace
 
 void AddReportOptions(CLI::App* command, ReportPaths& paths) {
-  command->add_option("--rtf", paths.rtf, "Write the report to this RTF file");
-  command->add_option("--pdf", paths.pdf, "Write the report to this PDF file");
+  command->add_option("--rtf", paths.rtf, "Write the report to this RTF file")->check(AFileName());
+  command->add_option("--pdf", paths.pdf, "Write the report to this PDF file")->check(AFileName());
+}
+
+CLI::Validator AFileName() {
+  return {[](std::string& value) { return value.empty() ? "a file must be named" : std::string(); }, "FILE"};
+}
+
+int ProveWritable(Office& office, const ReportPaths& paths) {
+  for (const std::string& path : {paths.rtf, paths.pdf}) {
+    if (!path.empty() && !CanBeWritten(office.Files(), path)) return NotWritten(office, path);
+  }
+  return paths.pdf.empty() || LoadPdfWriter() != nullptr ? kDone : NoPrintModule(office);
 }
 
 int SaveReport(Office& office, const ReportDocument& report, const ReportPaths& paths) {
@@ -32,11 +59,7 @@ int SaveReport(Office& office, const ReportDocument& report, const ReportPaths& 
     status = Tell(office, "rtf", paths.rtf, office.Files().Write(paths.rtf, MakeRtf(report)));
   if (paths.pdf.empty() || status != kDone) return status;
   const PdfWriter write_pdf = LoadPdfWriter();
-  if (write_pdf == nullptr) {
-    office.Out().Fail(
-        "PDF files need the print module, which is not installed with this escrowctl.  Use --rtf.");
-    return kRefused;
-  }
+  if (write_pdf == nullptr) return NoPrintModule(office);
   return Tell(office, "pdf", paths.pdf, write_pdf(MakePages(report), paths.pdf.c_str()));
 }
 

@@ -1,7 +1,8 @@
 // Money: a 64-bit count of ten-thousandths. No binary floating point takes part in any sum or conversion.
 //
 // A sum that leaves the range does not wrap: the value becomes Overflow(), stays so through further
-// arithmetic, and is refused by every writer. Check IsValid() before money is stored or printed.
+// arithmetic, and is refused by every writer. A stored amount that is no number is read as Overflow() too, so
+// that it spoils every sum that it is part of. Check IsValid() before money is stored or printed.
 #pragma once
 
 #include <compare>

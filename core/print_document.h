@@ -30,6 +30,7 @@ struct PrintRow {
 struct PrintSection {
   std::vector<PrintRow> heading;
   std::vector<PrintRow> rows;
+  std::vector<PrintRow> page_heading = {};  // above the heading, only where a page begins with the section
 };
 
 struct PrintDocument {

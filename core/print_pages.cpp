@@ -3,7 +3,6 @@
 #include <algorithm>
 #include <cmath>
 
-#include "core/column_format.h"
 #include "core/text.h"
 
 namespace tallwick {
@@ -32,17 +31,22 @@ int WidestPiece(std::string_view text, char alignment, PrintStyle style, const T
   return widest;
 }
 
+// The outer edges of a table need no gap.
+int LeftGap(std::size_t place) {
+  return place > 0 ? kColumnGap / 2 : 0;
+}
+
+// What a column has for its text.
+int RoomOf(const std::vector<ColumnFormat>& columns, std::size_t place) {
+  const int right = place + 1 < columns.size() ? kColumnGap / 2 : 0;
+  return std::max(columns[place].width - LeftGap(place) - right, 1);
+}
+
 // Where the text of a cell may stand.
 PlacedText CellOf(const std::vector<ColumnFormat>& columns, const PrintRow& row, std::size_t place, int x,
                   const TextMeasure& measure) {
-  const ColumnFormat& column = columns[place];
-  // The outer edges of a table need no gap.
-  const int left = place > 0 ? kColumnGap / 2 : 0;
-  const int right = place + 1 < columns.size() ? kColumnGap / 2 : 0;
-  PlacedText cell{x + left, 0, std::max(column.width - left - right, 1), column.alignment, row.style, {}};
-  const bool free_before = place > 0 && column.alignment != '<' && row.cells[place - 1].empty();
-  if (free_before && column.width < kNarrowColumn &&
-      measure.Width(row.style, row.cells[place]) > cell.width) {
+  PlacedText cell{x + LeftGap(place), 0, RoomOf(columns, place), columns[place].alignment, row.style, {}};
+  if (TakesCellBefore(columns, row.cells, place, row.style, measure)) {
     cell.x -= columns[place - 1].width;
     cell.width += columns[place - 1].width;
     cell.alignment = '>';
@@ -135,6 +139,9 @@ class Paginator {
   }
 
   void PlaceHeading() {
+    if (pages_.back().texts.size() == header_texts_) {
+      for (const PrintRow& row : section_->page_heading) Place(BlockOf(row, width_, measure_));
+    }
     for (const PrintRow& row : section_->heading) Place(BlockOf(row, width_, measure_));
     if (!section_->heading.empty()) pages_.back().rules.push_back(y_);
   }
@@ -151,6 +158,7 @@ class Paginator {
       y_ += block.height;
     }
     top_ = y_;
+    header_texts_ = pages_.back().texts.size();
   }
 
   // Rows that no page can hold together go on over the next pages, line by line.
@@ -201,10 +209,17 @@ class Paginator {
   const PrintSection* section_ = nullptr;
   std::vector<PrintPage> pages_;
   int y_ = 0;
-  int top_ = 0;  // where rows begin on this page, headings included
+  int top_ = 0;                   // where rows begin on this page, headings included
+  std::size_t header_texts_ = 0;  // of the page
 };
 
 }  // namespace
+
+bool TakesCellBefore(const std::vector<ColumnFormat>& columns, const std::vector<std::string>& cells,
+                     std::size_t place, PrintStyle style, const TextMeasure& measure) {
+  return place > 0 && columns[place].alignment != '<' && cells[place - 1].empty() &&
+         columns[place].width < kNarrowColumn && measure.Width(style, cells[place]) > RoomOf(columns, place);
+}
 
 TextFit FitText(std::string_view text, int width, char alignment, PrintStyle style,
                 const TextMeasure& measure) {

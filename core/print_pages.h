@@ -12,6 +12,7 @@
 #include <string_view>
 #include <vector>
 
+#include "core/column_format.h"
 #include "core/print_document.h"
 
 namespace tallwick {
@@ -38,6 +39,11 @@ inline constexpr int kColumnGap = 80;
 // The fit of a text whose lines break between words in `width`; one for the right (">") breaks nowhere.
 TextFit FitText(std::string_view text, int width, char alignment, PrintStyle style,
                 const TextMeasure& measure);
+
+// Whether the cell's text, too wide for its narrow column, takes the room of the empty cell before it; it
+// then stands at the right.
+bool TakesCellBefore(const std::vector<ColumnFormat>& columns, const std::vector<std::string>& cells,
+                     std::size_t place, PrintStyle style, const TextMeasure& measure);
 
 struct PlacedText {
   int x = 0;  // of the cell's left edge

@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "maintenance/verify_journal.h"
 #include "maintenance/verify_leftovers.h"
+#include "maintenance/verify_numbers.h"
 #include "maintenance/verify_references.h"
 #include "maintenance/verify_table.h"
 #include "shell/lost_table.h"
@@ -111,6 +112,7 @@ void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
       if (std::holds_alternative<RebuildIndex>(problem.remedy)) damaged_.insert(table);
       problems->push_back(std::move(problem));
     }
+    VerifyNumbers(*table, problems);
   }
 }
 

@@ -65,6 +65,11 @@ void VerifyLeftovers(ExaminedCompany& company, const TableHome& home, std::vecto
     problems->push_back(
         Judged(found == tables.end() ? nullptr : *found, home.files, WithBackslash(home.folder) + name));
   }
+  for (const std::string& name : home.files.List(home.folder, "*.dat.*-*.tmp"))
+    problems->push_back({name, 0,
+                         "is being written, or was left by a program that died while it replaced the file.  "
+                         "That file itself is whole, so it is not needed any more",
+                         RemoveLeftover{name}});
 }
 
 }  // namespace tallwick

@@ -1,6 +1,7 @@
 // What a rebuild that was cut short has left beside its table: the copy of the old table (".SAV", its memos
 // ".SAV.FPT"), whole or half written ("~" behind the name). It is in nobody's way, and may go once the table
-// itself is whole and holds as much.
+// itself is whole and holds as much. And what a program that died has left beside a settings file that it
+// replaced ("Reconciliations_FNB.dat.4711-0.tmp"): the file itself is whole.
 #pragma once
 
 #include <vector>

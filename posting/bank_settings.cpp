@@ -41,6 +41,17 @@ std::optional<std::string> BankSettings::Get(std::string_view name) const {
   return std::nullopt;
 }
 
+std::string BankSettings::UnknownLine(std::span<const std::string_view> names) const {
+  std::vector<std::string_view> left(names.begin(), names.end());
+  for (const std::string& line : Split(text_.value_or(""), '\n')) {
+    const std::string_view trimmed = Trim(line);
+    const bool is_setting =
+        std::erase_if(left, [&](std::string_view name) { return Names(trimmed, name); }) > 0;
+    if (!trimmed.empty() && trimmed.front() != ';' && !is_setting) return std::string(trimmed);
+  }
+  return {};
+}
+
 // Over what the file holds by now.
 bool BankSettings::Set(std::string_view name, std::string_view value) {
   text_ = files_.ReadIfThere(path_);

@@ -6,6 +6,7 @@
 #pragma once
 
 #include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -27,10 +28,15 @@ class BankSettings {
   // `kind` is one of the names above; `data_path` ends with "\". `owner` is the code of a bank or the login
   // of a user, of which the file's name takes what file names can hold.
   BankSettings(FileSystem& files, std::string_view data_path, std::string_view kind, std::string_view owner);
+  // "MICR_Print_FNB.dat"
+  std::string Name() const { return std::string(FileNameOf(path_)); }
   // Why the settings are not known, in words for a person; "" for a file that was read, or is missing.
   std::string Problem() const;
   // The trimmed value; nullopt when there is none, or the settings are not known.
   std::optional<std::string> Get(std::string_view name) const;
+  // The first line, trimmed, that is neither blank, nor a remark behind ";", nor the first one that sets one
+  // of `names`; "" when there is none.
+  std::string UnknownLine(std::span<const std::string_view> names) const;
   // False when the file could not be read or written; it is then as it was.
   bool Set(std::string_view name, std::string_view value);
 

@@ -11,6 +11,8 @@
 namespace tallwick {
 namespace {
 
+constexpr std::string_view kTakenBack = "TakenBack";
+
 using Lines = std::map<std::string, std::string, std::less<>>;
 
 std::string OnDisk(const std::string& text) {
@@ -51,7 +53,7 @@ std::string TextOf(const PastReconciliation& past) {
   Put(text, "Charges", past.entries.charges.ToText());
   PutState(text, "Before", past.before);
   PutState(text, "After", past.after);
-  if (!past.taken_back.empty()) Put(text, "TakenBack", past.taken_back);
+  if (!past.taken_back.empty()) Put(text, kTakenBack, past.taken_back);
   return text;
 }
 
@@ -102,7 +104,7 @@ std::optional<PastReconciliation> Understood(const std::string& piece) {
   past.before = reader.State("Before");
   past.after = reader.State("After");
   past.made = reader.Text("Made");
-  past.taken_back = reader.Text("TakenBack");
+  past.taken_back = reader.Text(std::string(kTakenBack));
   if (!reader.Good()) return std::nullopt;
   return past;
 }
@@ -133,18 +135,38 @@ void Append(Pieces& pieces, const PastReconciliation& past) {
   pieces.push_back({OnDisk(TextOf(past)), past});
 }
 
-// The number of pieces up to the last one that stands; 0 when none does.
+// The number of pieces up to the one that stands; 0 when none does.
 std::size_t CountStanding(const Pieces& pieces, const BankState& now) {
   for (std::size_t count = pieces.size(); count > 0; --count) {
     const auto& past = pieces[count - 1].past;
-    if (past && past->taken_back.empty() && past->after == now) return count;
+    if (past && past->after == now) return count;
   }
   return 0;
 }
 
-Pieces::iterator FindLast(Pieces& pieces, const PastReconciliation& past) {
-  const auto found =
-      std::find_if(pieces.rbegin(), pieces.rend(), [&](const Piece& piece) { return piece.past == past; });
+// The mark of one that was to be taken back and stands all the same.
+void DropMarkOf(Piece& piece) {
+  if (!piece.past || piece.past->taken_back.empty()) return;
+  std::string kept;
+  for (std::string_view rest = piece.bytes; !rest.empty();) {
+    const std::string_view line = rest.substr(0, std::min(rest.find('\n'), rest.size() - 1) + 1);
+    if (!Trim(line).starts_with(std::string(kTakenBack) + "=")) kept += line;
+    rest.remove_prefix(line.size());
+  }
+  piece.bytes = kept;
+  piece.past->taken_back.clear();
+}
+
+// Of reconciliations that are the same but for their marks, the last.
+Pieces::iterator FindLast(Pieces& pieces, PastReconciliation past) {
+  past.taken_back.clear();
+  const auto is_same = [&](const Piece& piece) {
+    if (!piece.past) return false;
+    PastReconciliation other = *piece.past;
+    other.taken_back.clear();
+    return other == past;
+  };
+  const auto found = std::find_if(pieces.rbegin(), pieces.rend(), is_same);
   return found == pieces.rend() ? pieces.end() : std::prev(found.base());
 }
 
@@ -199,6 +221,7 @@ std::string ReconHistory::Add(const BankRecord& bank, const PastReconciliation& 
     const auto never_made = [&](const Piece& piece) {
       return piece.past && piece.past->taken_back.empty() && (standing != 0 || piece.past->before == now);
     };
+    if (standing != 0) DropMarkOf(pieces[standing - 1]);
     pieces.erase(
         std::remove_if(pieces.begin() + static_cast<std::ptrdiff_t>(standing), pieces.end(), never_made),
         pieces.end());
@@ -217,22 +240,36 @@ std::string ReconHistory::Drop(const PastReconciliation& not_made) {
 }
 
 std::string ReconHistory::MarkTakenBack(const PastReconciliation& taken, std::string_view note) {
-  return ChangeFile(files_, path_, [&](Pieces& pieces) {
+  bool known = false;
+  const std::string problem = ChangeFile(files_, path_, [&](Pieces& pieces) {
     const auto found = FindLast(pieces, taken);
-    if (found == pieces.end()) return false;
+    known = found != pieces.end();
+    if (!known) return false;
+    DropMarkOf(*found);
     if (!found->bytes.ends_with('\n')) found->bytes += "\r\n";
     std::string line;
-    Put(line, "TakenBack", std::string(note));
+    Put(line, kTakenBack, std::string(note));
     found->bytes += OnDisk(line);
+    return true;
+  });
+  if (known || !problem.empty()) return problem;
+  return "The reconciliation is no longer in the file " + std::string(FileNameOf(path_)) +
+         " of the company's data.";
+}
+
+std::string ReconHistory::DropMark(const PastReconciliation& not_taken) {
+  return ChangeFile(files_, path_, [&](Pieces& pieces) {
+    const auto found = FindLast(pieces, not_taken);
+    if (found == pieces.end()) return false;
+    DropMarkOf(*found);
     return true;
   });
 }
 
 std::optional<PastReconciliation> LastStanding(const ReconReading& reading, const BankRecord& bank) {
   const BankState now = BankState::Of(bank);
-  const auto found = std::find_if(
-      reading.all.rbegin(), reading.all.rend(),
-      [&](const PastReconciliation& past) { return past.taken_back.empty() && past.after == now; });
+  const auto found = std::find_if(reading.all.rbegin(), reading.all.rend(),
+                                  [&](const PastReconciliation& past) { return past.after == now; });
   if (found == reading.all.rend()) return std::nullopt;
   return *found;
 }

@@ -6,9 +6,10 @@
 // follow. Dates are keys (20240315), money plain decimals. One that was taken back has a line "TakenBack" and
 // stays for the record.
 //
-// Invariants: a reconciliation stands only while the bank record holds what it left there. The file is
-// written before the bank record is, and what a crash in between has left does not agree with the bank
-// record, does not count, and goes with the next write. So no crash can part the two. What cannot be
+// Invariants: the last reconciliation that has left what the bank record holds now stands, and no other, be
+// it marked as taken back or not. The file is written before the bank record is, and what a crash in between
+// has left does not agree with the bank record, does not count, and goes with the next write. So no crash can
+// part the two. What cannot be
 // understood stays in the file as it is, and a file that cannot be read is not written.
 #pragma once
 
@@ -40,7 +41,7 @@ struct PastReconciliation {
   BankState before;
   BankState after;
   std::string made;        // "2024-03-31 09:30:00 jdoe FRONTDESK2"
-  std::string taken_back;  // the same with the reason behind it; "" while it was not
+  std::string taken_back;  // the same with the reason behind it; "" while it was not, or was to be
   friend bool operator==(const PastReconciliation&, const PastReconciliation&) = default;
 };
 
@@ -60,8 +61,10 @@ class ReconHistory {
   std::string Add(const BankRecord& bank, const PastReconciliation& made);
   // Takes it out again where it could not be made.
   std::string Drop(const PastReconciliation& not_made);
-  // Marks the one that has been taken back.
+  // Marks one that is about to be taken back.
   std::string MarkTakenBack(const PastReconciliation& taken, std::string_view note);
+  // Takes the mark off again where it could not be.
+  std::string DropMark(const PastReconciliation& not_taken);
 
  private:
   FileSystem& files_;

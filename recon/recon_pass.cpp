@@ -21,14 +21,17 @@ ReconPlace Count(ReconFindings& findings, const ReconItem& item, std::int32_t re
 // What the records of one table add to the findings.
 class RecordReader {
  public:
-  RecordReader(TableBase& table, std::string_view what) : table_(table), fields_(table), what_(what) {}
+  RecordReader(TableBase& table, std::string_view what)
+      : table_(table), fields_(table), amounts_(table), what_(what) {}
   TableBase& Table() { return table_; }
   std::string_view What() const { return what_; }
   PackedFields& Fields() { return fields_; }
+  AmountsOfPass& Amounts() { return amounts_; }
 
  private:
   TableBase& table_;
   PackedFields fields_;
+  AmountsOfPass amounts_;
   std::string_view what_;
 };
 
@@ -45,7 +48,7 @@ class PaymentReader : public RecordReader {
         statement_(Fields().FindPeriod(prefix + "STMT")) {}
 
   void Read(RecordView record, std::int32_t number, ReconFindings& findings) {
-    const ReconItem item{kind_, StatusIn(status_.Text(record)), MoneyIn(amount_.Text(record)),
+    const ReconItem item{kind_, StatusIn(status_.Text(record)), Amounts().In(amount_, record, number),
                          MakeKey(PeriodIn(record, accounting_)), PeriodIn(record, statement_)};
     const ReconBucket bucket = Count(findings, item, number).bucket;
     const bool paid = bucket == kReconOutstanding || bucket == kReconCleared;
@@ -78,8 +81,8 @@ class DepositReader : public RecordReader {
       const std::string_view file = place.file.Text(record);
       const bool has_file = !IsBlank(file);
       if (status == ' ' && !has_file) continue;
-      const ReconItem item{ReconKind::kDeposit, status, MoneyIn(place.amount.Text(record)), accounting_key,
-                           PeriodIn(record, place.statement)};
+      const ReconItem item{ReconKind::kDeposit, status, Amounts().In(place.amount, record, number),
+                           accounting_key, PeriodIn(record, place.statement)};
       const ReconBucket bucket = Count(findings, item, number, static_cast<int>(i) + 1).bucket;
       // A file's ledger holds the item whatever its status is.
       if (has_file || bucket != kReconNone) findings.files.Add(file, item.amount);
@@ -97,11 +100,11 @@ class DepositReader : public RecordReader {
 
 template <class Reader>
 PassEnd RunPass(Reader& reader, const PassProgress& progress, ReconFindings& findings) {
-  return PassOver(reader.Table(), reader.Fields(), reader.What(), progress,
-                  [&](RecordView record, std::int32_t number) {
-                    ++findings.records;
-                    reader.Read(record, number, findings);
-                  });
+  return reader.Amounts().End(PassOver(reader.Table(), reader.Fields(), reader.What(), progress,
+                                       [&](RecordView record, std::int32_t number) {
+                                         ++findings.records;
+                                         reader.Read(record, number, findings);
+                                       }));
 }
 
 // The most that there can be. Room that is not used costs nothing; growing would cost copies.

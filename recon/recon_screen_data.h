@@ -38,6 +38,8 @@ inline constexpr ReconEntryLook kReconEntryLooks[] = {
     {"txtLessBankCharges", "less Bank Char&ges", "Bank Charges", &ReconEntries::charges},
 };
 
+inline constexpr std::string_view kReasonNeeded = "Enter why it is taken back.";
+
 struct ReconResultLook {
   std::string_view control;
   std::string_view caption;

@@ -88,11 +88,16 @@ std::string RecordReconciliation(Session& session, BankRecord* bank, const Perio
 
 std::string TakeBackReconciliation(Session& session, BankRecord* bank, const PastReconciliation& last,
                                    std::string_view reason) {
-  std::string failure = WriteState(session, bank, last.before);
-  if (!failure.empty()) return failure;
-  // A note that cannot be written changes nothing: what the bank record does not bear out does not count.
-  HistoryOf(session, *bank).MarkTakenBack(last, Signature(session) + " " + std::string(reason));
-  return {};
+  ReconHistory history = HistoryOf(session, *bank);
+  bool marked = false;
+  const std::string failure = WriteState(session, bank, last.before, [&] {
+    const std::string problem = history.MarkTakenBack(last, Signature(session) + " " + std::string(reason));
+    marked = problem.empty();
+    return problem.empty() ? problem : problem + "  Nothing was taken back.";
+  });
+  // A mark that cannot be taken off again agrees with no bank record, and so does not count.
+  if (!failure.empty() && marked) history.DropMark(last);
+  return failure;
 }
 
 TakeBackOffer OfferTakeBack(Session& session, const BankRecord& bank) {

@@ -9,6 +9,7 @@
 #include "posting/entry_fields.h"
 #include "recon/recon_screen_data.h"
 #include "recon/statement_date.h"
+#include "reports/report_origin.h"
 #include "shell/company_tables.h"
 
 namespace tallwick {
@@ -86,16 +87,20 @@ bool FrmReconcileAccount::ReadBank() {
 void FrmReconcileAccount::OnOpen() {
   const BankSettings settings(session_.Files(), session_.DataPath(), kReconcileSettings, bank_code_);
   charges_allowed_ = settings.Problem().empty() && IsYes(settings.Get(kAllowChargesCredits).value_or(""));
-  for (std::string_view control : {"txtPlusBankCredits", "txtLessBankCharges"})
-    SetEnabled(control, charges_allowed_);
+  SetEntriesOpen(true);
   ShowBank();
-  SetText("txtBeginningCheckBookBalance", ShownValue(bank_.beginning_balance));
+  ClearEntries();
   if (StatementDateProblem(bank_.accounting, bank_.reconciled).empty())
     SetText("txtStatementDate", ShownValue(bank_.accounting));
   Audit(kAuditSnapshot);
   if (!settings.Problem().empty())
     Boxes().Exclaim(Caption(),
                     settings.Problem() + "  Bank charges and credits cannot be entered until then.");
+  if (const std::string line = settings.UnknownLine({&kAllowChargesCredits, 1}); !line.empty())
+    Boxes().Exclaim(Caption(), "The line " + Quoted(line) + " of " + settings.Name() +
+                                   " in the company's data folder is no setting of reconciliations and does "
+                                   "nothing.  The one that there is is " +
+                                   std::string(kAllowChargesCredits) + ".");
   SetFocus("txtStatementDate");
 }
 
@@ -121,11 +126,12 @@ void FrmReconcileAccount::OnLeave(Control& control) {
     SetText(control.name, FormattedEntry(control.kind, control.text, bank_.accounting.day));
   if (!IsAmountEntry(control.name)) return;
   SetText(control.name, FormattedEntry(control.kind, control.text, 0));
-  if (findings_ && !updated_ && ReadEntries()) ShowResults();
+  const ReconEntries shown = entries_;
+  if (findings_ && !updated_ && ReadEntries() && entries_ != shown) ShowResults();
 }
 
 void FrmReconcileAccount::OnChange(Control& control) {
-  if (control.name == "txtStatementDate" || (updated_ && IsAmountEntry(control.name))) Forget();
+  if (control.name == "txtStatementDate") ChangeStatement();
   if (control.name == "txtTakeBackReason") ShowTakeBack();
 }
 
@@ -160,6 +166,26 @@ bool FrmReconcileAccount::OnKey(std::string_view key) {
 }
 
 // --- Entries ---
+
+void FrmReconcileAccount::SetEntriesOpen(bool open) {
+  for (const ReconEntryLook& look : kReconEntryLooks) {
+    const bool is_banks = look.member == &ReconEntries::credits || look.member == &ReconEntries::charges;
+    SetEnabled(look.control, open && (charges_allowed_ || !is_banks));
+  }
+}
+
+void FrmReconcileAccount::ClearEntries() {
+  for (const ReconEntryLook& look : kReconEntryLooks) SetText(look.control, {});
+  SetText("txtBeginningCheckBookBalance", ShownValue(bank_.beginning_balance));
+}
+
+void FrmReconcileAccount::ChangeStatement() {
+  if (updated_) {
+    if (!MayLeaveReport()) return SetText("txtStatementDate", ShownValue(statement_));
+    ClearEntries();
+  }
+  Forget();
+}
 
 bool FrmReconcileAccount::ReadStatementDate() {
   const std::string& text = Text("txtStatementDate");
@@ -210,6 +236,7 @@ bool FrmReconcileAccount::Compute() {
     findings_.reset();
     return false;
   }
+  origin_ = OriginOf(session_);
   ShowResults();
   ShowBank();
   return true;
@@ -248,6 +275,7 @@ void FrmReconcileAccount::Forget() {
   findings_.reset();
   results_ = {};
   updated_ = printed_ = false;
+  SetEntriesOpen(true);
   for (const ReconResultLook& look : kReconResultLooks) SetText(look.control, {});
   SetText("txtFileLedgersTotal", {});
   for (std::string_view label :

@@ -15,7 +15,8 @@
 // mnuViewFileLedgers for the file of the row chosen.
 //
 // Invariants: results are shown only while findings_ holds what they were computed from, and they follow the
-// entries; a bank record is written only right after a computation that left no difference.
+// entries; a bank record is written only right after a computation that left no difference. Once it is, the
+// entries are closed and the results stay, until another statement date begins the next reconciliation.
 #pragma once
 
 #include <memory>
@@ -66,6 +67,9 @@ class FrmReconcileAccount : public ReportForm {
   bool RunPasses();
   bool ShowProgress(std::string_view what, std::int64_t done, std::int64_t total);
   void Forget();
+  void ChangeStatement();  // the date was changed
+  void SetEntriesOpen(bool open);
+  void ClearEntries();  // to those that a reconciliation begins with
   void ShowResults();
   void ShowList(std::string_view control);
   void ShowFiles();
@@ -78,6 +82,7 @@ class FrmReconcileAccount : public ReportForm {
   void ShowTakeBack();
   void Audit(int action);
   bool AskOnLeaving(std::string_view warning, std::string_view question, bool* yes);
+  bool MayLeaveReport();  // asks about one that was not printed; false when the person or the printer says no
 
   const std::string bank_code_;
   const std::string bank_name_;
@@ -89,6 +94,7 @@ class FrmReconcileAccount : public ReportForm {
   ReconEntries entries_;
   std::unique_ptr<ReconFindings> findings_;
   ReconResults results_;
+  ReportOrigin origin_;  // when they were computed
   bool updated_ = false;
   bool printed_ = false;
   bool working_ = false;

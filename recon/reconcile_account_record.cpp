@@ -7,7 +7,6 @@
 #include "recon/recon_screen_data.h"
 #include "recon/recon_update.h"
 #include "recon/reconcile_account.h"
-#include "reports/report_origin.h"
 #include "shell/rights.h"
 #include "shell/transactions_switch.h"
 
@@ -53,6 +52,7 @@ bool FrmReconcileAccount::Update() {
     return false;
   }
   updated_ = true;
+  SetEntriesOpen(false);
   ShowBank();
   Audit(kAuditSave);
   Audit(kAuditSnapshot);
@@ -72,7 +72,7 @@ void FrmReconcileAccount::TakeBack() {
   const TakeBackOffer offer = OfferTakeBack(session_, bank_);
   if (!offer.refusal.empty()) return Refuse(offer.refusal, "txtTakeBackReason");
   const std::string reason(Trim(Text("txtTakeBackReason")));
-  if (reason.empty()) return Refuse("Enter why it is taken back.", "txtTakeBackReason");
+  if (reason.empty()) return Refuse(std::string(kReasonNeeded), "txtTakeBackReason");
   const std::string question =
       "Take back the reconciliation of " + LongForm(bank_.reconciled) +
       " ?\r\rThe account is then reconciled through " +
@@ -115,7 +115,7 @@ std::optional<ReportDocument> FrmReconcileAccount::Report() {
   report.file_total = findings_->files.Sum();
   report.files = findings_->files.Open();
   report.charges_note = charges_allowed_ || !entries_.credits.IsZero() || !entries_.charges.IsZero();
-  report.origin = OriginOf(session_);
+  report.origin = origin_;
   return MakeReconReport(report);
 }
 
@@ -137,12 +137,15 @@ bool FrmReconcileAccount::OnClose() {
     if (!AskOnLeaving("WARNING - Account Reconciled but NOT Updated...", "Update now?", &yes)) return false;
     if (yes && !Update()) return false;
   }
-  if (!printed_) {
-    if (!AskOnLeaving("WARNING - Account Reconciled but Report NOT Printed...", "Print now ?", &yes))
-      return false;
-    if (yes && !Send("cmdPrint")) return false;
-  }
-  return true;
+  return MayLeaveReport();
+}
+
+bool FrmReconcileAccount::MayLeaveReport() {
+  bool yes = false;
+  if (printed_) return true;
+  if (!AskOnLeaving("WARNING - Account Reconciled but Report NOT Printed...", "Print now ?", &yes))
+    return false;
+  return !yes || Send("cmdPrint");
 }
 
 }  // namespace tallwick

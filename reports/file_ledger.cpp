@@ -21,12 +21,13 @@ void BankLedger::AddWire(const WireRecord& wire) {
   wires_.push_back(wire);
 }
 
-void BankLedger::AddDepositItem(const DepositRecord& deposit, int item) {
-  if (item < 1 || item > kDepositItems) return;
+Currency BankLedger::AddDepositItem(const DepositRecord& deposit, int item) {
+  if (item < 1 || item > kDepositItems) return {};
   const DepositItem& found = deposit.items[static_cast<std::size_t>(item) - 1];
   total_deposits_ += found.amount;
   deposits_.push_back({deposit.dated, deposit.sequence, item, deposit.accounting, found.source, found.amount,
                        found.statement, found.status, IsWireIn(deposit, item)});
+  return found.amount;
 }
 
 void BankLedger::AddVoucher(const VoucherRecord& voucher) {

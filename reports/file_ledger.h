@@ -36,8 +36,8 @@ class BankLedger {
 
   void AddCheck(const CheckRecord& check);
   void AddWire(const WireRecord& wire);
-  // The named item (1 to 15) of a deposit; an item outside is skipped.
-  void AddDepositItem(const DepositRecord& deposit, int item);
+  // The named item (1 to 15) of a deposit; an item outside is skipped. The amount that was added.
+  Currency AddDepositItem(const DepositRecord& deposit, int item);
   void AddVoucher(const VoucherRecord& voucher);
 
   const std::string& Code() const { return code_; }

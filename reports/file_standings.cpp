@@ -39,32 +39,36 @@ struct Pass {
 
 PassEnd PassChecks(CheckTable& table, const Pass& pass) {
   PackedFields fields(table);
+  AmountsOfPass amounts(table);
   const PackedField amount = fields.Find("CHXAMOUNT", 'N');
   const PackedField status = fields.Find("CHXSTATUS", 'C');
   const PackedField file = fields.Find("CHXFILENO", 'C');
   const PackedField dated = fields.Find("CHXDATED", 'D');
   const PackedPeriod accounting = fields.FindPeriod("CHXACCT");
   const PackedPeriod statement = fields.FindPeriod("CHXSTMT");
-  return PassOver(table, fields, "Checks", pass.progress, [&](RecordView record, std::int32_t) {
-    if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
-    const char letter = StatusIn(status.Text(record));
-    const bool returned = letter == 'V' || letter == 'S';
-    const bool counts = !returned || pass.IsLater(KeyIn(record, statement));
-    pass.standings.Pay(file.Text(record), counts ? MoneyIn(amount.Text(record)) : Currency(),
-                       DayIn(dated.Text(record)));
-  });
+  return amounts.End(
+      PassOver(table, fields, "Checks", pass.progress, [&](RecordView record, std::int32_t number) {
+        if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
+        const char letter = StatusIn(status.Text(record));
+        const bool returned = letter == 'V' || letter == 'S';
+        const bool counts = !returned || pass.IsLater(KeyIn(record, statement));
+        pass.standings.Pay(file.Text(record), counts ? amounts.In(amount, record, number) : Currency(),
+                           DayIn(dated.Text(record)));
+      }));
 }
 
 PassEnd PassWires(WireTable& table, const Pass& pass) {
   PackedFields fields(table);
+  AmountsOfPass amounts(table);
   const PackedField amount = fields.Find("WIREAMOUNT", 'N');
   const PackedField file = fields.Find("WIREFILENO", 'C');
   const PackedField dated = fields.Find("WIREDATED", 'D');
   const PackedPeriod accounting = fields.FindPeriod("WIREACCT");
-  return PassOver(table, fields, "Wire Transfers", pass.progress, [&](RecordView record, std::int32_t) {
-    if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
-    pass.standings.Pay(file.Text(record), MoneyIn(amount.Text(record)), DayIn(dated.Text(record)));
-  });
+  return amounts.End(
+      PassOver(table, fields, "Wire Transfers", pass.progress, [&](RecordView record, std::int32_t number) {
+        if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
+        pass.standings.Pay(file.Text(record), amounts.In(amount, record, number), DayIn(dated.Text(record)));
+      }));
 }
 
 PassEnd PassDeposits(DepositTable& table, const Pass& pass) {
@@ -72,23 +76,25 @@ PassEnd PassDeposits(DepositTable& table, const Pass& pass) {
     PackedField file, amount, status;
   };
   PackedFields fields(table);
+  AmountsOfPass amounts(table);
   const PackedField dated = fields.Find("DEPODATED", 'C');
   const PackedPeriod accounting = fields.FindPeriod("DEPOACCT");
   std::array<Item, kDepositItems> items;
   for (std::size_t i = 0; i < items.size(); ++i) {
-    const std::string number = std::to_string(i + 1);
-    items[i] = {fields.Find("DEPOFILE" + number, 'C'), fields.Find("DEPOAMT" + number, 'N'),
-                fields.Find("DEPOSTAT" + number, 'C')};
+    const std::string item = std::to_string(i + 1);
+    items[i] = {fields.Find("DEPOFILE" + item, 'C'), fields.Find("DEPOAMT" + item, 'N'),
+                fields.Find("DEPOSTAT" + item, 'C')};
   }
-  return PassOver(table, fields, "Deposits", pass.progress, [&](RecordView record, std::int32_t) {
-    if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
-    const std::int32_t day = DayIn(dated.Text(record));
-    for (const Item& item : items) {
-      const std::string_view file = item.file.Text(record);
-      if (IsBlank(file) && IsBlank(item.status.Text(record))) continue;
-      pass.standings.Receive(file, MoneyIn(item.amount.Text(record)), day);
-    }
-  });
+  return amounts.End(
+      PassOver(table, fields, "Deposits", pass.progress, [&](RecordView record, std::int32_t number) {
+        if (pass.as_of != 0 && pass.IsLater(KeyIn(record, accounting))) return;
+        const std::int32_t day = DayIn(dated.Text(record));
+        for (const Item& item : items) {
+          const std::string_view file = item.file.Text(record);
+          if (IsBlank(file) && IsBlank(item.status.Text(record))) continue;
+          pass.standings.Receive(file, amounts.In(item.amount, record, number), day);
+        }
+      }));
 }
 
 }  // namespace

@@ -6,6 +6,7 @@
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
 #include "tables/keys.h"
+#include "tables/record_pass.h"
 
 namespace tallwick {
 namespace {
@@ -18,34 +19,47 @@ int ItemNumber(std::string_view text) {
   return result.ec == std::errc() && result.ptr == text.data() + text.size() ? item : 0;
 }
 
-// Gives `add` every record of the file. False where the index led to a record of another file.
+// Each of these says why the ledger would not be complete; "" when nothing is wrong.
+
+std::string AmountProblem(const TableBase& table, Currency amount) {
+  return amount.IsValid() ? std::string() : NoNumberText(table, table.RecordNumber());
+}
+
+// Gives `add` every record of the file.
 template <class Table, class Add>
-bool Walk(Table& table, std::string_view file_number, Add add) {
+std::string Walk(Table& table, std::string_view file_number, Add add) {
   for (bool on = table.FirstOfFile(file_number); on; on = table.NextOfFile(file_number)) {
     const auto record = table.Read();
-    if (!SameKey(record.file_number, file_number)) return false;
-    add(record);
+    if (!SameKey(record.file_number, file_number))
+      return table.Name() + " and its index do not agree and need a reindex";
+    if (std::string problem = add(record); !problem.empty()) return problem;
   }
-  return true;
+  return {};
 }
 
-void AddDeposit(DepositTable& deposits, const DepositXrefRecord& xref, BankLedger* ledger) {
-  if (!deposits.SeekDeposit(xref.dated, xref.sequence)) return;
-  ledger->AddDepositItem(deposits.Read(), ItemNumber(xref.item));
+std::string AddDeposit(DepositTable& deposits, const DepositXrefRecord& xref, BankLedger* ledger) {
+  if (!deposits.SeekDeposit(xref.dated, xref.sequence)) return {};
+  return AmountProblem(deposits, ledger->AddDepositItem(deposits.Read(), ItemNumber(xref.item)));
 }
 
-// Null when every sum is whole, else the table whose index does not agree with its records.
-const TableBase* ReadBank(BankTables& tables, std::string_view file_number, BankLedger* ledger) {
-  if (!Walk(tables.checks, file_number, [&](const CheckRecord& check) { ledger->AddCheck(check); }))
-    return &tables.checks;
-  if (!Walk(tables.wires, file_number, [&](const WireRecord& wire) { ledger->AddWire(wire); }))
-    return &tables.wires;
-  if (!Walk(tables.deposit_xrefs, file_number,
-            [&](const DepositXrefRecord& xref) { AddDeposit(tables.deposits, xref, ledger); }))
-    return &tables.deposit_xrefs;
-  if (!Walk(tables.vouchers, file_number, [&](const VoucherRecord& voucher) { ledger->AddVoucher(voucher); }))
-    return &tables.vouchers;
-  return nullptr;
+std::string ReadBank(BankTables& tables, std::string_view file_number, BankLedger* ledger) {
+  std::string problem = Walk(tables.checks, file_number, [&](const CheckRecord& check) {
+    ledger->AddCheck(check);
+    return AmountProblem(tables.checks, check.amount);
+  });
+  if (!problem.empty()) return problem;
+  problem = Walk(tables.wires, file_number, [&](const WireRecord& wire) {
+    ledger->AddWire(wire);
+    return AmountProblem(tables.wires, wire.amount);
+  });
+  if (!problem.empty()) return problem;
+  problem = Walk(tables.deposit_xrefs, file_number,
+                 [&](const DepositXrefRecord& xref) { return AddDeposit(tables.deposits, xref, ledger); });
+  if (!problem.empty()) return problem;
+  return Walk(tables.vouchers, file_number, [&](const VoucherRecord& voucher) {
+    ledger->AddVoucher(voucher);
+    return AmountProblem(tables.vouchers, voucher.amount);
+  });
 }
 
 LedgerReading Incomplete(LedgerReading reading, const std::string& why) {
@@ -69,8 +83,8 @@ LedgerReading ReadFileLedger(Session& session, std::string_view file_number) {
     if (!tables.Open(bank.code))
       return Incomplete(reading, "The tables of bank " + Quoted(bank.code) + " could not be opened");
     BankLedger ledger(bank.code, bank.name);
-    if (const TableBase* damaged = ReadBank(tables, file, &ledger))
-      return Incomplete(reading, damaged->Name() + " and its index do not agree and need a reindex");
+    if (const std::string problem = ReadBank(tables, file, &ledger); !problem.empty())
+      return Incomplete(reading, problem);
     reading.ledger.AddBank(ledger);
   }
   if (banks.empty()) {

@@ -69,18 +69,21 @@ void AddTotals(const BankLedger& bank, const SectionLook& look, ReportTable& tab
 
 // A section without rows has its totals only, since those below build on them.
 void AddBank(const BankLedger& bank, ReportDocument& report) {
-  std::string caption = bank.Name() + " (" + bank.Code() + ")";
+  const std::string name = bank.Name() + " (" + bank.Code() + ")";
+  std::string caption = name;  // of the first section
   for (const SectionLook& look : kSections) {
     std::vector<std::vector<std::string>> rows = RowsOf(bank, look.section);
     ReportTable& table = report.AddTable(rows.empty() ? "" : look.headings, look.format, caption);
+    if (caption.empty()) table.page_caption = name;
     caption.clear();
     for (std::vector<std::string>& row : rows) table.Add(std::move(row));
     AddTotals(bank, look, table);
   }
   const std::string adjusted = bank.Name() + " Adjusted Balance";
-  report.AddTable("Bank Balance|less Net Vouchers|" + adjusted, kAdjustedFormat)
-      .AddSubtotal({ReportAmount(bank.BankBalance()), ReportAmount(bank.TotalVouchers()),
-                    ReportAmount(bank.AdjustedBalance())});
+  ReportTable& balance = report.AddTable("Bank Balance|less Net Vouchers|" + adjusted, kAdjustedFormat);
+  balance.page_caption = name;
+  balance.AddSubtotal({ReportAmount(bank.BankBalance()), ReportAmount(bank.TotalVouchers()),
+                       ReportAmount(bank.AdjustedBalance())});
 }
 
 void AddFile(const FileLedger& ledger, ReportDocument& report) {

@@ -29,10 +29,11 @@ struct ReportRow {
 };
 
 struct ReportTable {
-  std::string caption;   // a strong line above the headings; "" = none
+  std::string caption;   // a strong line above the headings, repeated on every page; "" = none
   std::string headings;  // repeated on every page; "" = none
   std::string format;
   std::vector<ReportRow> rows;
+  std::string page_caption = {};  // a caption only where a page begins with the table; "" = none
 
   void Add(std::vector<std::string> cells) {
     rows.push_back({ReportRow::Kind::kPlain, {}, std::move(cells)});

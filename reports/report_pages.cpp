@@ -21,9 +21,14 @@ PrintRow Blank() {
   return {PrintStyle::kSmall, {}, {}, true};
 }
 
+PrintRow Caption(const std::string& text) {
+  return {PrintStyle::kStrong, {}, {text}, true};
+}
+
 PrintSection SectionOf(const ReportTable& table) {
   PrintSection section;
-  if (!table.caption.empty()) section.heading.push_back({PrintStyle::kStrong, {}, {table.caption}, true});
+  if (!table.page_caption.empty()) section.page_heading.push_back(Caption(table.page_caption));
+  if (!table.caption.empty()) section.heading.push_back(Caption(table.caption));
   if (!table.headings.empty())
     section.heading.push_back({PrintStyle::kHeading, table.format, Split(table.headings, '|'), true});
   for (const ReportRow& row : table.rows) {

@@ -2,7 +2,6 @@
 
 #include <cmath>
 
-#include "core/column_format.h"
 #include "core/encoding.h"
 #include "core/print_pages.h"
 #include "core/text.h"
@@ -168,8 +167,10 @@ class RtfWriter {
     }
   }
 
-  void AddRow(const std::string& format, const std::vector<std::string>& cells, const RowLook& look) {
-    const std::vector<ColumnFormat> columns = ParseColumnFormats(format);
+  void AddRow(const std::string& format, std::vector<std::string> cells, const RowLook& look) {
+    std::vector<ColumnFormat> columns = ParseColumnFormats(format);
+    cells.resize(columns.size());
+    JoinCells(columns, cells, look.style);
     text_ += "\\trowd" + Word("trgaph", kColumnGap / 2) + "\\trleft0\\trkeep";
     text_ += look.row_words;
     int edge = 0;
@@ -178,9 +179,21 @@ class RtfWriter {
       text_ += look.cell_words + Word("cellx", edge);
     }
     text_ += "\n";
-    for (std::size_t i = 0; i < columns.size(); ++i)
-      AddCell(columns[i], i < cells.size() ? cells[i] : std::string(), look);
+    for (std::size_t i = 0; i < columns.size(); ++i) AddCell(columns[i], cells[i], look);
     text_ += "\\row\n";
+  }
+
+  // A text that takes the room of the cell before it has one cell of both.
+  void JoinCells(std::vector<ColumnFormat>& columns, std::vector<std::string>& cells,
+                 PrintStyle style) const {
+    for (std::size_t place = columns.size(); place-- > 1;) {
+      if (!TakesCellBefore(columns, cells, place, style, letters_)) continue;
+      const auto before = static_cast<std::ptrdiff_t>(place) - 1;
+      columns[place] = {'>', columns[place - 1].width + columns[place].width};
+      columns.erase(columns.begin() + before);
+      cells.erase(cells.begin() + before);
+      --place;
+    }
   }
 
   void AddCell(const ColumnFormat& column, const std::string& cell, const RowLook& look) {

@@ -93,7 +93,8 @@ Currency MoneyIn(std::string_view field) {
     if (dollars)
       return Currency::FromCents(*dollars * 100 + (field[point + 1] - '0') * 10 + (field[point + 2] - '0'));
   }
-  return Currency::Parse(Trim(field)).value_or(Currency());
+  const std::string_view text = Trim(field);
+  return text.empty() ? Currency() : Currency::Parse(text).value_or(Currency::Overflow());
 }
 
 char AnyStatusIn(std::string_view field) {

@@ -49,6 +49,7 @@ class PackedFields {
 inline bool IsLive(RecordView record) {
   return !record.empty() && record[0] != '*';
 }
+// 0 for a blank field; Overflow() for one that holds no number.
 Currency MoneyIn(std::string_view field);
 
 inline bool IsBlank(std::string_view field) {

@@ -40,6 +40,19 @@ PassEnd Walk(TableBase& table, std::string_view what, const PassProgress& progre
 
 }  // namespace
 
+std::string NoNumberText(const TableBase& table, std::int32_t record) {
+  return "Record " + std::to_string(record) + " of " + table.Name() + " holds an amount that is no number";
+}
+
+PassEnd AmountsOfPass::End(PassEnd end) const {
+  if (end != PassEnd::kDone || first_bad_ == 0) return end;
+  table_.TellDamage(
+      NoNumberText(table_, first_bad_) +
+      ".  No figures are given without it: \"escrowctl verify\" names every such field.  Compare "
+      "the record with the paper and correct it, or restore the table from a copy.");
+  return PassEnd::kUnreadable;
+}
+
 PassEnd PassOverRuns(TableBase& table, const PackedFields& fields, std::string_view what,
                      const PassProgress& progress, const RunVisit& visit) {
   clsKVRData& data = table.Data();

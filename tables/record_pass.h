@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "tables/packed_record.h"
@@ -16,7 +17,27 @@ using PassProgress = std::function<bool(std::string_view what, std::int64_t done
 enum class PassEnd {
   kDone,
   kStopped,
-  kUnreadable,  // after a message: the table is damaged, or lacks a field
+  kUnreadable,  // after a message: the table is damaged, lacks a field, or holds an amount that is no number
+};
+
+// "Record 12 of ESCROW_CHECKS_FNB holds an amount that is no number"
+std::string NoNumberText(const TableBase& table, std::int32_t record);
+
+// Reads the amounts of a pass over one table.
+class AmountsOfPass {
+ public:
+  explicit AmountsOfPass(TableBase& table) : table_(table) {}
+  Currency In(const PackedField& field, RecordView record, std::int32_t number) {
+    const Currency amount = MoneyIn(field.Text(record));
+    if (!amount.IsValid() && first_bad_ == 0) first_bad_ = number;
+    return amount;
+  }
+  // How the pass has ended by that: kUnreadable after a message where one was no number.
+  PassEnd End(PassEnd end) const;
+
+ private:
+  TableBase& table_;
+  std::int32_t first_bad_ = 0;
 };
 
 // Gets records that lie one behind the other, deleted ones too, each of `length` bytes, and the number of the

@@ -67,6 +67,8 @@ class TableBase {
   bool IsOpen() const { return handle_ > 0; }
   DataHandle Handle() const { return handle_; }
   clsKVRData& Data() const { return home_.data; }
+  // Shows what was found wrong in the table's records.
+  void TellDamage(std::string_view text) { home_.boxes.Critical("Read Database", text); }
 
   // Whether the open table's fields and tags are those of the layout.
   LayoutState CheckVersion();

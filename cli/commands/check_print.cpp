@@ -5,6 +5,7 @@
 #include "checks/sign_password.h"
 #include "checks/stock_check_printer.h"
 #include "cli/commands/posted.h"
+#include "cli/report_files.h"
 #include "shell/company_tables.h"
 
 namespace tallwick::cli {
@@ -44,6 +45,7 @@ int Print(Office& office, const PrintArguments& arguments) {
   Json numbers = Json::array();
   for (const CheckOnPaper& paper : batch.checks) numbers.push_back(paper.check.number);
   office.Out().Set("printed", numbers);
+  if (!batch.left_out.empty()) office.Out().Set("leftOut", batch.left_out);
   office.Out().Set("pdf", arguments.pdf);
   office.Out().Line(std::to_string(batch.checks.size()) + " printed into " + arguments.pdf);
   return kDone;
@@ -87,7 +89,7 @@ void AddCheckPrintCommands(CLI::App& check, Action& chosen) {
   auto arguments = std::make_shared<PrintArguments>();
   CLI::App* print = check.add_subcommand("print", "Prints posted checks into a PDF file");
   print->add_option("NUMBER", arguments->numbers, "Check numbers, or ranges such as 10452-10460")->required();
-  print->add_option("--pdf", arguments->pdf, "The file")->required();
+  print->add_option("--pdf", arguments->pdf, "The file")->required()->check(AFileName());
   print->add_option("--remittance", arguments->advice,
                     "Remittance advice; the reason of a check's voucher where none is given");
   AddStock(print, *arguments);

@@ -58,6 +58,10 @@ int Ledger(Office& office, const LedgerArguments& arguments) {
     return kNoTables;
   }
   const FileLedger& ledger = reading.ledger;
+  if (ledger.FileNumber().empty()) {
+    out.Fail(reading.message);
+    return kRefused;
+  }
   out.Set("file", ledger.FileNumber());
   Json banks = Json::array();
   for (const BankLedger& bank : ledger.Banks()) banks.push_back(BankJson(bank));

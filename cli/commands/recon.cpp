@@ -92,6 +92,7 @@ int Reconcile(Office& office, const ReconArguments& arguments) {
   const std::unique_ptr<FrmReconcileAccount> screen = OpenReconcile(office, &status);
   if (!screen) return status;
   if (!TypeEntries(office, *screen, arguments.entries)) return kRefused;
+  if (arguments.update && ProveWritable(office, arguments.paths) != kDone) return kRefused;
   screen->Click(arguments.update ? "cmdUpdateBankRecord" : "cmdCompute");
   if (screen->Results() == nullptr) {
     office.Out().Fail("The account was not computed");
@@ -113,6 +114,10 @@ int TakeBack(Office& office, const ReconArguments& arguments) {
   office.Boxes().QueueAnswer(BoxAnswer::kYes);
   const std::string before = screen->Find("txtReconciledThrough")->text;
   screen->Change("txtTakeBackReason", arguments.reason);
+  if (!screen->Find("cmdTakeBack")->enabled) {
+    office.Out().Fail(std::string(kReasonNeeded));
+    return kRefused;
+  }
   screen->Click("cmdTakeBack");
   const std::string after = screen->Find("txtReconciledThrough")->text;
   const bool taken = before != after;

@@ -47,7 +47,8 @@ void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, co
     out.Set("monthNote", balance.month_note);
     out.Line(balance.month_note);
   }
-  out.Line(FileLine(Split(TrialHeadings(terms.kind), '|')));
+  const bool has_banks = balance.message.empty();
+  if (has_banks) out.Line(FileLine(Split(TrialHeadings(terms.kind), '|')));
   out.StartList("files");
   for (const TrialFile& file : balance.files) out.Item(FileJson(file), FileLine(TrialCells(file)));
   out.EndList();
@@ -56,7 +57,7 @@ void Print(Output& out, const TrialBalance& balance, const TrialTerms& terms, co
   out.Set("disbursements", MoneyText(balance.disbursements));
   out.Set("balance", MoneyText(balance.Balance()));
   const TrialFile total{{"TOTAL", balance.receipts, balance.disbursements, {}}, {}, {}};
-  out.Line(FileLine(TrialCells(total)));
+  if (has_banks) out.Line(FileLine(TrialCells(total)));
 }
 
 int TrialBalanceOf(Office& office, const TrialArguments& arguments) {

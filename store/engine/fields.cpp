@@ -158,7 +158,8 @@ Currency f4currency(const Field4& field) {
     if (!(std::abs(scaled) < 9.2e18)) return Currency::Overflow();
     return Currency::FromTenThousandths(static_cast<std::int64_t>(scaled));
   }
-  return Currency::Parse(Trim(Bytes(field))).value_or(Currency());
+  const std::string_view text = Trim(Bytes(field));
+  return text.empty() ? Currency() : Currency::Parse(text).value_or(Currency::Overflow());
 }
 
 int f4assignNVB(Field4& field, std::string_view text) {

@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "app/screen_catalogue.h"
 #include "checks/check_batch.h"
@@ -15,6 +16,7 @@
 namespace tallwick {
 namespace {
 
+using ::testing::ContainsRegex;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -33,6 +35,7 @@ struct FakeSheets : SheetPrinter {
   bool Print(const SheetMaker& make) override {
     sheets = make(NarrowLetters(), {"Front desk", prints_chosen});
     ++prints;
+    if (meanwhile) std::exchange(meanwhile, nullptr)();
     return works;
   }
   NarrowLetters letters;
@@ -40,6 +43,7 @@ struct FakeSheets : SheetPrinter {
   int prints = 0;
   int prints_chosen = 0;
   bool works = true;
+  std::function<void()> meanwhile;  // done once, while the printer's dialog stands open
 };
 
 class CheckPrintingTest : public ::testing::Test {
@@ -82,14 +86,15 @@ TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   office_.WriteFile("Check_Print_FNB.dat", "Offset.front desk=1,2\r\n");
   sheets_.works = false;
   EXPECT_FALSE(PrintAll({"11-13", "10", "11"}));
-  EXPECT_EQ(Log(), "");
+  EXPECT_THAT(Log(), HasSubstr("[NOT PRINTED: "));
+  EXPECT_THAT(*printer_->Printed().Read(), IsEmpty());
   sheets_.works = true;
   EXPECT_TRUE(PrintAll({"11-13", "10", "11"}));
   EXPECT_EQ(sheets_.sheets.pages.size(), 4U);
   EXPECT_DOUBLE_EQ(sheets_.sheets.pages[0].texts.front().box.x, 10) << "moved for this printer";
-  EXPECT_THAT(Log(),
-              HasSubstr("[NUMBER: 10][DATE: 03/15/2024][TIME: 09:30:00][LOGIN: jdoe][COMPUTER: FRONTDESK2]"
-                        "[AMOUNT: 1,250.00][FILE: ][PAYEE: SMITH TITLE CO]\r\n"));
+  EXPECT_THAT(Log(), ContainsRegex(R"(\[NUMBER: 10\]\[DATE: 03/15/2024\]\[TIME: 09:30:00\]\[LOGIN: jdoe\])"
+                                   R"(\[COMPUTER: FRONTDESK2\]\[PRINT: [0-9a-f]+\])"
+                                   R"(\[AMOUNT: 1,250.00\]\[FILE: \]\[PAYEE: SMITH TITLE CO\])"));
   EXPECT_EQ(printer_->Printed().Read()->size(), 4U);
 
   const std::string noted = Log();
@@ -100,6 +105,49 @@ TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   office_.boxes.answers = {BoxAnswer::kYes};
   EXPECT_TRUE(PrintAll({"12"}));
   EXPECT_GT(Log().size(), noted.size());
+}
+
+TEST_F(CheckPrintingTest, OfTwoAtOnceOnePrints) {
+  Open();
+  const char* question = "Check 11 was printed on 03/15/2024 09:30:00 by jdoe.\r\nPrint again?";
+  sheets_.meanwhile = [&] { EXPECT_FALSE(PrintAll({"11-13"})) << "the other's dialog stands open"; };
+  EXPECT_TRUE(PrintAll({"10-11"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question));
+  // Both have asked, and both were told to go on.
+  PrintedChecks log(*office_.files, office_.session->DataPath(), "FNB");
+  const LastPrints known = *log.Read();
+  const CheckBatch batch = Collect({"11-12"});
+  const PrintNote note{office_.session->TheClock().Now(), "bob", "DESK"};
+  EXPECT_EQ(log.Note(batch.checks, note, known).problem, "");
+  EXPECT_EQ(log.Note(batch.checks, note, known).problem,
+            "Check 11 was given to a printer meanwhile, on 03/15/2024 09:30:00 by bob.");
+  EXPECT_EQ(sheets_.prints, 1);
+}
+
+TEST_F(CheckPrintingTest, NothingIsPrintedThatCannotBeNoted) {
+  testing::FaultyFiles files;
+  office_.files = &files;
+  Open();
+  const auto fail = [&](const std::string& wanted) {
+    files.fails = [wanted](std::string_view change, std::string_view) { return change == wanted; };
+  };
+  for (const char* change : {"create folder", "append"}) {
+    fail(change);
+    EXPECT_FALSE(PrintAll({"10"})) << change;
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Checks_Printed.log could not be written")));
+    EXPECT_EQ(sheets_.prints, 0);
+  }
+  files.fails = nullptr;
+  sheets_.works = false;
+  sheets_.meanwhile = [&] { fail("append"); };
+  EXPECT_FALSE(PrintAll({"10"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("stay noted as printed")));
+  // A line that a full disk has cut short takes no other with it.
+  files.fails = nullptr;
+  sheets_.works = true;
+  office_.WriteFile("Logs\\FNB\\Checks_Printed.log", "[NUMBER: 12][DA");
+  EXPECT_TRUE(PrintAll({"10"}));
+  EXPECT_EQ(printer_->Printed().Read()->size(), 2U);
 }
 
 TEST_F(CheckPrintingTest, PrintsChosenAtThePrinterAreCopies) {
@@ -218,6 +266,22 @@ TEST_F(CheckPrintingTest, NothingIsPrintedWhereAFileCannotBeRead) {
   EXPECT_THAT(testing::Seen(*form, "lblCount"), HasSubstr("Checks_Printed.log cannot be read"));
 }
 
+// On a line that was passed over, checks would carry another MICR line than the bank wants.
+TEST_F(CheckPrintingTest, NothingIsPrintedWithAMicrSettingThatIsNotUnderstood) {
+  Open();
+  for (const char* line : {"On-Us={account}D99C", "OnUs {account}C", "OnUs=", "NumberDigits=eight",
+                           "NumberDigits=13", "NumberDigits=-3", "NextCheckNumber=x", "font=Bank E13B"}) {
+    office_.WriteFile("MICR_Print_FNB.dat", "; ours\r\nFont=Bank E13B\r\n\r\n" + std::string(line) + "\r\n");
+    EXPECT_FALSE(PrintAll({"10"})) << line;
+    EXPECT_THAT(office_.TakeTexts(),
+                ElementsAre(HasSubstr("The line \"" + std::string(line) + "\" of MICR_Print_FNB.dat")));
+  }
+  EXPECT_EQ(sheets_.prints, 0);
+  office_.WriteFile("MICR_Print_FNB.dat",
+                    "; ours\r\nonus={account}D99C\r\nNumberDigits=12\r\nAuxiliaryOnUs=\r\n");
+  EXPECT_TRUE(PrintAll({"10"}));
+}
+
 TEST_F(CheckPrintingTest, ACheckWithoutRoomForItsWordsIsRefused) {
   Open();
   office_.WriteFile("Check_Print_FNB.dat", "Words=9,37,6,10,10,left\r\n");
@@ -246,6 +310,8 @@ TEST_F(CheckPrintingTest, OnlyOutstandingChecksAreCollected) {
   const CheckBatch batch = Collect({"13-29"});
   ASSERT_EQ(batch.checks.size(), 1U);
   EXPECT_EQ(batch.checks[0].remittance_advice, "Payoff of loan 4711");
+  EXPECT_THAT(batch.left_out, ElementsAre("14-29"));
+  EXPECT_THAT(Collect({"9-11", "12-15"}).left_out, ElementsAre("9", "14-15"));
   AddCheck("50", "O", 0);
   EXPECT_FALSE(AgreesToPrint(Collect({"50"}), office_.boxes, "Print Checks"));
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 50\r\nCheck Amount is Zero...  Print ?"));
@@ -283,9 +349,11 @@ TEST_F(CheckPrintingTest, TheScreenPrintsSeveralInOneGo) {
   form->Enter("txtNumbers");
   form->Change("txtNumbers", "10, 12-14");
   form->Key("Enter");
-  EXPECT_EQ(testing::Seen(*form, "lblCount"), "3 checks");
+  const char* left_out = "Left out, since no outstanding check has the number: 14.";
+  EXPECT_EQ(testing::Seen(*form, "lblCount"), std::string("3 checks.  ") + left_out);
   form->Click("cmdPrint");
   EXPECT_EQ(sheets_.sheets.pages.size(), 3U);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(left_out));
   EXPECT_THAT(form->Find("grdChecks")->source->Row(2),
               ElementsAre("13", "", "SMITH TITLE CO", "$1,250.00", "", "03/15/2024 09:30:00 by jdoe"));
   AddCheck("14", "O");

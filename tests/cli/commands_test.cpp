@@ -287,7 +287,7 @@ TEST(Checks, GoToPaperTogetherOrNotAtAll) {
   for (const char* number : {"1001", "1002", "1003"})
     ASSERT_EQ(escrowctl.Run(std::string(post).replace(post.find("1001"), 4, number)).status, 0);
   const std::string pdf = escrowctl.Data("checks.pdf");
-  const std::string print = "--json --bank FNT check print 1001-1003 --layout three --pdf '" + pdf + "'";
+  const std::string print = "--json --bank FNT check print 1001-1005 --layout three --pdf '" + pdf + "'";
   RunResult result = escrowctl.Run(print);
   EXPECT_EQ(result.status, 1);
   EXPECT_NE(result.out.find("its last digit does not fit"), std::string::npos) << result.out;
@@ -299,6 +299,7 @@ TEST(Checks, GoToPaperTogetherOrNotAtAll) {
   result = escrowctl.Run(print);
   EXPECT_EQ(result.status, 0) << result.err;
   EXPECT_EQ(result.Json()["printed"], Json({"1001", "1002", "1003"}));
+  EXPECT_EQ(result.Json()["leftOut"], Json({"1004-1005"}));
   EXPECT_EQ(ReadWhole(pdf).rfind("%PDF", 0), 0U);
   EXPECT_EQ(escrowctl.Run(print).status, 1) << "printed before, and nobody said Yes";
   EXPECT_EQ(escrowctl.Run("--answer Yes " + print).status, 0);

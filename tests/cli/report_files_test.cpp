@@ -9,6 +9,8 @@
 namespace tallwick::testing {
 namespace {
 
+using ::testing::HasSubstr;
+using ::testing::Not;
 using ::testing::StartsWith;
 
 TEST(ReportFilesTest, WritesWhatIsAskedForAndSaysWhenItCannot) {
@@ -33,6 +35,34 @@ TEST(ReportFilesTest, WritesWhatIsAskedForAndSaysWhenItCannot) {
     EXPECT_EQ(escrowctl.Run(command + " --pdf '" + escrowctl.Data("none/report.pdf") + "'").status, 1);
   }
   EXPECT_EQ(escrowctl.Run("ledger 24-0117 --rtf '" + escrowctl.Data("none/report.rtf") + "'").status, 1);
+}
+
+TEST(ReportFilesTest, NothingIsRecordedWhereTheReportCannotBeWritten) {
+  Escrowctl escrowctl;
+  ASSERT_EQ(escrowctl.Run("init").status, 0);
+  EXPECT_THAT(escrowctl.Run("trial-balance").out, Not(HasSubstr("TOTAL"))) << "there are no banks";
+  ASSERT_EQ(escrowctl.Run("bank add FNT BANKNAME=First BANKACCTMO=3 BANKACCTYR=2024").status, 0);
+  const std::string update = "--bank FNT recon --statement 3/2024 --balance 0 --update";
+  EXPECT_EQ(escrowctl.Run(update + " --rtf '" + escrowctl.Data("none/report.rtf") + "'").status, 1);
+  EXPECT_EQ(escrowctl.Run(update + " --rtf '" + escrowctl.Data() + "'").status, 1) << "a folder";
+  const std::string rtf = escrowctl.Data("report.rtf");
+  const RunResult recorded = escrowctl.Run(update + " --rtf '" + rtf + "'");
+  EXPECT_EQ(recorded.status, 0) << recorded.err;
+  EXPECT_THAT(ReadWhole(rtf), StartsWith("{\\rtf1"));
+  EXPECT_FALSE(std::filesystem::exists(rtf + ".try"));
+  const RunResult no_reason = escrowctl.Run("--bank FNT recon take-back --reason ' '");
+  EXPECT_EQ(no_reason.status, 1);
+  EXPECT_THAT(no_reason.out + no_reason.err, HasSubstr("Enter why it is taken back."));
+}
+
+TEST(ReportFilesTest, AnEmptyWordIsNoFileAndNoFileNumber) {
+  Escrowctl escrowctl;
+  ASSERT_EQ(escrowctl.Run("init").status, 0);
+  for (const char* usage : {"ledger 24-0117 --rtf ''", "trial-balance --pdf ''", "check print 1001 --pdf ''"})
+    EXPECT_EQ(escrowctl.Run(usage).status, 2) << usage;
+  const RunResult ledger = escrowctl.Run("ledger ' '");
+  EXPECT_EQ(ledger.status, 1);
+  EXPECT_THAT(ledger.out + ledger.err, HasSubstr("A ledger needs a file number."));
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include "maintenance/mend_company.h"
 #include "maintenance/verify_company.h"
 #include "tests/support/office.h"
+#include "tests/support/spoil_field.h"
 
 namespace tallwick::testing {
 namespace {
@@ -211,14 +212,33 @@ TEST_F(Mend, RemovesWhatARebuildLeftAndKeepsWhatIsMissingElsewhere) {
   office_.WriteFile("ESCROW_NOTES.SAV.FPT", "memos");
   office_.WriteFile("ESCROW_XRFS.SAV~", "half a co");
   office_.WriteFile("ESCROW_WIRES_FNB.SAV", checks);  // more than the table holds
-  EXPECT_EQ(Steps(PlanMending(home)),
-            (Lines{"ESCROW_CHECKS_FNB.SAV: removes the file", "ESCROW_NOTES.SAV.FPT: removes the file",
-                   "ESCROW_XRFS.SAV~: removes the file"}));
+  office_.WriteFile("Reconciliations_FNB.dat.4711-0.tmp", "[3-20");
+  EXPECT_EQ(
+      Steps(PlanMending(home)),
+      (Lines{"ESCROW_CHECKS_FNB.SAV: removes the file", "ESCROW_NOTES.SAV.FPT: removes the file",
+             "ESCROW_XRFS.SAV~: removes the file", "Reconciliations_FNB.dat.4711-0.tmp: removes the file"}));
   EXPECT_EQ(
       Texts(MendCompany(home).remains),
       (Lines{"ESCROW_WIRES_FNB.SAV: was left by a rebuild that was cut short and holds 3 records as they "
              "were before, the table now 0.  Keep it until the table has been put right"}));
   EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.SAV*"), Lines{"ESCROW_WIRES_FNB.SAV"});
+  EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.tmp"), Lines());
+}
+
+TEST_F(Mend, NamesNumbersThatAreNone) {
+  {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB"));
+    SpoilField(bank.checks, 2, "CHXAMOUNT", "12a45.00");
+    SpoilField(bank.checks, 3, "CHXAMOUNT", "");
+    SpoilField(bank.deposits, 1, "DEPOAMT2", "nan");
+  }
+  const std::vector<CompanyProblem> problems = VerifyCompany(office_.session->Home());
+  ASSERT_EQ(problems.size(), 2U);
+  EXPECT_EQ(problems[0].record, 2);
+  EXPECT_TRUE(problems[0].text.starts_with("CHXAMOUNT holds \"12a45.00\", which is no number"));
+  EXPECT_TRUE(problems[1].text.starts_with("DEPOAMT2 holds \"nan\"")) << problems[1].text;
+  EXPECT_FALSE(problems[0].IsMendable());
 }
 
 }  // namespace

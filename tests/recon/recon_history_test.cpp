@@ -67,6 +67,26 @@ TEST_F(ReconHistoryTest, OneThatWasTakenBackStaysOnRecord) {
   EXPECT_EQ(All(), (std::vector{first, second, third}));
 }
 
+// Died after the mark was written, before the bank record was put back.
+TEST_F(ReconHistoryTest, AMarkCountsOnceTheBankRecordBearsItOut) {
+  const PastReconciliation first = Make(1);
+  const PastReconciliation second = Make(2);
+  const std::string unmarked = File();
+  ASSERT_EQ(History().MarkTakenBack(second, "a slip"), "");
+  EXPECT_EQ(Last()->after, second.after) << "it stands";
+  ASSERT_EQ(History().MarkTakenBack(second, "once more"), "");
+  EXPECT_EQ(Last()->taken_back, "once more");
+  const PastReconciliation third = Make(3);
+  EXPECT_EQ(All(), (std::vector{first, second, third})) << "it was never taken back";
+  ASSERT_EQ(History().MarkTakenBack(third, "refused"), "");
+  ASSERT_EQ(History().DropMark(third), "");
+  EXPECT_EQ(All(), (std::vector{first, second, third}));
+  EXPECT_EQ(File().substr(0, unmarked.size()), unmarked);
+  PastReconciliation unknown = third;
+  unknown.made = "somebody";
+  EXPECT_NE(History().MarkTakenBack(unknown, "lost"), "");
+}
+
 // A slip with an editor, or what a later version writes.
 TEST_F(ReconHistoryTest, WhatIsNotUnderstoodStaysInTheFile) {
   Make(1);

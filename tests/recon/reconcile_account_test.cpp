@@ -7,10 +7,13 @@
 #include <random>
 
 #include "core/text.h"
+#include "recon/recon_screen_data.h"
 #include "recon/recon_update.h"
 #include "reports/report_rtf.h"
 #include "tests/posting/screen_fixture.h"
 #include "tests/support/faulty_files.h"
+#include "tests/support/keeping_printer.h"
+#include "tests/support/spoil_field.h"
 
 namespace tallwick::testing {
 namespace {
@@ -214,6 +217,88 @@ TEST_F(ReconcileTest, ARefusedUpdateLeavesNoHistory) {
               ::testing::StartsWith("[1-2024]\r\nkept\r\n[3-2024]\r\n"));
 }
 
+TEST_F(ReconcileTest, WhatCannotBeNotedIsNotTakenBack) {
+  FaultyFiles files;
+  office_.files = &files;
+  OpenOffice();
+  ComputeMarch();
+  form_->Click("cmdUpdateBankRecord");
+  const std::string history = office_.ReadFile("Reconciliations_FNB.dat");
+  files.fails = [](std::string_view change, std::string_view) { return change == "write"; };
+  Set("txtTakeBackReason", "a slip");
+  office_.TakeTexts();
+  office_.boxes.answers = {BoxAnswer::kYes, BoxAnswer::kYes};
+  form_->Click("cmdTakeBack");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("Take back"), HasSubstr("Reconciliations_FNB.dat could not be written")));
+  EXPECT_EQ(Bank().reconciled, (Period{3, 0, 2024}));
+  files.fails = {};
+  {
+    StartUpOutcome second = office_.Start();
+    BankTable& theirs = second.session->Company().banks;
+    ASSERT_TRUE(theirs.SeekCode("FNB") && theirs.Lock() == 0);
+    form_->Click("cmdTakeBack");
+    EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat"), history) << "the record was in use";
+  }
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Click("cmdTakeBack");
+  EXPECT_EQ(Bank().reconciled, (Period{1, 0, 2024}));
+  EXPECT_THAT(office_.ReadFile("Reconciliations_FNB.dat"), HasSubstr("a slip"));
+}
+
+// The figures of an update cannot be computed again once its date is reconciled.
+TEST_F(ReconcileTest, AnUpdatesReportStaysUntilItIsPrintedOrLeft) {
+  OpenOffice();
+  ComputeMarch();
+  form_->Click("cmdUpdateBankRecord");
+  for (const ReconEntryLook& look : kReconEntryLooks) EXPECT_FALSE(form_->Find(look.control)->enabled);
+  const char* warning = "WARNING - Account Reconciled but Report NOT Printed...\r\rPrint now ?";
+  office_.TakeTexts();
+  office_.boxes.answers = {BoxAnswer::kCancel};
+  Set("txtStatementDate", "4/2024");
+  EXPECT_EQ(Shown("txtStatementDate"), "3-2024");
+  EXPECT_NE(form_->Results(), nullptr);
+  // The next statement begins where this one has ended.
+  office_.boxes.answers = {BoxAnswer::kNo};
+  Set("txtStatementDate", "4/2024");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(warning, warning));
+  EXPECT_EQ(form_->Results(), nullptr);
+  EXPECT_EQ(Shown("txtBeginningCheckBookBalance"), "-5.00");
+  EXPECT_EQ(Shown("txtBankStatementBalance"), "");
+  Set("txtBankStatementBalance", "-5");
+  form_->Click("cmdCompute");
+  EXPECT_EQ(Status(), "Account Balanced to a Zero Difference...");
+}
+
+TEST_F(ReconcileTest, APrintedReportIsWantedAgainOnlyForOtherEntries) {
+  KeepingPrinter printer;
+  office_.printer = &printer;
+  OpenOffice();
+  ComputeMarch();
+  office_.clock.now.minute += 5;
+  form_->Click("cmdPrint");
+  EXPECT_THAT(printer.last.header.front().cells.front(), HasSubstr("9:30 AM")) << "when it was computed";
+  form_->Enter("txtAdjustmentsinTransit");
+  form_->Enter("txtBankStatementBalance");
+  form_->Click("cmdUpdateBankRecord");
+  office_.TakeTexts();
+  form_->Click("cmdClose");
+  EXPECT_THAT(office_.TakeTexts(), ::testing::IsEmpty());
+}
+
+TEST_F(ReconcileTest, AnAmountThatIsNoNumberGivesNoFigures) {
+  OpenOffice();
+  AddCheck(1, "O", 500, {3, 0, 2024}, {});
+  AddCheck(2, "O", 500, {3, 0, 2024}, {});
+  SpoilField(tables_->checks, 2, "CHXAMOUNT", "1e3");
+  Set("txtStatementDate", "3/2024");
+  office_.TakeTexts();
+  form_->Click("cmdCompute");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("Record 2 of ESCROW_CHECKS_FNB holds an amount that is no number")));
+  EXPECT_EQ(form_->Results(), nullptr);
+}
+
 TEST_F(ReconcileTest, WhatWasPurgedSinceKeepsItFromBeingTakenBack) {
   OpenOffice();
   ComputeMarch();
@@ -225,11 +310,14 @@ TEST_F(ReconcileTest, WhatWasPurgedSinceKeepsItFromBeingTakenBack) {
 
 TEST_F(ReconcileTest, ChargesAndCreditsMayBeForbidden) {
   ASSERT_TRUE(office_.Open());
-  office_.WriteFile("Reconcile_FNB.dat", "ReconcileAllowBankChargesCredits=F\r\n");
+  office_.WriteFile("Reconcile_FNB.dat",
+                    "ReconcileAllowBankChargesCredits=F\r\nReconcileAllowBankChargesCredit=no\r\n");
   tables_ = std::make_unique<BankTables>(office_.session->Home());
   ASSERT_TRUE(tables_->Open("FNB"));
   OpenForm();
   EXPECT_FALSE(form_->Find("txtLessBankCharges")->enabled);
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("The line \"ReconcileAllowBankChargesCredit=no\" of Reconcile_FNB.dat")));
   ComputeMarch();
   const auto notes_them = [&] {
     const std::optional<ReportDocument> report = form_->Report();

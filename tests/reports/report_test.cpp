@@ -3,11 +3,13 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
 
+#include "core/print_pages.h"
 #include "reports/ledger_report.h"
 #include "reports/report_pages.h"
 #include "reports/report_rtf.h"
@@ -123,6 +125,30 @@ TEST(ReportPagesTest, SubtotalsStayWithTheRowBefore) {
   for (std::size_t i = 0; i < with_next.size(); ++i) EXPECT_EQ(checks.rows[i].with_next, with_next[i]) << i;
 }
 
+class FixedLetters : public TextMeasure {
+ public:
+  int Width(PrintStyle, std::string_view text) const override { return static_cast<int>(text.size()) * 80; }
+  int LineHeight(PrintStyle) const override { return 240; }
+};
+
+TEST(ReportPagesTest, EveryPageOfALedgerNamesItsBank) {
+  BankLedger first("FNB", "First National Trust");
+  for (int i = 0; i < 150; ++i) {
+    WireRecord wire;
+    wire.number = "W-" + std::to_string(i);
+    first.AddWire(wire);
+  }
+  FileLedger ledger("24-0117");
+  ledger.AddBank(first);
+  const PrintDocument document = MakePages(MakeLedgerReport({ledger, {}, true}, kOrigin));
+  const std::vector<PrintPage> pages = LayOutPages(document, 10800, 14400, FixedLetters());
+  ASSERT_GT(pages.size(), 2U);
+  for (const PrintPage& page : pages) {
+    const auto names_bank = [](const PlacedText& text) { return text.text == "First National Trust (FNB)"; };
+    EXPECT_EQ(std::count_if(page.texts.begin(), page.texts.end(), names_bank), 1);
+  }
+}
+
 TEST(RtfTest, HasHeadsRealTablesAndTheTwipsOfTheColumns) {
   const std::string rtf = MakeRtf(MakeLedgerReport({Ledger(), {}, true}, kOrigin));
   for (const char* part :
@@ -131,7 +157,8 @@ TEST(RtfTest, HasHeadsRealTablesAndTheTwipsOfTheColumns) {
         "Version: 1.00.0001", "{\\*\\fldinst NUMPAGES}",
         "\\cellx1000\\cellx2280\\cellx5440\\cellx6880\\cellx8000\\cellx9120\\cellx9600\\cellx10220\\cellx1080"
         "0",
-        "\\trhdr", "M\\'fcller \\{Title\\}\\cell", "\\qr\\keepn\\f0\\b\\fs20 1,250.00\\cell"})
+        "\\cellx6880\\cellx8000\\cellx9600\\cellx10220", "\\qr\\f0\\fs20 Outstanding\\cell", "\\trhdr",
+        "M\\'fcller \\{Title\\}\\cell", "\\qr\\keepn\\f0\\b\\fs20 1,250.00\\cell"})
     EXPECT_THAT(rtf, HasSubstr(part));
   int depth = 0;
   for (std::size_t i = 0; i < rtf.size(); ++i) {

@@ -10,6 +10,7 @@
 #include "reports/ledger_reader.h"
 #include "reports/report_rtf.h"
 #include "tests/support/office.h"
+#include "tests/support/spoil_field.h"
 
 namespace tallwick {
 namespace {
@@ -107,6 +108,42 @@ TEST_F(TrialBalanceTest, ListsWhatFilesHoldAsOfADay) {
 }
 
 // A period of a bank kept by the month holds all of its days.
+TEST_F(TrialBalanceTest, AnAmountThatIsNoNumberGivesNoFigures) {
+  BankTables tables(office_.session->Home());
+  ASSERT_TRUE(tables.Open("FNB"));
+  Check(tables, "24-1", 100, "O", {3, 1, 2024});
+  Deposit(tables, "20240301", {3, 1, 2024}, {{"24-2", 500}, {"24-1", 700}});
+  WireRecord wire;
+  wire.number = "W1";
+  wire.file_number = "24-1";
+  ASSERT_EQ(tables.wires.Add(wire), 0);
+  VoucherRecord voucher;
+  voucher.number = "1";
+  voucher.file_number = "24-1";
+  ASSERT_EQ(tables.vouchers.Add(voucher), 0);
+  const struct {
+    TableBase& table;
+    const char *field, *text;
+  } kCases[] = {{tables.checks, "CHXAMOUNT", "12a4567890.0"},
+                {tables.deposits, "DEPOAMT2", "1,234.56"},
+                {tables.wires, "WIREAMOUNT", "-"},
+                {tables.vouchers, "VCHRAMOUNT", "************"}};
+  for (const auto& one : kCases) {
+    testing::SpoilField(one.table, 1, one.field, one.text);
+    const std::string text = "Record 1 of " + one.table.Name() + " holds an amount that is no number";
+    office_.TakeTexts();
+    if (&one.table != &tables.vouchers) {
+      EXPECT_EQ(ReadTrialBalance(*office_.session, {}, {}).end, PassEnd::kUnreadable) << one.field;
+      EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr(text)));
+    }
+    const LedgerReading reading = ReadFileLedger(*office_.session, "24-1");
+    EXPECT_FALSE(reading.complete);
+    EXPECT_THAT(reading.message, HasSubstr(text));
+    testing::SpoilField(one.table, 1, one.field, "");
+  }
+  EXPECT_EQ(ReadFileLedger(*office_.session, "24-1").ledger.FileBalance(), Currency()) << "blank is zero";
+}
+
 TEST_F(TrialBalanceTest, SaysHowFarMonthsAreCounted) {
   ASSERT_TRUE(office_.AddBank("DAY", "By the Day", [](BankRecord& bank) { bank.accounting.day = 15; }));
   BankTables tables(office_.session->Home());

@@ -12,7 +12,8 @@ namespace tallwick {
 namespace {
 
 Currency AsTheStoreReads(const std::string& field) {
-  return Currency::Parse(Trim(field)).value_or(Currency());
+  if (Trim(field).empty()) return {};
+  return Currency::Parse(Trim(field)).value_or(Currency::Overflow());
 }
 
 TEST(PackedRecordTest, AmountsAreReadAsTheStoreReadsThem) {
