@@ -272,7 +272,14 @@ bool FrmMainEscrowAccounting::IsOffered(const MainCommand& command, bool securit
   return session_.MayUse(command.right, security_on);
 }
 
+// While maintenance has the tables for itself the figures stay as they were read; it tells when it gives the
+// tables back.
+bool FrmMainEscrowAccounting::IsKeptOut() const {
+  return !session_.BankCode().empty() && !session_.Company().banks.IsOpen();
+}
+
 void FrmMainEscrowAccounting::ShowFigures() {
+  if (IsKeptOut()) return;
   std::optional<BankRecord> bank;
   if (!session_.BankCode().empty()) bank = session_.Company().banks.Find(session_.BankCode());
   if (!bank) {
@@ -300,7 +307,7 @@ void FrmMainEscrowAccounting::ShowLatest(std::optional<std::vector<LatestPosting
 
 // Many records are read while the window can be used.
 bool FrmMainEscrowAccounting::OnWork(std::chrono::milliseconds budget) {
-  if (session_.BankCode().empty()) return false;
+  if (session_.BankCode().empty() || IsKeptOut()) return false;
   const BankOverview overview = figures_.Read(budget);
   ShowSums(overview);
   return overview.percent_read < 100;

@@ -42,6 +42,7 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void ShowStatus();
   void ShowCommands();
   bool IsOffered(const MainCommand& command, bool security_on, bool open) const;
+  bool IsKeptOut() const;
   void ShowFigures();
   void ShowSums(const BankOverview& overview);
   void ReadAnew();

@@ -197,6 +197,20 @@ TEST_F(MainWindowTest, FiguresFollowEveryChange) {
   EXPECT_GT(partial, 5);
 }
 
+// Maintenance closes the company's tables while it has them for itself.
+TEST_F(MainWindowTest, FiguresStayWhileTheTablesAreAway) {
+  FrmMainEscrowAccounting form(*office_.session, office_);
+  form.Opened();
+  const std::string balance = Seen(form, "lblBookBalance");
+  ASSERT_NE(balance, "");
+  office_.session->Company().banks.Close();
+  office_.session->NotifyChanged(SessionChange::kPosted);
+  form.Key("F5");
+  EXPECT_FALSE(form.WorkOn(std::chrono::milliseconds(1)));
+  EXPECT_EQ(Seen(form, "lblBankName"), "First National Trust");
+  EXPECT_EQ(Seen(form, "lblBookBalance"), balance);
+}
+
 TEST_F(MainWindowTest, FindsAFileAndRemembersIt) {
   office_.suite.branch = "Main";
   ASSERT_EQ(office_.session->Company().xrefs.Add(CheckXref("24-0117", "FNB", "10452")), 0);
