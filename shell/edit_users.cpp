@@ -5,6 +5,7 @@
 #include "core/encoding.h"
 #include "core/text.h"
 #include "shell/company_tables.h"
+#include "shell/main_commands.h"
 #include "shell/rights.h"
 
 namespace tallwick {
@@ -250,6 +251,9 @@ void FrmEditUsers::MarkAll(bool checked) {
 
 void FrmEditUsers::OnClick(Control& control) {
   Say("");
+  const bool writes =
+      control.name == "cmdSave" || control.name == "cmdDelete" || control.name == "cmdForceResets";
+  if (writes && !MayCarryOut(session_, "mnuToolsUsers")) return;
   if (control.name == "cmdGrantAll") MarkAll(true);
   if (control.name == "cmdDenyAll") MarkAll(false);
   if (control.name == "cmdSave") Save();

@@ -109,6 +109,7 @@ void FrmMainEscrowAccounting::OnOpen() {
   ShowCommands();
   ShowRecentFiles();
   ShowFigures();
+  TellUserProblem();
 }
 
 void FrmMainEscrowAccounting::OnMenu(Control& control) {
@@ -120,7 +121,7 @@ void FrmMainEscrowAccounting::OnMenu(Control& control) {
   // A right may have been taken away, and the switch thrown on another workstation, since the commands were
   // shown.
   const bool open = TransactionsOpen(session_);
-  if (!IsOffered(*found, session_.TheSuite().SecurityOn(), open)) {
+  if (!IsOffered(*found, session_.SecurityOn(), open)) {
     ShowStatus();
     ShowCommands();
     if (found->transactions && !open) Boxes().Exclaim(kProgramName, kTransactionsLocked);
@@ -244,6 +245,16 @@ void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
   if (change != SessionChange::kPrinter) ShowCommands();
   if (change == SessionChange::kBank) figures_.Forget();
   if (change == SessionChange::kBank || change == SessionChange::kPosted) ShowFigures();
+  if (change == SessionChange::kUser) TellUserProblem();
+}
+
+// Commands that are all grey do not say why.
+void FrmMainEscrowAccounting::TellUserProblem() {
+  const std::string problem = session_.UserProblem();
+  if (problem.empty()) return;
+  Boxes().Exclaim(kProgramName, problem +
+                                    "\r\rSecurity is on: until then the bank accounts, and what asks for a "
+                                    "right, cannot be used here.");
 }
 
 void FrmMainEscrowAccounting::ShowStatus() {
@@ -255,7 +266,7 @@ void FrmMainEscrowAccounting::ShowStatus() {
 }
 
 void FrmMainEscrowAccounting::ShowCommands() {
-  const bool security_on = session_.TheSuite().SecurityOn();
+  const bool security_on = session_.SecurityOn();
   const bool open = TransactionsOpen(session_);
   for (const MainCommand& command : MainCommands()) {
     const bool offered = IsOffered(command, security_on, open);

@@ -47,6 +47,7 @@ TEST_F(MainWindowTest, EachRightOpensItsCommands) {
   form.Opened();
   EXPECT_TRUE(Offers(form, "mnuToolsUsers"));
   office_.suite.security = true;
+  office_.session->ReloadUser();
   clsSecurity& user = office_.session->User();
   user.bLoggedIn = true;
   for (const Case& one : cases) {

@@ -329,6 +329,42 @@ TEST_F(UserMaintenanceTest, WhatChangedElsewhereIsNotWrittenOver) {
   EXPECT_EQ(same_login.SaveUserSecurity(Home(), kNow, &fresh), kUserChanged);
 }
 
+// Whoever the suite logs in while the program runs has the own rights and banks, and not those of who was
+// here before.
+TEST_F(UserMaintenanceTest, AnotherLoginBringsItsOwnRights) {
+  ASSERT_EQ(Save("jdoe", "", {"FNB", "SAV"}, "Administrator"), 0);
+  ASSERT_EQ(Save("rita", "", {"SAV"}), 0);
+  FrmMainEscrowAccounting main(*office_.session, office_);
+  main.Opened();
+  office_.suite.security = true;  // nobody has been loaded yet
+  EXPECT_TRUE(office_.session->MayUse(kAdministrator));
+  EXPECT_EQ(office_.session->BankCode(), "FNB");
+  FrmEditUsers users(*office_.session);
+  users.Opened();
+
+  office_.suite.login = "rita";
+  office_.session->NotifyChanged(SessionChange::kSwitch);  // as every few seconds
+  EXPECT_FALSE(main.Find("mnuToolsUsers")->enabled);
+  EXPECT_EQ(office_.session->BankCode(), "");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  for (const char* command : {"cmdSave", "cmdDelete", "cmdForceResets"}) {
+    users.Click(command);
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("do not have the right"))) << command;
+  }
+  EXPECT_TRUE(SelectBank(*office_.session, "SAV"));
+  office_.suite.login = "jdoe";
+  EXPECT_TRUE(office_.session->MayUse(kAdministrator));
+  EXPECT_EQ(office_.session->BankCode(), "SAV") << "a bank of both";
+
+  // All is grey, and it is said why: once.
+  office_.suite.login = "ghost";
+  for (int i = 0; i < 2; ++i) office_.session->NotifyChanged(SessionChange::kSwitch);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("\"ghost\" is not among the users.")));
+  SystemFileSystem().Remove(office_.folder.Held("USERS.DBF"));
+  FrmMainEscrowAccounting(*office_.session, office_).Opened();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("USERS is missing")));
+}
+
 TEST_F(UserMaintenanceTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
   ASSERT_EQ(Save("jdoe", "", {"FNB"}, "Administrator"), 0);
   office_.suite.security = true;
