@@ -14,7 +14,6 @@ constexpr std::string_view kEdit = "[EDIT]";
 constexpr std::string_view kGrid = "[GRID]";
 constexpr std::string_view kGridHeading = "[H]";
 constexpr std::string_view kCell = "[C]";
-constexpr std::string_view kNotFoundValue;
 
 struct EventTag {
   std::string_view tag;
@@ -31,12 +30,27 @@ bool Holds(std::string_view line, std::string_view tag) {
   return line.find(tag) != std::string_view::npos;
 }
 
-// The text from a tag of the header up to the next "]".
-std::string_view HeaderValue(std::string_view line, std::string_view tag) {
-  const std::size_t start = line.find(tag);
-  if (start == std::string_view::npos) return kNotFoundValue;
-  line.remove_prefix(start + tag.size());
-  return Trim(line.substr(0, line.find(']')));
+// The tag of this program's own event with which the line begins; null for any other line.
+const EventTag* EventTagOf(std::string_view line) {
+  const auto* found = std::find_if(std::begin(kEventTags), std::end(kEventTags),
+                                   [line](const EventTag& known) { return line.starts_with(known.tag); });
+  return found == std::end(kEventTags) ? nullptr : found;
+}
+
+// What stands behind the header's tag that begins at `start`.
+std::string_view Behind(std::string_view line, std::size_t start) {
+  return start == std::string_view::npos ? std::string_view() : line.substr(line.find(':', start) + 1);
+}
+
+std::string_view UpToBracket(std::string_view text) {
+  return Trim(text.substr(0, text.find(']')));
+}
+
+// A value that people have typed may hold brackets, even tags: it ends where the last tag of its follower
+// begins.
+std::string_view UpToLast(std::string_view text, std::string_view follower) {
+  const std::size_t end = text.rfind(follower);
+  return end == std::string_view::npos ? UpToBracket(text) : Trim(text.substr(0, end));
 }
 
 std::vector<std::string_view> Cells(std::string_view line) {
@@ -90,7 +104,7 @@ std::string_view AuditEventKindName(AuditEventKind kind) {
 }
 
 bool BeginsAuditEntry(std::string_view line) {
-  return Holds(line, kNewEntry) && !line.starts_with(kEdit);
+  return Holds(line, kNewEntry) && !line.starts_with(kEdit) && EventTagOf(line) == nullptr;
 }
 
 std::string AuditMoment(const DateTime& when) {
@@ -138,11 +152,11 @@ void AuditLog::StartEntry(std::string_view line) {
   in_grid_ = false;
   AuditEntry entry;
   entry.header = line;
-  entry.date_text = HeaderValue(line, kNewEntry);
-  entry.tx = HeaderValue(line, "[TX:");
-  entry.reference = HeaderValue(line, "[REFERENCE:");
-  entry.login = HeaderValue(line, "[LOGIN:");
-  entry.computer = HeaderValue(line, "[COMPUTER:");
+  entry.date_text = UpToBracket(Behind(line, line.find(kNewEntry)));
+  entry.tx = UpToBracket(Behind(line, line.find("[TX:")));
+  entry.reference = UpToLast(Behind(line, line.find("[REFERENCE:")), "][LOGIN:");
+  entry.login = UpToLast(Behind(line, line.rfind("[LOGIN:")), "][COMPUTER:");
+  entry.computer = UpToBracket(Behind(line, line.rfind("[COMPUTER:")));
   entry.dated = ParseAuditMoment(entry.date_text, &entry.when);
   if (!entry.dated && !entries_.empty()) entry.when = entries_.back().when;
   entry.first_event = static_cast<std::uint32_t>(events_.size());
@@ -155,23 +169,21 @@ void AuditLog::StartEntry(std::string_view line) {
 
 void AuditLog::AddEvent(std::string_view line) {
   in_grid_ = false;
-  if (Holds(line, kGrid) && !line.starts_with(kEdit)) return StartGrid(line);
+  const EventTag* known = EventTagOf(line);
+  if (known == nullptr && Holds(line, kGrid) && !line.starts_with(kEdit)) return StartGrid(line);
   AuditEvent event;
   event.line = line;
   event.value = line;
-  if (const std::size_t tag = line.find(kEdit); tag != std::string_view::npos) {
+  if (known != nullptr) {
+    event.kind = known->kind;
+    event.value = Trim(line.substr(known->tag.size()));
+  } else if (const std::size_t tag = line.find(kEdit); tag != std::string_view::npos) {
     event.kind = AuditEventKind::kEdit;
     const std::string_view rest = line.substr(tag + kEdit.size());
     const std::size_t change = rest.find("was:");
     event.name = Trim(rest.substr(0, change));
     event.value = change == std::string_view::npos ? std::string_view() : rest.substr(change);
     controls_.Offer(event.name);
-  } else {
-    for (const EventTag& known : kEventTags) {
-      if (!line.starts_with(known.tag)) continue;
-      event.kind = known.kind;
-      event.value = Trim(line.substr(known.tag.size()));
-    }
   }
   events_.push_back(event);
   ++entries_.back().event_count;

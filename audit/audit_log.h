@@ -1,6 +1,6 @@
 // An audit log, read. A line that holds "[DATE:" begins an entry; the lines behind it are its events, up to
-// the next. Lines are trimmed, empty ones skipped, lines before the first entry left out. A changed control's
-// line is never taken for a new entry, whatever its values hold.
+// the next. Lines are trimmed, empty ones skipped, lines before the first entry left out. A line that begins
+// with the tag of an event of this program is never taken for a new entry, whatever stands behind the tag.
 //
 // Grid changes, which other programs of the suite write, are read too:
 //   [GRID] grdItems was:        the grid's name; "was:" or "now:" says which rows follow. Without the word

@@ -162,6 +162,7 @@ void FrmViewLog::ReadLog() {
     Boxes().Critical(Caption(), "The audit log cannot be read.  Make sure that " +
                                     session_.Files().PlatformPath(path_) + " may be read, and refresh.");
   log_ = std::make_shared<AuditLog>(std::move(bytes).value_or(""));
+  RunSearch();
   OfferValues();
   ShowProof();
 }
@@ -231,16 +232,18 @@ AuditCriteria FrmViewLog::Criteria() {
   return criteria;
 }
 
-bool FrmViewLog::Search() {
+void FrmViewLog::Search() {
   const AuditCriteria criteria = Criteria();
-  if (const std::string problem = CriteriaProblem(*log_, criteria); !problem.empty()) {
-    Refuse(problem, "txtTo");
-    return false;
-  }
+  if (const std::string problem = CriteriaProblem(*log_, criteria); !problem.empty())
+    return Refuse(problem, "txtTo");
   searched_ = criteria;
+  RunSearch();
+}
+
+// What was found before holds places in the log that was searched, and in no other.
+void FrmViewLog::RunSearch() {
   found_ = SearchAuditLog(*log_, searched_);
   ShowFound();
-  return true;
 }
 
 void FrmViewLog::ShowFound() {
@@ -262,8 +265,7 @@ void FrmViewLog::Clear() {
 void FrmViewLog::OnChange(Control& control) {
   if (control.name == "optOrder") {
     searched_.newest_first = At("optOrder", kOrderDescending).value == 1;
-    found_ = SearchAuditLog(*log_, searched_);
-    ShowFound();
+    RunSearch();
   }
   if (control.name == "optGridSelect" || control.name == "txtGridColumns") TakeGridChoice();
   if (control.name == "chkPrintEntireGrid") {

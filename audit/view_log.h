@@ -45,8 +45,8 @@ class FrmViewLog : public Form {
   void OfferValues();
   void ShowProof();
   void Prove();
-  // False after a refusal.
-  bool Search();
+  void Search();
+  void RunSearch();
   AuditCriteria Criteria();
   void ShowFound();
   void Clear();

@@ -16,7 +16,7 @@ std::string SignPasswordDigest(std::string_view bank_code, std::string_view pass
   return Sha256Hex(ToUpper(Trim(bank_code)) + ":" + std::string(password));
 }
 
-bool SetSignPassword(const Session& session, std::string_view bank_code, std::string_view password) {
+bool SetSignPassword(Session& session, std::string_view bank_code, std::string_view password) {
   if (!session.MayUse(kAdministrator)) {
     session.Boxes().Critical(kTitle, "Only the administrator sets the password to sign checks.");
     return false;

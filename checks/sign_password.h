@@ -14,6 +14,6 @@ std::string SignPasswordDigest(std::string_view bank_code, std::string_view pass
 
 // Writes the line into the bank's layout; "" takes it out. Asks for the administrator's right. False after a
 // message.
-bool SetSignPassword(const Session& session, std::string_view bank_code, std::string_view password);
+bool SetSignPassword(Session& session, std::string_view bank_code, std::string_view password);
 
 }  // namespace tallwick

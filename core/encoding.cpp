@@ -95,6 +95,16 @@ std::string FromWindows1252(std::string_view bytes) {
   return utf8;
 }
 
+std::string FromTextFile(std::string_view bytes) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  if (bytes.starts_with(kMark)) bytes.remove_prefix(kMark.size());
+  std::string_view rest = bytes;
+  while (!rest.empty()) {
+    if (!TakeCharacter(rest)) return FromWindows1252(bytes);
+  }
+  return std::string(bytes);
+}
+
 std::string FirstCharacterOutside1252(std::string_view utf8) {
   while (!utf8.empty()) {
     const char32_t character = TakeCharacter(utf8).value_or(kReplacement);

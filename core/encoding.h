@@ -13,6 +13,9 @@ std::optional<std::string> ToWindows1252(std::string_view utf8);
 // UTF-8 of Windows-1252 bytes. The five bytes without a character become U+FFFD, which
 // ToWindows1252 refuses. Never fails.
 std::string FromWindows1252(std::string_view bytes);
+// UTF-8 of a text file's bytes, which any editor may have saved: UTF-8 with its mark or without, else
+// Windows-1252.
+std::string FromTextFile(std::string_view bytes);
 // The first character (as UTF-8) that Windows-1252 lacks, "" when there is none. Bytes that are
 // no UTF-8 count as U+FFFD.
 std::string FirstCharacterOutside1252(std::string_view utf8);

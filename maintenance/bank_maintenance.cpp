@@ -38,7 +38,7 @@ void FillDefaults(BankRecord& bank, const std::vector<FieldAssignment>& values, 
 
 }  // namespace
 
-bool MayReadBank(const Session& session, std::string_view code) {
+bool MayReadBank(Session& session, std::string_view code) {
   return session.MayUseBank(code) || session.MayUse(kAdministrator);
 }
 
@@ -47,7 +47,7 @@ bool SeekBankAccount(Session& session, std::string_view code) {
   return banks.SeekCode(code) && MayReadBank(session, banks.Read().code);
 }
 
-std::string NoSuchBank(const Session& session, std::string_view code) {
+std::string NoSuchBank(Session& session, std::string_view code) {
   const std::string what = "There is no bank " + Quoted(Trim(code));
   return session.MayUse(kAdministrator) ? what : what + " that this user may work with";
 }

@@ -13,11 +13,11 @@
 namespace tallwick {
 
 // Whether the current user may look at the bank's record: whoever may work in the bank, and administrators.
-bool MayReadBank(const Session& session, std::string_view code);
+bool MayReadBank(Session& session, std::string_view code);
 // True when there is such a bank and the user may look at it; the bank table then stands on its record.
 bool SeekBankAccount(Session& session, std::string_view code);
 // What to say otherwise. Whoever may not look at a bank does not learn whether it is there.
-std::string NoSuchBank(const Session& session, std::string_view code);
+std::string NoSuchBank(Session& session, std::string_view code);
 
 // Adds a bank and makes its tables. What is not said: its books begin today, its periods have the form of
 // its accounting date, its changes are logged. "" when it was added, and the bank table stands on its record;

@@ -7,10 +7,7 @@ namespace tallwick {
 namespace {
 
 std::string PreparerOf(const Session& session) {
-  const clsSecurity& user = session.User();
-  if (!user.sUserName.empty()) return user.sUserName;
   const std::string login = session.Login();
-  // While security is off nobody's record has been loaded.
   const std::optional<clsSecurity> known = clsSecurity::GetUserSecurity(session.Home(), login);
   if (known && !known->sUserName.empty()) return known->sUserName;
   return login.empty() ? session.TheWorkstation().ComputerName() : login;

@@ -38,10 +38,9 @@ std::vector<std::string> InactiveBanks(const Session& session) {
   const std::string path = WithBackslash(session.TheSuite().InactiveBanksPath()) + "Inactive Banks.dat";
   const std::optional<std::string> text = session.Files().Read(path);
   if (!text) return codes;
-  // A line is the code, character by character; only the line's end is not part of it.
-  for (std::string line : Split(FromWindows1252(*text), '\n')) {
-    if (line.ends_with('\r')) line.pop_back();
-    if (!line.empty()) codes.push_back(std::move(line));
+  // A line is the code, character by character; only the blanks that pad it are not part of it.
+  for (const std::string& line : Split(FromTextFile(*text), '\n')) {
+    if (!TrimRight(line).empty()) codes.emplace_back(TrimRight(line));
   }
   return codes;
 }

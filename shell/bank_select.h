@@ -12,7 +12,8 @@ namespace tallwick {
 
 struct BankRecord;
 
-// Codes in "Inactive Banks.dat", one a line, empty lines skipped; none when the file is missing.
+// Codes in "Inactive Banks.dat", one a line, without blanks behind them, empty lines skipped; none when the
+// file is missing.
 std::vector<std::string> InactiveBanks(const Session& session);
 
 // The banks in which the current user may work, in name order: all of them while security is off.

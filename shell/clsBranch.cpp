@@ -60,21 +60,28 @@ void ReadBranch(const FileSystem& files, const XmlElement& element, clsBranch* b
   ReadLists(element, branch);
 }
 
-// Names are told apart without regard to case, so that a list never holds two that look the same.
-bool HasBranch(const XmlFile& file, std::string_view name) {
-  const std::vector<XmlElement> branches = file.Root().Children();
-  return std::any_of(branches.begin(), branches.end(), [&](const XmlElement& element) {
-    return EqualsIgnoreCase(element.Attribute("name"), name);
-  });
+// Names are told apart without regard to case, so that a list never holds two that look the same. Of two in
+// a file that somebody else has written the one of exactly this name is meant.
+XmlElement FindBranch(const XmlFile& file, std::string_view name) {
+  if (const XmlElement exact = file.Named(kBranch, name)) return exact;
+  for (const XmlElement& element : file.Root().Children()) {
+    if (element.Name() == kBranch && EqualsIgnoreCase(element.Attribute("name"), name)) return element;
+  }
+  return {};
 }
 
-// Entries number themselves over the non-empty slots; elements of an earlier, longer list go.
+// Entries number themselves over the non-empty slots and stand in that order, in which they are read back;
+// elements of an earlier, longer list go.
 void WriteList(XmlElement container, const ListSetting& list, const RecentList& recent) {
   std::vector<std::string> names;
+  XmlElement before;
   for (const std::string& entry : recent.Entries()) {
     if (entry.empty()) continue;
     names.push_back(std::string(list.entry) + std::to_string(names.size() + 1));
-    container.ChildOrNew(names.back()).SetText(entry);
+    XmlElement element = container.ChildOrNew(names.back());
+    element.SetText(entry);
+    element.MoveBehind(before);
+    before = element;
   }
   for (const XmlElement& child : container.Children()) {
     if (std::find(names.begin(), names.end(), child.Name()) == names.end()) container.Remove(child);
@@ -105,9 +112,9 @@ clsBranch BranchFile::Load(std::string_view name) const {
   branch.Name = name;
   XmlFile file(files_, path_, kRoot);
   if (!file.Load()) return branch;
-  const XmlElement element = file.Named(kBranch, name);
+  const XmlElement element = FindBranch(file, name);
   if (!element) return branch;
-  branch.loaded_name_ = name;
+  branch.loaded_name_ = element.Attribute("name");
   ReadBranch(files_, element, &branch);
   return branch;
 }
@@ -130,14 +137,11 @@ std::vector<clsBranch> BranchFile::LoadAll() const {
 bool BranchFile::Save(clsBranch& branch) {
   XmlFile file(files_, path_, kRoot);
   if (!file.Load()) file.Start();
-  const bool known = !branch.loaded_name_.empty();
-  if (known && !EqualsIgnoreCase(branch.loaded_name_, branch.Name)) {
-    if (HasBranch(file, branch.Name)) return false;
+  if (!branch.loaded_name_.empty() && !EqualsIgnoreCase(branch.loaded_name_, branch.Name)) {
+    if (FindBranch(file, branch.Name)) return false;
     file.Named(kBranch, branch.loaded_name_).SetAttribute("name", branch.Name);
   }
-  XmlElement element = file.Named(kBranch, branch.Name);
-  // Another spelling of the letters alone is no other name.
-  if (!element && known) element = file.Named(kBranch, branch.loaded_name_);
+  XmlElement element = FindBranch(file, branch.Name);
   if (!element) {
     element = file.Root().Append(kBranch);
     element.SetAttribute("name", branch.Name);
@@ -155,7 +159,7 @@ bool BranchFile::Save(clsBranch& branch) {
 bool BranchFile::Delete(std::string_view name) {
   XmlFile file(files_, path_, kRoot);
   if (!file.Load()) return true;
-  const XmlElement element = file.Named(kBranch, name);
+  const XmlElement element = FindBranch(file, name);
   if (!element) return true;
   file.Root().Remove(element);
   return file.Save();
@@ -175,7 +179,7 @@ BranchAddress ReadBranchAddress(const FileSystem& files, std::string_view settin
   const std::string path = WithBackslash(settings_path) + std::string(Trim(base_name)) + ".SSP";
   const std::optional<std::string> contents = files.ReadIfThere(path);
   if (!contents) address.problem = CannotBeReadText(path);
-  const std::vector<std::string> lines = Split(FromWindows1252(contents.value_or("")), '\n');
+  const std::vector<std::string> lines = Split(FromTextFile(contents.value_or("")), '\n');
   for (std::size_t i = 0; i < lines.size() && i <= address.lines.size(); ++i) {
     std::string& text = i < address.lines.size() ? address.lines[i].text : address.last_line;
     text = Trim(lines[i]);

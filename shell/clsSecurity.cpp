@@ -34,6 +34,12 @@ bool clsSecurity::MayUseBank(std::string_view bank_code) const {
   return std::find(sBankCodes.begin(), sBankCodes.end(), Trim(bank_code)) != sBankCodes.end();
 }
 
+bool clsSecurity::SameSettings(const clsSecurity& other) const {
+  return osLogin == other.osLogin && sUserName == other.sUserName && sGroup == other.sGroup &&
+         sSecurity == other.sSecurity && sBankCodes == other.sBankCodes && iMustChange == other.iMustChange &&
+         iDisabled == other.iDisabled;
+}
+
 std::string clsSecurity::Digest(std::string_view text) {
   return Sha256Hex(ToWindows1252(text).value_or(std::string(text)));
 }

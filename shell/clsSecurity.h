@@ -19,6 +19,8 @@ namespace tallwick {
 
 // Beside the engine's codes: the user's own account, which the user was told cannot be deleted.
 inline constexpr int kOwnAccount = 1;
+// And: the user is not what the caller had seen; somebody else has changed, deleted or added it since.
+inline constexpr int kUserChanged = 2;
 
 class clsSecurity {
  public:
@@ -58,13 +60,17 @@ class clsSecurity {
   // Why nobody may give the own account these values, `before` being what it had: it would lock the person
   // out, and with the last administrator everybody. "" when nothing is wrong.
   std::string OwnAccountProblem(const clsSecurity& before) const;
+  // True when both have the same login, name, group, rights, banks and marks: all that maintenance changes.
+  bool SameSettings(const clsSecurity& other) const;
   // True when no record of another user number has this login. 0 stands for a user not yet saved.
   static bool IsLoginUnique(const TableHome& home, std::string_view login, std::int32_t id);
   // Adds the user under the next number, or changes the one with this login, and the banks with it; makes
   // missing tables, after a question where USERS was there before. Rights not mentioned are granted. 0;
   // engine::kErrorFieldValue for a value that does not fit (clsKVRData::LastFieldProblem says which); or
   // another code. Then nothing has changed.
-  int SaveUserSecurity(const TableHome& home, const DateTime& now);
+  // `seen` is the user as the caller loaded it, or one who was not there: where that is so no longer the
+  // result is kUserChanged. The password and the last login of a user who was loaded stay as they are stored.
+  int SaveUserSecurity(const TableHome& home, const DateTime& now, const clsSecurity* seen = nullptr);
   // Removes the user with the banks. 0; engine::kNoRecord for an unknown login; kOwnAccount, after its
   // message, for that of the current user; or another code, and nothing has changed.
   static int DeleteUserSecurity(const TableHome& home, std::string_view login,

@@ -63,12 +63,25 @@ clsSecurity FromRecord(const UserRecord& record) {
   return user;
 }
 
+std::vector<std::string> TrimmedBanks(UserBanksTable& user_banks, std::int32_t id) {
+  std::vector<std::string> codes;
+  for (const std::string& code : user_banks.BanksOf(id)) codes.emplace_back(Trim(code));
+  return codes;
+}
+
 bool OpenExisting(TableBase& table) {
   return table.Exists() && table.Open() > 0;
 }
 
 std::int32_t HighestId(UsersTable& users) {
   return users.Bottom("ID") ? std::max(users.Read().id, 0) : 0;
+}
+
+bool IsAsSeen(bool known, const UserRecord& record, UserBanksTable& banks, const clsSecurity& seen) {
+  if (!known || !seen.bLoggedIn) return known == seen.bLoggedIn;
+  clsSecurity stored = FromRecord(record);
+  stored.sBankCodes = TrimmedBanks(banks, record.id);
+  return stored.SameSettings(seen);
 }
 
 // The rights as the field takes them: filled with granted ones to its width. What is granted beyond the width
@@ -93,9 +106,7 @@ bool clsSecurity::LoadUserSecurity(const TableHome& home, std::string_view login
   const UserRecord record = users.Read();
   *this = FromRecord(record);
   UserBanksTable user_banks(home);
-  if (OpenExisting(user_banks)) {
-    for (const std::string& code : user_banks.BanksOf(record.id)) sBankCodes.emplace_back(Trim(code));
-  }
+  if (OpenExisting(user_banks)) sBankCodes = TrimmedBanks(user_banks, record.id);
   iBankCount = static_cast<std::int16_t>(sBankCodes.size());
   return true;
 }
@@ -157,7 +168,7 @@ std::string clsSecurity::OwnAccountProblem(const clsSecurity& before) const {
   return {};
 }
 
-int clsSecurity::SaveUserSecurity(const TableHome& home, const DateTime& now) {
+int clsSecurity::SaveUserSecurity(const TableHome& home, const DateTime& now, const clsSecurity* seen) {
   UserChange change(home);
   if (const int code = change.Begin(); code != engine::kSuccess) return code;
   UsersTable& users = change.Users();
@@ -165,6 +176,11 @@ int clsSecurity::SaveUserSecurity(const TableHome& home, const DateTime& now) {
   record.id = HighestId(users) + 1;
   const bool known = users.SeekLogin(osLogin);
   if (known) record = users.Read();
+  if (seen != nullptr && !IsAsSeen(known, record, change.Banks(), *seen)) return change.End(kUserChanged);
+  if (seen != nullptr && known) {
+    sPassword = record.password;
+    sLastLogin = record.last_login;
+  }
   sLastUpdated = FormatDateTime(now, "mm/dd/yyyy") + " @ " + FormatDateTime(now, "h:nn:ss AMPM");
   record.login = Trim(osLogin);
   record.password = sPassword;

@@ -5,6 +5,7 @@
 #include "core/encoding.h"
 #include "core/text.h"
 #include "shell/company_tables.h"
+#include "shell/main_commands.h"
 #include "shell/rights.h"
 
 namespace tallwick {
@@ -16,10 +17,27 @@ std::string UserLine(const clsSecurity& user) {
   return user.iDisabled != 0 ? line + "   (disabled)" : line;
 }
 
-bool SameEntry(const clsSecurity& left, const clsSecurity& right) {
-  return left.osLogin == right.osLogin && left.sUserName == right.sUserName && left.sGroup == right.sGroup &&
-         left.sSecurity == right.sSecurity && left.sBankCodes == right.sBankCodes &&
-         left.iMustChange == right.iMustChange && left.iDisabled == right.iDisabled;
+std::string Joined(const std::vector<std::string>& codes) {
+  std::string text;
+  for (const std::string& code : codes) text += (text.empty() ? "" : ", ") + code;
+  return text.empty() ? "none" : text;
+}
+
+// A line for each setting that is another one now.
+std::string WhatIsNew(const clsSecurity& before, const clsSecurity& now) {
+  std::string lines;
+  const auto add = [&lines](bool differs, const std::string& line) {
+    if (differs) lines += "\r" + line;
+  };
+  add(before.sUserName != now.sUserName, "Full name: " + now.sUserName);
+  add(before.sGroup != now.sGroup, "Group: " + now.sGroup);
+  add(before.iDisabled != now.iDisabled,
+      now.iDisabled != 0 ? "The account is disabled" : "The account is active");
+  add(before.iMustChange != now.iMustChange,
+      now.iMustChange != 0 ? "A new password must be chosen" : "No new password must be chosen");
+  add(before.sSecurity != now.sSecurity, "The rights are others");
+  add(before.sBankCodes != now.sBankCodes, "Banks: " + Joined(now.sBankCodes));
+  return lines;
 }
 
 std::vector<int> RightLevels() {
@@ -181,7 +199,7 @@ clsSecurity FrmEditUsers::Entered() {
 }
 
 bool FrmEditUsers::IsChanged() {
-  return !SameEntry(Entered(), loaded_);
+  return !Entered().SameSettings(loaded_);
 }
 
 bool FrmEditUsers::MayLeaveEntry() {
@@ -233,6 +251,9 @@ void FrmEditUsers::MarkAll(bool checked) {
 
 void FrmEditUsers::OnClick(Control& control) {
   Say("");
+  const bool writes =
+      control.name == "cmdSave" || control.name == "cmdDelete" || control.name == "cmdForceResets";
+  if (writes && !MayCarryOut(session_, "mnuToolsUsers")) return;
   if (control.name == "cmdGrantAll") MarkAll(true);
   if (control.name == "cmdDenyAll") MarkAll(false);
   if (control.name == "cmdSave") Save();
@@ -276,9 +297,9 @@ bool FrmEditUsers::IsValid(const clsSecurity& user) {
 bool FrmEditUsers::Save() {
   clsSecurity user = Entered();
   if (!IsValid(user)) return false;
-  const int code = user.SaveUserSecurity(session_.Home(), session_.TheClock().Now());
+  const int code = user.SaveUserSecurity(session_.Home(), session_.TheClock().Now(), &loaded_);
   if (code != engine::kSuccess) {
-    RefuseSaving(user, code);
+    code == kUserChanged && !is_new_ ? ShowTheirs() : RefuseSaving(user, code);
     return false;
   }
   if (IsOwn(user)) session_.ReloadUser();
@@ -287,10 +308,27 @@ bool FrmEditUsers::Save() {
   return true;
 }
 
+// The entry was made upon what holds no longer; the stored user takes its place.
+void FrmEditUsers::ShowTheirs() {
+  const std::string login = loaded_.osLogin;
+  const std::optional<clsSecurity> theirs = clsSecurity::GetUserSecurity(session_.Home(), login);
+  const std::string what = theirs
+                               ? "changed elsewhere since it was loaded.  Nothing was saved: look at what is "
+                                 "shown now, and make your change again if it is still wanted.\r" +
+                                     WhatIsNew(loaded_, *theirs)
+                               : "deleted elsewhere since it was loaded.  Nothing was saved.";
+  Boxes().Critical(Caption(), "The user " + Quoted(login) + " was " + what);
+  ReadUsers(login);
+}
+
 // Everything that was entered stays on the screen.
 void FrmEditUsers::RefuseSaving(const clsSecurity& user, int code) {
   std::string why(engine::error4text(code));
   std::string_view at = "txtUserName";
+  if (code == kUserChanged) {
+    why = "another user has got this login name in the meantime.  Choose another one.";
+    at = "txtLogin";
+  }
   if (code == engine::kErrorFieldValue) {
     const FieldProblem problem = session_.Data().LastFieldProblem();
     why = problem.text;

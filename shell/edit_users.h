@@ -9,7 +9,7 @@
 //
 // Invariants: a password is neither shown nor changed, a new user gets none and must choose one; a rights
 // string keeps every character that no check mark has changed; an entry that was not saved is thrown away
-// only after a question.
+// only after a question, or where the user was changed elsewhere meanwhile, which a message then tells.
 #pragma once
 
 #include <string>
@@ -53,6 +53,7 @@ class FrmEditUsers : public Form {
   // False after a refusal.
   bool IsValid(const clsSecurity& user);
   bool Save();
+  void ShowTheirs();
   void RefuseSaving(const clsSecurity& user, int code);
   void Delete();
   void ForceResets();

@@ -81,7 +81,7 @@ int RightOfCommand(std::string_view control) {
   return found == kCommands.end() ? 0 : found->right;
 }
 
-bool MayCarryOut(const Session& session, std::string_view control) {
+bool MayCarryOut(Session& session, std::string_view control) {
   if (session.MayUse(RightOfCommand(control))) return true;
   session.Boxes().Critical(kProgramName, kCommandNotGranted);
   return false;

@@ -31,7 +31,7 @@ int RightOfCommand(std::string_view control);
 
 // For the work behind a command, whoever has called it: true when the current user may do it, else false
 // after a message.
-bool MayCarryOut(const Session& session, std::string_view control);
+bool MayCarryOut(Session& session, std::string_view control);
 
 // True when the screen, in this mode, enters or changes transactions.
 bool EntersTransactions(std::string_view screen, std::string_view mode);

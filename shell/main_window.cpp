@@ -109,6 +109,7 @@ void FrmMainEscrowAccounting::OnOpen() {
   ShowCommands();
   ShowRecentFiles();
   ShowFigures();
+  TellUserProblem();
 }
 
 void FrmMainEscrowAccounting::OnMenu(Control& control) {
@@ -120,7 +121,7 @@ void FrmMainEscrowAccounting::OnMenu(Control& control) {
   // A right may have been taken away, and the switch thrown on another workstation, since the commands were
   // shown.
   const bool open = TransactionsOpen(session_);
-  if (!IsOffered(*found, session_.TheSuite().SecurityOn(), open)) {
+  if (!IsOffered(*found, session_.SecurityOn(), open)) {
     ShowStatus();
     ShowCommands();
     if (found->transactions && !open) Boxes().Exclaim(kProgramName, kTransactionsLocked);
@@ -244,6 +245,16 @@ void FrmMainEscrowAccounting::SessionChanged(SessionChange change) {
   if (change != SessionChange::kPrinter) ShowCommands();
   if (change == SessionChange::kBank) figures_.Forget();
   if (change == SessionChange::kBank || change == SessionChange::kPosted) ShowFigures();
+  if (change == SessionChange::kUser) TellUserProblem();
+}
+
+// Commands that are all grey do not say why.
+void FrmMainEscrowAccounting::TellUserProblem() {
+  const std::string problem = session_.UserProblem();
+  if (problem.empty()) return;
+  Boxes().Exclaim(kProgramName, problem +
+                                    "\r\rSecurity is on: until then the bank accounts, and what asks for a "
+                                    "right, cannot be used here.");
 }
 
 void FrmMainEscrowAccounting::ShowStatus() {
@@ -255,7 +266,7 @@ void FrmMainEscrowAccounting::ShowStatus() {
 }
 
 void FrmMainEscrowAccounting::ShowCommands() {
-  const bool security_on = session_.TheSuite().SecurityOn();
+  const bool security_on = session_.SecurityOn();
   const bool open = TransactionsOpen(session_);
   for (const MainCommand& command : MainCommands()) {
     const bool offered = IsOffered(command, security_on, open);
@@ -272,7 +283,14 @@ bool FrmMainEscrowAccounting::IsOffered(const MainCommand& command, bool securit
   return session_.MayUse(command.right, security_on);
 }
 
+// While maintenance has the tables for itself the figures stay as they were read; it tells when it gives the
+// tables back.
+bool FrmMainEscrowAccounting::IsKeptOut() const {
+  return !session_.BankCode().empty() && !session_.Company().banks.IsOpen();
+}
+
 void FrmMainEscrowAccounting::ShowFigures() {
+  if (IsKeptOut()) return;
   std::optional<BankRecord> bank;
   if (!session_.BankCode().empty()) bank = session_.Company().banks.Find(session_.BankCode());
   if (!bank) {
@@ -300,7 +318,7 @@ void FrmMainEscrowAccounting::ShowLatest(std::optional<std::vector<LatestPosting
 
 // Many records are read while the window can be used.
 bool FrmMainEscrowAccounting::OnWork(std::chrono::milliseconds budget) {
-  if (session_.BankCode().empty()) return false;
+  if (session_.BankCode().empty() || IsKeptOut()) return false;
   const BankOverview overview = figures_.Read(budget);
   ShowSums(overview);
   return overview.percent_read < 100;

@@ -41,7 +41,9 @@ class FrmMainEscrowAccounting : public Form, private SessionWatcher {
   void SessionChanged(SessionChange change) override;
   void ShowStatus();
   void ShowCommands();
+  void TellUserProblem();
   bool IsOffered(const MainCommand& command, bool security_on, bool open) const;
+  bool IsKeptOut() const;
   void ShowFigures();
   void ShowSums(const BankOverview& overview);
   void ReadAnew();

@@ -5,6 +5,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -104,20 +105,24 @@ class Session {
   // bank_select.h does.
   void SetBank(std::string_view code, std::string_view name);
 
+  // Whether the suite has security switched on. Where it has switched it, or names another login, since the
+  // user was loaded, that user is read first, and the selected bank is closed unless it is the user's.
+  bool SecurityOn();
   // True when the current user may use the right (rights.h; 0 asks for none, kAdministrator for the group):
   // always while security is off, never for a login that is not among the users.
-  bool MayUse(int right) const;
-  // The same for a caller that has asked the suite already whether security is on.
+  bool MayUse(int right);
+  // The same for a caller that has just asked whether security is on.
   bool MayUse(int right, bool security_on) const;
   // True when the current user may work in the bank, to read or to post: always while security is off, else
   // when the bank is among the user's.
-  bool MayUseBank(std::string_view bank_code) const;
+  bool MayUseBank(std::string_view bank_code);
   // True when the current user may look at the record of the user with the login: an administrator, and
   // everybody at the own one.
-  bool MayReadUser(std::string_view login) const;
-  // Reads the suite's login again: loads that user's record while security is on, else forgets the user's
-  // rights.
+  bool MayReadUser(std::string_view login);
+  // Loads the record of the suite's login again while security is on, else forgets the user's rights.
   void ReloadUser();
+  // Why nobody has rights here though security is on; "" when nothing is wrong.
+  std::string UserProblem() const;
 
   // Name of the current printer as the face knows it, "" for none.
   const std::string& Printer() const { return printer_; }
@@ -130,6 +135,9 @@ class Session {
 
  private:
   friend class StartUpRun;
+  // None while security is off.
+  std::optional<std::string> SecuredLogin() const;
+  void LoadUser();
 
   Ports ports_;
   std::unique_ptr<Suite> suite_;
@@ -140,6 +148,7 @@ class Session {
   std::unique_ptr<clsKVRData> data_;
   std::unique_ptr<TableHome> home_;
   std::unique_ptr<clsSecurity> user_;
+  std::optional<std::string> loaded_for_;  // the secured login whose user was looked up last
   std::unique_ptr<CompanyTables> company_;
   std::string bank_code_;
   std::string bank_name_;

@@ -108,6 +108,13 @@ void XmlElement::Remove(XmlElement child) {
   NodeOf(node_).remove_child(NodeOf(child.node_));
 }
 
+void XmlElement::MoveBehind(XmlElement sibling) {
+  pugi::xml_node next = NodeOf(sibling.node_).next_sibling();
+  while (next && next.type() != pugi::node_element) next = next.next_sibling();
+  if (sibling && next != NodeOf(node_))
+    NodeOf(node_).parent().insert_move_after(NodeOf(node_), NodeOf(sibling.node_));
+}
+
 XmlFile::XmlFile(FileSystem& files, std::string path, std::string_view root)
     : files_(files), path_(std::move(path)), root_(root), document_(std::make_unique<pugi::xml_document>()) {}
 

@@ -37,6 +37,9 @@ class XmlElement {
   XmlElement Append(std::string_view name);
   XmlElement ChildOrNew(std::string_view name);
   void Remove(XmlElement child);
+  // Moves the element directly behind a sibling where another element stands between them, or behind it.
+  // None as the sibling moves nothing.
+  void MoveBehind(XmlElement sibling);
 
  private:
   pugi::xml_node_struct* node_ = nullptr;

@@ -7,6 +7,7 @@
 #include "posting/check_numbering.h"
 #include "posting/entry_problems.h"
 #include "shell/rights.h"
+#include "shell/transactions_switch.h"
 #include "tables/check_table.h"
 #include "tables/status_text.h"
 
@@ -105,6 +106,10 @@ int Next(Office& office, const CheckArguments& arguments) {
   Session& session = *office.OpenBank();
   if (!arguments.new_number.empty()) {
     if (!office.Granted(kRightPostChecks)) return office.Status();
+    if (!TransactionsOpen(session)) {
+      office.Out().Fail(kTransactionsLocked);
+      return kRefused;
+    }
     BankSettings settings(session.Files(), session.DataPath(), kMicrSettings, session.BankCode());
     const bool is_number = NumberValue(arguments.new_number).has_value();
     if (!is_number || !settings.Set(kNextCheckNumber, arguments.new_number)) {

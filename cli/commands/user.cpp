@@ -26,6 +26,7 @@ struct UserArguments {
 int Failed(Office& office, std::string_view what, int code) {
   std::string why(engine::error4text(code));
   if (code == engine::kErrorFieldValue) why = office.Open()->Data().LastFieldProblem().text;
+  if (code == kUserChanged) why = "somebody else has changed the user at the same time.  Try again";
   office.Out().Fail(std::string(what) + ": " + why);
   return kRefused;
 }
@@ -114,8 +115,8 @@ bool HasUnknownBank(Office& office, Session& session, const UserArguments& argum
   return false;
 }
 
-int Save(Office& office, Session& session, clsSecurity& user) {
-  const int code = user.SaveUserSecurity(session.Home(), session.TheClock().Now());
+int Save(Office& office, Session& session, clsSecurity& user, const clsSecurity& before) {
+  const int code = user.SaveUserSecurity(session.Home(), session.TheClock().Now(), &before);
   return code != 0 ? Failed(office, "The user was not saved", code)
                    : ShowUser(office, session.Home(), user.osLogin);
 }
@@ -130,10 +131,11 @@ int Add(Office& office, const UserArguments& arguments) {
     return kRefused;
   }
   if (HasUnknownBank(office, *session, arguments)) return kRefused;
-  clsSecurity user = clsSecurity::NewUser();
+  const clsSecurity before = clsSecurity::NewUser();
+  clsSecurity user = before;
   user.osLogin = Trim(arguments.login);
   Take(arguments, user);
-  return Save(office, *session, user);
+  return Save(office, *session, user, before);
 }
 
 int Set(Office& office, const UserArguments& arguments) {
@@ -150,7 +152,7 @@ int Set(Office& office, const UserArguments& arguments) {
     office.Out().Fail(problem);
     return kRefused;
   }
-  return Save(office, *session, *user);
+  return Save(office, *session, *user, before);
 }
 
 int Show(Office& office, const UserArguments& arguments) {

@@ -61,6 +61,24 @@ TEST(AuditLogTest, ReadsEntriesEventsAndGrids) {
   EXPECT_THAT(log.GridNames().Values(), ElementsAre("grdItems"));
 }
 
+// A wire's number and a login may be anything, what looks like the log's own tags too.
+TEST(AuditLogTest, ReadsBackWhateverAReferenceHolds) {
+  for (const std::string reference :
+       {"A]B", "[DATE: 1", "1][LOGIN: x", "1][TX: x]", "[EDIT]", "[GRID] g", "]", "[COMPUTER: y]"}) {
+    const AuditLog log(Header("Mar 04, 2024 @ 11:59:59 PM", "Post Wire", reference, "j[d]oe", "DESK") +
+                       "[ADD] " + reference + "\r\n");
+    ASSERT_EQ(log.Entries().size(), 1U) << reference;
+    const AuditEntry& entry = log.Entries()[0];
+    EXPECT_EQ(entry.tx, "Post Wire") << reference;
+    EXPECT_EQ(entry.reference, reference);
+    EXPECT_EQ(entry.login, "j[d]oe") << reference;
+    EXPECT_EQ(entry.computer, "DESK") << reference;
+    ASSERT_EQ(log.Events(entry).size(), 1U) << reference;
+    EXPECT_EQ(log.Events(entry)[0].kind, AuditEventKind::kAdd) << reference;
+    EXPECT_EQ(log.Events(entry)[0].value, reference);
+  }
+}
+
 TEST(AuditLogTest, TakesWhateverAFileHolds) {
   for (const char* text :
        {"", "\r\n\r\n", "[DATE:", "[DATE: ][TX:", "[EDIT]", "[DATE:]\n[EDIT] x", "[DATE:]\n[GRID]",

@@ -140,6 +140,19 @@ TEST_F(ViewerTest, GridsAreChosenAndTheLogIsReadAgain) {
   EXPECT_EQ(form.Find("grdEntries")->source->Row(1)[6], "Old Grid Value: 2");
   form.Click("cmdDeleteGrid");
   EXPECT_EQ(Shown(form).size(), 4U);
+
+  // A shorter log, read while the criteria cannot be searched for: what is shown is of this log all the same.
+  form.Change("txtFrom", "01/01/2020");
+  form.Click("cmdSearch");
+  form.Change("txtTo", "01/01/2010");
+  office_.WriteFile("Logs\\FNB\\Audit_Trail.log",
+                    "[DATE: Mar 04, 2019 @ 02:07:31 PM][TX: Office][REFERENCE: G2][LOGIN: a][COMPUTER: b]\r\n"
+                    "[GRID] grdA was:\r\n[H]X\r\n1\r\n");
+  form.Key("F5");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("before the first")));
+  EXPECT_THAT(Shown(form), ElementsAre());
+  form.SetCheck("chkPrintEntireGrid", 1);
+  EXPECT_EQ(Seen(form, "lblFound"), "0 of 1 entries");
 }
 
 }  // namespace

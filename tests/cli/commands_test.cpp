@@ -80,6 +80,19 @@ TEST(CommandLine, SaysWhoHasTheFilesForMaintenance) {
   EXPECT_EQ(escrowctl.Run("verify").status, 0);
 }
 
+// The number of the next check is no business of anybody while nothing may be posted.
+TEST(CommandLine, KeepsTheNextCheckNumberWhileTransactionsAreLocked) {
+  const Escrowctl escrowctl;
+  escrowctl.Run("init");
+  ASSERT_EQ(escrowctl.Run(kAddBank).status, 0);
+  const std::string before = escrowctl.Run("--bank FNT check next").out;
+  escrowctl.Write("data/ESCROW_TRANSACTIONS.SWITCH", "F");
+  const RunResult result = escrowctl.Run("--bank FNT check next --set 20000");
+  EXPECT_EQ(result.status, 1);
+  EXPECT_NE(result.err.find("Transactions Locked"), std::string::npos) << result.err;
+  EXPECT_EQ(escrowctl.Run("--bank FNT check next").out, before);
+}
+
 // While security is on each command asks for its right, and other banks than the user's are not there. An
 // unknown login has nothing.
 TEST(CommandLine, RefusesWhatIsNotGranted) {

@@ -38,11 +38,16 @@ class BankSelectTest : public ::testing::Test {
 
 TEST_F(BankSelectTest, OffersActiveBanksOfTheUserInNameOrder) {
   EXPECT_THAT(Lines(), ElementsAre("First National Trust   (FNB)", "Savings   (B)", "Savings   (SAV)"));
+  office_.WriteFile("Inactive Banks.dat",
+                    "\xEF\xBB\xBF"
+                    "FNB\r\nSAV     \r\n");
+  EXPECT_THAT(Lines(), ElementsAre("Savings   (B)")) << "a mark, and blanks as the table pads codes";
   office_.WriteFile("Inactive Banks.dat", "\r\nB\r\nfnb\r\n SAV\r\n");
   EXPECT_THAT(Lines(),
               ElementsAre("First National Trust   (FNB)", "Savings   (SAV)"));  // every character counts
-  office_.session->User().sBankCodes = {"SAV", "B"};
   office_.suite.security = true;
+  office_.session->ReloadUser();
+  office_.session->User().sBankCodes = {"SAV", "B"};
   EXPECT_THAT(Lines(), ElementsAre("Savings   (SAV)"));
   EXPECT_FALSE(SelectBank(*office_.session, "B"));
   EXPECT_FALSE(SelectBank(*office_.session, "FNB"));

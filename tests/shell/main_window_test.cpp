@@ -47,6 +47,7 @@ TEST_F(MainWindowTest, EachRightOpensItsCommands) {
   form.Opened();
   EXPECT_TRUE(Offers(form, "mnuToolsUsers"));
   office_.suite.security = true;
+  office_.session->ReloadUser();
   clsSecurity& user = office_.session->User();
   user.bLoggedIn = true;
   for (const Case& one : cases) {
@@ -195,6 +196,20 @@ TEST_F(MainWindowTest, FiguresFollowEveryChange) {
     ASSERT_EQ(in_part.files_overdrawn, read.files_overdrawn) << step;
   }
   EXPECT_GT(partial, 5);
+}
+
+// Maintenance closes the company's tables while it has them for itself.
+TEST_F(MainWindowTest, FiguresStayWhileTheTablesAreAway) {
+  FrmMainEscrowAccounting form(*office_.session, office_);
+  form.Opened();
+  const std::string balance = Seen(form, "lblBookBalance");
+  ASSERT_NE(balance, "");
+  office_.session->Company().banks.Close();
+  office_.session->NotifyChanged(SessionChange::kPosted);
+  form.Key("F5");
+  EXPECT_FALSE(form.WorkOn(std::chrono::milliseconds(1)));
+  EXPECT_EQ(Seen(form, "lblBankName"), "First National Trust");
+  EXPECT_EQ(Seen(form, "lblBookBalance"), balance);
 }
 
 TEST_F(MainWindowTest, FindsAFileAndRemembersIt) {

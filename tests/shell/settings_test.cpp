@@ -158,6 +158,26 @@ TEST_F(SettingsTest, RenameKeepsTheElementAndWhatOthersWroteInIt) {
   EXPECT_EQ(branches_.LoadAll()[0].Name, "North");
 }
 
+TEST_F(SettingsTest, WhatOthersWroteInAnotherWayBecomesNoSecondBranch) {
+  Write("Branches.xml",
+        "<Branches><Branch name=\"MAIN\"><Files><LastFile_2>2</LastFile_2><LastFile_3>3</LastFile_3> "
+        "<LastFile_1>1</LastFile_1></Files></Branch></Branches>");
+  clsBranch branch = branches_.Load("Main");
+  EXPECT_EQ(branch.Files[1], "2") << "read as they stand";
+  branch.Files.Add("new");
+  branch = Saved(branch);
+  EXPECT_THAT(branches_.LoadAll(), SizeIs(1));
+  const std::vector<std::string> files = branches_.Load("Main").Files.Entries();
+  EXPECT_THAT(std::vector<std::string>(files.begin(), files.begin() + 4), ElementsAre("new", "2", "3", "1"));
+  EXPECT_THAT(Read("Branches.xml"), HasSubstr("name=\"MAIN\""));
+  clsBranch fresh;
+  fresh.Name = "main";
+  Saved(fresh);
+  EXPECT_THAT(branches_.LoadAll(), SizeIs(1));
+  EXPECT_TRUE(branches_.Delete("main"));
+  EXPECT_THAT(branches_.LoadAll(), IsEmpty());
+}
+
 TEST_F(SettingsTest, UnreadableBranchesReadAsNone) {
   for (const char* text :
        {"", "<Branches><Branch name=\"East\"><Pa", "<Other><Branch name=\"East\"/></Other>"}) {
@@ -196,6 +216,11 @@ TEST_F(SettingsTest, AddressFileOfAnyLengthIsRead) {
   EXPECT_EQ(address.Text("Branch City, State  ZIP"), "5");
   EXPECT_EQ(address.Text("Branch Phone 2"), "11");
   EXPECT_EQ(address.last_line, "12");
+  for (const char* text : {"\xEF\xBB\xBFM\xC3\xBCller", "M\xC3\xBCller", "M\xFCller"}) {
+    Write("Edited.SSP", text);
+    EXPECT_EQ(ReadBranchAddress(files_, folder_.Held(), "Edited").Text("Branch Name"), "M\xC3\xBCller")
+        << text;
+  }
   EXPECT_EQ(ReadBranchAddress(files_, folder_.Held(), "  ").Text("Branch Name"), "");
   EXPECT_EQ(ReadBranchAddress(files_, folder_.Held(), "None").Text("Branch Name"), "");
 }

@@ -282,6 +282,89 @@ TEST_F(UserMaintenanceTest, TheScreenRefusesAndAsks) {
   EXPECT_EQ(Get("jdoe").iMustChange, 1);
 }
 
+// What the suite or another workstation has written since a user was loaded stays, and is shown.
+TEST_F(UserMaintenanceTest, WhatChangedElsewhereIsNotWrittenOver) {
+  const struct {
+    void (*change)(clsSecurity&);
+    const char* told;
+  } kCases[] = {{[](clsSecurity& user) { user.iDisabled = 1; }, "The account is disabled"},
+                {[](clsSecurity& user) { user.iMustChange = 1; }, "A new password must be chosen"},
+                {[](clsSecurity& user) { user.sBankCodes.clear(); }, "Banks: none"},
+                {[](clsSecurity& user) { user.sSecurity = std::string(100, '1'); }, "The rights are others"},
+                {[](clsSecurity& user) { user.sGroup = "Power User"; }, "Group: Power User"},
+                {[](clsSecurity& user) { user.sUserName = "Theirs"; }, "Full name: Theirs"}};
+  ASSERT_EQ(Save("ann", "", {"FNB", "SAV"}), 0);
+  FrmEditUsers form(*office_.session);
+  form.Opened();
+  for (const auto& one : kCases) {
+    clsSecurity theirs = Get("ann");
+    one.change(theirs);
+    ASSERT_EQ(theirs.SaveUserSecurity(Home(), kNow), 0);
+    form.Change("txtUserName", "Mine");
+    form.Click("cmdSave");
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr(one.told)));
+    EXPECT_TRUE(Get("ann").SameSettings(theirs)) << one.told;
+    EXPECT_EQ(Seen(form, "txtUserName"), theirs.sUserName);
+  }
+  // The password and the last login are the suite's alone.
+  clsSecurity theirs = Get("ann");
+  theirs.sPassword = "new";
+  theirs.sLastLogin = "today";
+  ASSERT_EQ(theirs.SaveUserSecurity(Home(), kNow), 0);
+  form.Change("txtUserName", "Mine");
+  form.Click("cmdSave");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  EXPECT_EQ(Get("ann").sUserName, "Mine");
+  EXPECT_EQ(Get("ann").sPassword + " " + Get("ann").sLastLogin, "new today");
+
+  ASSERT_EQ(clsSecurity::DeleteUserSecurity(Home(), "ann", ""), 0);
+  form.Change("txtUserName", "Back");
+  form.Click("cmdSave");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("deleted elsewhere")));
+  EXPECT_FALSE(Get("ann").bLoggedIn);
+  const clsSecurity fresh = clsSecurity::NewUser();
+  ASSERT_EQ(Save("ann"), 0);
+  clsSecurity same_login = fresh;
+  same_login.osLogin = "ANN";
+  EXPECT_EQ(same_login.SaveUserSecurity(Home(), kNow, &fresh), kUserChanged);
+}
+
+// Whoever the suite logs in while the program runs has the own rights and banks, and not those of who was
+// here before.
+TEST_F(UserMaintenanceTest, AnotherLoginBringsItsOwnRights) {
+  ASSERT_EQ(Save("jdoe", "", {"FNB", "SAV"}, "Administrator"), 0);
+  ASSERT_EQ(Save("rita", "", {"SAV"}), 0);
+  FrmMainEscrowAccounting main(*office_.session, office_);
+  main.Opened();
+  office_.suite.security = true;  // nobody has been loaded yet
+  EXPECT_TRUE(office_.session->MayUse(kAdministrator));
+  EXPECT_EQ(office_.session->BankCode(), "FNB");
+  FrmEditUsers users(*office_.session);
+  users.Opened();
+
+  office_.suite.login = "rita";
+  office_.session->NotifyChanged(SessionChange::kSwitch);  // as every few seconds
+  EXPECT_FALSE(main.Find("mnuToolsUsers")->enabled);
+  EXPECT_EQ(office_.session->BankCode(), "");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  for (const char* command : {"cmdSave", "cmdDelete", "cmdForceResets"}) {
+    users.Click(command);
+    EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("do not have the right"))) << command;
+  }
+  EXPECT_TRUE(SelectBank(*office_.session, "SAV"));
+  office_.suite.login = "jdoe";
+  EXPECT_TRUE(office_.session->MayUse(kAdministrator));
+  EXPECT_EQ(office_.session->BankCode(), "SAV") << "a bank of both";
+
+  // All is grey, and it is said why: once.
+  office_.suite.login = "ghost";
+  for (int i = 0; i < 2; ++i) office_.session->NotifyChanged(SessionChange::kSwitch);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("\"ghost\" is not among the users.")));
+  SystemFileSystem().Remove(office_.folder.Held("USERS.DBF"));
+  FrmMainEscrowAccounting(*office_.session, office_).Opened();
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("USERS is missing")));
+}
+
 TEST_F(UserMaintenanceTest, CommandsFollowTheRightsAsSoonAsTheyChange) {
   ASSERT_EQ(Save("jdoe", "", {"FNB"}, "Administrator"), 0);
   office_.suite.security = true;
