@@ -42,7 +42,7 @@ class Finder {
 
   PurgeSearch Run() {
     PurgeSearch search;
-    const std::vector<std::string> codes = EveryBankCode(session_);
+    const std::vector<std::string> codes = EveryBankCode(session_.Home());
     std::int64_t done = 0;
     for (const std::string& code : codes) {
       progress_.Show("Processing " + code, done++, static_cast<std::int64_t>(codes.size()));

@@ -43,22 +43,18 @@ void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
     return;
   }
   tables_.push_back(&table);
-  // Tried silently first: a damaged table would ask the user whether it shall be rebuilt.
-  const bool alone = access_ == Access::kExclusive;
-  const DataHandle tried = home_.data.OpenDatabaseSilent(table.Path(), alone);
-  if (tried <= 0) {
-    failures_.push_back({&table, tried});
-    problems->push_back(NotOpenedProblem(home_.files, table.Path(), table.Name(), tried));
-    // The suite's tables may have other tags than those that we know of.
-    if (&table == &users_ || &table == &user_banks_) problems->back().remedy = {};
-    return;
+  const int opened = table.OpenQuietly(bank_code, access_ == Access::kExclusive);
+  if (opened > 0) return;
+  failures_.push_back({&table, opened});
+  CompanyProblem problem = NotOpenedProblem(home_.files, table, opened);
+  // The suite's tables may have other tags than those that we know of.
+  const bool of_suite = &table == &users_ || &table == &user_banks_;
+  if (of_suite && std::holds_alternative<RebuildIndex>(problem.remedy)) {
+    problem.remedy = {};
+    problem.text += ".  \"escrowctl --answer Yes table reindex " + table.Name() +
+                    "\" builds the tags that Escrow Accounting needs";
   }
-  home_.data.CloseDatabase(tried);
-  if (alone) {
-    table.OpenExclusive(bank_code);
-  } else {
-    table.Open(bank_code);
-  }
+  problems->push_back(std::move(problem));
 }
 
 void ExaminedCompany::Open(std::vector<CompanyProblem>* problems) {
