@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "core/text.h"
+#include "maintenance/stray_tables.h"
 #include "maintenance/verify_journal.h"
 #include "maintenance/verify_leftovers.h"
 #include "maintenance/verify_references.h"
@@ -110,12 +111,29 @@ void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
   }
 }
 
+void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,
+                       std::vector<CompanyProblem>* problems) {
+  if (!company.banks.IsOpen()) return;
+  std::vector<std::string> codes;
+  for (const auto& [code, bank] : company.by_bank) codes.push_back(code);
+  for (const StrayTable& stray : FindStrayTables(home, codes)) {
+    problems->push_back({stray.name,
+                         0,
+                         "holds " + std::to_string(stray.records) + " records of a bank " +
+                             Quoted(stray.bank_code) +
+                             " that the bank table does not have.  Restore the copy in which the bank is, or "
+                             "have its tables carried out of the folder before a bank gets this code",
+                         {}});
+  }
+}
+
 std::vector<CompanyProblem> VerifyCompany(const TableHome& home) {
   std::vector<CompanyProblem> problems = VerifyJournal(home);
   ExaminedCompany company(home, ExaminedCompany::Access::kShared);
   company.Open(&problems);
   company.VerifyTables(&problems);
   VerifyReferences(company, &problems);
+  VerifyStrayTables(company, home, &problems);
   VerifyLeftovers(company, home, &problems);
   return problems;
 }

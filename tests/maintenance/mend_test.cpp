@@ -185,12 +185,15 @@ TEST_F(Mend, SaysWhatACutTableHasLost) {
       << said;
 }
 
-// What no table can tell: what a field that is gone held, which tags the suite had.
+// What no table can tell: what a field that is gone held, which tags the suite had, whose transactions a
+// vanished bank's are.
 TEST_F(Mend, NamesWhatAPersonMustSeeTo) {
   clsSecurity user;
   user.osLogin = "ann";
   ASSERT_EQ(user.SaveUserSecurity(office_.session->Home(), office_.clock.Now()), 0);
   const TableHome& home = Leave();
+  office_.WriteFile("ESCROW_CHECKS_OLD.DBF", office_.ReadFile("ESCROW_CHECKS_FNB.DBF"));
+  office_.WriteFile("ESCROW_WIRES_OLD.DBF", office_.ReadFile("ESCROW_WIRES_FNB.DBF"));  // without records
   Patch("ESCROW_VOUCHERS_FNB.DBF", office_.ReadFile("ESCROW_VOUCHERS_FNB.DBF").find("VCHRAMOUNT"), "X");
   Patch("USERS.DBF", 28, std::string(1, '\0'));
   const Lines wanted{
@@ -199,7 +202,9 @@ TEST_F(Mend, NamesWhatAPersonMustSeeTo) {
       "ESCROW_VOUCHERS_FNB: does not open: It lacks the field VCHRAMOUNT (-211).  Update Database Versions "
       "adds "
       "it, empty, where the table is of an older program.  Where it has been lost, restore the table from a "
-      "copy."};
+      "copy.",
+      "ESCROW_CHECKS_OLD: holds 3 records of a bank \"OLD\" that the bank table does not have.  Restore the "
+      "copy in which the bank is, or have its tables carried out of the folder before a bank gets this code"};
   EXPECT_EQ(Texts(VerifyCompany(home)), wanted);
   const MendReport done = MendCompany(home);
   EXPECT_TRUE(done.steps.empty());
