@@ -42,7 +42,7 @@ bool BackUp(Session& session, const OperationTexts& texts, WorkProgress& progres
   const CopyOutcome copied = BackUpDatabases(session, progress);
   if (copied.completed) return true;
   session.Boxes().Exclaim(texts.backup_title,
-                          copied.message + "\r\rBackup Aborted or Failed...");
+                          copied.message + "\r\rBackup Aborted or Failed..." + copied.stays);
   return false;
 }
 
