@@ -21,7 +21,11 @@ class Application {
   ScreenCatalogue screens_;
 };
 
-// Starts the program (see StartUp). Null after a message; `result` (may be null) then says what failed.
+// StartUp; where tables lack fields and the user wants that, Update Database Versions comes in between, with
+// its questions. Started, or without a session after a message.
+StartUpOutcome StartUpOrUpdate(const Ports& ports, const SuiteFactory& attach);
+
+// Starts the program in that way. Null after a message; `result` (may be null) then says what failed.
 std::unique_ptr<Application> StartApplication(const Ports& ports, const SuiteFactory& attach,
                                               ScreenOpener& opener, StartUpResult* result = nullptr);
 

@@ -88,7 +88,7 @@ Session* Office::Open() {
   if (application_) return &application_->TheSession();
   if (!HasDataOption()) return nullptr;
   StartUpOutcome outcome =
-      StartUp(ThePorts(), [this] { return std::make_unique<CommandLineSuite>(options_, files_); });
+      StartUpOrUpdate(ThePorts(), [this] { return std::make_unique<CommandLineSuite>(options_, files_); });
   if (outcome.result == StartUpResult::kExclusive && !MayEnter(CommandLineSuite(options_, files_).DataPath()))
     return nullptr;
   if (!outcome.session) return Refused("The company in " + options_.data + " could not be opened", kNoTables);

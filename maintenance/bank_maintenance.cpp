@@ -2,8 +2,10 @@
 
 #include "core/text.h"
 #include "maintenance/bank_trail.h"
+#include "maintenance/stray_tables.h"
 #include "shell/company_tables.h"
 #include "shell/rights.h"
+#include "shell/start_up.h"
 #include "tables/bank_code.h"
 
 namespace tallwick {
@@ -34,6 +36,18 @@ void FillDefaults(BankRecord& bank, const std::vector<FieldAssignment>& values, 
   if (bank.accounting.IsEmpty()) bank.accounting = {today.month, today.day, today.year};
   if (!Names(values, "BANKDTETYP")) bank.date_type = bank.accounting.day == 0 ? 0 : 1;
   if (!Names(values, "AUDITTRAIL")) bank.audit_trail = true;
+}
+
+// Tables of a bank that is not there any more would come to life as the new bank's.
+bool MayAdopt(const Session& session, const std::string& code) {
+  const std::vector<StrayTable> tables = TablesLeftOf(session.Home(), code);
+  if (tables.empty()) return true;
+  const std::string text =
+      "There are transactions of a bank " + Quoted(code) + " already: " + ListOf(tables) +
+      ".\r\rA new bank with this code has them as its own.  Answer No, and choose another "
+      "code, where they are another bank's.\r\rAdd the bank with them?";
+  return session.Boxes().Show({BoxIcon::kExclamation, std::string(kProgramName), text, BoxButtons::kYesNo,
+                               BoxAnswer::kNo}) == BoxAnswer::kYes;
 }
 
 }  // namespace
@@ -69,6 +83,7 @@ std::string AddBankAccount(Session& session, std::string_view code,
   bank.code = TrimmedBankCode(code);
   FillDefaults(bank, values, session.TheClock().Now().date);
   if (banks.SeekCode(bank.code)) return "There is a bank " + Quoted(bank.code) + " already";
+  if (!MayAdopt(session, bank.code)) return "The bank was not added: tables of its code are there";
   const int result = banks.AddBank(bank);
   if (result != 0) return "The bank was not added: " + std::string(engine::error4text(result));
   banks.SeekCode(bank.code);

@@ -19,9 +19,10 @@ bool SeekBankAccount(Session& session, std::string_view code);
 // What to say otherwise. Whoever may not look at a bank does not learn whether it is there.
 std::string NoSuchBank(Session& session, std::string_view code);
 
-// Adds a bank and makes its tables. What is not said: its books begin today, its periods have the form of
-// its accounting date, its changes are logged. "" when it was added, and the bank table stands on its record;
-// else why nothing was. The bank's trail begins with the first change behind it.
+// Adds a bank and makes its tables, after a question when tables of its code hold transactions already. What
+// is not said: its books begin today, its periods have the form of its accounting date, its changes are
+// logged. "" when it was added, and the bank table stands on its record; else why nothing was. The bank's
+// trail begins with the first change behind it.
 std::string AddBankAccount(Session& session, std::string_view code,
                            const std::vector<FieldAssignment>& values);
 

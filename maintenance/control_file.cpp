@@ -11,7 +11,7 @@ namespace {
 bool AddTable(const Session& session, const MaintainedTable& table, std::string* text) {
   TableBase opened(session.Home(), *table.layout);
   if (!opened.Exists(table.bank_code)) return table.layout->per_bank;
-  if (opened.OpenQuietly(table.bank_code, false) <= 0) return false;
+  if (opened.OpenAsItIs(table.bank_code, false) <= 0) return false;
   *text += table.Name() + "=" + std::to_string(opened.RecordCount()) + "\r\n";
   return true;
 }
@@ -22,7 +22,8 @@ bool SetupApplicationControlFile(Session& session) {
   const ProgramVersion& version = session.Version();
   std::string text = "Version=" + VersionText(version.major, version.minor, version.revision) + "\r\n";
   bool whole = true;
-  for (const MaintainedTable& table : EveryTable(session)) whole = AddTable(session, table, &text) && whole;
+  for (const MaintainedTable& table : EveryTable(session.Home(), WithAgent::kYes))
+    whole = AddTable(session, table, &text) && whole;
   return session.Files().Write(session.DataPath() + "Escrow_Control.txt", text) && whole;
 }
 

@@ -1,5 +1,6 @@
 #include "maintenance/copy_manifest.h"
 
+#include <algorithm>
 #include <charconv>
 
 #include "core/text.h"
@@ -34,6 +35,10 @@ const CopiedFile* CopyManifest::Find(std::string_view name) const {
     if (EqualsIgnoreCase(file.name, name)) return &file;
   }
   return nullptr;
+}
+
+bool CopyManifest::CanList(std::string_view name) {
+  return std::none_of(name.begin(), name.end(), [](char c) { return static_cast<unsigned char>(c) < ' '; });
 }
 
 std::optional<CopiedFile> Fingerprint(const FileSystem& files, std::string_view folder, std::string_view name,

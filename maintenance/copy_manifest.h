@@ -31,6 +31,8 @@ struct CopyManifest {
   std::vector<CopiedFile> files;
 
   const CopiedFile* Find(std::string_view name) const;
+  // False for a name that would break its line, as one with a line break.
+  static bool CanList(std::string_view name);
 };
 
 // Size and digest of a file; nullopt when it cannot be read, or was told not to go on.

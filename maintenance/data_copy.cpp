@@ -29,7 +29,8 @@ class CopyRun {
   CopyOutcome Run() {
     if (!IsConfirmed() || !CopyQuietly() || !Prove()) {
       outcome_.message = "Copy Databases Aborted...";
-      if (tells_abort_) boxes_.Exclaim(kTitle, outcome_.message + WhatStays());
+      outcome_.stays = WhatStays();
+      if (tells_abort_) boxes_.Exclaim(kTitle, outcome_.message + outcome_.stays);
       return std::move(outcome_);
     }
     Finish();
@@ -38,9 +39,12 @@ class CopyRun {
 
  private:
   std::string WhatStays() const {
-    if (outcome_.failed.empty()) return {};
-    return "\r\rThe files copied until then stay in the copy folder, marked as incomplete.  See that "
-           "its disk has room and may be written, and copy again.";
+    if (!began_) return {};
+    return std::string(
+               "\r\rThe files copied until then stay in the copy folder, marked as incomplete; the "
+               "copy before them is gone.  ") +
+           (outcome_.failed.empty() ? "Copy again."
+                                    : "See that its disk has room and may be written, and copy again.");
   }
 
   bool IsConfirmed() {
@@ -74,6 +78,7 @@ class CopyRun {
           " could not be removed.  Close whatever uses its files, or have it removed by somebody who "
           "may, and copy again.");
     }
+    began_ = true;
     if (!files_.CreateFolder(folder_) || !WriteManifest(false)) {
       return Refuse(
           "The folder " + shown +
@@ -127,7 +132,8 @@ class CopyRun {
     if (group.files.empty()) return GoesOnWithout(group.name);
     for (const std::string& name : group.files) {
       const std::optional<CopiedFile> source =
-          Fingerprint(files_, session_.DataPath(), name, bytes_.OfFile());
+          CopyManifest::CanList(name) ? Fingerprint(files_, session_.DataPath(), name, bytes_.OfFile())
+                                      : std::nullopt;
       if (source && files_.Copy(session_.DataPath() + name, folder_ + name, bytes_.OfFile())) {
         manifest_.files.push_back(*source);
       } else if (bytes_.IsStopped() || !GoesOnWithout(name)) {
@@ -180,6 +186,7 @@ class CopyRun {
   ByteProgress bytes_;
   std::string folder_;
   bool tells_abort_;
+  bool began_ = false;  // the last copy has been removed
   CopyManifest manifest_;
   CopyOutcome outcome_;
 };

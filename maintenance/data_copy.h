@@ -12,7 +12,8 @@ namespace tallwick {
 
 struct CopyOutcome {
   bool completed = false;
-  std::string message;              // the last one, "Copy Databases Aborted..."
+  std::string message;     // the last one, "Copy Databases Aborted..."
+  std::string stays = {};  // of an aborted copy: what is in the copy folder now; "" where it is untouched
   std::vector<std::string> files;   // copied or restored
   std::vector<std::string> failed;  // that could not be
 };

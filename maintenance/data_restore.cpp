@@ -10,6 +10,8 @@
 #include "maintenance/data_copy.h"
 #include "maintenance/exclusive_access.h"
 #include "maintenance/maintained_table.h"
+#include "maintenance/stray_tables.h"
+#include "maintenance/table_measures.h"
 #include "shell/main_commands.h"
 #include "store/clsKVRData.h"
 
@@ -112,8 +114,9 @@ class RestoreRun {
     if (problems.size() > kProblemsShown)
       question += "\rand " + std::to_string(problems.size() - kProblemsShown) + " more";
     question += "\r\rRestore it all the same?";
-    return boxes_.Show({BoxIcon::kCritical, std::string(kTitle), question, BoxButtons::kYesNo,
-                        BoxAnswer::kNo}) == BoxAnswer::kYes;
+    insisted_ = boxes_.Show({BoxIcon::kCritical, std::string(kTitle), question, BoxButtons::kYesNo,
+                             BoxAnswer::kNo}) == BoxAnswer::kYes;
+    return insisted_;
   }
 
   // From an earlier program, or put together by hand.
@@ -209,7 +212,16 @@ class RestoreRun {
     if (!head || (head->has_memo && !Holds(group, stem + ".FPT"))) return false;
     const bool ours = LayoutOfTable(stem) != nullptr;
     if (head->has_index && !ours && !Holds(group, stem + ".CDX")) return false;
+    NoteCount(group.name);
     return !data_.IsInUse(session_.DataPath() + group.name);
+  }
+
+  // Opening such a table corrects its count, and what was lost is then no longer to be seen.
+  void NoteCount(const std::string& name) {
+    const std::optional<TableMeasures> measures = ReadTableMeasures(files_, folder_ + name);
+    const std::uint64_t size = files_.SizeOf(folder_ + name).value_or(0);
+    if (measures && measures->HeldIn(size) != measures->counted)
+      miscounted_ += (miscounted_.empty() ? "" : ", ") + name;
   }
 
   void RemoveStaleCompanions(const FileGroup& group) {
@@ -262,10 +274,26 @@ class RestoreRun {
     outcome_.completed = controlled && outcome_.failed.empty();
     if (outcome_.completed) {
       outcome_.message = "Restore Databases Completed...";
-      return boxes_.Inform(outcome_.message, "Escrow databases have been restored.");
+      boxes_.Inform(outcome_.message, "Escrow databases have been restored.");
+    } else {
+      outcome_.message = kNotWhole;
+      boxes_.Exclaim(kTitle, kNotWhole);
     }
-    outcome_.message = kNotWhole;
-    boxes_.Exclaim(kTitle, kNotWhole);
+    if (const std::string text = WhatToSeeTo(); !text.empty()) boxes_.Exclaim(kTitle, text);
+  }
+
+  // What the restored data ask for before anybody works with them; "" for nothing.
+  std::string WhatToSeeTo() {
+    std::string text;
+    if (insisted_) text = "The copy was not as it was made.  ";
+    if (!miscounted_.empty()) text += "The number of records was not right in " + miscounted_ + ".  ";
+    if (!text.empty())
+      text += "Have \"escrowctl verify\" say what is wrong with the data before anybody works with them.";
+    const std::vector<StrayTable> strays = FindStrayTables(session_.Home(), EveryBankCode(session_.Home()));
+    if (strays.empty()) return text;
+    return text + (text.empty() ? "" : "\r\r") +
+           "These tables stay, of banks that the copy does not have: " + ListOf(strays) +
+           ".  Have them carried out of the folder before a bank gets such a code again.";
   }
 
   Session& session_;
@@ -278,6 +306,8 @@ class RestoreRun {
   std::vector<std::string> replaced_;  // paths in the data, their new forms beside them
   std::vector<std::string> removed_;
   std::vector<std::pair<std::string, const TableLayout*>> without_index_;
+  bool insisted_ = false;   // the copy was restored although it is not as it was made
+  std::string miscounted_;  // tables of the copy that hold fewer or more records than they count
   CopyOutcome outcome_;
 };
 

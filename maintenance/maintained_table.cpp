@@ -35,8 +35,10 @@ std::string MaintainedTable::Path(const Session& session) const {
   return session.DataPath() + Name() + ".DBF";
 }
 
-std::vector<MaintainedTable> CompanyWideTables() {
-  return {{&kBankLayout, {}}, {&kXrefLayout, {}}, {&kNotesLayout, {}}};
+std::vector<MaintainedTable> CompanyWideTables(WithAgent agent) {
+  std::vector<MaintainedTable> tables = {{&kBankLayout, {}}, {&kXrefLayout, {}}, {&kNotesLayout, {}}};
+  if (agent == WithAgent::kYes) tables.push_back({&kAgentLayout, {}});
+  return tables;
 }
 
 std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code) {
@@ -47,10 +49,11 @@ std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code) {
   return tables;
 }
 
-std::vector<std::string> EveryBankCode(const Session& session) {
+// In record order and whatever the table lacks: maintenance may be about to mend it.
+std::vector<std::string> EveryBankCode(const TableHome& home) {
   std::vector<std::pair<std::string, std::string>> found;  // the key of the order by name, the code
-  BankTable banks(session.Home());
-  if (banks.OpenQuietly({}, false) <= 0) return {};
+  BankTable banks(home);
+  if (banks.OpenAsItIs({}, false) <= 0) return {};
   for (bool on = banks.Top(""); on; on = banks.Skip()) {
     if (banks.Data().IsRecordDeleted(banks.Handle())) continue;
     const BankRecord bank = banks.Read();
@@ -67,18 +70,11 @@ std::vector<std::string> EveryBankCode(const Session& session) {
   return codes;
 }
 
-std::vector<MaintainedTable> EveryMaintainedTable(const Session& session) {
-  std::vector<MaintainedTable> tables = CompanyWideTables();
-  for (const std::string& code : EveryBankCode(session)) {
+std::vector<MaintainedTable> EveryTable(const TableHome& home, WithAgent agent) {
+  std::vector<MaintainedTable> tables = CompanyWideTables(agent);
+  for (const std::string& code : EveryBankCode(home)) {
     for (MaintainedTable& table : TablesOfBank(code)) tables.push_back(std::move(table));
   }
-  return tables;
-}
-
-std::vector<MaintainedTable> EveryTable(const Session& session) {
-  std::vector<MaintainedTable> tables = EveryMaintainedTable(session);
-  tables.insert(tables.begin() + static_cast<std::ptrdiff_t>(CompanyWideTables().size()),
-                {&kAgentLayout, {}});
   return tables;
 }
 

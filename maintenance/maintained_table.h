@@ -18,18 +18,19 @@ struct MaintainedTable {
   std::string Path(const Session& session) const;
 };
 
-// Banks, cross-references and notes.
-std::vector<MaintainedTable> CompanyWideTables();
+// Whether a walk takes the agent's table, whose layout may change, but which has no index and nothing to
+// pack.
+enum class WithAgent { kNo, kYes };
+
+// Banks, cross-references and notes, and the agent.
+std::vector<MaintainedTable> CompanyWideTables(WithAgent agent);
 // A bank's checks, deposits, deposit cross-references, vouchers and wires.
 std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code);
-// Codes of every bank, active or not, in the order of their records; those that can name no table are left
-// out.
-std::vector<std::string> EveryBankCode(const Session& session);
+// Codes of every bank, active or not, by name; those that can name no table are left out.
+std::vector<std::string> EveryBankCode(const TableHome& home);
 
 // All of them, in the order in which maintenance goes through them.
-std::vector<MaintainedTable> EveryMaintainedTable(const Session& session);
-// The same with the agent's table, which has no index and needs no maintenance.
-std::vector<MaintainedTable> EveryTable(const Session& session);
+std::vector<MaintainedTable> EveryTable(const TableHome& home, WithAgent agent);
 
 // How reports spell a table: "Escrow_Banks"; of a bank's table the prefix, "Escrow_Checks_".
 std::string_view ReportName(const TableLayout& layout);

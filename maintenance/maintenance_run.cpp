@@ -4,7 +4,6 @@
 
 #include "core/text.h"
 #include "maintenance/data_copy.h"
-#include "maintenance/maintained_table.h"
 #include "maintenance/table_upgrade.h"
 #include "shell/main_commands.h"
 #include "store/clsKVRData.h"
@@ -42,7 +41,8 @@ bool BackUp(Session& session, const OperationTexts& texts, WorkProgress& progres
   if (answer != BoxAnswer::kYes) return answer == BoxAnswer::kNo;
   const CopyOutcome copied = BackUpDatabases(session, progress);
   if (copied.completed) return true;
-  session.Boxes().Exclaim(texts.backup_title, copied.message + "\r\rBackup Aborted or Failed...");
+  session.Boxes().Exclaim(texts.backup_title,
+                          copied.message + "\r\rBackup Aborted or Failed..." + copied.stays);
   return false;
 }
 
@@ -61,10 +61,10 @@ class Walk {
 
   // The codes of the banks are read from the banks' table, which may be out of order until its turn is over.
   bool Run() {
-    const std::vector<MaintainedTable> company = CompanyWideTables();
-    total_ = EveryMaintainedTable(session_).size();
-    for (const MaintainedTable& table : company) Process(table);
-    for (const std::string& code : EveryBankCode(session_)) {
+    const WithAgent agent = AgentIn(operation_);
+    total_ = EveryTable(session_.Home(), agent).size();
+    for (const MaintainedTable& table : CompanyWideTables(agent)) Process(table);
+    for (const std::string& code : EveryBankCode(session_.Home())) {
       for (const MaintainedTable& table : TablesOfBank(code)) Process(table);
     }
     return !stopped_;
@@ -104,7 +104,9 @@ class Walk {
     }
     if (operation_ == MaintenanceOperation::kUpdateVersions) {
       const UpgradeResult result = UpgradeTable(session_, table, share);
-      return Judged(table, result.code, result.text);
+      TableOutcome outcome = Judged(table, result.code, result.text);
+      outcome.made_up = result.made_up;
+      return outcome;
     }
     const int code = operation_ == MaintenanceOperation::kPack ? Pack(files, table.bank_code, share)
                                                                : files.RebuildQuietly(table.bank_code, share);
@@ -136,8 +138,22 @@ class Walk {
   std::vector<TableOutcome> results_;
 };
 
+void TellMadeUp(Session& session, const std::string& name, const MaintenanceOutcome& outcome) {
+  std::string text;
+  for (const TableOutcome& table : outcome.tables) {
+    if (!table.made_up.empty()) text += "\r" + table.table + ": " + table.made_up;
+  }
+  if (text.empty()) return;
+  session.Boxes().Exclaim(
+      name,
+      "These tables lacked fields, which are there now and empty in every record.  A table of an older "
+      "program never had them.  Where that is not so, restore the table from a copy:" +
+          text);
+}
+
 void TellEnd(Session& session, const OperationTexts& texts, const MaintenanceOutcome& outcome) {
   const std::string name(texts.name);
+  TellMadeUp(session, name, outcome);
   if (outcome.completed) return session.Boxes().Inform(name + " Completed...", texts.done);
   if (!outcome.HasFailures()) {
     return session.Boxes().Exclaim(
@@ -154,6 +170,10 @@ void TellEnd(Session& session, const OperationTexts& texts, const MaintenanceOut
 
 std::string_view OperationName(MaintenanceOperation operation) {
   return TextsOf(operation).name;
+}
+
+WithAgent AgentIn(MaintenanceOperation operation) {
+  return operation == MaintenanceOperation::kUpdateVersions ? WithAgent::kYes : WithAgent::kNo;
 }
 
 bool MaintenanceOutcome::HasFailures() const {

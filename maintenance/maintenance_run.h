@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "maintenance/exclusive_access.h"
+#include "maintenance/maintained_table.h"
 #include "maintenance/work_progress.h"
 #include "shell/session.h"
 
@@ -17,6 +18,9 @@ enum class MaintenanceOperation { kRebuild, kUpdateVersions, kPack, kPurge };
 // "Rebuild & Reindex", "Update Database Versions", "Pack Databases", "Purge Files".
 std::string_view OperationName(MaintenanceOperation operation);
 
+// Whether the operation takes the agent's table: the one that looks at layouts does.
+WithAgent AgentIn(MaintenanceOperation operation);
+
 // Makes sure of the user's right, asks for a backup and makes it, asks for the lock-out and takes it. False
 // when the command ends here, by the user's will or after a message.
 bool PassProtocol(Session& session, MaintenanceOperation operation, WorkProgress& progress,
@@ -25,7 +29,8 @@ bool PassProtocol(Session& session, MaintenanceOperation operation, WorkProgress
 struct TableOutcome {
   std::string table;
   bool done = false;
-  std::string text;  // "Pack Result Code: 0"
+  std::string text;          // "Pack Result Code: 0"
+  std::string made_up = {};  // as UpgradeResult says
 };
 
 struct MaintenanceOutcome {

@@ -30,7 +30,8 @@ FrmMaintenance::FrmMaintenance(Session& session, MaintenanceOperation operation)
       tables_(std::make_shared<TextRows>(std::vector<std::string>{"Table", "Result"})) {
   SetFormCaption(std::string(OperationName(operation)));
   Add(ControlKind::kGrid, "grdTables", "Tables");
-  for (const MaintainedTable& table : EveryMaintainedTable(session)) tables_->Add({table.Name(), {}});
+  for (const MaintainedTable& table : EveryTable(session.Home(), AgentIn(operation)))
+    tables_->Add({table.Name(), {}});
   SetSource("grdTables", tables_);
 }
 

@@ -233,6 +233,7 @@ class Mender {
     report_.remains = std::move(not_opened_);
     company_.VerifyTables(&report_.remains);
     VerifyReferences(company_, &report_.remains);
+    VerifyStrayTables(company_, home_, &report_.remains);
     VerifyLeftovers(company_, home_, &report_.remains);
     for (CompanyProblem& problem : failed_) report_.remains.push_back(std::move(problem));
   }

@@ -42,7 +42,7 @@ class Finder {
 
   PurgeSearch Run() {
     PurgeSearch search;
-    const std::vector<std::string> codes = EveryBankCode(session_);
+    const std::vector<std::string> codes = EveryBankCode(session_.Home());
     std::int64_t done = 0;
     for (const std::string& code : codes) {
       progress_.Show("Processing " + code, done++, static_cast<std::int64_t>(codes.size()));
@@ -134,9 +134,8 @@ class Finder {
 
 class Purger {
  public:
-  Purger(Session& session, const std::vector<ClosedFile>& files, const Period& through,
-         WorkProgress& progress)
-      : session_(session), data_(session.Data()), through_(through), progress_(progress) {
+  Purger(Session& session, const std::vector<ClosedFile>& files, WorkProgress& progress)
+      : session_(session), data_(session.Data()), progress_(progress) {
     for (const ClosedFile& file : files) {
       files_.insert(KeyOfFile(file.number));
       banks_.insert(file.banks.begin(), file.banks.end());
@@ -161,6 +160,13 @@ class Purger {
  private:
   bool Holds(std::string_view file) const { return files_.contains(KeyOfFile(file)); }
 
+  // True for a transaction of one of the files; its periods are then among those that were purged.
+  bool Goes(std::string_view file, std::initializer_list<Period> periods) {
+    if (!Holds(file)) return false;
+    for (const Period& period : periods) last_key_ = std::max(last_key_, MakeKey(period));
+    return true;
+  }
+
   int Delete(TableBase& table, const std::function<bool()>& goes) {
     progress_.Show("Processing " + table.Name(), 0, 0);
     for (bool on = table.Top(""); on; on = table.Skip()) {
@@ -175,37 +181,52 @@ class Purger {
     opened_.push_back(std::make_unique<BankTables>(session_.Home()));
     BankTables& bank = *opened_.back();
     if (!bank.Open(bank_code)) return engine::kErrorOpen;
-    int code = Delete(bank.checks, [&] { return Holds(bank.checks.Read().file_number); });
+    last_key_ = 0;
+    int code = Delete(bank.checks, [&] {
+      const CheckRecord check = bank.checks.Read();
+      return Goes(check.file_number, {check.accounting, check.statement});
+    });
     if (code == engine::kSuccess)
-      code = Delete(bank.deposits, [&] { return HoldsTicket(bank.deposits.Read()); });
+      code = Delete(bank.deposits, [&] { return TicketGoes(bank.deposits.Read()); });
     if (code == engine::kSuccess)
       code = Delete(bank.deposit_xrefs, [&] { return Holds(bank.deposit_xrefs.Read().file_number); });
-    if (code == engine::kSuccess)
-      code = Delete(bank.vouchers, [&] { return Holds(bank.vouchers.Read().file_number); });
-    if (code == engine::kSuccess)
-      code = Delete(bank.wires, [&] { return Holds(bank.wires.Read().file_number); });
+    if (code == engine::kSuccess) {
+      code = Delete(bank.vouchers, [&] {
+        const VoucherRecord voucher = bank.vouchers.Read();
+        return Goes(voucher.file_number, {voucher.accounting});
+      });
+    }
+    if (code == engine::kSuccess) {
+      code = Delete(bank.wires, [&] {
+        const WireRecord wire = bank.wires.Read();
+        return Goes(wire.file_number, {wire.accounting, wire.statement});
+      });
+    }
     if (code != engine::kSuccess || !banks.SeekCode(bank_code)) return code;
     BankRecord record = banks.Read();
-    record.purged = through_;
+    if (last_key_ <= MakeKey(record.purged)) return code;
+    record.purged = SplitKey(last_key_);
     return banks.Update(record);
   }
 
-  bool HoldsTicket(const DepositRecord& deposit) const {
+  bool TicketGoes(const DepositRecord& deposit) {
     bool any = false;
     for (const DepositItem& item : deposit.items) {
       if (item.file_number.empty()) continue;
       if (!Holds(item.file_number)) return false;
       any = true;
     }
+    for (const DepositItem& item : deposit.items)
+      Goes(item.file_number, {deposit.accounting, item.statement});
     return any;
   }
 
   Session& session_;
   clsKVRData& data_;
-  Period through_;
   WorkProgress& progress_;
   std::set<std::string> files_;
   std::set<std::string> banks_;
+  std::int32_t last_key_ = 0;  // the last period of what was purged in the bank at hand
   std::vector<std::unique_ptr<BankTables>> opened_;
 };
 
@@ -229,7 +250,7 @@ PurgeSearch FindClosedFiles(Session& session, const Period& through, WorkProgres
 
 int PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,
                WorkProgress& progress) {
-  const int code = Purger(session, files, through, progress).Run();
+  const int code = Purger(session, files, progress).Run();
   if (code == engine::kSuccess) WriteLog(session, files, through);
   return code;
 }

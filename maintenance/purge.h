@@ -32,7 +32,8 @@ struct PurgeSearch {
 
 PurgeSearch FindClosedFiles(Session& session, const Period& through, WorkProgress& progress);
 
-// Removes the files' transactions and references and notes the period in the banks, all in one unit of work,
+// Removes the files' transactions and references, all in one unit of work, in which each bank notes the last
+// period of what it lost, where that lies behind the one noted already,
 // and writes the file numbers to "Logs\Purged_Files.log". 0 or the engine's code, with everything as it was.
 // Needs the escrow files for this workstation alone.
 int PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,

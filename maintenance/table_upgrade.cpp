@@ -29,6 +29,11 @@ class LayoutCopy {
 
   UpgradeResult Run(TableBase& old) {
     old_ = old.Handle();
+    if (const std::string amount = MissingAmount(); !amount.empty()) {
+      return {engine::kErrorFieldName,
+              "it lacks the amount " + amount + ", which is never made up: restore the table from a copy"};
+    }
+    const std::string made_up = MissingFields();
     RemoveNew();
     fresh_ = data_.CreateDatabase(New(".DBF"), table_.layout->fields, table_.layout->tags);
     int code = fresh_ > 0 ? CopyRecords() : data_.LastErrorCode();
@@ -38,8 +43,7 @@ class LayoutCopy {
     if (code == engine::kSuccess && drops_fields) code = KeepOld();
     if (code == engine::kSuccess) code = PutInPlace();
     if (code != engine::kSuccess) RemoveNew();
-    if (code == engine::kSuccess)
-      return {code, std::to_string(count_) + " records brought to the new layout"};
+    if (code == engine::kSuccess) return Done(made_up);
     return {code, problem_.empty() ? std::string(engine::error4text(code)) : problem_};
   }
 
@@ -52,6 +56,33 @@ class LayoutCopy {
   }
   void RemoveNew() {
     for (std::string_view part : kParts) files_.Remove(New(part));
+  }
+
+  UpgradeResult Done(const std::string& made_up) const {
+    UpgradeResult result{engine::kSuccess, std::to_string(count_) + " records brought to the new layout"};
+    if (count_ == 0 || made_up.empty()) return result;
+    result.made_up = made_up;
+    result.text += "; empty, since they were not there before: " + made_up;
+    return result;
+  }
+
+  bool IsMissing(const FieldLayout& field) const { return data_.FindField(old_, field.name) == 0; }
+
+  std::string MissingFields() const {
+    std::string names;
+    for (const FieldLayout& field : table_.layout->fields) {
+      if (IsMissing(field)) names += (names.empty() ? "" : ", ") + std::string(field.name);
+    }
+    return names;
+  }
+
+  // The first amount of a bank's transactions that the old table lacks, while it holds records.
+  std::string MissingAmount() const {
+    if (!table_.layout->per_bank || data_.RecordCount(old_) == 0) return {};
+    for (const FieldLayout& field : table_.layout->fields) {
+      if (field.decimals > 0 && IsMissing(field)) return std::string(field.name);
+    }
+    return {};
   }
 
   int CopyRecords() {
@@ -161,12 +192,12 @@ UpgradeResult UpgradeTable(const Session& session, const MaintainedTable& table,
                            const engine::Progress& progress) {
   clsKVRData& data = session.Data();
   TableBase old(session.Home(), *table.layout);
-  int opened = old.OpenQuietly(table.bank_code, true);
+  int opened = old.OpenAsItIs(table.bank_code, true);
   bool index_made = false;
   if (IsIndexDamage(opened)) {
     opened = data.RebuildIndex(table.Path(session), table.layout->tags, progress);
     index_made = opened == engine::kSuccess;
-    if (index_made) opened = old.OpenQuietly(table.bank_code, true);
+    if (index_made) opened = old.OpenAsItIs(table.bank_code, true);
   }
   if (opened <= 0) return {opened, std::string(engine::error4text(opened))};
   switch (old.CheckVersion()) {

@@ -1,6 +1,7 @@
 // Bringing one table to the present layout. The table is whole at every moment: the new one is written beside
 // the old and takes its place in one step. A value that the new layout cannot hold stops the update of its
-// table, which stays as it is. Where fields fall away, the old table stays beside the new as ".OLD".
+// table, which stays as it is; so does an amount of transactions that the old table lacks, since a made-up 0
+// would pass for money. Where fields fall away, the old table stays beside the new as ".OLD".
 #pragma once
 
 #include <string>
@@ -13,6 +14,8 @@ namespace tallwick {
 struct UpgradeResult {
   int code = 0;      // engine code; engine::kStopped when the person stopped it
   std::string text;  // what was done, or why not
+  // Fields that the old table lacked, empty in its records now: "WIREACCTDA, WIRESPARE"; "" for none.
+  std::string made_up = {};
 };
 
 // Needs the folder taken (ExclusiveAccess).

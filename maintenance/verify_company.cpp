@@ -4,6 +4,7 @@
 #include <variant>
 
 #include "core/text.h"
+#include "maintenance/stray_tables.h"
 #include "maintenance/verify_journal.h"
 #include "maintenance/verify_leftovers.h"
 #include "maintenance/verify_numbers.h"
@@ -44,22 +45,18 @@ void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
     return;
   }
   tables_.push_back(&table);
-  // Tried silently first: a damaged table would ask the user whether it shall be rebuilt.
-  const bool alone = access_ == Access::kExclusive;
-  const DataHandle tried = home_.data.OpenDatabaseSilent(table.Path(), alone);
-  if (tried <= 0) {
-    failures_.push_back({&table, tried});
-    problems->push_back(NotOpenedProblem(home_.files, table.Path(), table.Name(), tried));
-    // The suite's tables may have other tags than those that we know of.
-    if (&table == &users_ || &table == &user_banks_) problems->back().remedy = {};
-    return;
+  const int opened = table.OpenQuietly(bank_code, access_ == Access::kExclusive);
+  if (opened > 0) return;
+  failures_.push_back({&table, opened});
+  CompanyProblem problem = NotOpenedProblem(home_.files, table, opened);
+  // The suite's tables may have other tags than those that we know of.
+  const bool of_suite = &table == &users_ || &table == &user_banks_;
+  if (of_suite && std::holds_alternative<RebuildIndex>(problem.remedy)) {
+    problem.remedy = {};
+    problem.text += ".  \"escrowctl --answer Yes table reindex " + table.Name() +
+                    "\" builds the tags that Escrow Accounting needs";
   }
-  home_.data.CloseDatabase(tried);
-  if (alone) {
-    table.OpenExclusive(bank_code);
-  } else {
-    table.Open(bank_code);
-  }
+  problems->push_back(std::move(problem));
 }
 
 void ExaminedCompany::Open(std::vector<CompanyProblem>* problems) {
@@ -116,12 +113,29 @@ void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
   }
 }
 
+void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,
+                       std::vector<CompanyProblem>* problems) {
+  if (!company.banks.IsOpen()) return;
+  std::vector<std::string> codes;
+  for (const auto& [code, bank] : company.by_bank) codes.push_back(code);
+  for (const StrayTable& stray : FindStrayTables(home, codes)) {
+    problems->push_back({stray.name,
+                         0,
+                         "holds " + std::to_string(stray.records) + " records of a bank " +
+                             Quoted(stray.bank_code) +
+                             " that the bank table does not have.  Restore the copy in which the bank is, or "
+                             "have its tables carried out of the folder before a bank gets this code",
+                         {}});
+  }
+}
+
 std::vector<CompanyProblem> VerifyCompany(const TableHome& home) {
   std::vector<CompanyProblem> problems = VerifyJournal(home);
   ExaminedCompany company(home, ExaminedCompany::Access::kShared);
   company.Open(&problems);
   company.VerifyTables(&problems);
   VerifyReferences(company, &problems);
+  VerifyStrayTables(company, home, &problems);
   VerifyLeftovers(company, home, &problems);
   return problems;
 }

@@ -20,6 +20,12 @@ namespace tallwick {
 // Changes nothing. A table that does not open is a problem like others; one that is missing counts as empty.
 std::vector<CompanyProblem> VerifyCompany(const TableHome& home);
 
+class ExaminedCompany;
+
+// Tables with records of banks that the bank table does not have. Nothing while that does not open.
+void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,
+                       std::vector<CompanyProblem>* problems);
+
 // The tables of a company, opened as far as they open, without a word to the user.
 class ExaminedCompany {
  public:

@@ -10,23 +10,6 @@ namespace tallwick {
 namespace {
 
 constexpr std::string_view kKept = ".SAV";
-constexpr std::size_t kBlockRecords = 4096;
-
-// A record begins with "*" when it is deleted. Records that the file lacks are not counted.
-std::int64_t LiveRecordsIn(const FileSystem& files, const std::string& path) {
-  const std::optional<TableMeasures> measures = ReadTableMeasures(files, path);
-  if (!measures) return 0;
-  const std::uint64_t length = measures->record_length;
-  std::int64_t live = 0;
-  for (std::uint64_t record = 0; record < measures->counted; record += kBlockRecords) {
-    const std::string block =
-        files.ReadPart(path, measures->head_length + record * length, kBlockRecords * length).value_or("");
-    const std::uint64_t held = std::min<std::uint64_t>(block.size() / length, measures->counted - record);
-    for (std::uint64_t i = 0; i < held; ++i) live += block[i * length] != '*' ? 1 : 0;
-    if (held < kBlockRecords) break;
-  }
-  return live;
-}
 
 std::int64_t LiveRecordsOf(TableBase& table) {
   std::int64_t live = 0;

@@ -27,10 +27,8 @@ std::string_view AdviceFor(ProblemKind kind) {
 std::string CountText(const FileSystem& files, const std::string& path) {
   const std::optional<TableMeasures> measures = ReadTableMeasures(files, path);
   if (!measures) return {};
-  const std::uint64_t size = files.SizeOf(path).value_or(0);
   const std::uint64_t counted = measures->counted;
-  const std::uint64_t held =
-      size > measures->head_length ? (size - measures->head_length) / measures->record_length : 0;
+  const std::uint64_t held = measures->HeldIn(files.SizeOf(path).value_or(0));
   std::string text = ".  It counts " + std::to_string(counted) + " records and holds " + std::to_string(held);
   if (held < counted)
     text += ": the last " + std::to_string(counted - held) +
@@ -60,18 +58,16 @@ std::vector<CompanyProblem> VerifyTable(clsKVRData& store, DataHandle data, std:
   return problems;
 }
 
-CompanyProblem NotOpenedProblem(const FileSystem& files, const std::string& path, std::string_view name,
-                                int code) {
+CompanyProblem NotOpenedProblem(const FileSystem& files, const TableBase& table, int code) {
   CompanyProblem problem{
-      std::string(name),
-      0,
-      "does not open: " + std::string(engine::error4text(code)) + " (" + std::to_string(code) + ")",
-      {}};
+      table.Name(), 0, "does not open: " + table.WhyNotOpen(code) + " (" + std::to_string(code) + ")", {}};
   if (code == engine::kErrorDataHeader) {
-    problem.remedy = CorrectCount{CountText(files, path)};
+    problem.remedy = CorrectCount{CountText(files, table.Path())};
     problem.text += std::get<CorrectCount>(problem.remedy).counts;
   } else if (code <= engine::kErrorIndex && code >= engine::kErrorTagName) {
     problem.remedy = RebuildIndex();
+  } else if (code == engine::kErrorFieldName) {
+    problem.text += ".  " + std::string(kFieldAdvice);
   } else if (code == engine::kErrorOpenRefused) {
     problem.text += ".  Have everybody leave the program, and verify again";
   } else if (code == engine::kErrorOpen || code == engine::kErrorRead || code == engine::kErrorReadOnly) {

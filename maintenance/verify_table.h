@@ -7,14 +7,14 @@
 
 #include "maintenance/verify_problem.h"
 #include "store/clsKVRData.h"
+#include "tables/table_base.h"
 
 namespace tallwick {
 
 // `name` stands in the problems. A table that cannot be examined is a problem itself.
 std::vector<CompanyProblem> VerifyTable(clsKVRData& store, DataHandle data, std::string_view name);
 
-// A table that does not open, by the engine's code. `path` is its data file's.
-CompanyProblem NotOpenedProblem(const FileSystem& files, const std::string& path, std::string_view name,
-                                int code);
+// A table that has not opened, by the code of the open and what it lacks.
+CompanyProblem NotOpenedProblem(const FileSystem& files, const TableBase& table, int code);
 
 }  // namespace tallwick

@@ -17,13 +17,13 @@ std::string ReportText(const TableLayout& layout, const std::optional<LayoutStat
 TableVersion ExamineVersion(const Session& session, const MaintainedTable& table) {
   TableVersion version{table, std::nullopt, {}};
   TableBase opened(session.Home(), *table.layout);
-  if (opened.OpenQuietly(table.bank_code, false) > 0) version.state = opened.CheckVersion();
+  if (opened.OpenAsItIs(table.bank_code, false) > 0) version.state = opened.CheckVersion();
   version.text = ReportText(*table.layout, version.state);
   return version;
 }
 
 std::vector<TableVersion> ReportVersions(const Session& session, WorkProgress& progress) {
-  const std::vector<MaintainedTable> tables = EveryTable(session);
+  const std::vector<MaintainedTable> tables = EveryTable(session.Home(), WithAgent::kYes);
   std::vector<TableVersion> versions;
   for (const MaintainedTable& table : tables) {
     progress.Show("Examining " + table.Name(), static_cast<std::int64_t>(versions.size()),

@@ -17,4 +17,12 @@ class WorkProgress {
   virtual bool StopWanted() = 0;
 };
 
+// For work that nobody watches.
+class NoProgress : public WorkProgress {
+ public:
+  void Show(std::string_view, std::int64_t, std::int64_t) override {}
+  void Tell(std::string_view, std::string_view) override {}
+  bool StopWanted() override { return false; }
+};
+
 }  // namespace tallwick

@@ -133,7 +133,7 @@ std::string clsSecurity::UsersProblem(const TableHome& home) {
       if (!why.empty()) return table->Name() + " is missing, but " + why + ".  Have it brought back";
     } else if (table->Open() <= 0) {
       const int code = home.data.OpenErrorCode();
-      return table->Name() + " could not be opened: " + std::string(engine::error4text(code)) + " (" +
+      return table->Name() + " could not be opened: " + table->WhyNotOpen(code) + " (" +
              std::to_string(code) + ").  \"escrowctl verify\" says what is wrong with it";
     }
   }

@@ -25,7 +25,9 @@ class StartUpRun {
 
   StartUpOutcome Run() {
     outcome_.result = Steps();
-    if (outcome_.result == StartUpResult::kStarted) outcome_.session = std::move(session_);
+    const bool opened =
+        outcome_.result == StartUpResult::kStarted || outcome_.result == StartUpResult::kOutOfDate;
+    if (opened) outcome_.session = std::move(session_);
     return std::move(outcome_);
   }
 
@@ -42,7 +44,7 @@ class StartUpRun {
     }
     TellReadOnly();
     session_->ReloadUser();
-    return StartUpResult::kStarted;
+    return update_wanted_ ? StartUpResult::kOutOfDate : StartUpResult::kStarted;
   }
 
   bool AttachSuite() {
@@ -99,17 +101,30 @@ class StartUpRun {
       if (!table.MayMake() || table.CreateMissing() != engine::kSuccess) return StartUpResult::kTablesRefused;
       outcome_.made_tables.push_back(table.Name());
     }
-    // Asked without a word first: a table held exclusively has a message of its own.
-    clsKVRData& data = *session_->data_;
-    const DataHandle probe = data.OpenDatabaseSilent(table.Path(), false);
+    // Asked without a word first: a table held exclusively, and one that lacks a field, have messages of
+    // their own.
+    const int probe = table.OpenQuietly({}, false);
+    if (probe > 0) return StartUpResult::kStarted;
     if (probe == engine::kErrorOpenRefused) {
       ports_.boxes.Inform(kProgramName, kExclusiveText);
       return StartUpResult::kExclusive;
     }
-    if (probe > 0) data.CloseDatabase(probe);
+    if (probe == engine::kErrorFieldName) {
+      update_wanted_ = update_wanted_ || WantsUpdate(table);
+      const bool opened = update_wanted_ && table.OpenAsItIs({}, false) > 0;
+      return opened ? StartUpResult::kStarted : StartUpResult::kTablesRefused;
+    }
     if (table.Open() > 0) return StartUpResult::kStarted;
-    TellRefused(table, data.OpenErrorCode());
+    TellRefused(table, session_->data_->OpenErrorCode());
     return StartUpResult::kTablesRefused;
+  }
+
+  bool WantsUpdate(const TableBase& table) {
+    const std::string text = "Escrow Accounting can not start with " + table.Name() + ".  " +
+                             table.Lack().text + ".  " + std::string(kFieldAdvice) +
+                             "\r\rUpdate Database Versions now?";
+    return ports_.boxes.Show({BoxIcon::kExclamation, std::string(kProgramName), text, BoxButtons::kYesNo,
+                              BoxAnswer::kNo}) == BoxAnswer::kYes;
   }
 
   void TellRefused(const TableBase& table, int code) {
@@ -123,8 +138,8 @@ class StartUpRun {
                   " verify\" says what is wrong, \"mend\" in its place mends what can be mended, and a copy "
                   "brings back the rest.";
     ports_.boxes.Critical(kProgramName, "Escrow Accounting can not start: " + table.Name() +
-                                            " does not open.  " + std::string(engine::error4text(code)) +
-                                            " (" + std::to_string(code) + ").\r\r" + advice);
+                                            " does not open.  " + table.WhyNotOpen(code) + " (" +
+                                            std::to_string(code) + ").\r\r" + advice);
   }
 
   // Looking at things needs no more than reading.
@@ -158,6 +173,7 @@ class StartUpRun {
   const SuiteFactory& attach_;
   std::unique_ptr<Session> session_;
   StartUpOutcome outcome_;
+  bool update_wanted_ = false;
 };
 
 std::string DataPathProblem(const FileSystem& files, std::string_view data_path) {

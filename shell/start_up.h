@@ -24,11 +24,13 @@ enum class StartUpResult {
   kNoEngine,       // the record engine did not start
   kExclusive,      // another workstation holds the tables for itself
   kTablesRefused,  // a company-wide table could not be opened or made
+  kOutOfDate,      // one lacks fields, and the user wants the tables brought to the present layout
 };
 
 struct StartUpOutcome {
   StartUpResult result = StartUpResult::kNoSuite;
-  std::unique_ptr<Session> session;      // null unless started
+  // Null unless started; of kOutOfDate one that is for the update alone, and then done with.
+  std::unique_ptr<Session> session;
   std::vector<std::string> made_tables;  // names of company-wide tables that were missing and have been made
 };
 

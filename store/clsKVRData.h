@@ -126,6 +126,10 @@ class clsKVRData {
   DataHandle OpenDatabaseSilent(std::string_view name,
                                 bool exclusive);  // no messages, no repair; shared afterwards
   DataHandle OpenDatabaseClone(DataHandle data);  // a second handle with a position of its own
+  // For an opener whose table has opened and does not serve: closes it and ends as an open that failed with
+  // the code, which is the result. Where a rebuild may mend it the user is asked, with `why` in the place of
+  // the engine's text; else telling it is the opener's.
+  int RefuseOpened(DataHandle data, int code, std::string_view why);
   std::string AdjustDBName(std::string_view name) const;
   // True when the header's count fits the file; else says so and gives false. Always true while the check is
   // off.
@@ -388,6 +392,7 @@ class clsKVRData {
   DataHandle OpenOnce(std::string_view name);
   bool CountFitsAtRest(std::string_view name);
   void ReportOpenFailure(std::string_view name, std::string_view operation, int code);
+  void OfferRebuild(std::string_view failure, std::string_view why, int code);
   std::string TableFile(std::string_view name) const;  // the ".dbf" in the platform's form
   std::string ShownName(std::string_view name) const;  // a table name as a person is shown it
 

@@ -27,6 +27,10 @@ bool MayBeRebuilt(int code) {
   }
 }
 
+std::string FailureText(std::string_view shown_name, std::string_view operation) {
+  return Quoted(shown_name) + " failed to open @ clsKVRData." + std::string(operation) + "\r";
+}
+
 }  // namespace
 
 std::string clsKVRData::AdjustDBName(std::string_view name) const {
@@ -80,14 +84,25 @@ DataHandle clsKVRData::OpenWithMessages(std::string_view name, std::string_view 
 }
 
 void clsKVRData::ReportOpenFailure(std::string_view name, std::string_view operation, int code) {
-  std::string text =
-      Quoted(ShownName(name)) + " failed to open @ clsKVRData." + std::string(operation) + "\r";
+  const std::string failure = FailureText(ShownName(name), operation);
   if (!MayBeRebuilt(code)) {
-    ports_.boxes.Critical("Open Database", text + std::to_string(code));
+    ports_.boxes.Critical("Open Database", failure + std::to_string(code));
     return;
   }
-  text += std::string(engine::error4text(code)) + "\rError Code:" + std::to_string(code) +
-          "\r\rWould you like to try to rebuild?";
+  OfferRebuild(failure, engine::error4text(code), code);
+}
+
+int clsKVRData::RefuseOpened(DataHandle data, int code, std::string_view why) {
+  const std::string failure = FailureText(DatabaseName(data), "OpenDatabase");
+  CloseDatabase(data);
+  open_error_ = static_cast<std::int16_t>(code);
+  if (MayBeRebuilt(code)) OfferRebuild(failure, why, code);
+  return Finish(code);
+}
+
+void clsKVRData::OfferRebuild(std::string_view failure, std::string_view why, int code) {
+  const std::string text = std::string(failure) + std::string(why) + "\rError Code:" + std::to_string(code) +
+                           "\r\rWould you like to try to rebuild?";
   BoxAnswer answer =
       ports_.boxes.Show({BoxIcon::kCritical, "Open Database", text, BoxButtons::kYesNo, BoxAnswer::kNo});
   if (answer == BoxAnswer::kYes) rebuild_requested_ = true;

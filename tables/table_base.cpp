@@ -130,36 +130,55 @@ DataHandle TableBase::Open(std::string_view bank_code) {
   if (!UseBank(bank_code)) return engine::kErrorParameter;
   int made = MakeMissing();
   if (made != engine::kSuccess) return made < 0 ? made : 0;
-  DataHandle handle = home_.data.OpenDatabase(Path());
-  if (handle <= 0 && home_.data.RebuildRequested()) {
-    home_.data.ClearRebuildRequest();
-    if (RebuildOnDisk({}) == engine::kSuccess) handle = home_.data.OpenDatabase(Path());
-  }
+  DataHandle handle = OpenTelling(false);
   if (handle <= 0) {
     ReportOpenFailed(handle);
-    if (handle == engine::kErrorDataHeader && OfferAfterDamagedHeader()) {
-      handle = home_.data.OpenDatabase(Path());
-    }
+    if (handle == engine::kErrorDataHeader && OfferAfterDamagedHeader()) handle = OpenTelling(false);
   }
   return Settle(handle);
 }
 
+// With the rebuild that the user may have asked for.
+DataHandle TableBase::OpenTelling(bool exclusive) {
+  const DataHandle handle = OpenWhole(exclusive);
+  if (handle > 0 || !home_.data.RebuildRequested()) return handle;
+  home_.data.ClearRebuildRequest();
+  return RebuildOnDisk({}) == engine::kSuccess ? OpenWhole(exclusive) : handle;
+}
+
+DataHandle TableBase::OpenWhole(bool exclusive) {
+  const DataHandle handle =
+      exclusive ? home_.data.OpenDatabaseExclusive(Path()) : home_.data.OpenDatabase(Path());
+  if (exclusive) home_.data.SetSharedAccess();
+  lack_ = handle > 0 ? FindLack(home_.data, handle, layout_) : TableLack();
+  return lack_ ? home_.data.RefuseOpened(handle, lack_.code, lack_.text) : handle;
+}
+
 DataHandle TableBase::OpenExclusive(std::string_view bank_code) {
   if (!UseBank(bank_code)) return engine::kErrorParameter;
-  DataHandle handle = home_.data.OpenDatabaseExclusive(Path());
-  home_.data.SetSharedAccess();
+  const DataHandle handle = OpenTelling(true);
   if (handle <= 0) ReportOpenFailed(handle);
   return Settle(handle);
 }
 
 DataHandle TableBase::OpenQuietly(std::string_view bank_code, bool exclusive) {
+  const DataHandle handle = OpenAsItIs(bank_code, exclusive);
+  if (handle > 0) lack_ = FindLack(home_.data, handle, layout_);
+  if (!lack_) return handle;
+  Close();
+  return lack_.code;
+}
+
+DataHandle TableBase::OpenAsItIs(std::string_view bank_code, bool exclusive) {
+  lack_ = {};
   return UseBank(bank_code) ? Settle(home_.data.OpenDatabaseSilent(Path(), exclusive))
                             : engine::kErrorParameter;
 }
 
 void TableBase::ReportOpenFailed(int code) {
-  home_.boxes.Critical(layout_.texts.open_title,
-                       "Open database " + name_ + " failed.\r" + std::to_string(code));
+  std::string text = "Open database " + name_ + " failed.\r" + std::to_string(code);
+  if (code == engine::kErrorFieldName) text += "\r\r" + lack_.text + ".  " + std::string(kFieldAdvice);
+  home_.boxes.Critical(layout_.texts.open_title, text);
 }
 
 DataHandle TableBase::Settle(DataHandle handle) {

@@ -12,6 +12,7 @@
 #include "core/message_boxes.h"
 #include "store/clsKVRData.h"
 #include "tables/layout.h"
+#include "tables/table_lack.h"
 
 namespace tallwick {
 
@@ -56,13 +57,22 @@ class TableBase {
   // What speaks against it, as TableHome::why_lost says.
   std::string WhyLost() const { return home_.why_lost ? home_.why_lost(name_) : std::string(); }
   // Opens the table shared and looks up its fields. A per-bank table that is missing is made first, after a
-  // question when it seems to be lost. When the
-  // user asks for a rebuild of a damaged one it is rebuilt. The handle, 0 or a negative code after a message.
+  // question when it seems to be lost. When the user asks for a rebuild of a damaged one, or of one that
+  // lacks a tag, it is rebuilt; one that lacks a field is refused. The handle, 0 or a negative code after a
+  // message.
   DataHandle Open(std::string_view bank_code = {});
   // The same for this workstation alone; a missing table is not made.
   DataHandle OpenExclusive(std::string_view bank_code = {});
   // The same without a word, without making or mending anything.
   DataHandle OpenQuietly(std::string_view bank_code, bool exclusive);
+  // The same whatever the table lacks, for work that looks at that, or mends it.
+  DataHandle OpenAsItIs(std::string_view bank_code, bool exclusive);
+  // What the last open found missing; nothing after OpenAsItIs.
+  const TableLack& Lack() const { return lack_; }
+  // Why the last open failed, which gave the code: what the table lacks, or the engine's text.
+  std::string WhyNotOpen(int code) const {
+    return lack_ ? lack_.text : std::string(engine::error4text(code));
+  }
   void Close();
   bool IsOpen() const { return handle_ > 0; }
   DataHandle Handle() const { return handle_; }
@@ -122,6 +132,8 @@ class TableBase {
   int MakeMissing();
   bool HasTexts() const;  // a memo file with texts is there
   void ReportNotCreated(int code);
+  DataHandle OpenTelling(bool exclusive);
+  DataHandle OpenWhole(bool exclusive);
   DataHandle Settle(DataHandle handle);
   void ReportOpenFailed(int code);
 
@@ -140,6 +152,7 @@ class TableBase {
   DataHandle handle_ = 0;
   std::int32_t walk_start_ = 0;  // the record that Seek found; 0 = none
   bool told_unreadable_ = false;
+  TableLack lack_;
   std::vector<FieldHandle> fields_;  // in the layout's order; 0 where the table lacks one
 };
 

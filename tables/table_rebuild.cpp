@@ -69,12 +69,12 @@ std::int32_t TableBase::CountLive(DataHandle data) {
   return live;
 }
 
-// The packed table fits its length, holds as many records as were live, and its tags have them or, for tags
-// of deleted records, nothing.
+// The packed table fits its length, holds as many records as were live, and has every tag of the layout, with
+// those records or, for tags of deleted records, nothing.
 bool TableBase::IsProven(DataHandle data, std::int32_t live_records) {
   bool proven = home_.data.CheckRecordCount(data) && home_.data.RecordCount(data) == live_records;
+  if (FindMissingTag(home_.data, data, layout_.tags)) return false;
   for (const TagLayout& tag : layout_.tags) {
-    if (!home_.data.TagExist(data, tag.name)) continue;
     bool filled = live_records > 0 && tag.filter == kLiveRecords;
     home_.data.SelectTag(data, tag.name);
     proven = proven && home_.data.TopDatabase(data) == (filled ? engine::kSuccess : engine::kEof);
@@ -103,11 +103,18 @@ void TableBase::RestoreOld() {
   home_.files.Rename(PathWith(".SAV"), Path());
 }
 
-// Opens the table for this workstation alone, its header and index mended where they are damaged.
+// Opens the table for this workstation alone, its header and index mended where they are damaged, its tags
+// made where it lacks one.
 DataHandle TableBase::OpenMended() {
   DataHandle data = home_.data.OpenDatabaseSilent(Path(), true);
   if (data == engine::kErrorDataHeader && home_.data.FixDatabaseHeader(Path()) == engine::kSuccess) {
     data = home_.data.OpenDatabaseSilent(Path(), true);
+  }
+  if (data > 0) {
+    const TableLack lack = FindMissingTag(home_.data, data, layout_.tags);
+    if (!lack) return data;
+    home_.data.CloseDatabase(data);
+    data = lack.code;
   }
   if (!IsIndexDamage(data) || layout_.tags.empty()) return data;
   int code = home_.data.RebuildIndex(Path(), layout_.tags);

@@ -9,14 +9,6 @@ namespace tallwick::cli {
 
 namespace {
 
-// A script wants the results, not the way to them.
-class NoProgress : public WorkProgress {
- public:
-  void Show(std::string_view, std::int64_t, std::int64_t) override {}
-  void Tell(std::string_view, std::string_view) override {}
-  bool StopWanted() override { return false; }
-};
-
 int Ended(Office& office, bool completed, std::string_view message) {
   office.Out().Set("completed", completed);
   if (!message.empty()) {

@@ -11,6 +11,7 @@
 #include "tables/deposit_table.h"
 #include "tables/deposit_xref_table.h"
 #include "tables/notes_table.h"
+#include "tables/table_lack.h"
 #include "tables/users_table.h"
 #include "tables/voucher_table.h"
 #include "tables/wire_table.h"
@@ -75,6 +76,10 @@ OpenTable::OpenTable(Office& office, std::string_view file, Access access)
 
 void OpenTable::Open(const std::string& path, Access access) {
   data_ = access == Access::kShared ? store_->OpenDatabase(path) : store_->OpenDatabaseExclusive(path);
+  if (data_ <= 0 || access == Access::kShared) return;
+  // What is packed or indexed anew must come out with every tag that the program needs.
+  if (const TableLack lack = FindMissingTag(*store_, data_, TagsOf(name_)))
+    data_ = store_->RefuseOpened(data_, lack.code, lack.text);
 }
 
 bool OpenTable::Rebuild(const std::string& path) {

@@ -36,6 +36,26 @@ TEST(ScreenCatalogueTest, EveryScreenHasItsPageInTheHelpBook) {
   }
 }
 
+// An older program's table keeps the program from starting, but not from being brought up to date.
+TEST(ApplicationTest, ATableOfAnOlderProgramIsUpdatedBeforeTheStart) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  office.session.reset();
+  std::string table = office.ReadFile("ESCROW_BANKS.DBF");
+  table[table.find("SECLINEANG")] = 'X';
+  office.WriteFile("ESCROW_BANKS.DBF", table);
+  const Ports ports{office.boxes, *office.files, office.clock, office.workstation};
+  for (const bool wanted : {false, true}) {
+    office.boxes.answers = {wanted ? BoxAnswer::kYes : BoxAnswer::kNo, BoxAnswer::kNo, BoxAnswer::kOk};
+    const StartUpOutcome outcome =
+        StartUpOrUpdate(ports, [&] { return std::make_unique<FakeSuite>(office.suite); });
+    EXPECT_EQ(outcome.session != nullptr, wanted);
+    EXPECT_THAT(office.TakeTexts().front(),
+                HasSubstr("It lacks the field SECLINEANG.  Update Database Versions"));
+    EXPECT_EQ(wanted, office.ReadFile("ESCROW_BANKS.DBF") != table);
+  }
+}
+
 TEST(ScreenCatalogueTest, OpensWhatTheBankAndTheRightsAllow) {
   Office office;
   ASSERT_TRUE(office.Open());

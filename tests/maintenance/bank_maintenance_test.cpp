@@ -70,6 +70,26 @@ TEST_F(BankMaintenanceTest, ChangesStandInTheTrailAndSoDoesItsSwitch) {
             std::string("\r\n") + kHeader + "[EDIT] chkGenAuditTrail was: Unchecked now: Checked\r\n");
 }
 
+// What a restore has left of a bank must not become another one's money without a word.
+TEST_F(BankMaintenanceTest, ABankFindsTransactionsOnlyWhenThatIsWanted) {
+  {
+    BankTables left(office_.session->Home());
+    ASSERT_TRUE(left.Open("NEW"));
+    ASSERT_EQ(AddBankAccount(*office_.session, "EMPTY", {}), "");
+    CheckRecord check;
+    check.number = "100";
+    ASSERT_EQ(left.checks.Add(check), 0);
+  }
+  office_.boxes.shown.clear();
+  for (const BoxAnswer answer : {BoxAnswer::kNo, BoxAnswer::kYes}) {
+    office_.boxes.answers = {answer};
+    EXPECT_EQ(AddBankAccount(*office_.session, "new", {}).empty(), answer == BoxAnswer::kYes);
+    EXPECT_NE(office_.boxes.LastText().find("ESCROW_CHECKS_NEW (1 record)"), std::string::npos);
+    EXPECT_EQ(office_.boxes.shown.back().preset, BoxAnswer::kNo);
+    EXPECT_EQ(office_.session->Company().banks.SeekCode("NEW"), answer == BoxAnswer::kYes);
+  }
+}
+
 TEST_F(BankMaintenanceTest, AsksForTheRightAndTheBank) {
   ASSERT_TRUE(office_.AddBank("SAV", "Savings"));
   AddUser("keeper", "User", {"SAV"});

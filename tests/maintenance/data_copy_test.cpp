@@ -217,6 +217,7 @@ TEST_F(DataCopyTest, EscStopsInTheMiddleOfAFile) {
     EXPECT_EQ(Copy().message, "Copy Databases Aborted...");
     EXPECT_EQ(progress_.asked, at);
     EXPECT_EQ(office_.boxes.shown.size(), 2U) << "no file is said to have failed";
+    EXPECT_THAT(office_.boxes.LastText(), HasSubstr("marked as incomplete; the copy before them is gone"));
     EXPECT_FALSE(Copied("Big.dat"));
   }
   progress_.stop_after = 0;
@@ -249,6 +250,39 @@ TEST_F(DataCopyTest, ACopyThatHasChangedIsRestoredOnlyWhenInsisted) {
   EXPECT_EQ(office_.Picture(), now);
   EXPECT_TRUE(Restore({kOk, kYes, kNo, kNo}).completed);
   EXPECT_EQ(office_.Picture().find("24-0900"), std::string::npos);
+  EXPECT_THAT(office_.boxes.LastText(), HasSubstr("not as it was made.  Have \"escrowctl verify\""));
+}
+
+// Opening the table corrects its count, after which nothing shows that records are missing.
+TEST_F(DataCopyTest, ACutTableInACopyIsNamed) {
+  ASSERT_TRUE(Copy().completed);
+  const std::string xrefs = office_.ReadFile("DBFCOPYS\\ESCROW_XRFS.DBF");
+  office_.WriteFile("DBFCOPYS\\ESCROW_XRFS.DBF", xrefs.substr(0, xrefs.size() - 40));
+  EXPECT_TRUE(Restore({kOk, kYes, kNo, kNo, kOk}).completed);
+  EXPECT_THAT(office_.boxes.LastText(), HasSubstr("number of records was not right in Escrow_Xrfs.dbf"));
+}
+
+TEST_F(DataCopyTest, TablesOfABankThatTheCopyDoesNotHaveAreNamed) {
+  ASSERT_TRUE(Copy().completed);
+  ASSERT_TRUE(office_.AddBank("NEW", "A New Bank"));
+  {
+    CheckTable checks(office_.session->Home());
+    CheckRecord check;
+    check.number = "100";
+    ASSERT_GT(checks.Open("NEW"), 0);
+    ASSERT_EQ(checks.Add(check), 0);
+  }
+  EXPECT_TRUE(Restore().completed);
+  EXPECT_THAT(office_.boxes.LastText(),
+              HasSubstr("of banks that the copy does not have: ESCROW_CHECKS_NEW (1 record)."));
+}
+
+// Its line in the list of files would not be one line.
+TEST_F(DataCopyTest, AFileThatNoListCanNameIsNotCopied) {
+  office_.WriteFile("two\nlines.dat", "?");
+  EXPECT_FALSE(Copy({kOk, kOk}).completed);
+  EXPECT_THAT(office_.boxes.Texts(), Contains("two\nlines.dat was not copied."));
+  EXPECT_TRUE(ParseManifest(office_.ReadFile("DBFCOPYS\\Copy_Files.txt")));
 }
 
 TEST_F(DataCopyTest, NoIndexOrMemoOfAnotherGenerationStays) {

@@ -204,7 +204,7 @@ TEST_F(MaintenanceTest, GoesThroughTheBanksAsTheyAreSelected) {
   std::vector<std::string> selected;
   for (const BankRecord& bank : UserBanks(*office_.session)) selected.push_back(bank.code);
   EXPECT_THAT(selected, ElementsAre("BBB", "ZZZ", "FNB", "MID", "AAA"));
-  EXPECT_EQ(EveryBankCode(*office_.session), selected);
+  EXPECT_EQ(EveryBankCode(office_.session->Home()), selected);
 }
 
 std::string VersionOf(MaintainedOffice& office, const std::string& table) {
@@ -221,6 +221,7 @@ TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
   EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ OUT-of-DATE");
   EXPECT_TRUE(Run(kUpdate).completed);
   EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ - current");
+  EXPECT_THAT(office_.boxes.Texts(), Contains(HasSubstr("\rESCROW_WIRES_FNB: WIREPAYEE, WIREACCTMO, ")));
   {
     BankTables bank(office_.session->Home());
     ASSERT_TRUE(bank.Open("FNB") && bank.wires.SeekNumber("FED2"));
@@ -235,6 +236,28 @@ TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
 
   office_.WriteFile("ESCROW_CHECKS_FNB.DBF", "no table");
   EXPECT_EQ(VersionOf(office_, "ESCROW_CHECKS_FNB"), "Escrow_Checks version status not available.");
+}
+
+// A made-up 0 would stand in every balance as if it were true.
+TEST_F(MaintenanceTest, AnAmountIsNeverMadeUp) {
+  std::string table = office_.ReadFile("ESCROW_CHECKS_FNB.DBF");
+  table[table.find("CHXAMOUNT")] = 'X';
+  office_.WriteFile("ESCROW_CHECKS_FNB.DBF", table);
+  EXPECT_FALSE(Run(kUpdate).completed);
+  EXPECT_THAT(Shown().back().text,
+              HasSubstr("ESCROW_CHECKS_FNB: it lacks the amount CHXAMOUNT, which is never "
+                        "made up: restore the table from a copy"));
+  EXPECT_EQ(office_.ReadFile("ESCROW_CHECKS_FNB.DBF"), table);
+}
+
+TEST_F(MaintenanceTest, TheAgentsTableIsBroughtToThePresentLayoutToo) {
+  office_.session->Company().agent.Close();
+  std::string table = office_.ReadFile("ESCROW_AGENT.DBF");
+  table[table.find("AGENTDTLFI")] = 'X';
+  office_.WriteFile("ESCROW_AGENT.DBF", table);
+  EXPECT_EQ(VersionOf(office_, "ESCROW_AGENT"), "Escrow_Agent OUT-of-DATE");
+  EXPECT_TRUE(Run(kUpdate).completed);
+  EXPECT_EQ(VersionOf(office_, "ESCROW_AGENT"), "Escrow_Agent - current");
 }
 
 TEST_F(MaintenanceTest, AValueThatTheNewLayoutCannotHoldKeepsTheOldTable) {

@@ -8,6 +8,7 @@
 #include "core/text.h"
 #include "maintenance/mend_company.h"
 #include "maintenance/verify_company.h"
+#include "shell/clsSecurity.h"
 #include "tests/support/office.h"
 #include "tests/support/spoil_field.h"
 
@@ -142,6 +143,12 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
        "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over.  It "
        "counts 9 records and holds 3: the last 6 are lost.  Restore the table from a copy if there is a good "
        "one; mending keeps what is left"},
+      {[&] {
+         store_->RebuildIndex(office_.folder.Held("ESCROW_CHECKS_FNB.DBF"), kCheckLayout.tags.first(5));
+       },
+       "ESCROW_CHECKS_FNB: builds the index anew from the records"},
+      {[&] { Patch("ESCROW_BANKS.DBF", 28, std::string(1, '\0')); },
+       "ESCROW_BANKS: builds the index anew from the records"},
       {[&] { SystemFileSystem().Remove(office_.folder.Held("ESCROW_XRFS.CDX")); },
        "ESCROW_XRFS: builds the index anew from the records"},
       {[&] { Patch("ESCROW_BANKS.CDX", 1024, std::string(512, '\x07')); },
@@ -177,6 +184,33 @@ TEST_F(Mend, SaysWhatACutTableHasLost) {
   for (const std::string& text : Texts(VerifyCompany(home))) said += text + "\n";
   EXPECT_NE(said.find("It counts 3 records and holds 2: the last 1 are lost.  Restore"), std::string::npos)
       << said;
+}
+
+// What no table can tell: what a field that is gone held, which tags the suite had, whose transactions a
+// vanished bank's are.
+TEST_F(Mend, NamesWhatAPersonMustSeeTo) {
+  clsSecurity user;
+  user.osLogin = "ann";
+  ASSERT_EQ(user.SaveUserSecurity(office_.session->Home(), office_.clock.Now()), 0);
+  const TableHome& home = Leave();
+  office_.WriteFile("ESCROW_CHECKS_OLD.DBF", office_.ReadFile("ESCROW_CHECKS_FNB.DBF"));
+  office_.WriteFile("ESCROW_WIRES_OLD.DBF", office_.ReadFile("ESCROW_WIRES_FNB.DBF"));  // without records
+  Patch("ESCROW_VOUCHERS_FNB.DBF", office_.ReadFile("ESCROW_VOUCHERS_FNB.DBF").find("VCHRAMOUNT"), "X");
+  Patch("USERS.DBF", 28, std::string(1, '\0'));
+  const Lines wanted{
+      "USERS: does not open: It does not know of an index (-310).  \"escrowctl --answer Yes table reindex "
+      "USERS\" builds the tags that Escrow Accounting needs",
+      "ESCROW_VOUCHERS_FNB: does not open: It lacks the field VCHRAMOUNT (-211).  Update Database Versions "
+      "adds "
+      "it, empty, where the table is of an older program.  Where it has been lost, restore the table from a "
+      "copy.",
+      "ESCROW_CHECKS_OLD: holds 3 records of a bank \"OLD\" that the bank table does not have.  Restore the "
+      "copy in which the bank is, or have its tables carried out of the folder before a bank gets this code"};
+  EXPECT_EQ(Texts(VerifyCompany(home)), wanted);
+  const MendReport done = MendCompany(home);
+  EXPECT_TRUE(done.steps.empty());
+  EXPECT_EQ(Texts(done.remains), wanted);
+  EXPECT_TRUE(office_.boxes.shown.empty());
 }
 
 TEST_F(Mend, IsRefusedWhileAnotherWorkstationIsIn) {

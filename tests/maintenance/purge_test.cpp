@@ -114,13 +114,33 @@ TEST_F(PurgeTest, TakesTheFileWithItsReferencesOrNothing) {
   EXPECT_THAT(Closed(), ElementsAre("A-CLOSED", "B-CLOSED"));
   EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), 0);
   access.Return();
-  EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, kThrough);
+  EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, kBefore);
   EXPECT_THAT(office_.ReadFile("Logs\\Purged_Files.log"), HasSubstr("  A-CLOSED (2 items)\r\n"));
   EXPECT_EQ(office_.session->Company().xrefs.LookUpFile("A-CLOSED").checks, 0);
   const XrefCheckResult check = CheckXReferences(*office_.session, {}, progress_);
   EXPECT_TRUE(check.completed);
   EXPECT_THAT(check.findings, IsEmpty());
   EXPECT_EQ(check.examined, 2);  // the check that stays and its reference
+}
+
+// A reconciliation may be taken back as long as nothing that it settled is gone.
+TEST_F(PurgeTest, NotesTheLastPeriodThatWasReallyPurged) {
+  const struct {
+    Period of_check;
+    Period through;
+    Period noted;
+  } purges[] = {{{11, 0, 2023}, {10, 0, 2030}, {11, 0, 2023}},
+                {{9, 0, 2023}, {9, 0, 2023}, {11, 0, 2023}},  // an earlier one lowers nothing
+                {{1, 0, 2024}, {1, 31, 2024}, {1, 0, 2024}}};
+  for (const auto& purge : purges) {
+    AddCheck("VOIDED", "V", purge.of_check);
+    ASSERT_THAT(Closed(purge.through), ElementsAre("VOIDED"));
+    ExclusiveAccess access(*office_.session);
+    ASSERT_TRUE(access.Take("Purge Files"));
+    ASSERT_EQ(PurgeFiles(*office_.session, search_.files, purge.through, progress_), 0);
+    access.Return();
+    EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, purge.noted);
+  }
 }
 
 }  // namespace

@@ -149,12 +149,16 @@ TEST_F(UserMaintenanceTest, UsersOutOfReachAreTold) {
   for (const char* table : {"USERS", "USERSESC"}) {
     const std::string file = std::string(table) + ".DBF";
     const std::string whole = office_.ReadFile(file);
-    office_.WriteFile(file, "no table");
-    EXPECT_THAT(clsSecurity::UsersProblem(Home()), HasSubstr(std::string(table) + " could not be opened"));
-    office_.boxes.shown.clear();
-    EXPECT_FALSE(FrmEditUsers(*office_.session).OpenTables());
-    EXPECT_THAT(office_.boxes.LastText(), HasSubstr(table));
-    EXPECT_NE(Save("bob"), 0);
+    std::string without_index = whole;
+    without_index[28] = 0;
+    for (const std::string& spoiled : {std::string("no table"), without_index}) {
+      office_.WriteFile(file, spoiled);
+      EXPECT_THAT(clsSecurity::UsersProblem(Home()), HasSubstr(std::string(table) + " could not be opened"));
+      office_.boxes.shown.clear();
+      EXPECT_FALSE(FrmEditUsers(*office_.session).OpenTables());
+      EXPECT_THAT(office_.boxes.LastText(), HasSubstr(table));
+      EXPECT_NE(Save("bob"), 0);
+    }
     office_.WriteFile(file, whole);
   }
   SystemFileSystem().Remove(office_.folder.Held("USERS.DBF"));

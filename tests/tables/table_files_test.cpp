@@ -1,6 +1,8 @@
 // Making, opening and rebuilding table files, with the messages to the letter, and the bank codes that name
 // them.
 
+#include <functional>
+
 #include "tables/bank_code.h"
 #include "tables/bank_table.h"
 #include "tables/bank_tables.h"
@@ -25,6 +27,11 @@ class TableFilesTest : public testing::CompanyTest {
     int live = 0;
     for (bool on = checks.Top("CHXNUMBER"); on; on = checks.Skip()) ++live;
     return live;
+  }
+  void Patch(std::string_view name, std::size_t at, char byte) {
+    std::string bytes = *SystemFileSystem().Read(folder_.Held(name));
+    bytes[at] = byte;
+    SystemFileSystem().Write(folder_.Held(name), bytes);
   }
   void Spoil(std::string_view name, std::size_t keep) {
     std::string bytes = *SystemFileSystem().Read(folder_.Held(name));
@@ -172,7 +179,7 @@ TEST_F(TableFilesTest, VersionCheckSeesOtherFieldsAndTags) {
   XrefTable xrefs(home_);
   auto state = [&] {
     data_.CloseDatabase(data_.CreateDatabase(xrefs.Path(), fields, tags));
-    xrefs.Open();
+    xrefs.OpenAsItIs({}, false);
     LayoutState found = xrefs.CheckVersion();
     xrefs.Close();
     data_.RemoveDatabase(data_.OpenDatabaseSilent(xrefs.Path(), true));
@@ -249,6 +256,70 @@ TEST_F(TableFilesTest, DamagedIndexIsRebuiltWhenTheUserAgrees) {
     EXPECT_EQ(LiveInOrder(checks), 40);
     EXPECT_TRUE(checks.SeekNumber("17"));
   }
+}
+
+// A walk along a tag that is not there would show an empty table, and its keys would guard nothing.
+TEST_F(TableFilesTest, ATableWithoutATagIsRefusedAndRebuilt) {
+  CheckTable checks(home_);
+  AddChecks(checks, 20);
+  checks.Close();
+  const struct {
+    std::function<void()> harm;
+    int code;
+    const char* said;
+  } harms[] = {
+      {[&] { data_.RebuildIndex(checks.Path(), kCheckLayout.tags.subspan(1)); }, engine::kErrorTagName,
+       "Its index lacks the tag CHXFILENO"},
+      {[&] { Patch("ESCROW_CHECKS_FNB.DBF", 28, 0); }, engine::kErrorIndexMissing,
+       "It does not know of an index"},
+  };
+  for (const auto& harm : harms) {
+    for (const bool asked : {true, false}) {
+      harm.harm();
+      EXPECT_EQ(checks.OpenQuietly("FNB", false), harm.code);
+      EXPECT_EQ(checks.Lack().text, harm.said);
+      boxes_.shown.clear();
+      boxes_.answers = {BoxAnswer::kNo, BoxAnswer::kNo};
+      EXPECT_EQ(checks.OpenExclusive("FNB"), harm.code);
+      EXPECT_EQ(checks.Open("FNB"), harm.code);
+      EXPECT_NE(boxes_.shown.front().text.find(harm.said), std::string::npos);
+      if (asked) {
+        boxes_.answers = {BoxAnswer::kYes};
+      } else {
+        EXPECT_EQ(checks.Rebuild("FNB"), 0);
+      }
+      ASSERT_GT(checks.Open("FNB"), 0);
+      EXPECT_EQ(LiveInOrder(checks), 20);
+      EXPECT_TRUE(checks.SeekNumber("17"));
+      checks.Close();
+    }
+  }
+  // Posted twice meanwhile: a rebuild says so, and changes nothing.
+  Patch("ESCROW_CHECKS_FNB.DBF", 28, 0);
+  ASSERT_GT(checks.OpenAsItIs("FNB", false), 0);
+  CheckRecord check;
+  check.number = "17";
+  ASSERT_EQ(checks.Add(check), 0);
+  checks.Close();
+  const std::string before = *SystemFileSystem().Read(checks.Path());
+  EXPECT_EQ(checks.Rebuild("FNB"), engine::kErrorUniqueKey);
+  EXPECT_EQ(*SystemFileSystem().Read(checks.Path()), before);
+}
+
+TEST_F(TableFilesTest, ATableWithoutAFieldIsRefused) {
+  WireTable wires(home_);
+  ASSERT_EQ(wires.Create("FNB"), 0);
+  const std::string head = *SystemFileSystem().Read(wires.Path());
+  Patch("ESCROW_WIRES_FNB.DBF", head.find("WIREAMOUNT"), 'X');
+  EXPECT_EQ(wires.Open("FNB"), engine::kErrorFieldName);
+  EXPECT_EQ(boxes_.shown.size(), 1U);
+  EXPECT_EQ(boxes_.LastText().rfind("Open database ESCROW_WIRES_FNB failed.\r-211\r\rIt lacks the field "
+                                    "WIREAMOUNT.  Update Database Versions",
+                                    0),
+            0U);
+  EXPECT_EQ(wires.OpenQuietly("FNB", true), engine::kErrorFieldName);
+  EXPECT_FALSE(wires.IsOpen());
+  EXPECT_GT(wires.OpenAsItIs("FNB", true), 0);
 }
 
 TEST_F(TableFilesTest, NotesKeepTheirTextsThroughARebuild) {
