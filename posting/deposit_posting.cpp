@@ -327,6 +327,8 @@ void FrmEditDepositsPost::RestoreKey() {
   SetText("txtDepositDated", kept_date_);
   SetText("txtDateSequence", kept_sequence_);
   sequence_typed_ = false;
+  if (looked_up_.empty()) key_lost_ = true;  // typed once more, it is looked up once more
+  looked_up_ = TypedKey();
 }
 
 void FrmEditDepositsPost::ShowState() {
