@@ -121,7 +121,7 @@ void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,
   for (const StrayTable& stray : FindStrayTables(home, codes)) {
     problems->push_back({stray.name,
                          0,
-                         "holds " + std::to_string(stray.records) + " records of a bank " +
+                         "holds records (" + std::to_string(stray.records) + ") of a bank " +
                              Quoted(stray.bank_code) +
                              " that the bank table does not have.  Restore the copy in which the bank is, or "
                              "have its tables carried out of the folder before a bank gets this code",

@@ -204,7 +204,8 @@ TEST_F(Mend, NamesWhatAPersonMustSeeTo) {
       "adds "
       "it, empty, where the table is of an older program.  Where it has been lost, restore the table from a "
       "copy.",
-      "ESCROW_CHECKS_OLD: holds 3 records of a bank \"OLD\" that the bank table does not have.  Restore the "
+      "ESCROW_CHECKS_OLD: holds records (3) of a bank \"OLD\" that the bank table does not have.  Restore "
+      "the "
       "copy in which the bank is, or have its tables carried out of the folder before a bank gets this code"};
   EXPECT_EQ(Texts(VerifyCompany(home)), wanted);
   const MendReport done = MendCompany(home);
