@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <map>
+#include <utility>
 
 #include "store/engine/byte_order.h"
 #include "store/engine/index_file.h"
@@ -159,6 +160,7 @@ int Journal::ApplyFrom(Mark mark) {
   Entry entry;
   std::vector<Mark> notes;             // that no entry has followed yet
   std::vector<JournalLength> lengths;  // of the last of them
+  bool flushed = false;
   end_ = mark;
   for (Mark at = mark; ReadEntry(&mark, &entry); at = mark) {
     if (entry.is_note) {
@@ -167,7 +169,9 @@ int Journal::ApplyFrom(Mark mark) {
       notes.push_back(at);
       continue;
     }
-    int rc = ApplyEntry(entry.payload, notes.empty() ? at.number : notes.front().number);
+    // Its writer may have died before it was durable: nobody may see what a power cut would take away.
+    int rc = std::exchange(flushed, true) ? static_cast<int>(kSuccess) : file_->Flush();
+    if (rc == kSuccess) rc = ApplyEntry(entry.payload, notes.empty() ? at.number : notes.front().number);
     if (rc == kSuccess) rc = WriteMarks(nullptr, mark);
     if (rc != kSuccess) return rc;
     notes.clear();
