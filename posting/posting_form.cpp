@@ -272,9 +272,9 @@ void PostingForm::ShowChanged(std::string_view item, std::string_view not_done,
 
 std::string PostingForm::Differences(const Picture& mine, const Picture& theirs, std::string_view other) {
   std::string lines;
-  const auto add = [&](const std::string& name, const std::string& one, const std::string& two) {
-    lines +=
-        "\r\n" + name + ": " + (one.empty() ? "" : "yours " + one + ", ") + std::string(other) + " " + two;
+  const auto add = [&](const std::string& name, bool is_mine, const std::string& one,
+                       const std::string& two) {
+    lines += "\r\n" + name + (is_mine ? ": yours " : ": was ") + one + ", " + std::string(other) + " " + two;
   };
   std::size_t place = 0;
   for (const Control& control : Controls()) {
@@ -282,11 +282,11 @@ std::string PostingForm::Differences(const Picture& mine, const Picture& theirs,
     const auto& one = mine.values[place];
     const auto& two = theirs.values[place];
     const bool is_mine = one != mine.as_loaded[place];
-    if (one != two) add(NameOf(control), is_mine ? ValueWord(one, control) : "", ValueWord(two, control));
+    if (one != two) add(NameOf(control), is_mine, ValueWord(one, control), ValueWord(two, control));
     ++place;
   }
   if (mine.status != theirs.status)
-    add("Status", std::string(TrimRight(mine.status)), std::string(TrimRight(theirs.status)));
+    add("Status", false, std::string(TrimRight(mine.status)), std::string(TrimRight(theirs.status)));
   return lines.empty() ? "\r\nWhat you see is the same on both." : lines;
 }
 

@@ -58,7 +58,7 @@ class CheckReconciledTest : public PostingScreenTest<FrmEditChecksPost> {
     form_->Click("cmdOk");
     EXPECT_THAT(office_.TakeTexts(),
                 ElementsAre(::testing::AllOf(
-                    HasSubstr("Status: yours Outstanding, theirs Cleared"),
+                    HasSubstr("Status: was Outstanding, theirs Cleared"),
                     HasSubstr("Cleared and reconciled.\r\nChanges are restricted.  Yes shows theirs, No goes "
                               "back to your entry."))));
     EXPECT_EQ(Stored(), theirs);

@@ -150,7 +150,7 @@ TEST_F(WirePostingTest, AReconciledWireIsClosedAndAForeignOneNotOverwritten) {
   Set("txtWireNumber", "B");
   form_->Leave();
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?"));
-  EXPECT_EQ(Seen(*form_, "lblWireStatus"), "Cleared");
+  EXPECT_EQ(Seen(*form_, "lblWireStatus"), "Cleared ");
   Enter("C", "");
   Post();
 
@@ -193,9 +193,9 @@ TEST_F(WirePostingTest, WhatWasClearedElsewhereStaysCleared) {
   ASSERT_EQ(tables_->wires.Update(theirs), 0);
   office_.boxes.answers = {BoxAnswer::kYes};
   form_->Click("cmdOk");
-  EXPECT_THAT(
-      office_.TakeTexts(),
-      ElementsAre(HasSubstr("Amount: yours 7.00, theirs 1,250.00\r\nStatement Period: theirs 4-2024")));
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr(
+                  "Amount: yours 7.00, theirs 1,250.00\r\nStatement Period: was blank, theirs 4-2024")));
   theirs.amount = Currency::FromCents(7'00);
   EXPECT_EQ(Stored("A"), theirs);
 }
@@ -479,7 +479,7 @@ TEST_F(VoucherPostingTest, AnUnusedVoucherIsRemovedAndItsNumberNotIssuedAgain) {
   };
   office_.boxes.answers = {BoxAnswer::kYes};
   form_->Menu("mnuEditRemoveVoucher");
-  EXPECT_THAT(office_.TakeTexts().back(), HasSubstr("Check Number: yours blank, theirs 78"));
+  EXPECT_THAT(office_.TakeTexts().back(), HasSubstr("Check Number: was blank, theirs 78"));
   Set("txtVCHRCheckNumber", "");
   Post();
   Set("txtVCHRNumber", "1");
