@@ -202,8 +202,9 @@ int MeasureMemory(const std::string& name, const std::string& folder) {
 void PrintMemory(const std::string& program, const std::string& folder) {
   std::cout << "\n| work | most memory | goal | ok |\n| --- | ---: | ---: | --- |\n";
   for (const MemoryGoal& goal : kMemoryGoals) {
-    const std::string bytes =
-        OutputOf(program + " --memory-of " + std::string(goal.measure.name) + " --dir '" + folder + "'");
+    std::string command = program;
+    command.append(" --memory-of ").append(goal.measure.name).append(" --dir '").append(folder).append("'");
+    const std::string bytes = OutputOf(command);
     if (bytes.empty()) Fail("the memory cannot be measured");
     std::cout << MemoryRow(std::string(goal.measure.title), std::stod(bytes) / (1 << 20), goal.mebibytes);
   }

@@ -11,23 +11,23 @@ constexpr double kCaptionPoints = 5.5;
 enum class Rules { kNone, kBelow, kAbove, kBox };
 
 struct Look {
-  CheckField field;
   std::string_view caption;
+  CheckField field;
   Rules rules;
 };
 constexpr Look kLooks[] = {
-    {CheckField::kDate, "DATE", Rules::kBelow},
-    {CheckField::kPayee, "", Rules::kBelow},
-    {CheckField::kFigures, "", Rules::kBox},
-    {CheckField::kWords, "", Rules::kBelow},
-    {CheckField::kSignature, "", Rules::kAbove},
-    {CheckField::kStubBranch, "", Rules::kBelow},
-    {CheckField::kStubNumber, "", Rules::kBelow},
-    {CheckField::kStubDate, "DATE", Rules::kNone},
-    {CheckField::kStubPayee, "PAID TO", Rules::kNone},
-    {CheckField::kStubFileNumber, "FILE NO.", Rules::kNone},
-    {CheckField::kStubFigures, "AMOUNT", Rules::kNone},
-    {CheckField::kStubRemittance, "REMITTANCE ADVICE", Rules::kNone},
+    {"DATE", CheckField::kDate, Rules::kBelow},
+    {"", CheckField::kPayee, Rules::kBelow},
+    {"", CheckField::kFigures, Rules::kBox},
+    {"", CheckField::kWords, Rules::kBelow},
+    {"", CheckField::kSignature, Rules::kAbove},
+    {"", CheckField::kStubBranch, Rules::kBelow},
+    {"", CheckField::kStubNumber, Rules::kBelow},
+    {"DATE", CheckField::kStubDate, Rules::kNone},
+    {"PAID TO", CheckField::kStubPayee, Rules::kNone},
+    {"FILE NO.", CheckField::kStubFileNumber, Rules::kNone},
+    {"AMOUNT", CheckField::kStubFigures, Rules::kNone},
+    {"REMITTANCE ADVICE", CheckField::kStubRemittance, Rules::kNone},
 };
 
 void AddCaption(std::string_view caption, FieldFrame& frame) {

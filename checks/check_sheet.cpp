@@ -36,7 +36,9 @@ std::vector<std::string> Broken(std::string_view text, double width, const Sheet
   std::vector<std::string> lines;
   std::string line;
   for (const std::string& word : Split(text, ' ')) {
-    const std::string longer = line.empty() ? word : line + " " + word;
+    std::string longer = line;
+    if (!line.empty()) longer += ' ';
+    longer += word;
     if (!line.empty() && Width(font, longer, measure) > width) {
       lines.push_back(line);
       line = word;
@@ -309,8 +311,9 @@ class Placer {
     const SheetFont font{"", kMicroPoints, false};
     const std::string unit =
         ToUpper(stationery_.branch) + " " + paper.check.number + " " + paper.figures + " ";
-    std::string text;
-    for (double length = 0; length <= place.length; length += measure_.Width(font, unit)) text += unit;
+    std::string text = unit;
+    const double width = measure_.Width(font, unit);
+    for (int times = 1; times * width <= place.length; ++times) text += unit;
     while (measure_.Width(font, text) > place.length) DropLetter(text);
     const double height = SheetLineHeight(kMicroPoints);
     SheetText line{text, {place.x, place.y - height, measure_.Width(font, text), height}, font};
@@ -388,11 +391,11 @@ std::string CheckProblem(std::span<const CheckOnPaper> checks, const CheckStatio
     return "The security line has less than 10 millimetres of room on the check.  Correct SECLINEX, "
            "SECLINEY and SECLINEANG in the bank's record, or switch it off with PRTSECLINE.";
   for (const CheckOnPaper& paper : checks) {
-    if (const std::string problem = StatusProblem(paper.check); !problem.empty()) return problem;
+    if (std::string problem = StatusProblem(paper.check); !problem.empty()) return problem;
     const std::string name = "Check " + paper.check.number + ": ";
     if (!paper.check.amount.IsValid() || paper.check.amount.IsNegative())
       return name + "its amount is below zero or out of range.  Correct the check.";
-    if (const std::string problem = RoomProblem(paper, stationery, layout, measure); !problem.empty())
+    if (std::string problem = RoomProblem(paper, stationery, layout, measure); !problem.empty())
       return name + problem;
     if (!layout.micr) continue;
     const MicrLine line =

@@ -183,28 +183,40 @@ const Rows* MicrGlyph(char code) {
   return found == std::end(kGlyphs) ? nullptr : &found->rows;
 }
 
-std::vector<SheetRect> MicrBars(char code, double right, double baseline) {
-  const Rows* rows = MicrGlyph(code);
-  if (rows == nullptr) return {};
+namespace {
+
+bool Covers(const Cells& one, const Cells& other) {
+  return one.row <= other.row && one.column <= other.column && one.row + one.rows >= other.row + other.rows &&
+         one.column + one.columns >= other.column + other.columns;
+}
+
+// The largest rectangles of ink around each cell, grown first to the side and first downwards.
+std::vector<Cells> InkRectangles(const Rows& rows) {
   std::vector<Cells> grown;
   for (int row = 0; row < kMicrRows; ++row) {
     for (int column = 0; column < kMicrColumns; ++column) {
       for (const bool wide_first : {true, false}) {
         Cells cells{row, column, 1, 1};
-        if (!IsInk(*rows, cells)) continue;
-        Grow(*rows, cells, wide_first ? &Cells::columns : &Cells::rows);
-        Grow(*rows, cells, wide_first ? &Cells::rows : &Cells::columns);
-        if (std::none_of(grown.begin(), grown.end(), [&](const Cells& known) {
-              return known.row <= cells.row && known.column <= cells.column &&
-                     known.row + known.rows >= cells.row + cells.rows &&
-                     known.column + known.columns >= cells.column + cells.columns;
-            })) {
-          grown.push_back(cells);
-        }
+        if (!IsInk(rows, cells)) continue;
+        Grow(rows, cells, wide_first ? &Cells::columns : &Cells::rows);
+        Grow(rows, cells, wide_first ? &Cells::rows : &Cells::columns);
+        const bool covered =
+            std::any_of(grown.begin(), grown.end(), [&](const Cells& known) { return Covers(known, cells); });
+        if (!covered) grown.push_back(cells);
       }
     }
   }
+  return grown;
+}
+
+}  // namespace
+
+std::vector<SheetRect> MicrBars(char code, double right, double baseline) {
+  const Rows* rows = MicrGlyph(code);
+  if (rows == nullptr) return {};
+  const std::vector<Cells> grown = InkRectangles(*rows);
   std::vector<SheetRect> bars;
+  bars.reserve(grown.size());
   for (const Cells& cells : grown) {
     bars.push_back({right - (kMicrColumns - cells.column) * kMicrCell,
                     baseline - (kMicrRows - cells.row) * kMicrCell, cells.columns * kMicrCell,

@@ -113,7 +113,7 @@ void WriteOperations(const fs::path& corpus) {
   for (unsigned seed = 1; seed <= 16; ++seed) {
     std::mt19937 random(seed);
     std::string bytes;
-    while (bytes.size() < 40 * seed) bytes += static_cast<char>(random());
+    while (bytes.size() < std::size_t{40} * seed) bytes += static_cast<char>(random());
     Write(corpus / "model" / ("random-" + std::to_string(seed)), bytes);
   }
 }

@@ -31,7 +31,7 @@ bool IsAmong(std::span<const std::string_view> names, std::string_view name) {
 
 // The number that the typed one stands for: a posted one, or as a new one is stored.
 std::string FrmEditChecksPost::TypedNumber() {
-  const std::string typed = Text(kNumber);
+  std::string typed = Text(kNumber);
   if (typed.empty() || typed == looked_up_number_) return typed;
   const bool posted = !renumbering_ && SeekCounted(tables_.checks, typed);
   return posted ? tables_.checks.Read().number : CountedNumber(typed);

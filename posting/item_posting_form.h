@@ -151,7 +151,7 @@ class ItemPostingForm : public PayeePostingForm {
 
   // The number that the typed one stands for: a posted one, or as a new one is stored.
   std::string TypedNumber() {
-    const std::string typed = Text(number_control_);
+    std::string typed = Text(number_control_);
     if (!item_.counted || typed == looked_up_number_) return typed;
     const std::optional<Record> posted = FindPosted(typed);
     return posted ? NumberOf(*posted) : CountedNumber(typed);

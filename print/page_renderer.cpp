@@ -61,10 +61,11 @@ class Letters {
   double Width(std::string_view text) const {
     double width = 0;
     for (const char c : text) {
-      if (static_cast<unsigned char>(c) >= widths_.size())
+      const auto letter = static_cast<unsigned char>(c);
+      if (letter >= widths_.size())
         return metrics_.horizontalAdvance(
             QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
-      width += widths_[static_cast<std::size_t>(c)];
+      width += widths_[letter];
     }
     return width;
   }

@@ -14,9 +14,8 @@ inline constexpr std::string_view kReconSteps[] = {
     "Step 2.  Clear all checks, wire transfers and deposits that appear on the statement.",
     "Step 3.  Fill in the ending balance, bank charges and credits from the statement.",
     "Step 4.  Click on the Compute button; the computer totals the transactions on file.",
-    "Step 5.  If a zero difference is found then the account is reconciled.  Use the Preview button to print "
-    "a "
-    "reconciliation report."};
+    {"Step 5.  If a zero difference is found then the account is reconciled.  "
+     "Use the Preview button to print a reconciliation report."}};
 
 inline constexpr std::string_view kReconBalanced = "Account Balanced to a Zero Difference...";
 inline constexpr std::string_view kReconNotBalanced = "Account Not Balanced...";

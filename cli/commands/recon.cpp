@@ -28,15 +28,14 @@ std::unique_ptr<FrmReconcileAccount> OpenReconcile(Office& office, int* status) 
     return nullptr;
   }
   std::unique_ptr<Form> form = office.Screens().Make(kScreen, {});
-  auto* screen = dynamic_cast<FrmReconcileAccount*>(form.get());
-  if (screen == nullptr) {
+  if (dynamic_cast<FrmReconcileAccount*>(form.get()) == nullptr) {
     office.Out().Fail("The reconcile screen could not be opened");
     *status = kRefused;
     return nullptr;
   }
-  form.release();
-  screen->Opened();
-  return std::unique_ptr<FrmReconcileAccount>(screen);
+  std::unique_ptr<FrmReconcileAccount> owned(static_cast<FrmReconcileAccount*>(form.release()));
+  owned->Opened();
+  return owned;
 }
 
 // False after a message.
