@@ -91,7 +91,7 @@ std::string LeftOutText(const CheckBatch& batch) {
   if (batch.left_out.empty()) return {};
   std::string numbers;
   for (const std::string& one : batch.left_out) numbers += (numbers.empty() ? "" : ", ") + one;
-  return "Left out, since no outstanding check has the number: " + numbers + ".";
+  return "Left out, since no check to be printed has the number: " + numbers + ".";
 }
 
 bool AgreesToPrint(const CheckBatch& batch, MessageBoxes& boxes, std::string_view title) {

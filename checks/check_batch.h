@@ -26,7 +26,7 @@ struct CheckBatch {
 CheckBatch CollectChecks(BankTables& tables, std::string_view bank_code, std::span<const std::string> numbers,
                          std::string_view advice = {});
 
-// "Left out, since no outstanding check has the number: 10455, 10457-10459."; "" when nothing was.
+// "Left out, since no check to be printed has the number: 10455, 10457-10459."; "" when nothing was.
 std::string LeftOutText(const CheckBatch& batch);
 
 // Tells what was left out, asks about checks of zero and warns of blank payees, as the check screen does.

@@ -7,6 +7,8 @@
 namespace tallwick::cli {
 namespace {
 
+constexpr int kMostTries = 100;  // of names for a trial, which a killed program may have left
+
 int NotWritten(Office& office, const std::string& path) {
   office.Out().Fail("The file " + path +
                     " could not be written.  Make sure that you may write there and that "
@@ -27,12 +29,17 @@ int Tell(Office& office, std::string_view kind, const std::string& path, bool wr
   return kDone;
 }
 
-// Files are written beside the old one and then take its place.
+// Files are written beside the old one and then take its place, but not that of one that may not be written.
 bool CanBeWritten(FileSystem& files, const std::string& path) {
   if (files.FolderExists(path)) return false;
+  if (files.FileExists(path) && !files.Append(path, "")) return false;
   const bool is_device = !files.FileExists(path) && !files.IsMissing(path);
-  const std::string beside = path + ".try";
-  return is_device || (files.IsMissing(beside) && files.Write(beside, "") && files.Remove(beside));
+  std::string beside = path + ".try";
+  for (int number = 2; !is_device && !files.IsMissing(beside); ++number) {
+    if (number > kMostTries) return false;
+    beside = path + ".try" + std::to_string(number);
+  }
+  return is_device || (files.Write(beside, "") && files.Remove(beside));
 }
 
 }  // namespace

@@ -13,6 +13,14 @@ bool Names(std::string_view line, std::string_view name) {
   return equals != std::string_view::npos && EqualsIgnoreCase(Trim(line.substr(0, equals)), name);
 }
 
+// Editors put UTF-8's mark in front of a text, where nobody sees it.
+std::optional<std::string> ReadSettings(const FileSystem& files, const std::string& path) {
+  constexpr std::string_view kMark = "\xEF\xBB\xBF";
+  std::optional<std::string> text = files.ReadIfThere(path);
+  if (text && text->starts_with(kMark)) text->erase(0, kMark.size());
+  return text;
+}
+
 // A login may be that of a domain, "OFFICE\jdoe".
 std::string FilePart(std::string_view owner) {
   std::string part(Trim(owner));
@@ -28,7 +36,7 @@ BankSettings::BankSettings(FileSystem& files, std::string_view data_path, std::s
                            std::string_view owner)
     : files_(files),
       path_(std::string(data_path) + std::string(kind) + FilePart(owner) + ".dat"),
-      text_(files_.ReadIfThere(path_)) {}
+      text_(ReadSettings(files_, path_)) {}
 
 std::string BankSettings::Problem() const {
   return text_ ? std::string() : CannotBeReadText(path_);
@@ -54,7 +62,7 @@ std::string BankSettings::UnknownLine(std::span<const std::string_view> names) c
 
 // Over what the file holds by now.
 bool BankSettings::Set(std::string_view name, std::string_view value) {
-  text_ = files_.ReadIfThere(path_);
+  text_ = ReadSettings(files_, path_);
   if (!text_) return false;
   const std::string setting = std::string(name) + "=" + std::string(value) + "\r\n";
   std::string text;

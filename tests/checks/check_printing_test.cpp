@@ -349,7 +349,7 @@ TEST_F(CheckPrintingTest, TheScreenPrintsSeveralInOneGo) {
   form->Enter("txtNumbers");
   form->Change("txtNumbers", "10, 12-14");
   form->Key("Enter");
-  const char* left_out = "Left out, since no outstanding check has the number: 14.";
+  const char* left_out = "Left out, since no check to be printed has the number: 14.";
   EXPECT_EQ(testing::Seen(*form, "lblCount"), std::string("3 checks.  ") + left_out);
   form->Click("cmdPrint");
   EXPECT_EQ(sheets_.sheets.pages.size(), 3U);

@@ -24,6 +24,10 @@ TEST_F(BankSettingsTest, SettingsOfABankKeepTheirOtherLines) {
   ASSERT_TRUE(settings.Set("Font", "E13B"));
   EXPECT_EQ(office_.ReadFile("MICR_Print_FNB.dat"),
             "; by hand\r\nOffset=3\r\nNextCheckNumber=500\r\nFont=E13B\r\n");
+  office_.WriteFile("MICR_Print_FNB.dat", "\xEF\xBB\xBFNextCheckNumber=7\n");  // as some editors save it
+  EXPECT_EQ(BankSettings(SystemFileSystem(), office_.session->DataPath(), kMicrSettings, "FNB")
+                .Get(kNextCheckNumber),
+            "7");
 }
 
 TEST_F(BankSettingsTest, SettingsThatCannotBeReadAreNotTakenForNone) {
