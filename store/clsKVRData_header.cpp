@@ -17,9 +17,6 @@ namespace tallwick {
 
 namespace {
 
-// The locks that an append takes on the header, of a table with and without an index.
-constexpr std::int64_t kIndexedHeaderLock = 0x7FFFFFFE;
-constexpr std::int64_t kPlainHeaderLock = 0x40000000;
 constexpr int kIndexFlag = 0x01;
 
 struct HeaderFacts {
@@ -27,7 +24,7 @@ struct HeaderFacts {
   int record_length = 0;
   std::uint32_t counted = 0;  // records by the header
   std::uint32_t records = 0;  // that the file's length holds
-  std::int64_t lock_at = kIndexedHeaderLock;
+  std::int64_t lock_at = engine::kIndexedAppendAt;
 };
 
 std::optional<HeaderFacts> ReadHeader(engine::File& file) {
@@ -43,7 +40,7 @@ std::optional<HeaderFacts> ReadHeader(engine::File& file) {
   if (records > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   facts.records = static_cast<std::uint32_t>(records);
   facts.counted = engine::Load32(&bytes[4]);
-  if ((bytes[28] & kIndexFlag) == 0) facts.lock_at = kPlainHeaderLock;
+  if ((bytes[28] & kIndexFlag) == 0) facts.lock_at = engine::kPlainAppendAt;
   return facts;
 }
 

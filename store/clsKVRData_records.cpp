@@ -97,8 +97,9 @@ std::string clsKVRData::AdviceFor(int code) const {
     case engine::kErrorWrite:
       return "The disk or the network refused to write.  Nothing was saved: have it seen to and try again.";
     case engine::kErrorJournal:
-      return "The journal of the company's folder can not be used.  Nothing was saved: \"escrowctl verify\" "
-             "says what is wrong with it.";
+      return "The journal of the company's folder can not be used, or was taken away while the program ran.  "
+             "Nothing was saved: leave the program and start it again.  When that is no help, \"escrowctl "
+             "verify\" says what is wrong.";
     default:
       return {};
   }

@@ -15,6 +15,11 @@ namespace tallwick::engine {
 // The byte of a data file that says who has the table open: shared by its users, exclusive for one alone.
 inline constexpr std::int64_t kTablePresenceAt = 0x7FFFFFFF;
 
+// The format's lock on the head and on appends, of a table with an index and of one without. Its locks on
+// records and on the whole file lie between the two.
+inline constexpr std::int64_t kIndexedAppendAt = 0x7FFFFFFE;
+inline constexpr std::int64_t kPlainAppendAt = 0x40000000;
+
 // The folder of a platform path, "." for a bare name.
 std::string TableFolder(const std::string& path);
 

@@ -100,7 +100,7 @@ class Journal {
   // them.
   bool HasUnapplied() const { return unapplied_; }
 
-  // Looks without changing anything.
+  // Looks without changing anything. Only for one that has not been attached.
   JournalFindings Examine();
   // Takes a journal that cannot be used out of the way under another name in the folder, after bringing to
   // the tables what waits in it whole, but for files that are gone. `files` of the folder are flushed before,
@@ -140,7 +140,7 @@ class Journal {
   // Posts last milliseconds; a writer or reader that waits longer than this gives up.
   static constexpr int kWriterTries = 2000;
   // Whoever comes in first after a power cut may have megabytes to write and flush.
-  static constexpr int kDoorTries = 30000;
+  static constexpr int kDoorTries = 5000;
   static constexpr int kOpenTries = 10;
   static constexpr int kWriterWaitMs = 2;
   // Most units are brought to the tables within microseconds, so whoever waits for one looks this often
@@ -184,9 +184,13 @@ class Journal {
   int ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit);
   // Writes all entries from a mark to the end to the tables once more; for readers they are one unit.
   int WriteAgain(Mark from);
-  // An index with its lock. A missing index is null and kSuccess, since it can be built anew; a missing table
-  // or memo file is kErrorJournal, since a unit that stands would be lost, but when SetAside gives it up.
+  // An index or table with its lock. A missing index is null and kSuccess, since it can be built anew; a
+  // missing table or memo file is kErrorJournal, since a unit that stands would be lost, but when SetAside
+  // gives it up.
   int OpenToApply(const std::string& name, std::unique_ptr<File>* file);
+  // Keeps programs that know nothing of the journal from appending to a table.
+  int LockAppends(File& table);
+  int WaitForLock(File& file, std::int64_t at);
   // The files that entries name, from a mark to the end or the first break.
   std::set<std::string> NamesFrom(Mark* mark);
   int FlushFiles(const std::set<std::string>& names);
@@ -218,8 +222,12 @@ class Journal {
   // True where nothing was ever written: whoever made the file died before its head was there.
   bool IsBlank();
   JournalFindings ExamineOpen();
-  // Counts the units that stand whole from a mark on, and looks for their files.
-  JournalFindings LookAtWaiting(Mark mark);
+  // Counts the units that stand whole behind the applied mark. Looks for the files of all that will be
+  // brought to the tables, from `redone` on.
+  JournalFindings LookAtWaiting(Mark redone, const Mark& applied);
+  // Whether the applied entries will be applied again: a flush has failed, or the power may be gone and
+  // nobody has come in since. Only for one who has not come in himself.
+  bool WillRedo();
   // True when whole entries lead from one mark to the other.
   bool IsWhole(Mark from, const Mark& to);
   bool HasEntryAt(const Mark& mark);

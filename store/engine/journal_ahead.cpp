@@ -13,24 +13,6 @@ namespace {
 // From so many bytes behind the files' ends on, writing them once is worth the note's flush.
 constexpr std::int64_t kAheadBytes = std::int64_t{1} << 20;
 
-// Where the appends of a table are locked: with an index, and without.
-constexpr std::int64_t kAppendLocks[] = {0x7FFFFFFE, 0x40000000};
-constexpr int kLockTries = 1000;
-constexpr int kLockWaitMs = 2;
-
-// A program that knows nothing of the journal may just be appending.
-int LockAppends(File& file, Clock& clock) {
-  for (const std::int64_t at : kAppendLocks) {
-    int rc = kLocked;
-    for (int tries = 0; rc == kLocked && tries < kLockTries; ++tries) {
-      if (tries > 0) clock.Sleep(kLockWaitMs);
-      rc = file.Lock(at, 1, LockKind::kExclusive);
-    }
-    if (rc != kSuccess) return rc;
-  }
-  return kSuccess;
-}
-
 // Places in a table's head: date of change, record count, and the lengths of head and record.
 constexpr std::size_t kDateAt = 1;
 constexpr std::size_t kCountAt = 4;
@@ -165,7 +147,7 @@ int Journal::CutBack(const std::vector<Mark>& notes, const std::vector<JournalLe
     int rc = kSuccess;
     const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
     if (!file && !setup_.files.Exists(PathOf(before.name))) continue;
-    if (file && !locked && IsTableName(before.name)) rc = LockAppends(*file, setup_.clock);
+    if (file && !locked && IsTableName(before.name)) rc = LockAppends(*file);
     if (file && rc == kSuccess) rc = CutFile(*file, before);
     if (rc != kSuccess) return rc;
   }

@@ -5,12 +5,11 @@ namespace tallwick::engine {
 
 JournalFindings Journal::Examine() {
   if (!setup_.files.Exists(PathOf(kFileName))) return {};
-  const bool borrowed = !file_;
   int rc = kSuccess;
-  if (borrowed) file_ = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kReadWrite, &read_only_, &rc);
+  file_ = OpenOrRead(setup_.files, PathOf(kFileName), OpenMode::kReadWrite, &read_only_, &rc);
   JournalFindings findings{JournalState::kUnreadable, 0, {}};
   if (file_) findings = ExamineOpen();
-  if (borrowed) file_.reset();
+  file_.reset();
   return findings;
 }
 
@@ -20,27 +19,35 @@ JournalFindings Journal::ExamineOpen() {
   if (!ReadMarks(&mark, &applied))
     return {IsBlank() ? JournalState::kSettled : JournalState::kForeign, 0, {}};
   // A writer at work is about to do what waits.
-  const int rc = writing_ ? static_cast<int>(kSuccess) : TakeWriterLock(false);
+  const int rc = TakeWriterLock(false);
   if (rc != kSuccess) return {rc == kLocked ? JournalState::kSettled : JournalState::kUnreadable, 0, {}};
   Entry entry;
   bool whole = ReadMarks(&mark, &applied);
+  const Mark first = mark;
   bool under_way = false;
   ReadProgress(&under_way);
   if (whole && under_way && !HasUnitAt(applied)) whole = CompleteMark(mark, &applied);
   while (whole && mark.number < applied.number) whole = ReadEntry(&mark, &entry);
   whole = whole && mark.number == applied.number && mark.position == applied.position;
-  const JournalFindings findings =
-      whole ? LookAtWaiting(applied) : JournalFindings{JournalState::kDamaged, 0, {}};
-  if (!writing_) file_->Unlock(kWriterAt, 1);
+  const JournalFindings findings = whole ? LookAtWaiting(WillRedo() ? first : applied, applied)
+                                         : JournalFindings{JournalState::kDamaged, 0, {}};
+  file_->Unlock(kWriterAt, 1);
   return findings;
 }
 
-JournalFindings Journal::LookAtWaiting(Mark mark) {
+bool Journal::WillRedo() {
+  if (FlushHasFailed()) return true;
+  if (!MayHaveLostPower() || file_->Lock(kPresenceAt, 1, LockKind::kExclusive) != kSuccess) return false;
+  file_->Unlock(kPresenceAt, 1);
+  return true;
+}
+
+JournalFindings Journal::LookAtWaiting(Mark mark, const Mark& applied) {
   JournalFindings findings{JournalState::kSettled, 0, {}};
   Entry entry;
-  while (ReadEntry(&mark, &entry)) {
+  for (Mark at = mark; ReadEntry(&mark, &entry); at = mark) {
     if (entry.is_note) continue;
-    ++findings.waiting;
+    findings.waiting += at.number >= applied.number ? 1 : 0;
     std::vector<JournalFileChange> changes;
     if (!ParseEntry(entry.payload, &changes)) return {JournalState::kDamaged, 0, {}};
     for (const auto& change : changes) {
@@ -59,15 +66,22 @@ int Journal::SetAside(std::string_view name, const std::vector<std::string>& fil
   file_ = setup_.files.Open(PathOf(kFileName), OpenMode::kReadWrite, &rc);
   if (!file_) return rc;
   rc = WaitForLock(kDoorAt, kWriterWaitMs);
+  const bool redo = rc == kSuccess && WillRedo();
   if (rc == kSuccess) rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
+  gives_up_ = true;
   Mark first;
   Mark applied;
-  // Entries before the mark must not be done again: those behind the damage, which are newer, would be
-  // missing.
-  gives_up_ = true;
-  if (rc == kSuccess && ReadMarks(&first, &applied)) rc = ApplyFrom(applied);
+  if (rc == kSuccess && ReadMarks(&first, &applied)) {
+    // Entries before the mark must not be done again where the chain is broken: those behind the damage,
+    // which are newer, would be missing.
+    rc = ApplyFrom(redo && IsWhole(first, applied) ? first : applied);
+  }
   if (rc == kSuccess) rc = FlushFiles({files.begin(), files.end()});
-  if (rc == kSuccess) rc = setup_.files.Rename(PathOf(kFileName), PathOf(name));
+  // What an earlier one holds is perhaps still to be compared with paper.
+  std::string kept(name);
+  for (int number = 2; setup_.files.Exists(PathOf(kept)); ++number)
+    kept = std::string(name) + std::to_string(number);
+  if (rc == kSuccess) rc = setup_.files.Rename(PathOf(kFileName), PathOf(kept));
   if (rc == kSuccess) rc = setup_.files.FlushFolder(folder_);
   file_.reset();
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "store/engine/byte_order.h"
+#include "store/engine/file_swap.h"
 #include "store/engine/index_file.h"
 #include "store/engine/journal.h"
 
@@ -215,12 +216,21 @@ int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
   *file = setup_.files.Open(PathOf(name), OpenMode::kReadWrite, &rc);
   if (!*file && setup_.files.Exists(PathOf(name))) return rc;
   if (!*file) return IsIndexName(name) || gives_up_ ? kSuccess : kErrorJournal;
-  for (int tries = 0; IsIndexName(name); ++tries) {
-    rc = (*file)->Lock(kIndexLockAt, 1, LockKind::kExclusive);
+  if (IsIndexName(name)) return WaitForLock(**file, kIndexLockAt);
+  return IsTableName(name) ? LockAppends(**file) : static_cast<int>(kSuccess);
+}
+
+int Journal::WaitForLock(File& file, std::int64_t at) {
+  for (int tries = 0;; ++tries) {
+    const int rc = file.Lock(at, 1, LockKind::kExclusive);
     if (rc != kLocked || tries == kWriterTries) return rc;
     setup_.clock.Sleep(kWriterWaitMs);
   }
-  return kSuccess;
+}
+
+int Journal::LockAppends(File& table) {
+  const int rc = WaitForLock(table, kIndexedAppendAt);
+  return rc == kSuccess ? WaitForLock(table, kPlainAppendAt) : rc;
 }
 
 int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t unit) {

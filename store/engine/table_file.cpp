@@ -9,9 +9,9 @@
 namespace tallwick::engine {
 namespace {
 
-constexpr std::int64_t kIndexedBase = 0x7FFFFFFE;
+constexpr std::int64_t kIndexedBase = kIndexedAppendAt;
 constexpr std::int64_t kIndexedWholeLength = 0x07FFFFFF;
-constexpr std::int64_t kPlainBase = 0x40000000;
+constexpr std::int64_t kPlainBase = kPlainAppendAt;
 constexpr std::int64_t kPlainWholeLength = 0x3FFFFFFD;
 // An append by another workstation that is under way moves the count and the length apart for a moment.
 constexpr int kOpenTries = 10;

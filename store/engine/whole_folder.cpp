@@ -8,20 +8,16 @@
 namespace tallwick::engine {
 namespace {
 
-// Programs that know nothing of the presence byte show that they are at work by the format's own locks, which
-// lie between these two places, with and without an index.
-constexpr std::int64_t kFirstFormatLock = 0x40000000;
-constexpr std::int64_t kLastFormatLock = 0x7FFFFFFE;
-
-// A table in use by anyone, this instance included, has its presence byte taken. Asked of the file itself, so
-// that a damaged table can be answered for as well.
+// A table in use by anyone, this instance included, has its presence byte taken; programs that know nothing
+// of that byte show by the format's locks that they are at work. Asked of the file itself, so that a damaged
+// table can be answered for as well.
 int ProveFree(FileLayer& files, const std::string& table) {
   int rc = kSuccess;
   const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
   if (!data) return files.Exists(table) ? rc : static_cast<int>(kSuccess);
   rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
   if (rc == kSuccess)
-    rc = data->Lock(kFirstFormatLock, kLastFormatLock - kFirstFormatLock + 1, LockKind::kExclusive);
+    rc = data->Lock(kPlainAppendAt, kIndexedAppendAt - kPlainAppendAt + 1, LockKind::kExclusive);
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
 }
 

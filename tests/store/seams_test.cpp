@@ -95,6 +95,58 @@ TEST(Seams, AUnitOfATableThatIsGoneIsKept) {
   EXPECT_TRUE(Problems(company.checks).empty());
 }
 
+// Applied entries are applied again after a power cut: then the way out of a missing table must be known too.
+TEST(Seams, ATableThatWentAfterItsPostsCanBeGivenUp) {
+  MemoryFiles disk;
+  auto company = std::make_unique<Company>(disk);
+  company->ports.workstation.boot = "one run";
+  company->Make();
+  ASSERT_EQ(company->AddCheck("     1", "24-1"), kSuccess);
+  disk.FlushFolder("/data");
+  CutPower(disk, company);
+  ASSERT_EQ(disk.Rename("/data/checks.dbf", "/data/away"), kSuccess);
+  EnginePorts ports;
+  ports.workstation.boot = "another run";
+  const auto journal = [&] { return std::make_unique<Journal>(ports.Over(disk), "/data"); };
+  EXPECT_EQ(journal()->Examine().state, JournalState::kFileMissing);
+  Company late(disk);
+  late.ports.workstation.boot = "another run";
+  EXPECT_EQ(d4open(*late.code, "/data/xrefs.dbf"), nullptr);
+  disk.Put("/data/ESCROW_UNITS.BAD", "an earlier one");
+  EXPECT_EQ(journal()->SetAside("ESCROW_UNITS.BAD", {"xrefs.dbf"}), kSuccess);
+  EXPECT_EQ(disk.Get("/data/ESCROW_UNITS.BAD"), "an earlier one");
+  EXPECT_TRUE(disk.Exists("/data/ESCROW_UNITS.BAD2"));
+  late.xrefs = d4open(*late.code, "/data/xrefs.dbf");
+  ASSERT_NE(late.xrefs, nullptr);
+  EXPECT_EQ(d4recCountDo(*late.xrefs), 1);
+  EXPECT_TRUE(Problems(late.xrefs).empty());
+}
+
+// A program that knows nothing of the journal may just be appending when a dead writer's unit is finished.
+TEST(Seams, ADeadWritersUnitWaitsForAForeignAppend) {
+  MemoryFiles disk;
+  {
+    Company company(disk);
+    company.Make();
+    ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
+    code4unitBegin(*company.code);
+    ASSERT_EQ(company.AddCheck("     2", "24-1"), kSuccess);
+    disk.Plan(Fault::kDie, 3);
+    code4unitCommit(*company.code);
+  }
+  disk.Restart(false);
+  int rc = kSuccess;
+  auto foreign = disk.Open("/data/checks.dbf", OpenMode::kReadWrite, &rc);
+  ASSERT_EQ(foreign->Lock(0x7FFFFFFE, 1, LockKind::kExclusive), kSuccess);
+  const std::string before = disk.Get("/data/checks.dbf");
+  Company company(disk);
+  EXPECT_FALSE(company.Open());
+  EXPECT_EQ(disk.Get("/data/checks.dbf"), before);
+  foreign.reset();
+  ASSERT_TRUE(company.Open());
+  EXPECT_EQ(company.Find(company.checks, "CHXNUMBER", "     2"), kSuccess);
+}
+
 // The journal may not be emptied by a flush that has nothing left to write.
 TEST(Seams, WhatAFailedFlushForgotIsWrittenAgain) {
   for (int change = 1, steps = 2; change < steps; ++change) {

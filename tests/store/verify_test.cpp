@@ -177,6 +177,7 @@ TEST(JournalExamination, TellsTheStatesApart) {
     EXPECT_EQ(disk.Get(path), unusable);
     EXPECT_EQ(Journal(ports.Over(disk), "/data").SetAside("ESCROW_UNITS.BAD", {"CHECKS.DBF"}), kSuccess);
     EXPECT_EQ(disk.Get("/data/ESCROW_UNITS.BAD"), unusable);
+    disk.Remove("/data/ESCROW_UNITS.BAD");
     EXPECT_TRUE(company.Open());
   }
 }
