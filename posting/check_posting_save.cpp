@@ -144,7 +144,7 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
   if (!outcome.Done()) {
     const std::optional<bool> posted = outcome.NumberIsTaken() ? SettleTaken(check) : std::nullopt;
     if (!posted) {
-      number_lost_ = outcome.NumberIsTaken();
+      if (outcome.NumberIsTaken()) key_.Lose();
       ReportFailure(outcome, check.number);
     }
     return posted.value_or(false);
@@ -197,7 +197,7 @@ std::optional<bool> FrmEditChecksPost::SettleTaken(CheckRecord check) {
   const std::string next = numbering_.Proposal();
   const std::string taken = "Check " + check.number;
   if (next.empty() || !(printed_ ? GivesUpPaper(taken, next) : TakesNext(taken, next))) return std::nullopt;
-  looked_up_number_ = next;
+  key_.Set(next);
   SetText("txtCheckNumber", next);
   WarnOfNumber();
   if (printed_) {

@@ -49,6 +49,9 @@ class FrmEditDepositsPost : public PostingForm {
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
+  bool IsKey(const Control& control) const override {
+    return control.name == "txtDepositDated" || control.name == "txtDateSequence";
+  }
   bool IsPosted() const override { return loaded_.has_value(); }
   // That of the line that held the cursor last.
   std::string CurrentFile() override { return RowAt(current_row_).file_number; }
@@ -134,8 +137,6 @@ class FrmEditDepositsPost : public PostingForm {
   bool pasted_ = false;             // the entries hold the buffer's lines
   std::string kept_date_;           // of the deposit that the entries belong to, as shown
   std::string kept_sequence_;
-  bool key_lost_ = false;         // to another workstation's deposit, which it shows when it is typed again
-  std::string looked_up_;         // its key
   bool sequence_typed_ = false;   // since the date was typed
   std::string warned_date_;       // the date whose year was looked at
   std::string looked_at_period_;  // the period that was warned of

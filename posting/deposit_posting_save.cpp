@@ -167,7 +167,7 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
     TellFailure(outcome, FailureText(outcome, deposit), {}, "txtDateSequence");
     return false;
   }
-  key_lost_ = true;
+  key_.Lose();
   if (next > kLastSequence) {
     Refuse("Deposit " + name + " was posted on another workstation in the meantime.  " +
                AllSequencesUsed(deposit.dated),
