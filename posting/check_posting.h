@@ -97,7 +97,9 @@ class FrmEditChecksPost : public PayeePostingForm {
   bool MayEnter(const Control& control, bool restricted) const;
 
   // The voucher that the check names (check_voucher_entry.cpp).
+  // As it concerns this check: without its own number.
   std::optional<VoucherRecord> FindVoucher(const std::string& number);
+  std::string OwnNumber();
   void LookUpVoucher();
   // Says again what a look-up says, where the voucher has changed since.
   void WarnOfChangedVoucher();
