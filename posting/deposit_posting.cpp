@@ -233,6 +233,7 @@ void FrmEditDepositsPost::LeaveDate() {
   SetText("txtDepositDated", shown);
   if (shown == kept_date_) return LookUpDeposit();
   if (!sequence_typed_) ProposeSequence();
+  if (Text("txtDateSequence").empty()) SetCaption("lblEditMessage", NewDepositNote());  // none is free
   LookUpDeposit();
   if (loaded_ || Text("txtDepositDated") != shown || shown == warned_date_) return;
   warned_date_ = shown;

@@ -131,7 +131,7 @@ class FrmEditDepositsPost : public PostingForm {
   };
   using Origins = std::array<Origin, kDepositItems + 1>;  // by line, from 1
   int ItemOf(int row) const { return origin_[static_cast<std::size_t>(row)].item; }
-  bool HaveMoved() const;
+  bool HaveMoved();
   Origins origin_{};
   std::vector<DepositRow> buffer_;  // lines that were cut
   bool pasted_ = false;             // the entries hold the buffer's lines

@@ -1,5 +1,5 @@
 // A number, or a date's sequence, that another workstation has taken: it stays with the entries until it is
-// typed again, and shows then who has it.
+// typed again, and shows then who has it. And the lines of a deposit that both have changed.
 
 #include <gmock/gmock.h>
 
@@ -14,6 +14,7 @@ namespace tallwick {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::PostingScreenTest;
 using testing::Seen;
@@ -99,6 +100,39 @@ TEST_F(LostDepositTest, IsLookedUpWhenItIsTypedAgain) {
   PostElsewhere(1, {"24-0118"});
   form_->Click("cmdOk");
   IsLookedUpWhenTyped("txtDateSequence", "1", "lblDepositStatus");
+}
+
+TEST_F(LostDepositTest, ADateWithoutAFreeSequenceSaysSo) {
+  OpenOffice();
+  Set("txtDepositDated", "03/14/2024");
+  form_->Leave();
+  for (int sequence = 1; sequence <= 99; ++sequence) PostElsewhere(sequence, {"24-0118"});
+  Set("txtDepositDated", "03/15/2024");
+  form_->Leave();
+  EXPECT_EQ(Seen(*form_, "txtDateSequence"), "");
+  EXPECT_THAT(Seen(*form_, "lblEditMessage"), HasSubstr("All 99 sequence numbers of 03-15-2024 are used."));
+}
+
+// A new line in the place of a posted one has nothing of it that could be kept.
+TEST_F(LostDepositTest, ALineThatReplacesAPostedOneIsNotSavedOverAnother) {
+  OpenOffice();
+  PostElsewhere(1, {"24-0117", "24-0117"});
+  OpenForm();
+  Set("txtDateSequence", "1");
+  form_->Leave();
+  Set("txtFileNumbers", "", 2);
+  office_.boxes.answers = {BoxAnswer::kYes, BoxAnswer::kYes};
+  form_->Leave();
+  SetLine(2, "24-0117", "3");
+  ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
+  DepositRecord theirs = tables_->deposits.Read();
+  theirs.items[1].file_number = "24-0118";
+  ASSERT_EQ(tables_->deposits.Update(theirs), 0);
+  office_.TakeTexts();
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("so they can not be saved over theirs")));
+  ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
+  EXPECT_EQ(tables_->deposits.Read(), theirs);
 }
 
 }  // namespace
