@@ -125,7 +125,8 @@ Control* Form::EnterFor(std::string_view name, int index) {
 
 void Form::Change(std::string_view name, std::string text, int index) {
   Control* control = EnterFor(name, index);
-  if (control == nullptr || !Replace(control->text, std::move(text))) return;
+  if (control == nullptr) return;
+  if (!Replace(control->text, std::move(text))) return OnRetype(*control);
   control->refused = false;
   MarkRow(*control);
   Tell(*control);

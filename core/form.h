@@ -193,6 +193,8 @@ class Form {
   virtual void OnEnter(Control&) {}
   virtual void OnLeave(Control&) {}
   virtual void OnChange(Control&) {}
+  // The user has typed the text that stood there already.
+  virtual void OnRetype(Control&) {}
   virtual void OnChoose(Control&) {}
   virtual void OnMark(Control&, int /*row*/) {}
   virtual void OnClick(Control&) {}

@@ -32,7 +32,7 @@ bool IsAmong(std::span<const std::string_view> names, std::string_view name) {
 // The number that the typed one stands for: a posted one, or as a new one is stored.
 std::string FrmEditChecksPost::TypedNumber() {
   std::string typed = Text(kNumber);
-  if (typed.empty() || typed == looked_up_number_) return typed;
+  if (typed.empty() || key_.Stands(typed)) return typed;
   const bool posted = !renumbering_ && SeekCounted(tables_.checks, typed);
   return posted ? tables_.checks.Read().number : CountedNumber(typed);
 }
@@ -41,10 +41,10 @@ void FrmEditChecksPost::LookUpNumber() {
   const std::string number = TypedNumber();
   SetText(kNumber, number);
   if (renumbering_) return WarnOfNumber();
-  if (number != looked_up_number_) {
+  if (!key_.Stands(number)) {
     const bool looks_up = ShowsOther(number);
     if ((looks_up || printed_) && !MayLeaveCheck()) {
-      SetText(kNumber, looked_up_number_);
+      RestoreKey();
       // A refused post has put the cursor into the field that it names.
       if (Focus() == &At(kNumber)) SetFocus(kNumber);
       return;
@@ -53,7 +53,7 @@ void FrmEditChecksPost::LookUpNumber() {
       SetSelected(kList, 0);
       return OpenNumber(number);
     }
-    looked_up_number_ = number;
+    key_.Set(number);
   }
   WarnOfNumber();
 }
@@ -78,7 +78,7 @@ void FrmEditChecksPost::OpenNumber(const std::string& number) {
     return;
   }
   SetText(kNumber, number);
-  looked_up_number_ = number;
+  key_.Set(number);
   ClearEntries();
   ReadNumbering();
   WarnOfNumber();
@@ -93,7 +93,7 @@ void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
   SetText("txtCheckStmtPeriod", ShownValue(check.statement));
   SetText("txtCheckReason", check.reason);
   SetText("txtCheckStatus", StatusWord(check));
-  looked_up_number_ = check.number;
+  key_.Set(check.number);
   SetCaption("lblHighestCheckNumber", {});
   SetCaption("lblVoucherInformation", {});
   looked_up_voucher_ = check.voucher_number;
@@ -137,9 +137,9 @@ void FrmEditChecksPost::ClearEntries() {
 
 void FrmEditChecksPost::BeginNewCheck() {
   ReadNumbering();
-  looked_up_number_ = numbering_.Proposal();
+  key_.Set(numbering_.Proposal());
   warned_number_.clear();
-  SetText(kNumber, looked_up_number_);
+  SetText(kNumber, key_.Get());
   ClearEntries();
 }
 
@@ -150,7 +150,7 @@ void FrmEditChecksPost::BeginNext() {
     SetFocus("txtCheckPayee");
     return;
   }
-  looked_up_number_.clear();
+  key_.Set({});
   warned_number_.clear();
   SetText(kNumber, {});
   ClearEntries();
@@ -218,7 +218,7 @@ void FrmEditChecksPost::ShowState() {
 
 // Whether a number without a record is a new check here: in "Voiding" it is spoiled stock.
 bool FrmEditChecksPost::EntersNew() const {
-  return Is(CheckMode::Kind::kPosting) || (Is(CheckMode::Kind::kVoiding) && !looked_up_number_.empty());
+  return Is(CheckMode::Kind::kPosting) || (Is(CheckMode::Kind::kVoiding) && !key_.Get().empty());
 }
 
 std::string FrmEditChecksPost::WhatIsClosed() const {

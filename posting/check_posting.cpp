@@ -1,7 +1,6 @@
 #include "posting/check_posting.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "audit/audit_trail.h"
 #include "shell/company_tables.h"
@@ -92,11 +91,6 @@ void FrmEditChecksPost::OnLeave(Control& control) {
   if (control.name == "txtCheckVoucherNumber") LookUpVoucher();
 }
 
-void FrmEditChecksPost::OnChange(Control& control) {
-  if (control.name == kNumber && std::exchange(number_lost_, false)) looked_up_number_.clear();
-  PayeePostingForm::OnChange(control);
-}
-
 void FrmEditChecksPost::OnChoose(Control& control) {
   PayeePostingForm::OnChoose(control);
   if (control.name != "lstCheckNumbers" || control.selected == 0) return;
@@ -119,7 +113,7 @@ void FrmEditChecksPost::OnClick(Control& control) {
 // A number that was typed is looked up; that of a check to be renumbered is taken.
 bool FrmEditChecksPost::EnterGoesOn() {
   const bool at_number = Focus() == &At(kNumber);
-  return at_number && !renumbering_ && Text(kNumber) != looked_up_number_;
+  return at_number && !renumbering_ && !key_.Stands(Text(kNumber));
 }
 
 bool FrmEditChecksPost::OnKey(std::string_view key) {
@@ -169,7 +163,9 @@ bool FrmEditChecksPost::IsEntry(const Control& control) const {
 }
 
 void FrmEditChecksPost::RestoreKey() {
-  if (!renumbering_) SetText(kNumber, looked_up_number_);
+  if (renumbering_) return;
+  SetText(kNumber, key_.Get());
+  key_.PutBack();
 }
 
 bool FrmEditChecksPost::MayLeaveCheck() {

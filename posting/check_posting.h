@@ -39,7 +39,6 @@ class FrmEditChecksPost : public PayeePostingForm {
   void OnOpen() override;
   void OnEnter(Control& control) override;
   void OnLeave(Control& control) override;
-  void OnChange(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
@@ -53,6 +52,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
+  bool IsKey(const Control& control) const override { return control.name == "txtCheckNumber"; }
   bool IsPosted() const override { return loaded_.has_value(); }
   int Right() const override { return mode_->right; }
   std::string CurrentFile() override { return std::string(Trim(Text("txtCheckFileNumber"))); }
@@ -97,7 +97,9 @@ class FrmEditChecksPost : public PayeePostingForm {
   bool MayEnter(const Control& control, bool restricted) const;
 
   // The voucher that the check names (check_voucher_entry.cpp).
+  // As it concerns this check: without its own number.
   std::optional<VoucherRecord> FindVoucher(const std::string& number);
+  std::string OwnNumber();
   void LookUpVoucher();
   // Says again what a look-up says, where the voucher has changed since.
   void WarnOfChangedVoucher();
@@ -134,11 +136,9 @@ class FrmEditChecksPost : public PayeePostingForm {
   std::shared_ptr<CheckRegister> register_;
   CheckNumbering numbering_;
   std::optional<CheckRecord> loaded_;
-  bool renumbering_ = false;      // the number entry is the new number of loaded_
-  bool printed_ = false;          // the new check went to paper and is not posted yet
-  std::string looked_up_number_;  // the number that the entries belong to
-  bool number_lost_ = false;      // to another workstation's check, which it shows when it is typed again
-  std::string warned_number_;     // the number that was measured against the stock
+  bool renumbering_ = false;   // the number entry is the new number of loaded_
+  bool printed_ = false;       // the new check went to paper and is not posted yet
+  std::string warned_number_;  // the number that was measured against the stock
   std::string looked_up_voucher_;
   // As it was when its warnings were last looked at; none where no voucher had the number.
   std::optional<VoucherRecord> seen_voucher_;

@@ -144,7 +144,7 @@ bool FrmEditChecksPost::WriteNew(const CheckRecord& check) {
   if (!outcome.Done()) {
     const std::optional<bool> posted = outcome.NumberIsTaken() ? SettleTaken(check) : std::nullopt;
     if (!posted) {
-      number_lost_ = outcome.NumberIsTaken();
+      if (outcome.NumberIsTaken()) key_.Lose();
       ReportFailure(outcome, check.number);
     }
     return posted.value_or(false);
@@ -197,7 +197,7 @@ std::optional<bool> FrmEditChecksPost::SettleTaken(CheckRecord check) {
   const std::string next = numbering_.Proposal();
   const std::string taken = "Check " + check.number;
   if (next.empty() || !(printed_ ? GivesUpPaper(taken, next) : TakesNext(taken, next))) return std::nullopt;
-  looked_up_number_ = next;
+  key_.Set(next);
   SetText("txtCheckNumber", next);
   WarnOfNumber();
   if (printed_) {
@@ -206,6 +206,7 @@ std::optional<bool> FrmEditChecksPost::SettleTaken(CheckRecord check) {
     return false;
   }
   check.number = next;
+  if (UsesVoucher(check)) WarnOfChangedVoucher();
   return WriteNew(check);
 }
 
@@ -236,6 +237,14 @@ bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
   if (!ReadBank()) return false;
   const std::string typed_number = Text("txtCheckNumber");
   const bool renumbers = renumbering_;
+  // The voucher that was typed is watched from its look-up on.
+  const auto watch_mine = [this, number = looked_up_voucher_, seen = seen_voucher_,
+                           information = At("lblVoucherInformation").caption] {
+    if (Text("txtCheckVoucherNumber") != number) return;
+    looked_up_voucher_ = number;
+    seen_voucher_ = seen;
+    SetCaption("lblVoucherInformation", information);
+  };
   const std::string not_over = !status.empty() ? StatusRefusal(theirs, status, bank_)
                                : renumbers     ? RemovalRefusal(theirs, bank_)
                                                : RestrictionOf(theirs, bank_);
@@ -244,12 +253,14 @@ bool FrmEditChecksPost::SettleElsewhere(std::string_view status) {
     case Settled::kMine:
       if (renumbers) ShowRenumbering();
       SetText("txtCheckNumber", typed_number);
+      watch_mine();
       return status.empty() ? Post() : PostStatus(status);
     case Settled::kBack:
       loaded_ = before;
       ShowState();
       if (renumbers) ShowRenumbering();
       SetText("txtCheckNumber", typed_number);
+      watch_mine();
       return false;
     case Settled::kTheirs:
       break;

@@ -19,8 +19,8 @@ std::string VoucherSummary(const VoucherRecord& voucher) {
   return text + "\r\nfor " + Dollars(voucher.amount);
 }
 
-std::string VoucherWarnings(const VoucherRecord& voucher, Currency check_amount, std::string_view file_number,
-                            std::string_view check_number) {
+std::string VoucherWarnings(const VoucherRecord& voucher, Currency check_amount,
+                            std::string_view file_number) {
   std::string text;
   const auto add = [&text](const std::string& line) { text += (text.empty() ? "" : "\r\n") + line; };
   if (check_amount > voucher.amount) {
@@ -30,7 +30,7 @@ std::string VoucherWarnings(const VoucherRecord& voucher, Currency check_amount,
   if (!Trim(file_number).empty() && !SameKey(voucher.file_number, Trim(file_number))) {
     add("Voucher Number " + voucher.number + " is posted to file number " + voucher.file_number + " .");
   }
-  if (!voucher.check_number.empty() && voucher.check_number != Trim(check_number)) {
+  if (!voucher.check_number.empty()) {
     add("Voucher number " + voucher.number + " has already been reduced by check number " +
         voucher.check_number + " .");
   }

@@ -13,8 +13,8 @@ namespace tallwick {
 std::string VoucherSummary(const VoucherRecord& voucher);
 
 // Warnings, each on its own line: the check is over the voucher's amount, of another file, or the voucher is
-// consumed by another check. "" when there are none.
-std::string VoucherWarnings(const VoucherRecord& voucher, Currency check_amount, std::string_view file_number,
-                            std::string_view check_number);
+// consumed by a check, which must be another one. "" when there are none.
+std::string VoucherWarnings(const VoucherRecord& voucher, Currency check_amount,
+                            std::string_view file_number);
 
 }  // namespace tallwick

@@ -9,7 +9,16 @@ namespace tallwick {
 
 std::optional<VoucherRecord> FrmEditChecksPost::FindVoucher(const std::string& number) {
   if (number.empty() || !SeekCounted(tables_.vouchers, number)) return std::nullopt;
-  return tables_.vouchers.Read();
+  VoucherRecord voucher = tables_.vouchers.Read();
+  if (voucher.check_number == OwnNumber()) voucher.check_number.clear();
+  return voucher;
+}
+
+// The number of the check; "" where it is another check's by now.
+std::string FrmEditChecksPost::OwnNumber() {
+  if (loaded_) return loaded_->number;
+  const std::string& typed = Text("txtCheckNumber");
+  return tables_.checks.SeekNumber(typed) ? "" : typed;
 }
 
 void FrmEditChecksPost::LookUpVoucher() {
@@ -33,8 +42,7 @@ void FrmEditChecksPost::TellVoucher(const std::optional<VoucherRecord>& voucher)
   if (looked_up_voucher_.empty()) return;
   if (!voucher) return Boxes().Inform(Caption(), "Voucher Number " + looked_up_voucher_ + " is NOT posted.");
   const Currency amount = Currency::ParseTyped(Text("txtCheckAmount")).value_or(Currency());
-  const std::string& number = loaded_ ? loaded_->number : Text("txtCheckNumber");
-  const std::string warnings = VoucherWarnings(*voucher, amount, Text("txtCheckFileNumber"), number);
+  const std::string warnings = VoucherWarnings(*voucher, amount, Text("txtCheckFileNumber"));
   if (!warnings.empty()) Boxes().Inform(Caption(), warnings);
 }
 
@@ -68,7 +76,11 @@ void FrmEditChecksPost::OfferVoucher() {
 void FrmEditChecksPost::FillFrom(const VoucherRecord& voucher) {
   if (loaded_) return;
   Fill("txtCheckAmount", &filled_amount_, voucher.amount.IsZero() ? "" : AmountText(voucher.amount));
+  const std::string payee = Text("txtCheckPayee");
   Fill("txtCheckPayee", &filled_payee_, voucher.payee);
+  if (payee.empty() || Text("txtCheckPayee") == payee) return;
+  // The address was that of the other payee.
+  for (std::string_view line : {"txtCheckAddr1", "txtCheckAddr2", "txtCheckCityState"}) SetText(line, {});
 }
 
 void FrmEditChecksPost::Fill(std::string_view entry, std::string* filled, const std::string& now) {

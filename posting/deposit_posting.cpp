@@ -1,7 +1,6 @@
 #include "posting/deposit_posting.h"
 
 #include <algorithm>
-#include <utility>
 
 #include "audit/audit_trail.h"
 #include "core/text_format.h"
@@ -122,8 +121,6 @@ void FrmEditDepositsPost::OnLeave(Control& control) {
 
 void FrmEditDepositsPost::OnChange(Control& control) {
   if (control.name == "txtDateSequence") sequence_typed_ = !control.text.empty();
-  const bool is_key = control.name == "txtDateSequence" || control.name == "txtDepositDated";
-  if (is_key && std::exchange(key_lost_, false)) looked_up_.clear();
   if (control.name == "txtAmounts") ShowTotals();
   PostingForm::OnChange(control);
 }
@@ -236,6 +233,7 @@ void FrmEditDepositsPost::LeaveDate() {
   SetText("txtDepositDated", shown);
   if (shown == kept_date_) return LookUpDeposit();
   if (!sequence_typed_) ProposeSequence();
+  if (Text("txtDateSequence").empty()) SetCaption("lblEditMessage", NewDepositNote());  // none is free
   LookUpDeposit();
   if (loaded_ || Text("txtDepositDated") != shown || shown == warned_date_) return;
   warned_date_ = shown;
@@ -249,7 +247,7 @@ void FrmEditDepositsPost::ProposeSequence() {
 
 void FrmEditDepositsPost::LookUpDeposit() {
   const std::string key = TypedKey();
-  if (key.empty() || key == looked_up_) return;
+  if (key.empty() || key_.Stands(key)) return;
   // A new deposit keeps its lines under another free date and sequence; anything else shows other lines.
   const std::string dated = StoredDate(*TypedDate());
   const std::string sequence = Text("txtDateSequence");
@@ -317,18 +315,16 @@ void FrmEditDepositsPost::BeginNew(const Date& date) {
 void FrmEditDepositsPost::KeepKey() {
   kept_date_ = Text("txtDepositDated");
   kept_sequence_ = Text("txtDateSequence");
-  looked_up_ = TypedKey();
+  key_.Set(TypedKey());
   looked_at_period_ = Text("txtDepositAcctPeriod");
   sequence_typed_ = false;
-  key_lost_ = false;
 }
 
 void FrmEditDepositsPost::RestoreKey() {
   SetText("txtDepositDated", kept_date_);
   SetText("txtDateSequence", kept_sequence_);
   sequence_typed_ = false;
-  if (looked_up_.empty()) key_lost_ = true;  // typed once more, it is looked up once more
-  looked_up_ = TypedKey();
+  key_.PutBack();
 }
 
 void FrmEditDepositsPost::ShowState() {

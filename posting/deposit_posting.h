@@ -49,6 +49,9 @@ class FrmEditDepositsPost : public PostingForm {
   bool Post() override;
   void RestoreKey() override;
   bool IsEntry(const Control& control) const override;
+  bool IsKey(const Control& control) const override {
+    return control.name == "txtDepositDated" || control.name == "txtDateSequence";
+  }
   bool IsPosted() const override { return loaded_.has_value(); }
   // That of the line that held the cursor last.
   std::string CurrentFile() override { return RowAt(current_row_).file_number; }
@@ -128,14 +131,12 @@ class FrmEditDepositsPost : public PostingForm {
   };
   using Origins = std::array<Origin, kDepositItems + 1>;  // by line, from 1
   int ItemOf(int row) const { return origin_[static_cast<std::size_t>(row)].item; }
-  bool HaveMoved() const;
+  bool HaveMoved();
   Origins origin_{};
   std::vector<DepositRow> buffer_;  // lines that were cut
   bool pasted_ = false;             // the entries hold the buffer's lines
   std::string kept_date_;           // of the deposit that the entries belong to, as shown
   std::string kept_sequence_;
-  bool key_lost_ = false;         // to another workstation's deposit, which it shows when it is typed again
-  std::string looked_up_;         // its key
   bool sequence_typed_ = false;   // since the date was typed
   std::string warned_date_;       // the date whose year was looked at
   std::string looked_at_period_;  // the period that was warned of

@@ -167,7 +167,7 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
     TellFailure(outcome, FailureText(outcome, deposit), {}, "txtDateSequence");
     return false;
   }
-  key_lost_ = true;
+  key_.Lose();
   if (next > kLastSequence) {
     Refuse("Deposit " + name + " was posted on another workstation in the meantime.  " +
                AllSequencesUsed(deposit.dated),
@@ -183,10 +183,12 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
   return Write(Record());
 }
 
-// A line that has moved stands beside another one of the stored deposit.
-bool FrmEditDepositsPost::HaveMoved() const {
+// A line that has moved, or a new one in the place of a posted one, stands beside another line of the stored
+// deposit.
+bool FrmEditDepositsPost::HaveMoved() {
   for (int row = 1; row <= kDepositItems; ++row) {
-    if (ItemOf(row) != 0 && ItemOf(row) != row) return true;
+    const bool posted = !loaded_->items[static_cast<std::size_t>(row) - 1].file_number.empty();
+    if (ItemOf(row) == 0 ? posted && RowAt(row).IsUsed() : ItemOf(row) != row) return true;
   }
   return false;
 }
@@ -210,7 +212,7 @@ bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
   const std::string_view not_over =
       !HaveSameLines(*before, *theirs)
           ? "Lines were added, removed or cleared there, so yours can not be saved over them."
-      : HaveMoved() ? "Your lines have moved up, so they can not be saved over theirs."
+      : HaveMoved() ? "Your lines have moved up or been replaced, so they can not be saved over theirs."
                     : "";
   switch (SettleChange(
       name, [&] { ShowDeposit(*theirs); }, not_over)) {

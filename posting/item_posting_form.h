@@ -133,7 +133,11 @@ class ItemPostingForm : public PayeePostingForm {
                        [&](const EntryField<Record>& entry) { return entry.control == control.name; });
   }
   bool IsPosted() const override { return loaded_.has_value(); }
-  void RestoreKey() override { SetText(number_control_, looked_up_number_); }
+  bool IsKey(const Control& control) const override { return control.name == number_control_; }
+  void RestoreKey() override {
+    SetText(number_control_, key_.Get());
+    key_.PutBack();
+  }
 
   void OnLeave(Control& control) override {
     for (const EntryField<Record>& entry : fields_) {
@@ -144,22 +148,17 @@ class ItemPostingForm : public PayeePostingForm {
     if (control.name == item_.file) ShowLedgerCommand();
   }
 
-  void OnChange(Control& control) override {
-    if (control.name == number_control_ && std::exchange(number_lost_, false)) looked_up_number_.clear();
-    PayeePostingForm::OnChange(control);
-  }
-
   // The number that the typed one stands for: a posted one, or as a new one is stored.
   std::string TypedNumber() {
     std::string typed = Text(number_control_);
-    if (!item_.counted || typed == looked_up_number_) return typed;
+    if (!item_.counted || key_.Stands(typed)) return typed;
     const std::optional<Record> posted = FindPosted(typed);
     return posted ? NumberOf(*posted) : CountedNumber(typed);
   }
 
   bool EnterGoesOn() override {
     const bool at_number = Focus() != nullptr && Focus()->name == number_control_;
-    return at_number && Text(number_control_) != looked_up_number_;
+    return at_number && !key_.Stands(Text(number_control_));
   }
 
   // An item is seen before it is changed: the key that posts shows it where its number was typed just now.
@@ -179,10 +178,10 @@ class ItemPostingForm : public PayeePostingForm {
   void LookUpNumber() {
     const std::string number = TypedNumber();
     SetText(number_control_, number);
-    if (number == looked_up_number_) return;
+    if (key_.Stands(number)) return;
     const bool shows_other = ShowsOther(number);
     if (shows_other && !MayDropChanges()) {
-      SetText(number_control_, looked_up_number_);
+      RestoreKey();
       // A refused post has put the cursor into the field that it names.
       if (Focus() == Find(number_control_)) SetFocus(number_control_);
       return;
@@ -191,7 +190,7 @@ class ItemPostingForm : public PayeePostingForm {
       SetSelected(item_.list, 0);
       return OpenNumber(number);
     }
-    looked_up_number_ = number;
+    key_.Set(number);
   }
 
   void OpenNumber(const std::string& number) {
@@ -208,7 +207,7 @@ class ItemPostingForm : public PayeePostingForm {
   void ShowPosted(const Record& record) {
     loaded_ = record;
     for (const EntryField<Record>& entry : fields_) SetText(entry.control, ShownEntry(entry, record));
-    looked_up_number_ = NumberOf(record);
+    key_.Set(NumberOf(record));
     ShowMarks(&*loaded_);
     ShowBeside(&*loaded_);
     ShowLedgerCommand();
@@ -225,7 +224,7 @@ class ItemPostingForm : public PayeePostingForm {
       const bool amount = entry.kind == ControlKind::kAmount;
       SetText(entry.control, amount ? "" : ShownEntry(entry, blank));
     }
-    looked_up_number_ = number;
+    key_.Set(number);
     SetText(number_control_, number);
     ShowMarks(nullptr);
     ShowBeside(nullptr);
@@ -294,11 +293,11 @@ class ItemPostingForm : public PayeePostingForm {
     const bool taken = !loaded_ && outcome.code == engine::kUnique;
     const std::string next = taken ? ProposedNumber() : "";
     if (!next.empty() && TakesNext(ItemName(number), next)) {
-      looked_up_number_ = next;
+      key_.Set(next);
       SetText(number_control_, next);
       return Write();
     }
-    number_lost_ = taken;
+    if (taken) key_.Lose();
     if (next.empty()) {
       TellFailure(outcome, FailureText(outcome, NotAdded(outcome, number)),
                   ControlOfField(fields_, outcome.field), number_control_);
@@ -366,7 +365,7 @@ class ItemPostingForm : public PayeePostingForm {
     session_.NotifyChanged(SessionChange::kPosted);
     BeginNew(ProposedNumber());
     // A number that is proposed needs no typing.
-    SetFocus(looked_up_number_.empty() ? std::string_view(number_control_) : fields_[1].control);
+    SetFocus(key_.Get().empty() ? std::string_view(number_control_) : fields_[1].control);
   }
 
   const ItemScreen<Record, Table> item_;
@@ -374,8 +373,6 @@ class ItemPostingForm : public PayeePostingForm {
   const std::span<const EntryField<Record>> fields_;
   std::shared_ptr<ItemRegister<Table, Record>> register_;
   const std::string number_control_{fields_.front().control};
-  std::string looked_up_number_;  // the number that the entries belong to
-  bool number_lost_ = false;      // to another workstation's item, which it shows when it is typed again
 };
 
 }  // namespace tallwick

@@ -184,6 +184,15 @@ bool PostingForm::MayDropChanges(std::string_view question) {
   return Post();
 }
 
+void PostingForm::OnChange(Control& control) {
+  if (IsKey(control)) key_.Typed();
+  LookUpForm::OnChange(control);
+}
+
+void PostingForm::OnRetype(Control& control) {
+  if (IsKey(control)) key_.Typed();
+}
+
 bool PostingForm::OnKey(std::string_view key) {
   if (LookUpForm::OnKey(key)) return true;
   if (key == "F5") {

@@ -15,6 +15,7 @@
 
 #include "posting/bank_settings.h"
 #include "posting/entry_fields.h"
+#include "posting/entry_key.h"
 #include "posting/file_rows.h"
 #include "posting/look_up_form.h"
 #include "posting/post_unit.h"
@@ -57,6 +58,8 @@ class PostingForm : public LookUpForm {
   virtual void RestoreKey() = 0;
   // Whether the control is part of the entry; keys of the record are not.
   virtual bool IsEntry(const Control& control) const = 0;
+  // Whether the control is the record's key, or a part of it, that key_ holds.
+  virtual bool IsKey(const Control&) const { return false; }
   // Whether the entries show a record of the table.
   virtual bool IsPosted() const = 0;
   // What a post asks for now.
@@ -144,6 +147,8 @@ class PostingForm : public LookUpForm {
   void Audit(int action, std::string_view reference) { AuditAs(screen_.audit_tx, action, reference); }
   // The same under another transaction than the screen's.
   void AuditAs(int audit_tx, int action, std::string_view reference);
+  void OnChange(Control& control) override;
+  void OnRetype(Control& control) override;
   bool OnKey(std::string_view key) override;
   bool OnClose() override;
 
@@ -151,6 +156,7 @@ class PostingForm : public LookUpForm {
   BankRecord bank_;  // as it was read last
   BankTables tables_;
   std::string last_posted_;
+  EntryKey key_;
 
  private:
   // Text and check value of every entry, in the order of the controls.

@@ -36,9 +36,12 @@ std::string RestrictionOf(const CheckRecord& check, const BankRecord& bank) {
 }
 
 std::string RestrictionOf(const WireRecord& wire, const BankRecord& bank) {
-  const bool cleared = !wire.statement.IsEmpty() && IsReconciled(wire.statement, bank);
-  return cleared ? PeriodRestriction("Statement", wire.statement, bank)
-                 : PeriodRestriction("Accounting", wire.accounting, bank);
+  return StatementIsReconciled(wire, bank) ? PeriodRestriction("Statement", wire.statement, bank)
+                                           : PeriodRestriction("Accounting", wire.accounting, bank);
+}
+
+bool StatementIsReconciled(const WireRecord& wire, const BankRecord& bank) {
+  return !wire.statement.IsEmpty() && IsReconciled(wire.statement, bank);
 }
 
 std::string RestrictionOf(const VoucherRecord& voucher, const BankRecord& bank) {

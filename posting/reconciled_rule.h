@@ -22,6 +22,9 @@ std::string RestrictionOf(const WireRecord& wire, const BankRecord& bank);
 std::string RestrictionOf(const VoucherRecord& voucher, const BankRecord& bank);
 std::string RestrictionOf(const DepositRecord& deposit, const BankRecord& bank);
 
+// Whether the statement on which the wire cleared has been reconciled.
+bool StatementIsReconciled(const WireRecord& wire, const BankRecord& bank);
+
 // The same for the status of a cleared, voided or stopped check alone, which counts in its statement.
 std::string StatusRestriction(const CheckRecord& check, const BankRecord& bank);
 

@@ -45,6 +45,12 @@ const ItemScreen<WireRecord, WireTable> kItem{kScreen,
                                               "lstWireNumbers",
                                               "mnuEditRemoveWire"};
 
+// Of a wire whose accounting period alone is reconciled.
+std::string WhatIsOpen(const WireRecord& wire) {
+  return wire.statement.IsEmpty() ? "\r\nIt can be cleared: type its statement period."
+                                  : "\r\nIts statement period can be changed, or taken out.";
+}
+
 }  // namespace
 
 FrmEditWiresPost::FrmEditWiresPost(Session& session, ScreenOpener* opener, bool viewing)
@@ -105,11 +111,12 @@ void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
     if (entry.control != NumberControl()) SetEnabled(entry.control, open);
   }
   SetEnabled("cmdRolodex", open);
-  // A reconciliation carries an outstanding wire on: a later statement may show it.
-  const bool clears = open || (!viewing_ && wire != nullptr && wire->status == "O");
+  // A reconciliation carries an outstanding wire on: a later statement shows it, and until that is reconciled
+  // it may turn out to be another one.
+  const bool clears = open || (!viewing_ && !StatementIsReconciled(*wire, bank_));
   SetEnabled("txtWireStmtPeriod", clears);
   SetEnabled("cmdOk", clears);
-  SetCaption("lblEditMessage", wire != nullptr ? restriction
+  SetCaption("lblEditMessage", wire != nullptr ? restriction + (clears && !open ? WhatIsOpen(*wire) : "")
                                : viewing_      ? "Choose a posted wire in the list, or type its number."
                                           : "\r\nTransaction will be posted to and cleared in the period " +
                                                 Text("txtWireAcctPeriod") + " .");

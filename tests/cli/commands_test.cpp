@@ -536,11 +536,12 @@ TEST(CommandLine, PostsDepositsWiresAndVouchers) {
   // Behind a reconciliation an outstanding wire can be cleared, and one that can not says why.
   for (const char* number : {"FED-2", "FED-3"})
     ASSERT_EQ(run(std::string("wire post ") + number + wire.substr(wire.find(" --dated"))).status, 0);
-  ASSERT_EQ(run("table set ESCROW_WIRES_FNT 3 WIRESTATUS=X").status, 0);
+  ASSERT_EQ(
+      run("table set ESCROW_WIRES_FNT 3 WIRESTATUS=X WIRESTMTMO=3 WIRESTMTDA=20 WIRESTMTYR=2024").status, 0);
   ASSERT_EQ(run("bank set FNT BANKRECOMO=3 BANKRECODA=20").status, 0);
   EXPECT_EQ(run("wire clear FED-2 --stmt 3/31/2024").Json()["fields"]["WIRESTATUS"], "C");
   const std::string closed = run("wire clear FED-3 --stmt 3/31/2024").Json()["messages"].dump();
-  EXPECT_NE(closed.find("Accounting period 3-15-2024 has been reconciled."), std::string::npos) << closed;
+  EXPECT_NE(closed.find("Statement period 3-20-2024 has been reconciled."), std::string::npos) << closed;
 }
 
 }  // namespace

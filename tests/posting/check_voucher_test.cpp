@@ -9,6 +9,7 @@ namespace tallwick {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::Seen;
 using Kind = CheckMode::Kind;
@@ -81,6 +82,109 @@ TEST_F(CheckVoucherEntryTest, WhatChangedSinceTheLookUpIsSaidAtThePost) {
     form_->Click("cmdOk");
     EXPECT_THAT(office_.TakeTexts(), ElementsAre(said));
     EXPECT_EQ(Stored(number + "00").voucher_number, "36") << "a warning refuses nothing";
+  }
+}
+
+// Both workstations were proposed the same number: what the voucher says then is another check's.
+TEST_F(CheckVoucherEntryTest, ALostNumberInTheVoucherIsAnotherChecks) {
+  OpenOffice();
+  AddVoucherTo("36", "ALPHA", 100'00);
+  const char* reduced = "Voucher number 36 has already been reduced by check number 1 .";
+  const auto begin = [this] {
+    OpenForm();
+    Set("txtCheckNumber", "1");
+    Set("txtCheckFileNumber", "24-0117");
+    Set("txtCheckVoucherNumber", "36");
+    form_->Leave();
+  };
+  begin();
+  PostElsewhere("1", "36");
+  form_->Click("cmdOk");  // the next number is not taken
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(reduced, HasSubstr("Post this one as 2 ?"), HasSubstr("Failed to add")));
+  ASSERT_TRUE(RemoveCheck(*tables_, Xrefs(), "FNB", Stored("1")).Done());
+
+  // It is spent while the question about the number waits.
+  begin();
+  PostElsewhere("1", "");
+  meanwhile_ = [this] { PostElsewhere("9", "36"); };
+  office_.boxes.answers = {BoxAnswer::kYes};
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("Post this one as 2 ?"),
+                          "Voucher number 36 has already been reduced by check number 9 ."));
+  EXPECT_EQ(Stored("2").voucher_number, "36");
+}
+
+// The voucher screen holds a number for a check that is still to come.
+TEST_F(CheckVoucherEntryTest, AVoucherMeantForTheCheckIsNotUsedUp) {
+  OpenOffice();
+  AddVoucherTo("36", "ALPHA", 100'00);
+  ASSERT_TRUE(tables_->vouchers.SeekNumber("36"));
+  VoucherRecord voucher = tables_->vouchers.Read();
+  voucher.check_number = "7";
+  ASSERT_EQ(tables_->vouchers.Update(voucher), 0);
+  Set("txtCheckNumber", "7");
+  Set("txtCheckFileNumber", "24-0117");
+  Set("txtCheckVoucherNumber", "36");
+  form_->Leave();
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty());
+  Set("txtCheckNumber", "8");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("Voucher number 36 has already been reduced by check number 7 ."));
+}
+
+TEST_F(CheckVoucherEntryTest, AnAddressDoesNotOutlastItsPayee) {
+  OpenOffice();
+  AddVoucherTo("36", "ALPHA", 100'00);
+  AddVoucherTo("37", "BETA", 250'00);
+  AddVoucherTo("38", "BETA", 50'00);
+  const auto name = [this](const char* voucher) {
+    Set("txtCheckVoucherNumber", voucher);
+    form_->Leave();
+    return Seen(*form_, "txtCheckAddr1") + Seen(*form_, "txtCheckAddr2") + Seen(*form_, "txtCheckCityState");
+  };
+  Set("txtCheckAddr1", "TYPED FIRST");
+  EXPECT_EQ(name("36"), "TYPED FIRST");
+  Set("txtCheckAddr2", "FLOOR 2");
+  Set("txtCheckCityState", "ERIE PA");
+  EXPECT_EQ(name("37"), "");
+  Set("txtCheckAddr1", "OF BETA");
+  EXPECT_EQ(name("38"), "OF BETA");
+}
+
+TEST_F(CheckVoucherEntryTest, ATypedVoucherIsWatchedAfterAChangeElsewhere) {
+  OpenOffice();
+  AddVoucherTo("36", "ALPHA", 100'00);
+  for (const BoxAnswer first : {BoxAnswer::kCancel, BoxAnswer::kYes}) {
+    const std::string used = first == BoxAnswer::kCancel ? "10" : "11";
+    const std::string number = used + "0";
+    PostElsewhere(number.c_str(), "");
+    OpenForm();
+    Set("txtCheckNumber", number);
+    form_->Leave();
+    Set("txtCheckVoucherNumber", "36");
+    form_->Leave();
+    CheckRecord theirs = Stored(number);
+    theirs.control = "Q";
+    ASSERT_EQ(tables_->checks.Update(theirs), 0);
+    if (first == BoxAnswer::kCancel) {
+      form_->Click("cmdOk");
+      EXPECT_THAT(Seen(*form_, "lblVoucherInformation"), HasSubstr("to ALPHA"));
+      PostElsewhere(used.c_str(), "36");
+    } else {
+      meanwhile_ = [&] { PostElsewhere(used.c_str(), "36"); };
+    }
+    office_.TakeTexts();
+    office_.boxes.answers = {BoxAnswer::kYes};
+    form_->Click("cmdOk");
+    std::vector<std::string> said = office_.TakeTexts();
+    EXPECT_THAT(said, ::testing::Contains("Voucher number 36 has already been reduced by check number " +
+                                          used + " ."));
+    EXPECT_EQ(Stored(number).voucher_number, "36");
+    ASSERT_TRUE(RemoveCheck(*tables_, Xrefs(), "FNB", Stored(used)).Done());
+    ASSERT_TRUE(RemoveCheck(*tables_, Xrefs(), "FNB", Stored(number)).Done());
   }
 }
 

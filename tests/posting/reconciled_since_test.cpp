@@ -143,8 +143,8 @@ class WireReconciledTest : public PostingScreenTest<FrmEditWiresPost> {
   WireRecord Stored() { return tables_->wires.SeekNumber("FED-1") ? tables_->wires.Read() : WireRecord{}; }
 };
 
-// The reconciliation carries an outstanding wire on, so a later statement clears it; then it is closed
-// wholly.
+// The reconciliation carries an outstanding wire on, so a later statement clears it; once that is reconciled
+// too, it is closed wholly.
 TEST_F(WireReconciledTest, AnOutstandingWireCanOnlyBeCleared) {
   ChangeOnScreen();
   WireRecord expected = Stored();
@@ -159,9 +159,29 @@ TEST_F(WireReconciledTest, AnOutstandingWireCanOnlyBeCleared) {
   expected.statement = {4, 0, 2024};
   expected.status = "C";
   EXPECT_EQ(Stored(), expected);
-  Set("txtWireNumber", "FED-1");
-  form_->Leave();
-  EXPECT_FALSE(form_->Find("cmdOk")->enabled);
+  const auto show = [this] {
+    Set("txtWireNumber", "FED-1");
+    form_->Leave();
+    EXPECT_FALSE(form_->Find("txtWireAmount")->enabled);
+  };
+  // A mistyped period is put right, and taken out, for as long.
+  for (const Period& statement : {Period{5, 0, 2024}, Period{}}) {
+    show();
+    EXPECT_THAT(Seen(*form_, "lblEditMessage"), HasSubstr("Its statement period can be changed"));
+    Set("txtWireStmtPeriod", ShownValue(statement));
+    Post();
+    expected.statement = statement;
+    expected.status = statement.IsEmpty() ? "O" : "C";
+    EXPECT_EQ(Stored(), expected);
+  }
+  show();
+  Set("txtWireStmtPeriod", "4/2024");
+  Post();
+  Reconcile({4, 0, 2024});
+  OpenForm();
+  show();
+  for (std::string_view closed : {"txtWireStmtPeriod", "cmdOk"})
+    EXPECT_FALSE(form_->Find(closed)->enabled) << closed;
   EXPECT_TRUE(form_->Close());
 }
 

@@ -177,7 +177,8 @@ TEST_F(WirePostingTest, AReconciledWireIsClosedAndAForeignOneNotOverwritten) {
   Set("txtWireNumber", "C");
   form_->Leave();
   EXPECT_EQ(Seen(*form_, "lblEditMessage"),
-            "Accounting period 3-2024 has been reconciled.\r\nChanges are restricted.");
+            "Accounting period 3-2024 has been reconciled.\r\nChanges are restricted.\r\n"
+            "It can be cleared: type its statement period.");
 }
 
 // What was changed here goes over theirs, and nothing else of the entry does.
