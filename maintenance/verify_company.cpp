@@ -119,13 +119,15 @@ void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,
   std::vector<std::string> codes;
   for (const auto& [code, bank] : company.by_bank) codes.push_back(code);
   for (const StrayTable& stray : FindStrayTables(home, codes)) {
-    problems->push_back({stray.name,
-                         0,
-                         "holds records (" + std::to_string(stray.records) + ") of a bank " +
-                             Quoted(stray.bank_code) +
-                             " that the bank table does not have.  Restore the copy in which the bank is, or "
-                             "have its tables carried out of the folder before a bank gets this code",
-                         {}});
+    const std::string records = "holds records (" + std::to_string(stray.records) + ")";
+    const std::string text =
+        stray.MayBeOfABank()
+            ? records + " of a bank " + Quoted(stray.bank_code) +
+                  " that the bank table does not have.  Restore the copy in which the bank is, or "
+                  "have its tables carried out of the folder before a bank gets this code"
+            : records + ", but no bank can have the code " + Quoted(stray.bank_code) +
+                  ": it looks like a stray copy of a table.  Have it carried out of the folder";
+    problems->push_back({stray.name, 0, text, {}});
   }
 }
 
