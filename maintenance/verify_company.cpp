@@ -50,11 +50,9 @@ void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
   failures_.push_back({&table, opened});
   CompanyProblem problem = NotOpenedProblem(home_.files, table, opened);
   // The suite's tables may have other tags than those that we know of.
-  const bool of_suite = &table == &users_ || &table == &user_banks_;
-  if (of_suite && std::holds_alternative<RebuildIndex>(problem.remedy)) {
+  if (table.Layout().of_suite && std::holds_alternative<RebuildIndex>(problem.remedy)) {
     problem.remedy = {};
-    problem.text += ".  \"escrowctl --answer Yes table reindex " + table.Name() +
-                    "\" builds the tags that Escrow Accounting needs";
+    problem.text += ".  " + SuiteIndexAdvice(table.Name());
   }
   problems->push_back(std::move(problem));
 }
