@@ -14,6 +14,7 @@
 #include "maintenance/table_measures.h"
 #include "shell/main_commands.h"
 #include "store/clsKVRData.h"
+#include "tables/bank_table.h"
 
 namespace tallwick {
 namespace {
@@ -288,12 +289,25 @@ class RestoreRun {
     if (insisted_) text = "The copy was not as it was made.  ";
     if (!miscounted_.empty()) text += "The number of records was not right in " + miscounted_ + ".  ";
     if (!text.empty())
-      text += "Have \"escrowctl verify\" say what is wrong with the data before anybody works with them.";
-    const std::vector<StrayTable> strays = FindStrayTables(session_.Home(), EveryBankCode(session_.Home()));
-    if (strays.empty()) return text;
-    return text + (text.empty() ? "" : "\r\r") +
-           "These tables stay, of banks that the copy does not have: " + ListOf(strays) +
+      return text +
+             "Have \"escrowctl verify\" say what is wrong with the data before anybody works with them.";
+    const std::vector<StrayTable> strays = StraysThatStay();
+    if (strays.empty()) return {};
+    return "These tables stay, of banks that the copy does not have: " + ListOf(strays) +
            ".  Have them carried out of the folder before a bank gets such a code again.";
+  }
+
+  // None where the bank table does not say which banks there are, and none that the copy itself brought.
+  std::vector<StrayTable> StraysThatStay() {
+    const TableHome& home = session_.Home();
+    if (BankTable banks(home); banks.OpenAsItIs({}, false) <= 0) return {};
+    std::vector<StrayTable> strays = FindStrayTables(home, EveryBankCode(home));
+    std::erase_if(strays, [this](const StrayTable& stray) {
+      return !stray.MayBeOfABank() || std::any_of(replaced_.begin(), replaced_.end(), [&](const auto& path) {
+        return EqualsIgnoreCase(BaseNameOf(path), stray.name);
+      });
+    });
+    return strays;
   }
 
   Session& session_;

@@ -6,6 +6,7 @@
 #include "core/text.h"
 #include "maintenance/maintained_table.h"
 #include "maintenance/table_measures.h"
+#include "tables/bank_code.h"
 
 namespace tallwick {
 namespace {
@@ -26,6 +27,10 @@ std::vector<StrayTable> FindTables(const TableHome& home,
 }
 
 }  // namespace
+
+bool StrayTable::MayBeOfABank() const {
+  return IsValidBankCode(bank_code);
+}
 
 std::vector<StrayTable> FindStrayTables(const TableHome& home, const std::vector<std::string>& bank_codes) {
   return FindTables(home, [&](std::string_view code) {

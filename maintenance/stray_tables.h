@@ -15,6 +15,9 @@ struct StrayTable {
   std::string name;       // "ESCROW_CHECKS_NEW"
   std::string bank_code;  // "NEW"
   std::int64_t records = 0;
+
+  // False for a code that no bank can have, as of a copy "ESCROW_CHECKS_NEW - Copy".
+  bool MayBeOfABank() const;
 };
 
 // Those that hold records, of banks that are not among these (trimmed codes).

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "core/text.h"
+#include "maintenance/table_measures.h"
 #include "tables/table_base.h"
 
 namespace tallwick {
@@ -12,8 +13,23 @@ constexpr int kRecordsPerUnit = 1000;
 constexpr std::string_view kNewTable = "ESCROW_LAYOUT~";  // while it is being filled
 constexpr std::string_view kParts[] = {".DBF", ".CDX", ".FPT"};
 
-bool IsIndexDamage(int code) {
-  return code <= engine::kErrorIndex && code > engine::kErrorExpression;
+// The first field that the table lacks and that is never made up while there are records; "" for none.
+std::string FieldNotToMakeUp(const Session& session, const MaintainedTable& table) {
+  const std::string path = table.Path(session);
+  const std::optional<TableMeasures> measures = ReadTableMeasures(session.Files(), path);
+  if (!measures || measures->counted == 0) return {};
+  for (const FieldLayout& field : MissingFields(session.Files(), path, *table.layout))
+    if (!MayBeMadeUp(*table.layout, field)) return std::string(field.name);
+  return {};
+}
+
+// The index anew. Tags whose fields the table lacks must wait until it has them.
+int MakeIndex(const Session& session, const MaintainedTable& table, const engine::Progress& progress) {
+  const std::string path = table.Path(session);
+  std::vector<TagLayout> tags(table.layout->tags.begin(), table.layout->tags.end());
+  for (const FieldLayout& field : MissingFields(session.Files(), path, *table.layout))
+    std::erase_if(tags, [&](const TagLayout& tag) { return Needs(tag, field); });
+  return session.Data().RebuildIndex(path, tags, progress);
 }
 
 // The records of a table of an older layout, copied into a new table of the present one.
@@ -29,10 +45,6 @@ class LayoutCopy {
 
   UpgradeResult Run(TableBase& old) {
     old_ = old.Handle();
-    if (const std::string amount = MissingAmount(); !amount.empty()) {
-      return {engine::kErrorFieldName,
-              "it lacks the amount " + amount + ", which is never made up: restore the table from a copy"};
-    }
     const std::string made_up = MissingFields();
     RemoveNew();
     fresh_ = data_.CreateDatabase(New(".DBF"), table_.layout->fields, table_.layout->tags);
@@ -74,15 +86,6 @@ class LayoutCopy {
       if (IsMissing(field)) names += (names.empty() ? "" : ", ") + std::string(field.name);
     }
     return names;
-  }
-
-  // The first amount of a bank's transactions that the old table lacks, while it holds records.
-  std::string MissingAmount() const {
-    if (!table_.layout->per_bank || data_.RecordCount(old_) == 0) return {};
-    for (const FieldLayout& field : table_.layout->fields) {
-      if (field.decimals > 0 && IsMissing(field)) return std::string(field.name);
-    }
-    return {};
   }
 
   int CopyRecords() {
@@ -191,11 +194,14 @@ class LayoutCopy {
 UpgradeResult UpgradeTable(const Session& session, const MaintainedTable& table,
                            const engine::Progress& progress) {
   clsKVRData& data = session.Data();
+  if (const std::string field = FieldNotToMakeUp(session, table); !field.empty())
+    return {engine::kErrorFieldName,
+            "it lacks the field " + field + ", which is never made up: restore the table from a copy"};
   TableBase old(session.Home(), *table.layout);
   int opened = old.OpenAsItIs(table.bank_code, true);
   bool index_made = false;
   if (IsIndexDamage(opened)) {
-    opened = data.RebuildIndex(table.Path(session), table.layout->tags, progress);
+    opened = MakeIndex(session, table, progress);
     index_made = opened == engine::kSuccess;
     if (index_made) opened = old.OpenAsItIs(table.bank_code, true);
   }

@@ -1,7 +1,8 @@
 // Bringing one table to the present layout. The table is whole at every moment: the new one is written beside
 // the old and takes its place in one step. A value that the new layout cannot hold stops the update of its
-// table, which stays as it is; so does an amount of transactions that the old table lacks, since a made-up 0
-// would pass for money. Where fields fall away, the old table stays beside the new as ".OLD".
+// table, which stays as it is; so does a field that the old table lacks and that is never made up
+// (MayBeMadeUp): a 0 would pass for money, a blank status for an open item. Where fields fall away, the old
+// table stays beside the new as ".OLD".
 #pragma once
 
 #include <string>

@@ -50,11 +50,9 @@ void ExaminedCompany::OpenOne(TableBase& table, const std::string& bank_code,
   failures_.push_back({&table, opened});
   CompanyProblem problem = NotOpenedProblem(home_.files, table, opened);
   // The suite's tables may have other tags than those that we know of.
-  const bool of_suite = &table == &users_ || &table == &user_banks_;
-  if (of_suite && std::holds_alternative<RebuildIndex>(problem.remedy)) {
+  if (table.Layout().of_suite && std::holds_alternative<RebuildIndex>(problem.remedy)) {
     problem.remedy = {};
-    problem.text += ".  \"escrowctl --answer Yes table reindex " + table.Name() +
-                    "\" builds the tags that Escrow Accounting needs";
+    problem.text += ".  " + SuiteIndexAdvice(table.Name());
   }
   problems->push_back(std::move(problem));
 }
@@ -119,13 +117,15 @@ void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,
   std::vector<std::string> codes;
   for (const auto& [code, bank] : company.by_bank) codes.push_back(code);
   for (const StrayTable& stray : FindStrayTables(home, codes)) {
-    problems->push_back({stray.name,
-                         0,
-                         "holds records (" + std::to_string(stray.records) + ") of a bank " +
-                             Quoted(stray.bank_code) +
-                             " that the bank table does not have.  Restore the copy in which the bank is, or "
-                             "have its tables carried out of the folder before a bank gets this code",
-                         {}});
+    const std::string records = "holds records (" + std::to_string(stray.records) + ")";
+    const std::string text =
+        stray.MayBeOfABank()
+            ? records + " of a bank " + Quoted(stray.bank_code) +
+                  " that the bank table does not have.  Restore the copy in which the bank is, or "
+                  "have its tables carried out of the folder before a bank gets this code"
+            : records + ", but no bank can have the code " + Quoted(stray.bank_code) +
+                  ": it looks like a stray copy of a table.  Have it carried out of the folder";
+    problems->push_back({stray.name, 0, text, {}});
   }
 }
 

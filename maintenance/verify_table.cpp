@@ -67,7 +67,7 @@ CompanyProblem NotOpenedProblem(const FileSystem& files, const TableBase& table,
   } else if (code <= engine::kErrorIndex && code >= engine::kErrorTagName) {
     problem.remedy = RebuildIndex();
   } else if (code == engine::kErrorFieldName) {
-    problem.text += ".  " + std::string(kFieldAdvice);
+    problem.text += ".  " + table.Lack().advice;
   } else if (code == engine::kErrorOpenRefused) {
     problem.text += ".  Have everybody leave the program, and verify again";
   } else if (code == engine::kErrorOpen || code == engine::kErrorRead || code == engine::kErrorReadOnly) {

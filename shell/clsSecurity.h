@@ -45,9 +45,9 @@ class clsSecurity {
   // Every user in login order, without the banks. None where the tables are missing or do not open.
   static std::vector<clsSecurity> AllUsers(const TableHome& home);
 
-  // Opens both tables of users once: why they cannot be used, after the message of the one that did not open,
-  // or "". Where they were never made there is nothing wrong. To be asked before an answer that a table out
-  // of reach would make a wrong one: no users, or no such user.
+  // Opens both tables of users once, without a message: why they cannot be used, or "". Where they were never
+  // made there is nothing wrong. To be asked before an answer that a table out of reach would make a wrong
+  // one: no users, or no such user.
   static std::string UsersProblem(const TableHome& home);
 
   // What a new user is before anybody has said more: in the group "User", with every right, and without a

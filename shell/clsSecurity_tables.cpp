@@ -131,8 +131,7 @@ std::string clsSecurity::UsersProblem(const TableHome& home) {
     if (!table->Exists()) {
       const std::string why = WhyLost(home, table->Name());
       if (!why.empty()) return table->Name() + " is missing, but " + why + ".  Have it brought back";
-    } else if (table->Open() <= 0) {
-      const int code = home.data.OpenErrorCode();
+    } else if (const int code = table->OpenQuietly({}, false); code <= 0) {
       return table->Name() + " could not be opened: " + table->WhyNotOpen(code) + " (" +
              std::to_string(code) + ").  \"escrowctl verify\" says what is wrong with it";
     }

@@ -120,9 +120,13 @@ class StartUpRun {
   }
 
   bool WantsUpdate(const TableBase& table) {
-    const std::string text = "Escrow Accounting can not start with " + table.Name() + ".  " +
-                             table.Lack().text + ".  " + std::string(kFieldAdvice) +
-                             "\r\rUpdate Database Versions now?";
+    std::string text = "Escrow Accounting can not start with " + table.Name() + ".  " + table.Lack().text +
+                       ".  " + table.Lack().advice;
+    if (!table.Lack().addable) {
+      ports_.boxes.Critical(kProgramName, text);
+      return false;
+    }
+    text += "\r\rUpdate Database Versions now?";
     return ports_.boxes.Show({BoxIcon::kExclamation, std::string(kProgramName), text, BoxButtons::kYesNo,
                               BoxAnswer::kNo}) == BoxAnswer::kYes;
   }

@@ -43,9 +43,13 @@ constexpr TagLayout kTags[] = {
     {"CHXSTMT", "STR(CHXSTMTYR,4,0) + STR(CHXSTMTMO,2,0) + STR(CHXSTMTDA,2,0)", kLiveRecords},
 };
 
+constexpr std::string_view kMayBeEmpty[] = {"CHXADDR",   "CHXCITYST", "CHXCONTROL", "CHXTINNO",
+                                            "CHXACCTDA", "CHXSTMTDA", "ChxsReason"};
+
 }  // namespace
 
-constexpr TableLayout kCheckLayout{"ESCROW_CHECKS_", true, kFields, kTags, TextsFor("Open Database Checks")};
+constexpr TableLayout kCheckLayout{"ESCROW_CHECKS_", true, kFields, kTags, TextsFor("Open Database Checks"),
+                                   kMayBeEmpty};
 
 CheckTable::CheckTable(const TableHome& home) : TypedTable(home, kCheckLayout, kColumns) {}
 

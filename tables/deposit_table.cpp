@@ -91,10 +91,12 @@ constexpr TagLayout kTags[] = {
     {"DEPODATED", "UPPER (DEPODATED + DEPOSEQNC)", kLiveRecords, true},
 };
 
+constexpr std::string_view kMayBeEmpty[] = {"DEPOACCTDA", "DEPOSTDA", "DEPOSPARE"};
+
 }  // namespace
 
-constexpr TableLayout kDepositLayout{"ESCROW_DEPOSITS_", true, kFields, kTags,
-                                     TextsFor("Open Database DEPOSITS")};
+constexpr TableLayout kDepositLayout{
+    "ESCROW_DEPOSITS_", true, kFields, kTags, TextsFor("Open Database DEPOSITS"), kMayBeEmpty};
 
 bool IsWireIn(const DepositRecord& deposit, int item) {
   const auto place = static_cast<std::size_t>(item) - 1;

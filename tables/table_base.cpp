@@ -146,12 +146,25 @@ DataHandle TableBase::OpenTelling(bool exclusive) {
   return RebuildOnDisk({}) == engine::kSuccess ? OpenWhole(exclusive) : handle;
 }
 
+// The store offers a rebuild. Where a field is gone that a tag needs, none helps; and the suite's tables are
+// rebuilt by an administrator, not by whoever comes first.
 DataHandle TableBase::OpenWhole(bool exclusive) {
-  const DataHandle handle =
-      exclusive ? home_.data.OpenDatabaseExclusive(Path()) : home_.data.OpenDatabase(Path());
+  const bool offers = !layout_.of_suite && !FindMissingField(home_.files, Path(), layout_);
+  DataHandle handle = offers ? engine::kErrorDataHeader : home_.data.OpenDatabaseSilent(Path(), exclusive);
+  if (handle == engine::kErrorDataHeader)
+    handle = exclusive ? home_.data.OpenDatabaseExclusive(Path()) : home_.data.OpenDatabase(Path());
   if (exclusive) home_.data.SetSharedAccess();
-  lack_ = handle > 0 ? FindLack(home_.data, handle, layout_) : TableLack();
-  return lack_ ? home_.data.RefuseOpened(handle, lack_.code, lack_.text) : handle;
+  lack_ = LackOf(handle);
+  if (handle <= 0 || !lack_) return lack_ ? lack_.code : handle;
+  if (offers) return home_.data.RefuseOpened(handle, lack_.code, lack_.text);
+  home_.data.CloseDatabase(handle);
+  return lack_.code;
+}
+
+// The engine blames the index where a field is gone that a tag needs.
+TableLack TableBase::LackOf(DataHandle handle) const {
+  if (handle > 0) return FindLack(home_.data, handle, layout_);
+  return handle == engine::kErrorTagExpression ? FindMissingField(home_.files, Path(), layout_) : TableLack();
 }
 
 DataHandle TableBase::OpenExclusive(std::string_view bank_code) {
@@ -163,7 +176,7 @@ DataHandle TableBase::OpenExclusive(std::string_view bank_code) {
 
 DataHandle TableBase::OpenQuietly(std::string_view bank_code, bool exclusive) {
   const DataHandle handle = OpenAsItIs(bank_code, exclusive);
-  if (handle > 0) lack_ = FindLack(home_.data, handle, layout_);
+  lack_ = LackOf(handle);
   if (!lack_) return handle;
   Close();
   return lack_.code;
@@ -177,7 +190,11 @@ DataHandle TableBase::OpenAsItIs(std::string_view bank_code, bool exclusive) {
 
 void TableBase::ReportOpenFailed(int code) {
   std::string text = "Open database " + name_ + " failed.\r" + std::to_string(code);
-  if (code == engine::kErrorFieldName) text += "\r\r" + lack_.text + ".  " + std::string(kFieldAdvice);
+  if (code == engine::kErrorFieldName) {
+    text += "\r\r" + lack_.text + ".  " + lack_.advice;
+  } else if (layout_.of_suite && IsIndexDamage(code)) {
+    text += "\r\r" + WhyNotOpen(code) + ".  " + SuiteIndexAdvice(name_);
+  }
   home_.boxes.Critical(layout_.texts.open_title, text);
 }
 

@@ -58,8 +58,8 @@ class TableBase {
   std::string WhyLost() const { return home_.why_lost ? home_.why_lost(name_) : std::string(); }
   // Opens the table shared and looks up its fields. A per-bank table that is missing is made first, after a
   // question when it seems to be lost. When the user asks for a rebuild of a damaged one, or of one that
-  // lacks a tag, it is rebuilt; one that lacks a field is refused. The handle, 0 or a negative code after a
-  // message.
+  // lacks a tag, it is rebuilt; one that lacks a field is refused, and so is a damaged one of the suite's.
+  // The handle, 0 or a negative code after a message.
   DataHandle Open(std::string_view bank_code = {});
   // The same for this workstation alone; a missing table is not made.
   DataHandle OpenExclusive(std::string_view bank_code = {});
@@ -134,12 +134,14 @@ class TableBase {
   void ReportNotCreated(int code);
   DataHandle OpenTelling(bool exclusive);
   DataHandle OpenWhole(bool exclusive);
+  TableLack LackOf(DataHandle handle) const;  // of an open table, or of one that did not open with the code
   DataHandle Settle(DataHandle handle);
   void ReportOpenFailed(int code);
 
   int RebuildOnDisk(const engine::Progress& progress);
   int PackAndProve(DataHandle data, const engine::Progress& progress);
   DataHandle OpenMended();
+  DataHandle OpenWithIndex(std::span<const TagLayout> tags);  // built anew
   int KeepOld(const engine::Progress& progress);
   void DropOld();
   void RestoreOld();

@@ -1,20 +1,12 @@
 // Rebuild of one table: opened exclusively, a copy kept as ".SAV" (its memo file as ".SAV.FPT"), packed by
 // the engine into new files that replace the old ones whole, proven, and only then is the copy dropped. At
 // every moment the old table, the new one or the copy is complete on disk. A damaged or missing index is
-// first built anew from the records, with the tags of the layout.
+// first built anew from the records, with the tags of the layout; one that only lacks tags keeps those it
+// has.
 
-#include "core/text.h"
 #include "tables/table_base.h"
 
 namespace tallwick {
-
-namespace {
-
-bool IsIndexDamage(int code) {
-  return code <= engine::kErrorIndex && code > engine::kErrorExpression;
-}
-
-}  // namespace
 
 int TableBase::Rebuild(std::string_view bank_code, const engine::Progress& progress) {
   return UseBank(bank_code) ? RebuildOnDisk(progress) : engine::kErrorParameter;
@@ -111,13 +103,17 @@ DataHandle TableBase::OpenMended() {
     data = home_.data.OpenDatabaseSilent(Path(), true);
   }
   if (data > 0) {
-    const TableLack lack = FindMissingTag(home_.data, data, layout_.tags);
-    if (!lack) return data;
+    if (!FindMissingTag(home_.data, data, layout_.tags)) return data;
+    const TagsToBuild tags(home_.data, data, layout_.tags);
     home_.data.CloseDatabase(data);
-    data = lack.code;
+    return OpenWithIndex(tags.All());
   }
-  if (!IsIndexDamage(data) || layout_.tags.empty()) return data;
-  int code = home_.data.RebuildIndex(Path(), layout_.tags);
+  if (LackOf(data)) return engine::kErrorFieldName;
+  return IsIndexDamage(data) && !layout_.tags.empty() ? OpenWithIndex(layout_.tags) : data;
+}
+
+DataHandle TableBase::OpenWithIndex(std::span<const TagLayout> tags) {
+  const int code = home_.data.RebuildIndex(Path(), tags);
   return code == engine::kSuccess ? home_.data.OpenDatabaseSilent(Path(), true) : code;
 }
 

@@ -38,10 +38,11 @@ constexpr TagLayout kUserBankTags[] = {{"ID", "ID", kLiveRecords}};
 
 }  // namespace
 
-constexpr TableLayout kUsersLayout{"USERS", false, kUserFields, kUserTags, TextsFor("Open Database Users")};
+constexpr TableLayout kUsersLayout{"USERS", false, kUserFields, kUserTags, TextsFor("Open Database Users"),
+                                   {},      true};
 
-constexpr TableLayout kUserBanksLayout{"USERSESC", false, kUserBankFields, kUserBankTags,
-                                       TextsFor("Open Database Users")};
+constexpr TableLayout kUserBanksLayout{
+    "USERSESC", false, kUserBankFields, kUserBankTags, TextsFor("Open Database Users"), {}, true};
 
 UsersTable::UsersTable(const TableHome& home) : TypedTable(home, kUsersLayout, kUserColumns) {}
 

@@ -33,10 +33,12 @@ constexpr TagLayout kTags[] = {
     {"VCHRPAYEE", "UPPER (VCHRPAYEE)", kLiveRecords},
 };
 
+constexpr std::string_view kMayBeEmpty[] = {"VCHRREASON", "VCHRACCTDA", "VCHRSPARE"};
+
 }  // namespace
 
-constexpr TableLayout kVoucherLayout{"ESCROW_VOUCHERS_", true, kFields, kTags,
-                                     TextsFor("Open Database Vouchers")};
+constexpr TableLayout kVoucherLayout{
+    "ESCROW_VOUCHERS_", true, kFields, kTags, TextsFor("Open Database Vouchers"), kMayBeEmpty};
 
 VoucherTable::VoucherTable(const TableHome& home) : TypedTable(home, kVoucherLayout, kColumns) {}
 

@@ -36,9 +36,12 @@ constexpr TagLayout kTags[] = {
     {"WIRESTMT", "STR(WIRESTMTYR,4,0) + STR(WIRESTMTMO,2,0) + STR(WIRESTMTDA,2,0)", kLiveRecords},
 };
 
+constexpr std::string_view kMayBeEmpty[] = {"WIRECNTLNO", "WIREACCTDA", "WIRESTMTDA", "WIRESPARE"};
+
 }  // namespace
 
-constexpr TableLayout kWireLayout{"ESCROW_WIRES_", true, kFields, kTags, TextsFor("Open Database Wires")};
+constexpr TableLayout kWireLayout{"ESCROW_WIRES_", true, kFields, kTags, TextsFor("Open Database Wires"),
+                                  kMayBeEmpty};
 
 WireTable::WireTable(const TableHome& home) : TypedTable(home, kWireLayout, kColumns) {}
 

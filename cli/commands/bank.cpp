@@ -3,6 +3,7 @@
 #include "cli/field_values.h"
 #include "cli/json_values.h"
 #include "maintenance/bank_maintenance.h"
+#include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
 
 namespace tallwick::cli {
@@ -52,6 +53,12 @@ int Show(Office& office, const BankArguments& arguments) {
 int List(Office& office) {
   Session* session = office.Open();
   if (session == nullptr) return office.Status();
+  // Without the users nobody may look at any bank, and the list would seem to say that there are none.
+  const std::string problem = session->SecurityOn() ? clsSecurity::UsersProblem(session->Home()) : "";
+  if (!problem.empty()) {
+    office.Out().Fail(problem);
+    return kNoTables;
+  }
   BankTable& banks = session->Company().banks;
   Json list = Json::array();
   std::vector<std::vector<std::string>> rows;

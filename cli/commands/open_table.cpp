@@ -39,16 +39,15 @@ std::string PathOf(Office& office, std::string_view file) {
   return office.Files().FileExists(there) || !office.Files().FileExists(here) ? there : here;
 }
 
-// The tags of a table that this product makes; a rebuild needs them where the index is gone. None for other
-// tables.
-std::span<const TagLayout> TagsOf(std::string_view name) {
+// The layout of a table that this product makes; null for other tables.
+const TableLayout* LayoutOf(std::string_view name) {
   for (const TableLayout* layout :
        {&kBankLayout, &kXrefLayout, &kNotesLayout, &kCheckLayout, &kDepositLayout, &kDepositXrefLayout,
         &kWireLayout, &kVoucherLayout, &kUsersLayout, &kUserBanksLayout}) {
     if (layout->per_bank ? ToUpper(name).starts_with(layout->name) : EqualsIgnoreCase(name, layout->name))
-      return layout->tags;
+      return layout;
   }
-  return {};
+  return nullptr;
 }
 
 }  // namespace
@@ -63,10 +62,6 @@ OpenTable::OpenTable(Office& office, std::string_view file, Access access)
   const std::string path = PathOf(office, file);
   folder_ = path.substr(0, path.size() - FileNameOf(path).size());
   Open(path, access);
-  if (data_ <= 0 && store_->RebuildRequested()) {
-    store_->ClearRebuildRequest();
-    if (Rebuild(path)) Open(path, access);
-  }
   if (data_ > 0) return;
   const int code = store_->OpenErrorCode() != 0 ? store_->OpenErrorCode() : data_;
   office.Out().Fail(Quoted(file) + " could not be opened: " + std::string(engine::error4text(code)) + " (" +
@@ -75,15 +70,33 @@ OpenTable::OpenTable(Office& office, std::string_view file, Access access)
 }
 
 void OpenTable::Open(const std::string& path, Access access) {
-  data_ = access == Access::kShared ? store_->OpenDatabase(path) : store_->OpenDatabaseExclusive(path);
-  if (data_ <= 0 || access == Access::kShared) return;
+  data_ = OpenOnce(path, access);
+  const TableLayout* layout = LayoutOf(name_);
+  const std::span<const TagLayout> needed = layout != nullptr ? layout->tags : std::span<const TagLayout>();
+  if (data_ <= 0) {
+    if (IsRebuildWanted() && Rebuild(path, needed)) data_ = OpenOnce(path, access);
+    return;
+  }
+  if (access == Access::kShared) return;
   // What is packed or indexed anew must come out with every tag that the program needs.
-  if (const TableLack lack = FindMissingTag(*store_, data_, TagsOf(name_)))
-    data_ = store_->RefuseOpened(data_, lack.code, lack.text);
+  const TableLack lack = FindMissingTag(*store_, data_, needed);
+  if (!lack) return;
+  const TagsToBuild tags(*store_, data_, needed);
+  data_ = store_->RefuseOpened(data_, lack.code, lack.text);
+  if (IsRebuildWanted() && Rebuild(path, tags.All())) data_ = OpenOnce(path, access);
 }
 
-bool OpenTable::Rebuild(const std::string& path) {
-  const std::span<const TagLayout> tags = TagsOf(name_);
+DataHandle OpenTable::OpenOnce(const std::string& path, Access access) {
+  return access == Access::kShared ? store_->OpenDatabase(path) : store_->OpenDatabaseExclusive(path);
+}
+
+bool OpenTable::IsRebuildWanted() {
+  const bool wanted = store_->RebuildRequested();
+  store_->ClearRebuildRequest();
+  return wanted;
+}
+
+bool OpenTable::Rebuild(const std::string& path, std::span<const TagLayout> tags) {
   if (tags.empty()) {
     office_.Out().Fail("The index of " + name_ + " cannot be rebuilt: its tags are known to its owner only");
     return false;

@@ -1,6 +1,7 @@
 // A table opened for one command, closed at its end.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 
@@ -31,9 +32,12 @@ class OpenTable {
   int Failed(std::string_view what, int code);
 
  private:
+  // With the rebuild that the user may have asked for.
   void Open(const std::string& path, Access access);
-  // Makes the index anew, for a user who was asked and said yes. False after a message.
-  bool Rebuild(const std::string& path);
+  DataHandle OpenOnce(const std::string& path, Access access);
+  bool IsRebuildWanted();  // the user was asked and said yes
+  // Makes the index anew. False after a message.
+  bool Rebuild(const std::string& path, std::span<const TagLayout> tags);
 
   Office& office_;
   clsKVRData* store_ = nullptr;

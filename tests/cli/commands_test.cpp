@@ -454,13 +454,15 @@ TEST(Users, AreKeptWithRightsAndBanks) {
   std::ofstream(escrowctl.Data("USERS.DBF")) << "no table";
   for (const char* command :
        {"user list", "user show ANN", "user right ANN 1", "user add NEW --name N --group User",
-        "user delete ANN", "user reset-passwords", "--security on --user ANN table dump USERS"}) {
+        "user delete ANN", "user reset-passwords", "--security on --user ANN table dump USERS",
+        "--security on --user ANN bank list"}) {
     const RunResult result = escrowctl.Run(command);
     EXPECT_EQ(result.status, 3) << command;
     EXPECT_NE(result.err.find("USERS could not be opened"), std::string::npos) << command << result.err;
   }
   std::filesystem::remove(escrowctl.Data("USERS.DBF"));
   EXPECT_EQ(escrowctl.Run("user list").status, 3);
+  EXPECT_EQ(escrowctl.Run("--security on --user ANN bank list").status, 3);
   EXPECT_EQ(escrowctl.Run("--json verify").Json()["problems"][0]["table"], "USERS");
 }
 

@@ -15,6 +15,7 @@ using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using testing::MaintainedOffice;
+using ::testing::Not;
 using testing::WatchedProgress;
 
 constexpr BoxAnswer kOk = BoxAnswer::kOk;
@@ -275,6 +276,18 @@ TEST_F(DataCopyTest, TablesOfABankThatTheCopyDoesNotHaveAreNamed) {
   EXPECT_TRUE(Restore().completed);
   EXPECT_THAT(office_.boxes.LastText(),
               HasSubstr("of banks that the copy does not have: ESCROW_CHECKS_NEW (1 record)."));
+}
+
+// A bank table that does not open knows of no bank, and every table would look like a stranger's.
+TEST_F(DataCopyTest, NoTableIsCalledAStrangersWhereTheBanksAreNotKnown) {
+  ASSERT_TRUE(Copy().completed);
+  const std::string banks = office_.ReadFile("DBFCOPYS\\ESCROW_BANKS.DBF");
+  office_.WriteFile("DBFCOPYS\\ESCROW_BANKS.DBF", banks.substr(0, banks.size() - 200));
+  for (const BoxAnswer repair : {kCancel, kOk}) {
+    Restore({kOk, kYes, kNo, kNo, repair});
+    for (const std::string& text : office_.boxes.Texts())
+      EXPECT_THAT(text, Not(HasSubstr("These tables stay")));
+  }
 }
 
 // Its line in the list of files would not be one line.

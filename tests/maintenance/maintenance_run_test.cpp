@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
 #include "maintenance/data_copy.h"
 #include "maintenance/maintained_table.h"
 #include "maintenance/maintenance_run.h"
@@ -180,7 +182,9 @@ void MakeOldWires(MaintainedOffice& office) {
   for (const char* part : {".DBF", ".CDX"})
     SystemFileSystem().Remove(office.folder.Held("ESCROW_WIRES_FNB" + std::string(part)));
   const FieldLayout fields[] = {{"WIRENUMBER", 'C', 12},    {"WIREFILENO", 'C', 10}, {"WIREDATED", 'D', 8},
-                                {"WIREAMOUNT", 'N', 14, 2}, {"WIREOLD", 'C', 5},     {"WIRESTATUS", 'C', 2}};
+                                {"WIREAMOUNT", 'N', 14, 2}, {"WIREOLD", 'C', 5},     {"WIRESTATUS", 'C', 2},
+                                {"WIREPAYEE", 'C', 60},     {"WIREACCTMO", 'N', 2},  {"WIREACCTYR", 'N', 4},
+                                {"WIRESTMTMO", 'N', 2},     {"WIRESTMTYR", 'N', 4}};
   const TagLayout tags[] = {{"WIRENUMBER", "UPPER (WIRENUMBER)", ".NOT. Deleted ()", true}};
   const DataHandle old = data.CreateDatabase(path, fields, tags);
   ASSERT_GT(old, 0);
@@ -221,7 +225,7 @@ TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
   EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ OUT-of-DATE");
   EXPECT_TRUE(Run(kUpdate).completed);
   EXPECT_EQ(VersionOf(office_, "ESCROW_WIRES_FNB"), "Escrow_Wires_ - current");
-  EXPECT_THAT(office_.boxes.Texts(), Contains(HasSubstr("\rESCROW_WIRES_FNB: WIREPAYEE, WIREACCTMO, ")));
+  EXPECT_THAT(office_.boxes.Texts(), Contains(HasSubstr("\rESCROW_WIRES_FNB: WIRECNTLNO, WIREACCTDA, ")));
   {
     BankTables bank(office_.session->Home());
     ASSERT_TRUE(bank.Open("FNB") && bank.wires.SeekNumber("FED2"));
@@ -238,16 +242,38 @@ TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
   EXPECT_EQ(VersionOf(office_, "ESCROW_CHECKS_FNB"), "Escrow_Checks version status not available.");
 }
 
-// A made-up 0 would stand in every balance as if it were true.
-TEST_F(MaintenanceTest, AnAmountIsNeverMadeUp) {
-  std::string table = office_.ReadFile("ESCROW_CHECKS_FNB.DBF");
-  table[table.find("CHXAMOUNT")] = 'X';
-  office_.WriteFile("ESCROW_CHECKS_FNB.DBF", table);
-  EXPECT_FALSE(Run(kUpdate).completed);
-  EXPECT_THAT(Shown().back().text,
-              HasSubstr("ESCROW_CHECKS_FNB: it lacks the amount CHXAMOUNT, which is never "
-                        "made up: restore the table from a copy"));
-  EXPECT_EQ(office_.ReadFile("ESCROW_CHECKS_FNB.DBF"), table);
+// A made-up 0 would stand in every balance as if it were true, and a blank status would count a voided check.
+// A day that the table lacks is made up also where a tag needs it, and the table does not open for that.
+TEST_F(MaintenanceTest, OnlyWhatSaysNothingFalseIsMadeUp) {
+  const struct {
+    std::string table;
+    std::string field;
+    bool made_up;
+  } cases[] = {{"ESCROW_CHECKS_FNB", "CHXAMOUNT", false},   {"ESCROW_CHECKS_FNB", "CHXSTATUS", false},
+               {"ESCROW_CHECKS_FNB", "CHXSTMTMO", false},   {"ESCROW_DEPOSITS_FNB", "DEPOFILE1", false},
+               {"ESCROW_WIRES_FNB", "WIRESTATUS", false},   {"ESCROW_VOUCHERS_FNB", "VCHRSTATUS", false},
+               {"ESCROW_DEPOXRFS_FNB", "DXRFDATED", false}, {"ESCROW_NOTES", "NOTETYPE", false},
+               {"ESCROW_CHECKS_FNB", "CHXTINNO", true},     {"ESCROW_WIRES_FNB", "WIREACCTDA", true},
+               {"ESCROW_DEPOSITS_FNB", "DEPOSTDA2", true}};
+  for (const auto& one : cases) {
+    SCOPED_TRACE(one.field);
+    office_.session->Company().notes.Close();
+    const std::string whole = office_.ReadFile(one.table + ".DBF");
+    std::string lacking = whole;
+    lacking[lacking.find(one.field)] = 'X';
+    office_.WriteFile(one.table + ".DBF", lacking);
+    const MaintenanceOutcome outcome = Run(kUpdate);
+    const auto found = std::find_if(outcome.tables.begin(), outcome.tables.end(),
+                                    [&](const TableOutcome& table) { return table.table == one.table; });
+    ASSERT_NE(found, outcome.tables.end());
+    EXPECT_EQ(found->done, one.made_up) << found->text;
+    EXPECT_EQ(found->made_up, one.made_up ? one.field : "");
+    if (one.made_up) continue;
+    EXPECT_EQ(found->text,
+              "it lacks the field " + one.field + ", which is never made up: restore the table from a copy");
+    EXPECT_EQ(office_.ReadFile(one.table + ".DBF"), lacking);
+    office_.WriteFile(one.table + ".DBF", whole);
+  }
 }
 
 TEST_F(MaintenanceTest, TheAgentsTableIsBroughtToThePresentLayoutToo) {

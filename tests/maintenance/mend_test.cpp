@@ -194,6 +194,7 @@ TEST_F(Mend, NamesWhatAPersonMustSeeTo) {
   ASSERT_EQ(user.SaveUserSecurity(office_.session->Home(), office_.clock.Now()), 0);
   const TableHome& home = Leave();
   office_.WriteFile("ESCROW_CHECKS_OLD.DBF", office_.ReadFile("ESCROW_CHECKS_FNB.DBF"));
+  office_.WriteFile("ESCROW_CHECKS_FNB - Copy.DBF", office_.ReadFile("ESCROW_CHECKS_FNB.DBF"));
   office_.WriteFile("ESCROW_WIRES_OLD.DBF", office_.ReadFile("ESCROW_WIRES_FNB.DBF"));  // without records
   Patch("ESCROW_VOUCHERS_FNB.DBF", office_.ReadFile("ESCROW_VOUCHERS_FNB.DBF").find("VCHRAMOUNT"), "X");
   Patch("USERS.DBF", 28, std::string(1, '\0'));
@@ -204,6 +205,8 @@ TEST_F(Mend, NamesWhatAPersonMustSeeTo) {
       "adds "
       "it, empty, where the table is of an older program.  Where it has been lost, restore the table from a "
       "copy.",
+      "ESCROW_CHECKS_FNB - Copy: holds records (3), but no bank can have the code \"FNB - Copy\": it looks "
+      "like a stray copy of a table.  Have it carried out of the folder",
       "ESCROW_CHECKS_OLD: holds records (3) of a bank \"OLD\" that the bank table does not have.  Restore "
       "the "
       "copy in which the bank is, or have its tables carried out of the folder before a bank gets this code"};

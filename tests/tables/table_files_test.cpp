@@ -7,6 +7,7 @@
 #include "tables/bank_table.h"
 #include "tables/bank_tables.h"
 #include "tables/notes_table.h"
+#include "tables/users_table.h"
 #include "tables/xref_table.h"
 #include "tests/tables/company_fixture.h"
 
@@ -320,6 +321,51 @@ TEST_F(TableFilesTest, ATableWithoutAFieldIsRefused) {
   EXPECT_EQ(wires.OpenQuietly("FNB", true), engine::kErrorFieldName);
   EXPECT_FALSE(wires.IsOpen());
   EXPECT_GT(wires.OpenAsItIs("FNB", true), 0);
+}
+
+// The engine blames the index, which no rebuild mends as long as the field is gone.
+TEST_F(TableFilesTest, AFieldThatATagNeedsIsNamed) {
+  CheckTable checks(home_);
+  AddChecks(checks, 2);
+  checks.Close();
+  const std::string head = *SystemFileSystem().Read(checks.Path());
+  Patch("ESCROW_CHECKS_FNB.DBF", head.find("CHXSTMTMO"), '#');
+  ASSERT_EQ(checks.OpenAsItIs("FNB", false), engine::kErrorTagExpression);
+  EXPECT_EQ(checks.OpenQuietly("FNB", false), engine::kErrorFieldName);
+  boxes_.shown.clear();
+  EXPECT_EQ(checks.Open("FNB"), engine::kErrorFieldName);
+  ASSERT_EQ(boxes_.shown.size(), 1U);
+  EXPECT_NE(boxes_.LastText().find("It lacks the field CHXSTMTMO.  What it held is never made up: restore"),
+            std::string::npos);
+  EXPECT_EQ(checks.RebuildQuietly("FNB", {}), engine::kErrorFieldName);
+}
+
+TEST_F(TableFilesTest, ARebuildKeepsTheTagsOfOtherPrograms) {
+  CheckTable checks(home_);
+  AddChecks(checks, 3);
+  checks.Close();
+  std::vector<TagLayout> tags(kCheckLayout.tags.begin() + 1, kCheckLayout.tags.end());
+  tags.push_back({"THEIRS", "CHXTINNO", ".NOT. DELETED()"});
+  ASSERT_EQ(data_.RebuildIndex(checks.Path(), tags), 0);
+  EXPECT_EQ(checks.Rebuild("FNB"), 0);
+  ASSERT_GT(checks.Open("FNB"), 0);
+  EXPECT_TRUE(data_.TagExist(checks.Handle(), "THEIRS"));
+  EXPECT_TRUE(checks.SeekNumber("2"));
+}
+
+TEST_F(TableFilesTest, NobodyIsAskedToRebuildTheTablesOfTheSuite) {
+  UsersTable users(home_);
+  ASSERT_EQ(users.Create(), 0);
+  ASSERT_EQ(data_.RebuildIndex(users.Path(), kUsersLayout.tags.subspan(1)), 0);
+  boxes_.answers = {BoxAnswer::kYes};
+  EXPECT_EQ(users.Open(), engine::kErrorTagName);
+  ASSERT_EQ(boxes_.shown.size(), 1U);
+  EXPECT_NE(boxes_.LastText().find("\"escrowctl --answer Yes table reindex USERS\""), std::string::npos);
+  const std::string head = *SystemFileSystem().Read(users.Path());
+  Patch("USERS.DBF", head.find("MUSTCHANGE"), '#');
+  EXPECT_EQ(users.Open(), engine::kErrorFieldName);
+  EXPECT_NE(boxes_.LastText().find("It lacks the field MUSTCHANGE.  The table is the suite's"),
+            std::string::npos);
 }
 
 TEST_F(TableFilesTest, NotesKeepTheirTextsThroughARebuild) {
