@@ -329,7 +329,7 @@ TEST_F(TableFilesTest, AFieldThatATagNeedsIsNamed) {
   AddChecks(checks, 2);
   checks.Close();
   const std::string head = *SystemFileSystem().Read(checks.Path());
-  Patch("ESCROW_CHECKS_FNB.DBF", head.find("CHXSTMTMO"), '#');
+  Patch("ESCROW_CHECKS_FNB.DBF", head.find("CHXSTMTMO"), 'X');
   ASSERT_EQ(checks.OpenAsItIs("FNB", false), engine::kErrorTagExpression);
   EXPECT_EQ(checks.OpenQuietly("FNB", false), engine::kErrorFieldName);
   boxes_.shown.clear();
@@ -362,7 +362,7 @@ TEST_F(TableFilesTest, NobodyIsAskedToRebuildTheTablesOfTheSuite) {
   ASSERT_EQ(boxes_.shown.size(), 1U);
   EXPECT_NE(boxes_.LastText().find("\"escrowctl --answer Yes table reindex USERS\""), std::string::npos);
   const std::string head = *SystemFileSystem().Read(users.Path());
-  Patch("USERS.DBF", head.find("MUSTCHANGE"), '#');
+  Patch("USERS.DBF", head.find("MUSTCHANGE"), 'X');
   EXPECT_EQ(users.Open(), engine::kErrorFieldName);
   EXPECT_NE(boxes_.LastText().find("It lacks the field MUSTCHANGE.  The table is the suite's"),
             std::string::npos);
