@@ -190,20 +190,23 @@ bool Covers(const Cells& one, const Cells& other) {
          one.column + one.columns >= other.column + other.columns;
 }
 
-// The largest rectangles of ink around each cell, grown first to the side and first downwards.
+// Adds the largest rectangle of ink around a cell that no known one covers.
+void AddGrown(const Rows& rows, Cells cells, bool wide_first, std::vector<Cells>* grown) {
+  Grow(rows, cells, wide_first ? &Cells::columns : &Cells::rows);
+  Grow(rows, cells, wide_first ? &Cells::rows : &Cells::columns);
+  const bool covered =
+      std::any_of(grown->begin(), grown->end(), [&](const Cells& known) { return Covers(known, cells); });
+  if (!covered) grown->push_back(cells);
+}
+
+// The rectangles around each cell, grown first to the side and first downwards.
 std::vector<Cells> InkRectangles(const Rows& rows) {
   std::vector<Cells> grown;
   for (int row = 0; row < kMicrRows; ++row) {
     for (int column = 0; column < kMicrColumns; ++column) {
-      for (const bool wide_first : {true, false}) {
-        Cells cells{row, column, 1, 1};
-        if (!IsInk(rows, cells)) continue;
-        Grow(rows, cells, wide_first ? &Cells::columns : &Cells::rows);
-        Grow(rows, cells, wide_first ? &Cells::rows : &Cells::columns);
-        const bool covered =
-            std::any_of(grown.begin(), grown.end(), [&](const Cells& known) { return Covers(known, cells); });
-        if (!covered) grown.push_back(cells);
-      }
+      const Cells cells{row, column, 1, 1};
+      if (!IsInk(rows, cells)) continue;
+      for (const bool wide_first : {true, false}) AddGrown(rows, cells, wide_first, &grown);
     }
   }
   return grown;

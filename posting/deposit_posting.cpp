@@ -343,7 +343,7 @@ void FrmEditDepositsPost::ShowState() {
 }
 
 std::string FrmEditDepositsPost::NewDepositNote() {
-  const std::string reminder = LastDepositReminder(tables_.deposits);
+  std::string reminder = LastDepositReminder(tables_.deposits);
   const Date date = TypedDate().value_or(Date{});
   if (date.IsEmpty()) return reminder;
   const SequencesUsed used = SequencesOf(tables_.deposits, StoredDate(date));
