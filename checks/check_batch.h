@@ -14,7 +14,7 @@ namespace tallwick {
 
 struct CheckBatch {
   std::vector<CheckOnPaper> checks;  // in the order in which they were named
-  // Of ranges, the numbers that no outstanding check has: "10455", "10457-10459".
+  // Of ranges, the numbers that no check to be printed has: "10455", "10457-10459".
   std::vector<std::string> left_out;
   std::string problem;  // why one of them cannot be printed; "" when all can
 };

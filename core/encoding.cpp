@@ -95,9 +95,13 @@ std::string FromWindows1252(std::string_view bytes) {
   return utf8;
 }
 
-std::string FromTextFile(std::string_view bytes) {
+std::string_view WithoutTextMark(std::string_view bytes) {
   constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  if (bytes.starts_with(kMark)) bytes.remove_prefix(kMark.size());
+  return bytes.starts_with(kMark) ? bytes.substr(kMark.size()) : bytes;
+}
+
+std::string FromTextFile(std::string_view bytes) {
+  bytes = WithoutTextMark(bytes);
   std::string_view rest = bytes;
   while (!rest.empty()) {
     if (!TakeCharacter(rest)) return FromWindows1252(bytes);

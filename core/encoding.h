@@ -13,6 +13,8 @@ std::optional<std::string> ToWindows1252(std::string_view utf8);
 // UTF-8 of Windows-1252 bytes. The five bytes without a character become U+FFFD, which
 // ToWindows1252 refuses. Never fails.
 std::string FromWindows1252(std::string_view bytes);
+// The bytes behind the mark that some editors put in front of UTF-8, where nobody sees it.
+std::string_view WithoutTextMark(std::string_view bytes);
 // UTF-8 of a text file's bytes, which any editor may have saved: UTF-8 with its mark or without, else
 // Windows-1252.
 std::string FromTextFile(std::string_view bytes);

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <vector>
 
+#include "core/encoding.h"
 #include "core/text.h"
 
 namespace tallwick {
@@ -13,12 +14,9 @@ bool Names(std::string_view line, std::string_view name) {
   return equals != std::string_view::npos && EqualsIgnoreCase(Trim(line.substr(0, equals)), name);
 }
 
-// Editors put UTF-8's mark in front of a text, where nobody sees it.
 std::optional<std::string> ReadSettings(const FileSystem& files, const std::string& path) {
-  constexpr std::string_view kMark = "\xEF\xBB\xBF";
-  std::optional<std::string> text = files.ReadIfThere(path);
-  if (text && text->starts_with(kMark)) text->erase(0, kMark.size());
-  return text;
+  const std::optional<std::string> text = files.ReadIfThere(path);
+  return text ? std::optional(std::string(WithoutTextMark(*text))) : std::nullopt;
 }
 
 // A login may be that of a domain, "OFFICE\jdoe".

@@ -58,7 +58,7 @@ int Journal::OpenOnce() {
 // nobody may take another, who is still at that and may die of it, for one who has the company at rest: so
 // only one at a time is between the doors, and whoever finds others inside knows that they came in well.
 int Journal::ComeIn() {
-  if (const int rc = WaitForLock(kDoorAt, kWriterWaitMs, kDoorTries); rc != kSuccess) return rc;
+  if (const int rc = WaitForLock(*file_, kDoorAt, kWriterWaitMs, kDoorTries); rc != kSuccess) return rc;
   int rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
   if (rc == kSuccess) {
     rc = FinishAsOnly(MayHaveLostPower());
@@ -126,15 +126,15 @@ Journal::~Journal() {
   if (writing_) EndWriting();
   // The last one to leave makes the tables durable and empties the journal. What fails is done by the next to
   // come.
-  if (read_only_ || WaitForLock(kDoorAt, kWriterWaitMs) != kSuccess) return;
+  if (read_only_ || WaitForLock(*file_, kDoorAt) != kSuccess) return;
   if (file_->Lock(kPresenceAt, 1, LockKind::kExclusive) == kSuccess) FinishAsOnly(false);
 }
 
 // --- Writing ---
 
-int Journal::WaitForLock(std::int64_t at, int wait_ms, int max_tries) {
+int Journal::WaitForLock(File& file, std::int64_t at, int wait_ms, int max_tries) {
   for (int tries = 0;; ++tries) {
-    const int rc = file_->Lock(at, 1, LockKind::kExclusive);
+    const int rc = file.Lock(at, 1, LockKind::kExclusive);
     if (rc != kLocked || tries == max_tries) return rc;
     if (tries >= kEagerTries) setup_.clock.Sleep(wait_ms);
   }
@@ -144,9 +144,9 @@ int Journal::WaitForLock(std::int64_t at, int wait_ms, int max_tries) {
 // wait as well, and cannot write for seconds while those who sleep never find the lock free.
 int Journal::TakeWriterLock(bool wait) {
   if (!wait) return file_->Lock(kWriterAt, 1, read_only_ ? LockKind::kShared : LockKind::kExclusive);
-  int rc = WaitForLock(kNextWriterAt, kWriterWaitMs);
+  int rc = WaitForLock(*file_, kNextWriterAt);
   if (rc != kSuccess) return rc;
-  rc = WaitForLock(kWriterAt, 1);
+  rc = WaitForLock(*file_, kWriterAt, 1);
   file_->Unlock(kNextWriterAt, 1);
   return rc;
 }

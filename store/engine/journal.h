@@ -152,7 +152,7 @@ class Journal {
   // A journal that may only be read: kErrorReadOnly while units wait in it that no live writer will apply.
   int RecoverReadOnly();
   int TakeWriterLock(bool wait);
-  int WaitForLock(std::int64_t at, int wait_ms, int max_tries = kWriterTries);
+  int WaitForLock(File& file, std::int64_t at, int wait_ms = kWriterWaitMs, int max_tries = kWriterTries);
   // Makes this workstation's presence known, after finishing what was left behind when nobody else is there.
   int ComeIn();
   std::string ReadBoot();
@@ -190,7 +190,6 @@ class Journal {
   int OpenToApply(const std::string& name, std::unique_ptr<File>* file);
   // Keeps programs that know nothing of the journal from appending to a table.
   int LockAppends(File& table);
-  int WaitForLock(File& file, std::int64_t at);
   // The files that entries name, from a mark to the end or the first break.
   std::set<std::string> NamesFrom(Mark* mark);
   int FlushFiles(const std::set<std::string>& names);

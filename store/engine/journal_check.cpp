@@ -65,7 +65,7 @@ int Journal::SetAside(std::string_view name, const std::vector<std::string>& fil
   int rc = kSuccess;
   file_ = setup_.files.Open(PathOf(kFileName), OpenMode::kReadWrite, &rc);
   if (!file_) return rc;
-  rc = WaitForLock(kDoorAt, kWriterWaitMs);
+  rc = WaitForLock(*file_, kDoorAt);
   const bool redo = rc == kSuccess && WillRedo();
   if (rc == kSuccess) rc = file_->Lock(kPresenceAt, 1, LockKind::kExclusive);
   gives_up_ = true;

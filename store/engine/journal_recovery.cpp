@@ -220,14 +220,6 @@ int Journal::OpenToApply(const std::string& name, std::unique_ptr<File>* file) {
   return IsTableName(name) ? LockAppends(**file) : static_cast<int>(kSuccess);
 }
 
-int Journal::WaitForLock(File& file, std::int64_t at) {
-  for (int tries = 0;; ++tries) {
-    const int rc = file.Lock(at, 1, LockKind::kExclusive);
-    if (rc != kLocked || tries == kWriterTries) return rc;
-    setup_.clock.Sleep(kWriterWaitMs);
-  }
-}
-
 int Journal::LockAppends(File& table) {
   const int rc = WaitForLock(table, kIndexedAppendAt);
   return rc == kSuccess ? WaitForLock(table, kPlainAppendAt) : rc;

@@ -46,6 +46,21 @@ void CutPower(MemoryFiles& disk, Companies&... companies) {
   disk.Restart(true);
 }
 
+// A company of check 1, and check 2 in a unit whose writer died: its entry is flushed, the tables are not
+// written.
+void LeaveAUnitBehind(MemoryFiles& disk) {
+  {
+    Company company(disk);
+    company.Make();
+    ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
+    code4unitBegin(*company.code);
+    ASSERT_EQ(company.AddCheck("     2", "24-1"), kSuccess);
+    disk.Plan(Fault::kDie, 3);
+    code4unitCommit(*company.code);
+  }
+  disk.Restart(false);
+}
+
 TEST(Seams, TheSecondToMakeATableFindsTheFirstOnesPosts) {
   WatchedFiles disk;
   Company first(disk);
@@ -68,16 +83,7 @@ TEST(Seams, TheSecondToMakeATableFindsTheFirstOnesPosts) {
 // An index can be built anew, and what a unit wrote to a table that is gone can not.
 TEST(Seams, AUnitOfATableThatIsGoneIsKept) {
   MemoryFiles disk;
-  {
-    Company company(disk);
-    company.Make();
-    ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
-    code4unitBegin(*company.code);
-    ASSERT_EQ(company.AddCheck("     2", "24-1"), kSuccess);
-    disk.Plan(Fault::kDie, 3);  // the entry is flushed, the tables are not written
-    code4unitCommit(*company.code);
-  }
-  disk.Restart(false);
+  LeaveAUnitBehind(disk);
   const std::string table = disk.Get("/data/checks.dbf");
   const std::string journal = disk.Get("/data/" + std::string(kJournalFileName));
   disk.Remove("/data/checks.dbf");
@@ -125,16 +131,7 @@ TEST(Seams, ATableThatWentAfterItsPostsCanBeGivenUp) {
 // A program that knows nothing of the journal may just be appending when a dead writer's unit is finished.
 TEST(Seams, ADeadWritersUnitWaitsForAForeignAppend) {
   MemoryFiles disk;
-  {
-    Company company(disk);
-    company.Make();
-    ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
-    code4unitBegin(*company.code);
-    ASSERT_EQ(company.AddCheck("     2", "24-1"), kSuccess);
-    disk.Plan(Fault::kDie, 3);
-    code4unitCommit(*company.code);
-  }
-  disk.Restart(false);
+  LeaveAUnitBehind(disk);
   int rc = kSuccess;
   auto foreign = disk.Open("/data/checks.dbf", OpenMode::kReadWrite, &rc);
   ASSERT_EQ(foreign->Lock(0x7FFFFFFE, 1, LockKind::kExclusive), kSuccess);
