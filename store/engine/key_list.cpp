@@ -18,17 +18,13 @@ std::uint64_t Prefix(const std::uint8_t* key, std::size_t length) {
   return Load64Big(bytes);
 }
 
-std::uint64_t Hash(const std::uint8_t* key, std::size_t length) {
+std::uint32_t Hash(const std::uint8_t* key, std::size_t length) {
   constexpr std::uint64_t kFactor = 0x9E3779B97F4A7C15U;
   std::uint64_t hash = length;
   std::size_t i = 0;
   for (; i + 8 <= length; i += 8) hash = std::rotl((hash ^ Load64(key + i)) * kFactor, 29);
   for (; i < length; ++i) hash = (hash ^ key[i]) * kFactor;
-  return hash ^ (hash >> 32);
-}
-
-std::uint32_t MarkOf(std::uint64_t hash) {
-  return static_cast<std::uint32_t>(hash >> 32);
+  return static_cast<std::uint32_t>(hash ^ (hash >> 32));
 }
 
 }  // namespace
@@ -87,18 +83,19 @@ bool KeyList::IsLess(const Entry& a, const Entry& b, std::size_t at) const {
   return order != 0 ? order < 0 : records_[a.place] < records_[b.place];
 }
 
-// Eight bytes after the other: keys that share the first ones are sorted by the next.
+// Eight bytes after the other: keys that share the first ones are sorted by the next, and at last by their
+// records.
 void KeyList::SortFrom(std::span<Entry> entries, std::size_t at) {
   constexpr std::size_t kFew = 64;
   for (Entry& entry : entries) entry.prefix = Prefix(Added(entry.place) + at, length_ - at);
   const auto less = [this, at](const Entry& a, const Entry& b) { return IsLess(a, b, at); };
   if (std::is_sorted(entries.begin(), entries.end(), less)) return;
-  if (entries.size() <= kFew || at + 8 >= length_) return std::sort(entries.begin(), entries.end(), less);
+  if (entries.size() <= kFew || at == length_) return std::sort(entries.begin(), entries.end(), less);
   SortByPrefix(entries);
   for (std::size_t from = 0; from < entries.size();) {
     std::size_t to = from + 1;
     while (to < entries.size() && entries[to].prefix == entries[from].prefix) ++to;
-    if (to - from > 1) SortFrom(entries.subspan(from, to - from), at + 8);
+    if (to - from > 1) SortFrom(entries.subspan(from, to - from), std::min(at + 8, length_));
     from = to;
   }
 }
@@ -128,28 +125,44 @@ void KeyList::KeepFirstOfSame() {
 
 // --- The queue ---
 
-std::size_t KeyQueue::SlotOf(const std::uint8_t* key, std::uint64_t hash) const {
-  const std::uint32_t mark = MarkOf(hash);
+std::uint32_t KeyQueue::HashOf(const std::uint8_t* key) const {
+  return Hash(key, keys_.KeyLength());
+}
+
+void KeyQueue::Prefetch(const std::uint8_t* key) const {
+  if (!slots_.empty()) __builtin_prefetch(&slots_[HashOf(key) & (slots_.size() - 1)]);
+}
+
+std::size_t KeyQueue::SlotOf(const std::uint8_t* key, std::uint32_t hash) const {
   const std::size_t mask = slots_.size() - 1;
   const auto holds_key = [&](const Slot& slot) {
-    return slot.mark == mark && std::memcmp(keys_.Added(slot.place - 1), key, keys_.KeyLength()) == 0;
+    return slot.hash == hash && std::memcmp(keys_.Added(slot.place - 1), key, keys_.KeyLength()) == 0;
   };
-  std::size_t at = static_cast<std::size_t>(hash) & mask;
+  std::size_t at = hash & mask;
   while (slots_[at].place != 0 && !holds_key(slots_[at])) at = (at + 1) & mask;
   return at;
 }
 
-void KeyQueue::FillTable() {
-  // Small enough for the processor's cache: slots that follow each other are looked at together, so a full
-  // table costs less than a large one.
-  if (keys_.Count() * 4 >= slots_.size() * 3) {
-    slots_.assign(std::bit_ceil(std::max<std::size_t>(64, keys_.Count() * 3 / 2)), {});
-    in_table_ = 0;
+// Small enough for the processor's cache: slots that follow each other are looked at together, so a full
+// table costs less than a large one.
+void KeyQueue::Grow() {
+  std::vector<Slot> grown(std::bit_ceil(std::max<std::size_t>(64, keys_.Count() * 3 / 2)));
+  const std::size_t mask = grown.size() - 1;
+  for (const Slot& slot : slots_) {
+    if (slot.place == 0) continue;
+    std::size_t at = slot.hash & mask;
+    while (grown[at].place != 0) at = (at + 1) & mask;
+    grown[at] = slot;
   }
+  slots_ = std::move(grown);
+}
+
+void KeyQueue::FillTable() {
+  if (keys_.Count() * 4 >= slots_.size() * 3) Grow();
   for (; in_table_ < keys_.Count(); ++in_table_) {
     const std::uint8_t* key = keys_.Added(in_table_);
-    const std::uint64_t hash = Hash(key, keys_.KeyLength());
-    slots_[SlotOf(key, hash)] = {static_cast<std::uint32_t>(in_table_ + 1), MarkOf(hash)};
+    const std::uint32_t hash = HashOf(key);
+    slots_[SlotOf(key, hash)] = {static_cast<std::uint32_t>(in_table_ + 1), hash};
   }
 }
 
@@ -159,8 +172,8 @@ void KeyQueue::Add(const std::uint8_t* key, std::uint32_t record) {
   if (!searchable_) return;
   if (highest_ == nullptr || std::memcmp(own, highest_, keys_.KeyLength()) > 0) highest_ = own;
   // The key that was just asked about goes where it was not found.
-  if (asked_ && in_table_ + 1 == keys_.Count() && Hash(key, keys_.KeyLength()) == asked_->hash)
-    slots_[asked_->slot] = {static_cast<std::uint32_t>(++in_table_), MarkOf(asked_->hash)};
+  if (asked_ && in_table_ + 1 == keys_.Count() && HashOf(key) == asked_->hash)
+    slots_[asked_->slot] = {static_cast<std::uint32_t>(++in_table_), asked_->hash};
   asked_.reset();
 }
 
@@ -168,7 +181,7 @@ bool KeyQueue::Contains(const std::uint8_t* key) {
   asked_.reset();
   if (highest_ == nullptr || std::memcmp(key, highest_, keys_.KeyLength()) > 0) return false;
   FillTable();
-  const std::uint64_t hash = Hash(key, keys_.KeyLength());
+  const std::uint32_t hash = HashOf(key);
   const std::size_t slot = SlotOf(key, hash);
   if (slots_[slot].place != 0) return true;
   asked_ = Asked{hash, slot};

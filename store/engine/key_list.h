@@ -68,6 +68,8 @@ class KeyQueue {
   KeyQueue(int key_length, bool searchable) : searchable_(searchable), keys_(key_length) {}
   void Add(const std::uint8_t* key, std::uint32_t record);
   bool Contains(const std::uint8_t* key);
+  // Asks the processor for the place of a key that will be asked about.
+  void Prefetch(const std::uint8_t* key) const;
   bool IsEmpty() const { return keys_.Count() == 0; }
   // Sorts and hands out the keys; Clear ends it.
   const KeyList& Sorted();
@@ -76,15 +78,17 @@ class KeyQueue {
  private:
   struct Slot {
     std::uint32_t place = 0;  // in keys_, plus one; 0 = free
-    std::uint32_t mark = 0;   // of the key's hash: keys with another one need not be looked at
+    std::uint32_t hash = 0;   // of the key: keys with another one need not be looked at
   };
   // A key that was not found, and the free slot where it belongs.
   struct Asked {
-    std::uint64_t hash = 0;
+    std::uint32_t hash = 0;
     std::size_t slot = 0;
   };
   // The slot that holds the key, or the free one where it belongs.
-  std::size_t SlotOf(const std::uint8_t* key, std::uint64_t hash) const;
+  std::size_t SlotOf(const std::uint8_t* key, std::uint32_t hash) const;
+  std::uint32_t HashOf(const std::uint8_t* key) const;
+  void Grow();
   void FillTable();
 
   bool searchable_;

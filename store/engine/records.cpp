@@ -35,6 +35,7 @@ bool PlanChanges(Data4& data, const std::uint8_t* old_record, std::uint32_t numb
     change.has = filter.Includes(tag);
     if (change.had) tag.key->EvaluateKey(old_record, number, change.old_key.data());
     if (change.has) tag.key->EvaluateKey(data.buffer.data(), number, change.new_key.data());
+    if (change.has && tag.queue) tag.queue->Prefetch(change.new_key.data());
     if (change.had && change.has && SameKey(change)) change.had = change.has = false;
     any |= change.had || change.has;
   }
