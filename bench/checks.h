@@ -34,6 +34,25 @@ struct Check {
   std::string reason;  // of voided and stopped checks
 };
 
+// Hands each field of a check, in the order of the table, to the function for its kind: `text(const
+// std::string&)`, `cents(std::int64_t)` or `number(int)`.
+template <typename Text, typename Cents, typename Number>
+void ForEachField(const Check& check, Text text, Cents cents, Number number) {
+  for (const std::string* value :
+       {&check.number, &check.dated, &check.payee, &check.address1, &check.address2, &check.city})
+    text(*value);
+  cents(check.cents);
+  for (const int value :
+       {check.accounting.month, check.accounting.year, check.statement.month, check.statement.year})
+    number(value);
+  for (const std::string* value :
+       {&check.status, &check.control, &check.voucher, &check.file_number, &check.tin})
+    text(*value);
+  number(check.accounting.day);
+  number(check.statement.day);
+  text(check.reason);
+}
+
 // `count` checks with numbers from `first` on, in the order in which an office would post them.
 std::vector<Check> MakeChecks(std::uint32_t first, std::uint32_t count);
 

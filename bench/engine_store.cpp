@@ -120,27 +120,13 @@ class EngineStore : public CheckStore {
 
   void Append(const Check& check) {
     Require(d4appendStart(*checks_), "a blank record");
-    int field = 0;
-    const auto text = [&](const std::string& value) {
-      Require(f4assignNVB(*fields_[static_cast<std::size_t>(field++)], value), "a text");
-    };
-    const auto number = [&](int value) {
-      Require(f4assignLong(*fields_[static_cast<std::size_t>(field++)], value), "a number");
-    };
-    for (const std::string* value :
-         {&check.number, &check.dated, &check.payee, &check.address1, &check.address2, &check.city})
-      text(*value);
-    Require(f4assignCurrency(*fields_[static_cast<std::size_t>(field++)], Currency::FromCents(check.cents)),
-            "an amount");
-    for (const int value :
-         {check.accounting.month, check.accounting.year, check.statement.month, check.statement.year})
-      number(value);
-    for (const std::string* value :
-         {&check.status, &check.control, &check.voucher, &check.file_number, &check.tin})
-      text(*value);
-    number(check.accounting.day);
-    number(check.statement.day);
-    text(check.reason);
+    auto field = fields_.begin();
+    ForEachField(
+        check, [&](const std::string& value) { Require(f4assignNVB(**field++, value), "a text"); },
+        [&](std::int64_t cents) {
+          Require(f4assignCurrency(**field++, Currency::FromCents(cents)), "an amount");
+        },
+        [&](int value) { Require(f4assignLong(**field++, value), "a number"); });
     Require(d4append(*checks_), "an append");
   }
 

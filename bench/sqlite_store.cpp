@@ -121,19 +121,10 @@ class SqliteStore : public CheckStore {
 
   static void Insert(Statement& insert, const Check& check) {
     int position = 0;
-    for (const std::string* value :
-         {&check.number, &check.dated, &check.payee, &check.address1, &check.address2, &check.city})
-      insert.Bind(++position, *value);
-    insert.Bind(++position, check.cents);
-    for (const int value :
-         {check.accounting.month, check.accounting.year, check.statement.month, check.statement.year})
-      insert.Bind(++position, std::int64_t{value});
-    for (const std::string* value :
-         {&check.status, &check.control, &check.voucher, &check.file_number, &check.tin})
-      insert.Bind(++position, *value);
-    insert.Bind(++position, std::int64_t{check.accounting.day});
-    insert.Bind(++position, std::int64_t{check.statement.day});
-    insert.Bind(++position, check.reason);
+    ForEachField(
+        check, [&](const std::string& value) { insert.Bind(++position, value); },
+        [&](std::int64_t cents) { insert.Bind(++position, cents); },
+        [&](int value) { insert.Bind(++position, std::int64_t{value}); });
     insert.Step();
     insert.Reset();
   }
