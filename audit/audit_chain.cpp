@@ -165,9 +165,8 @@ void ChainedAppend::TakeUpGap() {
 }
 
 ChainRecord ChainedAppend::NewRecord(char kind, std::int64_t begin, std::int64_t end) const {
-  const DateTime now = place_.clock.Now();
   ChainRecord record{kind, begin,
-                     end,  FormatDateTime(now, "yyyy-mm-dd") + FormatDateTime(now, " hh:nn:ss"),
+                     end,  FormatDateTime(place_.clock.Now(), "yyyy-mm-dd hh:nn:ss"),
                      {},   place_.computer.substr(0, kLongestComputer)};
   std::replace_if(
       record.computer.begin(), record.computer.end(), [](char c) { return c == '\r' || c == '\n'; }, ' ');

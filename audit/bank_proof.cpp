@@ -1,6 +1,9 @@
 #include "audit/bank_proof.h"
 
+#include <set>
+
 #include "audit/audit_trail.h"
+#include "core/text.h"
 #include "core/text_format.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
@@ -14,7 +17,8 @@ class Postings {
  public:
   Postings(Session& session, std::string_view bank_code) : tables_(session.Home()) {
     for (TableBase* table : Audited()) {
-      if (table->Exists(bank_code)) table->OpenQuietly(bank_code, false);
+      if (table->Exists(bank_code) && table->OpenQuietly(bank_code, false) <= 0)
+        unreadable_.insert(table->Name());
     }
   }
 
@@ -31,16 +35,21 @@ class Postings {
     std::int64_t count = 0;
     for (TableBase* table : Audited()) {
       if (!table->IsOpen()) continue;
-      PassOver(*table, PackedFields(*table), table->Name(), {},
-               [&count](RecordView, std::int32_t) { ++count; });
+      const PassEnd end = PassOver(*table, PackedFields(*table), table->Name(), {},
+                                   [&count](RecordView, std::int32_t) { ++count; });
+      if (end != PassEnd::kDone) unreadable_.insert(table->Name());
     }
     return count;
   }
+
+  // Names of tables whose records cannot be counted.
+  const std::set<std::string>& Unreadable() const { return unreadable_; }
 
  private:
   std::array<TableBase*, 3> Audited() { return {&tables_.checks, &tables_.deposits, &tables_.wires}; }
 
   BankTables tables_;
+  std::set<std::string> unreadable_;
 };
 
 std::string Number(std::int64_t count) {
@@ -84,8 +93,13 @@ AuditProof ProveBankLog(Session& session, std::string_view bank_code, std::strin
                              "removed, or nothing was written since the trail was switched on or the data "
                              "were restored here: a restore brings no logs.");
   } else if (proof.additions < records) {
-    CompareAdditions(postings.Live(), !seal.empty(), &proof);
+    CompareAdditions(postings.Live(), !Trim(seal).empty(), &proof);
   }
+  for (const std::string& table : postings.Unreadable())
+    proof.problems.push_back(
+        table +
+        " cannot be read, so nobody can tell whether entries of its records are missing.  "
+        "Have the table rebuilt, and prove the log again.");
   proof.proven = proof.problems.empty();
   return proof;
 }

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <system_error>
 
+#include "core/file_rights_posix.h"
 #include "core/portable_file_system.h"
 #include "core/system_ports.h"
 #include "core/text.h"
@@ -90,6 +91,7 @@ std::string FindPiece(const std::string& folder, const std::string& piece) {
 }
 
 bool RenameDurably(const std::string& from, const std::string& to) {
+  KeepRights(from, to);
   if (std::rename(from.c_str(), to.c_str()) != 0) return false;
   const std::string old_folder = FolderOf(from);
   const std::string new_folder = FolderOf(to);

@@ -75,7 +75,8 @@ std::string AddBankAccount(Session& session, std::string_view code,
   // trace.
   BankTable& banks = session.Company().banks;
   clsKVRData& store = banks.Data();
-  store.AddRecordStart(banks.Handle());
+  if (const int begun = store.AddRecordStart(banks.Handle()); begun != engine::kSuccess)
+    return "The bank was not added: " + std::string(engine::error4text(begun));
   std::string problem = Assign(banks, values);
   BankRecord bank = banks.Read();
   store.SetChangedFlag(banks.Handle(), false);
@@ -85,9 +86,12 @@ std::string AddBankAccount(Session& session, std::string_view code,
   if (banks.SeekCode(bank.code)) return "There is a bank " + Quoted(bank.code) + " already";
   if (!MayAdopt(session, bank.code)) return "The bank was not added: tables of its code are there";
   const int result = banks.AddBank(bank);
-  if (result != 0) return "The bank was not added: " + std::string(engine::error4text(result));
-  banks.SeekCode(bank.code);
-  return {};
+  const bool added = result != engine::kUnique && banks.SeekCode(bank.code);
+  if (result == engine::kSuccess) return {};
+  const std::string why(engine::error4text(result));
+  return added ? "The bank was added, but its tables could not be made: " + why +
+                     ".  They are made when the bank is selected"
+               : "The bank was not added: " + why;
 }
 
 std::string ChangeBankAccount(Session& session, std::string_view code,

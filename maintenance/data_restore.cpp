@@ -300,8 +300,10 @@ class RestoreRun {
   // None where the bank table does not say which banks there are, and none that the copy itself brought.
   std::vector<StrayTable> StraysThatStay() {
     const TableHome& home = session_.Home();
-    if (BankTable banks(home); banks.OpenAsItIs({}, false) <= 0) return {};
-    std::vector<StrayTable> strays = FindStrayTables(home, EveryBankCode(home));
+    bool whole = false;
+    const std::vector<std::string> banks = EveryBankCode(home, &whole);
+    if (!whole) return {};
+    std::vector<StrayTable> strays = FindStrayTables(home, banks);
     std::erase_if(strays, [this](const StrayTable& stray) {
       return !stray.MayBeOfABank() || std::any_of(replaced_.begin(), replaced_.end(), [&](const auto& path) {
         return EqualsIgnoreCase(BaseNameOf(path), stray.name);

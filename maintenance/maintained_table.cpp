@@ -50,18 +50,19 @@ std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code) {
 }
 
 // In record order and whatever the table lacks: maintenance may be about to mend it.
-std::vector<std::string> EveryBankCode(const TableHome& home) {
+std::vector<std::string> EveryBankCode(const TableHome& home, bool* whole) {
   std::vector<std::pair<std::string, std::string>> found;  // the key of the order by name, the code
   BankTable banks(home);
-  if (banks.OpenAsItIs({}, false) <= 0) return {};
-  for (bool on = banks.Top(""); on; on = banks.Skip()) {
-    if (banks.Data().IsRecordDeleted(banks.Handle())) continue;
+  banks.OpenAsItIs({}, false);
+  const bool read = banks.ForEachLive([&] {
     const BankRecord bank = banks.Read();
     std::string code = TrimmedBankCode(bank.code);
     const bool known = std::any_of(found.begin(), found.end(),
                                    [&](const auto& one) { return EqualsIgnoreCase(one.second, code); });
     if (!known && IsValidBankCode(code)) found.emplace_back(BankTable::NameKey(bank), std::move(code));
-  }
+    return true;
+  });
+  if (whole != nullptr) *whole = read;
   std::stable_sort(found.begin(), found.end(),
                    [](const auto& left, const auto& right) { return left.first < right.first; });
   std::vector<std::string> codes;

@@ -26,8 +26,9 @@ enum class WithAgent { kNo, kYes };
 std::vector<MaintainedTable> CompanyWideTables(WithAgent agent);
 // A bank's checks, deposits, deposit cross-references, vouchers and wires.
 std::vector<MaintainedTable> TablesOfBank(std::string_view bank_code);
-// Codes of every bank, active or not, by name; those that can name no table are left out.
-std::vector<std::string> EveryBankCode(const TableHome& home);
+// Codes of every bank, active or not, by name; those that can name no table are left out. `whole` says
+// whether the banks' table could be read to its end; where not, some may be missing.
+std::vector<std::string> EveryBankCode(const TableHome& home, bool* whole = nullptr);
 
 // All of them, in the order in which maintenance goes through them.
 std::vector<MaintainedTable> EveryTable(const TableHome& home, WithAgent agent);

@@ -223,16 +223,20 @@ void FrmPurgeFiles::Purge() {
   if (Boxes().Show({BoxIcon::kExclamation, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) !=
       BoxAnswer::kYes)
     return;
-  int code = 0;
+  PurgeResult result;
   {
     const AtWork work(*this);
-    code = PurgeFiles(TheSession(), files_, through_, *this);
+    result = PurgeFiles(TheSession(), files_, through_, *this);
   }
-  if (code != engine::kSuccess) {
-    Boxes().Critical(Caption(), "The files were not purged: " + std::string(engine::error4text(code)) + " (" +
-                                    std::to_string(code) + ").  Nothing has been changed.");
+  if (result.code != engine::kSuccess) {
+    Boxes().Critical(Caption(), "The files were not purged: " + std::string(engine::error4text(result.code)) +
+                                    " (" + std::to_string(result.code) + ").  Nothing has been changed.");
     return;
   }
+  if (!result.logged)
+    Boxes().Critical(Caption(),
+                     "The files have been purged, but \"Logs\\Purged_Files.log\" could not be written.  "
+                     "Keep the list on this screen, and see to the rights on the folder.");
   Boxes().Inform("Purge Files Completed...", Counted(files_.size(), "escrow file") +
                                                  (files_.size() == 1 ? " has" : " have") + " been purged...");
   Close();

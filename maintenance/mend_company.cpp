@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <functional>
+#include <set>
 #include <variant>
 
 #include "maintenance/verify_company.h"
@@ -13,7 +14,8 @@ namespace tallwick {
 
 namespace {
 
-// A record count, then an index; what is damaged in a third way after that is not ours to mend.
+// The journal, then a record count, then an index; what is damaged in another way after that is not ours to
+// mend.
 constexpr int kOpenRounds = 3;
 
 bool IsInUse(const ExaminedCompany::NotOpened& failure) {
@@ -86,6 +88,7 @@ class Mender {
       if (!mended) return true;
       company_.Close();
     }
+    not_opened_.clear();
     company_.Open(&not_opened_);
     return true;
   }
@@ -117,10 +120,15 @@ class Mender {
                                     [&](const TableBase* one) { return one->Name() == problem.table; });
     if (table == company_.Tables().end()) return false;
     if (std::holds_alternative<CorrectCount>(problem.remedy))
-      return Done(problem, home_.data.CorrectRecordCount((*table)->Path()));
+      return Recounted(problem, home_.data.CorrectRecordCount((*table)->Path()));
     if (std::holds_alternative<RebuildIndex>(problem.remedy))
       return Done(problem, home_.data.RebuildIndex((*table)->Path(), (*table)->Layout().tags));
     return false;
+  }
+
+  bool Recounted(const CompanyProblem& problem, int code) {
+    recounted_.insert(problem.table);
+    return Done(problem, code);
   }
 
   // Keeps the step when it was done, else the problem with the reason.
@@ -155,9 +163,12 @@ class Mender {
   }
 
   // A unit of work for each table that is to be changed; a table in which one step fails stays as it was.
+  // What stands in a table whose head was wrong may be no records at all: a person looks them over first.
   void MendReferences() {
     Problems problems;
     VerifyReferences(company_, &problems);
+    std::erase_if(problems,
+                  [this](const CompanyProblem& problem) { return recounted_.contains(problem.table); });
     MendInUnit(problems,
                [](const CompanyProblem& problem) { return std::holds_alternative<AddXref>(problem.remedy); });
     MendInUnit(problems, [](const CompanyProblem& problem) {
@@ -235,13 +246,23 @@ class Mender {
     VerifyReferences(company_, &report_.remains);
     VerifyStrayTables(company_, home_, &report_.remains);
     VerifyLeftovers(company_, home_, &report_.remains);
+    std::erase_if(report_.remains, [this](const CompanyProblem& problem) { return HasFailed(problem); });
     for (CompanyProblem& problem : failed_) report_.remains.push_back(std::move(problem));
+  }
+
+  bool HasFailed(const CompanyProblem& problem) const {
+    return problem.IsMendable() &&
+           std::any_of(failed_.begin(), failed_.end(), [&](const CompanyProblem& failed) {
+             return failed.table == problem.table && failed.record == problem.record &&
+                    DescribeRemedy(failed.remedy) == DescribeRemedy(problem.remedy);
+           });
   }
 
   TableHome home_;
   ExaminedCompany company_;
   Problems not_opened_;
   Problems failed_;
+  std::set<std::string> recounted_;
   MendReport report_;
 };
 

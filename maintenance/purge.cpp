@@ -18,6 +18,7 @@ namespace tallwick {
 namespace {
 
 constexpr std::string_view kReserved = "VOID";
+constexpr const char* kNoFile = "";
 constexpr int kLastDay = 99;  // in a key: every day of the month, and a month without a day
 
 // The last moment of a period, to compare the keys of either form with.
@@ -31,9 +32,19 @@ std::string KeyOfFile(std::string_view number) {
 
 struct FileState {
   ClosedFile file;
-  Currency balance;
+  std::map<std::string, Currency> balances;  // by bank
   bool open = false;
+
+  bool IsSquare() const {
+    return std::all_of(balances.begin(), balances.end(),
+                       [](const auto& balance) { return balance.second == Currency(); });
+  }
 };
+
+// A part of a ticket that no file answers for.
+bool IsOfNoFile(const DepositItem& item) {
+  return item.file_number.empty() && item.amount != Currency();
+}
 
 class Finder {
  public:
@@ -42,7 +53,9 @@ class Finder {
 
   PurgeSearch Run() {
     PurgeSearch search;
-    const std::vector<std::string> codes = EveryBankCode(session_.Home());
+    bool every_bank = false;
+    const std::vector<std::string> codes = EveryBankCode(session_.Home(), &every_bank);
+    if (!every_bank) return search;
     std::int64_t done = 0;
     for (const std::string& code : codes) {
       progress_.Show("Processing " + code, done++, static_cast<std::int64_t>(codes.size()));
@@ -50,8 +63,7 @@ class Finder {
     }
     KeepTicketsTogether();
     for (auto& [key, state] : states_) {
-      if (key != kReserved && !key.empty() && !state.open && state.balance == Currency())
-        search.files.push_back(std::move(state.file));
+      if (key != kReserved && !key.empty() && !state.open) search.files.push_back(std::move(state.file));
     }
     search.whole = true;
     return search;
@@ -65,28 +77,39 @@ class Finder {
     code_ = code;
     const Period reconciled = banks.Read().reconciled;
     limit_ = reconciled.IsEmpty() ? 0 : std::min(through_, EndOf(reconciled));
-    for (bool on = bank.checks.Top("CHXNUMBER"); on; on = bank.checks.Skip()) {
-      const CheckRecord check = bank.checks.Read();
-      const bool voided = check.status == "V";
-      Add(check.file_number, voided ? Currency() : -check.amount, voided || check.status == "C",
-          {check.accounting, check.statement});
-    }
-    for (bool on = bank.wires.Top("WIRENUMBER"); on; on = bank.wires.Skip()) {
-      const WireRecord wire = bank.wires.Read();
-      Add(wire.file_number, -wire.amount, wire.status == "C", {wire.accounting, wire.statement});
-    }
-    for (bool on = bank.vouchers.Top("VCHRNUMBER"); on; on = bank.vouchers.Skip()) {
-      const VoucherRecord voucher = bank.vouchers.Read();
-      Add(voucher.file_number, Currency(), !voucher.check_number.empty(), {voucher.accounting});
-    }
-    for (bool on = bank.deposits.Top("DEPODATED"); on; on = bank.deposits.Skip())
-      AddTicket(bank.deposits.Read());
-    return true;
+    return Each(bank.checks,
+                [this](const CheckRecord& check) {
+                  const bool voided = check.status == "V";
+                  Add(check.file_number, voided ? Currency() : -check.amount, voided || check.status == "C",
+                      {check.accounting, check.statement});
+                }) &&
+           Each(bank.wires,
+                [this](const WireRecord& wire) {
+                  Add(wire.file_number, -wire.amount, wire.status == "C", {wire.accounting, wire.statement});
+                }) &&
+           Each(bank.vouchers,
+                [this](const VoucherRecord& voucher) {
+                  Add(voucher.file_number, Currency(), !voucher.check_number.empty(), {voucher.accounting});
+                }) &&
+           Each(bank.deposits, [this](const DepositRecord& deposit) { AddTicket(deposit); });
+  }
+
+  // False after a message: what cannot be read may hold an open item.
+  template <class Record, class Look>
+  static bool Each(TypedTable<Record>& table, Look look) {
+    return table.ForEachLive([&] {
+      look(table.Read());
+      return true;
+    });
   }
 
   void AddTicket(const DepositRecord& deposit) {
     std::set<std::string> files;
     for (const DepositItem& item : deposit.items) {
+      if (IsOfNoFile(item)) {
+        files.insert(kNoFile);
+        states_[kNoFile].open = true;
+      }
       if (item.file_number.empty()) continue;
       Add(item.file_number, item.amount, item.status == "C", {deposit.accounting, item.statement});
       files.insert(KeyOfFile(item.file_number));
@@ -98,7 +121,7 @@ class Finder {
     FileState& state = states_[KeyOfFile(number)];
     if (state.file.items++ == 0) state.file.number = Trim(number);
     if (state.file.banks.empty() || state.file.banks.back() != code_) state.file.banks.push_back(code_);
-    state.balance += amount;
+    state.balances[code_] += amount;
     for (const Period& period : periods) {
       const std::int32_t key = MakeKey(period);
       state.open = state.open || key > limit_;
@@ -109,7 +132,7 @@ class Finder {
 
   // One file of a ticket that is not closed keeps the others, and theirs in turn.
   void KeepTicketsTogether() {
-    for (auto& [key, state] : states_) state.open = state.open || state.balance != Currency();
+    for (auto& [key, state] : states_) state.open = state.open || !state.IsSquare();
     for (bool changed = true; changed;) {
       changed = false;
       for (const std::set<std::string>& files : tickets_) {
@@ -169,11 +192,12 @@ class Purger {
 
   int Delete(TableBase& table, const std::function<bool()>& goes) {
     progress_.Show("Processing " + table.Name(), 0, 0);
-    for (bool on = table.Top(""); on; on = table.Skip()) {
-      if (data_.IsRecordDeleted(table.Handle()) || !goes()) continue;
-      if (const int code = table.Delete(); code != engine::kSuccess) return code;
-    }
-    return engine::kSuccess;
+    int code = engine::kSuccess;
+    const bool whole = table.ForEachLive([&] {
+      if (goes()) code = table.Delete();
+      return code == engine::kSuccess;
+    });
+    return whole || code != engine::kSuccess ? code : int{engine::kErrorRead};
   }
 
   // The tables stay open until the unit ends.
@@ -212,6 +236,7 @@ class Purger {
   bool TicketGoes(const DepositRecord& deposit) {
     bool any = false;
     for (const DepositItem& item : deposit.items) {
+      if (IsOfNoFile(item)) return false;
       if (item.file_number.empty()) continue;
       if (!Holds(item.file_number)) return false;
       any = true;
@@ -231,15 +256,15 @@ class Purger {
 };
 
 // One write, so that entries of two workstations never mix.
-void WriteLog(Session& session, const std::vector<ClosedFile>& files, const Period& through) {
-  const DateTime now = session.TheClock().Now();
-  std::string text = FormatDateTime(now, "yyyy-mm-dd") + FormatDateTime(now, " hh:nn:ss ") +
+bool WriteLog(Session& session, const std::vector<ClosedFile>& files, const Period& through) {
+  std::string text = FormatDateTime(session.TheClock().Now(), "yyyy-mm-dd hh:nn:ss ") +
                      session.TheWorkstation().ComputerName() + " " + session.Login() + ": purged through " +
                      LongForm(through) + "\r\n";
   for (const ClosedFile& file : files)
     text += "  " + file.number + " (" + std::to_string(file.items) + " items)\r\n";
   session.Files().CreateFolder(session.DataPath() + "Logs\\");
-  session.Files().Append(session.DataPath() + "Logs\\Purged_Files.log", ToWindows1252(text).value_or(text));
+  return session.Files().Append(session.DataPath() + "Logs\\Purged_Files.log",
+                                ToWindows1252(text).value_or(text));
 }
 
 }  // namespace
@@ -248,11 +273,10 @@ PurgeSearch FindClosedFiles(Session& session, const Period& through, WorkProgres
   return Finder(session, through, progress).Run();
 }
 
-int PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,
-               WorkProgress& progress) {
+PurgeResult PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,
+                       WorkProgress& progress) {
   const int code = Purger(session, files, progress).Run();
-  if (code == engine::kSuccess) WriteLog(session, files, through);
-  return code;
+  return {code, code == engine::kSuccess && WriteLog(session, files, through)};
 }
 
 }  // namespace tallwick

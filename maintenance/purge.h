@@ -2,9 +2,11 @@
 // to them.
 //
 // A file is closed through a period when, in every bank, all its checks are cleared or voided, its deposit
-// items and wires cleared and its vouchers used, its balance is exactly 0, and each of its periods lies at or
-// before that period and the bank's last reconciliation; and when every deposit ticket it has a part in holds
-// closed files only, since a ticket goes whole. The file number "VOID" is never one of them.
+// items and wires cleared and its vouchers used, its balance there is exactly 0, and each of its periods lies
+// at or before that period and the bank's last reconciliation; and when every deposit ticket it has a part in
+// holds closed files only, since a ticket goes whole. The file number "VOID" is never one of them. A balance
+// that only other banks make up for stays: without it the bank's ledgers would no longer sum to its book
+// balance.
 #pragma once
 
 #include <cstdint>
@@ -32,11 +34,15 @@ struct PurgeSearch {
 
 PurgeSearch FindClosedFiles(Session& session, const Period& through, WorkProgress& progress);
 
+struct PurgeResult {
+  int code = 0;         // 0, or the engine's code, with everything as it was
+  bool logged = false;  // the log has the numbers
+};
+
 // Removes the files' transactions and references, all in one unit of work, in which each bank notes the last
-// period of what it lost, where that lies behind the one noted already,
-// and writes the file numbers to "Logs\Purged_Files.log". 0 or the engine's code, with everything as it was.
-// Needs the escrow files for this workstation alone.
-int PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,
-               WorkProgress& progress);
+// period of what it lost, where that lies behind the one noted already. Then writes the file numbers to
+// "Logs\Purged_Files.log". Needs the escrow files for this workstation alone.
+PurgeResult PurgeFiles(Session& session, const std::vector<ClosedFile>& files, const Period& through,
+                       WorkProgress& progress);
 
 }  // namespace tallwick

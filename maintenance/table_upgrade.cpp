@@ -93,8 +93,8 @@ class LayoutCopy {
     data_.SelectTag(old_, "");
     data_.SetReadAhead(old_, true);
     int code = data_.BeginUnit();
-    for (int on = data_.TopDatabase(old_); on == engine::kSuccess && code == engine::kSuccess;
-         on = data_.SkipDatabase(old_)) {
+    int on = data_.TopDatabase(old_);
+    for (; on == engine::kSuccess && code == engine::kSuccess; on = data_.SkipDatabase(old_)) {
       if (!data_.IsRecordDeleted(old_)) code = CopyRecord();
       if (code != engine::kSuccess || data_.CurrentRecord(old_) % kRecordsPerUnit != 0) continue;
       code = data_.CommitUnit();
@@ -103,6 +103,8 @@ class LayoutCopy {
                      static_cast<std::uint32_t>(total)))
         code = engine::kStopped;
     }
+    // A copy that ends at a record that cannot be read must not take the table's place.
+    if (code == engine::kSuccess && on != engine::kEof) code = on;
     if (code == engine::kSuccess) return data_.CommitUnit();
     if (data_.UnitActive()) data_.RollbackUnit();
     return code;
@@ -131,7 +133,9 @@ class LayoutCopy {
     if (from == 0) return engine::kSuccess;
     const char old_type = data_.GetFieldTypeByPointer(old_, from);
     if (old_type == 'M' || field.type == 'M') {
-      return data_.SetMemoFieldValueByPointer(fresh_, to, data_.GetMemoFieldValueByPointer(old_, from));
+      const std::string memo = data_.GetMemoFieldValueByPointer(old_, from);
+      if (const int code = data_.LastErrorCode(); code < 0) return code;
+      return data_.SetMemoFieldValueByPointer(fresh_, to, memo);
     }
     // Leading blanks of a text count; of anything else they do not.
     std::string text = data_.GetStringFieldRawValueByPointer(old_, from);

@@ -21,8 +21,10 @@ std::vector<CompanyProblem> VerifyJournal(const TableHome& home) {
       break;
     case engine::JournalState::kFileMissing:
       add("finished units of work wait for " + journal.missing +
-              ", which is not in the folder: nobody can work until it is brought back from where it was "
-              "moved to. Mending gives those units up; then compare the last posts with paper",
+              ", which is not in the folder, or is an older one than they were written for: nobody can work "
+              "until the right one is brought back. Mending gives those units up; then compare the last "
+              "posts "
+              "with paper",
           SetJournalAside());
       break;
     case engine::JournalState::kForeign:

@@ -4,6 +4,7 @@
 
 #include "core/text.h"
 #include "maintenance/table_measures.h"
+#include "maintenance/verify_journal.h"
 #include "tables/record_pass.h"
 
 namespace tallwick {
@@ -20,7 +21,7 @@ std::int64_t LiveRecordsOf(TableBase& table) {
 CompanyProblem Judged(TableBase* table, const FileSystem& files, const std::string& path) {
   const std::string name(FileNameOf(path));
   CompanyProblem problem{name, 0, "was left by a rebuild that was cut short", {}};
-  const bool is_table = ToUpper(name).ends_with(kKept);
+  const bool is_table = ToUpper(name).find(".FPT") == std::string::npos && !name.ends_with('~');
   const std::int64_t kept = is_table ? LiveRecordsIn(files, path) : 0;
   const std::int64_t now = table == nullptr ? 0 : LiveRecordsOf(*table);
   if (table != nullptr && now >= kept) {
@@ -48,7 +49,14 @@ void VerifyLeftovers(ExaminedCompany& company, const TableHome& home, std::vecto
     problems->push_back(
         Judged(found == tables.end() ? nullptr : *found, home.files, WithBackslash(home.folder) + name));
   }
-  for (const std::string& name : home.files.List(home.folder, "*.dat.*-*.tmp"))
+  for (const std::string& name : home.files.List(home.folder, std::string(kSetAsideJournal) + "*"))
+    problems->push_back(
+        {name,
+         0,
+         "holds units of work that could not be brought to the tables: compare the last posts "
+         "with the paper, enter what is missing, and then remove the file",
+         {}});
+  for (const std::string& name : home.files.List(home.folder, "*.*-*.tmp"))
     problems->push_back({name, 0,
                          "is being written, or was left by a program that died while it replaced the file.  "
                          "That file itself is whole, so it is not needed any more",

@@ -34,7 +34,9 @@ void VerifyNumbers(TableBase& table, std::vector<CompanyProblem>* problems) {
   PassOver(table, places, table.Name(), {}, [&](RecordView record, std::int32_t number) {
     for (const NumberField& field : fields) {
       const std::string_view text = field.place.Text(record);
-      if (IsBlank(text) || MoneyIn(text).IsValid() || ++found > kMostNamed) continue;
+      // Zero bytes are told for every kind of field.
+      if (IsBlank(text) || text.find('\0') != std::string_view::npos) continue;
+      if (MoneyIn(text).IsValid() || ++found > kMostNamed) continue;
       problems->push_back({table.Name(),
                            number,
                            field.name + " holds " + Quoted(FromWindows1252(Trim(text))) +

@@ -31,6 +31,7 @@ class ReferenceCheck {
       CheckItems(code, bank->checks, kCheckItems);
       CheckItems(code, bank->wires, kWireItems);
       CheckVoucherCounter(code, CheckItems(code, bank->vouchers, kVoucherItems));
+      CheckVoucherUse(*bank);
       CheckDeposits(code, *bank);
       CheckDepositXrefs(*bank);
     }
@@ -47,8 +48,10 @@ class ReferenceCheck {
   void Walk(TableBase& table, Visit visit) {
     if (!table.IsOpen()) return;
     table.Data().SetReadAhead(table.Handle(), true);
-    for (bool on = table.Top(""); on; on = table.Skip())
-      if (!table.Data().IsRecordDeleted(table.Handle())) visit();
+    table.ForEachLive([&] {
+      visit();
+      return true;
+    });
     table.Data().SetReadAhead(table.Handle(), false);
   }
 
@@ -61,6 +64,8 @@ class ReferenceCheck {
   std::int64_t CheckItems(const std::string& code, TableBase& table, const ItemKind& kind);
   void CheckVoucherCounter(const std::string& code, std::int64_t highest);
   void CheckDeposits(const std::string& code, BankTables& bank);
+  void CheckItemCount(BankTables& bank, const DepositRecord& deposit);
+  void CheckVoucherUse(BankTables& bank);
   void CheckDepositItem(const std::string& code, BankTables& bank, const ReferredItem& item);
   void CheckDepositXrefs(BankTables& bank);
   void CheckXrefs();
@@ -74,7 +79,11 @@ std::int64_t ReferenceCheck::CheckItems(const std::string& code, TableBase& tabl
   Walk(table, [&] {
     const Item item = CurrentItem(table, kind);
     if (IsAllDigits(item.number)) highest = std::max<std::int64_t>(highest, std::stoll(item.number));
-    if (!MayJudgeXrefs()) return;
+    if (item.number.empty()) {
+      Add(table, "a " + ToLower(kind.title) + " has no number: compare the record with the paper");
+      return;
+    }
+    if (!MayJudgeXrefs() || !company_.IsTrusted(table)) return;
     const XrefRecord xref = kind.xref(item.file_number, code, item.number);
     if (!company_.xrefs.SeekReference(xref))
       Add(table, ToLower(kind.title) + " " + item.number + Of(item.file_number) + " has no cross-reference",
@@ -96,7 +105,38 @@ void ReferenceCheck::CheckVoucherCounter(const std::string& code, std::int64_t h
 
 void ReferenceCheck::CheckDeposits(const std::string& code, BankTables& bank) {
   Walk(bank.deposits, [&] {
-    for (const ReferredItem& item : ItemsOf(bank.deposits.Read(), code)) CheckDepositItem(code, bank, item);
+    const DepositRecord deposit = bank.deposits.Read();
+    for (const ReferredItem& item : ItemsOf(deposit, code)) CheckDepositItem(code, bank, item);
+    CheckItemCount(bank, deposit);
+  });
+}
+
+// Other programs read as many items as the deposit counts.
+void ReferenceCheck::CheckItemCount(BankTables& bank, const DepositRecord& deposit) {
+  std::int32_t used = 0;
+  std::int32_t last = 0;
+  for (std::int32_t item = 1; item <= kDepositItems; ++item) {
+    const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
+    if (one.file_number.empty() && one.amount == Currency()) continue;
+    ++used;
+    last = item;
+  }
+  if (used == deposit.item_count && last == used) return;
+  Add(bank.deposits, "deposit " + deposit.dated + " " + deposit.sequence + " counts " +
+                         std::to_string(deposit.item_count) + " items and holds " + std::to_string(used) +
+                         ", the last as item " + std::to_string(last) +
+                         ": compare it with the paper, and post it once more on the deposit screen");
+}
+
+void ReferenceCheck::CheckVoucherUse(BankTables& bank) {
+  if (!company_.IsTrusted(bank.checks)) return;
+  Walk(bank.vouchers, [&] {
+    const VoucherRecord voucher = bank.vouchers.Read();
+    if (voucher.check_number.empty() || bank.checks.SeekNumber(voucher.check_number)) return;
+    Add(bank.vouchers,
+        "voucher " + voucher.number + Of(voucher.file_number) + " is used by check " + voucher.check_number +
+            ", which is not there: compare with the paper, and enter the check again where it was "
+            "real");
   });
 }
 

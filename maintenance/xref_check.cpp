@@ -49,14 +49,14 @@ class Checker {
     result_.findings.push_back(std::move(finding));
   }
 
-  // Live records, in the order in which they stand: an index that lacks one must not hide it.
+  // False when the check ends here: stopped, or the table cannot be read.
   bool ForEach(TableBase& table, const std::function<void()>& look) {
-    for (bool on = table.Top(""); on; on = table.Skip()) {
-      if (table.Data().IsRecordDeleted(table.Handle())) continue;
+    const bool whole = table.ForEachLive([&] {
       if (!Goes(table)) return false;
       look();
-    }
-    return !stopped_;
+      return true;
+    });
+    return whole && !stopped_;
   }
 
   // Whether the record just judged still stands as it was read: what another workstation has changed since is

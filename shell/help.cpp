@@ -21,7 +21,7 @@ constexpr HelpPage kPages[] = {
      "bank|account|select|inactive banks|accounting period|last reconciliation"},
     {"check-posting.html", "Posting checks", 30, "frmEditChecksPost",
      "check|post|payee|amount|file number|voucher|void|stop payment|clear|reconciled period"},
-    {"check-printing.html", "Printing checks", 36, "frmPrintChecks",
+    {"check-printing.html", "Printing checks", 37, "frmPrintChecks",
      "print|check stock|stub|MICR|layout|reprint|printer|offset"},
     {"deposits.html", "Deposits", 31, "frmEditDepositsPost frmEditDepositsClear",
      "deposit|wire in|slip|line items|cut|paste|clear deposits|sequence"},

@@ -165,8 +165,7 @@ class StartUpRun {
 
   // A table that appears by itself is worth knowing for whoever looks for a lost one later.
   static void NoteMadeTable(const Ports& ports, const std::string& data_path, std::string_view table) {
-    const DateTime now = ports.clock.Now();
-    std::string line = FormatDateTime(now, "yyyy-mm-dd") + FormatDateTime(now, " hh:nn:ss ");
+    std::string line = FormatDateTime(ports.clock.Now(), "yyyy-mm-dd hh:nn:ss ");
     line += ports.workstation.ComputerName() + ": " + std::string(table) +
             " was missing and has been made, empty.\r\n";
     ports.files.CreateFolder(data_path + "Logs\\");

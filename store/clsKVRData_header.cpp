@@ -4,20 +4,17 @@
 // 11 the record's length. The count that must stand there is (file length - header length) / record length,
 // rounded down, so that the marker byte at the file's end does not count.
 
-#include <array>
 #include <limits>
 #include <optional>
 
 #include "store/clsKVRData.h"
-#include "store/engine/byte_order.h"
 #include "store/engine/file_swap.h"
 #include "store/engine/instance.h"
+#include "store/engine/table_header.h"
 
 namespace tallwick {
 
 namespace {
-
-constexpr int kIndexFlag = 0x01;
 
 struct HeaderFacts {
   int header_length = 0;
@@ -27,20 +24,24 @@ struct HeaderFacts {
   std::int64_t lock_at = engine::kIndexedAppendAt;
 };
 
+// Nothing for a head that is damaged in any other place than its count.
 std::optional<HeaderFacts> ReadHeader(engine::File& file) {
-  std::array<std::uint8_t, 32> bytes{};
-  std::int64_t size = file.Size();
-  if (file.ReadAt(0, bytes.data(), bytes.size()) != static_cast<std::int64_t>(bytes.size()))
+  std::vector<std::uint8_t> bytes(engine::kTableHeadBytes);
+  const std::int64_t size = file.Size();
+  if (file.ReadAt(0, bytes.data(), bytes.size()) != std::ssize(bytes)) return std::nullopt;
+  bytes.resize(static_cast<std::size_t>(engine::ReadHeaderLength(bytes)));
+  engine::TableHeader header;
+  if (file.ReadAt(0, bytes.data(), bytes.size()) != std::ssize(bytes) ||
+      engine::ParseTableHeader(bytes, &header) != engine::kSuccess || size < header.header_length)
     return std::nullopt;
   HeaderFacts facts;
-  facts.header_length = bytes[8] | bytes[9] << 8;
-  facts.record_length = bytes[10] | bytes[11] << 8;
-  if (facts.record_length == 0 || facts.header_length < 32 || size < facts.header_length) return std::nullopt;
+  facts.header_length = header.header_length;
+  facts.record_length = header.record_length;
   std::int64_t records = (size - facts.header_length) / facts.record_length;
   if (records > std::numeric_limits<std::int32_t>::max()) return std::nullopt;
   facts.records = static_cast<std::uint32_t>(records);
-  facts.counted = engine::Load32(&bytes[4]);
-  if ((bytes[28] & kIndexFlag) == 0) facts.lock_at = engine::kPlainAppendAt;
+  facts.counted = header.record_count;
+  if (!header.has_index) facts.lock_at = engine::kPlainAppendAt;
   return facts;
 }
 

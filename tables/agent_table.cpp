@@ -25,6 +25,10 @@ constexpr std::array kColumns = {
 
 constexpr auto kFields = FieldsOf(kColumns);
 
+// The name and the mark tell payees from the agent.
+constexpr std::string_view kMayBeEmpty[] = {"AGENTADDR",  "AGENTCSZ", "AGENTBNKID", "AGENTLDGPS",
+                                            "AGENTRPTPS", "AGENTHDR", "AGENTDTL"};
+
 constexpr std::string_view kPayeeMark = "P";
 
 }  // namespace
@@ -44,7 +48,8 @@ constexpr TableLayout kAgentLayout{"ESCROW_AGENT",
                                    kFields,
                                    {},
                                    {"  was not created.", "\rError Code: ", "\rDBFCreate_ESCROW_AGENT",
-                                    "Create New Database", "Open Database Agent"}};
+                                    "Create New Database", "Open Database Agent"},
+                                   kMayBeEmpty};
 
 AgentTable::AgentTable(const TableHome& home) : TypedTable(home, kAgentLayout, kColumns) {}
 

@@ -79,6 +79,11 @@ constexpr TagLayout kTags[] = {
     kDeletedForReuse,
 };
 
+constexpr std::string_view kMayBeEmpty[] = {
+    "BANKADDR", "BANKCITYST", "BANKACCTNO", "BANKPHONE",  "BANKAUTODT", "BCI",
+    "BANKCK",   "CHK",        "PPUSEPP",    "AUDITTRAIL", "FROMRPT",    "THRURPT",
+    "STMTRPT",  "MDYMO",      "BANKABANO",  "PRTSECLINE", "SECLINE"};
+
 }  // namespace
 
 constexpr TableLayout kBankLayout{
@@ -86,7 +91,8 @@ constexpr TableLayout kBankLayout{
     false,
     kFields,
     kTags,
-    {" was not created.", "\rError code = ", "", "Create Database for Banks", "Open Database Banks"}};
+    {" was not created.", "\rError code = ", "", "Create Database for Banks", "Open Database Banks"},
+    kMayBeEmpty};
 
 BankTable::BankTable(const TableHome& home) : TypedTable(home, kBankLayout, kColumns) {}
 

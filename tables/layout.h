@@ -117,8 +117,8 @@ struct TableLayout {
   std::span<const FieldLayout> fields;
   std::span<const TagLayout> tags;
   TableTexts texts;
-  // Of a bank's table: beginnings of the names of fields that tables of older programs may lack. Empty in
-  // every record they say nothing false, as a status, a number, a file or a period would.
+  // Beginnings of the names of fields that tables of older programs may lack. Empty in every record they say
+  // nothing false, as a balance, a status, a number, a file or a period would.
   std::span<const std::string_view> may_be_empty = {};
   bool of_suite = false;  // the suite makes the table, and changes its layout
 };

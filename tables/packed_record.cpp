@@ -93,6 +93,8 @@ Currency MoneyIn(std::string_view field) {
     if (dollars)
       return Currency::FromCents(*dollars * 100 + (field[point + 1] - '0') * 10 + (field[point + 2] - '0'));
   }
+  // Zero bytes come from a damaged disk; only blanks are an empty amount.
+  if (field.find('\0') != std::string_view::npos) return Currency::Overflow();
   const std::string_view text = Trim(field);
   return text.empty() ? Currency() : Currency::Parse(text).value_or(Currency::Overflow());
 }

@@ -227,11 +227,20 @@ LayoutState TableBase::CheckVersion() {
   return LayoutState::kCurrent;
 }
 
+std::string TableBase::OtherTag() const {
+  for (const TagLayout& tag : layout_.tags) {
+    const std::optional<TagProperties> found = home_.data.GetTagProperties(handle_, tag.name);
+    if (found && !SameTag(*found, tag)) return std::string(tag.name);
+  }
+  return {};
+}
+
 // --- Navigation ---
 
 bool TableBase::Reached(int code) {
+  failed_ = code < 0;
   // A unit of work must not stand on it, however often it was told.
-  const bool tell = code < 0 && (!std::exchange(told_unreadable_, true) || home_.data.UnitActive());
+  const bool tell = failed_ && (!std::exchange(told_unreadable_, true) || home_.data.UnitActive());
   if (tell) home_.data.TellUnreadable(handle_, code);
   return code == engine::kSuccess;
 }

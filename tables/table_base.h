@@ -82,6 +82,9 @@ class TableBase {
 
   // Whether the open table's fields and tags are those of the layout.
   LayoutState CheckVersion();
+  // The first of the layout's tags that the open table's index makes otherwise: of other keys or records, or
+  // without their uniqueness. "" for none; a tag that it lacks is none.
+  std::string OtherTag() const;
   // Packs the closed table into new files with new indexes, the old table kept as ".sav" until the new one is
   // proven, and reports "Pack Result Code: " with the code, which is also the result. A damaged or missing
   // index is mended.
@@ -94,6 +97,15 @@ class TableBase {
   bool Bottom(std::string_view tag);
   bool Skip(std::int64_t count = 1);
   bool GoTo(std::int32_t record);
+  // Calls `visit` on each live record in record order, which no index can mislead, until it gives false. True
+  // when the walk has come to the table's end: a record that cannot be read ends it too, after a message.
+  template <class Visit>
+  bool ForEachLive(Visit visit) {
+    if (!IsOpen()) return false;
+    for (bool on = Top(""); on; on = Skip())
+      if (!home_.data.IsRecordDeleted(handle_) && !visit()) return false;
+    return !failed_;
+  }
   // On the first record whose key begins with `key`; the key is upper-cased as the tags are. True when found.
   bool Seek(std::string_view tag, std::string_view key);
   // On the next record with this key, in the selected tag. A record that does not agree with its tag leads
@@ -122,10 +134,10 @@ class TableBase {
   std::string PathWith(std::string_view extension) const;
   int CreateNamed();  // Create for the name in use
   const std::vector<FieldHandle>& Fields() const { return fields_; }
-
- private:
   // True when a step has reached a record. Damage must not pass for the end of a table: it is told, once.
   bool Reached(int code);
+
+ private:
   bool UseBank(std::string_view bank_code);  // false after a message
   int MakeEmpty();                           // 0 or a code, without a message
   int MakeEmptyOrFind();                     // 0 too where another workstation was quicker
@@ -142,6 +154,7 @@ class TableBase {
   int PackAndProve(DataHandle data, const engine::Progress& progress);
   DataHandle OpenMended();
   DataHandle OpenWithIndex(std::span<const TagLayout> tags);  // built anew
+  bool SetFullerCopyAside();
   int KeepOld(const engine::Progress& progress);
   void DropOld();
   void RestoreOld();
@@ -153,6 +166,7 @@ class TableBase {
   std::string name_;
   DataHandle handle_ = 0;
   std::int32_t walk_start_ = 0;  // the record that Seek found; 0 = none
+  bool failed_ = false;          // the last step could not read
   bool told_unreadable_ = false;
   TableLack lack_;
   std::vector<FieldHandle> fields_;  // in the layout's order; 0 where the table lacks one

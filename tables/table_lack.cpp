@@ -11,12 +11,10 @@ namespace {
 std::string AdviceFor(const TableLayout& layout, bool addable) {
   if (layout.of_suite)
     return "The table is the suite's: have the suite bring it to its present layout, or restore the table "
-           "from a "
-           "copy.";
+           "from a copy.";
   if (!addable) return "What it held is never made up: restore the table from a copy.";
   return "Update Database Versions adds it, empty, where the table is of an older program.  Where it has "
-         "been "
-         "lost, restore the table from a copy.";
+         "been lost, restore the table from a copy.";
 }
 
 TableLack LackOf(const TableLayout& layout, const FieldLayout& field, bool has_records) {
@@ -63,12 +61,9 @@ bool Needs(const TagLayout& tag, const FieldLayout& field) {
 }
 
 bool MayBeMadeUp(const TableLayout& layout, const FieldLayout& field) {
-  if (layout.per_bank)
-    return std::any_of(
-        layout.may_be_empty.begin(), layout.may_be_empty.end(),
-        [&](std::string_view beginning) { return ToUpper(field.name).starts_with(ToUpper(beginning)); });
-  return std::none_of(layout.tags.begin(), layout.tags.end(),
-                      [&](const TagLayout& tag) { return tag.unique && Needs(tag, field); });
+  return std::any_of(layout.may_be_empty.begin(), layout.may_be_empty.end(), [&](std::string_view beginning) {
+    return ToUpper(field.name).starts_with(ToUpper(beginning));
+  });
 }
 
 bool IsIndexDamage(int code) {

@@ -1,8 +1,8 @@
 // Rebuild of one table: opened exclusively, a copy kept as ".SAV" (its memo file as ".SAV.FPT"), packed by
-// the engine into new files that replace the old ones whole, proven, and only then is the copy dropped. At
-// every moment the old table, the new one or the copy is complete on disk. A damaged or missing index is
-// first built anew from the records, with the tags of the layout; one that only lacks tags keeps those it
-// has.
+// the engine into new files that replace the old ones whole, proven, and only then is the copy dropped. A
+// fuller copy that is there already stays, as ".SAV2". At every moment the old table, the new one or the copy
+// is complete on disk. A damaged or missing index is first built anew from the records, with the tags of the
+// layout; one that only lacks tags keeps those it has.
 
 #include "tables/table_base.h"
 
@@ -76,7 +76,20 @@ bool TableBase::IsProven(DataHandle data, std::int32_t live_records) {
 
 // --- The copy of the old table ---
 
+// A copy that holds more than the table may be all there is of what the table has lost.
+bool TableBase::SetFullerCopyAside() {
+  const std::string kept = PathWith(".SAV");
+  if (!home_.files.FileExists(kept) || home_.files.SizeOf(kept) <= home_.files.SizeOf(Path())) return true;
+  int number = 2;
+  while (home_.files.FileExists(kept + std::to_string(number))) ++number;
+  const std::string aside = kept + std::to_string(number);
+  const std::string memos = PathWith(".SAV.FPT");
+  return home_.files.Rename(kept, aside) &&
+         (!home_.files.FileExists(memos) || home_.files.Rename(memos, aside + ".FPT"));
+}
+
 int TableBase::KeepOld(const engine::Progress& progress) {
+  if (!SetFullerCopyAside()) return engine::kErrorRename;
   const int code = home_.data.CopyFile(Path(), PathWith(".SAV"), progress);
   const bool has_memo = code == engine::kSuccess && home_.files.FileExists(PathWith(".FPT"));
   return has_memo ? home_.data.CopyFile(PathWith(".FPT"), PathWith(".SAV.FPT"), progress) : code;

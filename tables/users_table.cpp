@@ -47,23 +47,18 @@ constexpr TableLayout kUserBanksLayout{
 UsersTable::UsersTable(const TableHome& home) : TypedTable(home, kUsersLayout, kUserColumns) {}
 
 bool UsersTable::SeekLogin(std::string_view login) {
-  return Data().SelectTag(Handle(), "LOGIN") &&
-         Data().PadSearch(Handle(), UpperKey(Trim(login))) == engine::kSuccess;
-}
-
-bool UsersTable::SeekId(std::int32_t id) {
-  return Data().SelectTag(Handle(), "ID") && Data().SeekDatabaseNumber(Handle(), id) == engine::kSuccess;
+  return Data().SelectTag(Handle(), "LOGIN") && Reached(Data().PadSearch(Handle(), UpperKey(Trim(login))));
 }
 
 UserBanksTable::UserBanksTable(const TableHome& home)
     : TypedTable(home, kUserBanksLayout, kUserBankColumns) {}
 
 bool UserBanksTable::FirstOfUser(std::int32_t id) {
-  return Data().SelectTag(Handle(), "ID") && Data().SeekDatabaseNumber(Handle(), id) == engine::kSuccess;
+  return Data().SelectTag(Handle(), "ID") && Reached(Data().SeekDatabaseNumber(Handle(), id));
 }
 
 bool UserBanksTable::NextOfUser(std::int32_t id) {
-  return Data().SeekDatabaseNumberNext(Handle(), id) == engine::kSuccess;
+  return Reached(Data().SeekDatabaseNumberNext(Handle(), id));
 }
 
 std::vector<std::string> UserBanksTable::BanksOf(std::int32_t id) {

@@ -34,7 +34,6 @@ class UsersTable : public TypedTable<UserRecord> {
  public:
   explicit UsersTable(const TableHome& home);
   bool SeekLogin(std::string_view login);  // in the tag LOGIN; the whole name must fit
-  bool SeekId(std::int32_t id);            // in the tag ID
 };
 
 class UserBanksTable : public TypedTable<UserBankRecord> {

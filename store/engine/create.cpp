@@ -211,6 +211,7 @@ QuietJournal::~QuietJournal() {
 int FormatLocks::Take() {
   int rc = table_.LockWhole(owner_, code_.lock_attempts);
   if (rc == kSuccess) rc = table_.LockAppend(code_.lock_attempts);
+  if (rc == kSuccess && table_.Data().Raw().IsOpenElsewhere()) rc = kLocked;
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
 }
 

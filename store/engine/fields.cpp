@@ -158,6 +158,8 @@ Currency f4currency(const Field4& field) {
     if (!(std::abs(scaled) < 9.2e18)) return Currency::Overflow();
     return Currency::FromTenThousandths(static_cast<std::int64_t>(scaled));
   }
+  // Zero bytes come from a damaged disk; only blanks are an empty amount.
+  if (Bytes(field).find('\0') != std::string_view::npos) return Currency::Overflow();
   const std::string_view text = Trim(Bytes(field));
   return text.empty() ? Currency() : Currency::Parse(text).value_or(Currency::Overflow());
 }

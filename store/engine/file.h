@@ -38,6 +38,10 @@ class File {
   // Whether a path still names this very file, and not one that was put in its place.
   virtual bool IsStill(const std::string&) { return true; }
 
+  // Whether some other open of this file is known, by whatever program and without any lock. False too where
+  // the system cannot tell.
+  virtual bool IsOpenElsewhere() { return false; }
+
   // Byte-range locks that belong to this open file: two opens of one file in one process exclude each other,
   // and closing one keeps the other's. They never wait. kSuccess, kLocked or kErrorLock.
   virtual int Lock(std::int64_t offset, std::int64_t length, LockKind kind) = 0;
@@ -61,7 +65,7 @@ class FileLayer {
   virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) = 0;
   virtual bool Exists(const std::string& path) = 0;
   virtual int Remove(const std::string& path) = 0;
-  // Replaces `to` when it exists.
+  // Replaces `to` when it exists, and takes over the rights on it.
   virtual int Rename(const std::string& from, const std::string& to) = 0;
   // Makes names made, renamed or removed in the folder survive a power cut.
   virtual int FlushFolder(const std::string& folder) = 0;

@@ -7,10 +7,12 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <csignal>
 #include <cstdint>
 #include <cstdio>
 #include <iterator>
 
+#include "core/file_rights_posix.h"
 #include "store/engine/file.h"
 
 namespace tallwick::engine {
@@ -88,6 +90,15 @@ class PosixFile final : public File {
            own.st_ino == named.st_ino;
   }
 
+  // A lease to write is given only to the one open of a file. It is given back at once; who opens the file in
+  // between makes the system send a signal, which must be one that nobody dies of.
+  bool IsOpenElsewhere() override {
+    ::fcntl(fd_, F_SETSIG, SIGURG);
+    const bool refused = ::fcntl(fd_, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;
+    ::fcntl(fd_, F_SETLEASE, F_UNLCK);
+    return refused;
+  }
+
   int Lock(std::int64_t offset, std::int64_t length, LockKind kind) override {
     return SetLock(kind == LockKind::kShared ? F_RDLCK : F_WRLCK, offset, length);
   }
@@ -153,6 +164,7 @@ class PosixFileLayer final : public FileLayer {
   }
 
   int Rename(const std::string& from, const std::string& to) override {
+    KeepRights(from, to);
     return std::rename(from.c_str(), to.c_str()) == 0 ? static_cast<int>(kSuccess) : kErrorRename;
   }
 

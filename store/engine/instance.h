@@ -219,7 +219,8 @@ class QuietJournal {
 };
 
 // While it lives, programs that know nothing of the presence byte can lock neither a record of the table nor
-// append to it: for work that puts another file in its place.
+// append to it: for work that puts another file in its place. One that has the table open without a lock
+// would go on with the old file, so it is looked for where the system can tell.
 class FormatLocks {
  public:
   FormatLocks(Code4& code, TableFile& table, const void* owner)
@@ -227,7 +228,7 @@ class FormatLocks {
   ~FormatLocks();
   FormatLocks(const FormatLocks&) = delete;
   FormatLocks& operator=(const FormatLocks&) = delete;
-  // kErrorOpenRefused while one holds a lock.
+  // kErrorOpenRefused while one holds a lock, or has the table open.
   int Take();
 
  private:

@@ -102,6 +102,9 @@ int Journal::FinishAsOnly(bool all) {
     // A broken chain is not done again: what stands before the break is older than what is lost behind it.
     if (all && !IsWhole(first, applied)) rc = kErrorJournal;
     if (rc == kSuccess) rc = Finish(first, applied, all);
+    // An entry that was torn by a power cut is the last one. One that others follow has been damaged, and the
+    // units of those behind it must not go with it.
+    if (rc == kSuccess && HasUnitBehind(end_)) rc = kErrorJournal;
     if (rc == kSuccess) rc = Checkpoint();
     if (rc == kErrorReadOnly) {
       // A table that may only be read here: its entries wait for somebody who may flush it.

@@ -220,10 +220,13 @@ class Journal {
   bool ReadEntry(Mark* mark, Entry* entry);
   // True where nothing was ever written: whoever made the file died before its head was there.
   bool IsBlank();
+  // True when a whole unit of a later number stands somewhere behind the end of the entries.
+  bool HasUnitBehind(const Mark& end);
   JournalFindings ExamineOpen();
   // Counts the units that stand whole behind the applied mark. Looks for the files of all that will be
   // brought to the tables, from `redone` on.
   JournalFindings LookAtWaiting(Mark redone, const Mark& applied);
+  std::int64_t LengthOf(const std::string& name);  // of a file in the folder; -1 where there is none
   // Whether the applied entries will be applied again: a flush has failed, or the power may be gone and
   // nobody has come in since. Only for one who has not come in himself.
   bool WillRedo();

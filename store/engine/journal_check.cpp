@@ -1,4 +1,6 @@
 // The journal under examination, and the way out when it cannot be used.
+#include <map>
+
 #include "store/engine/journal.h"
 
 namespace tallwick::engine {
@@ -44,6 +46,7 @@ bool Journal::WillRedo() {
 
 JournalFindings Journal::LookAtWaiting(Mark mark, const Mark& applied) {
   JournalFindings findings{JournalState::kSettled, 0, {}};
+  std::map<std::string, std::int64_t> lengths;
   Entry entry;
   for (Mark at = mark; ReadEntry(&mark, &entry); at = mark) {
     if (entry.is_note) continue;
@@ -51,13 +54,23 @@ JournalFindings Journal::LookAtWaiting(Mark mark, const Mark& applied) {
     std::vector<JournalFileChange> changes;
     if (!ParseEntry(entry.payload, &changes)) return {JournalState::kDamaged, 0, {}};
     for (const auto& change : changes) {
-      if (!IsIndexName(change.name) && !setup_.files.Exists(PathOf(change.name)))
-        findings.missing = change.name;
+      const auto [known, is_new] = lengths.try_emplace(change.name, -1);
+      if (is_new) known->second = LengthOf(change.name);
+      if (known->second < 0 && IsIndexName(change.name)) continue;
+      if (known->second >= 0) known->second = LengthAfter(change, known->second);
+      if (known->second < 0) findings.missing = change.name;
     }
   }
+  if (HasUnitBehind(mark)) return {JournalState::kDamaged, 0, {}};
   if (findings.waiting > 0) findings.state = JournalState::kWaiting;
   if (!findings.missing.empty()) findings.state = JournalState::kFileMissing;
   return findings;
+}
+
+std::int64_t Journal::LengthOf(const std::string& name) {
+  int rc = kSuccess;
+  const auto file = setup_.files.Open(PathOf(name), OpenMode::kReadOnly, &rc);
+  return file ? file->Size() : -1;
 }
 
 int Journal::SetAside(std::string_view name, const std::vector<std::string>& files) {

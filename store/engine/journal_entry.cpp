@@ -103,6 +103,14 @@ bool EndsIn(std::string_view name, std::string_view extension) {
 
 }  // namespace
 
+std::int64_t LengthAfter(const JournalFileChange& change, std::int64_t length) {
+  for (const JournalExtent& extent : change.extents) {
+    if (extent.offset > length) return -1;
+    length = std::max(length, extent.offset + std::ssize(extent.bytes));
+  }
+  return length;
+}
+
 bool IsIndexName(std::string_view name) {
   return EndsIn(name, ".cdx");
 }
@@ -117,6 +125,15 @@ bool JournalHead::Parse(std::span<const std::uint8_t, kEntryHead> bytes) {
   number = Load64(&bytes[12]);
   checksum = Load64(&bytes[20]);
   return is_note || magic == kEntryMagic;
+}
+
+std::vector<std::size_t> EntryHeadsIn(std::span<const std::uint8_t> bytes) {
+  std::vector<std::size_t> places;
+  const std::string_view text(reinterpret_cast<const char*>(bytes.data()), bytes.size());
+  for (std::size_t at = text.find(kEntryMagic);
+       at != std::string_view::npos && text.size() - at >= kEntryHead; at = text.find(kEntryMagic, at + 1))
+    places.push_back(at);
+  return places;
 }
 
 std::uint64_t EntryChecksum(std::uint64_t number, std::span<const std::uint8_t> bytes) {

@@ -31,6 +31,10 @@ struct JournalLength {
   std::array<std::uint8_t, 16> start{};
 };
 
+// How long a file of `length` bytes is after the change. -1 when bytes would be missing before it: the file
+// is not the one that the unit was written for, but an older one that somebody has put in its place.
+std::int64_t LengthAfter(const JournalFileChange& change, std::int64_t length);
+
 // What a file of an entry or note is, by its name.
 bool IsIndexName(std::string_view name);
 bool IsTableName(std::string_view name);
@@ -46,6 +50,9 @@ struct JournalHead {
   // False when the bytes are no entry's.
   bool Parse(std::span<const std::uint8_t, kEntryHead> bytes);
 };
+
+// Where in the bytes a unit's entry may begin, its head whole, in ascending order.
+std::vector<std::size_t> EntryHeadsIn(std::span<const std::uint8_t> bytes);
 
 std::uint64_t EntryChecksum(std::uint64_t number, std::span<const std::uint8_t> payload);
 

@@ -36,9 +36,29 @@ bool Journal::ReadMarks(Mark* first, Mark* applied) {
 }
 
 bool Journal::IsBlank() {
-  std::array<std::uint8_t, kHeaderBytes> head{};
+  // The head stands in the sector of the first entry's magic and is written first.
+  std::array<std::uint8_t, kHeaderBytes + 4> head{};
   const auto got = file_->ReadAt(0, head.data(), head.size());
   return got >= 0 && (got < kBootAt || std::all_of(head.begin(), head.end(), [](auto b) { return b == 0; }));
+}
+
+bool Journal::HasUnitBehind(const Mark& end) {
+  constexpr std::int64_t kPiece = std::int64_t{1} << 20;
+  const std::int64_t size = file_->Size();
+  std::vector<std::uint8_t> bytes;
+  for (std::int64_t from = end.position; from < size; from += kPiece) {
+    bytes.resize(static_cast<std::size_t>(std::min(kPiece + kEntryHead - 1, size - from)));
+    if (file_->ReadAt(from, bytes.data(), bytes.size()) != std::ssize(bytes)) return false;
+    for (const std::size_t at : EntryHeadsIn(bytes)) {
+      const std::int64_t position = from + static_cast<std::int64_t>(at);
+      JournalHead head;
+      if (!head.Parse(std::span(bytes).subspan(at).first<kEntryHead>()) || head.number <= end.number)
+        continue;
+      Mark mark{position, head.number};
+      if (HasUnitAt(mark)) return true;
+    }
+  }
+  return false;
 }
 
 bool Journal::ReadEntry(Mark* mark, Entry* entry) {
@@ -230,8 +250,12 @@ int Journal::ApplyEntry(std::span<const std::uint8_t> payload, std::uint64_t uni
   if (!ParseEntry(payload, &changes)) return kErrorJournal;
   std::vector<std::unique_ptr<File>> files(changes.size());
   int rc = kSuccess;
-  for (std::size_t i = 0; i < changes.size() && rc == kSuccess; ++i)
+  for (std::size_t i = 0; i < changes.size() && rc == kSuccess; ++i) {
     rc = OpenToApply(changes[i].name, &files[i]);
+    if (rc != kSuccess || !files[i] || LengthAfter(changes[i], files[i]->Size()) >= 0) continue;
+    files[i].reset();
+    if (!gives_up_) rc = kErrorJournal;
+  }
   // Only with every index lock in hand: a reader that holds one waits for a unit that has begun.
   if (rc == kSuccess) rc = WriteBegun(unit);
   for (std::size_t i = 0; i < changes.size(); ++i) {

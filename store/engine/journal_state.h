@@ -13,7 +13,7 @@ enum class JournalState {
   kNone,         // there is none
   kSettled,      // every unit of work is in the tables, or its writer is at work
   kWaiting,      // whole units stand in it that no one has brought to the tables
-  kFileMissing,  // one of them is for a table or memo file that is gone
+  kFileMissing,  // one of them is for a table or memo file that is gone, or for another one than is there
   kForeign,      // a file of this name that is no journal
   kDamaged,      // the chain of entries is broken: after a power cut they could not be done again
   kUnreadable,   // it cannot be opened or read

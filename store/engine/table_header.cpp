@@ -32,6 +32,14 @@ bool IsKnownType(char type) {
   return std::strchr("CNFDLMBIYTGPQVW0", type) != nullptr && type != '\0';
 }
 
+// The list of fields ends the head; some writers put a zero behind its end mark, and the later variant has
+// room for more there. Anything else would shift every record.
+bool IsFittingLength(std::span<const std::uint8_t> bytes, int length, std::size_t fields) {
+  const int list_end = kTableHeadBytes + kDescriptorBytes * static_cast<int>(fields) + 1;
+  return length == list_end || length == list_end + kLaterVariantExtra ||
+         (length == list_end + 1 && bytes[static_cast<std::size_t>(list_end)] == 0);
+}
+
 // Types whose values have a width of their own; others are read wherever they end.
 bool IsFittingWidth(const FieldInfo& field) {
   switch (field.type) {
@@ -123,9 +131,11 @@ int ParseTableHeader(std::span<const std::uint8_t> bytes, TableHeader* header) {
     memo_field |= field.type == 'M';
     header->fields.push_back(std::move(field));
   }
-  header->has_memo = memo_field && header->version != 0x03;
-  const bool fits =
-      offset == header->record_length && !header->fields.empty() && header->fields.size() <= kMaxFields;
+  header->has_memo = memo_field;
+  // A version that knows no memo file would hide every text.
+  const bool fits = offset == header->record_length && !header->fields.empty() &&
+                    header->fields.size() <= kMaxFields && !(memo_field && header->version == 0x03) &&
+                    IsFittingLength(bytes, length, header->fields.size());
   return fits ? kSuccess : kErrorDataStructure;
 }
 

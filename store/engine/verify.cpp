@@ -32,7 +32,7 @@ std::uint64_t DigestOf(const std::uint8_t* key, std::size_t length) {
 
 // A tag under examination: what its tree says of each record.
 struct TagState {
-  const IndexTag* tag = nullptr;
+  IndexTag* tag = nullptr;
   std::string title;
   bool whole = false;                  // the tree could be read to its end
   std::vector<std::uint64_t> digests;  // of the key, by record number - 1
@@ -205,6 +205,7 @@ class Verifier {
     const char* fault = nullptr;
     if (wanted && digest == 0) {
       // Behind a damaged page every key is missing; the page is the problem.
+      if (state.whole && state.tag->unique && TellHolder(state, number, key.data())) return;
       if (state.whole) fault = ": the record's key is missing";
     } else if (digest != 0 && !wanted) {
       fault = ": the record has a key although the filter leaves it out";
@@ -214,10 +215,35 @@ class Verifier {
     if (fault != nullptr) findings_.Add(number, ProblemKind::kIndex, state.title + fault);
   }
 
+  // True when another record holds the key of a unique tag: no index can have both.
+  bool TellHolder(const TagState& state, std::uint32_t number, const std::uint8_t* key) {
+    const int length = state.tag->shape.length;
+    IndexTree tree(*table_.Index(), *state.tag);
+    IndexPlace place;
+    if (tree.LowerBound(key, length, 0, &place) != kSuccess || place.AtEnd() || place.Record() == number ||
+        std::memcmp(place.Key(), key, static_cast<std::size_t>(length)) != 0)
+      return false;
+    findings_.Add(number, ProblemKind::kRecord,
+                  state.title + ": the record has the same key as record " + std::to_string(place.Record()) +
+                      ", and only one can be found by it");
+    return true;
+  }
+
   void CheckOwnBytes(std::uint32_t number, const std::uint8_t* record) {
     if (record[0] != ' ' && record[0] != '*')
       findings_.Add(number, ProblemKind::kRecord, "The deletion mark is neither blank nor \"*\"");
+    if (record[0] != '*') CheckZeroBytes(number, record);
     if (record[0] == ' ') CheckMemos(number, record);
+  }
+
+  // What a crash or a bad disk leaves in a page of records. One field is named for all of its record.
+  void CheckZeroBytes(std::uint32_t number, const std::uint8_t* record) {
+    for (const FieldInfo& field : table_.Header().fields) {
+      if (std::strchr("NFDL", field.type) == nullptr) continue;
+      if (std::memchr(record + field.offset, 0, static_cast<std::size_t>(field.width)) == nullptr) continue;
+      findings_.Add(number, ProblemKind::kRecord, "Field " + field.name + " holds zero bytes");
+      return;
+    }
   }
 
   void CheckMemos(std::uint32_t number, const std::uint8_t* record) {

@@ -9,8 +9,8 @@ namespace tallwick::engine {
 namespace {
 
 // A table in use by anyone, this instance included, has its presence byte taken; programs that know nothing
-// of that byte show by the format's locks that they are at work. Asked of the file itself, so that a damaged
-// table can be answered for as well.
+// of that byte show by the format's locks that they are at work, or by having the file open. Asked of the
+// file itself, so that a damaged table can be answered for as well.
 int ProveFree(FileLayer& files, const std::string& table) {
   int rc = kSuccess;
   const auto data = files.Open(table, OpenMode::kReadWrite, &rc);
@@ -18,6 +18,7 @@ int ProveFree(FileLayer& files, const std::string& table) {
   rc = data->Lock(kTablePresenceAt, 1, LockKind::kExclusive);
   if (rc == kSuccess)
     rc = data->Lock(kPlainAppendAt, kIndexedAppendAt - kPlainAppendAt + 1, LockKind::kExclusive);
+  if (rc == kSuccess && data->IsOpenElsewhere()) rc = kLocked;
   return rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc;
 }
 

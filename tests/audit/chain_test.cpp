@@ -348,6 +348,9 @@ TEST(BankProofTest, TheBankShowsThatALogIsMissing) {
   EXPECT_TRUE(ProveBankLog(*office.session, "FNB").proven);
   WriteAuditTrail(target, form, kAuditAdd, kAuditPostCheck, "1002");
   EXPECT_THAT(ProveBankLog(*office.session, "FNB").notes, IsEmpty());
+  office.WriteFile("ESCROW_CHECKS_FNB.DBF", "a letter");
+  EXPECT_THAT(ProveBankLog(*office.session, "FNB").problems,
+              ElementsAre(HasSubstr("ESCROW_CHECKS_FNB cannot be read")));
 }
 
 }  // namespace

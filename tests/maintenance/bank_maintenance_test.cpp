@@ -49,6 +49,14 @@ const std::string kHeader =
     "[DATE: Mar 15, 2024 @ 09:30:00 AM][TX: Account Edit][REFERENCE: FNB][LOGIN: jdoe][COMPUTER: "
     "FRONTDESK2]\r\n";
 
+TEST_F(BankMaintenanceTest, ABankWithoutItsTablesIsAddedAllTheSame) {
+  SystemFileSystem().CreateFolder(office_.folder.Held("ESCROW_WIRES_SND.CDX\\"));
+  EXPECT_EQ(AddBankAccount(*office_.session, "SND", {}).find("The bank was added, but its tables"), 0U);
+  EXPECT_TRUE(office_.session->Company().banks.SeekCode("SND"));
+  SystemFileSystem().RemoveFolder(office_.folder.Held("ESCROW_WIRES_SND.CDX\\"));
+  EXPECT_TRUE(SelectBank(*office_.session, "SND"));
+}
+
 // Whoever switches the trail off or on must stand in it.
 TEST_F(BankMaintenanceTest, ChangesStandInTheTrailAndSoDoesItsSwitch) {
   ASSERT_EQ(Change({{"BANKNAME", "Erie Trust"}, {"BANKACCTMO", "4"}, {"PPUSEPP", "T"}}, "fnb"), "");

@@ -242,6 +242,33 @@ TEST_F(MaintenanceTest, BringsAnOldTableToThePresentLayout) {
   EXPECT_EQ(VersionOf(office_, "ESCROW_CHECKS_FNB"), "Escrow_Checks version status not available.");
 }
 
+// A copy that lacks what could not be read must not take the table's place.
+TEST_F(MaintenanceTest, AnUnreadableTextKeepsTheOldTable) {
+  office_.session->Company().notes.Close();
+  clsKVRData& data = office_.session->Data();
+  const std::string path = office_.folder.Held("ESCROW_NOTES.DBF");
+  for (const char* part : {".DBF", ".CDX", ".FPT"})
+    SystemFileSystem().Remove(office_.folder.Held("ESCROW_NOTES" + std::string(part)));
+  const FieldLayout fields[] = {
+      {"FILENO", 'C', 14}, {"NOTETYPE", 'C', 4}, {"TEXT", 'M', 10}, {"OLD", 'C', 1}};
+  const DataHandle old = data.CreateDatabase(path, fields, {});
+  ASSERT_GT(old, 0);
+  data.AddRecordStart(old);
+  data.SetStringFieldValue(old, "FILENO", "24-0001");
+  data.SetMemoFieldValue(old, "TEXT", "Call the lender");
+  ASSERT_EQ(data.AddRecordFinish(old), 0);
+  data.CloseDatabase(old);
+  const std::string table = office_.ReadFile("ESCROW_NOTES.DBF");
+  const std::string memos = office_.ReadFile("ESCROW_NOTES.FPT");
+  office_.WriteFile("ESCROW_NOTES.FPT", memos.substr(0, 512));
+  const MaintenanceOutcome cut = Run(kUpdate);
+  EXPECT_THAT(cut.tables, Contains(::testing::Field(&TableOutcome::text, HasSubstr("record 1: "))));
+  EXPECT_EQ(office_.ReadFile("ESCROW_NOTES.DBF"), table);
+  office_.WriteFile("ESCROW_NOTES.FPT", memos);
+  EXPECT_TRUE(Run(kUpdate).completed);
+  EXPECT_EQ(office_.session->Company().notes.NotesOf("24-0001").at(0).text, "Call the lender");
+}
+
 // A made-up 0 would stand in every balance as if it were true, and a blank status would count a voided check.
 // A day that the table lacks is made up also where a tag needs it, and the table does not open for that.
 TEST_F(MaintenanceTest, OnlyWhatSaysNothingFalseIsMadeUp) {
@@ -253,11 +280,14 @@ TEST_F(MaintenanceTest, OnlyWhatSaysNothingFalseIsMadeUp) {
                {"ESCROW_CHECKS_FNB", "CHXSTMTMO", false},   {"ESCROW_DEPOSITS_FNB", "DEPOFILE1", false},
                {"ESCROW_WIRES_FNB", "WIRESTATUS", false},   {"ESCROW_VOUCHERS_FNB", "VCHRSTATUS", false},
                {"ESCROW_DEPOXRFS_FNB", "DXRFDATED", false}, {"ESCROW_NOTES", "NOTETYPE", false},
+               {"ESCROW_BANKS", "BANKBEGBAL", false},       {"ESCROW_BANKS", "BANKRECOMO", false},
+               {"ESCROW_BANKS", "BANKVCHRNO", false},       {"ESCROW_BANKS", "SECLINEANG", true},
                {"ESCROW_CHECKS_FNB", "CHXTINNO", true},     {"ESCROW_WIRES_FNB", "WIREACCTDA", true},
                {"ESCROW_DEPOSITS_FNB", "DEPOSTDA2", true}};
   for (const auto& one : cases) {
     SCOPED_TRACE(one.field);
     office_.session->Company().notes.Close();
+    office_.session->Company().banks.Close();
     const std::string whole = office_.ReadFile(one.table + ".DBF");
     std::string lacking = whole;
     lacking[lacking.find(one.field)] = 'X';

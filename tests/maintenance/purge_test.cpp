@@ -12,6 +12,7 @@ namespace tallwick {
 namespace {
 
 using ::testing::ElementsAre;
+using testing::FaultyFiles;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
 using testing::Office;
@@ -24,11 +25,15 @@ constexpr Period kBefore{11, 0, 2023};
 // how it stands, a test says.
 class PurgeTest : public ::testing::Test {
  protected:
-  void SetUp() override { ASSERT_TRUE(office_.Open()); }
+  void SetUp() override {
+    office_.files = &files_;
+    ASSERT_TRUE(office_.Open());
+  }
 
-  void AddCheck(const std::string& file, const std::string& status, Period accounting = kBefore) {
+  void AddCheck(const std::string& file, const std::string& status, Period accounting = kBefore,
+                const std::string& bank_code = "FNB") {
     BankTables bank(office_.session->Home());
-    ASSERT_TRUE(bank.Open("FNB"));
+    ASSERT_TRUE(bank.Open(bank_code));
     CheckRecord check;
     check.number = std::to_string(++number_);
     check.file_number = file;
@@ -37,7 +42,7 @@ class PurgeTest : public ::testing::Test {
     check.accounting = accounting;
     if (status == "C") check.statement = accounting;
     ASSERT_EQ(bank.checks.Add(check), 0);
-    ASSERT_EQ(office_.session->Company().xrefs.Add(CheckXref(file, "FNB", check.number)), 0);
+    ASSERT_EQ(office_.session->Company().xrefs.Add(CheckXref(file, bank_code, check.number)), 0);
   }
   // A cleared ticket with 10.00 for each of the files.
   void AddTicket(const std::vector<std::string>& files, const std::string& status = "C") {
@@ -66,6 +71,7 @@ class PurgeTest : public ::testing::Test {
     return numbers;
   }
 
+  FaultyFiles files_;
   Office office_;
   WatchedProgress progress_;
   PurgeSearch search_;
@@ -100,6 +106,33 @@ TEST_F(PurgeTest, AFileIsClosedWhenNothingOfItIsOpen) {
   EXPECT_THAT(Closed({10, 0, 2023}), IsEmpty());
 }
 
+// What would leave a bank's ledgers short of its book balance stays, and what only the records tell counts.
+TEST_F(PurgeTest, AFileIsClosedInEachBankAndByItsRecords) {
+  ASSERT_TRUE(office_.AddBank("SND", "Second Savings"));
+  AddTicket({"A-CLOSED"});
+  AddCheck("A-CLOSED", "C");
+  AddTicket({"B-ACROSS"});
+  AddCheck("B-ACROSS", "C", kBefore, "SND");
+  AddTicket({"C-BESIDE", ""});
+  AddCheck("C-BESIDE", "C");
+  AddCheck("D-HIDDEN", "O");
+  std::vector<TagLayout> tags(kCheckLayout.tags.begin(), kCheckLayout.tags.end());
+  for (TagLayout& tag : tags) tag.filter = "CHXSTATUS <> 'O' .AND. .NOT. Deleted ()";
+  ASSERT_EQ(office_.session->Data().RebuildIndex(office_.folder.Held("ESCROW_CHECKS_FNB.DBF"), tags), 0);
+  EXPECT_THAT(Closed(), ElementsAre("A-CLOSED"));
+}
+
+TEST_F(PurgeTest, SaysThatTheLogIsNotWritten) {
+  AddCheck("VOIDED", "V");
+  ASSERT_THAT(Closed(), ElementsAre("VOIDED"));
+  files_.fails = [](std::string_view, std::string_view path) { return path.ends_with("Purged_Files.log"); };
+  ExclusiveAccess access(*office_.session);
+  ASSERT_TRUE(access.Take("Purge Files"));
+  const PurgeResult result = PurgeFiles(*office_.session, search_.files, kThrough, progress_);
+  EXPECT_EQ(result.code, 0);
+  EXPECT_FALSE(result.logged);
+}
+
 TEST_F(PurgeTest, TakesTheFileWithItsReferencesOrNothing) {
   AddTicket({"A-CLOSED", "B-CLOSED"});
   AddCheck("A-CLOSED", "C");
@@ -109,10 +142,10 @@ TEST_F(PurgeTest, TakesTheFileWithItsReferencesOrNothing) {
   ExclusiveAccess access(*office_.session);
   ASSERT_TRUE(access.Take("Purge Files"));
   progress_.stop_after = 1;
-  EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), engine::kStopped);
+  EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_).code, engine::kStopped);
   progress_.stop_after = 0;
   EXPECT_THAT(Closed(), ElementsAre("A-CLOSED", "B-CLOSED"));
-  EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_), 0);
+  EXPECT_EQ(PurgeFiles(*office_.session, search_.files, kThrough, progress_).code, 0);
   access.Return();
   EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, kBefore);
   EXPECT_THAT(office_.ReadFile("Logs\\Purged_Files.log"), HasSubstr("  A-CLOSED (2 items)\r\n"));
@@ -137,7 +170,7 @@ TEST_F(PurgeTest, NotesTheLastPeriodThatWasReallyPurged) {
     ASSERT_THAT(Closed(purge.through), ElementsAre("VOIDED"));
     ExclusiveAccess access(*office_.session);
     ASSERT_TRUE(access.Take("Purge Files"));
-    ASSERT_EQ(PurgeFiles(*office_.session, search_.files, purge.through, progress_), 0);
+    ASSERT_EQ(PurgeFiles(*office_.session, search_.files, purge.through, progress_).code, 0);
     access.Return();
     EXPECT_EQ(office_.session->Company().banks.Find("FNB")->purged, purge.noted);
   }

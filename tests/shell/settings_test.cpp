@@ -3,6 +3,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <set>
+
 #include "shell/about.h"
 #include "shell/clsBranch.h"
 #include "shell/clsLauncher.h"
@@ -297,7 +299,9 @@ TEST(HelpTest, BooksHaveNumbersAndPagesHaveScreens) {
   EXPECT_EQ(help.Find("lstTopics")->text, "Keys");
 
   // Every page is there, and every link on it leads to one.
+  std::set<int> contexts;
   for (const HelpPage& page : HelpPages()) {
+    EXPECT_TRUE(contexts.insert(page.context).second) << page.file;
     const std::string text =
         SystemFileSystem().Read(HelpFolder(*office.session) + std::string(page.file)).value_or("");
     EXPECT_THAT(text, HasSubstr("<h1>")) << page.file;

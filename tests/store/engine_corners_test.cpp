@@ -1,6 +1,11 @@
 // Corners of the engine where something once went wrong or easily could: handles after a rollback, locks
 // within units, pages whose record numbers outgrow their entries, hostile heads, the first post of a folder.
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <functional>
 
 #include "core/text.h"
 #include "store/engine/verify.h"
@@ -235,6 +240,86 @@ TEST(Engine, ATableWhoseFieldsCannotHoldTheirTypesIsRefused) {
     EXPECT_EQ(d4open(*code, "/data/odd.dbf"), nullptr);
     EXPECT_EQ(code4errorCode(*code, 0), kErrorDataStructure) << width;
   }
+}
+
+// A head that is too long by a byte would shift every record; a version without a memo file would hide every
+// text.
+TEST(Engine, ATableWhoseHeadDoesNotFitItsFieldsIsRefused) {
+  constexpr FieldLayout kFields[] = {{"NAME", 'C', 12}, {"TEXT", 'M', 10}};
+  constexpr std::size_t kEnd = 32 + 2 * 32;  // of the field list, where its mark stands
+  const struct {
+    std::function<void(std::string&)> change;
+    bool opens;
+  } cases[] = {
+      {[](std::string&) {}, true},
+      {[](std::string& bytes) { ++bytes[8]; }, false},
+      {[](std::string& bytes) { bytes[8] = static_cast<char>(bytes[8] + 23); }, false},
+      {[](std::string& bytes) { bytes[0] = '\x03'; }, false},
+      // As some programs write it.
+      {[](std::string& bytes) {
+         bytes.insert(kEnd + 1, 1, '\0');
+         ++bytes[8];
+       },
+       true},
+  };
+  for (const auto& one : cases) {
+    MemoryFiles disk;
+    EnginePorts ports;
+    const auto code = code4initVB(ports.Over(disk));
+    Data4* table = d4create(*code, "/data/odd.dbf", kFields, {});
+    ASSERT_NE(table, nullptr);
+    for (int i = 0; i < 3; ++i) {
+      d4appendStart(*table);
+      ASSERT_EQ(d4append(*table), kSuccess);
+    }
+    d4close(table);
+    std::string bytes = disk.Get("/data/odd.dbf");
+    one.change(bytes);
+    disk.Put("/data/odd.dbf", bytes);
+    EXPECT_EQ(d4open(*code, "/data/odd.dbf") != nullptr, one.opens) << &one - cases;
+  }
+}
+
+// Another program that has the table open, without a lock, would go on with the old file.
+TEST(Engine, ATableThatIsOpenElsewhereIsNotReplaced) {
+  constexpr FieldLayout kFields[] = {{"NAME", 'C', 12}};
+  tallwick::testing::TempFolder folder;
+  const std::string path = folder.Platform("held.dbf");
+  EnginePorts ports;
+  const auto code = code4initVB(ports.Over(SystemFiles()));
+  code4accessMode(*code, 1);
+  Data4* table = d4create(*code, path, kFields, {});
+  ASSERT_NE(table, nullptr);
+  d4close(table);
+  table = d4open(*code, path);
+  ASSERT_NE(table, nullptr);
+  int rc = kSuccess;
+  auto foreign = SystemFiles().Open(path, OpenMode::kReadOnly, &rc);
+  const int lease = ::open(path.c_str(), O_RDONLY | O_CLOEXEC);
+  const bool leases = ::fcntl(lease, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;
+  ::close(lease);
+  if (!leases) GTEST_SKIP() << "this file system knows no leases";
+  EXPECT_EQ(d4pack(*table), kErrorOpenRefused);
+  foreign.reset();
+  EXPECT_EQ(d4pack(*table), kSuccess);
+}
+
+// In a shared folder a table that one person packs must stay open to the others.
+TEST(Engine, AReplacedFileKeepsItsRights) {
+  constexpr FieldLayout kFields[] = {{"NAME", 'C', 12}};
+  tallwick::testing::TempFolder folder;
+  const std::string path = folder.Platform("shared.dbf");
+  EnginePorts ports;
+  const auto code = code4initVB(ports.Over(SystemFiles()));
+  code4accessMode(*code, 1);
+  d4close(d4create(*code, path, kFields, {}));
+  ASSERT_EQ(::chmod(path.c_str(), 0666), 0);
+  Data4* table = d4open(*code, path);
+  ASSERT_NE(table, nullptr);
+  ASSERT_EQ(d4pack(*table), kSuccess);
+  struct stat status {};
+  ASSERT_EQ(::stat(path.c_str(), &status), 0);
+  EXPECT_EQ(status.st_mode & 0777, 0666U);
 }
 
 // A sparse file of two gibibytes costs nothing, and its append must be refused until large files are on.

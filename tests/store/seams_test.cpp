@@ -5,6 +5,7 @@
 
 #include <functional>
 
+#include "store/engine/byte_order.h"
 #include "store/engine/journal.h"
 #include "store/engine/verify.h"
 #include "tests/support/memory_files.h"
@@ -80,13 +81,10 @@ TEST(Seams, TheSecondToMakeATableFindsTheFirstOnesPosts) {
   EXPECT_TRUE(Problems(first.checks).empty());
 }
 
-// An index can be built anew, and what a unit wrote to a table that is gone can not.
-TEST(Seams, AUnitOfATableThatIsGoneIsKept) {
-  MemoryFiles disk;
-  LeaveAUnitBehind(disk);
-  const std::string table = disk.Get("/data/checks.dbf");
+// After the harm nobody may work, and the journal stays as it is.
+void ExpectKept(MemoryFiles& disk, const std::function<void()>& harm) {
   const std::string journal = disk.Get("/data/" + std::string(kJournalFileName));
-  disk.Remove("/data/checks.dbf");
+  harm();
   EnginePorts ports;
   const JournalFindings findings = Journal(ports.Over(disk), "/data").Examine();
   EXPECT_EQ(findings.state, JournalState::kFileMissing);
@@ -94,11 +92,85 @@ TEST(Seams, AUnitOfATableThatIsGoneIsKept) {
   Company company(disk);
   EXPECT_FALSE(company.Open());
   EXPECT_EQ(code4errorCode(*company.code, 0), kErrorJournal);
-  EXPECT_EQ(disk.Get("/data/" + std::string(kJournalFileName)), journal);
+  EXPECT_TRUE(disk.Get("/data/" + std::string(kJournalFileName)) == journal);
+}
+
+// An index can be built anew, and what a unit wrote to a table that is gone can not.
+TEST(Seams, AUnitOfATableThatIsGoneIsKept) {
+  MemoryFiles disk;
+  LeaveAUnitBehind(disk);
+  const std::string table = disk.Get("/data/checks.dbf");
+  ExpectKept(disk, [&] { disk.Remove("/data/checks.dbf"); });
   disk.Put("/data/checks.dbf", table);
+  Company company(disk);
   ASSERT_TRUE(company.Open());
   EXPECT_EQ(company.Find(company.checks, "CHXNUMBER", "     2"), kSuccess);
   EXPECT_TRUE(Problems(company.checks).empty());
+}
+
+// Written to an older table its records would stand behind a hole.
+TEST(Seams, AUnitOfAnotherTableIsKept) {
+  MemoryFiles disk;
+  {
+    Company company(disk);
+    company.Make();
+  }
+  const std::string older = disk.Get("/data/checks.dbf");
+  {
+    Company company(disk);
+    ASSERT_TRUE(company.Open());
+    ASSERT_EQ(company.AddCheck("     1", "24-1"), kSuccess);
+  }
+  {
+    Company company(disk);
+    ASSERT_TRUE(company.Open());
+    disk.Plan(Fault::kDie, 6);
+    company.AddCheck("     2", "24-1");
+  }
+  disk.Restart(false);
+  ExpectKept(disk, [&] { disk.Put("/data/checks.dbf", older); });
+  EXPECT_EQ(disk.Get("/data/checks.dbf"), older);
+}
+
+// After a power cut the journal is all there is of the last posts. What is damaged in it must not pass for
+// its end, nor for a journal in which nothing was ever written.
+TEST(Seams, ADamagedJournalIsNotTakenForAShorterOne) {
+  constexpr std::size_t kFirstEntry = 96;
+  constexpr std::size_t kHead = 28;
+  const auto entry_behind = [](const std::string& journal, std::size_t at) {
+    return at + kHead + Load64(reinterpret_cast<const std::uint8_t*>(journal.data()) + at + 4);
+  };
+  const std::function<void(std::string&)> damages[] = {
+      [](std::string& journal) { journal.replace(0, kFirstEntry, kFirstEntry, '\0'); },
+      [&](std::string& journal) {
+        auto* head = reinterpret_cast<std::uint8_t*>(journal.data());
+        Store64(head + 8, kFirstEntry);  // as if no mark had reached the disk
+        Store64(head + 16, Load64(head + 24));
+        journal[entry_behind(journal, kFirstEntry) + kHead + 5] ^= 1;
+      },
+  };
+  for (const auto& damage : damages) {
+    MemoryFiles disk;
+    auto company = std::make_unique<Company>(disk);
+    company->ports.workstation.boot = "one run";
+    company->Make();
+    for (const char* number : {"     1", "     2", "     3"})
+      ASSERT_EQ(company->AddCheck(number, "24-1"), kSuccess);
+    disk.FlushFolder("/data");
+    CutPower(disk, company);
+    const std::string path = "/data/" + std::string(kJournalFileName);
+    std::string journal = disk.Get(path);
+    damage(journal);
+    disk.Put(path, journal);
+    EnginePorts ports;
+    ports.workstation.boot = "another run";
+    EXPECT_NE(Journal(ports.Over(disk), "/data").Examine().state, JournalState::kSettled);
+    Company late(disk);
+    late.ports.workstation.boot = "another run";
+    EXPECT_FALSE(late.Open());
+    EXPECT_EQ(code4errorCode(*late.code, 0), kErrorJournal);
+    EXPECT_EQ(disk.Get(path).substr(kFirstEntry), journal.substr(kFirstEntry));
+  }
 }
 
 // Applied entries are applied again after a power cut: then the way out of a missing table must be known too.

@@ -96,6 +96,14 @@ TEST_F(Damage, IsNamedByWhatItIs) {
       {"the record has a key although the filter leaves it out", ProblemKind::kIndex,
        [](Bytes& b) { b.data[b.Record(7)] = '*'; }},
       {"The deletion mark is neither", ProblemKind::kRecord, [](Bytes& b) { b.data[b.Record(7)] = 'x'; }},
+      {"Field CHXAMOUNT holds zero bytes", ProblemKind::kRecord,
+       [](Bytes& b) { b.data[b.Record(7) + 90] = '\0'; }},
+      {"Tag CHXNUMBER: the record has the same key as record 6",
+       ProblemKind::kRecord,  // foreign, not in the index
+       [](Bytes& b) {
+         b.data.insert(b.Record(401), b.data.substr(b.Record(6), b.Record(7) - b.Record(6)));
+         Store32(reinterpret_cast<std::uint8_t*>(&b.data[4]), 401);
+       }},
       {"lies outside the memo file", ProblemKind::kMemo,
        [](Bytes& b) { b.data.replace(b.Record(7) + 99, 10, "   9999999"); }},
       {"shares blocks with the memo of record 6", ProblemKind::kMemo,

@@ -298,7 +298,6 @@ TEST_F(RecordsTest, UsersKeepTheirRightsByPosition) {
   EXPECT_EQ(users.Read().security, "  0 0");
   EXPECT_EQ(users.Read().password, " secret");
   EXPECT_FALSE(users.SeekLogin("An"));
-  EXPECT_TRUE(users.SeekId(1));
   for (auto [id, bank] : {std::pair(2, "ZB"), {1, "CB"}, {2, "AB"}}) ASSERT_EQ(banks.Add({id, bank}), 0);
   EXPECT_EQ(banks.BanksOf(2), (std::vector<std::string>{"ZB", "AB"}));
   EXPECT_TRUE(banks.BanksOf(3).empty());

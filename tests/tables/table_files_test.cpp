@@ -213,6 +213,23 @@ TEST_F(TableFilesTest, RebuildPacksAndDropsTheCopy) {
   EXPECT_EQ(LiveInOrder(checks), 28);
 }
 
+// What a table has lost may stand in the copy that a rebuild before left.
+TEST_F(TableFilesTest, ARebuildKeepsAFullerCopy) {
+  CheckTable checks(home_);
+  AddChecks(checks, 30);
+  checks.Close();
+  const std::string fuller = *SystemFileSystem().Read(folder_.Held("ESCROW_CHECKS_FNB.DBF"));
+  SystemFileSystem().Write(folder_.Held("ESCROW_CHECKS_FNB.SAV"), fuller);
+  ASSERT_GT(checks.Open("FNB"), 0);
+  ASSERT_TRUE(checks.SeekNumber("3"));
+  ASSERT_EQ(checks.Delete(), 0);
+  EXPECT_EQ(checks.Rebuild("FNB"), 0);
+  EXPECT_FALSE(FileThere("ESCROW_CHECKS_FNB.SAV2")) << "as long as the table was: nothing more in it";
+  SystemFileSystem().Write(folder_.Held("ESCROW_CHECKS_FNB.SAV"), fuller);
+  EXPECT_EQ(checks.Rebuild("FNB"), 0);
+  EXPECT_EQ(SystemFileSystem().Read(folder_.Held("ESCROW_CHECKS_FNB.SAV2")), fuller);
+}
+
 TEST_F(TableFilesTest, RebuildOfATableInUseChangesNothing) {
   CheckTable checks(home_);
   AddChecks(checks, 3);
