@@ -104,7 +104,10 @@ bool EndsIn(std::string_view name, std::string_view extension) {
 }  // namespace
 
 std::int64_t LengthAfter(const JournalFileChange& change, std::int64_t length) {
-  for (const JournalExtent& extent : change.extents) {
+  std::vector<JournalExtent> extents = change.extents;  // in no order
+  std::sort(extents.begin(), extents.end(),
+            [](const JournalExtent& a, const JournalExtent& b) { return a.offset < b.offset; });
+  for (const JournalExtent& extent : extents) {
     if (extent.offset > length) return -1;
     length = std::max(length, extent.offset + std::ssize(extent.bytes));
   }
