@@ -78,6 +78,7 @@ class FrmReconcileAccount : public ReportForm {
 
   bool MayWrite();
   bool Update();
+  bool FiguresStand();  // whether the tables still come to the results
   void TakeBack();
   void ShowTakeBack();
   void Audit(int action);
