@@ -184,8 +184,23 @@ bool FrmEditChecksPost::MayLeaveCheck() {
 
 // --- Printing ---
 
+// Of a posted check nothing else goes to paper than what is posted.
+bool FrmEditChecksPost::PostedCheckStands() {
+  if (!loaded_) return true;
+  if (IsChanged()) {
+    Boxes().Critical(Caption(), "The check has changes that are not posted.  Post it, then print it.");
+    return false;
+  }
+  const std::string number = loaded_->number;
+  const bool there = tables_.checks.SeekNumber(number);
+  if (there && tables_.checks.Read() == *loaded_) return true;
+  ShowChanged("Check " + number, "printed",
+              [&] { there ? ShowCheck(tables_.checks.Read()) : OpenNumber(number); });
+  return false;
+}
+
 void FrmEditChecksPost::Print() {
-  if (ports_.printer == nullptr || !ReadBank()) return;
+  if (ports_.printer == nullptr || !ReadBank() || !PostedCheckStands()) return;
   const EntryRefusal problem = FirstEntryProblem(CheckEntryFields(), kCheckLayout, Entries());
   if (!Passes(problem) || !DateIsGood("txtCheckDated", "Check Date")) return;
   bool valid = false;

@@ -130,6 +130,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   void TellPositivePay(const CheckRecord& check, bool is_gone = false);
   void AfterWriting();
   void Print();
+  bool PostedCheckStands();  // as it is shown; false after a message
 
   const CheckMode* mode_;
   const CheckPorts ports_;
