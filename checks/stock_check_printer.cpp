@@ -127,19 +127,19 @@ bool StockCheckPrinter::MaySign(const CheckLayout& layout) const {
 }
 
 bool StockCheckPrinter::Send(std::span<const CheckOnPaper> checks, const LastPrints& known,
-                             const std::function<bool()>& print) {
+                             const std::function<SheetEnd()>& print) {
   const PrintNote note{session_.TheClock().Now(), session_.Login(), session_.TheWorkstation().ComputerName()};
   const NotedPrint noted = printed_.Note(checks, note, known);
   if (!noted.problem.empty()) {
     session_.Boxes().Critical(kTitle, noted.problem + "  Nothing was printed.");
     return false;
   }
-  if (print()) return true;
-  if (!printed_.StrikeOut(noted.print, note))
+  const SheetEnd end = print();
+  if (end == SheetEnd::kNothing && !printed_.StrikeOut(noted.print, note))
     session_.Boxes().Exclaim(kTitle,
                              "Nothing was printed, but the checks stay noted as printed: the folder Logs of "
                              "the company's data can no longer be written.");
-  return false;
+  return end == SheetEnd::kPrinted;
 }
 
 }  // namespace tallwick

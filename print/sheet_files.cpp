@@ -55,7 +55,7 @@ const SheetMeasure& SheetFilePrinter::Measure() {
   return measure;
 }
 
-bool SheetFilePrinter::Print(const SheetMaker& make) {
+SheetEnd SheetFilePrinter::Print(const SheetMaker& make) {
   NeedApplication();
   const SheetDocument document = make(LetterMeasure(), {});
   const std::string path = NumberedPath(path_, printed_ + 1);
@@ -63,10 +63,10 @@ bool SheetFilePrinter::Print(const SheetMaker& make) {
     boxes_->Critical(document.name, "The file " + path +
                                         " could not be written.  Make sure that you may write there and that "
                                         "there is room, or name another place.");
-    return false;
+    return SheetEnd::kNothing;
   }
   ++printed_;
-  return true;
+  return SheetEnd::kPrinted;
 }
 
 }  // namespace tallwick

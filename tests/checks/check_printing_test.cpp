@@ -31,18 +31,18 @@ class NarrowLetters : public SheetMeasure {
 struct FakeSheets : SheetPrinter {
   bool HasFont(std::string_view family) override { return family == "Bank E13B"; }
   const SheetMeasure& Measure() override { return letters; }
-  bool Preview(const SheetMaker& make) override { return Print(make); }
-  bool Print(const SheetMaker& make) override {
+  SheetEnd Preview(const SheetMaker& make) override { return Print(make); }
+  SheetEnd Print(const SheetMaker& make) override {
     sheets = make(NarrowLetters(), {"Front desk", prints_chosen});
     ++prints;
     if (meanwhile) std::exchange(meanwhile, nullptr)();
-    return works;
+    return end;
   }
   NarrowLetters letters;
   SheetDocument sheets;
   int prints = 0;
   int prints_chosen = 0;
-  bool works = true;
+  SheetEnd end = SheetEnd::kPrinted;
   std::function<void()> meanwhile;  // done once, while the printer's dialog stands open
 };
 
@@ -84,11 +84,11 @@ class CheckPrintingTest : public ::testing::Test {
 TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   Open();
   office_.WriteFile("Check_Print_FNB.dat", "Offset.front desk=1,2\r\n");
-  sheets_.works = false;
+  sheets_.end = SheetEnd::kNothing;
   EXPECT_FALSE(PrintAll({"11-13", "10", "11"}));
   EXPECT_THAT(Log(), HasSubstr("[NOT PRINTED: "));
   EXPECT_THAT(*printer_->Printed().Read(), IsEmpty());
-  sheets_.works = true;
+  sheets_.end = SheetEnd::kPrinted;
   EXPECT_TRUE(PrintAll({"11-13", "10", "11"}));
   EXPECT_EQ(sheets_.sheets.pages.size(), 4U);
   EXPECT_DOUBLE_EQ(sheets_.sheets.pages[0].texts.front().box.x, 10) << "moved for this printer";
@@ -105,6 +105,16 @@ TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   office_.boxes.answers = {BoxAnswer::kYes};
   EXPECT_TRUE(PrintAll({"12"}));
   EXPECT_GT(Log().size(), noted.size());
+}
+
+// Some of the pages may lie in the tray.
+TEST_F(CheckPrintingTest, WhatAPrinterThatFailedMayHavePrintedIsAskedAbout) {
+  Open();
+  sheets_.end = SheetEnd::kUnknown;
+  EXPECT_FALSE(PrintAll({"10-11"}));
+  sheets_.end = SheetEnd::kPrinted;
+  EXPECT_FALSE(PrintAll({"11"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Check 11 was printed on")));
 }
 
 TEST_F(CheckPrintingTest, OfTwoAtOnceOnePrints) {
@@ -138,13 +148,13 @@ TEST_F(CheckPrintingTest, NothingIsPrintedThatCannotBeNoted) {
     EXPECT_EQ(sheets_.prints, 0);
   }
   files.fails = nullptr;
-  sheets_.works = false;
+  sheets_.end = SheetEnd::kNothing;
   sheets_.meanwhile = [&] { fail("append"); };
   EXPECT_FALSE(PrintAll({"10"}));
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("stay noted as printed")));
   // A line that a full disk has cut short takes no other with it.
   files.fails = nullptr;
-  sheets_.works = true;
+  sheets_.end = SheetEnd::kPrinted;
   office_.WriteFile("Logs\\FNB\\Checks_Printed.log", "[NUMBER: 12][DA");
   EXPECT_TRUE(PrintAll({"10"}));
   EXPECT_EQ(printer_->Printed().Read()->size(), 2U);
