@@ -187,6 +187,16 @@ TEST_F(ReconcileTest, AnUpdateSeesWhatOthersHaveDone) {
   EXPECT_EQ(office_.TakeTexts(), std::vector<std::string>{"Bank ID Code is no longer valid."});
 }
 
+TEST_F(ReconcileTest, TheDateThatIsProposedCanBeReadAtTheEndOfFebruaryToo) {
+  OpenOffice([](BankRecord& bank) {
+    bank.accounting = {2, 29, 2024};
+    bank.reconciled = {1, 31, 2024};
+  });
+  form_->Click("cmdCompute");
+  EXPECT_THAT(office_.TakeTexts(), ::testing::IsEmpty());
+  EXPECT_EQ(Shown("txtStatementDate"), "2-28-2024");
+}
+
 // Another workstation posts into the period behind the computation, before the bank record is written.
 TEST_F(ReconcileTest, WhatIsPostedBehindTheComputationKeepsItFromBeingUpdated) {
   FaultyFiles files;
