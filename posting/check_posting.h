@@ -91,6 +91,8 @@ class FrmEditChecksPost : public PayeePostingForm {
   void WarnOfNumber();
   void ShowState();
   bool EntersNew() const;
+
+  // What may be entered (check_closed_entries.cpp).
   void ShowWhatMayBeEntered();
   // Why entries of the posted check are closed; "" where none is.
   std::string WhatIsClosed() const;
