@@ -212,7 +212,7 @@ void FrmEditChecksPost::Print() {
   }
   if (check.payee.empty()) Boxes().Exclaim(Caption(), "WARNING - Payee name is blank...");
   const bool preview = IsOn("mnuOptionsUsePrintPreview");
-  const CheckOnPaper paper = MakeCheckOnPaper(check, bank_code_, Text("txtRemittanceAdvice"));
+  const CheckOnPaper paper = MakeCheckOnPaper(check, Text("txtRemittanceAdvice"));
   if (ports_.printer->Print(paper, bank_, preview)) printed_ = !loaded_;
 }
 

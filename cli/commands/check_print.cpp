@@ -35,7 +35,7 @@ int Print(Office& office, const PrintArguments& arguments) {
   if (!tables.Open(session->BankCode())) return kNoTables;
   const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
   if (!bank) return Refuse(office, "Bank ID Code no longer valid...");
-  const CheckBatch batch = CollectChecks(tables, bank->code, arguments.numbers, arguments.advice);
+  const CheckBatch batch = CollectChecks(tables, arguments.numbers, arguments.advice);
   if (!batch.problem.empty()) return Refuse(office, batch.problem);
   StockCheckPrinter printer(*session, bank->code);
   if (!AgreesToPrint(batch, office.Boxes(), "Print Checks") ||

@@ -8,6 +8,7 @@
 
 #include "app/screen_catalogue.h"
 #include "checks/check_batch.h"
+#include "checks/layout_file.h"
 #include "checks/sign_password.h"
 #include "checks/stock_check_printer.h"
 #include "tests/support/faulty_files.h"
@@ -65,9 +66,7 @@ class CheckPrintingTest : public ::testing::Test {
     check.voucher_number = "31";
     ASSERT_EQ(tables_->checks.Add(check), 0);
   }
-  CheckBatch Collect(const std::vector<std::string>& numbers) {
-    return CollectChecks(*tables_, "FNB", numbers);
-  }
+  CheckBatch Collect(const std::vector<std::string>& numbers) { return CollectChecks(*tables_, numbers); }
   bool PrintAll(const std::vector<std::string>& numbers) {
     const CheckBatch batch = Collect(numbers);
     EXPECT_EQ(batch.problem, "");
@@ -322,9 +321,24 @@ TEST_F(CheckPrintingTest, OnlyOutstandingChecksAreCollected) {
   EXPECT_EQ(batch.checks[0].remittance_advice, "Payoff of loan 4711");
   EXPECT_THAT(batch.left_out, ElementsAre("14-29"));
   EXPECT_THAT(Collect({"9-11", "12-15"}).left_out, ElementsAre("9", "14-15"));
+  EXPECT_EQ(Collect({"10-13", "11-12"}).checks.size(), 4U) << "named twice, printed once";
   AddCheck("50", "O", 0);
   EXPECT_FALSE(AgreesToPrint(Collect({"50"}), office_.boxes, "Print Checks"));
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 50\r\nCheck Amount is Zero...  Print ?"));
+}
+
+// As any editor may have saved it.
+TEST_F(CheckPrintingTest, ALayoutIsReadInTheEncodingOfItsFile) {
+  Open();
+  for (const char* text : {"AccountTitle=Dep\xF3sito\r\n",
+                           "\xEF\xBB\xBF"
+                           "AccountTitle=Dep\xC3\xB3sito\r\n"}) {
+    office_.WriteFile("Check_Print_FNB.dat", text);
+    const LayoutReading reading = ReadLayoutFile(office_.session->Files(), office_.session->DataPath(),
+                                                 *office_.session->Company().banks.Find("FNB"));
+    EXPECT_EQ(reading.problem, "");
+    EXPECT_EQ(reading.layout.account_title, "Dep\u00f3sito");
+  }
 }
 
 TEST_F(CheckPrintingTest, AMissingFontSwitchesTheScreensPrintingOff) {
