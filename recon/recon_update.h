@@ -16,9 +16,8 @@ namespace tallwick {
 BankState StateAfter(const BankRecord& bank, const Period& statement, Currency ending);
 
 // Each works on the bank record as the caller has read it, and reads it again over `bank` when it has
-// written.
-// "" when done; else why nothing was written, in words for a person: the record was changed on another
-// workstation, is locked, or a file could not be written.
+// written. "" when done; else why nothing was written, in words for a person: the record was changed on
+// another workstation, is locked, or a file could not be written.
 //
 // `same_figures` computes once more and says whether that comes to what is recorded. It is asked when no
 // other workstation can write any more, and must show nothing.
