@@ -14,8 +14,7 @@ constexpr long long kMostOfRange = 1000;
 
 class Collector {
  public:
-  Collector(BankTables& tables, std::string_view bank_code, std::string_view advice)
-      : tables_(tables), bank_code_(bank_code), advice_(advice) {}
+  Collector(BankTables& tables, std::string_view advice) : tables_(tables), advice_(advice) {}
 
   void Take(const std::string& text) {
     const std::size_t dash = text.find('-');
@@ -23,21 +22,23 @@ class Collector {
     const auto first = NumberValue(Trim(text.substr(0, dash)));
     const auto last = NumberValue(Trim(text.substr(dash + 1)));
     if (!first || !last || *last < *first || *last - *first >= kMostOfRange) {
-      batch.problem = Quoted(text) + " is no range of at most 1000 check numbers, such as 10452-10460.";
+      batch.problem = Quoted(text) + " is no range of at most " + std::to_string(kMostOfRange) +
+                      " check numbers, such as 10452-10460.";
       return;
     }
-    const std::size_t before = batch.checks.size();
+    bool found = false;
     long long left_out = 0;  // numbers on end, up to the one at hand
     for (long long number = *first; number <= *last; ++number) {
-      if (tables_.checks.SeekNumber(std::to_string(number)) && tables_.checks.Read().status == "O") {
+      if (tables_.checks.SeekNumber(std::to_string(number)) && StatusProblem(tables_.checks.Read()).empty()) {
         LeaveOut(number, std::exchange(left_out, 0));
         TakeFound();
+        found = true;
       } else {
         ++left_out;
       }
     }
     LeaveOut(*last + 1, left_out);
-    if (batch.checks.size() == before) batch.problem = "No outstanding check has a number of " + text + ".";
+    if (!found) batch.problem = "No outstanding check has a number of " + text + ".";
   }
 
   CheckBatch batch;
@@ -67,20 +68,18 @@ class Collector {
     std::string advice = advice_;
     if (advice.empty() && !check.voucher_number.empty() && tables_.vouchers.SeekNumber(check.voucher_number))
       advice = tables_.vouchers.Read().reason;
-    batch.checks.push_back(MakeCheckOnPaper(check, bank_code_, advice));
+    batch.checks.push_back(MakeCheckOnPaper(check, advice));
   }
 
   BankTables& tables_;
-  const std::string bank_code_;
   const std::string advice_;
   std::set<std::string> taken_;
 };
 
 }  // namespace
 
-CheckBatch CollectChecks(BankTables& tables, std::string_view bank_code, std::span<const std::string> numbers,
-                         std::string_view advice) {
-  Collector collector(tables, bank_code, advice);
+CheckBatch CollectChecks(BankTables& tables, std::span<const std::string> numbers, std::string_view advice) {
+  Collector collector(tables, advice);
   for (const std::string& text : numbers) {
     if (collector.batch.problem.empty()) collector.Take(text);
   }

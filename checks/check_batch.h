@@ -21,9 +21,8 @@ struct CheckBatch {
 
 // Each text names one check ("10452"), which must be posted and outstanding, or a range ("10452-10460") of
 // which those are taken that are, and the others named. The reason of a check's voucher is its remittance
-// advice where `advice` is
-// "".
-CheckBatch CollectChecks(BankTables& tables, std::string_view bank_code, std::span<const std::string> numbers,
+// advice where `advice` is "".
+CheckBatch CollectChecks(BankTables& tables, std::span<const std::string> numbers,
                          std::string_view advice = {});
 
 // "Left out, since no check to be printed has the number: 10455, 10457-10459."; "" when nothing was.

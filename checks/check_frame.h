@@ -2,7 +2,6 @@
 // the figures. All of it lies within the field that it belongs to.
 #pragma once
 
-#include <optional>
 #include <string_view>
 #include <vector>
 

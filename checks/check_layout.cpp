@@ -70,6 +70,15 @@ std::vector<Line> SettingsIn(std::string_view text) {
   return lines;
 }
 
+// The first line whose name an earlier one has; null where there is none.
+const Line* SecondOfItsName(const std::vector<Line>& lines) {
+  for (auto line = lines.begin(); line != lines.end(); ++line) {
+    const auto is_same = [&](const Line& earlier) { return EqualsIgnoreCase(earlier.name, line->name); };
+    if (std::any_of(lines.begin(), line, is_same)) return &*line;
+  }
+  return nullptr;
+}
+
 // A plain decimal within a sheet's reach: no exponent, no more than a thousand.
 std::optional<double> ParseLength(std::string_view text) {
   const std::optional<Currency> exact = Currency::Parse(Trim(text));
@@ -180,6 +189,15 @@ std::string TakeLine(const Line& line, CheckLayout& layout) {
   return IsOffset(line.name) ? TakeOffset(line, layout) : TakeSetting(line, layout);
 }
 
+// Of a bank's record, whose SECLINEX and SECLINEY count twips (1440 to the inch) from the check's upper left
+// corner, and whose SECLINEANG counts degrees; both places 0 mean the signature. None unless PRTSECLINE is 1.
+std::optional<SecurityLine> SecurityLineOf(const BankRecord& bank) {
+  if (bank.print_security_line != 1) return std::nullopt;
+  constexpr double twip = kMillimetresPerInch / 1440;
+  return SecurityLine{bank.security_line_x == 0 && bank.security_line_y == 0, bank.security_line_x * twip,
+                      bank.security_line_y * twip, static_cast<double>(bank.security_line_angle)};
+}
+
 // --- Problems ---
 
 bool Overlap(const SheetRect& one, const SheetRect& other) {
@@ -250,6 +268,16 @@ std::string OffsetProblem(const CheckLayout& layout) {
   return {};
 }
 
+// What breaks the invariant; "" when nothing does.
+std::string LayoutProblem(const CheckLayout& layout) {
+  std::string problem = PanelProblem(layout);
+  if (problem.empty()) problem = OffsetProblem(layout);
+  for (const FieldDefault& field : kFields) {
+    if (problem.empty()) problem = PlaceProblem(layout, field);
+  }
+  return problem;
+}
+
 // --- Writing ---
 
 // "88.9"; as many decimals as are needed, up to four.
@@ -302,13 +330,6 @@ double CheckLayout::FieldsEnd() const {
   return panel_height - (micr ? kMicrClearBand : 0);
 }
 
-std::optional<SecurityLine> SecurityLineOf(const BankRecord& bank) {
-  if (bank.print_security_line != 1) return std::nullopt;
-  constexpr double twip = kMillimetresPerInch / 1440;
-  return SecurityLine{bank.security_line_x == 0 && bank.security_line_y == 0, bank.security_line_x * twip,
-                      bank.security_line_y * twip, static_cast<double>(bank.security_line_angle)};
-}
-
 CheckLayout DefaultLayout(CheckStock stock, std::string_view position) {
   CheckLayout layout;
   layout.stock = stock;
@@ -336,6 +357,11 @@ LayoutReading ReadLayout(std::string_view text, const BankRecord& bank, std::opt
     if (EqualsIgnoreCase(line.name, "Stock")) of_file = ParseStock(line.value).value_or(of_file);
   }
   LayoutReading reading;
+  if (const Line* second = SecondOfItsName(lines)) {
+    reading.problem =
+        "The line " + Quoted(second->text) + " is a second one of its name.  Leave one of them out.";
+    return reading;
+  }
   reading.layout = DefaultLayout(stock.value_or(of_file), bank.check_position);
   reading.layout.security_line = SecurityLineOf(bank);
   for (const Line& line : lines) {
@@ -348,15 +374,6 @@ LayoutReading ReadLayout(std::string_view text, const BankRecord& bank, std::opt
   const std::string problem = LayoutProblem(reading.layout);
   if (!problem.empty()) reading.problem = "In this layout " + problem + ".";
   return reading;
-}
-
-std::string LayoutProblem(const CheckLayout& layout) {
-  std::string problem = PanelProblem(layout);
-  if (problem.empty()) problem = OffsetProblem(layout);
-  for (const FieldDefault& field : kFields) {
-    if (problem.empty()) problem = PlaceProblem(layout, field);
-  }
-  return problem;
 }
 
 std::string LayoutText(const CheckLayout& layout) {

@@ -112,7 +112,8 @@ bool IsOnStub(CheckField field);
 // "Words", "StubDate".
 std::string_view NameOf(CheckField field);
 
-// "voucher" or "three"; nullopt for anything else. A bank's record says "VOUCHER", "THREE" or "3".
+// By how it begins: "voucher", "three" or "3", in any case and whatever stands behind, as banks' records of
+// other programs name their stock; nullopt for anything else.
 std::optional<CheckStock> ParseStock(std::string_view text);
 
 // `position` is the place of the check on voucher stock: "TOP", "MIDDLE" or "BOTTOM".
@@ -127,14 +128,6 @@ struct LayoutReading {
 // that the file places on other stock are then left aside.
 LayoutReading ReadLayout(std::string_view text, const BankRecord& bank,
                          std::optional<CheckStock> stock = std::nullopt);
-
-// What breaks the invariant; "" when nothing does.
-std::string LayoutProblem(const CheckLayout& layout);
-
-// Of a bank's record, whose SECLINEX and SECLINEY count twips (1440 to the inch) from the check's upper left
-// corner, and whose SECLINEANG counts degrees. Both places 0: at the signature. None where PRTSECLINE is
-// not 1.
-std::optional<SecurityLine> SecurityLineOf(const BankRecord& bank);
 
 // A file that holds the whole layout, to be edited.
 std::string LayoutText(const CheckLayout& layout);

@@ -92,15 +92,28 @@ std::size_t RoomFor(const Setting& setting, const FieldPlace& place) {
   return std::max<std::size_t>(room, 1);
 }
 
-using Lines = std::vector<std::string>;
-
-Lines Filled(std::initializer_list<std::string> texts) {
-  Lines lines;
-  for (const std::string& text : texts) {
-    if (!Trim(text).empty()) lines.push_back(text);
+// Lines that fit into a box, set smaller, then narrower, where they must be. With `breaks` they go on in the
+// next line between words. Lines are cut, at their end, only when they have no room even at half the size.
+std::vector<SheetText> FitIntoBox(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
+                                  const SheetMeasure& measure) {
+  Setting setting = BestSetting(lines, place, breaks, measure);
+  const double line_height = SheetLineHeight(setting.font.points);
+  const std::size_t room = RoomFor(setting, place);
+  if (setting.lines.size() > room) setting.lines.resize(room);
+  std::vector<SheetText> texts;
+  double y = place.box.y;
+  for (const std::string& line : setting.lines) {
+    const double natural = Width(setting.font, line, measure);
+    const double width = std::min(natural, place.box.width);
+    const double free = place.box.width - width;
+    const double x = place.box.x + (place.alignment == '>' ? free : place.alignment == '^' ? free / 2 : 0);
+    if (natural > 0) texts.push_back({line, {x, y, width, line_height}, setting.font, width / natural});
+    y += line_height;
   }
-  return lines;
+  return texts;
 }
+
+using Lines = std::vector<std::string>;
 
 Lines TextLines(std::string_view text) {
   Lines lines;
@@ -121,7 +134,7 @@ Lines ContentOf(CheckField field, const CheckOnPaper& paper, const CheckStatione
     case CheckField::kStubBranch:
       return {stationery.branch};
     case CheckField::kBranchAddress: {
-      Lines lines = Filled({layout.account_title});
+      Lines lines = FilledLines({layout.account_title});
       lines.insert(lines.end(), stationery.branch_address.begin(), stationery.branch_address.end());
       return lines;
     }
@@ -145,11 +158,11 @@ Lines ContentOf(CheckField field, const CheckOnPaper& paper, const CheckStatione
       return {paper.words};
     case CheckField::kAddress:
     case CheckField::kStubPayee:
-      return Filled({check.payee, check.address1, check.address2, check.city_state});
+      return FilledLines({check.payee, check.address1, check.address2, check.city_state});
     case CheckField::kFileNumber:
     case CheckField::kStubFileNumber: {
       const bool named = !FrameOf(field, layout).caption.empty();
-      return Filled(
+      return FilledLines(
           {check.file_number.empty() || named ? check.file_number : "File No. " + check.file_number});
     }
     case CheckField::kRemittance:
@@ -358,23 +371,12 @@ class Placer {
 
 }  // namespace
 
-std::vector<SheetText> FitIntoBox(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
-                                  const SheetMeasure& measure) {
-  Setting setting = BestSetting(lines, place, breaks, measure);
-  const double line_height = SheetLineHeight(setting.font.points);
-  const std::size_t room = RoomFor(setting, place);
-  if (setting.lines.size() > room) setting.lines.resize(room);
-  std::vector<SheetText> texts;
-  double y = place.box.y;
-  for (const std::string& line : setting.lines) {
-    const double natural = Width(setting.font, line, measure);
-    const double width = std::min(natural, place.box.width);
-    const double free = place.box.width - width;
-    const double x = place.box.x + (place.alignment == '>' ? free : place.alignment == '^' ? free / 2 : 0);
-    if (natural > 0) texts.push_back({line, {x, y, width, line_height}, setting.font, width / natural});
-    y += line_height;
+std::vector<std::string> FilledLines(std::initializer_list<std::string_view> texts) {
+  std::vector<std::string> lines;
+  for (const std::string_view text : texts) {
+    if (!Trim(text).empty()) lines.emplace_back(Trim(text));
   }
-  return texts;
+  return lines;
 }
 
 std::string StatusProblem(const CheckRecord& check) {

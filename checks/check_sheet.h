@@ -2,8 +2,10 @@
 // decides what stands where.
 #pragma once
 
+#include <initializer_list>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "checks/check_layout.h"
@@ -23,6 +25,9 @@ struct CheckStationery {
   MicrSettings micr;
 };
 
+// Those of the texts that are not blank, trimmed: lines of an address.
+std::vector<std::string> FilledLines(std::initializer_list<std::string_view> texts);
+
 // Why a check with this status is not printed; "" for an outstanding one and for one that is not posted.
 std::string StatusProblem(const CheckRecord& check);
 
@@ -41,10 +46,5 @@ std::string CutNote(std::span<const CheckOnPaper> checks, const CheckStationery&
 SheetDocument PlaceChecks(std::span<const CheckOnPaper> checks, const CheckStationery& stationery,
                           const CheckLayout& layout, int prints, SheetOffset offset,
                           const SheetMeasure& measure);
-
-// Lines that fit into a box, set smaller, then narrower, where they must be. With `breaks` they go on in the
-// next line between words. Lines are cut, at their end, only when they have no room even at half the size.
-std::vector<SheetText> FitIntoBox(const std::vector<std::string>& lines, const FieldPlace& place, bool breaks,
-                                  const SheetMeasure& measure);
 
 }  // namespace tallwick

@@ -175,22 +175,12 @@ void Grow(const Rows& rows, Cells& cells, int Cells::*side) {
   --(cells.*side);
 }
 
-}  // namespace
-
-const Rows* MicrGlyph(char code) {
-  const auto* found = std::find_if(std::begin(kGlyphs), std::end(kGlyphs),
-                                   [code](const Glyph& glyph) { return glyph.code == code; });
-  return found == std::end(kGlyphs) ? nullptr : &found->rows;
-}
-
-namespace {
-
 bool Covers(const Cells& one, const Cells& other) {
   return one.row <= other.row && one.column <= other.column && one.row + one.rows >= other.row + other.rows &&
          one.column + one.columns >= other.column + other.columns;
 }
 
-// Adds the largest rectangle of ink around a cell that no known one covers.
+// Adds the rectangle of ink that grows from a cell to the right and down, unless a known one covers it.
 void AddGrown(const Rows& rows, Cells cells, bool wide_first, std::vector<Cells>* grown) {
   Grow(rows, cells, wide_first ? &Cells::columns : &Cells::rows);
   Grow(rows, cells, wide_first ? &Cells::rows : &Cells::columns);
@@ -199,7 +189,7 @@ void AddGrown(const Rows& rows, Cells cells, bool wide_first, std::vector<Cells>
   if (!covered) grown->push_back(cells);
 }
 
-// The rectangles around each cell, grown first to the side and first downwards.
+// The rectangles that grow from each cell, first to the right and first down. Together they cover all ink.
 std::vector<Cells> InkRectangles(const Rows& rows) {
   std::vector<Cells> grown;
   for (int row = 0; row < kMicrRows; ++row) {
@@ -213,6 +203,12 @@ std::vector<Cells> InkRectangles(const Rows& rows) {
 }
 
 }  // namespace
+
+const Rows* MicrGlyph(char code) {
+  const auto* found = std::find_if(std::begin(kGlyphs), std::end(kGlyphs),
+                                   [code](const Glyph& glyph) { return glyph.code == code; });
+  return found == std::end(kGlyphs) ? nullptr : &found->rows;
+}
 
 std::vector<SheetRect> MicrBars(char code, double right, double baseline) {
   const Rows* rows = MicrGlyph(code);

@@ -65,8 +65,7 @@ std::string AccountProblem(std::string_view account) {
          " cannot stand in a MICR line, which holds digits and dashes.  Correct the bank's record.";
 }
 
-}  // namespace
-
+// Why the text is no routing number; "" when it is one.
 std::string RoutingProblem(std::string_view routing) {
   const std::string quoted = Quoted(routing);
   if (routing.empty()) return "The bank has no routing number.  Enter it in the bank's record.";
@@ -76,12 +75,15 @@ std::string RoutingProblem(std::string_view routing) {
   int sum = 0;
   for (std::size_t i = 0; i < kRoutingDigits; ++i) sum += (routing[i] - '0') * weights[i % 3];
   const int first_two = (routing[0] - '0') * 10 + routing[1] - '0';
-  if (sum % 10 == 0 && sum != 0 && IsDistrict(first_two)) return {};
-  return "The routing number " + quoted +
-         " is wrong: its last digit does not fit the others.  Compare it with a check of the bank and "
-         "correct "
-         "the bank's record.";
+  std::string fault;
+  if (sum % 10 != 0) fault = "its last digit does not fit the others";
+  if (sum == 0 || !IsDistrict(first_two)) fault = "no bank has a number that begins like this";
+  if (fault.empty()) return {};
+  return "The routing number " + quoted + " is wrong: " + fault +
+         ".  Compare it with a check of the bank and correct the bank's record.";
 }
+
+}  // namespace
 
 MicrLine MakeMicrLine(std::string_view routing, std::string_view account, std::string_view check_number,
                       const MicrSettings& settings) {

@@ -39,9 +39,6 @@ struct MicrLine {
   std::string problem;                    // why there is no line, and what to do; "" when there is one
 };
 
-// Why the text is no routing number ("…"); "" when it is one.
-std::string RoutingProblem(std::string_view routing);
-
 MicrLine MakeMicrLine(std::string_view routing, std::string_view account, std::string_view check_number,
                       const MicrSettings& settings);
 

@@ -94,7 +94,7 @@ std::string FrmPrintChecks::Proposal() {
 }
 
 CheckBatch FrmPrintChecks::Collect() {
-  return CollectChecks(tables_, bank_code_, NumbersIn(Text("txtNumbers")));
+  return CollectChecks(tables_, NumbersIn(Text("txtNumbers")));
 }
 
 void FrmPrintChecks::List() {

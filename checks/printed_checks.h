@@ -2,8 +2,8 @@
 // ever added to. Check tables have no room for it, and a check may be printed before it is posted.
 //
 // A print is noted before it goes to paper, so that no second one passes meanwhile and none goes unnoted; a
-// line that names it strikes it out where nothing came of it. A program that ends in between has left a print
-// of which nobody knows whether it came out: it counts, and is asked about.
+// line that names it strikes it out where nothing came of it. Where the printer fails, or the program ends in
+// between, nobody knows what came out: such a print counts, and is asked about.
 #pragma once
 
 #include <map>

@@ -17,14 +17,6 @@ constexpr std::string_view kTitle = "Print Checks";
 constexpr int kMostPrints = 9;  // of a check
 constexpr std::string_view kNoFont = "MICR Fonts not installed - Printing Checks disabled...";
 
-std::vector<std::string> Filled(std::initializer_list<std::string_view> texts) {
-  std::vector<std::string> lines;
-  for (const std::string_view text : texts) {
-    if (!Trim(text).empty()) lines.emplace_back(Trim(text));
-  }
-  return lines;
-}
-
 }  // namespace
 
 StockCheckPrinter::StockCheckPrinter(Session& session, std::string_view bank_code)
@@ -85,9 +77,9 @@ std::string StockCheckPrinter::ReadStationery(const BankRecord& bank, CheckStati
   const BranchAddress branch = ReadBranchAddress(session_.Files(), suite.SettingsPath(), suite.BranchName());
   stationery.branch = Trim(branch.Text("Branch Name"));
   if (stationery.branch.empty()) stationery.branch = suite.CompanyName();
-  stationery.branch_address = Filled({branch.Text("Branch Street 1"), branch.Text("Branch Street 2"),
-                                      branch.Text("Branch City, State  ZIP")});
-  stationery.bank = Filled({bank.name, bank.address1, bank.city_state});
+  stationery.branch_address = FilledLines({branch.Text("Branch Street 1"), branch.Text("Branch Street 2"),
+                                           branch.Text("Branch City, State  ZIP")});
+  stationery.bank = FilledLines({bank.name, bank.address1, bank.city_state});
   stationery.routing = bank.routing_number;
   stationery.account = bank.account_number;
   const std::string problem = ReadMicrSettings(stationery.micr);
@@ -127,19 +119,19 @@ bool StockCheckPrinter::MaySign(const CheckLayout& layout) const {
 }
 
 bool StockCheckPrinter::Send(std::span<const CheckOnPaper> checks, const LastPrints& known,
-                             const std::function<bool()>& print) {
+                             const std::function<SheetEnd()>& print) {
   const PrintNote note{session_.TheClock().Now(), session_.Login(), session_.TheWorkstation().ComputerName()};
   const NotedPrint noted = printed_.Note(checks, note, known);
   if (!noted.problem.empty()) {
     session_.Boxes().Critical(kTitle, noted.problem + "  Nothing was printed.");
     return false;
   }
-  if (print()) return true;
-  if (!printed_.StrikeOut(noted.print, note))
+  const SheetEnd end = print();
+  if (end == SheetEnd::kNothing && !printed_.StrikeOut(noted.print, note))
     session_.Boxes().Exclaim(kTitle,
                              "Nothing was printed, but the checks stay noted as printed: the folder Logs of "
                              "the company's data can no longer be written.");
-  return false;
+  return end == SheetEnd::kPrinted;
 }
 
 }  // namespace tallwick

@@ -1,8 +1,8 @@
 // Prints checks of one bank on its stock: asks for the right to post checks, reads the layout and the MICR
 // settings, refuses what cannot be printed, asks before a check goes to paper again and for the password to
 // sign where there is one, and notes what was printed.
-// Invariant: what went to paper is noted as printed, and nothing goes to paper when one check of the batch is
-// refused, or the log of prints cannot be written.
+// Invariant: what went to paper, or may have before the printer failed, is noted as printed, and nothing goes
+// to paper when one check of the batch is refused, or the log of prints cannot be written.
 #pragma once
 
 #include <functional>
@@ -45,7 +45,7 @@ class StockCheckPrinter : public CheckPrinter {
   bool MaySign(const CheckLayout& layout) const;
   // Notes the checks and lets `print` put them on paper; what came to nothing is struck out.
   bool Send(std::span<const CheckOnPaper> checks, const LastPrints& known,
-            const std::function<bool()>& print);
+            const std::function<SheetEnd()>& print);
 
   Session& session_;
   const std::string bank_code_;

@@ -17,10 +17,6 @@ const DepositItem& ItemOf(const DepositRecord& deposit, int item) {
   return deposit.items[static_cast<std::size_t>(item) - 1];
 }
 
-bool IsUsed(const DepositItem& item) {
-  return !item.file_number.empty() || !item.amount.IsZero();
-}
-
 }  // namespace
 
 FrmEditDepositsClear::FrmEditDepositsClear(Session& session, ScreenOpener* opener)

@@ -70,6 +70,11 @@ Period SplitKey(std::int32_t key) {
   return period;
 }
 
+Period AsProposed(Period accounting) {
+  if (accounting.month == 2) accounting.day = std::min(accounting.day, kMonthLengths[1]);
+  return accounting;
+}
+
 Period ParsePeriod(std::string_view text, std::int32_t bank_day, RunState& run) {
   const Period period = SplitTyped(Trim(text));
   const bool possible = IsPossible(period);
@@ -93,6 +98,10 @@ std::string ShortForm(const Period& period) {
   std::string text = std::to_string(period.month) + '-';
   if (period.day != 0) text += std::to_string(period.day) + '-';
   return text + std::to_string(period.year);
+}
+
+std::string ShownPeriod(const Period& period) {
+  return period.IsEmpty() ? std::string() : ShortForm(period);
 }
 
 std::string LongForm(const Period& period) {

@@ -43,6 +43,10 @@ constexpr std::int32_t MakeKey(const Period& period) {
 }
 Period SplitKey(std::int32_t key);
 
+// What is proposed for an accounting date: the date, and for a 29 February, to which dates advance, the 28th:
+// as a period it could not be read.
+Period AsProposed(Period accounting);
+
 // Reads a period typed by a person: month, day (or none) and year, separated by the first of - / . , or a
 // blank that occurs. Years below 50 are 20xx, from 50 to 99 19xx; 1975 to 2095 are accepted, and February has
 // 28 days always. `bank_day` is the bank's accounting day (BANKACCTDA): 0 = month-and-year form. Sets
@@ -57,6 +61,8 @@ void ReportInvalidPeriod(std::string_view text, std::int32_t bank_day, MessageBo
 
 // "3-15-2024" or "3-2024"; 10 blanks for a month outside 1 to 12.
 std::string ShortForm(const Period& period);
+// The short form; "" for no period.
+std::string ShownPeriod(const Period& period);
 // "March 15, 2024" or "March 2024"; 14 blanks for a month outside 1 to 12.
 std::string LongForm(const Period& period);
 

@@ -76,16 +76,22 @@ struct SheetOrder {
 
 using SheetMaker = std::function<SheetDocument(const SheetMeasure& measure, const SheetOrder& order)>;
 
+// What came of sheets that were to be printed.
+enum class SheetEnd {
+  kPrinted,  // every page is on paper, or in the file that stands for it
+  kNothing,  // none is
+  kUnknown,  // the printer has failed: some may be
+};
+
 class SheetPrinter {
  public:
   virtual ~SheetPrinter() = default;
   virtual bool HasFont(std::string_view family) = 0;
   // How wide texts will be, whichever printer is chosen.
   virtual const SheetMeasure& Measure() = 0;
-  // Both are true only when every page went to paper (or into the file that stands for it). They ask what
-  // they need to know and report their own failures; from a preview the user may print.
-  virtual bool Preview(const SheetMaker& make) = 0;
-  virtual bool Print(const SheetMaker& make) = 0;
+  // They ask what they need to know and report their own failures; from a preview the user may print.
+  virtual SheetEnd Preview(const SheetMaker& make) = 0;
+  virtual SheetEnd Print(const SheetMaker& make) = 0;
 };
 
 }  // namespace tallwick

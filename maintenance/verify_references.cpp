@@ -117,7 +117,7 @@ void ReferenceCheck::CheckItemCount(BankTables& bank, const DepositRecord& depos
   std::int32_t last = 0;
   for (std::int32_t item = 1; item <= kDepositItems; ++item) {
     const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
-    if (one.file_number.empty() && one.amount == Currency()) continue;
+    if (!IsUsed(one)) continue;
     ++used;
     last = item;
   }

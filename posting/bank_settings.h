@@ -1,8 +1,7 @@
-// Settings in small text files of the data path: one "name=value" a line, names without regard to case. Of a
-// bank's check stock, "MICR_Print_<bank>.dat" holds the MICR line and the next check number,
-// "Check_Print_<bank>.dat" the check layout, "Positive_Pay_<bank>.dat" the positive-pay export;
-// "User_Options_<login>.dat" holds what a user has chosen on the posting screens. A line that is no setting
-// stays as it is.
+// Settings in small text files of the data path: one "name=value" a line, names without regard to case.
+// "MICR_Print_<bank>.dat" holds a bank's MICR line and next check number, "Check_Print_<bank>.dat" its check
+// layout, "Reconcile_<bank>.dat" what may be entered into its reconciliations; "User_Options_<login>.dat"
+// what a user has chosen on the posting screens. A line that is no setting stays as it is.
 #pragma once
 
 #include <optional>
@@ -16,7 +15,7 @@ namespace tallwick {
 
 inline constexpr std::string_view kMicrSettings = "MICR_Print_";
 inline constexpr std::string_view kCheckLayoutSettings = "Check_Print_";
-inline constexpr std::string_view kPositivePaySettings = "Positive_Pay_";
+inline constexpr std::string_view kReconcileSettings = "Reconcile_";
 inline constexpr std::string_view kUserOptions = "User_Options_";
 
 // In the MICR settings: the number that the next check gets where it is higher than the last one posted.

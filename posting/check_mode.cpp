@@ -14,6 +14,7 @@ namespace {
 
 using Kind = CheckMode::Kind;
 
+// The usual one first.
 constexpr CheckMode kModes[] = {
     {Kind::kPosting, kAuditPostCheck, "Posting", "Post Checks - ", "", kRightPostChecks, ""},
     {Kind::kViewing, kAuditPostCheck, "Viewing", "View Checks - ", "", 0, ""},
@@ -28,10 +29,6 @@ std::string NameOf(const CheckRecord& check) {
 }
 
 }  // namespace
-
-std::span<const CheckMode> CheckModes() {
-  return kModes;
-}
 
 const CheckMode* FindCheckMode(std::string_view name) {
   const auto* found = std::find_if(std::begin(kModes), std::end(kModes),
@@ -48,14 +45,10 @@ std::string StatusWord(const CheckRecord& check) {
   return std::string(TrimRight(CheckStatusText(check.status)));
 }
 
-bool IsOutstanding(const CheckRecord& check) {
-  return check.status != "C" && check.status != "V" && check.status != "S";
-}
-
 std::string StatusRefusal(const CheckRecord& check, std::string_view status, const BankRecord& bank) {
   if (std::string restricted = StatusRestriction(check, bank); !restricted.empty()) return restricted;
   if (status == "O") {
-    if (IsOutstanding(check)) return NameOf(check) + " is outstanding already.";
+    if (IsOutstanding(check.status)) return NameOf(check) + " is outstanding already.";
     if (!IsVoidFile(check.file_number)) return {};
     return "File Number can NOT be " + Quoted(check.file_number) + " ...";
   }
@@ -63,7 +56,7 @@ std::string StatusRefusal(const CheckRecord& check, std::string_view status, con
   if (check.status == status) return NameOf(check) + " is marked " + Quoted(now) + " already.";
   // A stopped check may be voided for good; any other turn goes by way of outstanding.
   const bool stopped_to_void = check.status == "S" && status == "V";
-  if (IsOutstanding(check) || stopped_to_void) return {};
+  if (IsOutstanding(check.status) || stopped_to_void) return {};
   return NameOf(check) + " is marked " + Quoted(now) + ".  Set it outstanding first.";
 }
 

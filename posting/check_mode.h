@@ -1,7 +1,6 @@
 // The modes of the check screen, as data: what each is called, what it needs, and the status that it gives.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 
@@ -21,8 +20,6 @@ struct CheckMode {
   std::string_view done;     // to a check that gets the status: "cleared"
 };
 
-// The usual one first.
-std::span<const CheckMode> CheckModes();
 // The mode of this name; the usual one for "". Null for an unknown name.
 const CheckMode* FindCheckMode(std::string_view name);
 const CheckMode& CheckModeOf(CheckMode::Kind kind);
@@ -35,8 +32,5 @@ std::string StatusRefusal(const CheckRecord& check, std::string_view status, con
 
 // Why the check cannot be removed or renumbered; "" when it can.
 std::string RemovalRefusal(const CheckRecord& check, const BankRecord& bank);
-
-// True for a check that is open: neither cleared, voided nor stopped.
-bool IsOutstanding(const CheckRecord& check);
 
 }  // namespace tallwick

@@ -5,10 +5,9 @@
 
 namespace tallwick {
 
-CheckOnPaper MakeCheckOnPaper(const CheckRecord& check, std::string_view bank_code,
-                              std::string_view remittance_advice) {
-  return {check, std::string(bank_code), "**" + AmountInWords(check.amount) + "**",
-          FormatNumber(check.amount, "$##,###,###,###.00"), std::string(remittance_advice)};
+CheckOnPaper MakeCheckOnPaper(const CheckRecord& check, std::string_view remittance_advice) {
+  return {check, "**" + AmountInWords(check.amount) + "**", FormatNumber(check.amount, "$##,###,###,###.00"),
+          std::string(remittance_advice)};
 }
 
 }  // namespace tallwick

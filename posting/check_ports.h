@@ -12,14 +12,12 @@ namespace tallwick {
 // A check ready for its stock.
 struct CheckOnPaper {
   CheckRecord check;
-  std::string bank_code;
   std::string words;    // "**One Thousand dollars & no cents**"
   std::string figures;  // "$1,000.00"
   std::string remittance_advice;
 };
 
-CheckOnPaper MakeCheckOnPaper(const CheckRecord& check, std::string_view bank_code,
-                              std::string_view remittance_advice);
+CheckOnPaper MakeCheckOnPaper(const CheckRecord& check, std::string_view remittance_advice);
 
 class CheckPrinter {
  public:

@@ -184,8 +184,23 @@ bool FrmEditChecksPost::MayLeaveCheck() {
 
 // --- Printing ---
 
+// Of a posted check nothing else goes to paper than what is posted.
+bool FrmEditChecksPost::PostedCheckStands() {
+  if (!loaded_) return true;
+  if (IsChanged()) {
+    Boxes().Critical(Caption(), "The check has changes that are not posted.  Post it, then print it.");
+    return false;
+  }
+  const std::string number = loaded_->number;
+  const bool there = tables_.checks.SeekNumber(number);
+  if (there && tables_.checks.Read() == *loaded_) return true;
+  ShowChanged("Check " + number, "printed",
+              [&] { there ? ShowCheck(tables_.checks.Read()) : OpenNumber(number); });
+  return false;
+}
+
 void FrmEditChecksPost::Print() {
-  if (ports_.printer == nullptr || !ReadBank()) return;
+  if (ports_.printer == nullptr || !ReadBank() || !PostedCheckStands()) return;
   const EntryRefusal problem = FirstEntryProblem(CheckEntryFields(), kCheckLayout, Entries());
   if (!Passes(problem) || !DateIsGood("txtCheckDated", "Check Date")) return;
   bool valid = false;
@@ -197,7 +212,7 @@ void FrmEditChecksPost::Print() {
   }
   if (check.payee.empty()) Boxes().Exclaim(Caption(), "WARNING - Payee name is blank...");
   const bool preview = IsOn("mnuOptionsUsePrintPreview");
-  const CheckOnPaper paper = MakeCheckOnPaper(check, bank_code_, Text("txtRemittanceAdvice"));
+  const CheckOnPaper paper = MakeCheckOnPaper(check, Text("txtRemittanceAdvice"));
   if (ports_.printer->Print(paper, bank_, preview)) printed_ = !loaded_;
 }
 

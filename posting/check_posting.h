@@ -91,6 +91,8 @@ class FrmEditChecksPost : public PayeePostingForm {
   void WarnOfNumber();
   void ShowState();
   bool EntersNew() const;
+
+  // What may be entered (check_closed_entries.cpp).
   void ShowWhatMayBeEntered();
   // Why entries of the posted check are closed; "" where none is.
   std::string WhatIsClosed() const;
@@ -130,6 +132,7 @@ class FrmEditChecksPost : public PayeePostingForm {
   void TellPositivePay(const CheckRecord& check, bool is_gone = false);
   void AfterWriting();
   void Print();
+  bool PostedCheckStands();  // as it is shown; false after a message
 
   const CheckMode* mode_;
   const CheckPorts ports_;

@@ -6,6 +6,7 @@
 #include "posting/check_validation.h"
 #include "posting/file_number.h"
 #include "shell/company_tables.h"
+#include "tables/status_text.h"
 
 namespace tallwick {
 namespace {
@@ -283,7 +284,7 @@ void FrmEditChecksPost::TellPositivePay(const CheckRecord& check, bool is_gone) 
   if (!bank_.positive_pay || ports_.positive_pay == nullptr) return;
   if (is_gone || check.status == "V") {
     ports_.positive_pay->Voided(check, bank_);
-  } else if (IsOutstanding(check)) {
+  } else if (IsOutstanding(check.status)) {
     ports_.positive_pay->Issued(check, bank_);
   }
 }

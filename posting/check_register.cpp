@@ -38,7 +38,7 @@ std::vector<int> CheckRegister::WantedParts() {
       case Only::kStopped:
         return status == "S";
       case Only::kOutstanding:
-        return status == "O" || status == "H";
+        return IsOutstanding(status);
       case Only::kAll:
         break;
     }

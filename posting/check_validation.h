@@ -1,5 +1,6 @@
 // The tests that a check passes before it is written, in the order in which they run. Reading the list in
-// check_validation.cpp is reading the rule.
+// check_validation.cpp is reading the rule; what a statement period must be is tested where a status is given
+// (FrmEditChecksPost::MayUseStatement).
 #pragma once
 
 #include <functional>

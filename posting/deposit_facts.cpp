@@ -149,7 +149,7 @@ DepositState StateOf(const DepositRecord& deposit) {
   int used = 0;
   int cleared = 0;
   for (const DepositItem& item : deposit.items) {
-    if (item.number.empty() && item.file_number.empty()) continue;
+    if (!IsUsed(item)) continue;
     ++used;
     if (item.status == "C") ++cleared;
   }

@@ -286,7 +286,7 @@ void FrmEditDepositsPost::ShowDeposit(const DepositRecord& deposit) {
   SetText("txtDepositAcctPeriod", ShownValue(deposit.accounting));
   for (int row = 1; row <= kDepositItems; ++row) {
     const DepositItem& item = deposit.items[static_cast<std::size_t>(row) - 1];
-    const bool used = !item.file_number.empty() || !item.source.empty() || !item.amount.IsZero();
+    const bool used = IsUsed(item);
     PutRow({row, item.file_number, item.source, used ? AmountText(item.amount) : "", IsWireIn(deposit, row)},
            row);
     origin_[static_cast<std::size_t>(row)] = {used ? row : 0, 0};

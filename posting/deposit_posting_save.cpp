@@ -40,7 +40,6 @@ bool FrmEditDepositsPost::MayPost() {
                       Text("txtDateSequence"),
                       date,
                       Rows(),
-                      Text("txtDepositAcctPeriod"),
                       {},
                       false,
                       loaded_.has_value(),
@@ -122,10 +121,8 @@ bool FrmEditDepositsPost::Write(const DepositRecord& deposit) {
 // What a post asks, for a cut.
 bool FrmEditDepositsPost::MayChangeReconciled() {
   if (!IsReconciled(loaded_->accounting)) return true;
-  const std::string question = "WARNING - Accounting period " + ShortForm(loaded_->accounting) +
-                               " has been reconciled.  Ok to make changes?";
-  return Boxes().Show({BoxIcon::kQuestion, Caption(), question, BoxButtons::kYesNo, BoxAnswer::kNo}) ==
-         BoxAnswer::kYes;
+  return Boxes().Show({BoxIcon::kQuestion, Caption(), ReconciledQuestion(loaded_->accounting),
+                       BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
 }
 
 // The posted deposit goes from the table; its lines stay on the screen.

@@ -29,9 +29,9 @@ bool SeekDepositOfFile(DepositXrefTable& xrefs, DepositTable& deposits, std::str
 void DepositItemFields::LookUp(const DepositTable& deposits) {
   for (int item = 1; item <= kDepositItems; ++item) {
     const std::string number = std::to_string(item);
-    items_[static_cast<std::size_t>(item) - 1] = {deposits.Field("DEPOFILE" + number),
-                                                  deposits.Field("DEPOAMT" + number),
-                                                  deposits.Field("DEPOSTAT" + number)};
+    items_[static_cast<std::size_t>(item) - 1] = {
+        deposits.Field("DEPOFILE" + number), deposits.Field("DEPOSRC" + number),
+        deposits.Field("DEPOAMT" + number), deposits.Field("DEPOSTAT" + number)};
   }
 }
 
@@ -46,9 +46,15 @@ std::string DepositItemFields::Status(const DepositTable& deposits, int item) co
 }
 
 bool DepositItemFields::IsUsed(const DepositTable& deposits, int item) const {
-  const FieldHandle file = items_[static_cast<std::size_t>(item) - 1].file;
-  return !deposits.Data().GetStringFieldValueByPointer(deposits.Handle(), file).empty() ||
-         !Amount(deposits, item).IsZero();
+  const Item& fields = items_[static_cast<std::size_t>(item) - 1];
+  const auto text = [&](FieldHandle field) {
+    return deposits.Data().GetStringFieldValueByPointer(deposits.Handle(), field);
+  };
+  DepositItem read;
+  read.file_number = text(fields.file);
+  read.source = text(fields.source);
+  read.amount = Amount(deposits, item);
+  return tallwick::IsUsed(read);
 }
 
 // --- One row per deposit ---
@@ -64,8 +70,7 @@ DepositRegister::Shown DepositRegister::ReadRow(int) {
   const DepositRecord deposit = deposits_.Read();
   const DepositState state = StateOf(deposit);
   return {{DepositDateText(deposit.dated), deposit.sequence, std::to_string(deposit.item_count),
-           AmountText(DepositTotal(deposit)),
-           deposit.accounting.IsEmpty() ? "" : ShortForm(deposit.accounting), state.text},
+           AmountText(DepositTotal(deposit)), ShownPeriod(deposit.accounting), state.text},
           state.style};
 }
 

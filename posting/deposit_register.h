@@ -29,6 +29,7 @@ struct DepositItemFields {
  private:
   struct Item {
     FieldHandle file;
+    FieldHandle source;
     FieldHandle amount;
     FieldHandle status;
   };

@@ -19,7 +19,7 @@ PrintSection ItemsOf(const DepositRecord& deposit) {
   int items = 0;
   for (int item = 1; item <= kDepositItems; ++item) {
     const DepositItem& one = deposit.items[static_cast<std::size_t>(item) - 1];
-    if (one.file_number.empty() && one.amount.IsZero()) continue;
+    if (!IsUsed(one)) continue;
     ++items;
     section.rows.push_back({PrintStyle::kRow,
                             kItemColumns,

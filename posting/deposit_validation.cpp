@@ -61,13 +61,12 @@ DepositFinding PeriodIsOpen(const DepositCase& deposit) {
   const bool closed = IsReconciled(deposit.period, deposit.bank);
   const bool was_closed = deposit.posted && IsReconciled(deposit.posted_period, deposit.bank);
   if (!closed && !was_closed) return {};
-  const std::string period = closed ? ShortForm(deposit.period) : ShortForm(deposit.posted_period);
-  if (deposit.posted) {
-    return {"WARNING - Accounting period " + period + " has been reconciled.  Ok to make changes?",
-            "txtDepositAcctPeriod", 0, DepositFinding::Kind::kQuestion};
-  }
-  return {"May NOT post deposits to the accounting period " + period + " , it has been reconciled.",
-          "txtDepositAcctPeriod"};
+  const Period& period = closed ? deposit.period : deposit.posted_period;
+  if (deposit.posted)
+    return {ReconciledQuestion(period), "txtDepositAcctPeriod", 0, DepositFinding::Kind::kQuestion};
+  return {
+      "May NOT post deposits to the accounting period " + ShortForm(period) + " , it has been reconciled.",
+      "txtDepositAcctPeriod"};
 }
 
 // --- What cannot be stored as it was typed ---
@@ -131,6 +130,10 @@ bool DepositRow::HasAmount() const {
   if (amount.empty()) return false;
   const std::optional<Currency> value = Currency::ParseTyped(amount);
   return !value || !value->IsZero();
+}
+
+std::string ReconciledQuestion(const Period& period) {
+  return "WARNING - Accounting period " + ShortForm(period) + " has been reconciled.  Ok to make changes?";
 }
 
 std::span<const DepositTest> DepositTests() {

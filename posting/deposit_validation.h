@@ -34,7 +34,6 @@ struct DepositCase {
   std::string sequence;
   std::optional<Date> date;  // as parsed; none for what is no date
   std::vector<DepositRow> rows;
-  std::string period_text;
   Period period;              // as parsed
   bool period_valid = false;  // it is one of the bank's form
   bool posted = false;        // the deposit exists already
@@ -52,6 +51,9 @@ struct DepositFinding {
   int index = 0;
   Kind kind = Kind::kRefusal;  // a question refuses where it is answered No
 };
+
+// What is asked before a posted deposit of a reconciled period is changed.
+std::string ReconciledQuestion(const Period& period);
 
 using DepositTest = DepositFinding (*)(const DepositCase&);
 std::span<const DepositTest> DepositTests();

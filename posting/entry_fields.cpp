@@ -54,7 +54,7 @@ std::string ShownValue(const Date& value) {
 }
 
 std::string ShownValue(const Period& value) {
-  return value.IsEmpty() ? "" : ShortForm(value);
+  return ShownPeriod(value);
 }
 
 std::string FormattedEntry(ControlKind kind, std::string_view text, std::int32_t bank_day) {

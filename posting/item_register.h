@@ -4,6 +4,7 @@
 #include <algorithm>
 
 #include "posting/table_register.h"
+#include "tables/status_text.h"
 
 namespace tallwick {
 
@@ -60,7 +61,8 @@ class ItemRegister : public TableRegister {
   }
   std::vector<int> WantedParts() override {
     const std::string status = IsUsed() ? "C" : FieldText(rows_.status_field);
-    return status == status_ ? std::vector{0} : std::vector<int>();
+    const bool wanted = status_ == "O" ? IsOutstanding(status) : status == status_;
+    return wanted ? std::vector{0} : std::vector<int>();
   }
   std::string FieldText(std::string_view field) {
     return table_.Data().GetStringFieldValueByPointer(table_.Handle(), table_.Field(field));

@@ -21,10 +21,12 @@ inline constexpr int kChangedElsewhere = 1001;
 // Result of a post whose bank was reconciled, or taken back to an earlier reconciliation, since its periods
 // were tested. Nothing was written.
 inline constexpr int kReconciledElsewhere = 1002;
+// Result of a unit that its owner has called off, who also says why. Nothing was written.
+inline constexpr int kCalledOff = 1003;
 
 struct PostOutcome {
   enum class Step { kItem, kCrossReference, kVoucher, kCounter, kCommit };
-  int code = 0;               // 0 done; else an engine code (20: the number is taken) or kChangedElsewhere
+  int code = 0;               // 0 done; else an engine code (20: the number is taken) or one of those above
   Step failed = Step::kItem;  // where, when the code is not 0
   // When a value does not fit its field: the field, and a sentence that says why.
   std::string field;

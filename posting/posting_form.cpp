@@ -84,12 +84,6 @@ bool PostingForm::PeriodIsReadable(std::string_view control) {
   return false;
 }
 
-Period PostingForm::ProposedPeriod() const {
-  Period period = bank_.accounting;
-  if (period.month == 2) period.day = std::min(period.day, 28);
-  return period;
-}
-
 PostGuard PostingForm::SameReconciliation() {
   return [this] {
     const std::optional<BankRecord> now = session_.Company().banks.Find(bank_code_);

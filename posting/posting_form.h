@@ -76,9 +76,8 @@ class PostingForm : public LookUpForm {
   // True for a text that is blank or a period of the bank's form; else the message has been shown.
   bool PeriodIsReadable(std::string_view control);
   bool IsReconciled(const Period& period) const { return tallwick::IsReconciled(period, bank_); }
-  // What a new entry gets as its period: the bank's accounting period. Periods know no 29 February, which a
-  // date can advance to: it belongs to the 28th.
-  Period ProposedPeriod() const;
+  // What a new entry gets as its period: the bank's accounting period.
+  Period ProposedPeriod() const { return AsProposed(bank_.accounting); }
   // Entries that are closed now stand as they were loaded; true when all did. Where one was changed before it
   // was closed, they are put back, and both states are shown with `why` they are closed.
   bool ClosedEntriesStand(std::string_view why);

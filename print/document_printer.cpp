@@ -25,7 +25,7 @@ bool QtDocumentPrinter::Preview(const PrintDocument& document) {
   QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
                    [&](QPrinter* device) { drawn = DrawDocument(document, *device); });
   // The dialog is accepted only by its print button, when the pages have been drawn for paper.
-  return dialog.exec() == QDialog::Accepted && (drawn || Refused(document.name));
+  return dialog.exec() == QDialog::Accepted && ((drawn && HasTaken(printer)) || Refused(document.name));
 }
 
 bool QtDocumentPrinter::Print(const PrintDocument& document) {

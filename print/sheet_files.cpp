@@ -1,19 +1,21 @@
 #include "print/sheet_files.h"
 
+#include "core/text.h"
 #include "print/application_in_need.h"
 #include "print/pdf_file.h"
+#include "print/picture_files.h"
 #include "print/sheet_renderer.h"
 
 namespace tallwick {
 namespace {
 
-constexpr int kSmallest = 0;  // the "quality" of a PNG file is its size
-
 // "checks.pdf", then "checks-2.pdf".
 std::string NumberedPath(const std::string& path, int number) {
-  const std::size_t dot = path.rfind(".pdf");
   if (number == 1) return path;
-  return path.substr(0, dot) + "-" + std::to_string(number) + (dot == std::string::npos ? "" : ".pdf");
+  constexpr std::string_view kEnding = ".pdf";
+  const std::size_t stem = path.size() > kEnding.size() ? path.size() - kEnding.size() : path.size();
+  const std::size_t end = EqualsIgnoreCase(path.substr(stem), kEnding) ? stem : path.size();
+  return path.substr(0, end) + "-" + std::to_string(number) + path.substr(end);
 }
 
 }  // namespace
@@ -27,12 +29,7 @@ bool WriteSheetsPdf(const SheetDocument& document, const std::string& path) {
 
 int WriteSheetPictures(const SheetDocument& document, const std::string& stem, int dots_per_inch) {
   const ApplicationInNeed application;
-  int pages = 0;
-  for (const QImage& picture : DrawSheetPictures(document, dots_per_inch)) {
-    const QString path = QString::fromStdString(stem + "-" + std::to_string(++pages) + ".png");
-    if (!picture.save(path, "PNG", kSmallest)) return 0;
-  }
-  return pages;
+  return WritePictureFiles(DrawSheetPictures(document, dots_per_inch), stem);
 }
 
 SheetFilePrinter::SheetFilePrinter(std::string path, MessageBoxes* boxes)
@@ -55,7 +52,7 @@ const SheetMeasure& SheetFilePrinter::Measure() {
   return measure;
 }
 
-bool SheetFilePrinter::Print(const SheetMaker& make) {
+SheetEnd SheetFilePrinter::Print(const SheetMaker& make) {
   NeedApplication();
   const SheetDocument document = make(LetterMeasure(), {});
   const std::string path = NumberedPath(path_, printed_ + 1);
@@ -63,10 +60,10 @@ bool SheetFilePrinter::Print(const SheetMaker& make) {
     boxes_->Critical(document.name, "The file " + path +
                                         " could not be written.  Make sure that you may write there and that "
                                         "there is room, or name another place.");
-    return false;
+    return SheetEnd::kNothing;
   }
   ++printed_;
-  return true;
+  return SheetEnd::kPrinted;
 }
 
 }  // namespace tallwick

@@ -26,8 +26,8 @@ class SheetFilePrinter : public SheetPrinter {
   ~SheetFilePrinter() override;
   bool HasFont(std::string_view family) override;
   const SheetMeasure& Measure() override;
-  bool Preview(const SheetMaker& make) override { return Print(make); }
-  bool Print(const SheetMaker& make) override;
+  SheetEnd Preview(const SheetMaker& make) override { return Print(make); }
+  SheetEnd Print(const SheetMaker& make) override;
 
  private:
   // From the first need on: letters are measured between other work.

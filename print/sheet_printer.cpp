@@ -50,7 +50,7 @@ const SheetMeasure& QtSheetPrinter::Measure() {
   return measure;
 }
 
-bool QtSheetPrinter::Preview(const SheetMaker& make) {
+SheetEnd QtSheetPrinter::Preview(const SheetMaker& make) {
   QPrinter printer(QPrinter::HighResolution);
   ProposeLast(printer);
   const SheetDocument document = Prepare(printer, make, 0);
@@ -67,12 +67,12 @@ bool QtSheetPrinter::Preview(const SheetMaker& make) {
     if (on_paper) taken = drawn;
   });
   dialog.exec();
-  if (!sent) return false;
+  if (!sent) return SheetEnd::kNothing;
   RememberLast(printer);
-  return taken || Refused(document.name);
+  return taken ? SheetEnd::kPrinted : Refused(document.name);
 }
 
-bool QtSheetPrinter::Print(const SheetMaker& make) {
+SheetEnd QtSheetPrinter::Print(const SheetMaker& make) {
   QPrinter printer(QPrinter::HighResolution);
   ProposeLast(printer);
   const SheetDocument document = Prepare(printer, make, 0);
@@ -81,9 +81,9 @@ bool QtSheetPrinter::Print(const SheetMaker& make) {
   // All or nothing: what is noted as printed must be on paper.
   dialog.setOption(QAbstractPrintDialog::PrintPageRange, false);
   dialog.setOption(QAbstractPrintDialog::PrintCollateCopies, false);
-  if (dialog.exec() != QDialog::Accepted) return false;
+  if (dialog.exec() != QDialog::Accepted) return SheetEnd::kNothing;
   RememberLast(printer);
-  return Draw(printer, make) || Refused(document.name);
+  return Draw(printer, make) ? SheetEnd::kPrinted : Refused(document.name);
 }
 
 // Prints are pages of their own: those behind the first are marked as copies, which a printer cannot do.
@@ -96,11 +96,12 @@ bool QtSheetPrinter::Draw(QPrinter& printer, const SheetMaker& make) {
   return drawn;
 }
 
-bool QtSheetPrinter::Refused(const std::string& name) {
+SheetEnd QtSheetPrinter::Refused(const std::string& name) {
   boxes_.Critical(name,
                   "The printer did not take the checks.  Look which of them lie printed, make sure that the "
-                  "printer is ready and try again.");
-  return false;
+                  "printer is ready and try again.  They stay noted as printed: you are asked about them "
+                  "then.");
+  return SheetEnd::kUnknown;
 }
 
 }  // namespace tallwick

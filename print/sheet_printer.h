@@ -13,13 +13,14 @@ class QtSheetPrinter : public SheetPrinter {
   explicit QtSheetPrinter(MessageBoxes& boxes) : boxes_(boxes) {}
   bool HasFont(std::string_view family) override;
   const SheetMeasure& Measure() override;
-  bool Preview(const SheetMaker& make) override;
-  bool Print(const SheetMaker& make) override;
+  SheetEnd Preview(const SheetMaker& make) override;
+  SheetEnd Print(const SheetMaker& make) override;
 
  private:
   // Draws what was chosen. False when the printer did not take it.
   static bool Draw(QPrinter& printer, const SheetMaker& make);
-  bool Refused(const std::string& name);
+  // What to say and to give back then: pages before the failure may have come out.
+  SheetEnd Refused(const std::string& name);
 
   MessageBoxes& boxes_;
 };

@@ -9,8 +9,8 @@
 // Invariants: the last reconciliation that has left what the bank record holds now stands, and no other, be
 // it marked as taken back or not. The file is written before the bank record is, and what a crash in between
 // has left does not agree with the bank record, does not count, and goes with the next write. So no crash can
-// part the two. What cannot be
-// understood stays in the file as it is, and a file that cannot be read is not written.
+// part the two. What cannot be understood stays in the file as it is, and a file that cannot be read is not
+// written.
 #pragma once
 
 #include <optional>

@@ -3,21 +3,13 @@
 #include "core/date.h"
 #include "posting/entry_problems.h"
 #include "reports/file_standings.h"
+#include "shell/status_style.h"
 #include "tables/status_text.h"
 
 namespace tallwick {
 namespace {
 
 constexpr std::size_t kItemColumns = 9;
-constexpr std::string_view kNoFile = "(no file)";
-
-std::string PeriodText(const Period& period) {
-  return period.IsEmpty() ? std::string() : ShortForm(period);
-}
-
-std::string StyleOf(std::string_view status) {
-  return status == "C" ? "cleared" : status == "V" ? "voided" : status == "S" ? "stopped" : "";
-}
 
 class ItemRows : public RowSource {
  public:
@@ -44,7 +36,7 @@ class ItemRows : public RowSource {
     return {};
   }
   std::string RowStyle(std::size_t row) override {
-    return row < entries_.size() ? StyleOf(StatusOf(entries_[row])) : "";
+    return row < entries_.size() ? StatusStyle(StatusOf(entries_[row])) : "";
   }
   bool IsNumeric(std::size_t column) const override { return column == 4; }
 
@@ -58,8 +50,8 @@ class ItemRows : public RowSource {
             check.file_number,
             AmountText(entry.amount),
             check.payee,
-            PeriodText(check.accounting),
-            PeriodText(check.statement),
+            ShownPeriod(check.accounting),
+            ShownPeriod(check.statement),
             CheckStatusText(check.status)};
   }
   std::vector<std::string> WireRow(const ReconEntry& entry) {
@@ -71,8 +63,8 @@ class ItemRows : public RowSource {
             wire.file_number,
             AmountText(entry.amount),
             wire.payee,
-            PeriodText(wire.accounting),
-            PeriodText(wire.statement),
+            ShownPeriod(wire.accounting),
+            ShownPeriod(wire.statement),
             WireStatusText(wire.status)};
   }
   std::vector<std::string> DepositRow(const ReconEntry& entry) {
@@ -86,8 +78,8 @@ class ItemRows : public RowSource {
             item.file_number,
             AmountText(entry.amount),
             item.source,
-            PeriodText(deposit.accounting),
-            PeriodText(item.statement),
+            ShownPeriod(deposit.accounting),
+            ShownPeriod(item.statement),
             VoucherStatusText(item.status)};
   }
   std::string StatusOf(const ReconEntry& entry) {
@@ -111,7 +103,7 @@ class FileRows : public RowSource {
   std::vector<std::string> Row(std::size_t row) override {
     if (row >= files_.size()) return {};
     const FileBalance& file = files_[row];
-    return {file.file_number.empty() ? std::string(kNoFile) : file.file_number, AmountText(file.balance),
+    return {ShownFileNumber(file.file_number), AmountText(file.balance),
             std::string(ConditionOfBalance(file.balance))};
   }
   std::string RowStyle(std::size_t row) override {

@@ -62,7 +62,7 @@ void AddProof(const ReconReport& facts, ReportDocument& report) {
 void AddFiles(const ReconReport& facts, ReportDocument& report) {
   ReportTable& table = report.AddTable("File|Balance||Escrow Condition", kFiles, "Files with a Balance");
   for (const FileBalance& file : facts.files) {
-    table.Add({file.file_number.empty() ? "(no file)" : file.file_number, ReportAmount(file.balance), "",
+    table.Add({ShownFileNumber(file.file_number), ReportAmount(file.balance), "",
                std::string(ConditionOfBalance(file.balance))});
   }
   const std::size_t files = facts.files.size();
@@ -77,10 +77,10 @@ std::string ProofText(const ReconResults& results, Currency file_total) {
   const std::string book = "check book balance and the sum of all file ledgers ";
   if (results.IsBalanced() && files.IsZero()) return "Adjusted statement balance, " + book + "agree.";
   const std::string ledgers =
-      "he " + book + (files.IsZero() ? std::string("agree.") : "differ by " + ReportAmount(files) + ".");
-  if (results.IsBalanced()) return "T" + ledgers;
+      "The " + book + (files.IsZero() ? std::string("agree.") : "differ by " + ReportAmount(files) + ".");
+  if (results.IsBalanced()) return ledgers;
   return "The adjusted statement balance and the check book balance differ by " +
-         ReportAmount(results.difference) + "; t" + ledgers;
+         ReportAmount(results.difference) + ".  " + ledgers;
 }
 
 ReportDocument MakeReconReport(const ReconReport& facts) {

@@ -1,13 +1,14 @@
 #include "recon/recon_update.h"
 
-#include <functional>
-
 #include "core/text_format.h"
 #include "posting/post_unit.h"
 #include "shell/company_tables.h"
 
 namespace tallwick {
 namespace {
+
+constexpr std::string_view kPostedMeanwhile =
+    "Something was posted while the figures were computed.  Nothing was updated: compute again.";
 
 // "2024-03-31 09:30:00 jdoe FRONTDESK2"
 std::string Signature(Session& session) {
@@ -19,8 +20,6 @@ ReconHistory HistoryOf(Session& session, const BankRecord& bank) {
   return ReconHistory(session.Files(), session.DataPath(), bank.code);
 }
 
-constexpr int kNotWanted = 1002;  // beside the codes of the engine and kChangedElsewhere
-
 // Locks the bank's record. Whatever else others have changed in it since it was read may stand; not what a
 // reconciliation changes.
 int HoldState(BankTable& banks, const BankRecord& bank) {
@@ -29,19 +28,22 @@ int HoldState(BankTable& banks, const BankRecord& bank) {
   return BankState::Of(banks.Read()) == BankState::Of(bank) ? engine::kSuccess : kChangedElsewhere;
 }
 
-// Writes the state into the bank's record. `before_writing` runs while the record is held, and gives why
-// nothing shall be written, or "".
+// Gives why nothing shall be written, or "".
+using Objection = std::function<std::string()>;
+
+// Writes the state into the bank's record. `before_writing` runs while the record is held; `before_commit`
+// when no other workstation can write until the commit, which is from the first change on.
 std::string WriteState(Session& session, BankRecord* bank, const BankState& after,
-                       const std::function<std::string()>& before_writing = {}) {
+                       const Objection& before_writing, const Objection& before_commit = {}) {
   BankTable& banks = session.Company().banks;
   std::string objection;
+  const auto ask = [&objection](const Objection& asked) {
+    if (asked) objection = asked();
+    return objection.empty() ? engine::kSuccess : kCalledOff;
+  };
   const PostPiece pieces[] = {
       {PostOutcome::Step::kItem, [&] { return HoldState(banks, *bank); }},
-      {PostOutcome::Step::kItem,
-       [&] {
-         if (before_writing) objection = before_writing();
-         return objection.empty() ? engine::kSuccess : kNotWanted;
-       }},
+      {PostOutcome::Step::kItem, [&] { return ask(before_writing); }},
       {PostOutcome::Step::kItem,
        [&] {
          BankRecord now = banks.Read();
@@ -49,7 +51,7 @@ std::string WriteState(Session& session, BankRecord* bank, const BankState& afte
          return banks.Update(now);
        }},
   };
-  const PostOutcome outcome = AsOneUnit(session.Data(), pieces);
+  const PostOutcome outcome = AsOneUnit(session.Data(), pieces, [&] { return ask(before_commit); });
   banks.Unlock();
   if (!objection.empty()) return objection;
   if (!outcome.Done()) {
@@ -68,7 +70,8 @@ BankState StateAfter(const BankRecord& bank, const Period& statement, Currency e
 }
 
 std::string RecordReconciliation(Session& session, BankRecord* bank, const Period& statement,
-                                 const ReconEntries& entries, Currency ending) {
+                                 const ReconEntries& entries, Currency ending,
+                                 const std::function<bool()>& same_figures) {
   PastReconciliation made;
   made.entries = entries;
   made.before = BankState::Of(*bank);
@@ -76,11 +79,13 @@ std::string RecordReconciliation(Session& session, BankRecord* bank, const Perio
   made.made = Signature(session);
   ReconHistory history = HistoryOf(session, *bank);
   bool noted = false;
-  std::string failure = WriteState(session, bank, made.after, [&] {
+  const auto note = [&] {
     std::string problem = history.Add(*bank, made);
     noted = problem.empty();
     return problem.empty() ? problem : problem + "  Nothing was updated.";
-  });
+  };
+  const auto look_again = [&] { return same_figures() ? std::string() : std::string(kPostedMeanwhile); };
+  std::string failure = WriteState(session, bank, made.after, note, look_again);
   // What cannot be taken out again agrees with no bank record, and so does not count.
   if (!failure.empty() && noted) history.Drop(made);
   return failure;

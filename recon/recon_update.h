@@ -2,6 +2,7 @@
 // unit of work; beside it the history (recon_history.h) says what it held before.
 #pragma once
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -15,11 +16,14 @@ namespace tallwick {
 BankState StateAfter(const BankRecord& bank, const Period& statement, Currency ending);
 
 // Each works on the bank record as the caller has read it, and reads it again over `bank` when it has
-// written.
-// "" when done; else why nothing was written, in words for a person: the record was changed on another
-// workstation, is locked, or a file could not be written.
+// written. "" when done; else why nothing was written, in words for a person: the record was changed on
+// another workstation, is locked, or a file could not be written.
+//
+// `same_figures` computes once more and says whether that comes to what is recorded. It is asked when no
+// other workstation can write any more, and must show nothing.
 std::string RecordReconciliation(Session& session, BankRecord* bank, const Period& statement,
-                                 const ReconEntries& entries, Currency ending);
+                                 const ReconEntries& entries, Currency ending,
+                                 const std::function<bool()>& same_figures);
 std::string TakeBackReconciliation(Session& session, BankRecord* bank, const PastReconciliation& last,
                                    std::string_view reason);
 

@@ -15,9 +15,7 @@
 namespace tallwick {
 namespace {
 
-constexpr int kBalanceWidth = 14;  // of the bank record's balances
 constexpr std::string_view kBankGone = "Bank ID Code is no longer valid.";
-constexpr std::string_view kReconcileSettings = "Reconcile_";
 constexpr std::string_view kAllowChargesCredits = "ReconcileAllowBankChargesCredits";
 
 bool IsYes(std::string_view value) {
@@ -90,8 +88,9 @@ void FrmReconcileAccount::OnOpen() {
   SetEntriesOpen(true);
   ShowBank();
   ClearEntries();
-  if (StatementDateProblem(bank_.accounting, bank_.reconciled).empty())
-    SetText("txtStatementDate", ShownValue(bank_.accounting));
+  const Period proposed = AsProposed(bank_.accounting);
+  if (StatementDateProblem(proposed, bank_.reconciled).empty())
+    SetText("txtStatementDate", ShownValue(proposed));
   Audit(kAuditSnapshot);
   if (!settings.Problem().empty())
     Boxes().Exclaim(Caption(),
@@ -212,7 +211,7 @@ bool FrmReconcileAccount::ReadEntries() {
   for (const ReconEntryLook& look : kReconEntryLooks) {
     const std::string text(Trim(Text(look.control)));
     const std::optional<Currency> amount = text.empty() ? Currency() : Currency::ParseTyped(text);
-    if (!amount || amount->Abs() > GreatestAmount(kBalanceWidth)) {
+    if (!amount || amount->Abs() > GreatestAmount(WidthOf(kBankLayout, "BANKBEGBAL"))) {
       Refuse(std::string(look.label) +
                  (amount ? " is more than a bank record holds." : " is no amount.  Enter it as 1,250.00."),
              look.control);

@@ -1,17 +1,16 @@
 // frmReconcileAccount, the screen that balances a bank account against a bank statement.
 //
-// Controls, in order: the labels lblSteps 1 to 5 and lblInformation; the entries txtStatementDate
-// (with the label lblStatementNote),
-// txtBankStatementBalance, txtAdjustmentsinTransit, txtBeginningCheckBookBalance, txtPlusBankCredits and
-// txtLessBankCharges; the results, which nobody types into: txtPlusOutstandingDeposits,
-// txtLessOutstandingChecks, txtLessOutstandingWires, txtAdjustedBalance, txtPlusDeposits,
-// txtPlusVoidedChecks, txtLessDisbursements, txtEndingCheckBookBalance, txtDifferenceBalances,
-// txtClearedChecksThisBankStmt, txtClearedWiresThisBankStmt, txtClearedDepositsThisBankStmt, and
-// txtFileLedgersTotal; the counts lblClearedChecksCount and lblClearedWiresCount; lblProof; a button for each
-// list behind a figure (see kReconLists), cmdFiles, and with them lblItems, the register grdItems and
-// cmdOpenItem, which opens the screen of the row that is chosen;
-// prgProgress with lblProgress; lblStatus; txtReconciledThrough, txtTakeBackReason and cmdTakeBack; the
-// buttons cmdCompute, cmdUpdateBankRecord and cmdClose; the commands and buttons of report_form.h, and
+// Controls, in order: the labels lblSteps 1 to 5 and lblInformation; the entries txtStatementDate (with the
+// label lblStatementNote), txtBankStatementBalance, txtAdjustmentsinTransit, txtBeginningCheckBookBalance,
+// txtPlusBankCredits and txtLessBankCharges; the results, which nobody types into:
+// txtPlusOutstandingDeposits, txtLessOutstandingChecks, txtLessOutstandingWires, txtAdjustedBalance,
+// txtPlusDeposits, txtPlusVoidedChecks, txtLessDisbursements, txtEndingCheckBookBalance,
+// txtDifferenceBalances, txtClearedChecksThisBankStmt, txtClearedWiresThisBankStmt,
+// txtClearedDepositsThisBankStmt, and txtFileLedgersTotal; the counts lblClearedChecksCount and
+// lblClearedWiresCount; lblProof; a button for each list behind a figure (see kReconLists), cmdFiles, and
+// with them lblItems, the register grdItems and cmdOpenItem, which opens the screen of the row that is
+// chosen; prgProgress with lblProgress; lblStatus; txtReconciledThrough, txtTakeBackReason and cmdTakeBack;
+// the buttons cmdCompute, cmdUpdateBankRecord and cmdClose; the commands and buttons of report_form.h, and
 // mnuViewFileLedgers for the file of the row chosen.
 //
 // Invariants: results are shown only while findings_ holds what they were computed from, and they follow the
@@ -78,6 +77,7 @@ class FrmReconcileAccount : public ReportForm {
 
   bool MayWrite();
   bool Update();
+  bool FiguresStand();  // whether the tables still come to the results
   void TakeBack();
   void ShowTakeBack();
   void Audit(int action);

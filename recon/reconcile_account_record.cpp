@@ -29,7 +29,8 @@ void FrmReconcileAccount::Audit(int action) {
                   bank_code_);
 }
 
-// Everything is computed anew, so that what other workstations have posted since cannot be passed over.
+// Everything is computed anew, to show what other workstations have posted since, and once more when none of
+// them can post any more: what is in neither this reconciliation nor the next would be passed over.
 bool FrmReconcileAccount::Update() {
   if (updated_) {
     Refuse("The bank record is updated already.", "txtStatementDate");
@@ -45,8 +46,8 @@ bool FrmReconcileAccount::Update() {
            "txtBankStatementBalance");
     return false;
   }
-  const std::string failure =
-      RecordReconciliation(session_, &bank_, statement_, entries_, results_.ending_balance);
+  const std::string failure = RecordReconciliation(
+      session_, &bank_, statement_, entries_, results_.ending_balance, [this] { return FiguresStand(); });
   if (!failure.empty()) {
     Boxes().Critical(Caption(), failure);
     return false;
@@ -59,6 +60,11 @@ bool FrmReconcileAccount::Update() {
   SetCaption("lblStatus", "Updated as Reconciled for " + ShortForm(statement_) + " ...");
   session_.NotifyChanged(SessionChange::kPosted);
   return true;
+}
+
+bool FrmReconcileAccount::FiguresStand() {
+  ReconFindings now(findings_->recon.Terms());
+  return RunReconPasses(tables_, {}, now) == PassEnd::kDone && now.recon.ResultsFor(entries_) == results_;
 }
 
 // --- Taking back ---

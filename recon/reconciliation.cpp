@@ -2,10 +2,6 @@
 
 namespace tallwick {
 
-ReconPlace PlaceOf(const ReconTerms& terms, const ReconItem& item) {
-  return recon_rules::PlaceBy(terms, MakeKey(terms.statement), item);
-}
-
 ReconResults Reconciliation::ResultsFor(const ReconEntries& entries) const {
   const ReconSums& checks = Sums(ReconKind::kCheck);
   const ReconSums& wires = Sums(ReconKind::kWire);

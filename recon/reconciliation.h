@@ -54,8 +54,6 @@ struct ReconPlace {
   bool cleared_here = false;  // cleared on this statement
 };
 
-ReconPlace PlaceOf(const ReconTerms& terms, const ReconItem& item);
-
 // The figures on the screen that an item is part of, as bits.
 enum ReconFigure : std::uint8_t {
   kFigureOutstanding = 1,  // on the bank's side
@@ -145,7 +143,9 @@ inline std::int32_t ClearedKey(const ReconTerms& terms, const Period& cleared) {
   return MakeKey(cleared.year, cleared.month, takes_day ? terms.statement.day : cleared.day);
 }
 
-// A check or wire whose status is not known has not been seen by the bank, as far as anyone can tell.
+// A check or wire whose status is not known has not been seen by the bank, as far as anyone can tell. A wire
+// without a status has: an outstanding one is stored as "O". A file's ledger, which calls cleared only what
+// says so, shows it as outstanding all the same.
 inline ReconBucket BucketOf(ReconKind kind, char status) {
   if (kind == ReconKind::kDeposit) {
     return status == 'O' ? kReconOutstanding : status == 'C' ? kReconCleared : kReconNone;

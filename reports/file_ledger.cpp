@@ -40,7 +40,7 @@ bool BankLedger::HasTransactions() const {
 }
 
 bool BankLedger::HasOutstanding() const {
-  const auto is_outstanding = [](const auto& item) { return LedgerStatusText(item.status) == "Outstanding"; };
+  const auto is_outstanding = [](const auto& item) { return IsOutstanding(item.status); };
   return std::any_of(checks_.begin(), checks_.end(), is_outstanding) ||
          std::any_of(wires_.begin(), wires_.end(), is_outstanding) ||
          std::any_of(deposits_.begin(), deposits_.end(), is_outstanding) ||
@@ -65,8 +65,7 @@ std::string_view FileLedger::Status() const {
 }
 
 std::string LedgerStatusText(std::string_view code) {
-  const bool has_text = code == "C" || code == "V" || code == "S";
-  return has_text ? CheckStatusText(code) : "Outstanding";
+  return IsOutstanding(code) ? "Outstanding" : CheckStatusText(code);
 }
 
 }  // namespace tallwick

@@ -103,6 +103,10 @@ std::string_view FileStanding::Condition() const {
   return ConditionOfBalance(Balance());
 }
 
+std::string ShownFileNumber(std::string_view file_number) {
+  return std::string(file_number.empty() ? "(no file)" : file_number);
+}
+
 std::string_view ConditionOfBalance(Currency balance) {
   if (balance.IsZero()) return "Balanced";
   return balance < Currency() ? "Over Drawn" : "Funds Available";

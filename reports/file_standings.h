@@ -29,6 +29,9 @@ struct FileStanding {
 // "Balanced" for 0, "Over Drawn" below, "Funds Available" above.
 std::string_view ConditionOfBalance(Currency balance);
 
+// The file number as lists show it: "(no file)" for what is charged to none.
+std::string ShownFileNumber(std::string_view file_number);
+
 class FileStandings {
  public:
   // `day` is year * 10000 + month * 100 + day, 0 for no date.

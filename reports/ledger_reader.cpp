@@ -3,6 +3,7 @@
 #include <charconv>
 
 #include "core/text.h"
+#include "posting/deposit_facts.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
 #include "tables/keys.h"
@@ -38,8 +39,15 @@ std::string Walk(Table& table, std::string_view file_number, Add add) {
 }
 
 std::string AddDeposit(DepositTable& deposits, const DepositXrefRecord& xref, BankLedger* ledger) {
-  if (!deposits.SeekDeposit(xref.dated, xref.sequence)) return {};
-  return AmountProblem(deposits, ledger->AddDepositItem(deposits.Read(), ItemNumber(xref.item)));
+  const int item = ItemNumber(xref.item);
+  if (item < 1 || item > kDepositItems || !deposits.SeekDeposit(xref.dated, xref.sequence)) return {};
+  const DepositRecord deposit = deposits.Read();
+  const std::string& file = deposit.items[static_cast<std::size_t>(item) - 1].file_number;
+  if (!SameKey(file, xref.file_number))
+    return "Item " + std::to_string(item) + " of deposit " + DepositName(xref.dated, xref.sequence) +
+           " is of " + (file.empty() ? "no file" : "file " + Quoted(file)) +
+           " by now, and the cross-references of its bank need to be checked";
+  return AmountProblem(deposits, ledger->AddDepositItem(deposit, item));
 }
 
 std::string ReadBank(BankTables& tables, std::string_view file_number, BankLedger* ledger) {

@@ -101,8 +101,8 @@ std::vector<std::string> CheckCells(const CheckRecord& check) {
           ReportDate(check.dated),
           check.payee,
           ReportAmount(check.amount),
-          ReportPeriod(check.accounting),
-          ReportPeriod(check.statement),
+          ShownPeriod(check.accounting),
+          ShownPeriod(check.statement),
           Stat(check.status),
           check.control,
           check.voucher_number};
@@ -113,8 +113,8 @@ std::vector<std::string> WireCells(const WireRecord& wire) {
           ReportDate(wire.dated),
           wire.payee,
           ReportAmount(wire.amount),
-          ReportPeriod(wire.accounting),
-          ReportPeriod(wire.statement),
+          ShownPeriod(wire.accounting),
+          ShownPeriod(wire.statement),
           Stat(wire.status),
           wire.control};
 }
@@ -125,8 +125,8 @@ std::vector<std::string> DepositCells(const LedgerDeposit& deposit) {
           std::to_string(deposit.item),
           deposit.source,
           ReportAmount(deposit.amount),
-          ReportPeriod(deposit.accounting),
-          ReportPeriod(deposit.statement),
+          ShownPeriod(deposit.accounting),
+          ShownPeriod(deposit.statement),
           Stat(deposit.status),
           "",
           deposit.wire_in ? "X" : ""};
@@ -137,7 +137,7 @@ std::vector<std::string> VoucherCells(const VoucherRecord& voucher) {
           ReportDate(voucher.dated),
           PayeeAndReason(voucher),
           ReportAmount(voucher.amount),
-          ReportPeriod(voucher.accounting),
+          ShownPeriod(voucher.accounting),
           "",
           Stat(voucher.status),
           voucher.check_number};

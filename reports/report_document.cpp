@@ -34,10 +34,6 @@ std::string ReportDate(const Date& date) {
   return FormatDate(date, "mmm d,yyyy");
 }
 
-std::string ReportPeriod(const Period& period) {
-  return period.IsEmpty() ? "" : ShortForm(period);
-}
-
 std::string CountedCaption(std::string_view caption, int count) {
   return std::string(caption) + "  (" + std::to_string(count) + ")";
 }

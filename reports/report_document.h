@@ -11,7 +11,6 @@
 
 #include "core/currency.h"
 #include "core/date.h"
-#include "core/period.h"
 
 namespace tallwick {
 
@@ -74,8 +73,6 @@ std::string VersionLine(const ReportDocument& report);
 std::string ReportAmount(Currency amount);
 // "Mar 15,2024"; "" for no date.
 std::string ReportDate(const Date& date);
-// "3-15-2024" or "3-2024"; "" for no period.
-std::string ReportPeriod(const Period& period);
 // The caption of a counted sum: "Total Checks  (3)".
 std::string CountedCaption(std::string_view caption, int count);
 

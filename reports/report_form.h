@@ -27,7 +27,7 @@ class ReportForm : public RoutedForm {
   // Carries out one of the commands or buttons; false when it is another control, or the report did not go
   // where it was sent.
   bool Send(std::string_view control);
-  // The report has gone to paper, to a file, or was looked at.
+  // The report has gone to paper or to a file.
   virtual void Sent() {}
 
   void OnMenu(Control& control) override;

@@ -61,7 +61,22 @@ std::string Scope(const TrialBalance& balance, const TrialTerms& terms) {
   text += terms.as_of.IsEmpty() ? ", all items posted" : ", items posted through " + ReportDate(terms.as_of);
   if (terms.kind == TrialKind::kDormant)
     text += ", not active for more than " + std::to_string(terms.dormant_days) + " days";
-  return text + ".  " + FormatNumber(static_cast<long long>(balance.files.size()), "###,###,##0") + " files.";
+  return text + ".  " + FileCount(balance) + ".";
+}
+
+// Whether a file belongs to the list; dormant files are counted back from `day`.
+bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day) {
+  switch (terms.kind) {
+    case TrialKind::kOpen:
+      return !file.Balance().IsZero();
+    case TrialKind::kOverdrawn:
+      return file.Balance() < Currency();
+    case TrialKind::kDormant:
+      return !file.Balance().IsZero() && JulianDay(day) - JulianDay(file.last_activity) > terms.dormant_days;
+    case TrialKind::kAll:
+      break;
+  }
+  return true;
 }
 
 // Takes the files that belong to the list.
@@ -98,20 +113,6 @@ std::optional<TrialKind> TrialKindOf(std::string_view word) {
 
 std::string_view TrialKindName(TrialKind kind) {
   return kKinds[static_cast<std::size_t>(kind)].name;
-}
-
-bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day) {
-  switch (terms.kind) {
-    case TrialKind::kOpen:
-      return !file.Balance().IsZero();
-    case TrialKind::kOverdrawn:
-      return file.Balance() < Currency();
-    case TrialKind::kDormant:
-      return !file.Balance().IsZero() && JulianDay(day) - JulianDay(file.last_activity) > terms.dormant_days;
-    case TrialKind::kAll:
-      break;
-  }
-  return true;
 }
 
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress) {
@@ -152,8 +153,9 @@ TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const P
   return balance;
 }
 
-std::string ShownFileNumber(const FileStanding& file) {
-  return file.file_number.empty() ? "(no file)" : file.file_number;
+std::string FileCount(const TrialBalance& balance) {
+  const auto count = static_cast<long long>(balance.files.size());
+  return FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files");
 }
 
 std::string_view TrialHeadings(TrialKind kind) {
@@ -161,9 +163,9 @@ std::string_view TrialHeadings(TrialKind kind) {
 }
 
 std::vector<std::string> TrialCells(const TrialFile& file) {
-  std::vector<std::string> cells{
-      ShownFileNumber(file),        ReportAmount(file.receipts),   ReportAmount(file.disbursements),
-      ReportAmount(file.Balance()), std::string(file.Condition()), ReportDate(file.last_activity)};
+  std::vector<std::string> cells{ShownFileNumber(file.file_number), ReportAmount(file.receipts),
+                                 ReportAmount(file.disbursements),  ReportAmount(file.Balance()),
+                                 std::string(file.Condition()),     ReportDate(file.last_activity)};
   if (!file.bank_code.empty()) cells.push_back(file.bank_name);
   return cells;
 }

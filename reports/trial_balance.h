@@ -51,18 +51,16 @@ struct TrialBalance {
   Currency Balance() const { return receipts - disbursements; }
 };
 
-// Whether a file belongs to the list; dormant files are counted back from `day`.
-bool IsOfKind(const FileStanding& file, const TrialTerms& terms, const Date& day);
-
 // One pass over the checks, wires and deposits of each bank of the user. `progress` may be empty. Without the
 // right for reports nothing is read.
 TrialBalance ReadTrialBalance(Session& session, const TrialTerms& terms, const PassProgress& progress);
 
+// "1 file", "1,204 files".
+std::string FileCount(const TrialBalance& balance);
+
 // The headings of a list, and the cells of a file as the report and the screen show them.
 std::string_view TrialHeadings(TrialKind kind);
 std::vector<std::string> TrialCells(const TrialFile& file);
-// "(no file)" for what is charged to none.
-std::string ShownFileNumber(const FileStanding& file);
 
 ReportDocument MakeTrialReport(const TrialBalance& balance, const TrialTerms& terms,
                                const ReportOrigin& origin);

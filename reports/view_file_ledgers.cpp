@@ -7,6 +7,7 @@
 #include "core/text_rows.h"
 #include "reports/report_origin.h"
 #include "shell/bank_select.h"
+#include "shell/status_style.h"
 #include "tables/notes_table.h"
 
 namespace tallwick {
@@ -30,14 +31,10 @@ constexpr std::array<SectionGrid, 4> kGrids{
 constexpr std::string_view kFigures[] = {"lblFileBalance", "lblCondition", "lblStatus", "lblMultipleBanks",
                                          "lblVouchered",   "lblMessage",   "lblNotes"};
 
-std::string StyleOf(std::string_view status) {
-  return status == "C" ? "cleared" : status == "V" ? "voided" : status == "S" ? "stopped" : "";
-}
-
 template <class Item>
 void AddLines(const std::vector<Item>& items, std::vector<std::string> (*cells)(const Item&),
               TextRows& rows) {
-  for (const Item& item : items) rows.Add(cells(item), StyleOf(item.status));
+  for (const Item& item : items) rows.Add(cells(item), StatusStyle(item.status));
 }
 
 void AddLines(const BankLedger& bank, LedgerSection section, TextRows& rows) {

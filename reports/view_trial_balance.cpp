@@ -4,7 +4,6 @@
 #include <charconv>
 
 #include "core/text.h"
-#include "core/text_format.h"
 #include "core/text_rows.h"
 #include "reports/report_origin.h"
 #include "shell/bank_select.h"
@@ -158,8 +157,7 @@ void FrmViewTrialBalance::ShowResult(const std::string& message) {
   SetSource("grdFiles", std::move(rows));
   SetEnabled("cmdOpenLedger", false);
   const bool computed = message.empty();
-  const auto count = static_cast<long long>(balance_.files.size());
-  std::string counted = FormatNumber(count, "###,###,##0") + (count == 1 ? " file" : " files");
+  std::string counted = FileCount(balance_);
   if (!balance_.note.empty()) counted += ".  " + balance_.note;
   SetCaption("lblCount", computed ? counted : message);
   SetCaption("lblMonthNote", balance_.month_note);

@@ -4,10 +4,9 @@
 // Controls, in order: the commands of report_form.h; lstBanks (all banks first), lstKinds, txtAsOf (blank:
 // every item), txtDormantDays (seen for dormant files only), cmdCompute; lblProgress and prgProgress (whose
 // value is the percentage; seen only while the tables are read); grdFiles, cmdOpenLedger and
-// mnuViewFileLedgers; the labels
-// lblMonthNote (what the day means for banks kept by the month), lblCount, lblReceipts, lblDisbursements and
-// lblBalance. Invariant: the grid and the labels show the same computation, that of the terms that are
-// entered, or nothing.
+// mnuViewFileLedgers; the labels lblMonthNote (what the day means for banks kept by the month), lblCount,
+// lblReceipts, lblDisbursements and lblBalance. Invariant: the grid and the labels show the same computation,
+// that of the terms that are entered, or nothing.
 #pragma once
 
 #include <optional>

@@ -98,6 +98,10 @@ constexpr std::string_view kMayBeEmpty[] = {"DEPOACCTDA", "DEPOSTDA", "DEPOSPARE
 constexpr TableLayout kDepositLayout{
     "ESCROW_DEPOSITS_", true, kFields, kTags, TextsFor("Open Database DEPOSITS"), kMayBeEmpty};
 
+bool IsUsed(const DepositItem& item) {
+  return !item.file_number.empty() || !item.source.empty() || !item.amount.IsZero();
+}
+
 bool IsWireIn(const DepositRecord& deposit, int item) {
   const auto place = static_cast<std::size_t>(item) - 1;
   return place < deposit.spare.size() && deposit.spare[place] == 'X';

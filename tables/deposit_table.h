@@ -20,6 +20,9 @@ struct DepositItem {
   friend bool operator==(const DepositItem&, const DepositItem&) = default;
 };
 
+// Whether anything was posted in the item's place. Other programs may leave its number or its file blank.
+bool IsUsed(const DepositItem& item);
+
 struct DepositRecord {
   std::string dated;     // "CCYYMMDD"
   std::string sequence;  // within the date

@@ -22,6 +22,10 @@ std::string CheckStatusText(std::string_view code) {
   return Undefined(code);
 }
 
+bool IsOutstanding(std::string_view status) {
+  return status != "C" && status != "V" && status != "S";
+}
+
 std::string WireStatusText(std::string_view code) {
   code = Trim(code);
   if (code == "O") return "Outstanding";

@@ -27,7 +27,7 @@ int Print(Office& office, const PrintArguments& arguments) {
   if (!tables.Open(session->BankCode())) return kNoTables;
   const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
   if (!bank) return office.Refuse("Bank ID Code no longer valid...");
-  const CheckBatch batch = CollectChecks(tables, bank->code, arguments.numbers, arguments.advice);
+  const CheckBatch batch = CollectChecks(tables, arguments.numbers, arguments.advice);
   if (!batch.problem.empty()) return office.Refuse(batch.problem);
   StockCheckPrinter printer(*session, bank->code);
   if (!AgreesToPrint(batch, office.Boxes(), "Print Checks") ||

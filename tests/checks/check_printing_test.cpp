@@ -8,6 +8,7 @@
 
 #include "app/screen_catalogue.h"
 #include "checks/check_batch.h"
+#include "checks/layout_file.h"
 #include "checks/sign_password.h"
 #include "checks/stock_check_printer.h"
 #include "tests/support/faulty_files.h"
@@ -31,18 +32,18 @@ class NarrowLetters : public SheetMeasure {
 struct FakeSheets : SheetPrinter {
   bool HasFont(std::string_view family) override { return family == "Bank E13B"; }
   const SheetMeasure& Measure() override { return letters; }
-  bool Preview(const SheetMaker& make) override { return Print(make); }
-  bool Print(const SheetMaker& make) override {
+  SheetEnd Preview(const SheetMaker& make) override { return Print(make); }
+  SheetEnd Print(const SheetMaker& make) override {
     sheets = make(NarrowLetters(), {"Front desk", prints_chosen});
     ++prints;
     if (meanwhile) std::exchange(meanwhile, nullptr)();
-    return works;
+    return end;
   }
   NarrowLetters letters;
   SheetDocument sheets;
   int prints = 0;
   int prints_chosen = 0;
-  bool works = true;
+  SheetEnd end = SheetEnd::kPrinted;
   std::function<void()> meanwhile;  // done once, while the printer's dialog stands open
 };
 
@@ -65,9 +66,7 @@ class CheckPrintingTest : public ::testing::Test {
     check.voucher_number = "31";
     ASSERT_EQ(tables_->checks.Add(check), 0);
   }
-  CheckBatch Collect(const std::vector<std::string>& numbers) {
-    return CollectChecks(*tables_, "FNB", numbers);
-  }
+  CheckBatch Collect(const std::vector<std::string>& numbers) { return CollectChecks(*tables_, numbers); }
   bool PrintAll(const std::vector<std::string>& numbers) {
     const CheckBatch batch = Collect(numbers);
     EXPECT_EQ(batch.problem, "");
@@ -84,11 +83,11 @@ class CheckPrintingTest : public ::testing::Test {
 TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   Open();
   office_.WriteFile("Check_Print_FNB.dat", "Offset.front desk=1,2\r\n");
-  sheets_.works = false;
+  sheets_.end = SheetEnd::kNothing;
   EXPECT_FALSE(PrintAll({"11-13", "10", "11"}));
   EXPECT_THAT(Log(), HasSubstr("[NOT PRINTED: "));
   EXPECT_THAT(*printer_->Printed().Read(), IsEmpty());
-  sheets_.works = true;
+  sheets_.end = SheetEnd::kPrinted;
   EXPECT_TRUE(PrintAll({"11-13", "10", "11"}));
   EXPECT_EQ(sheets_.sheets.pages.size(), 4U);
   EXPECT_DOUBLE_EQ(sheets_.sheets.pages[0].texts.front().box.x, 10) << "moved for this printer";
@@ -105,6 +104,16 @@ TEST_F(CheckPrintingTest, ABatchIsNotedOnceItIsOnPaper) {
   office_.boxes.answers = {BoxAnswer::kYes};
   EXPECT_TRUE(PrintAll({"12"}));
   EXPECT_GT(Log().size(), noted.size());
+}
+
+// Some of the pages may lie in the tray.
+TEST_F(CheckPrintingTest, WhatAPrinterThatFailedMayHavePrintedIsAskedAbout) {
+  Open();
+  sheets_.end = SheetEnd::kUnknown;
+  EXPECT_FALSE(PrintAll({"10-11"}));
+  sheets_.end = SheetEnd::kPrinted;
+  EXPECT_FALSE(PrintAll({"11"}));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Check 11 was printed on")));
 }
 
 TEST_F(CheckPrintingTest, OfTwoAtOnceOnePrints) {
@@ -138,13 +147,13 @@ TEST_F(CheckPrintingTest, NothingIsPrintedThatCannotBeNoted) {
     EXPECT_EQ(sheets_.prints, 0);
   }
   files.fails = nullptr;
-  sheets_.works = false;
+  sheets_.end = SheetEnd::kNothing;
   sheets_.meanwhile = [&] { fail("append"); };
   EXPECT_FALSE(PrintAll({"10"}));
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("stay noted as printed")));
   // A line that a full disk has cut short takes no other with it.
   files.fails = nullptr;
-  sheets_.works = true;
+  sheets_.end = SheetEnd::kPrinted;
   office_.WriteFile("Logs\\FNB\\Checks_Printed.log", "[NUMBER: 12][DA");
   EXPECT_TRUE(PrintAll({"10"}));
   EXPECT_EQ(printer_->Printed().Read()->size(), 2U);
@@ -312,9 +321,24 @@ TEST_F(CheckPrintingTest, OnlyOutstandingChecksAreCollected) {
   EXPECT_EQ(batch.checks[0].remittance_advice, "Payoff of loan 4711");
   EXPECT_THAT(batch.left_out, ElementsAre("14-29"));
   EXPECT_THAT(Collect({"9-11", "12-15"}).left_out, ElementsAre("9", "14-15"));
+  EXPECT_EQ(Collect({"10-13", "11-12"}).checks.size(), 4U) << "named twice, printed once";
   AddCheck("50", "O", 0);
   EXPECT_FALSE(AgreesToPrint(Collect({"50"}), office_.boxes, "Print Checks"));
   EXPECT_THAT(office_.TakeTexts(), ElementsAre("Check 50\r\nCheck Amount is Zero...  Print ?"));
+}
+
+// As any editor may have saved it.
+TEST_F(CheckPrintingTest, ALayoutIsReadInTheEncodingOfItsFile) {
+  Open();
+  for (const char* text : {"AccountTitle=Dep\xF3sito\r\n",
+                           "\xEF\xBB\xBF"
+                           "AccountTitle=Dep\xC3\xB3sito\r\n"}) {
+    office_.WriteFile("Check_Print_FNB.dat", text);
+    const LayoutReading reading = ReadLayoutFile(office_.session->Files(), office_.session->DataPath(),
+                                                 *office_.session->Company().banks.Find("FNB"));
+    EXPECT_EQ(reading.problem, "");
+    EXPECT_EQ(reading.layout.account_title, "Dep\u00f3sito");
+  }
 }
 
 TEST_F(CheckPrintingTest, AMissingFontSwitchesTheScreensPrintingOff) {

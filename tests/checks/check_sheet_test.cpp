@@ -44,7 +44,7 @@ CheckOnPaper Longest(const std::string& number) {
   check.file_number = "24-0117-RESALE";
   std::string advice;
   for (int i = 0; i < 60; ++i) advice += "Recording of the deed and the mortgage, ";
-  return MakeCheckOnPaper(check, "FNT", advice);
+  return MakeCheckOnPaper(check, advice);
 }
 
 BankRecord Bank(const std::string& stock = "VOUCHER", const std::string& position = "TOP") {
@@ -297,6 +297,7 @@ TEST(CheckLayoutTest, WrongLinesAreNamed) {
   };
   const Case cases[] = {
       {"Wrods=off", "\"Wrods\" is none"},
+      {"Words=off\nwords=off", "The line \"words=off\" is a second one of its name"},
       {"Words", "Words=x,y,width,height"},
       {"Words=9,37,198,10,10", "Words=x,y,width,height"},
       {"Words=9,37,198,10,10,middle", "Words=x,y,width,height"},

@@ -49,8 +49,8 @@ TEST(MicrLineTest, RefusalsSayWhatToDo) {
       {"04120005O", "1", "1", "", "is not nine digits"},
       {"041200051", "1", "1", "", "its last digit does not fit"},
       {"014200050", "1", "1", "", "its last digit does not fit"},  // two digits swapped
-      {"000000000", "1", "1", "", "is wrong"},
-      {"990000006", "1", "1", "", "is wrong"},  // no such district
+      {"000000000", "1", "1", "", "begins like this"},
+      {"990000006", "1", "1", "", "begins like this"},  // no such district
       {"041200050", "", "1", "", "has no account number"},
       {"041200050", "-", "1", "", "digits and dashes"},
       {"041200050", "12A4", "1", "", "digits and dashes"},

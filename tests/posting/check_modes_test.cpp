@@ -470,6 +470,27 @@ TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {
   EXPECT_EQ(agents.RecordCount(), 3);
 }
 
+// Paper says what the books say: neither what was only typed, nor what another workstation has changed.
+TEST_F(CheckModesTest, APostedCheckIsPrintedAsItIsPosted) {
+  OpenOffice();
+  PostCheckOf("10");
+  Set("txtCheckNumber", "10");
+  Set("txtCheckAmount", "9999");
+  EXPECT_EQ(Refusal("cmdPrint"), "The check has changes that are not posted.  Post it, then print it.");
+  Set("txtCheckAmount", "1250");
+  Set("txtRemittanceAdvice", "Deed");
+  form_->Leave();
+  form_->Click("cmdPrint");
+  EXPECT_EQ(printer_.printed.size(), 1u);
+  CheckRecord voided = Stored("10");
+  voided.status = "V";
+  ASSERT_EQ(tables_->checks.Update(voided), 0);
+  EXPECT_THAT(Refusal("cmdPrint"),
+              HasSubstr("Nothing was printed: look at what is shown now.\r\n\r\nStatus: was Outstanding, "
+                        "theirs Voided"));
+  EXPECT_EQ(printer_.printed.size(), 1u);
+}
+
 TEST_F(CheckModesTest, APrintedCheckIsNotForgotten) {
   OpenOffice();
   const char* forgotten = "WARNING - Printed a Check but have NOT posted it.\r\nPost the Check Now?";

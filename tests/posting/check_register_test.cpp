@@ -37,6 +37,9 @@ TEST_F(CheckRegisterTest, TheListIsOrderedAndFiltered) {
   CheckRecord cleared = Stored("2");
   cleared.status = "C";
   ASSERT_EQ(tables_->checks.Update(cleared), 0);
+  CheckRecord unknown = Stored("3");  // as another program may leave it: nobody has paid it
+  unknown.status = "X";
+  ASSERT_EQ(tables_->checks.Update(unknown), 0);
   OpenForm();
   EXPECT_THAT(Numbers(), ElementsAre("3", "2", "1"));
   form_->Menu("mnuViewPayee");

@@ -46,11 +46,11 @@ class CheckScreenTest : public PostingScreenTest<FrmEditChecksPost> {
     Set("txtCheckVoucherNumber", voucher);
     Post();
   }
-  void AddVoucher(const char* number) {
+  void AddVoucher(const char* number, std::int64_t cents = 1250'00, const char* file = "24-0117") {
     VoucherRecord voucher;
     voucher.number = number;
-    voucher.file_number = "24-0117";
-    voucher.amount = Currency::FromCents(1250'00);
+    voucher.file_number = file;
+    voucher.amount = Currency::FromCents(cents);
     ASSERT_EQ(tables_->vouchers.Add(voucher), 0);
   }
   std::string VoucherCheck(const char* number) {
@@ -59,6 +59,7 @@ class CheckScreenTest : public PostingScreenTest<FrmEditChecksPost> {
   CheckRecord Stored(std::string_view number) {
     return tables_->checks.SeekNumber(number) ? tables_->checks.Read() : CheckRecord{};
   }
+  bool IsStored(std::string_view number) { return tables_->checks.SeekNumber(number); }
   bool HasXref(std::string_view file, std::string_view number) {
     return Xrefs().SeekReference(CheckXref(file, "FNB", number));
   }

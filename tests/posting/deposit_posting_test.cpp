@@ -183,6 +183,15 @@ TEST_F(DepositPostingTest, ADepositIsOfAYearThatPeriodsHave) {
   EXPECT_EQ(tables_->deposits.RecordCount(), 0);
 }
 
+// Another program may leave an item's number and file blank: its money is out all the same.
+TEST(DepositFactsTest, AnItemWithAnAmountAloneIsOutstanding) {
+  DepositRecord deposit;
+  deposit.items[0] = {"1", "24-0117", "BUYER", Currency::FromCents(100), {3, 0, 2024}, "C"};
+  EXPECT_EQ(StateOf(deposit).text, "Cleared");
+  deposit.items[1] = {"", "", "", Currency::FromCents(200), {}, "O"};
+  EXPECT_EQ(StateOf(deposit).text, "Partly Cleared");
+}
+
 TEST_F(DepositPostingTest, AReconciledOrClearedDepositIsGuarded) {
   OpenOffice();
   SetRow(1, "24-0117", "1");

@@ -4,7 +4,9 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
+#include <map>
 #include <sstream>
 
 #include "checks/check_sheet.h"
@@ -101,7 +103,7 @@ CheckOnPaper Check(const std::string& number) {
   check.city_state = "Toledo, OH 43604";
   check.amount = Currency::FromCents(1234'56);
   check.file_number = "24-0117";
-  return MakeCheckOnPaper(check, "FNT", "Recording of the deed, 12 Main Street");
+  return MakeCheckOnPaper(check, "Recording of the deed, 12 Main Street");
 }
 
 CheckStationery Stationery() {
@@ -155,9 +157,10 @@ class CheckPositionTest : public ::testing::Test {
     std::vector<CheckOnPaper> checks;
     for (int number = 9876543; checks.size() < 4; ++number) checks.push_back(Check(std::to_string(number)));
     SheetFilePrinter printer(folder.Platform("checks.pdf"), nullptr);
-    ASSERT_TRUE(printer.Print([&](const SheetMeasure& measure, const SheetOrder&) {
+    const auto make = [&](const SheetMeasure& measure, const SheetOrder&) {
       return PlaceChecks(checks, stationery, DefaultLayout(stock), 1, {}, measure);
-    }));
+    };
+    ASSERT_EQ(printer.Print(make), SheetEnd::kPrinted);
     std::size_t check = 0;
     for (std::size_t page = 0; page < pages.size(); ++page) {
       for (const int bottom : pages[page]) {
@@ -176,6 +179,23 @@ TEST_F(CheckPositionTest, TheLineStandsWhereReadersLookOnVoucherStock) {
 
 TEST_F(CheckPositionTest, TheLineStandsWhereReadersLookOnThreePerPage) {
   Measure(CheckStock::kThreePerPage, {{3500, 7000, 10500}, {3500}});
+}
+
+TEST(SheetFilesTest, LaterPrintsLieBesideTheFirst) {
+  const testing::TempFolder folder;
+  const auto make = [](const SheetMeasure&, const SheetOrder&) {
+    SheetDocument document;
+    document.pages.resize(1);
+    return document;
+  };
+  ASSERT_TRUE(std::filesystem::create_directory(folder.Platform("out.pdf.d")));
+  for (const auto& [first, second] : std::map<std::string, std::string>{
+           {"out.pdf.d/checks", "out.pdf.d/checks-2"}, {"checks.PDF", "checks-2.PDF"}}) {
+    SheetFilePrinter printer(folder.Platform(first), nullptr);
+    EXPECT_EQ(printer.Print(make), SheetEnd::kPrinted);
+    EXPECT_EQ(printer.Print(make), SheetEnd::kPrinted);
+    EXPECT_TRUE(std::filesystem::exists(folder.Platform(second))) << second;
+  }
 }
 
 TEST(SheetFilesTest, WhatCannotBeWrittenIsTold) {

@@ -177,7 +177,7 @@ TEST_F(ReconcileTest, AnUpdateSeesWhatOthersHaveDone) {
   EXPECT_EQ(Shown("txtDifferenceBalances"), "1.00");
   BankRecord read = Bank();
   ChangeBank([](BankRecord& bank) { bank.reconciled = {2, 0, 2024}; });
-  EXPECT_NE(RecordReconciliation(*office_.session, &read, {3, 0, 2024}, {}, {}), "");
+  EXPECT_NE(RecordReconciliation(*office_.session, &read, {3, 0, 2024}, {}, {}, [] { return true; }), "");
   EXPECT_EQ(Bank().reconciled, (Period{2, 0, 2024}));
   EXPECT_EQ(OfferTakeBack(*office_.session, Bank()).last, std::nullopt);
   ASSERT_TRUE(office_.session->Company().banks.SeekCode("FNB"));
@@ -185,6 +185,46 @@ TEST_F(ReconcileTest, AnUpdateSeesWhatOthersHaveDone) {
   office_.TakeTexts();
   form_->Click("cmdCompute");
   EXPECT_EQ(office_.TakeTexts(), std::vector<std::string>{"Bank ID Code is no longer valid."});
+}
+
+TEST_F(ReconcileTest, TheDateThatIsProposedCanBeReadAtTheEndOfFebruaryToo) {
+  OpenOffice([](BankRecord& bank) {
+    bank.accounting = {2, 29, 2024};
+    bank.reconciled = {1, 31, 2024};
+  });
+  form_->Click("cmdCompute");
+  EXPECT_THAT(office_.TakeTexts(), ::testing::IsEmpty());
+  EXPECT_EQ(Shown("txtStatementDate"), "2-28-2024");
+}
+
+// Another workstation posts into the period behind the computation, before the bank record is written.
+TEST_F(ReconcileTest, WhatIsPostedBehindTheComputationKeepsItFromBeingUpdated) {
+  FaultyFiles files;
+  office_.files = &files;
+  OpenOffice();
+  ComputeMarch();
+  bool posted = false;
+  files.unreadable = [&](std::string_view path) {
+    if (posted || path.find("Reconciliations_") == path.npos) return false;
+    posted = true;
+    StartUpOutcome second = office_.Start();
+    BankTables theirs(second.session->Home());
+    EXPECT_TRUE(theirs.Open("FNB"));
+    CheckRecord check;
+    check.number = "2";
+    check.status = "O";
+    check.amount = Currency::FromCents(100);
+    check.accounting = {3, 0, 2024};
+    EXPECT_EQ(theirs.checks.Add(check), 0);
+    return false;
+  };
+  form_->Click("cmdUpdateBankRecord");
+  EXPECT_TRUE(posted);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Nothing was updated: compute again.")));
+  EXPECT_EQ(Bank().reconciled, (Period{1, 0, 2024}));
+  EXPECT_EQ(office_.ReadFile("Reconciliations_FNB.dat"), "");
+  form_->Click("cmdCompute");
+  EXPECT_EQ(Shown("txtLessOutstandingChecks"), "1.00");
 }
 
 // What was refused is in no history: neither when the record was locked nor when the history could not be

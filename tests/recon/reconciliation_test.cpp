@@ -283,7 +283,7 @@ TEST(Reconciliation, SaysWhichFiguresAnItemIsPartOf) {
       {ReconKind::kWire, ' ', 20240301, {}, kFigureBooked},
   };
   for (const auto& one : kCases) {
-    const ReconPlace place = PlaceOf(terms, {one.kind, one.status, {}, one.posted, one.stamped});
+    const ReconPlace place = Reconciliation(terms).Add({one.kind, one.status, {}, one.posted, one.stamped});
     EXPECT_EQ(FiguresOf(place), one.figures) << one.status << ' ' << one.posted;
   }
 }

@@ -144,6 +144,20 @@ TEST(LedgerReaderTest, FindsTheFilesRowsInEveryBank) {
   EXPECT_TRUE(ReadTrialBalance(*office.session, {}, {}).banks.empty());
 }
 
+// Another program has given the item to another file and left its reference.
+TEST(LedgerReaderTest, WhatAReferenceHoldsOfAnotherFileIsNotAdded) {
+  Office office;
+  ASSERT_TRUE(office.Open());
+  BankTables tables(office.session->Home());
+  ASSERT_TRUE(tables.Open("FNB"));
+  ASSERT_EQ(tables.deposits.Add(Deposit(16, 32)), 0);
+  ASSERT_EQ(tables.deposit_xrefs.Add({"24-0118", "20240310", "1", "12"}), 0);
+  const LedgerReading reading = ReadFileLedger(*office.session, "24-0118");
+  EXPECT_FALSE(reading.complete);
+  EXPECT_THAT(reading.message,
+              ::testing::StartsWith("Item 12 of deposit 03-10-2024 / 1 is of file \"24-0117\""));
+}
+
 TEST(ReportOriginTest, NamesThePersonWhetherOrNotSecurityIsOn) {
   Office office;
   office.session = std::move(office.Start().session);

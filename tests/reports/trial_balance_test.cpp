@@ -55,7 +55,7 @@ class TrialBalanceTest : public ::testing::Test {
   std::vector<std::string> Listed(const TrialTerms& terms) {
     std::vector<std::string> listed;
     for (const TrialFile& file : ReadTrialBalance(*office_.session, terms, {}).files)
-      listed.push_back(ShownFileNumber(file) + " " + file.Balance().ToText() +
+      listed.push_back(ShownFileNumber(file.file_number) + " " + file.Balance().ToText() +
                        (file.bank_code.empty() ? "" : " in " + file.bank_name));
     return listed;
   }
@@ -107,7 +107,6 @@ TEST_F(TrialBalanceTest, ListsWhatFilesHoldAsOfADay) {
   EXPECT_TRUE(stopped.files.empty());
 }
 
-// A period of a bank kept by the month holds all of its days.
 TEST_F(TrialBalanceTest, AnAmountThatIsNoNumberGivesNoFigures) {
   BankTables tables(office_.session->Home());
   ASSERT_TRUE(tables.Open("FNB"));
@@ -144,6 +143,7 @@ TEST_F(TrialBalanceTest, AnAmountThatIsNoNumberGivesNoFigures) {
   EXPECT_EQ(ReadFileLedger(*office_.session, "24-1").ledger.FileBalance(), Currency()) << "blank is zero";
 }
 
+// A period of a bank kept by the month holds all of its days.
 TEST_F(TrialBalanceTest, SaysHowFarMonthsAreCounted) {
   ASSERT_TRUE(office_.AddBank("DAY", "By the Day", [](BankRecord& bank) { bank.accounting.day = 15; }));
   BankTables tables(office_.session->Home());

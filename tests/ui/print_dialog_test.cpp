@@ -1,5 +1,5 @@
 // Checks through the printer's dialog, as a person works it: the PDF printer stands for paper. What was
-// cancelled or failed is not noted as printed.
+// cancelled is not noted as printed; of what failed nobody knows.
 #include <gmock/gmock.h>
 
 #include <QComboBox>
@@ -120,7 +120,7 @@ TEST_F(PrintDialogTest, WhatIsCancelledIsNotNotedAndWhatIsPrintedIs) {
   });
 }
 
-TEST_F(PrintDialogTest, WhatThePrinterDidNotTakeIsNotNoted) {
+TEST_F(PrintDialogTest, WhatThePrinterDidNotTakeStaysNoted) {
   if (!QFile::exists("/dev/full")) GTEST_SKIP() << "there is no full disk here";
   WithBatch([&] {
     ChooseOnPaper("/dev/full", 1);
@@ -128,7 +128,7 @@ TEST_F(PrintDialogTest, WhatThePrinterDidNotTakeIsNotNoted) {
     On<QMessageBox>([](QMessageBox& box) { box.button(QMessageBox::Yes)->click(); });
     Print();
     EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("The printer did not take the checks")));
-    EXPECT_THAT(Printed(), IsEmpty());
+    EXPECT_THAT(Printed(), ElementsAre("10", "11")) << "some may be on paper";
   });
 }
 
