@@ -195,7 +195,7 @@ std::shared_ptr<CheckArguments> AddCommand(CLI::App& check, Action& chosen, cons
                                            std::span<const EntryOption> options = {}) {
   CLI::App* command = check.add_subcommand(name, help);
   auto arguments = std::make_shared<CheckArguments>();
-  command->add_option("NUMBER", arguments->number)->required();
+  command->add_option("NUMBER", arguments->number, "Number of the check")->required();
   AddEntryOptions(*command, options, arguments->entries);
   Choose(command, chosen, arguments, run);
   return arguments;
@@ -240,7 +240,7 @@ void AddCheckCommands(CLI::App& app, Action& chosen) {
   AddChange<kClear>(*check, chosen, std::span(&kStatement, 1));
   AddChange<kOutstanding>(*check, chosen);
   const auto renumber = AddChange<kRenumber>(*check, chosen);
-  check->get_subcommand("renumber")->add_option("NEW", renumber->new_number)->required();
+  check->get_subcommand("renumber")->add_option("NEW", renumber->new_number, "Its new number")->required();
   AddCommand(*check, chosen, "remove", "Removes a check and its cross-reference", Remove);
   CLI::App* next = check->add_subcommand("next", "The number that the next check gets");
   auto arguments = std::make_shared<CheckArguments>();

@@ -246,24 +246,25 @@ void AddTableCommands(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<TableArguments>();
   const auto add = [&](const char* name, const char* what, int (*run)(Office&, const TableArguments&)) {
     CLI::App* command = table->add_subcommand(name, what);
-    command->add_option("FILE", arguments->file)->required();
+    command->add_option("FILE", arguments->file, "Path of the table, or its name in the data folder")
+        ->required();
     Choose(command, chosen, arguments, run);
     return command;
   };
   add("info", "Fields, tags and number of records", Info);
   CLI::App* dump = add("dump", "Every record, in record order or in a tag's", Dump);
-  dump->add_option("--tag", arguments->tag);
+  dump->add_option("--tag", arguments->tag, "In the order of this tag; of the records where none is named");
   dump->add_flag("--deleted", arguments->deleted, "Deleted records too");
   CLI::App* seek = add("seek", "The first record with a key, or with the beginning of one", Seek);
-  seek->add_option("TAG", arguments->tag)->required();
-  seek->add_option("KEY", arguments->key)->required();
+  seek->add_option("TAG", arguments->tag, "Tag in which the key is sought")->required();
+  seek->add_option("KEY", arguments->key, "The key, or the beginning of one")->required();
   CLI::App* append = add("append", "Adds a record", Append);
-  append->add_option("FIELD=VALUE", arguments->values);
+  append->add_option("FIELD=VALUE", arguments->values, "Fields; what is not named is blank");
   CLI::App* set = add("set", "Changes fields of a record", Set);
-  set->add_option("RECNO", arguments->record)->required();
-  set->add_option("FIELD=VALUE", arguments->values)->required();
+  set->add_option("RECNO", arguments->record, "Number of the record, from 1")->required();
+  set->add_option("FIELD=VALUE", arguments->values, "Fields; what is not named stays")->required();
   CLI::App* remove = add("delete", "Marks a record as deleted", Delete);
-  remove->add_option("RECNO", arguments->record)->required();
+  remove->add_option("RECNO", arguments->record, "Number of the record, from 1")->required();
   add("verify", "Every tag against the table", Verify);
   add("reindex", "Builds every tag anew", Reindex);
   add("pack", "Takes deleted records out for good", Pack);

@@ -102,10 +102,10 @@ void AddVoucherCommands(CLI::App& app, Action& chosen) {
   Choose(post, chosen, posted, Post);
   auto arguments = std::make_shared<VoucherArguments>();
   CLI::App* show = voucher->add_subcommand("show", "A voucher's fields");
-  show->add_option("NUMBER", arguments->number)->required();
+  show->add_option("NUMBER", arguments->number, "Number of the voucher")->required();
   Choose(show, chosen, arguments, Show);
   CLI::App* remove = voucher->add_subcommand("remove", "Removes an unused voucher and its cross-reference");
-  remove->add_option("NUMBER", arguments->number)->required();
+  remove->add_option("NUMBER", arguments->number, "Number of the voucher")->required();
   Choose(remove, chosen, arguments, Remove);
   CLI::App* list = voucher->add_subcommand("list", "Posted vouchers");
   list->add_option("--status", arguments->status, "Only those with this status: O or C")
