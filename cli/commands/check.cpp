@@ -120,6 +120,7 @@ int Next(Office& office, const CheckArguments& arguments) {
   }
   const CheckNumbering numbering =
       ReadCheckNumbering(*checks, session.Files(), session.DataPath(), session.BankCode());
+  if (!office.ReadWhole()) return kRefused;
   if (!numbering.problem.empty()) {
     office.Out().Fail(numbering.problem);
     return kRefused;
@@ -184,8 +185,7 @@ constexpr EntryOption kPostOptions[] = {
     {"--tin", "txtTIN", false, "Payee's taxpayer number"},
     {"--control", "txtCheckControl", false, "Control number"},
 };
-constexpr EntryOption kStatement = {"--stmt", "txtCheckStmtPeriod", false,
-                                    "Statement period; the bank's accounting period where none is given"};
+constexpr EntryOption kStatement = {"--stmt", "txtCheckStmtPeriod", true, "Statement period"};
 constexpr EntryOption kStatusOptions[] = {{"--reason", "txtCheckReason", true, "Reason"}, kStatement};
 
 using Runner = int (*)(Office&, const CheckArguments&);

@@ -57,8 +57,8 @@ void TellWhyClosed(Office& office, Form& form) {
 }  // namespace
 
 std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries) {
-  const std::unique_ptr<Form> form = office.Screens().Make(use.screen, use.mode);
-  const auto* posting = dynamic_cast<const PostingForm*>(form.get());
+  const std::unique_ptr<Form> form = office.MakeScreen(use.screen, use.mode);
+  auto* posting = dynamic_cast<PostingForm*>(form.get());
   if (posting == nullptr) return {};
   form->Opened();
   for (const TypedEntry& entry : entries) {
@@ -79,11 +79,13 @@ Json FieldsJson(const TableBase& table) {
   return RecordJson(table.Data(), table.Handle(), table.Data().FieldList(table.Handle()), Trimming::kBoth);
 }
 
+int RefuseToShow(Office& office, const std::string& why) {
+  office.Out().Fail(why);
+  return office.Status() != kDone ? office.Status() : kRefused;
+}
+
 int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found) {
-  if (!found) {
-    office.Out().Fail(not_found);
-    return kRefused;
-  }
+  if (!found) return RefuseToShow(office, not_found);
   const Json fields = FieldsJson(table);
   office.Out().Set("fields", fields);
   office.Out().Line(FieldLines(fields));
@@ -104,8 +106,7 @@ int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& numbe
     office.Out().Line("removed");
     return kDone;
   }
-  office.Out().Fail(name + (posted ? " was not removed" : " is not posted"));
-  return kRefused;
+  return RefuseToShow(office, name + (posted ? " was not removed" : " is not posted"));
 }
 
 }  // namespace tallwick::cli

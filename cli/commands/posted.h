@@ -62,6 +62,9 @@ inline std::string PostOnScreen(Office& office, std::string_view screen,
 // The fields of the current record.
 Json FieldsJson(const TableBase& table);
 
+// Says why a command did nothing. The exit status, which is the office's where that has one.
+int RefuseToShow(Office& office, const std::string& why);
+
 // Prints the current record under "fields", or says that it was not found. The exit status.
 int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found);
 

@@ -27,10 +27,10 @@ std::unique_ptr<FrmReconcileAccount> OpenReconcile(Office& office, int* status) 
     *status = office.Status();
     return nullptr;
   }
-  std::unique_ptr<Form> form = office.Screens().Make(kScreen, {});
+  std::unique_ptr<Form> form = office.MakeScreen(kScreen, {});
   if (dynamic_cast<FrmReconcileAccount*>(form.get()) == nullptr) {
     office.Out().Fail("The reconcile screen could not be opened");
-    *status = kRefused;
+    *status = office.Status();
     return nullptr;
   }
   std::unique_ptr<FrmReconcileAccount> owned(static_cast<FrmReconcileAccount*>(form.release()));

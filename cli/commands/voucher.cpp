@@ -76,6 +76,7 @@ int Next(Office& office) {
   Session& session = *office.Open();
   const std::optional<BankRecord> bank = session.Company().banks.Find(session.BankCode());
   const std::int64_t next = NextVoucherNumber(*vouchers, bank ? bank->last_voucher : 0);
+  if (!office.ReadWhole()) return kRefused;
   office.Out().Set("next", next);
   office.Out().Line(std::to_string(next));
   return kDone;
