@@ -42,6 +42,9 @@ class PostingForm : public LookUpForm {
   bool OpenTables();
   // The key of what was written last: a number, or the stored date and sequence of a deposit. "" until then.
   const std::string& LastPosted() const { return last_posted_; }
+  // Nobody chose the number of the new item: one that was taken since it was proposed gives way to the next
+  // without a question.
+  void TakeAnyNumber() { any_number_ = true; }
 
  protected:
   // Works on the session's selected bank, also when another is selected later. `opener` opens the screens to
@@ -119,7 +122,8 @@ class PostingForm : public LookUpForm {
   void TellFailure(const PostOutcome& outcome, const std::string& message, std::string_view field,
                    std::string_view number);
 
-  // The number was taken by another workstation since it was proposed: asks whether to post under `next`.
+  // The number was taken by another workstation since it was proposed: asks whether to post under `next`,
+  // where any number will not do.
   bool TakesNext(std::string_view taken, std::string_view next);
   // The record was changed elsewhere since it was loaded: `show_theirs` puts what is stored now into the
   // entries, and the user is shown both. Of one's own only what was changed is saved over it; that is not
@@ -182,6 +186,7 @@ class PostingForm : public LookUpForm {
   const PostingScreen screen_;
   std::vector<std::string> options_;
   Values unchanged_;
+  bool any_number_ = false;
   std::shared_ptr<FileRows> files_ = std::make_shared<FileRows>(session_);
 };
 

@@ -12,6 +12,7 @@ namespace {
 struct DepositArguments {
   std::string dated;
   std::string sequence;
+  bool sequence_given = false;
   std::string period;
   std::vector<std::string> items;  // FILE:AMOUNT:SOURCE
   std::vector<int> wire_ins;       // item numbers
@@ -43,7 +44,7 @@ void AddItem(const std::string& item, int row, std::vector<TypedEntry>* entries)
 std::vector<TypedEntry> EntriesOf(const DepositArguments& arguments) {
   std::vector<TypedEntry> entries = {{"txtDepositDated", arguments.dated},
                                      {"txtDepositAcctPeriod", arguments.period}};
-  if (!arguments.sequence.empty()) entries.push_back({"txtDateSequence", arguments.sequence});
+  if (arguments.sequence_given) entries.push_back({"txtDateSequence", arguments.sequence});
   int row = 0;
   for (const std::string& item : arguments.items) AddItem(item, ++row, &entries);
   for (int wire_in : arguments.wire_ins) entries.push_back({"chkWireIn", "", wire_in});
@@ -63,7 +64,11 @@ int Post(Office& office, const DepositArguments& arguments) {
   const std::string dated = StoredForm(arguments.dated);
   const bool taken =
       !arguments.sequence.empty() && deposits->SeekDeposit(dated, StoredSequence(arguments.sequence));
-  const std::string key = taken ? "" : PostOnScreen(office, "frmEditDepositsPost", EntriesOf(arguments));
+  const std::string key =
+      taken ? ""
+            : PostOnScreen(
+                  office, ScreenUse{.screen = "frmEditDepositsPost", .any_number = !arguments.sequence_given},
+                  EntriesOf(arguments));
   const bool posted = key.size() > 8 && deposits->SeekDeposit(key.substr(0, 8), key.substr(8));
   return ShowPosted(office, *deposits, posted,
                     NameOf(arguments) + (taken ? " is posted already" : " was not posted"));
@@ -126,7 +131,8 @@ void AddPost(CLI::App& deposit, Action& chosen) {
   CLI::App* post = deposit.add_subcommand("post", "Posts a deposit through the deposit screen");
   auto arguments = std::make_shared<DepositArguments>();
   post->add_option("--dated", arguments->dated, "Date posted, MM/DD/YYYY")->required();
-  post->add_option("--seq", arguments->sequence, "Sequence within the date; the next one unless said");
+  post->add_option("--seq", arguments->sequence, "Sequence within the date; the next one unless said")
+      ->each([arguments](const std::string&) { arguments->sequence_given = true; });
   post->add_option("--period", arguments->period, "Accounting period in the bank's form")->required();
   post->add_option("--item", arguments->items, "FILE:AMOUNT:SOURCE of each item, up to 15")->required();
   post->add_option("--wire-in", arguments->wire_ins, "Numbers of the items whose money came by wire")

@@ -60,6 +60,7 @@ std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector
   const std::unique_ptr<Form> form = office.MakeScreen(use.screen, use.mode);
   auto* posting = dynamic_cast<PostingForm*>(form.get());
   if (posting == nullptr) return {};
+  if (use.any_number) posting->TakeAnyNumber();
   form->Opened();
   for (const TypedEntry& entry : entries) {
     if (!Use(*form, entry)) return {};
@@ -100,6 +101,9 @@ int ShowPosted(Office& office, const TableBase& table, bool posted, const std::s
 
 int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
                    bool posted) {
+  // Who gives the command has answered whether it shall be removed. Only a number zero, which the screen
+  // offers for removal as soon as it is looked up, is asked about.
+  if (!use.press.empty()) office.Boxes().QueueAnswer(BoxAnswer::kYes);
   const bool removed = posted && !PostOnScreen(office, use, {number}).empty();
   office.Out().Set("removed", removed);
   if (removed) {

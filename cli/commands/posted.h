@@ -50,6 +50,8 @@ struct ScreenUse {
   std::string_view screen;
   std::string_view mode = {};
   std::string_view press = "cmdOk";
+  // Nobody named a number: one that another workstation takes meanwhile gives way to the next.
+  bool any_number = false;
 };
 // Types the entries into a posting screen in their order and presses the posting button. Gives the key of
 // what was posted, "" when the screen refused or could not be opened.

@@ -229,6 +229,8 @@ int WithExclusive(Office& office, const TableArguments& arguments, std::string_v
 }
 
 int Reindex(Office& office, const TableArguments& arguments) {
+  // Who gives the command has answered whether a damaged index shall be rebuilt.
+  office.Boxes().QueueAnswer(BoxAnswer::kYes);
   return WithExclusive(office, arguments, "could not be indexed again",
                        [](clsKVRData& store, DataHandle data) { return store.ReindexDatabase(data); });
 }

@@ -13,6 +13,7 @@ namespace {
 
 struct VoucherArguments {
   std::string number;
+  bool number_given = false;
   std::vector<TypedEntry> entries;
   std::string status;
 };
@@ -25,10 +26,14 @@ int Post(Office& office, const VoucherArguments& arguments) {
   const bool taken = !arguments.number.empty() && SeekCounted(*vouchers, arguments.number);
   std::vector<TypedEntry> entries;
   // Without a number the screen's proposal stands.
-  if (!arguments.number.empty()) entries.push_back({"txtVCHRNumber", arguments.number});
+  if (arguments.number_given) entries.push_back({"txtVCHRNumber", arguments.number});
   entries.insert(entries.end(), arguments.entries.begin(), arguments.entries.end());
-  const std::string posted = taken ? "" : PostOnScreen(office, "frmEditVouchersPost", entries);
-  const std::string name = arguments.number.empty() ? "The voucher" : "Voucher " + Quoted(arguments.number);
+  const std::string posted =
+      taken ? ""
+            : PostOnScreen(office,
+                           ScreenUse{.screen = "frmEditVouchersPost", .any_number = !arguments.number_given},
+                           entries);
+  const std::string name = arguments.number_given ? "Voucher " + Quoted(arguments.number) : "The voucher";
   return ShowPosted(office, *vouchers, !posted.empty() && vouchers->SeekNumber(posted),
                     name + (taken ? " is posted already" : " was not posted"));
 }
@@ -98,7 +103,8 @@ void AddVoucherCommands(CLI::App& app, Action& chosen) {
   voucher->require_subcommand(1);
   CLI::App* post = voucher->add_subcommand("post", "Posts a voucher through the voucher screen");
   auto posted = std::make_shared<VoucherArguments>();
-  post->add_option("NUMBER", posted->number, "The next number unless said");
+  post->add_option("NUMBER", posted->number, "Number of the voucher; the next one unless said")
+      ->each([posted](const std::string&) { posted->number_given = true; });
   AddEntryOptions(*post, kPostOptions, posted->entries);
   Choose(post, chosen, posted, Post);
   auto arguments = std::make_shared<VoucherArguments>();
