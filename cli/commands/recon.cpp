@@ -79,10 +79,14 @@ void ShowResults(Output& out, FrmReconcileAccount& screen) {
     out.Line(note);
   }
   out.Set("proof", screen.Find("lblProof")->caption);
-  out.Set("status", screen.Find("lblStatus")->caption);
+  const std::string_view status = results.IsBalanced() ? kReconBalanced : kReconNotBalanced;
+  out.Set("status", status);
   out.Set("updated", screen.IsUpdated());
   out.Line(TextTable({"Reconciliation", "Amount"}, "<>", rows));
   out.Line(screen.Find("lblProof")->caption);
+  out.Line(status);
+  if (!screen.IsUpdated()) return;
+  out.Set("update", screen.Find("lblStatus")->caption);
   out.Line(screen.Find("lblStatus")->caption);
 }
 
