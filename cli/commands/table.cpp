@@ -104,6 +104,26 @@ int Dump(Office& office, const TableArguments& arguments) {
   return code < 0 ? table.Failed("could not be read to its end", code) : kDone;
 }
 
+// Characters of the field with which the tag's keys begin; 0 where that holds no characters.
+std::size_t WidthOfFirstField(clsKVRData& store, DataHandle data, const std::string& tag_name) {
+  const std::optional<TagProperties> tag = store.GetTagProperties(data, tag_name);
+  if (!tag) return 0;
+  const std::string& expression = tag->expression;
+  const std::size_t open = expression.find('(');
+  const std::size_t first = open < expression.find('+') ? open + 1 : 0;
+  const std::string name(Trim(expression.substr(first, expression.find_first_of("+),", first) - first)));
+  for (const FieldProperties& field : store.FieldList(data))
+    if (field.type == 'C' && EqualsIgnoreCase(field.name, name)) return static_cast<std::size_t>(field.width);
+  return 0;
+}
+
+// Counted numbers are stored right-aligned: one that is not found as it was typed is sought as it is stored.
+int SeekTyped(clsKVRData& store, DataHandle data, const std::string& tag, const std::string& key) {
+  const int code = store.SeekDatabase(data, key);
+  if (code <= 0 || !IsAllDigits(key)) return code;
+  return store.SeekDatabase(data, PadLeft(key, WidthOfFirstField(store, data, tag)));
+}
+
 int Seek(Office& office, const TableArguments& arguments) {
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
@@ -112,7 +132,7 @@ int Seek(Office& office, const TableArguments& arguments) {
     office.Out().Fail("The table has no tag " + Quoted(arguments.tag));
     return kRefused;
   }
-  const int code = store.SeekDatabase(table.Data(), arguments.key);
+  const int code = SeekTyped(store, table.Data(), arguments.tag, arguments.key);
   if (code < 0) return table.Failed("cannot be sought for this key", code);
   const bool found = code == 0;
   const std::int32_t record = found ? store.CurrentRecord(table.Data()) : 0;
@@ -174,6 +194,8 @@ int ChangeRecord(Office& office, OpenTable& table, std::int32_t record, Change c
   const int found = store.GoToRecordNo(table.Data(), record);
   if (found != 0) return table.Failed("could not be read", found);
   if (!store.LockTheRecord(table.Data())) {
+    const int refused = store.LastErrorCode();
+    if (refused != engine::kLocked) return table.Failed("cannot be changed", refused);
     office.Out().Fail("Record " + std::to_string(record) + " is in use at another workstation");
     return kRefused;
   }

@@ -149,6 +149,19 @@ TEST_F(TableCommand, OpensNoDamagedTable) {
   EXPECT_TRUE(broken.Json().contains("error"));
 }
 
+// What is damaged is shown as it stands, and a table that may not be written says so.
+TEST_F(TableCommand, ShowsWhatIsStoredAndWhyItStays) {
+  Do("table append ESCROW_CHECKS_FNT CHXNUMBER=1 CHXDATED=2024-03-15 CHXAMOUNT=12345.67 CHXACCTMO=10");
+  std::string table = ReadWhole(escrowctl_.Data("ESCROW_CHECKS_FNT.DBF"));
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("20240315"), "20241399");
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("12345.67"), "  1e3   ");
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("10", table.find("12345.67")), "**");
+  const Json record = Do("table dump ESCROW_CHECKS_FNT")["records"][0];
+  EXPECT_EQ(record["CHXDATED"], "20241399");
+  EXPECT_EQ(record["CHXAMOUNT"], "1e3");
+  EXPECT_EQ(record["CHXACCTMO"], "**");
+}
+
 // A record that disagrees with its tag must neither count in a ledger nor send its walk round and round.
 TEST_F(TableCommand, LedgerOfADamagedTableIsRefused) {
   for (int number = 1; number <= 3; ++number)
