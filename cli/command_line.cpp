@@ -9,12 +9,11 @@
 #include "cli/office.h"
 #include "cli/parser_words.h"
 #include "core/text.h"
+#include "shell/about.h"
 
 namespace tallwick::cli {
 
 namespace {
-
-constexpr std::string_view kVersion = "escrowctl 1.00.0001";
 
 // Global options as texts, before they have been understood.
 struct RawOptions {
@@ -117,7 +116,7 @@ int AnswerWithoutCommand(const CLI::App& app, const CLI::ParseError& error, cons
                             command, out);
   }
   const bool version = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
-  const std::string text = version ? std::string(kVersion) : app.help();
+  const std::string text = version ? app.version() : app.help();
   out.Set(version ? "version" : "help", text);
   out.Line(text);
   return kDone;
@@ -146,7 +145,7 @@ int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& stre
   RawOptions raw;
   Action chosen;
   CLI::App app("escrowctl: escrow accounting from the command line", "escrowctl");
-  app.set_version_flag("--version", std::string(kVersion));
+  app.set_version_flag("--version", "escrowctl " + VersionTextOf({}));
   app.require_subcommand(1);
   AddGlobalOptions(app, options, raw);
   AddCommands(app, chosen);

@@ -138,8 +138,7 @@ std::unique_ptr<QWidget> MakeLedgerWindow() {
   AddReportMenu(*window);
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
-  auto* open = Named(new QPushButton, "cmdOpenItem");
-  open->setAutoDefault(false);
+  auto* open = PlainButton("cmdOpenItem");
   row->addWidget(FileSide());
   row->addLayout(ItemSide(open), 1);
   window->setCentralWidget(content);

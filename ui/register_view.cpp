@@ -142,13 +142,12 @@ void RegisterView::StartSearch(bool next) {
   // From an index where there is one; the next match, and what no index knows, by looking at the rows.
   if (!next) {
     if (const auto row = model_->Source()->FindRow(box_->text().trimmed().toStdString())) {
-      search_row_ = static_cast<int>(*row);
-      return EndSearch(true);
+      model_->Grow();
+      return EndSearch(static_cast<int>(*row));
     }
   }
-  search_row_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
-  search_left_ = static_cast<int>(model_->Source()->RowCount());
-  model_->Grow();
+  search_from_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
+  searched_ = 0;
   search_timer_.start();
 }
 
@@ -158,20 +157,21 @@ void RegisterView::SearchSlice() {
   elapsed.start();
   while (elapsed.elapsed() < kSliceMs) {
     const int rows = model_->rowCount();
-    if (search_left_-- <= 0 || rows <= 0) return EndSearch(false);
-    search_row_ %= rows;
-    for (const std::string& cell : model_->Source()->Row(static_cast<std::size_t>(search_row_))) {
-      if (QString::fromStdString(cell).contains(wanted, Qt::CaseInsensitive)) return EndSearch(true);
+    // From the last row the search goes on with the first one, but not past rows that are still to be read.
+    if (search_from_ + searched_ >= rows && read_timer_.isActive()) return;
+    if (searched_ >= rows) return EndSearch({});
+    const int row = (search_from_ + searched_++) % rows;
+    for (const std::string& cell : model_->Source()->Row(static_cast<std::size_t>(row))) {
+      if (QString::fromStdString(cell).contains(wanted, Qt::CaseInsensitive)) return EndSearch(row);
     }
-    ++search_row_;
   }
 }
 
-void RegisterView::EndSearch(bool found) {
+void RegisterView::EndSearch(std::optional<int> found) {
   search_timer_.stop();
   if (found) {
-    MarkRow(search_row_);
-    table_->scrollTo(model_->index(search_row_, 0), QAbstractItemView::PositionAtCenter);
+    MarkRow(*found);
+    table_->scrollTo(model_->index(*found, 0), QAbstractItemView::PositionAtCenter);
     return;
   }
   SetStyleProperty(*box_, "refused", true);

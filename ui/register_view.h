@@ -10,6 +10,7 @@
 #include <QTableView>
 #include <QTimer>
 #include <QWidget>
+#include <optional>
 
 #include "ui/register_model.h"
 
@@ -59,7 +60,8 @@ class RegisterView : public QWidget {
  private:
   void StartSearch(bool next);
   void SearchSlice();
-  void EndSearch(bool found);
+  // At the row that holds what was wanted; nullopt where none does.
+  void EndSearch(std::optional<int> found);
   QByteArray ColumnsKey() const;
   void PlaceColumns();
   void RememberColumns();
@@ -76,8 +78,8 @@ class RegisterView : public QWidget {
   QTimer read_timer_;
   QElapsedTimer reading_since_;
   QTimer search_timer_;
-  int search_row_ = 0;
-  int search_left_ = 0;  // rows not yet looked at
+  int search_from_ = 0;  // the row with which the search began
+  int searched_ = 0;     // rows looked at since
   QStringList heading_commands_;
   int wide_column_ = -1;
   bool columns_placed_ = false;

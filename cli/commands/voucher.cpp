@@ -22,20 +22,15 @@ int Post(Office& office, const VoucherArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<VoucherTable> vouchers = OpenPosted<VoucherTable>(office, &status);
   if (!vouchers) return status;
-  // The screen would show a posted voucher and change it; a command that posts must not.
-  const bool taken = !arguments.number.empty() && SeekCounted(*vouchers, arguments.number);
   std::vector<TypedEntry> entries;
   // Without a number the screen's proposal stands.
   if (arguments.number_given) entries.push_back({"txtVCHRNumber", arguments.number});
   entries.insert(entries.end(), arguments.entries.begin(), arguments.entries.end());
-  const std::string posted =
-      taken ? ""
-            : PostOnScreen(office,
-                           ScreenUse{.screen = "frmEditVouchersPost", .any_number = !arguments.number_given},
-                           entries);
-  const std::string name = arguments.number_given ? "Voucher " + Quoted(arguments.number) : "The voucher";
-  return ShowPosted(office, *vouchers, !posted.empty() && vouchers->SeekNumber(posted),
-                    name + (taken ? " is posted already" : " was not posted"));
+  const ScreenUse use{
+      .screen = "frmEditVouchersPost", .only_new = true, .any_number = !arguments.number_given};
+  const ScreenOutcome outcome = PostOnScreen(office, use, entries);
+  return ShowPosted(office, *vouchers, outcome, !outcome.key.empty() && vouchers->SeekNumber(outcome.key),
+                    arguments.number_given ? "Voucher " + Quoted(arguments.number) : "The voucher");
 }
 
 int Show(Office& office, const VoucherArguments& arguments) {

@@ -236,26 +236,7 @@ void ExpectReadingOrder(QWidget& window) {
 
 // What a screen of 1366 by 768 pixels leaves below the title and within the frame, with every field in sight.
 TEST_F(ScreensTest, EveryScreenFitsASmallLaptop) {
-  for (const char* screen : {"frmMainEscrowAccounting",
-                             "frmBankSelect",
-                             "frmAbout",
-                             "frmHelp",
-                             "frmEditChecksPost",
-                             "frmPrintChecks",
-                             "frmEditDepositsPost",
-                             "frmEditDepositsClear",
-                             "frmEditWiresPost",
-                             "frmEditVouchersPost",
-                             "frmReconcileAccount",
-                             "frmViewFileLedgers",
-                             "frmViewTrialBalance",
-                             "frmEditUsers",
-                             "frmViewLog",
-                             "frmCopyDatabases",
-                             "frmMaintenance",
-                             "frmPurgeFiles",
-                             "frmCheckXReference",
-                             "frmCheckDatabaseVersion"}) {
+  for (const std::string_view screen : ScreenCatalogue::Names()) {
     const std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
     ASSERT_NE(window, nullptr) << screen;
     window->ensurePolished();
