@@ -1,11 +1,13 @@
 #include "cli/command_line.h"
 
 #include <algorithm>
+#include <iostream>
 
 #include <CLI/CLI.hpp>
 
 #include "cli/commands/command.h"
 #include "cli/office.h"
+#include "cli/parser_words.h"
 #include "core/text.h"
 #include "shell/about.h"
 
@@ -90,21 +92,31 @@ void LetOptionsFallThrough(CLI::App& app) {
   }
 }
 
+// How a person calls the command: "escrowctl bank add".
+std::string CalledAs(const CLI::App& command) {
+  const CLI::App* above = command.get_parent();
+  return (above == nullptr ? "" : CalledAs(*above) + " ") + command.get_name();
+}
+
+int AnswerWrongUsage(const std::string& what, const CLI::App& command, Output& out) {
+  const char* tells = command.get_parent() == nullptr ? " --help lists the commands)" : " --help tells more)";
+  out.Fail(WithoutSigns(what) + " (" + CalledAs(command) + tells);
+  return kWrongUsage;
+}
+
 // What a command line asks for when it is not a command: help, the version, or nothing that can be
 // understood.
-int AnswerWithoutCommand(const CLI::App& app, const CLI::ParseError& error, Output& out) {
+int AnswerWithoutCommand(const CLI::App& app, const CLI::ParseError& error, const CLI::App& command,
+                         Output& out) {
   if (error.get_exit_code() != 0) {
     // A mistyped command is, to the parser, a command that is missing and a word left over.
     const std::vector<std::string> left_over = app.remaining(true);
     const bool mistyped = dynamic_cast<const CLI::RequiredError*>(&error) != nullptr && !left_over.empty();
-    const std::string what = mistyped ? Quoted(left_over.front()) + " is not understood" : error.what();
-    out.Fail(what + " (escrowctl --help lists the commands)");
-    return kWrongUsage;
+    return AnswerWrongUsage(mistyped ? Quoted(left_over.front()) + " is not understood" : error.what(),
+                            command, out);
   }
   const bool version = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
-  const CLI::App* asked = &app;
-  while (!asked->get_subcommands().empty()) asked = asked->get_subcommands().front();
-  const std::string text = version ? app.version() : asked->help();
+  const std::string text = version ? app.version() : app.help();
   out.Set(version ? "version" : "help", text);
   out.Line(text);
   return kDone;
@@ -116,9 +128,18 @@ bool WantsJson(const std::vector<std::string>& arguments) {
   return std::find(arguments.begin(), end, "--json") != end;
 }
 
+// Ends the output. What was done stays done where nobody could be told.
+int Finish(int status, const std::vector<ShownBox>& shown, Output& out) {
+  if (out.Finish(shown)) return status;
+  std::cerr << "escrowctl: The output could not be written whole"
+            << (status == kDone ? ".  What was to be done is done: what was to be posted is posted" : "")
+            << std::endl;
+  return status == kDone ? kRefused : status;
+}
+
 }  // namespace
 
-int RunCommandLine(std::vector<std::string> arguments, std::ostream& stream) {
+int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& stream) {
   Output out(WantsJson(arguments), stream);
   GlobalOptions options;
   RawOptions raw;
@@ -129,26 +150,25 @@ int RunCommandLine(std::vector<std::string> arguments, std::ostream& stream) {
   AddGlobalOptions(app, options, raw);
   AddCommands(app, chosen);
   LetOptionsFallThrough(app);
-  // The parser takes its arguments from the back.
-  std::reverse(arguments.begin(), arguments.end());
-  int status = kDone;
-  std::vector<ShownBox> shown;
+  TakeBracketsBack(app);
+  ParserWords ready = ReadyForParser(app, arguments);
+  if (!ready.wrong.empty()) return Finish(AnswerWrongUsage(ready.wrong, *ready.command, out), {}, out);
+  // The parser takes its words from the back.
+  std::reverse(ready.words.begin(), ready.words.end());
   try {
-    app.parse(arguments);
+    app.parse(ready.words);
   } catch (const CLI::ParseError& error) {
-    status = AnswerWithoutCommand(app, error, out);
-    out.Finish(shown);
-    return status;
+    return Finish(AnswerWithoutCommand(app, error, *ready.command, out), {}, out);
   }
   Understand(raw, options);
   CommandLineBoxes boxes(options.answers);
+  int status = kDone;
   {
     Office office(options, boxes, out);
     status = chosen(office);
     if (status == kDone && !office.ReadWhole()) status = kRefused;
   }
-  out.Finish(boxes.Shown());
-  return status;
+  return Finish(status, boxes.Shown(), out);
 }
 
 }  // namespace tallwick::cli

@@ -8,8 +8,8 @@
 namespace tallwick::cli {
 
 // `arguments` without the program's name. Prints to `stream` (standard output); boxes and errors go to
-// standard error. The exit status: 0 done, 1 refused or failed, 2 wrong usage, 3 the tables could not be
-// opened.
-int RunCommandLine(std::vector<std::string> arguments, std::ostream& stream);
+// standard error. The exit status: 0 done, 1 refused or failed (also where `stream` took no more), 2 wrong
+// usage, 3 the tables could not be opened.
+int RunCommandLine(const std::vector<std::string>& arguments, std::ostream& stream);
 
 }  // namespace tallwick::cli

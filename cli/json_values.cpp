@@ -24,11 +24,29 @@ Json PeriodJson(const Period& period) {
 
 namespace {
 
+// Whether characters are a number, or blank, which counts as zero.
+bool IsFigure(std::string_view text) {
+  if (text.empty()) return true;
+  if (text.front() == '-' || text.front() == '+') text.remove_prefix(1);
+  std::string digits(text);
+  if (const std::size_t point = digits.find('.'); point != std::string::npos) digits.erase(point, 1);
+  return !digits.empty() && IsAllDigits(digits);
+}
+
 Json NumberJson(clsKVRData& store, DataHandle data, const FieldProperties& field, FieldHandle handle) {
+  const bool binary = field.type == 'B' || field.type == 'I';
+  const std::string stored(binary ? "" : Trim(store.GetNumberFieldRawValueByPointer(data, handle)));
+  // More decimals than money has come from other programs' tables.
+  if (!IsFigure(stored) || (!binary && field.decimals > 4)) return stored;
   if (field.type != 'B' && field.decimals == 0) return store.GetIntegerByPointer(data, handle);
-  // More decimals than money has come from other programs' tables: their digits are given as they are.
-  if (field.decimals > 4) return Trim(store.GetNumberFieldRawValueByPointer(data, handle));
-  return MoneyText(store.GetCurrencyFieldValueByPointer(data, handle));
+  const Currency amount = store.GetCurrencyFieldValueByPointer(data, handle);
+  return amount.IsValid() || binary ? MoneyText(amount) : stored;
+}
+
+Json DateJson(clsKVRData& store, DataHandle data, FieldHandle handle) {
+  const Date date = store.GetDateByPointer(data, handle);
+  return date.IsEmpty() ? std::string(Trim(store.GetStringFieldRawValueByPointer(data, handle)))
+                        : IsoDate(date);
 }
 
 }  // namespace
@@ -42,7 +60,7 @@ Json FieldJson(clsKVRData& store, DataHandle data, const FieldProperties& field,
     case 'I':
       return NumberJson(store, data, field, handle);
     case 'D':
-      return IsoDate(store.GetDateByPointer(data, handle));
+      return DateJson(store, data, handle);
     case 'L':
       return store.GetBooleanFieldValueByPointer(data, handle);
     case 'M':

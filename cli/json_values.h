@@ -21,7 +21,7 @@ Json PeriodJson(const Period& period);
 enum class Trimming { kRight, kBoth };
 
 // One field of the current record: texts as text, whole numbers as numbers, other numbers as money, dates,
-// logicals.
+// logicals. A number or a date that is damaged is given as the characters that are stored.
 Json FieldJson(clsKVRData& store, DataHandle data, const FieldProperties& field, Trimming trimming);
 // All of them under their names.
 Json RecordJson(clsKVRData& store, DataHandle data, const std::vector<FieldProperties>& fields,

@@ -2,8 +2,10 @@
 #include <new>
 
 #include "cli/command_line.h"
+#include "cli/terminal.h"
 
 int main(int count, char** values) {
+  tallwick::cli::KeepStandardStreams();
   std::ios::sync_with_stdio(false);
   try {
     return tallwick::cli::RunCommandLine({values + 1, values + count}, std::cout);

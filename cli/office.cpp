@@ -12,6 +12,7 @@
 #include "shell/rights.h"
 #include "shell/start_up.h"
 #include "tables/bank_table.h"
+#include "tables/bank_tables.h"
 
 namespace tallwick::cli {
 
@@ -123,6 +124,22 @@ Session* Office::OpenBank() {
     return session;
   }
   return Refused("There is no bank " + Quoted(options_.bank) + " that this user may work with", kRefused);
+}
+
+bool Office::BankTablesAreThere() {
+  BankTables tables(application_->TheSession().Home());
+  const std::array<TableBase*, 5> all = tables.All();
+  return std::all_of(all.begin(), all.end(), [this](TableBase* table) {
+    return table->Exists(application_->TheSession().BankCode());
+  });
+}
+
+std::unique_ptr<Form> Office::MakeScreen(std::string_view screen, std::string_view mode) {
+  std::unique_ptr<Form> form = Screens().Make(screen, mode);
+  if (form) return form;
+  const bool opened = application_->TheSession().Data().OpenErrorCode() == 0 && BankTablesAreThere();
+  status_ = opened ? kRefused : kNoTables;
+  return nullptr;
 }
 
 std::optional<std::int32_t> Office::BankAccountingDay() {

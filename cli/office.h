@@ -58,6 +58,9 @@ class Office {
   void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }
   // The screens exist once Open has succeeded.
   ScreenCatalogue& Screens() { return application_->Screens(); }
+  // A screen for a command. Null after a message; Status() then says whether it was refused, or a table could
+  // not be opened.
+  std::unique_ptr<Form> MakeScreen(std::string_view screen, std::string_view mode);
   // Whether the user of the options may use the right (rights.h), for commands that work past the screens,
   // also where the company cannot be opened. False after a message; Status() then says with what to end.
   bool Granted(int right);
@@ -67,10 +70,10 @@ class Office {
   void ReloadUser();
 
   int Status() const { return status_; }
-  // Says why a command is refused; kRefused.
+  // Says why a command did nothing. The exit status: Status() where that has one already, else kRefused.
   int Refuse(std::string_view why) {
     out_.Fail(why);
-    return kRefused;
+    return status_ != kDone ? status_ : kRefused;
   }
   // False when a table could not be read on, so that what was printed is not all.
   bool ReadWhole() const { return !application_ || !application_->TheSession().Data().HasToldUnreadable(); }
@@ -94,6 +97,7 @@ class Office {
     return {boxes_, files_, clock_, workstation_, nullptr, &SystemMachine(), nullptr, nullptr, sheets_.get()};
   }
   bool HasDataOption();
+  bool BankTablesAreThere();
   // Says what failed and keeps the exit status; always null.
   Session* Refused(std::string_view why, int status);
 

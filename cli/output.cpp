@@ -69,18 +69,17 @@ void Output::Fail(std::string_view what) {
   if (error_.empty()) error_ = what;
 }
 
-void Output::Finish(const std::vector<ShownBox>& boxes) {
+bool Output::Finish(const std::vector<ShownBox>& boxes) {
   EndList();
   if (json_) {
     if (!error_.empty()) Set("error", error_);
-    if (!boxes.empty() || !error_.empty()) {
-      Json messages = Json::array();
-      for (const ShownBox& shown : boxes) messages.push_back(BoxJson(shown));
-      Set("messages", messages);
-    }
-    stream_ << (started_ ? "}\n" : "{}\n");
+    Json messages = Json::array();
+    for (const ShownBox& shown : boxes) messages.push_back(BoxJson(shown));
+    Set("messages", messages);
+    stream_ << "}\n";
   }
   stream_.flush();
+  return !stream_.fail();
 }
 
 std::string TextTable(const std::vector<std::string>& headings, std::string_view alignment,

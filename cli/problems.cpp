@@ -25,7 +25,7 @@ int ReportProblems(const std::vector<CompanyProblem>& problems, Output& out, std
   const bool mendable = std::any_of(problems.begin(), problems.end(),
                                     [](const CompanyProblem& problem) { return problem.IsMendable(); });
   if (mendable) out.Line("escrowctl mend --dry-run says which of them it would mend, and how");
-  out.Fail(std::to_string(problems.size()) + " problems found");
+  out.Fail(std::to_string(problems.size()) + (problems.size() == 1 ? " problem found" : " problems found"));
   return kRefused;
 }
 

@@ -10,6 +10,9 @@ bool TerminalCanAnswer() {
   return _isatty(_fileno(stdin)) != 0 && _isatty(_fileno(stderr)) != 0;
 }
 
+// Here no file gets the place of a standard stream.
+void KeepStandardStreams() {}
+
 void ShowTyping(bool shown) {
   const HANDLE input = GetStdHandle(STD_INPUT_HANDLE);
   DWORD mode = 0;

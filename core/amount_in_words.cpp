@@ -67,7 +67,9 @@ std::string NumberToWords(std::string_view text) {
 std::string AmountInWords(Currency amount) {
   if (!amount.IsValid()) return {};
   if (amount.IsZero()) return "Zero dollars and no cents";
-  const std::string figures = FormatNumber(amount, kFiguresPattern);
+  std::string figures = FormatNumber(amount, kFiguresPattern);
+  // Less than half a cent is written as zero, and keeps its sign here.
+  if (amount.IsNegative() && figures.front() != '-') figures.insert(0, 1, '-');
   const std::string cents = NumberToWords(std::string_view(figures).substr(figures.find('.') + 1));
   return NumberToWords(figures) + " dollars" + (cents.empty() ? " & no cents" : " & " + cents + " cents ");
 }

@@ -219,6 +219,7 @@ void PostingForm::TellFailure(const PostOutcome& outcome, const std::string& mes
 // --- Another workstation was quicker ---
 
 bool PostingForm::TakesNext(std::string_view taken, std::string_view next) {
+  if (any_number_) return true;
   const std::string question = std::string(taken) +
                                " was posted on another workstation in the meantime.\r\nPost this one as " +
                                std::string(next) + " ?";

@@ -46,6 +46,9 @@ class PostingForm : public LookUpForm {
   virtual bool IsPosted() const = 0;
   // Whether the control is the record's key, or a part of it, that key_ holds.
   virtual bool IsKey(const Control&) const { return false; }
+  // Nobody chose the number of the new item: one that was taken since it was proposed gives way to the next
+  // without a question.
+  void TakeAnyNumber() { any_number_ = true; }
 
  protected:
   // Works on the session's selected bank, also when another is selected later. `opener` opens the screens to
@@ -118,7 +121,8 @@ class PostingForm : public LookUpForm {
   void TellFailure(const PostOutcome& outcome, const std::string& message, std::string_view field,
                    std::string_view number);
 
-  // The number was taken by another workstation since it was proposed: asks whether to post under `next`.
+  // The number was taken by another workstation since it was proposed: asks whether to post under `next`,
+  // where any number will not do.
   bool TakesNext(std::string_view taken, std::string_view next);
   // The record was changed elsewhere since it was loaded: `show_theirs` puts what is stored now into the
   // entries, and the user is shown both. Of one's own only what was changed is saved over it; that is not
@@ -181,6 +185,7 @@ class PostingForm : public LookUpForm {
   const PostingScreen screen_;
   std::vector<std::string> options_;
   Values unchanged_;
+  bool any_number_ = false;
   std::shared_ptr<FileRows> files_ = std::make_shared<FileRows>(session_);
 };
 

@@ -66,14 +66,14 @@ void AddBankCommands(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<BankArguments>();
   const auto add = [&](const char* name, const char* what, int (*run)(Office&, const BankArguments&)) {
     CLI::App* command = bank->add_subcommand(name, what);
-    command->add_option("CODE", arguments->code)->required();
+    command->add_option("CODE", arguments->code, "Code of the bank, up to 8 characters")->required();
     Choose(command, chosen, arguments, run);
     return command;
   };
   add("add", "Adds a bank and makes its tables", Change<AddBankAccount>)
-      ->add_option("FIELD=VALUE", arguments->values);
+      ->add_option("FIELD=VALUE", arguments->values, "Fields of ESCROW_BANKS");
   add("set", "Changes fields of a bank", Change<ChangeBankAccount>)
-      ->add_option("FIELD=VALUE", arguments->values)
+      ->add_option("FIELD=VALUE", arguments->values, "Fields of ESCROW_BANKS; what is not named stays")
       ->required();
   add("show", "A bank's fields", Show);
   Choose(bank->add_subcommand("list", "The banks that the user may look at, by name"), chosen, List);

@@ -111,6 +111,7 @@ int Next(Office& office, const CheckArguments& arguments) {
   }
   const CheckNumbering numbering =
       ReadCheckNumbering(*checks, session.Files(), session.DataPath(), session.BankCode());
+  if (!office.ReadWhole()) return kRefused;
   if (!numbering.problem.empty()) return office.Refuse(numbering.problem);
   const std::string next = numbering.Proposal();
   office.Out().Set("next", next);
@@ -172,8 +173,7 @@ constexpr EntryOption kPostOptions[] = {
     {"--tin", "txtTIN", false, "Payee's taxpayer number"},
     {"--control", "txtCheckControl", false, "Control number"},
 };
-constexpr EntryOption kStatement = {"--stmt", "txtCheckStmtPeriod", false,
-                                    "Statement period; the bank's accounting period where none is given"};
+constexpr EntryOption kStatement = {"--stmt", "txtCheckStmtPeriod", true, "Statement period"};
 constexpr EntryOption kStatusOptions[] = {{"--reason", "txtCheckReason", true, "Reason"}, kStatement};
 
 using Runner = int (*)(Office&, const CheckArguments&);
@@ -183,7 +183,7 @@ std::shared_ptr<CheckArguments> AddCommand(CLI::App& check, Action& chosen, cons
                                            std::span<const EntryOption> options = {}) {
   CLI::App* command = check.add_subcommand(name, help);
   auto arguments = std::make_shared<CheckArguments>();
-  command->add_option("NUMBER", arguments->number)->required();
+  command->add_option("NUMBER", arguments->number, "Number of the check")->required();
   AddEntryOptions(*command, options, arguments->entries);
   Choose(command, chosen, arguments, run);
   return arguments;
@@ -228,7 +228,7 @@ void AddCheckCommands(CLI::App& app, Action& chosen) {
   AddChange<kClear>(*check, chosen, std::span(&kStatement, 1));
   AddChange<kOutstanding>(*check, chosen);
   const auto renumber = AddChange<kRenumber>(*check, chosen);
-  check->get_subcommand("renumber")->add_option("NEW", renumber->new_number)->required();
+  check->get_subcommand("renumber")->add_option("NEW", renumber->new_number, "Its new number")->required();
   AddCommand(*check, chosen, "remove", "Removes a check and its cross-reference", Remove);
   CLI::App* next = check->add_subcommand("next", "The number that the next check gets");
   auto arguments = std::make_shared<CheckArguments>();

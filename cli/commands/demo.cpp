@@ -55,7 +55,8 @@ void AddDemoCommand(CLI::App& app, Action& chosen) {
   CLI::App* demo = app.add_subcommand("demo", "Fills an empty data path with a believable company");
   demo->add_option("--files", arguments->files, "Escrow files (500 unless said)")
       ->check(CLI::Range(1, kMostFiles));
-  demo->add_option("--seed", arguments->seed, "The same seed and day give the same company");
+  demo->add_option("--seed", arguments->seed, "The same seed and day give the same company")
+      ->check(CLI::NonNegativeNumber);
   Choose(demo, chosen, arguments, Demo);
 }
 

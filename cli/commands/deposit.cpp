@@ -12,6 +12,7 @@ namespace {
 struct DepositArguments {
   std::string dated;
   std::string sequence;
+  bool sequence_given = false;
   std::string period;
   std::vector<std::string> items;  // FILE:AMOUNT:SOURCE
   std::vector<int> wire_ins;       // item numbers
@@ -42,7 +43,7 @@ void AddItem(const std::string& item, int row, std::vector<TypedEntry>* entries)
 
 std::vector<TypedEntry> EntriesOf(const DepositArguments& arguments) {
   std::vector<TypedEntry> entries = {{"txtDepositDated", arguments.dated}};
-  if (!arguments.sequence.empty()) entries.push_back({"txtDateSequence", arguments.sequence});
+  if (arguments.sequence_given) entries.push_back({"txtDateSequence", arguments.sequence});
   entries.push_back({"txtDepositAcctPeriod", arguments.period});
   int row = 0;
   for (const std::string& item : arguments.items) AddItem(item, ++row, &entries);
@@ -57,8 +58,9 @@ int Post(Office& office, const DepositArguments& arguments) {
   if (arguments.items.size() > kDepositItems)
     return office.Refuse("A deposit holds " + std::to_string(kDepositItems) + " items, and " +
                          std::to_string(arguments.items.size()) + " were given");
-  const ScreenOutcome outcome =
-      PostOnScreen(office, {.screen = "frmEditDepositsPost", .only_new = true}, EntriesOf(arguments));
+  const ScreenUse use{
+      .screen = "frmEditDepositsPost", .only_new = true, .any_number = !arguments.sequence_given};
+  const ScreenOutcome outcome = PostOnScreen(office, use, EntriesOf(arguments));
   const std::string& key = outcome.key;
   const bool found = key.size() > 8 && deposits->SeekDeposit(key.substr(0, 8), key.substr(8));
   return ShowPosted(office, *deposits, outcome, found, NameOf(arguments));
@@ -121,7 +123,8 @@ void AddPost(CLI::App& deposit, Action& chosen) {
   CLI::App* post = deposit.add_subcommand("post", "Posts a deposit through the deposit screen");
   auto arguments = std::make_shared<DepositArguments>();
   post->add_option("--dated", arguments->dated, "Date posted, MM/DD/YYYY")->required();
-  post->add_option("--seq", arguments->sequence, "Sequence within the date; the next one unless said");
+  post->add_option("--seq", arguments->sequence, "Sequence within the date; the next one unless said")
+      ->each([arguments](const std::string&) { arguments->sequence_given = true; });
   post->add_option("--period", arguments->period, "Accounting period in the bank's form")->required();
   post->add_option("--item", arguments->items, "FILE:AMOUNT:SOURCE of each item, up to 15")->required();
   post->add_option("--wire-in", arguments->wire_ins, "Numbers of the items whose money came by wire")

@@ -10,6 +10,8 @@ namespace tallwick::cli {
 
 namespace {
 
+constexpr std::string_view kUtf8Mark = "\xEF\xBB\xBF";  // begins texts that some editors keep
+
 struct DriveArguments {
   std::string script;  // "" = standard input
   std::string pdf;     // what the screens print; "" = they cannot print
@@ -24,6 +26,7 @@ int PlayAll(Office& office, std::istream& script) {
     ScriptPlayer player(office, tell);
     std::string line;
     for (int number = 1; std::getline(script, line); ++number) {
+      if (number == 1 && line.starts_with(kUtf8Mark)) line.erase(0, kUtf8Mark.size());
       if (!line.empty() && line.back() == '\r') line.pop_back();
       if (Trim(line).empty()) continue;
       tell("> " + line);

@@ -35,7 +35,7 @@ int LookUp(Office& office, const FileArguments& arguments) {
 void AddFileCommand(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<FileArguments>();
   CLI::App* file = app.add_subcommand("file", "Banks and counts of an escrow file");
-  file->add_option("FILENO", arguments->file_number)->required();
+  file->add_option("FILENO", arguments->file_number, "Escrow file number")->required();
   Choose(file, chosen, arguments, LookUp);
 }
 

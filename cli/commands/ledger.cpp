@@ -84,7 +84,7 @@ int Ledger(Office& office, const LedgerArguments& arguments) {
 void AddLedgerCommand(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<LedgerArguments>();
   CLI::App* ledger = app.add_subcommand("ledger", "The ledger of an escrow file");
-  ledger->add_option("FILENO", arguments->file_number)->required();
+  ledger->add_option("FILENO", arguments->file_number, "Escrow file number")->required();
   AddReportOptions(ledger, arguments->paths);
   Choose(ledger, chosen, arguments, Ledger);
 }

@@ -42,7 +42,7 @@ void AddPeriodCommand(CLI::App& app, Action& chosen) {
   period->require_subcommand(1);
   auto arguments = std::make_shared<PeriodArguments>();
   CLI::App* parse = period->add_subcommand("parse", "Reads a period: 3/15/2024, 3-2024, 3 15 24");
-  parse->add_option("TEXT", arguments->text)->required();
+  parse->add_option("TEXT", arguments->text, "What a person would type")->required();
   parse
       ->add_option("--form", arguments->form,
                    "month or date; left out, the form of --bank, and date where no bank is named")

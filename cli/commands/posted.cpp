@@ -64,9 +64,10 @@ bool UseAll(Form& form, std::span<const TypedEntry> entries) {
 }  // namespace
 
 ScreenOutcome PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries) {
-  const std::unique_ptr<Form> form = office.Screens().Make(use.screen, use.mode);
-  const auto* posting = dynamic_cast<const PostingForm*>(form.get());
+  const std::unique_ptr<Form> form = office.MakeScreen(use.screen, use.mode);
+  auto* posting = dynamic_cast<PostingForm*>(form.get());
   if (posting == nullptr) return {};
+  if (use.any_number) posting->TakeAnyNumber();
   form->Opened();
   const auto behind_key = std::find_if_not(entries.begin(), entries.end(), [&](const TypedEntry& entry) {
     const Control* control = form->Find(entry.control, entry.index);
@@ -113,6 +114,9 @@ int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outc
 
 int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
                    bool posted) {
+  // Who gives the command has answered whether it shall be removed. Only a number zero, which the screen
+  // offers for removal as soon as it is looked up, is asked about.
+  if (!use.press.empty()) office.Boxes().QueueAnswer(BoxAnswer::kYes);
   const bool removed = posted && !PostOnScreen(office, use, {number}).key.empty();
   office.Out().Set("removed", removed);
   if (removed) {

@@ -53,6 +53,8 @@ struct ScreenUse {
   // Nothing is done where the key shows a posted record: the screen would change it, and a command that posts
   // must not. The entries of the key stand first.
   bool only_new = false;
+  // Nobody named a number: one that another workstation takes meanwhile gives way to the next.
+  bool any_number = false;
 };
 struct ScreenOutcome {
   std::string key;     // of what was posted; "" when the screen refused or could not be opened

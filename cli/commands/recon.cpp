@@ -27,10 +27,10 @@ std::unique_ptr<FrmReconcileAccount> OpenReconcile(Office& office, int* status) 
     *status = office.Status();
     return nullptr;
   }
-  std::unique_ptr<Form> form = office.Screens().Make(kScreen, {});
+  std::unique_ptr<Form> form = office.MakeScreen(kScreen, {});
   if (dynamic_cast<FrmReconcileAccount*>(form.get()) == nullptr) {
     office.Out().Fail("The reconcile screen could not be opened");
-    *status = kRefused;
+    *status = office.Status();
     return nullptr;
   }
   std::unique_ptr<FrmReconcileAccount> owned(static_cast<FrmReconcileAccount*>(form.release()));
@@ -79,10 +79,14 @@ void ShowResults(Output& out, FrmReconcileAccount& screen) {
     out.Line(note);
   }
   out.Set("proof", screen.Find("lblProof")->caption);
-  out.Set("status", screen.Find("lblStatus")->caption);
+  const std::string_view status = results.IsBalanced() ? kReconBalanced : kReconNotBalanced;
+  out.Set("status", status);
   out.Set("updated", screen.IsUpdated());
   out.Line(TextTable({"Reconciliation", "Amount"}, "<>", rows));
   out.Line(screen.Find("lblProof")->caption);
+  out.Line(status);
+  if (!screen.IsUpdated()) return;
+  out.Set("update", screen.Find("lblStatus")->caption);
   out.Line(screen.Find("lblStatus")->caption);
 }
 

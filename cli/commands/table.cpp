@@ -108,12 +108,32 @@ int Dump(Office& office, const TableArguments& arguments) {
   return code < 0 ? table.Failed("could not be read to its end", code) : kDone;
 }
 
+// Characters of the field with which the tag's keys begin; 0 where that holds no characters.
+std::size_t WidthOfFirstField(clsKVRData& store, DataHandle data, const std::string& tag_name) {
+  const std::optional<TagProperties> tag = store.GetTagProperties(data, tag_name);
+  if (!tag) return 0;
+  const std::string& expression = tag->expression;
+  const std::size_t open = expression.find('(');
+  const std::size_t first = open < expression.find('+') ? open + 1 : 0;
+  const std::string name(Trim(expression.substr(first, expression.find_first_of("+),", first) - first)));
+  for (const FieldProperties& field : store.FieldList(data))
+    if (field.type == 'C' && EqualsIgnoreCase(field.name, name)) return static_cast<std::size_t>(field.width);
+  return 0;
+}
+
+// Counted numbers are stored right-aligned: one that is not found as it was typed is sought as it is stored.
+int SeekTyped(clsKVRData& store, DataHandle data, const std::string& tag, const std::string& key) {
+  const int code = store.SeekDatabase(data, key);
+  if (code <= 0 || !IsAllDigits(key)) return code;
+  return store.SeekDatabase(data, PadLeft(key, WidthOfFirstField(store, data, tag)));
+}
+
 int Seek(Office& office, const TableArguments& arguments) {
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
   clsKVRData& store = table.Store();
   if (!SelectTag(office, table, arguments.tag)) return kRefused;
-  const int code = store.SeekDatabase(table.Data(), arguments.key);
+  const int code = SeekTyped(store, table.Data(), arguments.tag, arguments.key);
   if (code < 0) return table.Failed("cannot be sought for this key", code);
   const bool found = code == 0;
   const std::int32_t record = found ? store.CurrentRecord(table.Data()) : 0;
@@ -171,9 +191,12 @@ int ChangeRecord(Office& office, OpenTable& table, std::int32_t record, Change c
     return office.Refuse("There is no record " + std::to_string(record));
   const int found = store.GoToRecordNo(table.Data(), record);
   if (found != 0) return table.Failed("could not be read", found);
-  if (!store.LockTheRecord(table.Data()))
+  if (!store.LockTheRecord(table.Data())) {
+    const int refused = store.LastErrorCode();
+    if (refused != engine::kLocked) return table.Failed("cannot be changed", refused);
     return office.Refuse("Record " + std::to_string(record) +
                          " is in use at another workstation.  Try again when it is free");
+  }
   const std::unique_ptr<BankTrail> trail = TrailOf(office, table);
   const std::string problem = change();
   const int code = problem.empty() ? store.WriteTheRecord(table.Data()) : 0;
@@ -223,6 +246,8 @@ int WithExclusive(Office& office, const TableArguments& arguments, std::string_v
 }
 
 int Reindex(Office& office, const TableArguments& arguments) {
+  // Who gives the command has answered whether a damaged index shall be rebuilt.
+  office.Boxes().QueueAnswer(BoxAnswer::kYes);
   return WithExclusive(office, arguments, "could not be indexed again",
                        [](clsKVRData& store, DataHandle data) { return store.ReindexDatabase(data); });
 }
@@ -240,24 +265,25 @@ void AddTableCommands(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<TableArguments>();
   const auto add = [&](const char* name, const char* what, int (*run)(Office&, const TableArguments&)) {
     CLI::App* command = table->add_subcommand(name, what);
-    command->add_option("FILE", arguments->file)->required();
+    command->add_option("FILE", arguments->file, "Path of the table, or its name in the data folder")
+        ->required();
     Choose(command, chosen, arguments, run);
     return command;
   };
   add("info", "Fields, tags and number of records", Info);
   CLI::App* dump = add("dump", "Every record, in record order or in a tag's", Dump);
-  dump->add_option("--tag", arguments->tag);
+  dump->add_option("--tag", arguments->tag, "In the order of this tag; of the records where none is named");
   dump->add_flag("--deleted", arguments->deleted, "Deleted records too");
   CLI::App* seek = add("seek", "The first record with a key, or with the beginning of one", Seek);
-  seek->add_option("TAG", arguments->tag)->required();
-  seek->add_option("KEY", arguments->key)->required();
+  seek->add_option("TAG", arguments->tag, "Tag in which the key is sought")->required();
+  seek->add_option("KEY", arguments->key, "The key, or the beginning of one")->required();
   CLI::App* append = add("append", "Adds a record", Append);
-  append->add_option("FIELD=VALUE", arguments->values);
+  append->add_option("FIELD=VALUE", arguments->values, "Fields; what is not named is blank");
   CLI::App* set = add("set", "Changes fields of a record", Set);
-  set->add_option("RECNO", arguments->record)->required();
-  set->add_option("FIELD=VALUE", arguments->values)->required();
+  set->add_option("RECNO", arguments->record, "Number of the record, from 1")->required();
+  set->add_option("FIELD=VALUE", arguments->values, "Fields; what is not named stays")->required();
   CLI::App* remove = add("delete", "Marks a record as deleted", Delete);
-  remove->add_option("RECNO", arguments->record)->required();
+  remove->add_option("RECNO", arguments->record, "Number of the record, from 1")->required();
   add("verify", "Every tag against the table", Verify);
   add("reindex", "Builds every tag anew", Reindex);
   add("pack", "Takes deleted records out for good", Pack);

@@ -221,7 +221,7 @@ void AddUserCommands(CLI::App& app, Action& chosen) {
   auto arguments = std::make_shared<UserArguments>();
   const auto add = [&](const char* name, const char* what, int (*run)(Office&, const UserArguments&)) {
     CLI::App* command = user->add_subcommand(name, what);
-    command->add_option("LOGIN", arguments->login)->required();
+    command->add_option("LOGIN", arguments->login, "Login of the user")->required();
     Choose(command, chosen, arguments, run);
     return command;
   };
@@ -229,7 +229,9 @@ void AddUserCommands(CLI::App& app, Action& chosen) {
   AddUserOptions(add("set", "Changes a user; what is not named stays", Set), *arguments, false);
   add("show", "A user's record and banks", Show);
   add("delete", "Deletes a user", Delete);
-  add("right", "Whether a user may use a right", TestRight)->add_option("N", arguments->right)->required();
+  add("right", "Whether a user may use a right", TestRight)
+      ->add_option("N", arguments->right, "Number of the right, from 1")
+      ->required();
   Choose(user->add_subcommand("list", "Every user"), chosen, List);
   Choose(user->add_subcommand("reset-passwords", "Makes every user choose a new password"), chosen,
          ResetPasswords);

@@ -13,6 +13,7 @@ namespace {
 
 struct VoucherArguments {
   std::string number;
+  bool number_given = false;
   std::vector<TypedEntry> entries;
   std::string status;
 };
@@ -23,12 +24,13 @@ int Post(Office& office, const VoucherArguments& arguments) {
   if (!vouchers) return status;
   std::vector<TypedEntry> entries;
   // Without a number the screen's proposal stands.
-  if (!arguments.number.empty()) entries.push_back({"txtVCHRNumber", arguments.number});
+  if (arguments.number_given) entries.push_back({"txtVCHRNumber", arguments.number});
   entries.insert(entries.end(), arguments.entries.begin(), arguments.entries.end());
-  const ScreenOutcome outcome =
-      PostOnScreen(office, {.screen = "frmEditVouchersPost", .only_new = true}, entries);
+  const ScreenUse use{
+      .screen = "frmEditVouchersPost", .only_new = true, .any_number = !arguments.number_given};
+  const ScreenOutcome outcome = PostOnScreen(office, use, entries);
   return ShowPosted(office, *vouchers, outcome, !outcome.key.empty() && vouchers->SeekNumber(outcome.key),
-                    arguments.number.empty() ? "The voucher" : "Voucher " + Quoted(arguments.number));
+                    arguments.number_given ? "Voucher " + Quoted(arguments.number) : "The voucher");
 }
 
 int Show(Office& office, const VoucherArguments& arguments) {
@@ -74,6 +76,7 @@ int Next(Office& office) {
   Session& session = *office.Open();
   const std::optional<BankRecord> bank = session.Company().banks.Find(session.BankCode());
   const std::int64_t next = NextVoucherNumber(*vouchers, bank ? bank->last_voucher : 0);
+  if (!office.ReadWhole()) return kRefused;
   office.Out().Set("next", next);
   office.Out().Line(std::to_string(next));
   return kDone;
@@ -95,15 +98,16 @@ void AddVoucherCommands(CLI::App& app, Action& chosen) {
   voucher->require_subcommand(1);
   CLI::App* post = voucher->add_subcommand("post", "Posts a voucher through the voucher screen");
   auto posted = std::make_shared<VoucherArguments>();
-  post->add_option("NUMBER", posted->number, "The next number unless said");
+  post->add_option("NUMBER", posted->number, "Number of the voucher; the next one unless said")
+      ->each([posted](const std::string&) { posted->number_given = true; });
   AddEntryOptions(*post, kPostOptions, posted->entries);
   Choose(post, chosen, posted, Post);
   auto arguments = std::make_shared<VoucherArguments>();
   CLI::App* show = voucher->add_subcommand("show", "A voucher's fields");
-  show->add_option("NUMBER", arguments->number)->required();
+  show->add_option("NUMBER", arguments->number, "Number of the voucher")->required();
   Choose(show, chosen, arguments, Show);
   CLI::App* remove = voucher->add_subcommand("remove", "Removes an unused voucher and its cross-reference");
-  remove->add_option("NUMBER", arguments->number)->required();
+  remove->add_option("NUMBER", arguments->number, "Number of the voucher")->required();
   Choose(remove, chosen, arguments, Remove);
   CLI::App* list = voucher->add_subcommand("list", "Posted vouchers");
   list->add_option("--status", arguments->status, "Only those with this status: O or C")

@@ -101,7 +101,7 @@ void AddWithNumber(CLI::App& wire, Action& chosen, const char* name, const char*
                    std::span<const EntryOption> options, int (*run)(Office&, const WireArguments&)) {
   CLI::App* command = wire.add_subcommand(name, what);
   auto arguments = std::make_shared<WireArguments>();
-  command->add_option("NUMBER", arguments->number)->required();
+  command->add_option("NUMBER", arguments->number, "Number of the wire")->required();
   AddEntryOptions(*command, options, arguments->entries);
   Choose(command, chosen, arguments, run);
 }

@@ -8,6 +8,12 @@
 
 namespace tallwick::cli {
 
+namespace {
+
+constexpr std::size_t kLongestError = 300;
+
+}  // namespace
+
 // One screen of the stack, and the face that its form talks to.
 class ScriptPlayer::Screen : public Form::Face {
  public:
@@ -45,8 +51,11 @@ ScriptPlayer::~ScriptPlayer() {
   while (!screens_.empty()) screens_.pop_back();
 }
 
+// What a line holds may be of any length, and the transcript has it already.
 bool ScriptPlayer::Fail(std::string why) {
-  error_ = std::move(why);
+  std::size_t end = std::min(why.size(), kLongestError);
+  while (end < why.size() && (why[end] & 0xC0) == 0x80) --end;
+  error_ = end == why.size() ? std::move(why) : why.substr(0, end) + "...";
   return false;
 }
 
@@ -100,8 +109,10 @@ bool ScriptPlayer::OpenStep(const Step& step) {
   if (!ScreenCatalogue::Knows(step.text)) return Fail("there is no screen " + Quoted(step.text));
   if (!ScreenCatalogue::Knows(step.text, step.mode))
     return Fail(step.text + " has no mode " + Quoted(step.mode));
-  Session* session = office_.Options().bank.empty() ? office_.Open() : office_.OpenBank();
-  if (session == nullptr) return Fail("the company could not be opened");
+  if (office_.Open() == nullptr) return Fail("the company could not be opened");
+  const std::string& bank = office_.Options().bank;
+  if (!bank.empty() && office_.OpenBank() == nullptr)
+    return Fail("the bank " + Quoted(bank) + " is not selected");
   // A refusal to open has shown its box, which is all that a clerk would see.
   if (std::unique_ptr<Form> form = office_.Screens().Make(step.text, step.mode)) Push(std::move(form));
   return true;

@@ -48,6 +48,16 @@ std::string ReadNothing(std::string_view rest, Step&) {
   return Trim(rest).empty() ? "" : "nothing may follow";
 }
 
+std::string ReadLogin(std::string_view rest, Step& step) {
+  step.text = Trim(rest);
+  return {};
+}
+
+std::string ReadName(std::string_view rest, Step& step) {
+  step.text = Trim(rest);
+  return step.text.empty() ? "a name must follow" : "";
+}
+
 std::string ReadWord(std::string_view rest, Step& step) {
   step.text = Trim(rest);
   if (step.text.empty()) return "a name must follow";
@@ -127,9 +137,9 @@ struct Grammar {
 
 constexpr std::array<Grammar, 16> kGrammar{{
     {"today", Verb::kToday, ReadToday},
-    {"user", Verb::kUser, ReadWord},
+    {"user", Verb::kUser, ReadLogin},
     {"security", Verb::kSecurity, ReadSecurity},
-    {"bank", Verb::kBank, ReadWord},
+    {"bank", Verb::kBank, ReadName},
     {"answer", Verb::kAnswer, ReadAnswer},
     {"open", Verb::kOpen, ReadScreen},
     {"close", Verb::kClose, ReadNothing},

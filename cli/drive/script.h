@@ -1,7 +1,7 @@
 // The lines of a drive script, read one at a time.
 //
 //   # ...                              comment
-//   today YYYY-MM-DD [HH:MM:SS]        user LOGIN       security on|off       bank CODE
+//   today YYYY-MM-DD [HH:MM:SS]        user [LOGIN]     security on|off       bank CODE
 //   answer OK|Cancel|Yes|No|Retry
 //   open SCREEN [MODE]                 close
 //   set CONTROL[(INDEX)] VALUE         VALUE is the rest of the line as it stands, and may be empty
@@ -10,8 +10,8 @@
 //   click CONTROL   menu CONTROL       key NAME         leave
 //   show CONTROL[(INDEX)]...
 //
-// An index stands in parentheses directly behind the name. A line is one step or it is wrong; there is no
-// nesting.
+// LOGIN and CODE are the rest of the line without blanks around it. An index stands in parentheses directly
+// behind the name. A line is one step or it is wrong; there is no nesting.
 #pragma once
 
 #include <optional>

@@ -46,10 +46,10 @@ bool ShowsCaption(const Control& control) {
 }
 
 std::string_view CheckedWord(const Control& control) {
-  const bool has_state = control.kind == ControlKind::kCheck || control.kind == ControlKind::kOption;
-  if (control.value == 1) return has_state || control.kind == ControlKind::kMenu ? " (checked)" : "";
-  if (!has_state) return "";
-  return control.value == 0 ? " (unchecked)" : " (grayed)";
+  const bool is_box = control.kind == ControlKind::kCheck || control.kind == ControlKind::kOption;
+  if (!is_box && control.kind != ControlKind::kMenu) return "";
+  if (control.value == 1) return " (checked)";
+  return is_box && control.value != 0 ? " (grayed)" : "";
 }
 
 }  // namespace
@@ -66,8 +66,8 @@ std::string ControlLine(const Control& control) {
   if (rows) line += (line.back() == ' ' ? "" : " ") + std::to_string(RowCount(control)) + " rows";
   if (control.kind == ControlKind::kCheckList)
     line += ", " + std::to_string(std::count(control.marks.begin(), control.marks.end(), true)) + " checked";
-  line += CheckedWord(control);
   if (!control.enabled) line += " (disabled)";
+  line += CheckedWord(control);
   if (!control.visible) line += " (hidden)";
   return line;
 }
@@ -78,8 +78,7 @@ std::string RowLine(const Control& control, int row) {
   if (row < 1 || place >= RowCount(control)) return name + "no row";
   const bool marked = control.kind == ControlKind::kCheckList;
   if (!control.source)
-    return name + QuotedText(control.rows[place]) +
-           (marked ? control.marks[place] ? " (checked)" : " (unchecked)" : "");
+    return name + QuotedText(control.rows[place]) + (marked && control.marks[place] ? " (checked)" : "");
   std::string cells;
   for (const std::string& cell : control.source->Row(place)) cells += (cells.empty() ? "" : " | ") + cell;
   return name + QuotedText(cells);

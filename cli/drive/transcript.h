@@ -15,8 +15,9 @@ std::string QuotedText(std::string_view text);
 std::string BoxLine(const ShownBox& shown);
 // Rows of a list or a grid.
 std::size_t RowCount(const Control& control);
-// cmdOk = "P&ost Check" (disabled): value or caption, then the states that are out of the ordinary. A check
-// box or an option tells whether it is checked, a list how many rows it has, a grid only that.
+// cmdOk = "P&ost Check" (disabled): value or caption, directly behind it that it is disabled, then the other
+// states that are out of the ordinary: checked, grayed, hidden. A list tells how many rows it has, a grid
+// only that.
 std::string ControlLine(const Control& control);
 // Row `row` (from 1) of a list or a grid: lstBankNames(1) = "First   (1)", a grid's cells parted by " | ".
 std::string RowLine(const Control& control, int row);

@@ -50,8 +50,10 @@ TEST_F(TableCommand, AppendsChangesSeeksAndDumps) {
   EXPECT_EQ(ordered[1]["CHXAMOUNT"], "-0.01");
   EXPECT_EQ(ordered[2]["CHXDATED"], "2024-03-17");
 
-  EXPECT_EQ(Do("table seek ESCROW_CHECKS_FNT CHXPAYEE PE"), Json::parse(R"({"found":true,"recno":1})"));
-  EXPECT_EQ(Do("table seek ESCROW_CHECKS_FNT CHXPAYEE PEX"), Json::parse(R"({"found":false,"recno":0})"));
+  EXPECT_EQ(Do("table seek ESCROW_CHECKS_FNT CHXPAYEE PE"),
+            Json::parse(R"({"found":true,"recno":1,"messages":[]})"));
+  EXPECT_EQ(Do("table seek ESCROW_CHECKS_FNT CHXPAYEE PEX"),
+            Json::parse(R"({"found":false,"recno":0,"messages":[]})"));
   EXPECT_EQ(Do("table seek '" + escrowctl_.Data("ESCROW_CHECKS_FNT.DBF") + "' CHXDATED 20240317")["recno"],
             3);
 
@@ -147,6 +149,19 @@ TEST_F(TableCommand, OpensNoDamagedTable) {
   EXPECT_TRUE(broken.Json().contains("error"));
 }
 
+// What is damaged is shown as it stands, and a table that may not be written says so.
+TEST_F(TableCommand, ShowsWhatIsStoredAndWhyItStays) {
+  Do("table append ESCROW_CHECKS_FNT CHXNUMBER=1 CHXDATED=2024-03-15 CHXAMOUNT=12345.67 CHXACCTMO=10");
+  std::string table = ReadWhole(escrowctl_.Data("ESCROW_CHECKS_FNT.DBF"));
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("20240315"), "20241399");
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("12345.67"), "  1e3   ");
+  Patch("ESCROW_CHECKS_FNT.DBF", table.find("10", table.find("12345.67")), "**");
+  const Json record = Do("table dump ESCROW_CHECKS_FNT")["records"][0];
+  EXPECT_EQ(record["CHXDATED"], "20241399");
+  EXPECT_EQ(record["CHXAMOUNT"], "1e3");
+  EXPECT_EQ(record["CHXACCTMO"], "**");
+}
+
 // A record that disagrees with its tag must neither count in a ledger nor send its walk round and round.
 TEST_F(TableCommand, LedgerOfADamagedTableIsRefused) {
   for (int number = 1; number <= 3; ++number)
@@ -177,7 +192,7 @@ TEST_F(TableCommand, VerifyHoldsTheCompanyTogether) {
   const char* const kPost =
       "--bank FNT check post 1 --dated 3/15/2024 --payee P --amount 5 --file 24-1 --period 3/2024";
   ASSERT_EQ(escrowctl_.Run(kPost).status, 0);
-  ASSERT_EQ(Do("verify"), Json::parse(R"({"ok":true,"problems":[]})"));
+  ASSERT_EQ(Do("verify"), Json::parse(R"({"ok":true,"problems":[],"messages":[]})"));
   const struct {
     const char* fault;
     const char* table;

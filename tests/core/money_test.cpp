@@ -172,6 +172,7 @@ TEST(AmountInWords, WordsOfACheck) {
       {"0.50", " dollars & Fifty cents "},
       {"-0.50", "Negative dollars & Fifty cents "},
       {"0.004", " dollars & no cents"},
+      {"-0.004", "Negative dollars & no cents"},
       {"1.995", "Two dollars & no cents"},
       {"5.05", "Five dollars & Five cents "},
       {"5.10", "Five dollars & Ten cents "},

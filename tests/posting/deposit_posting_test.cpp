@@ -251,6 +251,14 @@ TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
       "Deposit 03-15-2024 / 2 was posted on another workstation in the meantime.\r\nPost this one as 3 ?";
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(taken));
   EXPECT_EQ(DepositTotal(*Stored("20240315", "3")), Currency::FromCents(5'00));
+  // A sequence that nobody chose gives way without a question.
+  SetRow(1, "24-0118", "7");
+  other.sequence = "4";
+  ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", other).Done());
+  form_->TakeAnyNumber();
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre());
+  EXPECT_EQ(DepositTotal(*Stored("20240315", "5")), Currency::FromCents(7'00));
 
   // A change since it was loaded is shown beside one's own, and each answer does what it says.
   struct Case {
