@@ -4,7 +4,8 @@
 //
 // Grid changes, which other programs of the suite write, are read too:
 //   [GRID] grdItems was:        the grid's name; "was:" or "now:" says which rows follow. Without the word
-//   the [H] File[C]Source[C]Amount  first block of a grid in an entry is the old one, the second the new one.
+//                               the first block of a grid in an entry is the old one, the second the new one.
+//   [H] File[C]Source[C]Amount  the headings of its columns
 //   24-0117[C]BUYER[C]100.00    cells of a row
 //
 // Texts are the log's own bytes (Windows-1252) and live as long as the log.

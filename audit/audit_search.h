@@ -2,11 +2,9 @@
 //   - reference, login and computer: the entry's text holds the one given, in capitals or not ("104" finds
 //     10452);
 //   - transactions, kinds, controls and grids: the entry has one of those chosen, compared whole, in capitals
-//   or
-//     not; the control "txtAmount" also stands for every member of an array of that name;
+//     or not; the control "txtAmount" also stands for every member of an array of that name;
 //   - dates: on or after the first, on or before the last; one of them may be missing. An entry whose date
-//   cannot
-//     be read meets no dates.
+//     cannot be read meets no dates.
 // A criterion without a value is not in force. An entry must meet all in force, or any one of them; with none
 // in force every entry is found.
 #pragma once

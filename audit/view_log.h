@@ -2,10 +2,10 @@
 // and previews, prints and saves it; and it says whether the log stands as it was written.
 //
 // Controls, in order:
-//   txtLogFile; menu commands mnuFileRefresh, mnuFilePreview, mnuFilePrint, mnuFilePdf, mnuFileProve,
-//   mnuFileExit criteria    cboReferenceNum, cboLogin, cboCompName, lstTXCode, txtFrom, txtTo, lstEntries,
-//   lstControls grids       fraGrids, cboGrids, cmdAddGrid, lstGrids, cmdDeleteGrid, optGridSelect(1..3),
-//   txtGridColumns,
+//   txtLogFile
+//   menu        mnuFileRefresh, mnuFilePreview, mnuFilePrint, mnuFilePdf, mnuFileProve, mnuFileExit
+//   criteria    cboReferenceNum, cboLogin, cboCompName, lstTXCode, txtFrom, txtTo, lstEntries, lstControls
+//   grids       fraGrids, cboGrids, cmdAddGrid, lstGrids, cmdDeleteGrid, optGridSelect(1..3), txtGridColumns,
 //               lstColumnList, chkPrintEntireGrid, lblGridNote; seen only where the log holds grid changes
 //   options     chkMeetAllValues, optOrder(1 ascending, 2 descending), chkLandscape, cmdSearch, cmdClear
 //   result      grdEntries, lblFound, lblProof

@@ -73,10 +73,12 @@ bool Output::Finish(const std::vector<ShownBox>& boxes) {
   EndList();
   if (json_) {
     if (!error_.empty()) Set("error", error_);
-    Json messages = Json::array();
-    for (const ShownBox& shown : boxes) messages.push_back(BoxJson(shown));
-    Set("messages", messages);
-    stream_ << "}\n";
+    if (!boxes.empty() || !error_.empty()) {
+      Json messages = Json::array();
+      for (const ShownBox& shown : boxes) messages.push_back(BoxJson(shown));
+      Set("messages", messages);
+    }
+    stream_ << (started_ ? "}\n" : "{}\n");
   }
   stream_.flush();
   return !stream_.fail();

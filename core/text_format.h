@@ -10,11 +10,9 @@
 namespace tallwick {
 
 // Numbers: "#" a digit where there is one, "0" a digit always, "," in the integer part = thousands
-// separators,
-// "." the decimal point (rounded half away from zero to the decimals given), "$" and other text before the
-// first digit place as it stands, after the sign. Known patterns: "##,###,###,###", "$###,###.00",
-// "$##,###,###,###.00",
-// "#,###,###,###.00", "###,##0", "###########.00", "#0.", "00.", "0000".
+// separators, "." the decimal point (rounded half away from zero to the decimals given), "$" and other text
+// before the first digit place as it stands, after the sign. Known patterns: "##,###,###,###",
+// "$###,###.00", "$##,###,###,###.00", "#,###,###,###.00", "###,##0", "###########.00", "#0.", "00.", "0000".
 // The sign falls away where the rounded value is zero. An overflow gives "overflow".
 std::string FormatNumber(Currency value, std::string_view pattern);
 std::string FormatNumber(long long value, std::string_view pattern);

@@ -1,5 +1,7 @@
 #include "maintenance/data_copy.h"
 
+#include <algorithm>
+
 #include "core/text.h"
 #include "maintenance/byte_progress.h"
 #include "maintenance/control_file.h"
@@ -118,13 +120,9 @@ class CopyRun {
     for (const FileGroup& group : walked) {
       if (!CopyGroup(group)) return false;
     }
-    CompanyTables& company = session_.Company();
-    TableBase* const in_order[] = {&company.agent, &company.banks, &company.xrefs, &company.notes};
-    for (std::size_t i = 0; i < shared.size(); ++i) {
-      in_order[i]->Close();
-      if (!CopyGroup(shared[i])) return false;
-    }
-    return true;
+    for (TableBase* table : session_.Company().All()) table->Close();
+    return std::all_of(shared.begin(), shared.end(),
+                       [this](const FileGroup& group) { return CopyGroup(group); });
   }
 
   bool CopyGroup(const FileGroup& group) {

@@ -146,16 +146,8 @@ Currency DepositTotal(const DepositRecord& deposit) {
 }
 
 DepositState StateOf(const DepositRecord& deposit) {
-  int used = 0;
-  int cleared = 0;
-  for (const DepositItem& item : deposit.items) {
-    if (!IsUsed(item)) continue;
-    ++used;
-    if (item.status == "C") ++cleared;
-  }
-  if (cleared > 0 && cleared < used) return {"Partly Cleared", ""};
-  const std::string status = cleared > 0 ? "C" : "O";
-  return {VoucherStatusText(status), StatusStyle(status)};
+  const std::string text = DepositStatusText(deposit);
+  return {text, StatusStyle(text == VoucherStatusText("C") ? "C" : "O")};
 }
 
 bool HaveSameLines(const DepositRecord& one, const DepositRecord& other) {

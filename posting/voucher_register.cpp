@@ -8,15 +8,9 @@
 namespace tallwick {
 namespace {
 
-// A voucher that a check has used waits for nothing, though nobody may have marked it cleared.
-std::string StatusCell(const VoucherRecord& voucher) {
-  const bool used = voucher.status != "C" && !voucher.check_number.empty();
-  return used ? "Used" : VoucherStatusText(voucher.status);
-}
-
 std::vector<std::string> Cells(const VoucherRecord& voucher) {
   return {voucher.number,      DisplayDate(voucher.dated), voucher.payee,       AmountText(voucher.amount),
-          voucher.file_number, StatusCell(voucher),        voucher.check_number};
+          voucher.file_number, VoucherStatusText(voucher), voucher.check_number};
 }
 
 std::vector<SearchKey> Keys(std::string_view text) {

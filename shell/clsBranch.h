@@ -1,8 +1,9 @@
 // clsBranch: a branch (office location) of the company as the present user sees it, and "Branches.xml" in the
 // settings path, which keeps them.
 //
-//   <Branches><Branch name="Main
-//   Office"><Path/><MyUserGroup/>...<Files><LastFile_1/>...</Files>...</Branch></Branches>
+//   <Branches>
+//     <Branch name="Main Office"><Path/><MyUserGroup/>...<Files><LastFile_1/>...</Files>...</Branch>
+//   </Branches>
 //
 // Invariants: a branch's path ends with "\" unless it is empty; what the file holds beyond this survives a
 // save.

@@ -28,7 +28,7 @@ LatestPosting PostingOf(const WireRecord& wire) {
 }
 
 LatestPosting PostingOf(const VoucherRecord& voucher) {
-  return ItemPosting(voucher, "Voucher", voucher.status == "C" ? "Cleared" : "Outstanding");
+  return ItemPosting(voucher, "Voucher", VoucherStatusText(voucher));
 }
 
 LatestPosting PostingOf(const DepositRecord& deposit) {
@@ -36,19 +36,17 @@ LatestPosting PostingOf(const DepositRecord& deposit) {
   posting.kind = "Deposit";
   posting.dated = ParseStoredDate(deposit.dated).value_or(Date{});
   posting.number = deposit.sequence;
-  bool outstanding = false;
   std::vector<std::string> files;
   for (const DepositItem& item : deposit.items) {
     if (item.status.empty()) continue;
     if (posting.payee.empty()) posting.payee = item.source;
     posting.amount += item.amount;
-    outstanding = outstanding || item.status == "O";
     if (std::find(files.begin(), files.end(), item.file_number) == files.end())
       files.push_back(item.file_number);
   }
   posting.file_number = files.size() == 1 ? files.front() : std::to_string(files.size()) + " files";
-  posting.status = outstanding ? "Outstanding" : "Cleared";
-  posting.style = outstanding ? "" : "cleared";
+  posting.status = DepositStatusText(deposit);
+  posting.style = StatusStyle(posting.status == VoucherStatusText("C") ? "C" : "O");
   return posting;
 }
 

@@ -2,8 +2,7 @@
 // shows the bank's figures and opens every other screen.
 //
 // Controls, in order:
-//   menu commands  those of main_commands.h; mnuFileLockTransactions is checked while transactions are
-//   locked,
+//   menu commands  those of main_commands.h; mnuFileLockTransactions is checked while transactions are locked,
 //                  mnuViewToolBar and mnuViewStatusBar while their bar is seen
 //   bars           tbToolBar, sbStatusBar (frames)
 //   status panels  BankName, Login, Printer, Version (labels)

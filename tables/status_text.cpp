@@ -40,4 +40,20 @@ std::string VoucherStatusText(std::string_view code) {
   return Undefined(code);
 }
 
+std::string VoucherStatusText(const VoucherRecord& voucher) {
+  const bool used = voucher.status != "C" && !voucher.check_number.empty();
+  return used ? "Used" : VoucherStatusText(voucher.status);
+}
+
+std::string DepositStatusText(const DepositRecord& deposit) {
+  int used = 0;
+  int cleared = 0;
+  for (const DepositItem& item : deposit.items) {
+    used += IsUsed(item) ? 1 : 0;
+    cleared += IsUsed(item) && item.status == "C" ? 1 : 0;
+  }
+  if (cleared > 0 && cleared < used) return "Partly Cleared";
+  return VoucherStatusText(cleared > 0 ? "C" : "O");
+}
+
 }  // namespace tallwick

@@ -4,6 +4,9 @@
 #include <string>
 #include <string_view>
 
+#include "tables/deposit_table.h"
+#include "tables/voucher_table.h"
+
 namespace tallwick {
 
 std::string CheckStatusText(std::string_view code);
@@ -13,5 +16,10 @@ std::string WireStatusText(std::string_view code);
 bool IsOutstanding(std::string_view status);
 // Vouchers and deposit items: "Outstanding" or "Cleared".
 std::string VoucherStatusText(std::string_view code);
+// Of a whole voucher: "Used" where a check has taken it, though nobody may have marked it cleared. It waits for
+// nothing then.
+std::string VoucherStatusText(const VoucherRecord& voucher);
+// Of a whole deposit: "Partly Cleared" where some of its items are, and others not.
+std::string DepositStatusText(const DepositRecord& deposit);
 
 }  // namespace tallwick

@@ -62,7 +62,7 @@ struct Writer {
     return data.SetNumberFieldValueByPointer(table, field, *value);
   }
   int operator()(const std::int64_t* value) const {
-    bool in_range = *value<kMaxWholeNumber&& * value> - kMaxWholeNumber;
+    const bool in_range = *value > -kMaxWholeNumber && kMaxWholeNumber > *value;
     return data.SetCurrencyFieldValueByPointer(
         table, field, in_range ? Currency::FromTenThousandths(*value * kTenThousand) : Currency::Overflow());
   }
