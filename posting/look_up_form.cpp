@@ -29,7 +29,7 @@ void LookUpForm::OpenLookUp(std::string_view entry, int index) {
   open_ = found->get();
   index_ = index;
   Show(*open_, true);
-  ShowFound();
+  SearchFor(Text(open_->entry, index_));
   SetFocus(open_->find);
 }
 
@@ -40,6 +40,15 @@ void LookUpForm::CloseLookUp() {
   if (returns) SetFocus(closed.entry, index_);
   SetText(closed.find, {});
   Show(closed, false);
+}
+
+// What the entry holds, or everything where that is found nowhere.
+void LookUpForm::SearchFor(const std::string& typed) {
+  SetText(open_->find, typed);
+  ShowFound();
+  if (typed.empty() || At(open_->list).source->RowCount() > 0) return;
+  SetText(open_->find, {});
+  ShowFound();
 }
 
 void LookUpForm::ShowFound() {
