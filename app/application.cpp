@@ -17,9 +17,8 @@ StartUpOutcome StartUpOrUpdate(const Ports& ports, const SuiteFactory& attach) {
 }
 
 std::unique_ptr<Application> StartApplication(const Ports& ports, const SuiteFactory& attach,
-                                              ScreenOpener& opener, StartUpResult* result) {
+                                              ScreenOpener& opener) {
   StartUpOutcome outcome = StartUpOrUpdate(ports, attach);
-  if (result != nullptr) *result = outcome.result;
   if (!outcome.session) return nullptr;
   return std::make_unique<Application>(std::move(outcome.session), opener);
 }

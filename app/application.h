@@ -25,8 +25,8 @@ class Application {
 // its questions. Started, or without a session after a message.
 StartUpOutcome StartUpOrUpdate(const Ports& ports, const SuiteFactory& attach);
 
-// Starts the program in that way. Null after a message; `result` (may be null) then says what failed.
+// Starts the program in that way. Null after a message.
 std::unique_ptr<Application> StartApplication(const Ports& ports, const SuiteFactory& attach,
-                                              ScreenOpener& opener, StartUpResult* result = nullptr);
+                                              ScreenOpener& opener);
 
 }  // namespace tallwick

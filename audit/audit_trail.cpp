@@ -96,7 +96,8 @@ void WriteAuditTrail(const AuditTarget& target, Form& form, int action, int tx, 
   const std::string key = OnOneLine(std::string(reference));
   const std::string events = EventLines(form, action, tx, key);
   if (events.empty()) return;
-  AppendAuditEntry(target, WriteAuditHeader(target, tx, key) + AuditBytes(events));
+  // The work that calls is done: it goes on without its entry where the log does not take it.
+  (void)AppendAuditEntry(target, WriteAuditHeader(target, tx, key) + AuditBytes(events));
 }
 
 std::string WriteAuditHeader(const AuditTarget& target, int tx, std::string_view reference) {
@@ -107,12 +108,12 @@ std::string WriteAuditHeader(const AuditTarget& target, int tx, std::string_view
   return AuditBytes(std::move(line));
 }
 
-void AppendAuditEntry(const AuditTarget& target, std::string_view entry) {
+bool AppendAuditEntry(const AuditTarget& target, std::string_view entry) {
   const std::string path = AuditLogPath(target);
   ChainedAppend log({target.files, target.disk, target.clock, path, AuditBytes(target.computer)});
   std::string bytes = target.files.FileExists(path) ? "\r\n" : "";
   bytes += entry;
-  log.Append(bytes);
+  return log.Append(bytes);
 }
 
 std::string AuditBytes(std::string text) {

@@ -67,7 +67,8 @@ std::string_view AuditTxName(int tx);
 std::string WriteAuditHeader(const AuditTarget& target, int tx, std::string_view reference);
 
 // Appends a whole entry in the log's bytes, in one write, after an empty line where the log has entries.
-void AppendAuditEntry(const AuditTarget& target, std::string_view entry);
+// False when the log did not take it.
+bool AppendAuditEntry(const AuditTarget& target, std::string_view entry);
 
 // The text in the log's bytes: a character that its code page lacks becomes "?".
 std::string AuditBytes(std::string text);

@@ -3,13 +3,9 @@
 // printed.
 #include <CLI/CLI.hpp>
 #include <array>
-#include <chrono>
 #include <cstdio>
 #include <cstdlib>
-#include <filesystem>
-#include <functional>
 #include <iostream>
-#include <random>
 
 #include "bench/check_store.h"
 #include "bench/machine.h"
@@ -58,31 +54,6 @@ struct MemoryGoal {
   double mebibytes;
 };
 constexpr std::array<MemoryGoal, 2> kMemoryGoals = {{{kMeasures[2], 64}, {kMeasures[4], 256}}};
-
-double Seconds(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
-// A folder of its own, removed at the end.
-class TemporaryFolder {
- public:
-  explicit TemporaryFolder(const std::string& parent)
-      : path_(parent + "/tallwick-bench-" + std::to_string(std::random_device()())) {
-    std::filesystem::create_directories(path_);
-  }
-  ~TemporaryFolder() {
-    std::error_code ignored;
-    std::filesystem::remove_all(path_, ignored);
-  }
-  TemporaryFolder(const TemporaryFolder&) = delete;
-  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
-  const std::string& Path() const { return path_; }
-
- private:
-  std::string path_;
-};
 
 class Bench {
  public:

@@ -10,7 +10,7 @@ namespace tallwick::bench {
 // The middle of the values, which are not empty; the mean of the middle two when their count is even.
 double Median(std::vector<double> values);
 
-// One line of the table. Times are in seconds for one of `items`.
+// One line of the table. Times are in seconds, of the whole work or of each of its items as `work` says.
 struct Row {
   std::string work;
   double ours = 0;

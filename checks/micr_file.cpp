@@ -5,6 +5,7 @@
 
 #include "core/text.h"
 #include "posting/bank_settings.h"
+#include "posting/item_number.h"
 
 namespace tallwick {
 namespace {
@@ -40,7 +41,7 @@ constexpr MicrSetting kSettings[] = {
      }},
     {"NumberDigits", "a number from 1 to 12", TakeDigits},
     {kNextCheckNumber, "a check number of digits",
-     [](std::string_view value, MicrSettings&) { return IsAllDigits(value); }},
+     [](std::string_view value, MicrSettings&) { return NumberValue(value).has_value(); }},
 };
 
 std::string Problem(const BankSettings& file, MicrSettings& settings) {

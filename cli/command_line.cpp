@@ -7,12 +7,11 @@
 #include "cli/commands/command.h"
 #include "cli/office.h"
 #include "core/text.h"
+#include "shell/about.h"
 
 namespace tallwick::cli {
 
 namespace {
-
-constexpr std::string_view kVersion = "escrowctl 1.00.0001";
 
 // Global options as texts, before they have been understood.
 struct RawOptions {
@@ -105,7 +104,7 @@ int AnswerWithoutCommand(const CLI::App& app, const CLI::ParseError& error, Outp
   const bool version = dynamic_cast<const CLI::CallForVersion*>(&error) != nullptr;
   const CLI::App* asked = &app;
   while (!asked->get_subcommands().empty()) asked = asked->get_subcommands().front();
-  const std::string text = version ? std::string(kVersion) : asked->help();
+  const std::string text = version ? app.version() : asked->help();
   out.Set(version ? "version" : "help", text);
   out.Line(text);
   return kDone;
@@ -125,7 +124,7 @@ int RunCommandLine(std::vector<std::string> arguments, std::ostream& stream) {
   RawOptions raw;
   Action chosen;
   CLI::App app("escrowctl: escrow accounting from the command line", "escrowctl");
-  app.set_version_flag("--version", std::string(kVersion));
+  app.set_version_flag("--version", "escrowctl " + VersionTextOf({}));
   app.require_subcommand(1);
   AddGlobalOptions(app, options, raw);
   AddCommands(app, chosen);

@@ -8,6 +8,7 @@
 #include "shell/bank_select.h"
 #include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
+#include "shell/lost_table.h"
 #include "shell/rights.h"
 #include "shell/start_up.h"
 #include "tables/bank_table.h"
@@ -55,16 +56,17 @@ std::optional<TableHome> Office::Tables() {
     Refused(problem, kNoTables);
     return std::nullopt;
   }
+  if (Store() == nullptr) return std::nullopt;
+  const TableHome home{*store_, files_, boxes_, folder};
   if (!files_.FileExists(folder + std::string(kBankLayout.name) + ".DBF")) {
-    const bool lost = !files_.List(folder, "ESCROW_*_*.DBF").empty();
-    Refused(lost ? std::string(kBankLayout.name) + " is missing in " + options_.data +
-                       ", where tables of bank accounts are.  Restore it from a copy"
-                 : "There is no company in " + options_.data,
+    const std::string why = WhyLost(home, kBankLayout.name);
+    Refused(why.empty() ? "There is no company in " + options_.data
+                        : std::string(kBankLayout.name) + " is missing in " + options_.data + ", but " + why +
+                              ".  Restore it from a copy",
             kNoTables);
     return std::nullopt;
   }
-  if (Store() == nullptr || !MayEnter(folder)) return std::nullopt;
-  return TableHome{*store_, files_, boxes_, folder};
+  return MayEnter(folder) ? std::optional(home) : std::nullopt;
 }
 
 bool Office::MayEnter(const std::string& folder) {
@@ -80,7 +82,7 @@ bool Office::MakeDataFolder() {
   if (!HasDataOption()) return false;
   const std::string folder = CommandLineSuite(options_, files_).DataPath();
   if (files_.CreateFolder(folder)) return true;
-  Refused("The folder " + options_.data + " cannot be made", kNoTables);
+  Refused("The folder " + options_.data + " cannot be made.  Make sure that you may write there", kNoTables);
   return false;
 }
 
@@ -134,6 +136,7 @@ std::optional<std::int32_t> Office::BankAccountingDay() {
 bool Office::PrintInto(const std::string& path) {
   const SheetPrinterMaker make = LoadSheetPrinterMaker();
   if (make != nullptr) sheets_.reset(make(path.c_str(), &boxes_));
+  if (sheets_ == nullptr) Refused(std::string(kNoPrintModule) + "  Print from the desktop", kRefused);
   return sheets_ != nullptr;
 }
 

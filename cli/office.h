@@ -51,8 +51,8 @@ class Office {
   // The accounting day of --bank, which decides the form of its periods (0 = month and year). Nullopt after a
   // message.
   std::optional<std::int32_t> BankAccountingDay();
-  // Lets checks be printed, into this PDF file; before the company is opened. False where the print
-  // module is not installed.
+  // Lets checks be printed, into this PDF file; before the company is opened. False after a message where the
+  // print module is not installed.
   bool PrintInto(const std::string& path);
   // Who is asked when a screen wants another one opened; null = nobody.
   void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }
@@ -67,6 +67,11 @@ class Office {
   void ReloadUser();
 
   int Status() const { return status_; }
+  // Says why a command is refused; kRefused.
+  int Refuse(std::string_view why) {
+    out_.Fail(why);
+    return kRefused;
+  }
   // False when a table could not be read on, so that what was printed is not all.
   bool ReadWhole() const { return !application_ || !application_->TheSession().Data().HasToldUnreadable(); }
 

@@ -10,16 +10,13 @@ namespace {
 constexpr int kMostTries = 100;  // of names for a trial, which a killed program may have left
 
 int NotWritten(Office& office, const std::string& path) {
-  office.Out().Fail("The file " + path +
-                    " could not be written.  Make sure that you may write there and that "
-                    "there is room, or name another place.");
-  return kRefused;
+  return office.Refuse("The file " + path +
+                       " could not be written.  Make sure that you may write there and that there is room, "
+                       "or name another place.");
 }
 
 int NoPrintModule(Office& office) {
-  office.Out().Fail(
-      "PDF files need the print module, which is not installed with this escrowctl.  Use --rtf.");
-  return kRefused;
+  return office.Refuse(std::string(kNoPrintModule) + "  Use --rtf.");
 }
 
 int Tell(Office& office, std::string_view kind, const std::string& path, bool written) {

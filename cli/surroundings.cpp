@@ -27,12 +27,9 @@ std::string CommandLineSuite::Held(const std::string& platform_path) const {
 
 namespace {
 
-// The value of a run of 1 to 4 digits; -1 for anything else.
+// -1 for what is no number.
 int Digits(std::string_view text) {
-  if (!IsAllDigits(text) || text.size() > 4) return -1;
-  int value = 0;
-  for (char c : text) value = value * 10 + (c - '0');
-  return value;
+  return SmallNumber(text).value_or(-1);
 }
 
 }  // namespace

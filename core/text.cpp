@@ -51,6 +51,13 @@ bool IsAllDigits(std::string_view text) {
   return !text.empty() && std::all_of(text.begin(), text.end(), IsDigit);
 }
 
+std::optional<int> SmallNumber(std::string_view text) {
+  if (!IsAllDigits(text) || text.size() > 4) return std::nullopt;
+  int value = 0;
+  for (char digit : text) value = value * 10 + (digit - '0');
+  return value;
+}
+
 std::vector<std::string> Split(std::string_view text, char separator) {
   std::vector<std::string> pieces;
   std::size_t start = 0;

@@ -2,6 +2,7 @@
 // encoding.h.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,6 +33,8 @@ bool EqualsIgnoreCase(std::string_view left, std::string_view right);
 std::string PadRight(std::string_view text, std::size_t width);
 std::string PadLeft(std::string_view text, std::size_t width);
 bool IsAllDigits(std::string_view text);  // false for ""
+// The value of 1 to 4 digits; nullopt for anything else.
+std::optional<int> SmallNumber(std::string_view text);
 // One piece more than there are separators, so "" gives one empty piece.
 std::vector<std::string> Split(std::string_view text, char separator);
 // Digits with leading zeros: (5, 2) gives "05". `value` is not negative; wider values keep all their digits.

@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "fuzz/sample_table.h"
+#include "store/engine/journal_state.h"
 
 namespace {
 
@@ -101,7 +102,7 @@ void WriteJournals(const fs::path& corpus) {
       if (record == 3) f4memoAssign(*d4field(*data, "NOTE"), "A longer memo than before");
       d4flush(*data);
     }
-    std::string journal = files.Get("/data/ESCROW_UNITS.JNL");
+    std::string journal = files.Get("/data/" + std::string(tallwick::engine::kJournalFileName));
     journal.resize(journal.find_last_not_of('\0') + 1);
     if (seen.insert(journal).second)
       Write(corpus / "journal" / ("died-at-" + std::to_string(change)), journal);

@@ -6,6 +6,8 @@
 #include "core/text.h"
 #include "core/text_format.h"
 #include "posting/bank_settings.h"
+#include "shell/rights.h"
+#include "shell/transactions_switch.h"
 
 namespace tallwick {
 namespace {
@@ -45,6 +47,16 @@ CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::st
   const BankSettings settings(files, data_path, kMicrSettings, bank_code);
   const std::string next = settings.Get(kNextCheckNumber).value_or("");
   return {HighestPosted(checks), NumberValue(next).value_or(0), settings.Problem()};
+}
+
+std::string SetNextCheckNumber(Session& session, std::string_view number) {
+  if (!session.MayUse(kRightPostChecks)) return std::string(kCommandNotGranted);
+  if (!TransactionsOpen(session)) return std::string(kTransactionsLocked);
+  if (!NumberValue(number)) return Quoted(number) + " is not a check number of digits";
+  BankSettings settings(session.Files(), session.DataPath(), kMicrSettings, session.BankCode());
+  if (settings.Set(kNextCheckNumber, number)) return {};
+  return Quoted(number) + " could not be kept in " + settings.Name() +
+         " of the company's data folder.  Make sure that you may read and write it, and that there is room";
 }
 
 std::string InventoryWarning(std::string_view number, const BankRecord& bank) {

@@ -7,6 +7,7 @@
 
 #include "core/file_system.h"
 #include "posting/item_number.h"
+#include "shell/session.h"
 #include "tables/bank_table.h"
 #include "tables/check_table.h"
 
@@ -31,6 +32,10 @@ struct CheckNumbering {
 // Reads both facts of a bank: from its open check table, and from its MICR settings in the data path.
 CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::string_view data_path,
                                   std::string_view bank_code);
+
+// Sets the number that the next check of the session's selected bank gets. Why it was not set; "" when it
+// was.
+std::string SetNextCheckNumber(Session& session, std::string_view number);
 
 // The warning for a number outside the stock that the bank's inventory range names; "" when there is none, or
 // the range is not in force.

@@ -42,6 +42,10 @@ class PostingForm : public LookUpForm {
   bool OpenTables();
   // The key of what was written last: a number, or the stored date and sequence of a deposit. "" until then.
   const std::string& LastPosted() const { return last_posted_; }
+  // Whether the entries show a record of the table.
+  virtual bool IsPosted() const = 0;
+  // Whether the control is the record's key, or a part of it, that key_ holds.
+  virtual bool IsKey(const Control&) const { return false; }
 
  protected:
   // Works on the session's selected bank, also when another is selected later. `opener` opens the screens to
@@ -58,10 +62,6 @@ class PostingForm : public LookUpForm {
   virtual void RestoreKey() = 0;
   // Whether the control is part of the entry; keys of the record are not.
   virtual bool IsEntry(const Control& control) const = 0;
-  // Whether the control is the record's key, or a part of it, that key_ holds.
-  virtual bool IsKey(const Control&) const { return false; }
-  // Whether the entries show a record of the table.
-  virtual bool IsPosted() const = 0;
   // What a post asks for now.
   virtual int Right() const { return screen_.right; }
 

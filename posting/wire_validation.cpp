@@ -87,4 +87,8 @@ std::span<const EntryTest<WireCase>> WireTests() {
   return kTests;
 }
 
+std::string ClearingRefusal(const WireRecord& wire) {
+  return wire.status == "C" ? "Wire " + Quoted(wire.number) + " is cleared already" : "";
+}
+
 }  // namespace tallwick

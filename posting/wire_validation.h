@@ -4,9 +4,11 @@
 
 #include <functional>
 #include <span>
+#include <string>
 
 #include "posting/entry_fields.h"
 #include "tables/bank_table.h"
+#include "tables/wire_table.h"
 
 namespace tallwick {
 
@@ -26,5 +28,9 @@ struct WireCase {
 };
 
 std::span<const EntryTest<WireCase>> WireTests();
+
+// Why a posted wire cannot be marked cleared, "" when it can: that would move a cleared one to another
+// statement, which only a person who looks at it may do.
+std::string ClearingRefusal(const WireRecord& wire);
 
 }  // namespace tallwick

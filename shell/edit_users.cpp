@@ -5,8 +5,8 @@
 #include "core/encoding.h"
 #include "core/text.h"
 #include "shell/company_tables.h"
-#include "shell/main_commands.h"
 #include "shell/rights.h"
+#include "shell/user_changes.h"
 
 namespace tallwick {
 namespace {
@@ -61,8 +61,16 @@ struct EntryField {
   std::string_view control;
 };
 
-constexpr EntryField kEntryFields[] = {
-    {"LOGIN", "txtLogin"}, {"USERNAME", "txtUserName"}, {"SECURITY", "lstRights"}};
+constexpr EntryField kEntryFields[] = {{"LOGIN", "txtLogin"},     {"USERNAME", "txtUserName"},
+                                       {"GROUP", "cboGroup"},     {"DISABLED", "chkDisabled"},
+                                       {"SECURITY", "lstRights"}, {"BANKCODE", "lstBanks"}};
+
+// The control of a field of the users' tables; that of the full name for one without.
+std::string_view ControlOf(std::string_view field) {
+  const auto* entry = std::find_if(std::begin(kEntryFields), std::end(kEntryFields),
+                                   [&](const EntryField& one) { return one.field == field; });
+  return entry != std::end(kEntryFields) ? entry->control : "txtUserName";
+}
 
 }  // namespace
 
@@ -251,9 +259,6 @@ void FrmEditUsers::MarkAll(bool checked) {
 
 void FrmEditUsers::OnClick(Control& control) {
   Say("");
-  const bool writes =
-      control.name == "cmdSave" || control.name == "cmdDelete" || control.name == "cmdForceResets";
-  if (writes && !MayCarryOut(session_, "mnuToolsUsers")) return;
   if (control.name == "cmdGrantAll") MarkAll(true);
   if (control.name == "cmdDenyAll") MarkAll(false);
   if (control.name == "cmdSave") Save();
@@ -280,18 +285,18 @@ bool FrmEditUsers::IsOwn(const clsSecurity& user) const {
   return EqualsIgnoreCase(user.osLogin, session_.Login());
 }
 
+bool FrmEditUsers::MayChange() {
+  const std::string problem = UserChangeProblem(session_);
+  if (!problem.empty()) Boxes().Critical(Caption(), problem);
+  return problem.empty();
+}
+
 bool FrmEditUsers::IsValid(const clsSecurity& user) {
-  const auto refuse = [this](std::string_view text, std::string_view control) {
-    Refuse(text, control);
-    return false;
-  };
-  if (is_new_) {
-    const std::string problem = clsSecurity::NewLoginProblem(session_.Home(), user.osLogin);
-    if (!problem.empty()) return refuse(problem, "txtLogin");
-  }
-  if (user.sUserName.empty()) return refuse("The full name is missing.  Type it.", "txtUserName");
-  const std::string own = IsOwn(user) ? user.OwnAccountProblem(loaded_) : "";
-  return own.empty() || refuse(own, user.iDisabled > loaded_.iDisabled ? "chkDisabled" : "cboGroup");
+  FieldProblem problem = UserSaveProblem(session_, loaded_, user);
+  if (problem.text.empty() && user.sUserName.empty())
+    problem = {"USERNAME", "The full name is missing.  Type it."};
+  if (!problem.text.empty()) Refuse(problem.text, ControlOf(problem.field));
+  return problem.text.empty();
 }
 
 bool FrmEditUsers::Save() {
@@ -336,15 +341,14 @@ void FrmEditUsers::RefuseSaving(const clsSecurity& user, int code) {
   if (code == engine::kErrorFieldValue) {
     const FieldProblem problem = session_.Data().LastFieldProblem();
     why = problem.text;
-    for (const EntryField& entry : kEntryFields) {
-      if (entry.field == problem.field) at = entry.control;
-    }
+    at = ControlOf(problem.field);
   }
   const bool enabled = At(at).enabled;
   Refuse("The user " + Quoted(user.osLogin) + " was not saved: " + why, enabled ? at : "txtUserName");
 }
 
 void FrmEditUsers::Delete() {
+  if (!MayChange()) return;
   const std::string login = loaded_.osLogin;
   const bool asked = IsOwn(loaded_) ||  // the refusal comes without a question
                      Boxes().Show({BoxIcon::kQuestion, "User Delete",
@@ -363,7 +367,7 @@ void FrmEditUsers::Delete() {
 }
 
 void FrmEditUsers::ForceResets() {
-  if (!MayLeaveEntry()) return;
+  if (!MayChange() || !MayLeaveEntry()) return;
   if (Boxes().Show({BoxIcon::kQuestion, "Force Password Resets",
                     "Every user must choose a new password at the next login.  Go on?", BoxButtons::kYesNo,
                     BoxAnswer::kNo}) != BoxAnswer::kYes)

@@ -50,6 +50,8 @@ class FrmEditUsers : public Form {
   bool IsChanged();
   // True when nothing is lost: no change, or the user gives it up.
   bool MayLeaveEntry();
+  // False after a message where the session's user may change no user.
+  bool MayChange();
   // False after a refusal.
   bool IsValid(const clsSecurity& user);
   bool Save();

@@ -18,9 +18,6 @@ namespace {
 constexpr int kMonthColumns = 3;
 constexpr int kMonths = 12;
 constexpr QSize kMonthCell(88, 32);
-// Years that a period may have.
-constexpr int kFirstYear = 1975;
-constexpr int kLastYear = 2095;
 
 // What the field holds, today where that is no date.
 QDate ShownDate(const QString& text, bool period) {
@@ -57,6 +54,7 @@ void CalendarPopup::AddDays(QVBoxLayout& column, const QDate& shown) {
                                      std::pair("qt_calendar_nextmonth", "arrow_right")}) {
     if (auto* arrow = calendar_->findChild<QToolButton*>(button)) arrow->setIcon(DrawnIcon(icon));
   }
+  calendar_->setDateRange(QDate(kFirstPeriodYear, 1, 1), QDate(kLastPeriodYear, kMonths, 31));
   calendar_->setSelectedDate(shown);
   connect(calendar_, &QCalendarWidget::activated, this, &CalendarPopup::ChooseDay);
   connect(calendar_, &QCalendarWidget::clicked, this, &CalendarPopup::ChooseDay);
@@ -134,7 +132,7 @@ bool CalendarPopup::eventFilter(QObject* watched, QEvent* event) {
 }
 
 void CalendarPopup::TurnYear(int years) {
-  year_ = std::clamp(year_ + years, kFirstYear, kLastYear);
+  year_ = std::clamp(year_ + years, kFirstPeriodYear, kLastPeriodYear);
   year_label_->setText(QString::number(year_));
 }
 

@@ -40,7 +40,7 @@ constexpr FieldLook kAddress[] = {
     {"txtCheckCityState", "City, state and ZIP code of the payee."},
 };
 constexpr FieldLook kCharge[] = {
-    {"txtCheckAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", kMiddle, true},
+    {"txtCheckAmount", kAmountHelp, kMiddle, true},
     {"txtCheckFileNumber", "The escrow file that the check is charged to. F4 opens a list.", kMiddle, true,
      true},
     {"txtCheckAcctPeriod",

@@ -32,8 +32,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
 
  public:
   // Binds and shows every control. A field's caption goes to the label whose buddy it is. Commands of the
-  // window
-  // ("mnu...") that the form does not know are hidden. A widget with the property "showWith" (or
+  // window ("mnu...") that the form does not know are hidden. A widget with the property "showWith" (or
   // "showWithout") is seen only while the control it names has a text (or has none). `form` and `window` must
   // outlive the binder.
   FormBinder(Form& form, QWidget& window);

@@ -61,6 +61,13 @@ inline QTreeWidget* CheckList(const char* name, int rows_seen) {
   return tree;
 }
 
+// A button that Enter does not press from another control.
+inline QPushButton* PlainButton(const char* name) {
+  auto* button = Named(new QPushButton, name);
+  button->setAutoDefault(false);
+  return button;
+}
+
 inline QPushButton* MainButton(const char* name) {
   auto* button = Named(new QPushButton, name);
   button->setProperty("main", true);

@@ -139,8 +139,7 @@ std::unique_ptr<QWidget> MakeLedgerWindow() {
   AddReportMenu(*window);
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
-  auto* open = Named(new QPushButton, "cmdOpenItem");
-  open->setAutoDefault(false);
+  auto* open = PlainButton("cmdOpenItem");
   row->setSpacing(24 - FieldScroll::kBarMargin);
   row->addWidget(FileSide());
   row->addLayout(ItemSide(open), 1);

@@ -7,6 +7,7 @@
 #include "core/system_ports.h"
 #include "print/document_printer.h"
 #include "print/sheet_printer.h"
+#include "shell/about.h"
 #include "shell/machine.h"
 #include "shell/registry.h"
 #include "ui/desktop.h"
@@ -57,10 +58,14 @@ int RunScreenshots(const QCommandLineParser& parser) {
     QTextStream(stderr) << "Name the company data path of the pictures with --data." << Qt::endl;
     return 2;
   }
+  const std::optional<Date> today = ParseDisplayDate(parser.value("today").toStdString());
+  if (!today) {
+    QTextStream(stderr) << "Write --today as MM/DD/YYYY." << Qt::endl;
+    return 2;
+  }
   if (SchemeOf(parser) == Scheme::kSystem) return TakeAllScreenshots(QCoreApplication::arguments().mid(1));
-  const Date today = ParseDisplayDate(parser.value("today").toStdString()).value_or(Date{});
   return TakeScreenshots({parser.value("screenshots"), parser.value("data"), parser.value("company"),
-                          parser.value("number"), today},
+                          parser.value("number"), *today},
                          SchemeOf(parser) == Scheme::kDark);
 }
 
@@ -143,6 +148,7 @@ int main(int argc, char** argv) {
   QApplication app(argc, argv);
   QCoreApplication::setOrganizationName("Tallwick");
   QCoreApplication::setApplicationName("Escrow Accounting");
+  QCoreApplication::setApplicationVersion(QString::fromStdString(VersionTextOf({})));
   QApplication::setQuitOnLastWindowClosed(false);  // the desktop says when it has ended
 
   QCommandLineParser parser;

@@ -25,6 +25,9 @@ struct FieldLook {
   bool looks_up = false;  // F4 shows a list of what it may hold
 };
 
+// The help of an entry that takes an amount.
+inline constexpr const char* kAmountHelp = "Dollars and cents, as 1250, 1,250.00 or $1250.";
+
 // A list in which a person looks for what an entry may hold, with its search box and buttons.
 struct LookUpLook {
   const char *find, *list, *use, *close;

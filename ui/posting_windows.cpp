@@ -24,7 +24,7 @@ constexpr FieldLook kWireFields[] = {
     {"txtWireDated", "The date of the wire: month, day, year, as 3/15/2024. F2 opens a calendar.", kDateWidth,
      true},
     {"txtWirePayee", "Who the money goes to. F4 opens the list of payees.", 0, true, true},
-    {"txtWireAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", 144, true},
+    {"txtWireAmount", kAmountHelp, 144, true},
     {"txtWireFileNumber", "The escrow file that the wire is charged to. F4 opens a list.", 144, true, true},
     {"txtWireControl", "Operator or control number.", 144},
     {"txtWireAcctPeriod", "The accounting period, in the form that the bank uses. F2 opens a calendar.",
@@ -39,7 +39,7 @@ constexpr FieldLook kVoucherFields[] = {
     {"txtVCHRDated", "The date of the voucher: month, day, year. F2 opens a calendar.", kDateWidth, true},
     {"txtVCHRPayee", "Who will be paid. F4 opens the list of payees.", 0, true, true},
     {"txtVCHRReason", "What the payment is for."},
-    {"txtVCHRAmount", "Dollars and cents, as 1250, 1,250.00 or $1250.", 144, true},
+    {"txtVCHRAmount", kAmountHelp, 144, true},
     {"txtVCHRAcctPeriod", "The accounting period, in the form that the bank uses. F2 opens a calendar.",
      kDateWidth, true},
     {"txtVCHRCheckNumber", "The check that has used the voucher; it is set when that check is posted.", 112},
@@ -155,7 +155,7 @@ void AddDepositLine(PostingLayout& layout, QGridLayout& grid, int line) {
       {"", "The escrow file that the money is for. F4 opens a list. Emptied, a posted line is deleted.", 128,
        false, true});
   QLineEdit* source = layout.MakeField({"", "Who the money came from."});
-  QLineEdit* amount = layout.MakeField({"", "Dollars and cents, as 1250, 1,250.00 or $1250.", kAmountWidth});
+  QLineEdit* amount = layout.MakeField({"", kAmountHelp, kAmountWidth});
   auto* wire_in = new QCheckBox(&layout.Entry());
   wire_in->setProperty("ownText", true);
   wire_in->setWhatsThis(QObject::tr("Mark a line whose money came in by wire."));

@@ -20,8 +20,7 @@ QLayout* Numbers() {
   caption->setBuddy(field);
   row->addWidget(caption);
   row->addWidget(field, 1);
-  auto* list = Named(new QPushButton, "cmdList");
-  list->setAutoDefault(false);
+  auto* list = PlainButton("cmdList");
   row->addWidget(list);
   return row;
 }
@@ -33,8 +32,7 @@ QLayout* Buttons() {
   row->addWidget(preview);
   row->addStretch(1);
   row->addWidget(MainButton("cmdPrint"));
-  auto* done = Named(new QPushButton, "cmdDone");
-  done->setAutoDefault(false);
+  auto* done = PlainButton("cmdDone");
   row->addWidget(done);
   return row;
 }

@@ -37,9 +37,8 @@ QLineEdit* Figure(const char* name, const char* spoken) {
 
 // The name of a figure, which shows what it is made of.
 QPushButton* FigureName(const char* name) {
-  auto* button = Named(new QPushButton, name);
+  auto* button = PlainButton(name);
   button->setProperty("link", true);
-  button->setAutoDefault(false);
   button->setCursor(Qt::PointingHandCursor);
   button->setWhatsThis(QObject::tr("Shows the items that the figure is made of."));
   return button;
@@ -214,13 +213,10 @@ QLayout* Buttons() {
   auto* row = Spaced(new QHBoxLayout, 0, 8);
   row->addWidget(MainButton("cmdCompute"));
   for (const char* name : {"cmdUpdateBankRecord", "cmdPreview", "cmdPrint", "cmdPdf", "cmdRtf"}) {
-    auto* button = Named(new QPushButton, name);
-    button->setAutoDefault(false);
-    row->addWidget(button);
+    row->addWidget(PlainButton(name));
   }
   row->addStretch(1);
-  auto* close = Named(new QPushButton, "cmdClose");
-  close->setAutoDefault(false);
+  auto* close = PlainButton("cmdClose");
   row->addWidget(close);
   return row;
 }
@@ -236,8 +232,7 @@ QLayout* TakeBack() {
   reason->setWhatsThis(QObject::tr("Why the last reconciliation is taken back; the audit log keeps it."));
   auto* caption = new QLabel;
   caption->setBuddy(reason);
-  auto* button = Named(new QPushButton, "cmdTakeBack");
-  button->setAutoDefault(false);
+  auto* button = PlainButton("cmdTakeBack");
   row->addWidget(last);
   row->addWidget(through);
   row->addWidget(caption);
@@ -262,8 +257,7 @@ QLayout* Items() {
   column->addWidget(view, 1);
   auto* foot = Spaced(new QHBoxLayout, 0, 8);
   foot->addStretch(1);
-  auto* open = Named(new QPushButton, "cmdOpenItem");
-  open->setAutoDefault(false);
+  auto* open = PlainButton("cmdOpenItem");
   foot->addWidget(open);
   column->addLayout(foot);
   return column;

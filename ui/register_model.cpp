@@ -71,10 +71,6 @@ const RegisterModel::KeptRow& RegisterModel::Keep(int row) const {
   return *fresh;  // NOLINT(clang-analyzer-cplusplus.NewDelete): a row costs 1, and the cache holds many
 }
 
-const std::vector<std::string>& RegisterModel::Cells(int row) const {
-  return Keep(row).cells;
-}
-
 QVariant RegisterModel::data(const QModelIndex& index, int role) const {
   if (!source_ || !index.isValid() || index.row() >= rows_) return {};
   const auto column = static_cast<std::size_t>(index.column());

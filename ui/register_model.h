@@ -24,8 +24,6 @@ class RegisterModel : public QAbstractTableModel {
   // Marks the heading by which the rows are ordered; -1 = none.
   void MarkHeading(int section);
   RowSource* Source() const { return source_.get(); }
-  // The cells of one row, kept like those that are drawn.
-  const std::vector<std::string>& Cells(int row) const;
 
   int rowCount(const QModelIndex& parent = {}) const override { return parent.isValid() ? 0 : rows_; }
   int columnCount(const QModelIndex& parent = {}) const override;

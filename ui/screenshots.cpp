@@ -140,13 +140,21 @@ class Photographer {
     for (int i = 0; i < 5; ++i) QApplication::processEvents(QEventLoop::AllEvents, 20);
   }
 
+  // Null, and the run has failed, where the screen does not stand.
+  ScreenHost* FindHost(std::string_view screen) {
+    ScreenHost* host = desktop_.Find(screen);
+    failed_ = failed_ || host == nullptr;
+    return host;
+  }
+  ScreenHost* OpenHost(std::string_view screen, std::string_view mode = {}) {
+    desktop_.OpenScreen(screen, mode);
+    return FindHost(screen);
+  }
+
   void Take(std::string_view screen, const QString& name) {
     Settle();
-    ScreenHost* host = desktop_.Find(screen);
-    if (host == nullptr) {
-      failed_ = true;
-      return;
-    }
+    ScreenHost* host = FindHost(screen);
+    if (host == nullptr) return;
     host->Window().activateWindow();
     Settle();
     const QImage picture = host->Window().grab().toImage().convertToFormat(QImage::Format_RGB888);
@@ -165,12 +173,8 @@ class Photographer {
   }
 
   void TakePosting(const Posting& posting) {
-    desktop_.OpenScreen(posting.screen, "Posting");
-    ScreenHost* host = desktop_.Find(posting.screen);
-    if (host == nullptr) {
-      failed_ = true;
-      return;
-    }
+    ScreenHost* host = OpenHost(posting.screen, "Posting");
+    if (host == nullptr) return;
     for (const TypedEntry& entry : posting.entries) {
       host->TheForm().Enter(entry.control, entry.index);
       host->TheForm().Change(entry.control, entry.text, entry.index);
@@ -179,8 +183,7 @@ class Photographer {
   }
 
   void TakeDepositClearing() {
-    desktop_.OpenScreen("frmEditDepositsClear", "Clearing");
-    ScreenHost* host = desktop_.Find("frmEditDepositsClear");
+    ScreenHost* host = OpenHost("frmEditDepositsClear", "Clearing");
     if (host == nullptr) return;
     host->TheForm().Choose("lstDepositDates", 1);
     host->TheForm().SetCheck("chkCleared", 1, 1);
@@ -188,10 +191,9 @@ class Photographer {
   }
 
   void TakeCheckPosting() {
-    desktop_.OpenScreen("frmEditChecksPost", "Posting");
-    Take("frmEditChecksPost", "check-posting-empty");
-    ScreenHost* host = desktop_.Find("frmEditChecksPost");
+    ScreenHost* host = OpenHost("frmEditChecksPost", "Posting");
     if (host == nullptr) return;
+    Take("frmEditChecksPost", "check-posting-empty");
     Form& form = host->TheForm();
     TakeCheckVoiding(*host);
     for (const Entry& entry : kEntries) {
@@ -217,7 +219,7 @@ class Photographer {
     const std::string first = posted.Row(std::min<std::size_t>(posted.RowCount(), 12) - 1).front();
     const std::string numbers = first + "-" + posted.Row(0).front();
     QTimer::singleShot(200, &desktop_, [this, numbers] {
-      ScreenHost* host = desktop_.Find("frmPrintChecks");
+      ScreenHost* host = FindHost("frmPrintChecks");
       if (host == nullptr) return;
       host->TheForm().Enter("txtNumbers");
       host->TheForm().Change("txtNumbers", numbers);
@@ -241,8 +243,7 @@ class Photographer {
 
   // The statement of the month behind the last reconciliation, with the balance that agrees.
   void TakeReconciliation() {
-    desktop_.OpenScreen("frmReconcileAccount", {});
-    ScreenHost* host = desktop_.Find("frmReconcileAccount");
+    ScreenHost* host = OpenHost("frmReconcileAccount");
     if (host == nullptr) return;
     Form& form = host->TheForm();
     form.Click("cmdCompute");
@@ -259,8 +260,7 @@ class Photographer {
   void TakeLedgers() {
     desktop_.OpenScreen("frmViewFileLedgers", "24-0025");
     Take("frmViewFileLedgers", "file-ledger");
-    desktop_.OpenScreen("frmViewTrialBalance", {});
-    ScreenHost* host = desktop_.Find("frmViewTrialBalance");
+    ScreenHost* host = OpenHost("frmViewTrialBalance");
     if (host == nullptr) return;
     host->TheForm().Choose("lstKinds", 2);
     host->TheForm().Click("cmdCompute");
@@ -268,16 +268,14 @@ class Photographer {
   }
 
   void TakeUsers() {
-    desktop_.OpenScreen("frmEditUsers", {});
-    ScreenHost* host = desktop_.Find("frmEditUsers");
+    ScreenHost* host = OpenHost("frmEditUsers");
     if (host == nullptr) return;
     if (host->TheForm().Find("lstUsers")->rows.size() >= 3) host->TheForm().Choose("lstUsers", 3);
     Take("frmEditUsers", "users");
   }
 
   void TakeAuditViewer() {
-    desktop_.OpenScreen("frmViewLog", {});
-    ScreenHost* host = desktop_.Find("frmViewLog");
+    ScreenHost* host = OpenHost("frmViewLog");
     if (host == nullptr) return;
     Form& form = host->TheForm();
     form.SetCheck("optOrder", 1, 2);

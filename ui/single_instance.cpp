@@ -37,10 +37,10 @@ bool SingleInstance::IsFirst() {
     server_.listen(name_);
     return true;
   }
-  // Should anybody look for the program's window by its title, it is not this one's.
-  QGuiApplication::setApplicationDisplayName("unwanted instance");
   // A lock file that cannot be made says nothing of another instance: better two than none.
   if (lock_.error() != QLockFile::LockFailedError) return true;
+  // Should anybody look for the program's window by its title, it is not this one's.
+  QGuiApplication::setApplicationDisplayName("unwanted instance");
   AskFirst();
   return false;
 }

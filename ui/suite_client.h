@@ -1,6 +1,6 @@
 // The suite as seen by this program: a Suite over the local socket of the running main program.
-// The company and its folders are those of the moment of attaching; login and security are asked anew each
-// time, and keep their last value when the suite has ended meanwhile.
+// The company and its folders are those of the moment of attaching; login, security and branch are asked anew
+// each time, and keep their last value when the suite has ended meanwhile.
 #pragma once
 
 #include <QString>

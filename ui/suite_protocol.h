@@ -10,8 +10,7 @@
 //   {"ask":"file","file":T}                          {"known":true|false|null}   null: no file list is kept
 //   {"ask":"files"}                                  {"files":[T,...]|null}
 //   {"ask":"branch","branch":T}                      {"branch":T}                the stand-in only: the
-//   branch
-//                                                     that is now selected
+//                                                     branch that is now selected
 //   {"ask":"quit"}                                   {"ended":true}              the stand-in only
 //   anything else                                    {"error":T}
 // Paths are in the platform's form.

@@ -96,8 +96,7 @@ QLayout* Files() {
   find->setFixedWidth(240);
   foot->addWidget(find);
   foot->addStretch(1);
-  auto* open = Named(new QPushButton, "cmdOpenLedger");
-  open->setAutoDefault(false);
+  auto* open = PlainButton("cmdOpenLedger");
   foot->addWidget(open);
   column->addLayout(foot);
   return column;

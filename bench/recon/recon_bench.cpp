@@ -1,10 +1,9 @@
 // Times the passes of a reconciliation over a large bank beside reading its three tables to nothing, as cat
 // does: by turns, since the machine's speed wanders, and the medians count.
 #include <CLI/CLI.hpp>
-#include <chrono>
-#include <filesystem>
 #include <functional>
 #include <iostream>
+#include <stdexcept>
 
 #include "bench/checks.h"
 #include "bench/machine.h"
@@ -30,10 +29,8 @@ Period PeriodOf(const PeriodNumbers& numbers) {
   return {numbers.month, numbers.day, numbers.year};
 }
 
-void Require(bool done, std::string_view what) {
-  if (done) return;
-  std::cerr << "tallwick_recon_bench: " << what << '\n';
-  std::exit(1);
+void Require(bool done, const char* what) {
+  if (!done) throw std::runtime_error(what);
 }
 
 // Adds `count` records, in units of work of a bounded size.
@@ -108,12 +105,6 @@ class SpokenBoxes : public MessageBoxes {
   }
 };
 
-double Seconds(const std::function<void()>& work) {
-  const auto begin = std::chrono::steady_clock::now();
-  work();
-  return std::chrono::duration<double>(std::chrono::steady_clock::now() - begin).count();
-}
-
 void Compute(BankTables& tables) {
   ReconFindings findings({{12, 28, 2024}, 20241128, 1, true});
   Require(RunReconPasses(tables, {}, findings) == PassEnd::kDone, "the passes were not done");
@@ -164,10 +155,12 @@ int main(int count, char** words) {
   app.add_option("--runs", runs, "runs; the median counts")->check(CLI::Range(1, 100));
   app.add_option("--dir", parent, "parent of the temporary folder")->check(CLI::ExistingDirectory);
   CLI11_PARSE(app, count, words);
-  const std::string folder = parent + "/tallwick-recon-bench";
-  std::filesystem::remove_all(folder);
-  std::filesystem::create_directories(folder);
-  Measure(size, runs, folder);
-  std::filesystem::remove_all(folder);
+  try {
+    const TemporaryFolder folder(parent);
+    Measure(size, runs, folder.Path());
+  } catch (const std::exception& failure) {
+    std::cerr << "tallwick_recon_bench: " << failure.what() << '\n';
+    return 1;
+  }
   return 0;
 }

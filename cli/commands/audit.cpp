@@ -115,17 +115,14 @@ int Audit(Office& office, const AuditArguments& arguments) {
   if (arguments.prove || !arguments.seal.empty()) return Prove(office, *session, arguments.seal);
   const std::string path = AuditLogPath(session->DataPath(), session->BankCode());
   std::optional<std::string> bytes = office.Files().ReadIfThere(path);
-  if (!bytes) {
-    office.Out().Fail("The audit log " + office.Files().PlatformPath(path) + " cannot be read");
-    return kRefused;
-  }
+  if (!bytes)
+    return office.Refuse("The audit log " + office.Files().PlatformPath(path) +
+                         " cannot be read.  Make sure that you may read it");
   const AuditLog log(std::move(*bytes));
   const AuditCriteria criteria = CriteriaOf(arguments);
   Output& out = office.Out();
-  if (const std::string problem = CriteriaProblem(log, criteria); !problem.empty()) {
-    out.Fail(problem);
-    return kRefused;
-  }
+  if (const std::string problem = CriteriaProblem(log, criteria); !problem.empty())
+    return office.Refuse(problem);
   out.StartList("entries");
   for (std::uint32_t place : SearchAuditLog(log, criteria)) ListEntry(log, log.Entries()[place], out);
   out.EndList();

@@ -1,7 +1,6 @@
 // bank: the records of ESCROW_BANKS by field name.
-#include "cli/commands/command.h"
+#include "cli/commands/posted.h"
 #include "cli/field_values.h"
-#include "cli/json_values.h"
 #include "maintenance/bank_maintenance.h"
 #include "shell/clsSecurity.h"
 #include "shell/company_tables.h"
@@ -15,22 +14,6 @@ struct BankArguments {
   std::vector<std::string> values;
 };
 
-Json BankJson(BankTable& banks) {
-  return RecordJson(banks.Data(), banks.Handle(), banks.Data().FieldList(banks.Handle()), Trimming::kBoth);
-}
-
-int ShowBank(Office& office, BankTable& banks) {
-  const Json fields = BankJson(banks);
-  office.Out().Set("fields", fields);
-  office.Out().Line(FieldLines(fields));
-  return kDone;
-}
-
-int Refuse(Office& office, const std::string& why) {
-  office.Out().Fail(why);
-  return kRefused;
-}
-
 // Gives the fields to one of the functions that keep banks, and shows the bank as it then is.
 template <std::string (*kChange)(Session&, std::string_view, const std::vector<FieldAssignment>&)>
 int Change(Office& office, const BankArguments& arguments) {
@@ -39,15 +22,15 @@ int Change(Office& office, const BankArguments& arguments) {
   Session* session = office.Open();
   if (session == nullptr) return office.Status();
   if (const std::string problem = kChange(*session, arguments.code, values); !problem.empty())
-    return Refuse(office, problem);
-  return ShowBank(office, session->Company().banks);
+    return office.Refuse(problem);
+  return ShowFields(office, session->Company().banks);
 }
 
 int Show(Office& office, const BankArguments& arguments) {
   Session* session = office.Open();
   if (session == nullptr) return office.Status();
-  return SeekBankAccount(*session, arguments.code) ? ShowBank(office, session->Company().banks)
-                                                   : Refuse(office, NoSuchBank(*session, arguments.code));
+  return SeekBankAccount(*session, arguments.code) ? ShowFields(office, session->Company().banks)
+                                                   : office.Refuse(NoSuchBank(*session, arguments.code));
 }
 
 int List(Office& office) {
@@ -65,7 +48,7 @@ int List(Office& office) {
   for (bool found = banks.Top("BANKNAME"); found; found = banks.Skip()) {
     const BankRecord bank = banks.Read();
     if (!MayReadBank(*session, bank.code)) continue;
-    list.push_back(BankJson(banks));
+    list.push_back(FieldsJson(banks));
     rows.push_back(
         {bank.code, bank.name, bank.account_number, LongForm(bank.accounting), LongForm(bank.reconciled)});
   }

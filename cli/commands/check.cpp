@@ -3,11 +3,8 @@
 
 #include "cli/commands/posted.h"
 #include "core/text.h"
-#include "posting/bank_settings.h"
 #include "posting/check_numbering.h"
 #include "posting/entry_problems.h"
-#include "shell/rights.h"
-#include "shell/transactions_switch.h"
 #include "tables/check_table.h"
 #include "tables/status_text.h"
 
@@ -36,11 +33,15 @@ int Post(Office& office, const CheckArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<CheckTable> checks = OpenPosted<CheckTable>(office, &status);
   if (!checks) return status;
-  // The screen would show a posted check and change it; a command that posts must not.
-  const bool taken = SeekCounted(*checks, arguments.number);
-  const std::string posted = taken ? "" : PostOnScreen(office, {kScreen, "Posting"}, WithNumber(arguments));
-  return ShowPosted(office, *checks, !posted.empty() && checks->SeekNumber(posted),
-                    "Check " + Quoted(arguments.number) + (taken ? " is posted already" : " was not posted"));
+  ScreenOutcome outcome;
+  // Looking up a posted number zero would offer its removal.
+  outcome.taken = NumberValue(arguments.number) == 0 && SeekCounted(*checks, arguments.number);
+  if (!outcome.taken) {
+    outcome =
+        PostOnScreen(office, {.screen = kScreen, .mode = "Posting", .only_new = true}, WithNumber(arguments));
+  }
+  return ShowPosted(office, *checks, outcome, !outcome.key.empty() && checks->SeekNumber(outcome.key),
+                    "Check " + Quoted(arguments.number));
 }
 
 int Show(Office& office, const CheckArguments& arguments) {
@@ -82,7 +83,7 @@ int ChangePosted(Office& office, const CheckArguments& arguments) {
     entries.push_back({"mnuEditRenumberCheck", {}});
     entries.push_back({"txtCheckNumber", arguments.new_number});
   }
-  const std::string changed = PostOnScreen(office, kChange.use, entries);
+  const std::string changed = PostOnScreen(office, kChange.use, entries).key;
   return ShowFields(office, *checks, !changed.empty() && checks->SeekNumber(changed),
                     name + kChange.not_done);
 }
@@ -105,25 +106,12 @@ int Next(Office& office, const CheckArguments& arguments) {
   if (!checks) return status;
   Session& session = *office.OpenBank();
   if (!arguments.new_number.empty()) {
-    if (!office.Granted(kRightPostChecks)) return office.Status();
-    if (!TransactionsOpen(session)) {
-      office.Out().Fail(kTransactionsLocked);
-      return kRefused;
-    }
-    BankSettings settings(session.Files(), session.DataPath(), kMicrSettings, session.BankCode());
-    const bool is_number = NumberValue(arguments.new_number).has_value();
-    if (!is_number || !settings.Set(kNextCheckNumber, arguments.new_number)) {
-      office.Out().Fail(Quoted(arguments.new_number) +
-                        (is_number ? " could not be kept" : " is not a check number of digits"));
-      return kRefused;
-    }
+    const std::string problem = SetNextCheckNumber(session, arguments.new_number);
+    if (!problem.empty()) return office.Refuse(problem);
   }
   const CheckNumbering numbering =
       ReadCheckNumbering(*checks, session.Files(), session.DataPath(), session.BankCode());
-  if (!numbering.problem.empty()) {
-    office.Out().Fail(numbering.problem);
-    return kRefused;
-  }
+  if (!numbering.problem.empty()) return office.Refuse(numbering.problem);
   const std::string next = numbering.Proposal();
   office.Out().Set("next", next);
   office.Out().Line(next);

@@ -19,28 +19,20 @@ struct PrintArguments {
   std::string advice;
 };
 
-int Refuse(Office& office, const std::string& why) {
-  office.Out().Fail(why);
-  return kRefused;
-}
-
 int Print(Office& office, const PrintArguments& arguments) {
-  if (!office.PrintInto(arguments.pdf))
-    return Refuse(office,
-                  "Checks need the print module, which is not installed with this escrowctl.  Print them "
-                  "from the desktop.");
+  if (!office.PrintInto(arguments.pdf)) return office.Status();
   Session* session = office.OpenBank();
   if (session == nullptr) return office.Status();
   BankTables tables(session->Home());
   if (!tables.Open(session->BankCode())) return kNoTables;
   const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
-  if (!bank) return Refuse(office, "Bank ID Code no longer valid...");
+  if (!bank) return office.Refuse("Bank ID Code no longer valid...");
   const CheckBatch batch = CollectChecks(tables, bank->code, arguments.numbers, arguments.advice);
-  if (!batch.problem.empty()) return Refuse(office, batch.problem);
+  if (!batch.problem.empty()) return office.Refuse(batch.problem);
   StockCheckPrinter printer(*session, bank->code);
   if (!AgreesToPrint(batch, office.Boxes(), "Print Checks") ||
       !printer.PrintAll(batch.checks, *bank, {false, ParseStock(arguments.layout)})) {
-    return Refuse(office, "Nothing was printed");
+    return office.Refuse("Nothing was printed");
   }
   Json numbers = Json::array();
   for (const CheckOnPaper& paper : batch.checks) numbers.push_back(paper.check.number);
@@ -55,10 +47,10 @@ int ShowLayout(Office& office, const PrintArguments& arguments) {
   Session* session = office.OpenBank();
   if (session == nullptr) return office.Status();
   const std::optional<BankRecord> bank = session->Company().banks.Find(session->BankCode());
-  if (!bank) return Refuse(office, "Bank ID Code no longer valid...");
+  if (!bank) return office.Refuse("Bank ID Code no longer valid...");
   const LayoutReading reading =
       ReadLayoutFile(session->Files(), session->DataPath(), *bank, ParseStock(arguments.layout));
-  if (!reading.problem.empty()) return Refuse(office, reading.problem);
+  if (!reading.problem.empty()) return office.Refuse(reading.problem);
   const std::string shown = LayoutText(reading.layout);
   office.Out().Set("layout", shown);
   office.Out().Line(shown);
@@ -69,8 +61,8 @@ int ChangeSignPassword(Office& office, const PrintArguments&) {
   Session* session = office.OpenBank();
   if (session == nullptr) return office.Status();
   const auto typed = office.Boxes().AskSecret("Password to Sign Check", "New password (empty for none):");
-  if (!typed) return Refuse(office, "No password was typed");
-  if (!SetSignPassword(*session, session->BankCode(), *typed)) return Refuse(office, "Nothing was changed");
+  if (!typed) return office.Refuse("No password was typed");
+  if (!SetSignPassword(*session, session->BankCode(), *typed)) return office.Refuse("Nothing was changed");
   office.Out().Set("asked", !typed->empty());
   office.Out().Line(typed->empty() ? "Checks are printed without a password"
                                    : "The password is asked for before checks are printed");

@@ -41,9 +41,9 @@ void AddItem(const std::string& item, int row, std::vector<TypedEntry>* entries)
 }
 
 std::vector<TypedEntry> EntriesOf(const DepositArguments& arguments) {
-  std::vector<TypedEntry> entries = {{"txtDepositDated", arguments.dated},
-                                     {"txtDepositAcctPeriod", arguments.period}};
+  std::vector<TypedEntry> entries = {{"txtDepositDated", arguments.dated}};
   if (!arguments.sequence.empty()) entries.push_back({"txtDateSequence", arguments.sequence});
+  entries.push_back({"txtDepositAcctPeriod", arguments.period});
   int row = 0;
   for (const std::string& item : arguments.items) AddItem(item, ++row, &entries);
   for (int wire_in : arguments.wire_ins) entries.push_back({"chkWireIn", "", wire_in});
@@ -54,19 +54,14 @@ int Post(Office& office, const DepositArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<DepositTable> deposits = OpenPosted<DepositTable>(office, &status);
   if (!deposits) return status;
-  if (arguments.items.size() > kDepositItems) {
-    office.Out().Fail("A deposit holds " + std::to_string(kDepositItems) + " items, and " +
-                      std::to_string(arguments.items.size()) + " were given");
-    return kRefused;
-  }
-  // The screen would show a posted deposit and change it; a command that posts must not.
-  const std::string dated = StoredForm(arguments.dated);
-  const bool taken =
-      !arguments.sequence.empty() && deposits->SeekDeposit(dated, StoredSequence(arguments.sequence));
-  const std::string key = taken ? "" : PostOnScreen(office, "frmEditDepositsPost", EntriesOf(arguments));
-  const bool posted = key.size() > 8 && deposits->SeekDeposit(key.substr(0, 8), key.substr(8));
-  return ShowPosted(office, *deposits, posted,
-                    NameOf(arguments) + (taken ? " is posted already" : " was not posted"));
+  if (arguments.items.size() > kDepositItems)
+    return office.Refuse("A deposit holds " + std::to_string(kDepositItems) + " items, and " +
+                         std::to_string(arguments.items.size()) + " were given");
+  const ScreenOutcome outcome =
+      PostOnScreen(office, {.screen = "frmEditDepositsPost", .only_new = true}, EntriesOf(arguments));
+  const std::string& key = outcome.key;
+  const bool found = key.size() > 8 && deposits->SeekDeposit(key.substr(0, 8), key.substr(8));
+  return ShowPosted(office, *deposits, outcome, found, NameOf(arguments));
 }
 
 int Show(Office& office, const DepositArguments& arguments) {
@@ -86,7 +81,7 @@ int Clear(Office& office, const DepositArguments& arguments) {
   const std::string dated = StoredForm(arguments.dated);
   const std::string sequence = StoredSequence(arguments.sequence);
   const bool there = !dated.empty() && deposits->SeekDeposit(dated, sequence);
-  std::string cleared;
+  bool cleared = false;
   if (there) {
     const DepositRecord deposit = deposits->Read();
     std::vector<TypedEntry> entries = {
@@ -98,9 +93,9 @@ int Clear(Office& office, const DepositArguments& arguments) {
     } else {
       entries.push_back({"cmdMarkAll", ""});
     }
-    cleared = PostOnScreen(office, "frmEditDepositsClear", entries);
+    cleared = !PostOnScreen(office, {"frmEditDepositsClear"}, entries).key.empty();
   }
-  return ShowFields(office, *deposits, !cleared.empty() && deposits->SeekDeposit(dated, sequence),
+  return ShowFields(office, *deposits, cleared && deposits->SeekDeposit(dated, sequence),
                     NameOf(arguments) + (there ? " was not cleared" : " is not posted"));
 }
 

@@ -40,10 +40,7 @@ int PlayAll(Office& office, std::istream& script) {
 }
 
 int Drive(Office& office, const DriveArguments& arguments) {
-  if (!arguments.pdf.empty() && !office.PrintInto(arguments.pdf)) {
-    office.Out().Fail("This escrowctl was built without printing.  Use the desktop's build.");
-    return kRefused;
-  }
+  if (!arguments.pdf.empty() && !office.PrintInto(arguments.pdf)) return office.Status();
   if (arguments.script.empty() || arguments.script == "-") return PlayAll(office, std::cin);
   // A folder can be opened as a file, but not read.
   std::ifstream file(arguments.script);
@@ -52,8 +49,8 @@ int Drive(Office& office, const DriveArguments& arguments) {
     file.clear();
     return PlayAll(office, file);
   }
-  office.Out().Fail("The script " + Quoted(arguments.script) + " cannot be read");
-  return kRefused;
+  return office.Refuse("The script " + Quoted(arguments.script) +
+                       " cannot be read.  Make sure that it is a file that you may read");
 }
 
 }  // namespace

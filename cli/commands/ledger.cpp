@@ -58,10 +58,7 @@ int Ledger(Office& office, const LedgerArguments& arguments) {
     return kNoTables;
   }
   const FileLedger& ledger = reading.ledger;
-  if (ledger.FileNumber().empty()) {
-    out.Fail(reading.message);
-    return kRefused;
-  }
+  if (ledger.FileNumber().empty()) return office.Refuse(reading.message);
   out.Set("file", ledger.FileNumber());
   Json banks = Json::array();
   for (const BankLedger& bank : ledger.Banks()) banks.push_back(BankJson(bank));

@@ -5,7 +5,6 @@
 #include "core/portable_file_system.h"
 #include "core/text.h"
 #include "shell/rights.h"
-#include "tables/agent_table.h"
 #include "tables/bank_table.h"
 #include "tables/check_table.h"
 #include "tables/deposit_table.h"
@@ -111,9 +110,8 @@ OpenTable::~OpenTable() {
 }
 
 int OpenTable::Failed(std::string_view what, int code) {
-  office_.Out().Fail(name_ + " " + std::string(what) + ": " + std::string(engine::error4text(code)) + " (" +
-                     std::to_string(code) + ")");
-  return kRefused;
+  return office_.Refuse(name_ + " " + std::string(what) + ": " + std::string(engine::error4text(code)) +
+                        " (" + std::to_string(code) + ")");
 }
 
 }  // namespace tallwick::cli

@@ -1,5 +1,7 @@
 #include "cli/commands/posted.h"
 
+#include <algorithm>
+
 #include "posting/posting_form.h"
 
 namespace tallwick::cli {
@@ -54,16 +56,28 @@ void TellWhyClosed(Office& office, Form& form) {
   }
 }
 
+bool UseAll(Form& form, std::span<const TypedEntry> entries) {
+  return std::all_of(entries.begin(), entries.end(),
+                     [&](const TypedEntry& entry) { return Use(form, entry); });
+}
+
 }  // namespace
 
-std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries) {
+ScreenOutcome PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries) {
   const std::unique_ptr<Form> form = office.Screens().Make(use.screen, use.mode);
   const auto* posting = dynamic_cast<const PostingForm*>(form.get());
   if (posting == nullptr) return {};
   form->Opened();
-  for (const TypedEntry& entry : entries) {
-    if (!Use(*form, entry)) return {};
+  const auto behind_key = std::find_if_not(entries.begin(), entries.end(), [&](const TypedEntry& entry) {
+    const Control* control = form->Find(entry.control, entry.index);
+    return control != nullptr && posting->IsKey(*control);
+  });
+  if (!UseAll(*form, {entries.begin(), behind_key})) return {};
+  if (use.only_new) {
+    form->Leave();  // the screen looks the key up
+    if (posting->IsPosted()) return {.key = {}, .taken = true};
   }
+  if (!UseAll(*form, {behind_key, entries.end()})) return {};
   const Control* press = form->Find(use.press);
   if (use.press.empty()) {
     form->Leave();
@@ -72,40 +86,40 @@ std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector
   } else {
     Use(*form, {std::string(use.press), {}});
   }
-  return posting->LastPosted();
+  return {.key = posting->LastPosted()};
 }
 
 Json FieldsJson(const TableBase& table) {
   return RecordJson(table.Data(), table.Handle(), table.Data().FieldList(table.Handle()), Trimming::kBoth);
 }
 
-int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found) {
-  if (!found) {
-    office.Out().Fail(not_found);
-    return kRefused;
-  }
+int ShowFields(Office& office, const TableBase& table) {
   const Json fields = FieldsJson(table);
   office.Out().Set("fields", fields);
   office.Out().Line(FieldLines(fields));
   return kDone;
 }
 
-int ShowPosted(Office& office, const TableBase& table, bool posted, const std::string& failure) {
-  office.Out().Set("posted", posted);
-  if (posted) office.Out().Line("posted");
-  return ShowFields(office, table, posted, failure);
+int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found) {
+  return found ? ShowFields(office, table) : office.Refuse(not_found);
+}
+
+int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outcome, bool found,
+               const std::string& name) {
+  office.Out().Set("posted", found);
+  if (found) office.Out().Line("posted");
+  return ShowFields(office, table, found, name + (outcome.taken ? " is posted already" : " was not posted"));
 }
 
 int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
                    bool posted) {
-  const bool removed = posted && !PostOnScreen(office, use, {number}).empty();
+  const bool removed = posted && !PostOnScreen(office, use, {number}).key.empty();
   office.Out().Set("removed", removed);
   if (removed) {
     office.Out().Line("removed");
     return kDone;
   }
-  office.Out().Fail(name + (posted ? " was not removed" : " is not posted"));
-  return kRefused;
+  return office.Refuse(name + (posted ? " was not removed" : " is not posted"));
 }
 
 }  // namespace tallwick::cli

@@ -1,5 +1,5 @@
 // What the commands on checks, deposits, wires and vouchers share: the bank's table, typing into the posting
-// screen, and showing what is posted.
+// screen, and showing what is posted. Showing a record is also that of the banks.
 #pragma once
 
 #include <memory>
@@ -50,23 +50,29 @@ struct ScreenUse {
   std::string_view screen;
   std::string_view mode = {};
   std::string_view press = "cmdOk";
+  // Nothing is done where the key shows a posted record: the screen would change it, and a command that posts
+  // must not. The entries of the key stand first.
+  bool only_new = false;
 };
-// Types the entries into a posting screen in their order and presses the posting button. Gives the key of
-// what was posted, "" when the screen refused or could not be opened.
-std::string PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries);
-inline std::string PostOnScreen(Office& office, std::string_view screen,
-                                const std::vector<TypedEntry>& entries) {
-  return PostOnScreen(office, ScreenUse{screen}, entries);
-}
+struct ScreenOutcome {
+  std::string key;     // of what was posted; "" when the screen refused or could not be opened
+  bool taken = false;  // only_new: the key is that of a posted record
+};
+// Types the entries into a posting screen in their order and presses the posting button.
+ScreenOutcome PostOnScreen(Office& office, const ScreenUse& use, const std::vector<TypedEntry>& entries);
 
 // The fields of the current record.
 Json FieldsJson(const TableBase& table);
 
-// Prints the current record under "fields", or says that it was not found. The exit status.
+// Prints the current record under "fields"; kDone.
+int ShowFields(Office& office, const TableBase& table);
+// The same where it was found, else says that it was not. The exit status.
 int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found);
 
-// Ends a posting command: `posted` and the fields of the current record, or what failed. The exit status.
-int ShowPosted(Office& office, const TableBase& table, bool posted, const std::string& failure);
+// Ends a posting command: `posted` and the fields of the current record where it was `found` behind the post,
+// else that the item of the `name` was not posted. The exit status.
+int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outcome, bool found,
+               const std::string& name);
 
 // Has a screen look up the posted record that `number` names and remove it. `name` begins what is said where
 // it is not `posted`, or was not removed. The exit status.

@@ -93,15 +93,9 @@ int Reconcile(Office& office, const ReconArguments& arguments) {
   if (!TypeEntries(office, *screen, arguments.entries)) return kRefused;
   if (arguments.update && ProveWritable(office, arguments.paths) != kDone) return kRefused;
   screen->Click(arguments.update ? "cmdUpdateBankRecord" : "cmdCompute");
-  if (screen->Results() == nullptr) {
-    office.Out().Fail("The account was not computed");
-    return kRefused;
-  }
+  if (screen->Results() == nullptr) return office.Refuse("The account was not computed");
   ShowResults(office.Out(), *screen);
-  if (arguments.update && !screen->IsUpdated()) {
-    office.Out().Fail("The bank record was not updated");
-    return kRefused;
-  }
+  if (arguments.update && !screen->IsUpdated()) return office.Refuse("The bank record was not updated");
   return SaveReport(office, *screen->Report(), arguments.paths);
 }
 
@@ -113,19 +107,13 @@ int TakeBack(Office& office, const ReconArguments& arguments) {
   office.Boxes().QueueAnswer(BoxAnswer::kYes);
   const std::string before = screen->Find("txtReconciledThrough")->text;
   screen->Change("txtTakeBackReason", arguments.reason);
-  if (!screen->Find("cmdTakeBack")->enabled) {
-    office.Out().Fail(std::string(kReasonNeeded));
-    return kRefused;
-  }
+  if (!screen->Find("cmdTakeBack")->enabled) return office.Refuse(std::string(kReasonNeeded));
   screen->Click("cmdTakeBack");
   const std::string after = screen->Find("txtReconciledThrough")->text;
   const bool taken = before != after;
   office.Out().Set("takenBack", taken);
   office.Out().Set("reconciledThrough", after);
-  if (!taken) {
-    office.Out().Fail("The last reconciliation was not taken back");
-    return kRefused;
-  }
+  if (!taken) return office.Refuse("The last reconciliation was not taken back");
   office.Out().Line(screen->Find("lblStatus")->caption);
   return kDone;
 }

@@ -84,14 +84,18 @@ void DumpRecord(OpenTable& table, const std::vector<FieldProperties>& fields, Ou
   out.Item(record, line);
 }
 
+// False after a message where the table has no such tag; "" is the record order.
+bool SelectTag(Office& office, OpenTable& table, const std::string& tag) {
+  if (table.Store().SelectTag(table.Data(), tag)) return true;
+  office.Out().Fail("The table has no tag " + Quoted(tag));
+  return false;
+}
+
 int Dump(Office& office, const TableArguments& arguments) {
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
   clsKVRData& store = table.Store();
-  if (!store.SelectTag(table.Data(), arguments.tag)) {
-    office.Out().Fail("The table has no tag " + Quoted(arguments.tag));
-    return kRefused;
-  }
+  if (!SelectTag(office, table, arguments.tag)) return kRefused;
   const std::vector<FieldProperties> fields = store.FieldList(table.Data());
   std::string heading = "record";
   for (const FieldProperties& field : fields) heading += '\t' + field.name;
@@ -108,10 +112,7 @@ int Seek(Office& office, const TableArguments& arguments) {
   OpenTable table(office, arguments.file);
   if (!table) return table.Status();
   clsKVRData& store = table.Store();
-  if (!store.SelectTag(table.Data(), arguments.tag)) {
-    office.Out().Fail("The table has no tag " + Quoted(arguments.tag));
-    return kRefused;
-  }
+  if (!SelectTag(office, table, arguments.tag)) return kRefused;
   const int code = store.SeekDatabase(table.Data(), arguments.key);
   if (code < 0) return table.Failed("cannot be sought for this key", code);
   const bool found = code == 0;
@@ -142,8 +143,7 @@ int Append(Office& office, const TableArguments& arguments) {
   store.AddRecordStart(table.Data());
   if (const std::string problem = AssignFields(store, table.Data(), assignments); !problem.empty()) {
     store.SetChangedFlag(table.Data(), false);
-    office.Out().Fail(problem);
-    return kRefused;
+    return office.Refuse(problem);
   }
   const int code = store.AddRecordFinish(table.Data());
   return code == 0 ? ShowRecord(office, table) : table.Failed("did not take the record", code);
@@ -167,26 +167,20 @@ std::unique_ptr<BankTrail> TrailOf(Office& office, OpenTable& table) {
 template <typename Change>
 int ChangeRecord(Office& office, OpenTable& table, std::int32_t record, Change change) {
   clsKVRData& store = table.Store();
-  if (record < 1 || record > store.RecordCount(table.Data())) {
-    office.Out().Fail("There is no record " + std::to_string(record));
-    return kRefused;
-  }
+  if (record < 1 || record > store.RecordCount(table.Data()))
+    return office.Refuse("There is no record " + std::to_string(record));
   const int found = store.GoToRecordNo(table.Data(), record);
   if (found != 0) return table.Failed("could not be read", found);
-  if (!store.LockTheRecord(table.Data())) {
-    office.Out().Fail("Record " + std::to_string(record) + " is in use at another workstation");
-    return kRefused;
-  }
+  if (!store.LockTheRecord(table.Data()))
+    return office.Refuse("Record " + std::to_string(record) +
+                         " is in use at another workstation.  Try again when it is free");
   const std::unique_ptr<BankTrail> trail = TrailOf(office, table);
   const std::string problem = change();
   const int code = problem.empty() ? store.WriteTheRecord(table.Data()) : 0;
   if (!problem.empty() || code != 0) store.SetChangedFlag(table.Data(), false);
   if (trail && problem.empty() && code == 0) trail->Write();
   store.UnlockTheRecord(table.Data());
-  if (!problem.empty()) {
-    office.Out().Fail(problem);
-    return kRefused;
-  }
+  if (!problem.empty()) return office.Refuse(problem);
   return code == 0 ? ShowRecord(office, table) : table.Failed("did not take the change", code);
 }
 

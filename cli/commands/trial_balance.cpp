@@ -97,8 +97,9 @@ void AddTrialBalanceCommand(CLI::App& app, Action& chosen) {
   trial->add_option("--kind", arguments->kind, "all, open, overdrawn or dormant (all unless said)")
       ->check(CLI::IsMember({"all", "open", "overdrawn", "dormant"}));
   trial
-      ->add_option("--days", arguments->days,
-                   "Days without activity that make a file dormant (180 unless said)")
+      ->add_option(
+          "--days", arguments->days,
+          "Days without activity that make a file dormant (" + std::to_string(kDormantDays) + " unless said)")
       ->check(CLI::Range(1, 36500));
   AddReportOptions(trial, arguments->paths);
   Choose(trial, chosen, arguments, TrialBalanceOf);

@@ -3,8 +3,7 @@
 #include "cli/json_values.h"
 #include "core/text.h"
 #include "shell/clsSecurity.h"
-#include "shell/company_tables.h"
-#include "shell/rights.h"
+#include "shell/user_changes.h"
 #include "tables/users_table.h"
 
 namespace tallwick::cli {
@@ -27,13 +26,11 @@ int Failed(Office& office, std::string_view what, int code) {
   std::string why(engine::error4text(code));
   if (code == engine::kErrorFieldValue) why = office.Open()->Data().LastFieldProblem().text;
   if (code == kUserChanged) why = "somebody else has changed the user at the same time.  Try again";
-  office.Out().Fail(std::string(what) + ": " + why);
-  return kRefused;
+  return office.Refuse(std::string(what) + ": " + why);
 }
 
 int Unknown(Office& office, const std::string& login) {
-  office.Out().Fail("There is no user " + Quoted(login));
-  return kRefused;
+  return office.Refuse("There is no user " + Quoted(login));
 }
 
 Session* Ended(Office& office, const std::string& why, int with, int* status) {
@@ -54,8 +51,8 @@ Session* OpenUsers(Office& office, int* status) {
 // The same for a command that changes users.
 Session* OpenForChange(Office& office, int* status) {
   Session* session = OpenUsers(office, status);
-  if (session == nullptr || session->MayUse(kAdministrator)) return session;
-  return Ended(office, "Only an administrator may change users", kRefused, status);
+  const std::string problem = session != nullptr ? UserChangeProblem(*session) : "";
+  return problem.empty() ? session : Ended(office, problem, kRefused, status);
 }
 
 // The same for a command that looks at the user with the login.
@@ -104,18 +101,9 @@ void Take(const UserArguments& arguments, clsSecurity& user) {
   if (arguments.must_change) user.iMustChange = *arguments.must_change == "on" ? 1 : 0;
 }
 
-// Codes of banks that are not there: a typing error would leave the user without the bank.
-bool HasUnknownBank(Office& office, Session& session, const UserArguments& arguments) {
-  if (!arguments.banks) return false;
-  for (const std::string& code : BankCodes(*arguments.banks)) {
-    if (session.Company().banks.Find(code)) continue;
-    office.Out().Fail("There is no bank " + Quoted(code) + ".  \"escrowctl bank list\" names them");
-    return true;
-  }
-  return false;
-}
-
 int Save(Office& office, Session& session, clsSecurity& user, const clsSecurity& before) {
+  if (const std::string problem = UserSaveProblem(session, before, user).text; !problem.empty())
+    return office.Refuse(problem);
   const int code = user.SaveUserSecurity(session.Home(), session.TheClock().Now(), &before);
   return code != 0 ? Failed(office, "The user was not saved", code)
                    : ShowUser(office, session.Home(), user.osLogin);
@@ -125,12 +113,6 @@ int Add(Office& office, const UserArguments& arguments) {
   int status = kDone;
   Session* session = OpenForChange(office, &status);
   if (session == nullptr) return status;
-  const std::string problem = clsSecurity::NewLoginProblem(session->Home(), arguments.login);
-  if (!problem.empty()) {
-    office.Out().Fail(problem);
-    return kRefused;
-  }
-  if (HasUnknownBank(office, *session, arguments)) return kRefused;
   const clsSecurity before = clsSecurity::NewUser();
   clsSecurity user = before;
   user.osLogin = Trim(arguments.login);
@@ -144,14 +126,8 @@ int Set(Office& office, const UserArguments& arguments) {
   if (session == nullptr) return status;
   std::optional<clsSecurity> user = clsSecurity::GetUserSecurity(session->Home(), arguments.login);
   if (!user) return Unknown(office, arguments.login);
-  if (HasUnknownBank(office, *session, arguments)) return kRefused;
   const clsSecurity before = *user;
   Take(arguments, *user);
-  const bool own = EqualsIgnoreCase(user->osLogin, session->Login());
-  if (const std::string problem = own ? user->OwnAccountProblem(before) : ""; !problem.empty()) {
-    office.Out().Fail(problem);
-    return kRefused;
-  }
   return Save(office, *session, *user, before);
 }
 
@@ -186,10 +162,7 @@ int Delete(Office& office, const UserArguments& arguments) {
   if (session == nullptr) return status;
   const int code = clsSecurity::DeleteUserSecurity(session->Home(), arguments.login, session->Login());
   if (code == engine::kNoRecord) return Unknown(office, arguments.login);
-  if (code == kOwnAccount) {
-    office.Out().Fail("The user was not deleted");
-    return kRefused;
-  }
+  if (code == kOwnAccount) return office.Refuse("The user was not deleted");
   if (code != 0) return Failed(office, "The user was not deleted", code);
   office.Out().Set("deleted", arguments.login);
   office.Out().Line("deleted " + arguments.login);

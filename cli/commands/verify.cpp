@@ -29,10 +29,7 @@ int Mend(Office& office, const MendArguments& arguments) {
   if (!home) return office.Status();
   Output& out = office.Out();
   const MendReport report = arguments.dry_run ? PlanMending(*home) : MendCompany(*home);
-  if (!report.refusal.empty()) {
-    out.Fail(report.refusal);
-    return kRefused;
-  }
+  if (!report.refusal.empty()) return office.Refuse(report.refusal);
   out.Set("dryRun", arguments.dry_run);
   if (!report.steps.empty()) out.Line(arguments.dry_run ? "To be done:" : "Done:");
   out.StartList("steps");

@@ -21,16 +21,14 @@ int Post(Office& office, const VoucherArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<VoucherTable> vouchers = OpenPosted<VoucherTable>(office, &status);
   if (!vouchers) return status;
-  // The screen would show a posted voucher and change it; a command that posts must not.
-  const bool taken = !arguments.number.empty() && SeekCounted(*vouchers, arguments.number);
   std::vector<TypedEntry> entries;
   // Without a number the screen's proposal stands.
   if (!arguments.number.empty()) entries.push_back({"txtVCHRNumber", arguments.number});
   entries.insert(entries.end(), arguments.entries.begin(), arguments.entries.end());
-  const std::string posted = taken ? "" : PostOnScreen(office, "frmEditVouchersPost", entries);
-  const std::string name = arguments.number.empty() ? "The voucher" : "Voucher " + Quoted(arguments.number);
-  return ShowPosted(office, *vouchers, !posted.empty() && vouchers->SeekNumber(posted),
-                    name + (taken ? " is posted already" : " was not posted"));
+  const ScreenOutcome outcome =
+      PostOnScreen(office, {.screen = "frmEditVouchersPost", .only_new = true}, entries);
+  return ShowPosted(office, *vouchers, outcome, !outcome.key.empty() && vouchers->SeekNumber(outcome.key),
+                    arguments.number.empty() ? "The voucher" : "Voucher " + Quoted(arguments.number));
 }
 
 int Show(Office& office, const VoucherArguments& arguments) {

@@ -2,6 +2,7 @@
 #include "cli/commands/posted.h"
 #include "core/text.h"
 #include "posting/entry_problems.h"
+#include "posting/wire_validation.h"
 #include "tables/status_text.h"
 #include "tables/wire_table.h"
 
@@ -28,11 +29,10 @@ int Post(Office& office, const WireArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<WireTable> wires = OpenPosted<WireTable>(office, &status);
   if (!wires) return status;
-  // The screen would show a posted wire and change it; a command that posts must not.
-  const bool taken = wires->SeekNumber(arguments.number);
-  const std::string posted = taken ? "" : PostOnScreen(office, kScreen, WithNumber(arguments));
-  return ShowPosted(office, *wires, !posted.empty() && wires->SeekNumber(posted),
-                    "Wire " + Quoted(arguments.number) + (taken ? " is posted already" : " was not posted"));
+  const ScreenOutcome outcome =
+      PostOnScreen(office, {.screen = kScreen, .only_new = true}, WithNumber(arguments));
+  return ShowPosted(office, *wires, outcome, !outcome.key.empty() && wires->SeekNumber(outcome.key),
+                    "Wire " + Quoted(arguments.number));
 }
 
 int Show(Office& office, const WireArguments& arguments) {
@@ -47,15 +47,13 @@ int Clear(Office& office, const WireArguments& arguments) {
   int status = kDone;
   const std::unique_ptr<WireTable> wires = OpenPosted<WireTable>(office, &status);
   if (!wires) return status;
-  const bool there = wires->SeekNumber(arguments.number);
-  // The screen would move a cleared wire to the other statement; a command that clears must not.
-  const bool done = there && wires->Read().status == "C";
-  const bool cleared = there && !done && !PostOnScreen(office, kScreen, WithNumber(arguments)).empty();
+  const std::string name = "Wire " + Quoted(arguments.number);
+  if (!wires->SeekNumber(arguments.number)) return ShowFields(office, *wires, false, name + " is not posted");
+  if (const std::string why = ClearingRefusal(wires->Read()); !why.empty())
+    return ShowFields(office, *wires, false, why);
+  const bool cleared = !PostOnScreen(office, {kScreen}, WithNumber(arguments)).key.empty();
   return ShowFields(office, *wires, cleared && wires->SeekNumber(arguments.number),
-                    "Wire " + Quoted(arguments.number) +
-                        (done    ? " is cleared already"
-                         : there ? " was not cleared"
-                                 : " is not posted"));
+                    name + " was not cleared");
 }
 
 int Remove(Office& office, const WireArguments& arguments) {

@@ -14,10 +14,7 @@ struct WordsArguments {
 int Words(Office& office, const WordsArguments& arguments) {
   std::optional<Currency> amount = Currency::Parse(Trim(arguments.amount));
   if (!amount) amount = Currency::ParseTyped(arguments.amount);
-  if (!amount) {
-    office.Out().Fail(Quoted(arguments.amount) + " is no amount of dollars and cents");
-    return kRefused;
-  }
+  if (!amount) return office.Refuse(Quoted(arguments.amount) + " is no amount of dollars and cents");
   const std::string words = AmountInWords(*amount);
   office.Out().Line(words);
   office.Out().Set("words", words);

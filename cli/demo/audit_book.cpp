@@ -119,7 +119,7 @@ std::size_t EndOfDay(const std::vector<Happening>& happened, std::size_t start) 
 }
 
 // The entries of a day go to the log together.
-int WriteBank(Session& session, const DemoCompany& company, const DemoBank& bank) {
+bool WriteBank(Session& session, const DemoCompany& company, const DemoBank& bank, int* entries) {
   StandingClock clock;
   const std::vector<Happening> happened = AuditBook(company, bank).Finish();
   for (std::size_t start = 0; start < happened.size();) {
@@ -134,18 +134,18 @@ int WriteBank(Session& session, const DemoCompany& company, const DemoBank& bank
       if (i > start) day += "\r\n";
       day += WriteAuditHeader(target, happened[i].tx, happened[i].reference) + AuditBytes(happened[i].events);
     }
-    AppendAuditEntry(target, day);
+    if (!AppendAuditEntry(target, day)) return false;
+    *entries += static_cast<int>(end - start);
     start = end;
   }
-  return static_cast<int>(happened.size());
+  return true;
 }
 
 }  // namespace
 
-int WriteDemoAudit(Session& session, const DemoCompany& company) {
-  int entries = 0;
-  for (const DemoBank& bank : company.banks) entries += WriteBank(session, company, bank);
-  return entries;
+bool WriteDemoAudit(Session& session, const DemoCompany& company, int* entries) {
+  return std::all_of(company.banks.begin(), company.banks.end(),
+                     [&](const DemoBank& bank) { return WriteBank(session, company, bank, entries); });
 }
 
 }  // namespace tallwick::cli

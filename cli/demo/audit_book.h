@@ -8,7 +8,7 @@
 
 namespace tallwick::cli {
 
-// The number of entries written.
-int WriteDemoAudit(Session& session, const DemoCompany& company);
+// False where a log did not take its entries. `entries` are those written.
+bool WriteDemoAudit(Session& session, const DemoCompany& company, int* entries);
 
 }  // namespace tallwick::cli

@@ -1,11 +1,13 @@
 #include "cli/demo/company.h"
 
 #include <cstdio>
+#include <initializer_list>
 
 #include "cli/demo/bank_book.h"
 #include "cli/demo/closing.h"
 #include "cli/demo/names.h"
 #include "cli/demo/random.h"
+#include "shell/rights.h"
 
 namespace tallwick::cli {
 
@@ -61,23 +63,22 @@ AgentRecord Agent() {
   return agent;
 }
 
-clsSecurity User(std::string login, std::string name, std::string group, std::string rights,
+clsSecurity User(std::string login, std::string name, std::string group, std::initializer_list<int> denied,
                  std::vector<std::string> banks) {
   clsSecurity user;
   user.osLogin = std::move(login);
   user.sUserName = std::move(name);
   user.sGroup = std::move(group);
-  user.sSecurity = std::move(rights);
+  for (int right : denied) user.SetRight(right, false);
   user.sBankCodes = std::move(banks);
   return user;
 }
 
 std::vector<clsSecurity> Users() {
-  // Right 56 is voiding, 55 reconciling, 54 purging.
-  const std::string no_voids = std::string(53, '0') + "111";
-  const std::string no_purge = std::string(53, '0') + "1";
-  return {User("ADMIN", "Ruth Lindqvist", "Administrator", "", {"FNT", "LSB", "HCB"}),
-          User("JKELLER", "Joan M. Keller", "Power User", "", {"FNT", "LSB", "HCB"}),
+  const auto no_purge = {kRightPurgeFiles};
+  const auto no_voids = {kRightPurgeFiles, kRightReconcile, kRightVoidChecks};
+  return {User("ADMIN", "Ruth Lindqvist", "Administrator", {}, {"FNT", "LSB", "HCB"}),
+          User("JKELLER", "Joan M. Keller", "Power User", {}, {"FNT", "LSB", "HCB"}),
           User("RDAVIS", "Robert L. Davis", "User", no_purge, {"FNT", "LSB"}),
           User("TSZABO", "Tamás B. Szabo", "User", no_voids, {"FNT"}),
           User("AOKAFOR", "Amara Okafor", "User", no_voids, {"LSB", "HCB"})};

@@ -2,9 +2,8 @@
 //
 // Invariants, so that everything later built on the tables finds a company that adds up:
 //  - money of a bank: for the last reconciliation L, check book balance (everything posted up to L, voids and
-//  stops up
-//    to L given back) = statement balance (everything cleared up to L) + outstanding deposits - outstanding
-//    checks and wires;
+//    stops up to L given back) = statement balance (everything cleared up to L) + outstanding deposits -
+//    outstanding checks and wires;
 //  - check and voucher numbers of a bank run without a gap, and the voucher counter is the last one issued;
 //  - nothing bears a day after "today"; an item is cleared only in a statement up to L.
 // The same seed, day and number of files give the same company.

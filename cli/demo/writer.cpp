@@ -1,6 +1,5 @@
 #include "cli/demo/writer.h"
 
-#include "cli/demo/audit_book.h"
 #include "posting/payee_book.h"
 #include "shell/company_tables.h"
 #include "tables/bank_tables.h"
@@ -135,9 +134,7 @@ bool Writer::WriteVouchers(const DemoBank& bank, BankTables& tables) {
 }  // namespace
 
 int WriteDemoCompany(Session& session, const DemoCompany& company, DemoCounts* counts) {
-  const int code = Writer(session, counts).Write(company);
-  if (code == engine::kSuccess) counts->audit_entries = WriteDemoAudit(session, company);
-  return code;
+  return Writer(session, counts).Write(company);
 }
 
 }  // namespace tallwick::cli

@@ -18,7 +18,6 @@ struct DemoCounts {
   int wires = 0;
   int vouchers = 0;
   int notes = 0;
-  int audit_entries = 0;
 };
 
 // Units of work of a thousand transactions each. 0, or the code of what failed; the company is then

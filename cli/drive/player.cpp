@@ -255,7 +255,7 @@ bool ScriptPlayer::SelectOption(const Step& step, const Control& control) {
     return true;
   }
   if (step.row == 0) return Fail("choose needs a row");
-  const std::size_t rows = control.source ? control.source->RowCount() : control.rows.size();
+  const std::size_t rows = RowCount(control);
   if (static_cast<std::size_t>(step.row) > rows)
     return Fail(control.name + " has " + std::to_string(rows) + " rows");
   Top()->Choose(control.name, step.row, control.index);

@@ -25,10 +25,8 @@ std::string_view TakeWord(std::string_view* rest) {
 
 // 1 to 9999, or nullopt.
 std::optional<int> Positive(std::string_view text) {
-  if (!IsAllDigits(text) || text.size() > 4) return std::nullopt;
-  int value = 0;
-  for (char c : text) value = value * 10 + (c - '0');
-  return value > 0 ? std::optional(value) : std::nullopt;
+  const std::optional<int> value = SmallNumber(text);
+  return value != 0 ? value : std::nullopt;
 }
 
 std::optional<ControlName> ParseControl(std::string_view word) {
@@ -150,7 +148,6 @@ constexpr std::array<Grammar, 16> kGrammar{{
 
 std::optional<Step> ParseStep(std::string_view line, std::string* wrong) {
   Step step;
-  if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
   line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
   if (line.empty() || line.front() == '#') return step;
   const std::string_view word = TakeWord(&line);

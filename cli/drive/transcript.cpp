@@ -52,11 +52,11 @@ std::string_view CheckedWord(const Control& control) {
   return control.value == 0 ? " (unchecked)" : " (grayed)";
 }
 
+}  // namespace
+
 std::size_t RowCount(const Control& control) {
   return control.source ? control.source->RowCount() : control.rows.size();
 }
-
-}  // namespace
 
 std::string ControlLine(const Control& control) {
   std::string line = ControlText(control.name, control.index) + " = ";

@@ -13,6 +13,8 @@ namespace tallwick::cli {
 std::string QuotedText(std::string_view text);
 // box critical "TITLE" "TEXT" -> OK
 std::string BoxLine(const ShownBox& shown);
+// Rows of a list or a grid.
+std::size_t RowCount(const Control& control);
 // cmdOk = "P&ost Check" (disabled): value or caption, then the states that are out of the ordinary. A check
 // box or an option tells whether it is checked, a list how many rows it has, a grid only that.
 std::string ControlLine(const Control& control);

@@ -92,17 +92,20 @@ TEST(ScreenCatalogueTest, OpensWhatTheBankAndTheRightsAllow) {
               ElementsAre(HasSubstr("is not among your banks"), HasSubstr("is not among")));
 }
 
+TEST(ScreenCatalogueTest, NamesEachScreenOnce) {
+  std::vector<std::string_view> names = ScreenCatalogue::Names();
+  std::sort(names.begin(), names.end());
+  EXPECT_EQ(std::adjacent_find(names.begin(), names.end()), names.end());
+}
+
 TEST(ApplicationTest, TellsWhyItDidNotStart) {
   Office office;
   office.suite.data_path = office.folder.Held("gone");
-  StartUpResult result = StartUpResult::kStarted;
   const auto attach = [&office] { return std::make_unique<FakeSuite>(office.suite); };
   const Ports ports{office.boxes, SystemFileSystem(), office.clock, office.workstation};
-  EXPECT_EQ(StartApplication(ports, attach, office, &result), nullptr);
-  EXPECT_EQ(result, StartUpResult::kNoDataPath);
+  EXPECT_EQ(StartUpOrUpdate(ports, attach).result, StartUpResult::kNoDataPath);
   office.suite.data_path = office.folder.Held();
-  EXPECT_NE(StartApplication(ports, attach, office, &result), nullptr);
-  EXPECT_EQ(result, StartUpResult::kStarted);
+  EXPECT_NE(StartApplication(ports, attach, office), nullptr);
 }
 
 }  // namespace

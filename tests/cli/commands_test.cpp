@@ -505,6 +505,13 @@ TEST(CommandLine, PostsDepositsWiresAndVouchers) {
   EXPECT_EQ(posted["fields"]["DEPOSTAT2"], "O");
   EXPECT_EQ(run(deposit).Json()["fields"]["DEPOSEQNC"], "2");
   EXPECT_EQ(run(deposit + "--seq 1").status, 1);
+  // Also where the date is typed as only the screen of this user can read it.
+  const std::string free_dates = escrowctl.Write(
+      "free.txt", "bank FNT\nopen frmEditDepositsPost\nmenu mnuOptionsFreeFormatPostedDates\nclose\n");
+  ASSERT_EQ(run("--user ANN drive '" + free_dates + "'").status, 0);
+  EXPECT_EQ(run("--user ANN deposit post --dated 3/15 --seq 1 --period 3/15/2024 --item 24-9:7:OTHER")
+                .Json()["error"],
+            "Deposit \"3/15 1\" is posted already");
   EXPECT_EQ(run("deposit show 2024-03-15 1").Json()["fields"]["DEPOAMT1"], "1250.00");
   EXPECT_EQ(run("deposit show 03/15/2024 01").status, 0);
   EXPECT_EQ(run("deposit show 03/15/2024 3").status, 1);

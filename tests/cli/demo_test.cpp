@@ -140,5 +140,15 @@ TEST(Demo, IsWrittenWholeAndTheSameEachTime) {
   EXPECT_EQ(first.Run("demo --files 0").status, 2);
 }
 
+TEST(Demo, CountsNoAuditEntryThatWasNotWritten) {
+  const Escrowctl escrowctl;
+  std::filesystem::create_directories(escrowctl.Data());
+  escrowctl.Write("data/Logs", "a file where the folder should be");
+  const RunResult made = escrowctl.Run("--json demo --files 20");
+  EXPECT_EQ(made.status, 1);
+  EXPECT_NE(made.err.find("audit logs"), std::string::npos) << made.err;
+  EXPECT_FALSE(made.Json().contains("auditEntries"));
+}
+
 }  // namespace
 }  // namespace tallwick::testing

@@ -44,8 +44,8 @@ class Clerk {
   void DeleteACheck();
   void ChangeADeposit(bool remove);
   void ChangeAVoucher();
-  // A check, deposit or voucher that stands in its table; nullopt when the drawn one does not, or is not to
-  // be touched.
+  // A check or deposit that stands in its table; nullopt when the drawn one does not, or is not to be
+  // touched.
   std::optional<CheckRecord> FindACheck();
   std::optional<DepositRecord> FindADeposit();
 

@@ -5,13 +5,27 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
+#include <QApplication>
 #include <QLineEdit>
 #include <QTest>
+#include <QTimer>
+#include <functional>
 
 #include "tests/support/office.h"
 #include "ui/desktop.h"
 
 namespace tallwick::testing {
+
+// Waits for a dialog of this kind, and has `work` done on it unless `watch` is gone before.
+template <class Dialog>
+void OnDialog(QObject& watch, const std::function<void(Dialog&)>& work, int looks = 0) {
+  QTimer::singleShot(1, &watch, [&watch, work, looks] {
+    if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget()))
+      work(*dialog);
+    else if (looks < 10'000)
+      OnDialog<Dialog>(watch, work, looks + 1);
+  });
+}
 
 class DesktopTest : public ::testing::Test {
  protected:

@@ -491,8 +491,8 @@ class EngineModel {
     engine::d4tagSelect(Table(), nullptr);
   }
 
-  // What a seek finds: the first row of a tag whose key is not below the one sought. `exact` says that it is
-  // that key's.
+  // What a seek finds: the first row of a tag whose key is not below the one sought. `partial` says that a
+  // key which begins with it will do.
   void ExpectFound(std::size_t tag, int rc, const std::string& least, bool partial) {
     std::optional<std::pair<std::string, std::uint32_t>> best;
     for (std::size_t i = 0; i < rows_.size(); ++i) {

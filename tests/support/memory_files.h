@@ -80,7 +80,6 @@ class MemoryFiles : public engine::FileLayer {
     int result = engine::kSuccess;
     if (exists && mode == OpenMode::kCreateNew) result = engine::kErrorExists;
     if (!exists && !makes) result = engine::kErrorOpen;
-    if (code != nullptr) *code = result;
     if (read_only_ && mode != OpenMode::kReadOnly && (exists || makes)) result = engine::kErrorReadOnly;
     if (result == engine::kSuccess && dead_) result = engine::kErrorOpen;
     const bool changes = !exists || mode == OpenMode::kCreate;

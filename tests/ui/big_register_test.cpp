@@ -193,7 +193,7 @@ TEST_P(AmountOrder, IsMadeInStepsAndCanBeStopped) {
   Command("frmEditChecksPost", "mnuViewAmount");
   const bool sorting = Rows() == 0;
   QTest::keyClick(&Window("frmEditChecksPost"), Qt::Key_Escape);
-  if (!sorting) return;  // too few to be stopped in time: the key closes the screen
+  if (!sorting) GTEST_SKIP() << "sorted at once, which left nothing to stop: the key closes the screen";
   ASSERT_NE(desktop_->Find("frmEditChecksPost"), nullptr);
   EXPECT_TRUE(Get<QAction>("frmEditChecksPost", "mnuViewNumber")->isChecked());
 }

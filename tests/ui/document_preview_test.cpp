@@ -2,31 +2,19 @@
 #include <gtest/gtest.h>
 
 #include <QAction>
-#include <QApplication>
 #include <QComboBox>
 #include <QFile>
 #include <QLineEdit>
 #include <QPrintDialog>
 #include <QPrintPreviewDialog>
-#include <QTimer>
 
 #include "print/document_printer.h"
-#include "tests/support/fakes.h"
-#include "tests/support/temp_folder.h"
+#include "tests/support/desktop_test.h"
 
 namespace tallwick {
 namespace {
 
-// Has `work` done on the dialog of this kind once it waits.
-template <class Dialog>
-void On(QObject& watch, const std::function<void(Dialog&)>& work, int looks = 0) {
-  QTimer::singleShot(1, &watch, [&watch, work, looks] {
-    if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget()))
-      work(*dialog);
-    else if (looks < 10'000)
-      On<Dialog>(watch, work, looks + 1);
-  });
-}
+using testing::OnDialog;
 
 TEST(DocumentPreviewTest, IsNoPrintUnlessItIsPrinted) {
   testing::ScriptedBoxes boxes;
@@ -38,11 +26,11 @@ TEST(DocumentPreviewTest, IsNoPrintUnlessItIsPrinted) {
   document.name = "Report";
   document.sections.resize(1);
 
-  On<QPrintPreviewDialog>(watch, [](QPrintPreviewDialog& dialog) { dialog.reject(); });
+  OnDialog<QPrintPreviewDialog>(watch, [](QPrintPreviewDialog& dialog) { dialog.reject(); });
   EXPECT_FALSE(printer.Preview(document));
 
-  On<QPrintPreviewDialog>(watch, [&](QPrintPreviewDialog& dialog) {
-    On<QPrintDialog>(watch, [&](QPrintDialog& chosen) {
+  OnDialog<QPrintPreviewDialog>(watch, [&](QPrintPreviewDialog& dialog) {
+    OnDialog<QPrintDialog>(watch, [&](QPrintDialog& chosen) {
       auto* printers = chosen.findChild<QComboBox*>("printers");
       printers->setCurrentIndex(printers->findText("PDF", Qt::MatchContains));
       chosen.findChild<QLineEdit*>("filename")->setText(path);

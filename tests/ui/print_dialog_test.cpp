@@ -10,7 +10,6 @@
 #include <QPrintPreviewDialog>
 #include <QPushButton>
 #include <QSpinBox>
-#include <QTimer>
 
 #include "checks/printed_checks.h"
 #include "print/sheet_printer.h"
@@ -53,16 +52,12 @@ class PrintDialogTest : public testing::DesktopTest {
     });
     desktop_->OpenScreen(kScreen, "");
   }
-  // Waits for a dialog of this kind and has `work` done on it.
+  // Counts the dialogs.
   template <class Dialog>
   void On(const std::function<void(Dialog&)>& work) {
-    QTimer::singleShot(1, &watch_, [this, work] {
-      if (auto* dialog = qobject_cast<Dialog*>(QApplication::activeModalWidget())) {
-        ++dialogs_;
-        work(*dialog);
-      } else if (++looks_ < 10'000) {
-        On<Dialog>(work);
-      }
+    testing::OnDialog<Dialog>(watch_, [this, work](Dialog& dialog) {
+      ++dialogs_;
+      work(dialog);
     });
   }
   // The file that stands for paper, how many prints, and the button that ends the dialog.
@@ -93,7 +88,6 @@ class PrintDialogTest : public testing::DesktopTest {
 
   QtSheetPrinter printer_{office_.boxes};
   QObject watch_;
-  int looks_ = 0;
   int dialogs_ = 0;
   int copies_at_first_ = 0;
 };

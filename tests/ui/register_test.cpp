@@ -100,6 +100,42 @@ TEST_F(RegisterTest, FollowsItsRowsAndSaysWhatToDoWithoutAny) {
   EXPECT_FALSE(view_.Table().selectionModel()->hasSelection());
 }
 
+// Knows of its first hundred rows only, until it may read on.
+class SlowRows : public ManyRows {
+ public:
+  using ManyRows::ManyRows;
+  std::size_t RowCount() override {
+    was_read_whole = true;
+    return rows_;
+  }
+  std::size_t RowsKnown() override { return may_read_on ? rows_ : 100; }
+  bool ReadOn(std::chrono::milliseconds) override { return !may_read_on; }
+
+  bool may_read_on = false;
+  bool was_read_whole = false;
+};
+
+TEST_F(RegisterTest, FindLetsTheRegisterBeReadInSteps) {
+  QLineEdit box;
+  view_.SearchFrom(&box);
+  const auto slow = std::make_shared<SlowRows>(1000);
+  control_.source = slow;
+  view_.Show(control_);
+  const auto row = [this] { return view_.Table().currentIndex().row(); };
+  view_.Table().selectRow(50);
+  QTest::keyClicks(&box, "payee 7");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row() == 69; }));
+  QTest::keyClicks(&box, "77");
+  QTest::qWait(20);
+  EXPECT_LT(row(), 100);
+  EXPECT_FALSE(slow->was_read_whole);
+  EXPECT_FALSE(box.property("refused").toBool()) << "what is not read yet may hold it";
+  slow->may_read_on = true;
+  EXPECT_TRUE(QTest::qWaitFor([&] { return row() == 776; }));
+  QTest::keyClicks(&box, "x");
+  EXPECT_TRUE(QTest::qWaitFor([&] { return box.property("refused").toBool(); }));
+}
+
 TEST_F(RegisterTest, FindMarksWithoutChoosingUntilItIsTaken) {
   QLineEdit box;
   view_.SearchFrom(&box);

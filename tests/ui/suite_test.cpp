@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QProcess>
 #include <QUuid>
 
@@ -10,6 +11,7 @@
 #include "tests/support/fakes.h"
 #include "tests/support/temp_folder.h"
 #include "ui/desktop.h"
+#include "ui/single_instance.h"
 #include "ui/suite_client.h"
 #include "ui/suite_protocol.h"
 
@@ -85,6 +87,15 @@ TEST_F(SuiteTest, RefusesToStartOnHalfASetting) {
   EXPECT_EQ(Run({"--settings", "/no/such/file"}), 1);
   EXPECT_EQ(Run({"--data", folder_.Platform().c_str(), "--security", "maybe"}), 1);
   EXPECT_EQ(Run({"--data", folder_.Platform().c_str(), "--files", "/no/such/file"}), 1);
+}
+
+TEST_F(SuiteTest, AnInstanceThatCannotMakeItsLockRunsUnderItsOwnName) {
+  const QByteArray temporary = qgetenv("TMPDIR");
+  qputenv("TMPDIR", QByteArray::fromStdString(folder_.Platform("gone")));
+  SingleInstance instance(socket_);
+  temporary.isNull() ? qunsetenv("TMPDIR") : qputenv("TMPDIR", temporary);
+  EXPECT_TRUE(instance.IsFirst());
+  EXPECT_NE(QGuiApplication::applicationDisplayName(), "unwanted instance");
 }
 
 TEST_F(SuiteTest, WithoutASuiteTheProgramSaysSoAndEnds) {
