@@ -265,7 +265,7 @@ QLayout* Items() {
 
 QLayout* Entry() {
   auto* fields = new QWidget;
-  auto* column = Spaced(new QVBoxLayout(fields), 0, 12);
+  auto* column = Spaced(new QVBoxLayout(fields), 0, 8);
   column->setContentsMargins(0, 0, FieldScroll::kBarMargin, 0);
   column->addLayout(Steps());
   auto* information = Named(new QLabel, "lblInformation");
