@@ -29,7 +29,7 @@ void LookUpForm::OpenLookUp(std::string_view entry, int index) {
   open_ = found->get();
   index_ = index;
   Show(*open_, true);
-  SearchFor(Text(open_->entry, index_));
+  ShowFound();
   SetFocus(open_->find);
 }
 
@@ -42,7 +42,7 @@ void LookUpForm::CloseLookUp() {
   Show(closed, false);
 }
 
-// What the entry holds, or everything where that is found nowhere.
+// For what was typed in the entry, or for everything where that is found nowhere.
 void LookUpForm::SearchFor(const std::string& typed) {
   SetText(open_->find, typed);
   ShowFound();
@@ -92,6 +92,7 @@ bool LookUpForm::OnKey(std::string_view key) {
   if (key == "F4" && Focus() != nullptr && !IsWithin()) {
     const Control& entry = *Focus();
     OpenLookUp(entry.name, entry.index);
+    if (IsWithin()) SearchFor(entry.text);
     return IsWithin();
   }
   if (open_ != nullptr && key == "Esc") {
