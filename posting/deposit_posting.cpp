@@ -170,7 +170,16 @@ bool FrmEditDepositsPost::OnKey(std::string_view key) {
   return key == "Enter" && Focus() != nullptr && GoOnFrom(*Focus());
 }
 
-// Enter goes on from field to field and from line to line; on a line left empty it posts.
+// On a line left empty.
+bool FrmEditDepositsPost::EnterPosts(const Control& control) {
+  return control.name == "txtFileNumbers" && !RowAt(control.index).IsUsed() && ItemOf(control.index) == 0;
+}
+
+bool FrmEditDepositsPost::EnterGoesOn() {
+  return Focus() != nullptr && !EnterPosts(*Focus());
+}
+
+// Enter goes on from field to field and from line to line until it posts.
 bool FrmEditDepositsPost::GoOnFrom(const Control& control) {
   const int row = control.index;
   const auto go_to = [this](std::string_view name, int index) {
@@ -181,7 +190,7 @@ bool FrmEditDepositsPost::GoOnFrom(const Control& control) {
   if (control.name == "txtDateSequence") return go_to("txtDepositAcctPeriod", 0);
   if (control.name == "txtDepositAcctPeriod") return go_to("txtFileNumbers", 1);
   if (row == 0) return false;
-  if (control.name == "txtFileNumbers" && !RowAt(row).IsUsed() && ItemOf(row) == 0) {
+  if (EnterPosts(control)) {
     Click("cmdOk");
     return true;
   }

@@ -42,6 +42,7 @@ class FrmEditDepositsPost : public PostingForm {
   void OnClick(Control& control) override;
   void OnMenu(Control& control) override;
   bool OnKey(std::string_view key) override;
+  bool EnterGoesOn() override;
   bool OnClose() override;
 
   bool OpenRegister() override;
@@ -87,6 +88,7 @@ class FrmEditDepositsPost : public PostingForm {
   void ListDeposits();
 
   bool GoOnFrom(const Control& control);
+  bool EnterPosts(const Control& control);
 
   // The lines (deposit_posting_rows.cpp).
   DepositRow RowAt(int row);

@@ -42,6 +42,15 @@ void LookUpForm::CloseLookUp() {
   Show(closed, false);
 }
 
+// For what was typed in the entry, or for everything where that is found nowhere.
+void LookUpForm::SearchFor(const std::string& typed) {
+  SetText(open_->find, typed);
+  ShowFound();
+  if (typed.empty() || At(open_->list).source->RowCount() > 0) return;
+  SetText(open_->find, {});
+  ShowFound();
+}
+
 void LookUpForm::ShowFound() {
   open_->search(Text(open_->find));
   RowsChanged(open_->list);
@@ -83,6 +92,7 @@ bool LookUpForm::OnKey(std::string_view key) {
   if (key == "F4" && Focus() != nullptr && !IsWithin()) {
     const Control& entry = *Focus();
     OpenLookUp(entry.name, entry.index);
+    if (IsWithin()) SearchFor(entry.text);
     return IsWithin();
   }
   if (open_ != nullptr && key == "Esc") {

@@ -46,6 +46,7 @@ class LookUpForm : public RoutedForm {
 
  private:
   void Show(const LookUp& look_up, bool visible);
+  void SearchFor(const std::string& typed);
   void ShowFound();
   bool MarkBeside(int rows);
   void TakeRow();

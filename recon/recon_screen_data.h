@@ -27,7 +27,7 @@ struct ReconEntryLook {
   Currency ReconEntries::*member;
 };
 inline constexpr ReconEntryLook kReconEntryLooks[] = {
-    {"txtBankStatementBalance", "&Ending Balance from Statement", "Ending Balance from Statement",
+    {"txtBankStatementBalance", "E&nding Balance from Statement", "Ending Balance from Statement",
      &ReconEntries::statement_balance},
     {"txtAdjustmentsinTransit", "Ad&justments in Transit", "Adjustments in Transit",
      &ReconEntries::adjustments},

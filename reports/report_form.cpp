@@ -33,9 +33,9 @@ struct Way {
   bool (*send)(DocumentPrinter&, const ReportDocument&);
 };
 constexpr Way kWays[] = {
-    {"mnuFilePreview", "Print Pre&view...", "cmdPreview", "Pre&view", Preview},
+    {"mnuFilePreview", "Print Pre&view...", "cmdPreview", "Previe&w", Preview},
     {"mnuFilePrint", "&Print...", "cmdPrint", "&Print", Print},
-    {"mnuFilePdf", "Save as P&DF...", "cmdPdf", "Save as PD&F", SavePdf},
+    {"mnuFilePdf", "Save as P&DF...", "cmdPdf", "Sav&e as PDF", SavePdf},
     {"mnuFileRtf", "Save as RT&F...", "cmdRtf", "S&ave as RTF", SaveRtf},
 };
 

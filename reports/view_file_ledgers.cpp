@@ -21,12 +21,17 @@ struct SectionGrid {
   std::string_view control;
   std::string_view caption;
   std::string_view headings;
+  std::string_view empty;  // said of a ledger without such items
 };
 constexpr std::array<SectionGrid, 4> kGrids{
-    {{LedgerSection::kChecks, "grdChecks", "Checks", kCheckHeadings},
-     {LedgerSection::kWires, "grdWires", "Wire Transfers", kWireHeadings},
-     {LedgerSection::kDeposits, "grdDeposits", "Deposits", kDepositHeadings},
-     {LedgerSection::kVouchers, "grdVouchers", "Vouchers", kVoucherHeadings}}};
+    {{LedgerSection::kChecks, "grdChecks", "Checks", kCheckHeadings,
+      "No check of this bank account is charged to the file."},
+     {LedgerSection::kWires, "grdWires", "Wire Transfers", kWireHeadings,
+      "No wire of this bank account is charged to the file."},
+     {LedgerSection::kDeposits, "grdDeposits", "Deposits", kDepositHeadings,
+      "Nothing in this bank account has been received for the file."},
+     {LedgerSection::kVouchers, "grdVouchers", "Vouchers", kVoucherHeadings,
+      "No voucher of this bank account is charged to the file."}}};
 
 constexpr std::string_view kFigures[] = {"lblFileBalance", "lblCondition", "lblStatus", "lblMultipleBanks",
                                          "lblVouchered",   "lblMessage",   "lblNotes"};
@@ -85,7 +90,7 @@ FrmViewFileLedgers::FrmViewFileLedgers(Session& session, ScreenOpener& opener, s
     : ReportForm("frmViewFileLedgers", session, &opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kMenu, "mnuFileRefresh", "&Refresh");
-  Add(ControlKind::kText, "txtFileNumber", "&File Number").text = ToUpper(Trim(file_number));
+  Add(ControlKind::kText, "txtFileNumber", "File &Number").text = ToUpper(Trim(file_number));
   Add(ControlKind::kButton, "cmdShow", "&Show");
   Add(ControlKind::kList, "lstBanks", "&Banks");
   for (const SectionGrid& grid : kGrids)
@@ -142,7 +147,10 @@ void FrmViewFileLedgers::ShowBank() {
   for (const SectionGrid& grid : kGrids) {
     auto rows =
         std::make_shared<TextRows>(Split(grid.headings, '|'), std::vector<std::size_t>{kAmountColumn});
-    if (bank != nullptr) AddLines(*bank, grid.section, *rows);
+    if (bank != nullptr) {
+      AddLines(*bank, grid.section, *rows);
+      rows->SayWhenEmpty(std::string(grid.empty));
+    }
     SetSource(grid.control, std::move(rows));
   }
   auto totals =

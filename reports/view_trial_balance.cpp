@@ -36,7 +36,7 @@ FrmViewTrialBalance::FrmViewTrialBalance(Session& session, ScreenOpener& opener)
     : ReportForm("frmViewTrialBalance", session, &opener) {
   SetFormCaption(std::string(kCaption));
   Add(ControlKind::kList, "lstBanks", "&Bank");
-  Add(ControlKind::kList, "lstKinds", "&Files");
+  Add(ControlKind::kList, "lstKinds", "F&iles");
   Add(ControlKind::kDate, "txtAsOf", "Posted &Through");
   Add(ControlKind::kNumber, "txtDormantDays", "&Days without Activity").visible = false;
   Add(ControlKind::kButton, "cmdCompute", "&Compute");

@@ -302,6 +302,10 @@ bool FrmEditUsers::IsValid(const clsSecurity& user) {
 bool FrmEditUsers::Save() {
   clsSecurity user = Entered();
   if (!IsValid(user)) return false;
+  if (!is_new_ && user.SameSettings(loaded_)) {
+    Say("Nothing is changed that could be saved.");
+    return true;
+  }
   const int code = user.SaveUserSecurity(session_.Home(), session_.TheClock().Now(), &loaded_);
   if (code != engine::kSuccess) {
     code == kUserChanged && !is_new_ ? ShowTheirs() : RefuseSaving(user, code);

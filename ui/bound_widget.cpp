@@ -248,9 +248,10 @@ class BoundList : public BoundWidget {
   QWidget* Widget() const override { return &list_; }
 
  private:
+  // The current row may be back already while the one that was left is still selected: both are set together.
   void Mark(const Control& control) {
     const QSignalBlocker quiet(list_);
-    if (list_.currentRow() != control.selected - 1) list_.setCurrentRow(control.selected - 1);
+    list_.setCurrentRow(control.selected - 1);
   }
 
   QListWidget& list_;

@@ -47,6 +47,9 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   // The screen was asked for again, in this mode.
   bool UseMode(std::string_view mode);
 
+  // Puts the cursor into the first field that can be entered; false where there is none.
+  bool GoToFirstField();
+
   // What the keys do in a field or box of the window: "Enter next field   F2 calendar   Esc back".
   QString KeysOf(const QWidget& widget) const;
 
@@ -116,7 +119,6 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   bool MoveInColumn(const Control* control, int lines);
   bool IsFilled() const;
   void GoToNextField(QWidget& from);
-  void GoToFirstField();
   QWidget* FirstEmptyRequired() const;
   QPushButton* MainButton() const;
 

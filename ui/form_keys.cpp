@@ -29,6 +29,13 @@ bool IsRequired(const QWidget& widget) {
   return widget.property("required").toBool();
 }
 
+// In which Enter goes on or posts: a field of one line or a mark.
+bool IsEntry(const QWidget& widget) {
+  const bool mark = qobject_cast<const QAbstractButton*>(&widget) != nullptr &&
+                    qobject_cast<const QPushButton*>(&widget) == nullptr;
+  return mark || qobject_cast<const QLineEdit*>(&widget) != nullptr;
+}
+
 // A screen whose rows lead to other screens has a button for that.
 bool OpensRows(Form& form) {
   return form.Find("cmdOpenItem") != nullptr || form.Find("cmdOpenLedger") != nullptr;
@@ -51,11 +58,13 @@ QString FormBinder::KeysOf(const QWidget& widget) const {
     keys << tr("Up Down other row") << tr("Enter takes the row");
   } else if (qobject_cast<const QPlainTextEdit*>(&widget) != nullptr) {
     keys << tr("Tab next field") << tr("Ctrl+Enter post");
-  } else if (control != nullptr && control->index != 0) {
-    keys << tr("Enter next field") << tr("Up Down other line") << tr("Ctrl+Enter post");
-  } else if (qobject_cast<const QLineEdit*>(&widget) != nullptr) {
+  } else if (IsEntry(widget)) {
     const bool posts = MainButton() != nullptr && IsFilled() && !form_.EnterGoesOn();
     keys << (posts ? EnterText(*MainButton()) : tr("Enter next field"));
+    if (control != nullptr && control->index != 0) {
+      keys << tr("Up Down other line");
+      if (!posts) keys << tr("Ctrl+Enter post");
+    }
   } else if (IsRegister(control)) {
     keys << (OpensRows(form_) ? tr("Enter opens it") : tr("Enter to the entry")) << tr("Ctrl+F find");
     if (form_.Find(kLedgerCommand) != nullptr) keys << tr("Ctrl+L file ledger");
@@ -76,8 +85,8 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
     case Qt::Key_Return:
     case Qt::Key_Enter:
       return HandleEnter(widget, key);
-    case Qt::Key_F1:
-      return ShowFieldHelp(widget);  // else the key goes on to the window
+    case Qt::Key_F1:  // the key goes on to the window where the field has no help
+      return key.modifiers() == Qt::NoModifier && ShowFieldHelp(widget);
     case Qt::Key_F2:
       if (control == nullptr || !HasCalendar(*control)) return false;
       ShowCalendar(widget, *control);
@@ -96,7 +105,7 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
 
 bool FormBinder::HandleEnter(QWidget& widget, const QKeyEvent& key) {
   const bool control_held = key.modifiers().testFlag(Qt::ControlModifier);
-  if (auto* button = qobject_cast<QAbstractButton*>(&widget); button != nullptr && !control_held) {
+  if (auto* button = qobject_cast<QPushButton*>(&widget); button != nullptr && !control_held) {
     button->click();
     return true;
   }
@@ -201,13 +210,14 @@ void FormBinder::GoToNextField(QWidget& from) {
   if (QWidget* empty = FirstEmptyRequired()) empty->setFocus(Qt::TabFocusReason);
 }
 
-void FormBinder::GoToFirstField() {
+bool FormBinder::GoToFirstField() {
   for (const Control& control : form_.Controls()) {
     QWidget* widget = WidgetOf(control);
-    if (qobject_cast<QLineEdit*>(widget) != nullptr && CanBeEntered(*widget)) {
-      return widget->setFocus(Qt::TabFocusReason);
-    }
+    if (qobject_cast<QLineEdit*>(widget) == nullptr || !CanBeEntered(*widget)) continue;
+    widget->setFocus(Qt::TabFocusReason);
+    return true;
   }
+  return false;
 }
 
 }  // namespace tallwick

@@ -8,6 +8,7 @@
 #include <QScrollArea>
 #include <QStatusBar>
 
+#include "ui/field_scroll.h"
 #include "ui/layout_helpers.h"
 #include "ui/register_view.h"
 #include "ui/report_menu.h"
@@ -20,19 +21,18 @@ constexpr int kBanksHeight = 64;
 constexpr int kTotalsHeight = 344;       // of every line, where there is room
 constexpr int kLeastTotalsHeight = 200;  // on a low screen
 constexpr int kLeastNotesHeight = 40;
+constexpr int kLeastSectionHeight = 52;  // the heading and a row
 constexpr int kPayeeColumn = 2;
 
 struct SectionLook {
   const char* grid;
   const char* caption;
-  const char* empty;
   int share;  // of the height
 };
-constexpr SectionLook kSections[] = {
-    {"grdChecks", "Checks", "No check of this bank account is charged to the file.", 4},
-    {"grdWires", "Wire Transfers", "No wire of this bank account is charged to the file.", 2},
-    {"grdDeposits", "Deposits", "Nothing in this bank account has been received for the file.", 3},
-    {"grdVouchers", "Vouchers", "No voucher of this bank account is charged to the file.", 2}};
+constexpr SectionLook kSections[] = {{"grdChecks", "Checks", 4},
+                                     {"grdWires", "Wire Transfers", 2},
+                                     {"grdDeposits", "Deposits", 3},
+                                     {"grdVouchers", "Vouchers", 2}};
 
 QLayout* FileChoice() {
   auto* row = Spaced(new QHBoxLayout, 0, 8);
@@ -83,19 +83,18 @@ QWidget* Notes() {
   return scroll;
 }
 
-RegisterView* Grid(const char* name, const char* caption, const char* empty, int wide_column) {
+RegisterView* Grid(const char* name, const char* caption, int wide_column) {
   auto* view = Named(new RegisterView, name);
   view->setAccessibleName(caption);
-  view->SetEmptyText(empty);
   view->SetTotalsLine(false);
   view->setProperty("wideColumn", wide_column);
   return view;
 }
 
 QWidget* FileSide() {
-  auto* side = new QWidget;
-  side->setFixedWidth(kSideWidth);
-  auto* column = Spaced(new QVBoxLayout(side), 0, 8);
+  auto* fields = new QWidget;
+  auto* column = Spaced(new QVBoxLayout(fields), 0, 8);
+  column->setContentsMargins(0, 0, FieldScroll::kBarMargin, 0);
   column->addLayout(FileChoice());
   auto* message = Named(new QLabel, "lblMessage");
   message->setWordWrap(true);
@@ -104,12 +103,14 @@ QWidget* FileSide() {
   auto* banks = Named(new QListWidget, "lstBanks");
   banks->setFixedHeight(kBanksHeight);
   column->addLayout(CaptionAbove("&Banks", banks));
-  RegisterView* totals = Grid("grdTotals", "Totals", "", 0);
+  RegisterView* totals = Grid("grdTotals", "Totals", 0);
   totals->setMinimumHeight(kLeastTotalsHeight);
   totals->setMaximumHeight(kTotalsHeight);
   column->addWidget(totals, 10);
   column->addWidget(RoleLabel("Notes", "heading"));
   column->addWidget(Notes(), 1);
+  auto* side = new FieldScroll(fields);
+  side->setFixedWidth(kSideWidth + FieldScroll::kBarMargin);
   return side;
 }
 
@@ -117,8 +118,8 @@ QLayout* ItemSide(QPushButton* open) {
   auto* column = Spaced(new QVBoxLayout, 0, 4);
   for (const SectionLook& section : kSections) {
     column->addWidget(RoleLabel(section.caption, "heading"));
-    RegisterView* view = Grid(section.grid, section.caption, section.empty, kPayeeColumn);
-    view->setMinimumHeight(72);
+    RegisterView* view = Grid(section.grid, section.caption, kPayeeColumn);
+    view->setMinimumHeight(kLeastSectionHeight);
     column->addWidget(view, section.share);
   }
   auto* row = Spaced(new QHBoxLayout, 0, 8);
@@ -139,6 +140,7 @@ std::unique_ptr<QWidget> MakeLedgerWindow() {
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
   auto* open = PlainButton("cmdOpenItem");
+  row->setSpacing(24 - FieldScroll::kBarMargin);
   row->addWidget(FileSide());
   row->addLayout(ItemSide(open), 1);
   window->setCentralWidget(content);

@@ -7,12 +7,17 @@
 #include <QSplitter>
 #include <QStatusBar>
 
+#include "ui/field_scroll.h"
+#include "ui/flow_layout.h"
+
 namespace tallwick {
 namespace {
 
 constexpr int kGap = 8;
 constexpr int kLineGap = 4;
 constexpr int kNotesHeight = 56;  // at least, where the screen is low; what is longer scrolls
+constexpr int kFindWidth = 256;   // where the window has room
+constexpr int kLeastFindWidth = 56;
 
 // A label that names the field beside it.
 QLabel* MakeCaption(QWidget& field, QWidget& parent) {
@@ -38,12 +43,17 @@ PostingLayout::PostingLayout(QMainWindow& window, int entry_width, bool grows) :
   splitter->setObjectName("splitEntry");
   splitter->setChildrenCollapsible(false);
   splitter->setHandleWidth(1);
-  entry_ = new QWidget(splitter);
+  auto* entry_pane = new QWidget(splitter);
+  if (!grows) entry_pane->setMaximumWidth(entry_width + 48);
+  pane_column_ = new QVBoxLayout(entry_pane);
+  pane_column_->setContentsMargins(0, 0, 0, 16);
+  pane_column_->setSpacing(kGap);
+  entry_ = new QWidget;
   entry_->setMinimumWidth(entry_width);
-  if (!grows) entry_->setMaximumWidth(entry_width + 48);
   entry_column_ = new QVBoxLayout(entry_);
-  entry_column_->setContentsMargins(24, kGap, 16, 16);
+  entry_column_->setContentsMargins(24, kGap, FieldScroll::kBarMargin, 0);
   entry_column_->setSpacing(kGap);
+  pane_column_->addWidget(new FieldScroll(entry_));
   auto* register_pane = new QWidget(splitter);
   register_column_ = new QVBoxLayout(register_pane);
   register_column_->setContentsMargins(16, kGap, 24, 16);
@@ -121,7 +131,7 @@ QPushButton* PostingLayout::MakeBesideButton(const char* name, const char* help)
 void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
   auto* notes = new QWidget;
   auto* column = new QVBoxLayout(notes);
-  column->setContentsMargins(0, kGap, 0, kGap);
+  column->setContentsMargins(24, kGap, FieldScroll::kBarMargin, kGap);
   column->setSpacing(kLineGap);
   const char* role = "heading";
   for (const char* name : labels) {
@@ -133,27 +143,30 @@ void PostingLayout::AddNotes(std::initializer_list<const char*> labels) {
     role = "";
   }
   column->addStretch(1);
-  auto* scroll = new QScrollArea(entry_);
+  auto* scroll = new QScrollArea;
   scroll->setWidget(notes);
   scroll->setWidgetResizable(true);
   scroll->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
   scroll->setFrameShape(QFrame::NoFrame);
   scroll->setFocusPolicy(Qt::NoFocus);
   scroll->setMinimumHeight(kNotesHeight);
-  entry_column_->addWidget(scroll, 1);
+  scroll->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Ignored);  // the fields come first
+  pane_column_->addWidget(scroll, 1);
 }
 
 void PostingLayout::AddButtons(std::initializer_list<const char*> others) {
+  QWidget& pane = *pane_column_->parentWidget();
   auto* row = new QHBoxLayout;
+  row->setContentsMargins(24, 0, FieldScroll::kBarMargin, 0);
   row->setSpacing(kGap);
-  QPushButton* post = NewButton("cmdOk", *entry_);
+  QPushButton* post = NewButton("cmdOk", pane);
   post->setProperty("main", true);
   post->setDefault(true);
   post->setMinimumWidth(120);
   row->addWidget(post);
   row->addStretch(1);
-  for (const char* name : others) row->addWidget(NewButton(name, *entry_));
-  entry_column_->addLayout(row);
+  for (const char* name : others) row->addWidget(NewButton(name, pane));
+  pane_column_->addLayout(row);
 }
 
 void PostingLayout::AddRegister(const RegisterLook& look) {
@@ -166,19 +179,19 @@ void PostingLayout::AddRegister(const RegisterLook& look) {
   find->setObjectName("boxFind");
   find->setProperty("finds", look.name);
   find->setPlaceholderText(QObject::tr(look.find));
-  find->setMinimumWidth(256);
+  find->setMinimumWidth(kLeastFindWidth);
+  find->setMaximumWidth(kFindWidth);
   QLabel* caption = MakeCaption(*find, pane);
   caption->setText(QObject::tr("Find"));
   caption->setProperty("role", "muted");
   head->addWidget(heading);
   head->addStretch(1);
   head->addWidget(caption);
-  head->addWidget(find);
+  head->addWidget(find, kFindWidth);  // before the gap takes any room
   register_column_->addLayout(head);
-  auto* buttons = new QHBoxLayout;
+  auto* buttons = new FlowLayout;
   buttons->setSpacing(kGap);
   for (const char* name : look.list_buttons) buttons->addWidget(NewButton(name, pane));
-  buttons->addStretch(1);
   register_column_->addLayout(buttons);
   auto* view = new RegisterView(&pane);
   view->setObjectName(look.name);

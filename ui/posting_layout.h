@@ -70,6 +70,7 @@ class PostingLayout {
   // with the window where `grows`.
   PostingLayout(QMainWindow& window, int entry_width, bool grows);
 
+  // The fields.
   QWidget& Entry() { return *entry_; }
   QVBoxLayout& EntryColumn() { return *entry_column_; }
 
@@ -101,6 +102,7 @@ class PostingLayout {
 
  private:
   QMainWindow& window_;
+  QVBoxLayout* pane_column_;  // the entry, what is said about it, the buttons
   QWidget* entry_;
   QVBoxLayout* entry_column_;
   QVBoxLayout* register_column_;

@@ -80,9 +80,10 @@ QString WithShortLines(const QString& text) {
   return lines.join('\n');
 }
 
-// Lines are broken where the message breaks them, unless one is too long for any screen.
+// Lines are broken where the message breaks them, unless one is too long for any screen. A short text leaves
+// room for the title above it, to which the picture adds what the system's buttons there take.
 void FitText(QMessageBox& shown) {
-  int widest = 0;
+  int widest = shown.fontMetrics().horizontalAdvance(shown.windowTitle());
   for (const QString& line : shown.text().split('\n')) {
     widest = std::max(widest, shown.fontMetrics().horizontalAdvance(line));
   }

@@ -8,6 +8,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 
+#include "ui/field_scroll.h"
 #include "ui/layout_helpers.h"
 #include "ui/register_view.h"
 #include "ui/report_menu.h"
@@ -63,11 +64,12 @@ class Sides {
   void AddHeading(int side, const char* text) {
     grid_->addWidget(RoleLabel(QObject::tr(text), "heading"), row_, side * 3, 1, 2);
   }
-  void AddEntry(int side, const char* name, const char* help) {
+  QLineEdit& AddEntry(int side, const char* name, const char* help) {
     QLineEdit* field = Field(name, help, kAmountWidth);
     auto* label = new QLabel;
     label->setBuddy(field);
     Place(side, label, field);
+    return *field;
   }
   void AddFigure(int side, const char* button, const char* name, const char* spoken) {
     Place(side, FigureName(button), Figure(name, spoken));
@@ -100,7 +102,8 @@ QLayout* BothSides() {
   sides.AddHeading(0, "Bank Statement");
   sides.AddHeading(1, "Check Book");
   sides.NextRow();
-  sides.AddEntry(0, "txtBankStatementBalance", "The ending balance that the bank statement prints.");
+  sides.AddEntry(0, "txtBankStatementBalance", "The ending balance that the bank statement prints.")
+      .setProperty("required", true);
   sides.AddEntry(1, "txtBeginningCheckBookBalance",
                  "The check book balance of the last reconciliation, from which this one begins.");
   sides.NextRow();
@@ -150,6 +153,7 @@ QLayout* ClearedAndProof() {
     }
     cleared->addWidget(Figure(line.figure, line.spoken), at++, 2);
   }
+  cleared->setRowStretch(at, 1);
   row->addLayout(cleared);
   auto* proof = Spaced(new QGridLayout, 0, 4);
   proof->setHorizontalSpacing(8);
@@ -239,18 +243,12 @@ QLayout* TakeBack() {
 
 QLayout* Items() {
   auto* column = Spaced(new QVBoxLayout, 0, 8);
-  auto* head = Spaced(new QHBoxLayout, 0, 8);
-  auto* items = InRoomLeft(Named(RoleLabel({}, "heading"), "lblItems"));
-  items->setWordWrap(true);
-  items->setFixedHeight(2 * items->fontMetrics().height());
-  head->addWidget(items, 1);
+  column->addWidget(InRoomLeft(Named(RoleLabel({}, "heading"), "lblItems")));
   auto* find = Named(new QLineEdit, "boxFind");
   find->setProperty("finds", "grdItems");
   find->setPlaceholderText(QObject::tr("Ctrl+F: number, payee, file, amount"));
   find->setAccessibleName(QObject::tr("Find"));
-  find->setMinimumWidth(224);
-  head->addWidget(find);
-  column->addLayout(head);
+  column->addWidget(find);
   auto* view = Named(new RegisterView, "grdItems");
   view->setAccessibleName(QObject::tr("Items behind the figure"));
   view->SetEmptyText(QObject::tr("Compute, then click the name of a figure to see what it is made of."));
@@ -265,6 +263,29 @@ QLayout* Items() {
   return column;
 }
 
+QLayout* Entry() {
+  auto* fields = new QWidget;
+  auto* column = Spaced(new QVBoxLayout(fields), 0, 8);
+  column->setContentsMargins(0, 0, FieldScroll::kBarMargin, 0);
+  column->addLayout(Steps());
+  auto* information = Named(new QLabel, "lblInformation");
+  information->setWordWrap(true);
+  column->addWidget(information);
+  column->addLayout(StatementDate());
+  column->addLayout(BothSides());
+  column->addLayout(ClearedAndProof());
+  column->addStretch(1);
+  auto* foot = Spaced(new QVBoxLayout, 0, 12);
+  foot->setContentsMargins(0, 0, FieldScroll::kBarMargin, 0);
+  foot->addLayout(State());
+  foot->addLayout(Buttons());
+  foot->addLayout(TakeBack());
+  auto* entry = Spaced(new QVBoxLayout, 0, 12);
+  entry->addWidget(new FieldScroll(fields), 1);
+  entry->addLayout(foot);
+  return entry;
+}
+
 }  // namespace
 
 std::unique_ptr<QWidget> MakeReconcileWindow() {
@@ -274,20 +295,8 @@ std::unique_ptr<QWidget> MakeReconcileWindow() {
   AddReportMenu(*window);
   AddLedgerMenu(*window);
   auto* content = new QWidget;
-  auto* row = Spaced(new QHBoxLayout(content), 16, 24);
-  auto* entry = Spaced(new QVBoxLayout, 0, 12);
-  entry->addLayout(Steps());
-  auto* information = Named(new QLabel, "lblInformation");
-  information->setWordWrap(true);
-  entry->addWidget(information);
-  entry->addLayout(StatementDate());
-  entry->addLayout(BothSides());
-  entry->addLayout(ClearedAndProof());
-  entry->addStretch(1);
-  entry->addLayout(State());
-  entry->addLayout(Buttons());
-  entry->addLayout(TakeBack());
-  row->addLayout(entry);
+  auto* row = Spaced(new QHBoxLayout(content), 16, 24 - FieldScroll::kBarMargin);
+  row->addLayout(Entry());
   row->addLayout(Items(), 1);
   window->setCentralWidget(content);
   window->statusBar()->setProperty("panels", QStringList{"lblKeys"});

@@ -5,6 +5,7 @@
 #include <QLocale>
 #include <QScopedValueRollback>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "ui/style.h"
 #include "ui/window_memory.h"
@@ -17,6 +18,7 @@ constexpr int kLongMs = 500;     // from then on a reading says how far it is
 constexpr int kSampleRows = 60;  // rows looked at for the first column widths
 constexpr int kOrderMark = 16;   // beside the heading of the order in force
 constexpr int kCellPadding = 24;
+constexpr int kLeastLetters = 16;  // of the column that takes what the others leave
 
 }  // namespace
 
@@ -57,7 +59,9 @@ RegisterView::RegisterView(QWidget* parent)
 
   connect(table_->selectionModel(), &QItemSelectionModel::currentRowChanged, this,
           [this](const QModelIndex& current) {
-            if (!placing_ && current.isValid()) emit RowChosen(current.row());
+            if (placing_ || !current.isValid()) return;
+            if (!table_->selectionModel()->isSelected(current)) MarkRow(current.row());  // reached by Tab
+            emit RowChosen(current.row());
           });
   connect(table_->horizontalHeader(), &QHeaderView::sectionClicked, this, [this](int section) {
     const QString command = heading_commands_.value(section);
@@ -138,21 +142,44 @@ void RegisterView::StartSearch(bool next) {
   search_timer_.stop();
   SetStyleProperty(*box_, "refused", false);
   ShowCount();
-  if (box_->text().trimmed().isEmpty() || model_->rowCount() == 0) return;
-  // From an index where there is one; the next match, and what no index knows, by looking at the rows.
-  if (!next) {
-    if (const auto row = model_->Source()->FindRow(box_->text().trimmed().toStdString())) {
-      model_->Grow();
-      return EndSearch(static_cast<int>(*row));
-    }
+  const QString text = box_->text().trimmed();
+  if (text.isEmpty()) search_origin_.reset();
+  if (text.isEmpty() || model_->rowCount() == 0) return;
+  wanted_ = {text, Currency::ParseTyped(text.toStdString())};
+  const int marked = std::max(table_->currentIndex().row(), 0);
+  if (next) {
+    search_origin_ = marked + 1;
+  } else {
+    if (!search_origin_) search_origin_ = marked;
+    if (const std::optional<int> row = IndexedRow()) return EndSearch(row);
   }
-  search_from_ = std::max(table_->currentIndex().row(), 0) + (next ? 1 : 0);
+  search_from_ = *search_origin_;
   searched_ = 0;
   search_timer_.start();
 }
 
+// The row that an index leads to, where what was typed is its number, or is not shown in the rows, such as a
+// file of a deposit. Else the first match downwards is wanted, which need not be the first one of the index.
+std::optional<int> RegisterView::IndexedRow() {
+  const auto found = model_->Source()->FindRow(wanted_.text.toStdString());
+  if (!found) return std::nullopt;
+  const std::vector<std::string> cells = model_->Source()->Row(*found);
+  const bool is_number = !cells.empty() && wanted_.text == QString::fromStdString(cells.front());
+  if (!is_number && Holds(cells)) return std::nullopt;
+  model_->Grow();
+  return static_cast<int>(*found);
+}
+
+// Texts hold what was typed; amounts are it, whatever way it was typed.
+bool RegisterView::Holds(const std::vector<std::string>& cells) const {
+  return std::any_of(cells.begin(), cells.end(), [this](const std::string& cell) {
+    const bool is_amount = wanted_.amount && cell.size() > 3 && cell[cell.size() - 3] == '.';
+    return QString::fromStdString(cell).contains(wanted_.text, Qt::CaseInsensitive) ||
+           (is_amount && Currency::ParseTyped(cell) == wanted_.amount);
+  });
+}
+
 void RegisterView::SearchSlice() {
-  const QString wanted = box_->text().trimmed();
   QElapsedTimer elapsed;
   elapsed.start();
   while (elapsed.elapsed() < kSliceMs) {
@@ -161,9 +188,7 @@ void RegisterView::SearchSlice() {
     if (search_from_ + searched_ >= rows && read_timer_.isActive()) return;
     if (searched_ >= rows) return EndSearch({});
     const int row = (search_from_ + searched_++) % rows;
-    for (const std::string& cell : model_->Source()->Row(static_cast<std::size_t>(row))) {
-      if (QString::fromStdString(cell).contains(wanted, Qt::CaseInsensitive)) return EndSearch(row);
-    }
+    if (Holds(model_->Source()->Row(static_cast<std::size_t>(row)))) return EndSearch(row);
   }
 }
 
@@ -179,6 +204,13 @@ void RegisterView::EndSearch(std::optional<int> found) {
 }
 
 bool RegisterView::eventFilter(QObject* watched, QEvent* event) {
+  if (watched == box_ && event->type() == QEvent::FocusIn) search_origin_.reset();
+  // The window's own Esc waits until the search is ended.
+  if (watched == box_ && event->type() == QEvent::ShortcutOverride && !box_->text().isEmpty() &&
+      static_cast<QKeyEvent*>(event)->key() == Qt::Key_Escape) {
+    event->accept();
+    return true;
+  }
   if (watched == box_ && event->type() == QEvent::KeyPress) {
     const auto* key = static_cast<QKeyEvent*>(event);
     if (key->key() == Qt::Key_Return || key->key() == Qt::Key_Enter) {
@@ -203,6 +235,7 @@ void RegisterView::resizeEvent(QResizeEvent* event) {
   QWidget::resizeEvent(event);
   layout()->activate();
   const int top = table_->horizontalHeader()->sizeHint().height();
+  FitWideColumn();
   empty_->setGeometry(24, top, std::max(table_->width() - 48, 0), std::max(table_->height() - top, 0));
 }
 
@@ -215,7 +248,7 @@ void RegisterView::PlaceColumns() {
   columns_placed_ = model_->rowCount() > 0;  // an empty register does not know its widths yet
   QHeaderView* header = table_->horizontalHeader();
   const QByteArray kept = RememberedState(*this, ColumnsKey().constData());
-  if (!kept.isEmpty() && header->restoreState(kept)) return;
+  if (!kept.isEmpty() && header->restoreState(kept)) return FitWideColumn();
   const QFontMetrics metrics(table_->font());
   const int rows = std::min(model_->rowCount(), kSampleRows);
   for (int column = 0; column < model_->columnCount(); ++column) {
@@ -229,9 +262,18 @@ void RegisterView::PlaceColumns() {
     }
     table_->setColumnWidth(column, width + kCellPadding);
   }
-  if (wide_column_ >= 0 && wide_column_ < model_->columnCount()) {
-    header->setSectionResizeMode(wide_column_, QHeaderView::Stretch);
-  }
+  FitWideColumn();
+}
+
+// Where the others leave too little, the last ones go out of sight.
+void RegisterView::FitWideColumn() {
+  if (wide_column_ < 0 || wide_column_ >= model_->columnCount()) return;
+  QHeaderView* header = table_->horizontalHeader();
+  const int least =
+      QFontMetrics(table_->font()).horizontalAdvance(QString(kLeastLetters, 'n')) + kCellPadding;
+  const int left = table_->viewport()->width() - header->length() + header->sectionSize(wide_column_);
+  header->setSectionResizeMode(wide_column_, left < least ? QHeaderView::Interactive : QHeaderView::Stretch);
+  if (left < least) header->resizeSection(wide_column_, least);
 }
 
 void RegisterView::RememberColumns() {

@@ -12,6 +12,7 @@
 #include <QWidget>
 #include <optional>
 
+#include "core/currency.h"
 #include "ui/register_model.h"
 
 namespace tallwick {
@@ -42,8 +43,8 @@ class RegisterView : public QWidget {
   void MarkHeading(const QString& command);
   const QStringList& HeadingCommands() const { return heading_commands_; }
 
-  // Typing in the box searches downwards from the row marked, and marks what it finds; Enter goes on to the
-  // next, Down chooses the row, Esc ends the search.
+  // Typing in the box searches downwards from the row that was marked when it began, and marks what it finds;
+  // Enter goes on to the next, Down chooses the row, Esc ends the search.
   void SearchFrom(QLineEdit* box);
 
   QTableView& Table() { return *table_; }
@@ -59,11 +60,14 @@ class RegisterView : public QWidget {
 
  private:
   void StartSearch(bool next);
+  std::optional<int> IndexedRow();
+  bool Holds(const std::vector<std::string>& cells) const;
   void SearchSlice();
   // At the row that holds what was wanted; nullopt where none does.
   void EndSearch(std::optional<int> found);
   QByteArray ColumnsKey() const;
   void PlaceColumns();
+  void FitWideColumn();
   void RememberColumns();
   void MarkRow(int row);
   void ShowCount();
@@ -78,6 +82,12 @@ class RegisterView : public QWidget {
   QTimer read_timer_;
   QElapsedTimer reading_since_;
   QTimer search_timer_;
+  struct {
+    QString text;
+    std::optional<Currency> amount;  // that the text may mean
+  } wanted_;
+  // The row marked before the typing began; behind the last match since Enter.
+  std::optional<int> search_origin_;
   int search_from_ = 0;  // the row with which the search began
   int searched_ = 0;     // rows looked at since
   QStringList heading_commands_;

@@ -1,5 +1,6 @@
 #include "ui/screen_host.h"
 
+#include <QAction>
 #include <QApplication>
 #include <QCloseEvent>
 #include <QEventLoop>
@@ -7,6 +8,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QShortcut>
+#include <algorithm>
 
 #include "ui/register_view.h"
 #include "ui/window_memory.h"
@@ -54,13 +56,23 @@ void ScreenHost::AddShortcuts() {
             [this, key] { binder_->PassKey(key); });
   };
   for (const char* key : {"F5", "Ctrl+P"}) pass(key);
+  const QKeySequence book("Shift+F1");
+  const QList<QAction*> commands = window_->findChildren<QAction*>();
+  const bool has_command = std::any_of(commands.begin(), commands.end(),
+                                       [&](const QAction* one) { return one->shortcut() == book; });
+  if (!has_command) {
+    connect(new QShortcut(book, window_.get()), &QShortcut::activated, this, &ScreenHost::HelpAsked);
+  }
   connect(new QShortcut(QKeySequence("Esc"), window_.get()), &QShortcut::activated, this,
           &ScreenHost::Escape);
   connect(new QShortcut(QKeySequence("Ctrl+F"), window_.get()), &QShortcut::activated, this,
           &ScreenHost::Find);
 }
 
+// From the find box back to the entry.
 void ScreenHost::Escape() {
+  const QWidget* at = window_->focusWidget();
+  if (at != nullptr && at->property("finds").isValid() && binder_->GoToFirstField()) return;
   if (!binder_->PassKey("Esc") && window_->property("escCloses").toBool()) binder_->Close();
 }
 
@@ -86,9 +98,11 @@ void ScreenHost::ShowKeys(const QWidget* focused) {
 
 bool ScreenHost::eventFilter(QObject* watched, QEvent* event) {
   if (watched != window_.get()) return false;
-  if (event->type() == QEvent::KeyPress && static_cast<QKeyEvent*>(event)->key() == Qt::Key_F1) {
-    emit HelpAsked();
-    return true;
+  if (event->type() == QEvent::KeyPress) {
+    const auto* key = static_cast<QKeyEvent*>(event);
+    const bool help = key->key() == Qt::Key_F1 && key->modifiers() == Qt::NoModifier;
+    if (help) emit HelpAsked();
+    return help;
   }
   if (event->type() != QEvent::Close) return false;
   event->setAccepted(binder_->Close());

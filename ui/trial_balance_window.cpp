@@ -7,6 +7,7 @@
 #include <QProgressBar>
 #include <QStatusBar>
 
+#include "ui/field_scroll.h"
 #include "ui/layout_helpers.h"
 #include "ui/register_view.h"
 #include "ui/report_menu.h"
@@ -36,11 +37,11 @@ QLayout* Field(const char* name, const char* caption_text, const char* hint, con
 }
 
 QWidget* Terms() {
-  auto* side = new QWidget;
-  side->setFixedWidth(kSideWidth);
-  auto* column = Spaced(new QVBoxLayout(side), 0, 16);
+  auto* fields = new QWidget;
+  auto* column = Spaced(new QVBoxLayout(fields), 0, 16);
+  column->setContentsMargins(0, 0, FieldScroll::kBarMargin, 0);
   column->addLayout(CaptionAbove("&Bank", Choices("lstBanks", 112)));
-  column->addLayout(CaptionAbove("&Files", Choices("lstKinds", 96)));
+  column->addLayout(CaptionAbove("F&iles", Choices("lstKinds", 96)));
   column->addLayout(Field("txtAsOf", "Posted &Through", "every item posted",
                           "Items of later accounting periods are left out. F2 opens a calendar."));
   column->addLayout(Field("txtDormantDays", "&Days without Activity", "",
@@ -57,12 +58,16 @@ QWidget* Terms() {
   note->setWordWrap(true);
   column->addWidget(note);
   column->addStretch(1);
+  auto* side = new FieldScroll(fields);
+  side->setFixedWidth(kSideWidth + FieldScroll::kBarMargin);
   return side;
 }
 
 QLayout* Sums() {
   auto* row = Spaced(new QHBoxLayout, 0, 16);
-  row->addWidget(Named(RoleLabel("", "heading"), "lblCount"), 1);
+  auto* count = Named(RoleLabel("", "heading"), "lblCount");
+  count->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);  // the sums come first
+  row->addWidget(count, 1);
   for (const auto& [caption, name] :
        {std::pair("Receipts", "lblReceipts"), std::pair("Disbursements", "lblDisbursements"),
         std::pair("Balance", "lblBalance")}) {
@@ -80,6 +85,7 @@ QLayout* Files() {
   auto* view = Named(new RegisterView, "grdFiles");
   view->setAccessibleName("Files");
   view->SetEmptyText("No file is of this kind.");
+  view->SetTotalsLine(false);
   view->setProperty("wideColumn", 4);
   column->addWidget(view, 1);
   auto* foot = Spaced(new QHBoxLayout, 0, 8);
@@ -106,6 +112,7 @@ std::unique_ptr<QWidget> MakeTrialBalanceWindow() {
   AddLedgerMenu(*window);
   auto* content = new QWidget;
   auto* row = Spaced(new QHBoxLayout(content), 24, 24);
+  row->setSpacing(24 - FieldScroll::kBarMargin);
   row->addWidget(Terms());
   row->addLayout(Files(), 1);
   window->setCentralWidget(content);

@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QStatusBar>
 
+#include "ui/flow_layout.h"
 #include "ui/layout_helpers.h"
 
 namespace tallwick {
@@ -15,7 +16,7 @@ namespace {
 
 QLayout* UserList() {
   auto* list = Named(new QListWidget, "lstUsers");
-  list->setMinimumWidth(272);
+  list->setMinimumWidth(160);
   QVBoxLayout* column = CaptionAbove("&Users:", list);
   auto* buttons = Spaced(new QHBoxLayout, 0, 8);
   buttons->addWidget(Named(new QPushButton, "cmdNew"));
@@ -43,7 +44,7 @@ QLayout* Account() {
   rows->addRow(new QLabel("Last saved:"), Named(new QLabel, "lblLastUpdated"));
   column->addLayout(rows);
   column->addSpacing(8);
-  auto* banks = CheckList("lstBanks", 5);
+  auto* banks = CheckList("lstBanks", 3);
   column->addLayout(CaptionAbove("&Banks:", banks), 1);
   auto* status = Named(new QLabel, "lblStatus");
   status->setWordWrap(true);
@@ -59,11 +60,10 @@ QLayout* Account() {
 }
 
 QLayout* Rights() {
-  QVBoxLayout* column = CaptionAbove("&Rights:", CheckList("lstRights", 20));
-  auto* buttons = Spaced(new QHBoxLayout, 0, 8);
+  QVBoxLayout* column = CaptionAbove("&Rights:", CheckList("lstRights", 12));
+  auto* buttons = Spaced(new FlowLayout, 0, 8);
   buttons->addWidget(Named(new QPushButton, "cmdGrantAll"));
   buttons->addWidget(Named(new QPushButton, "cmdDenyAll"));
-  buttons->addStretch();
   buttons->addWidget(Named(new QPushButton, "cmdForceResets"));
   column->addSpacing(4);
   column->addLayout(buttons);

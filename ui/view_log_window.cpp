@@ -158,6 +158,7 @@ QLayout* ResultSide() {
   column->addLayout(top);
   auto* view = Named(new RegisterView, "grdEntries");
   view->SetEmptyText("No entry meets the search. Take criteria away, or clear them all.");
+  view->SetTotalsLine(false);
   view->setProperty("wideColumn", 6);
   column->addWidget(view, 1);
   return column;

@@ -7,6 +7,7 @@
 namespace tallwick {
 namespace {
 
+using ::testing::_;
 using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::IsEmpty;
@@ -181,7 +182,15 @@ TEST_F(CheckModesTest, FilesAreLookedUp) {
   EXPECT_EQ(form_->Focus()->name, "txtCheckFileNumber");
 
   office_.suite.files = {"24-0117", "24-0118", "25-0001a"};
+  Set("txtCheckFileNumber", "25");
   form_->Key("F4");
+  EXPECT_THAT(form_->Find("lstFiles")->source->Row(0), ElementsAre("25-0001a", _))
+      << "begins with what is typed";
+  EXPECT_EQ(Seen(*form_, "txtFindFile"), "25");
+  form_->Key("Esc");
+  Set("txtCheckFileNumber", "nowhere");
+  form_->Key("F4");
+  EXPECT_EQ(Seen(*form_, "txtFindFile"), "");
   EXPECT_THAT(found(""), ElementsAre("25-0001a", "24-0118", "24-0117"));
   EXPECT_THAT(found("01A"), ElementsAre("25-0001a"));
   EXPECT_THAT(found("24"), ElementsAre("24-0118", "24-0117"));

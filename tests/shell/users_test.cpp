@@ -235,6 +235,11 @@ TEST_F(UserMaintenanceTest, TheScreenEditsRightsBanksAndAccount) {
   EXPECT_EQ(Get("ann").sGroup, "Power User");
   EXPECT_THAT(Get("ann").sBankCodes, ElementsAre("GONE", "SAV"));
   EXPECT_EQ(Seen(form, "lblStatus"), "\"ann\" is saved.");
+  // What is as it was is not written anew.
+  const std::string saved = Get("ann").sLastUpdated;
+  office_.clock.now.minute += 1;
+  form.Click("cmdSave");
+  EXPECT_EQ(Get("ann").sLastUpdated, saved);
 }
 
 TEST_F(UserMaintenanceTest, TheScreenRefusesAndAsks) {

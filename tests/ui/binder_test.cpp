@@ -25,6 +25,7 @@
 namespace tallwick {
 namespace {
 
+using ::testing::Contains;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 
@@ -55,11 +56,13 @@ class EntryForm : public Form {
   }
   int SlicesLeft() const { return slices_; }
   std::function<void()> at_click = [] {};
+  std::function<void()> at_choose = [] {};
 
   using Form::SetCaption;
   using Form::SetEnabled;
   using Form::SetFocus;
   using Form::SetRows;
+  using Form::SetSelected;
   using Form::SetText;
   using Form::SetValue;
   using Form::SetVisible;
@@ -73,7 +76,10 @@ class EntryForm : public Form {
     if (control.text == "bad") Refuse("The amount is bad.", control.name);
   }
   void OnChange(Control& control) override { Note("change", control); }
-  void OnChoose(Control& control) override { Note("choose", control); }
+  void OnChoose(Control& control) override {
+    Note("choose", control);
+    at_choose();
+  }
   void OnClick(Control& control) override {
     Note("click", control);
     at_click();
@@ -314,6 +320,39 @@ TEST_F(BinderTest, EnterGoesOnUntilAllIsFilledThenPosts) {
   Press(Qt::Key_Return, Qt::ControlModifier);
   EXPECT_THAT(form_.Taken(),
               ElementsAre("leave txtNote", "enter cmdOk", "click cmdOk", "leave cmdOk", "enter txtNote"));
+}
+
+// With a box between the key and the answer the list has gone on already.
+TEST_F(BinderTest, AListThatIsKeptAtItsRowShowsThatRow) {
+  Open();
+  auto* list = Get<QListWidget>("lstBanks");
+  form_.SetSelected("lstBanks", 1);
+  list->setFocus(Qt::TabFocusReason);
+  form_.at_choose = [this] {
+    QTimer::singleShot(20, qApp, [] { QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape); });
+    QtMessageBoxes().Show({BoxIcon::kQuestion, "T", "Drop the changes?", BoxButtons::kYesNo, BoxAnswer::kNo});
+    form_.SetSelected("lstBanks", 1);
+  };
+  Press(Qt::Key_End);
+  QTest::qWait(1);
+  EXPECT_EQ(form_.Find("lstBanks")->selected, 1);
+  EXPECT_EQ(list->currentRow(), 0);
+  EXPECT_TRUE(list->item(0)->isSelected());
+  EXPECT_FALSE(list->item(1)->isSelected());
+}
+
+TEST_F(BinderTest, EnterInAMarkPostsAndLeavesItAsItIs) {
+  form_.SetText("txtName", "Jo");
+  Open();
+  auto* mark = Get<QCheckBox>("chkHand");
+  mark->setFocus(Qt::TabFocusReason);
+  form_.Taken();
+  EXPECT_TRUE(binder_->KeysOf(*mark).startsWith("Enter posts"));
+  Press(Qt::Key_Return);
+  EXPECT_THAT(form_.Taken(), Contains("click cmdOk"));
+  EXPECT_TRUE(mark->isChecked());
+  Press(Qt::Key_Space);
+  EXPECT_FALSE(mark->isChecked());
 }
 
 TEST_F(BinderTest, F2FillsDatesAndPeriodsInTheirForm) {

@@ -55,7 +55,7 @@ Letters LettersOf(const QWidget& window) {
 
 using MnemonicsTest = testing::DesktopTest;
 
-TEST_F(MnemonicsTest, NoTwoCommandsOfAMenuShareALetter) {
+TEST_F(MnemonicsTest, NoTwoCommandsOfAMenuOrScreenShareALetter) {
   testing::Office& office = office_;
   ScreenCatalogue catalogue(desktop_->TheSession(), office);
   int menus = 0;
@@ -67,6 +67,7 @@ TEST_F(MnemonicsTest, NoTwoCommandsOfAMenuShareALetter) {
       const std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
       ASSERT_TRUE(form && window) << screen << " " << mode;
       const FormBinder binder(*form, *window);
+      ExpectOneEach(LettersOf(*window), screen);
       for (const QMenu* menu : window->findChildren<QMenu*>()) {
         ExpectOneEach(LettersOf(menu->actions()), screen);
         ++menus;

@@ -38,9 +38,8 @@ TEST_F(PostingWindowsTest, ADepositIsTypedLikeASpreadsheet) {
   Press(Qt::Key_Down);
   Press(Qt::Key_Up);
   EXPECT_EQ(Focus(), "txtFileNumbers_3");
-  EXPECT_EQ(
-      Get<QLabel>(kDeposits, "lblKeys")->text(),
-      "Enter next field     Up Down other line     Ctrl+Enter post     F4 look-up     F1 help     Esc back");
+  EXPECT_EQ(Get<QLabel>(kDeposits, "lblKeys")->text(),
+            "Enter posts     Up Down other line     F4 look-up     F1 help     Esc back");
   Press(Qt::Key_Return);  // on an empty line: posts
   EXPECT_THAT(office_.TakeTexts(), IsEmpty());
   ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
@@ -50,7 +49,15 @@ TEST_F(PostingWindowsTest, ADepositIsTypedLikeASpreadsheet) {
   auto* deposits = Get<RegisterView>(kDeposits, "lstDepositDates");
   EXPECT_EQ(deposits->Model().rowCount(), 1);
 
-  // Found by a file number, and taken into the entry.
+  // Found by a file number, and taken into the entry. Esc ends the search, then leads back to the entry.
+  QTest::keyClick(&Window(kDeposits), Qt::Key_F, Qt::ControlModifier);
+  QTest::keyClicks(QApplication::focusWidget(), "x");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Focus(), "boxFind");
+  EXPECT_EQ(Text(kDeposits, "boxFind"), "");
+  Press(Qt::Key_Escape);
+  EXPECT_EQ(Focus(), "txtDepositDated");
+  ASSERT_NE(desktop_->Find(kDeposits), nullptr);
   QTest::keyClick(&Window(kDeposits), Qt::Key_F, Qt::ControlModifier);
   QTest::keyClicks(QApplication::focusWidget(), "24-01");
   EXPECT_EQ(deposits->Table().currentIndex().row(), 0);

@@ -90,5 +90,13 @@ TEST_F(ReconcileWindowTest, RefusesADateAndKeepsAReconciledAccountOpen) {
               ElementsAre("WARNING - Account Reconciled but NOT Updated...\r\rUpdate now?"));
 }
 
+TEST_F(ReconcileWindowTest, EnterGoesOnUntilTheStatementsBalanceIsThere) {
+  auto& date = Find<QLineEdit>("txtStatementDate");
+  date.setFocus(Qt::TabFocusReason);
+  QTest::keyClick(&date, Qt::Key_Return);
+  EXPECT_EQ(date.window()->focusWidget(), &Find<QLineEdit>("txtBankStatementBalance"));
+  EXPECT_EQ(Find<QLabel>("lblStatus").text(), "");
+}
+
 }  // namespace
 }  // namespace tallwick

@@ -155,6 +155,56 @@ TEST_F(RegisterTest, FindMarksWithoutChoosingUntilItIsTaken) {
   EXPECT_THAT(chosen, ElementsAre(49'989));
 }
 
+// Its index knows "50" and leads to the last one of the payees.
+class IndexedRows : public ManyRows {
+ public:
+  IndexedRows() : ManyRows(50) {}
+  std::vector<std::string> Row(std::size_t row) override {
+    const std::string number = std::to_string(row + 1);
+    return {number, "PAYEE " + number, row == 30 ? "4,197.60" : "1.00"};
+  }
+  std::optional<std::size_t> FindRow(std::string_view text) override {
+    return text == "50" || text == "payee" ? std::optional<std::size_t>(49) : std::nullopt;
+  }
+};
+
+TEST_F(RegisterTest, FindTakesTheFirstMatchDownwardsAndKnowsAmounts) {
+  QLineEdit box;
+  view_.SearchFrom(&box);
+  control_.source = std::make_shared<IndexedRows>();
+  view_.Show(control_);
+  view_.Table().selectRow(10);
+  const struct {
+    const char* typed;
+    int row;
+  } cases[] = {{"payee", 10}, {"50", 49}, {"4197.60", 30}, {"4,197.6", 30}, {"payee 1", 10}};
+  for (const auto& one : cases) {
+    box.selectAll();
+    QTest::keyClicks(&box, one.typed);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return view_.Table().currentIndex().row() == one.row; })) << one.typed;
+  }
+}
+
+TEST_F(RegisterTest, TheRowThatTabChoosesIsMarked) {
+  Show(20);
+  view_.activateWindow();
+  QTest::qWait(1);
+  view_.Table().setFocus(Qt::TabFocusReason);
+  EXPECT_EQ(view_.Table().currentIndex().row(), 0);
+  EXPECT_TRUE(view_.Table().selectionModel()->isRowSelected(0));
+}
+
+TEST_F(RegisterTest, ThePayeeKeepsRoomInANarrowWindow) {
+  view_.setProperty("wideColumn", 1);
+  Show(20);
+  for (const int width : {150, 640, 150}) {
+    view_.resize(width, 480);
+    QTest::qWait(1);
+    EXPECT_GE(view_.Table().columnWidth(1), 12 * view_.fontMetrics().horizontalAdvance('n')) << width;
+    EXPECT_EQ(view_.Table().horizontalScrollBar()->maximum() > 0, width == 150);
+  }
+}
+
 TEST_F(RegisterTest, ColumnsKeepTheirWidthAndOrder) {
   QWidget first_window;
   first_window.setObjectName("frmFirst");

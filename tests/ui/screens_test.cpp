@@ -13,6 +13,7 @@
 #include <QPushButton>
 #include <QScreen>
 #include <QScrollArea>
+#include <QScrollBar>
 #include <QStatusBar>
 #include <QTest>
 #include <QTextBrowser>
@@ -22,6 +23,8 @@
 
 #include "shell/main_commands.h"
 #include "tests/support/desktop_test.h"
+#include "ui/field_scroll.h"
+#include "ui/form_binder.h"
 #include "ui/register_view.h"
 #include "ui/rtf_text.h"
 #include "ui/screens.h"
@@ -210,6 +213,15 @@ TEST_F(ScreensTest, HelpOverADialogCanBeUsed) {
   EXPECT_EQ(desktop_->Find("frmBankSelect"), nullptr);
 }
 
+TEST_F(ScreensTest, ShiftF1OpensTheBookFromAFieldThatHasAHelpOfItsOwn) {
+  OpenChecks();
+  auto* payee = Get<QLineEdit>(kChecks, "txtCheckPayee");
+  ASSERT_FALSE(payee->whatsThis().isEmpty());
+  payee->setFocus(Qt::TabFocusReason);
+  QTest::keyClick(payee, Qt::Key_F1, Qt::ShiftModifier);
+  EXPECT_NE(desktop_->Find("frmHelp"), nullptr);
+}
+
 TEST(RtfTextTest, ShowsBoldLinesAndEscapes) {
   EXPECT_EQ(
       HtmlOfRtf(
@@ -234,14 +246,31 @@ void ExpectReadingOrder(QWidget& window) {
   }
 }
 
-// What a screen of 1366 by 768 pixels leaves below the title and within the frame, with every field in sight.
+// What a screen of 1366 by 768 pixels leaves below the title and within the frame: with every field in sight,
+// and with the buttons in sight where all is drawn one and a half times as large.
 TEST_F(ScreensTest, EveryScreenFitsASmallLaptop) {
+  OpenBank();
+  testing::Office& office = office_;
+  ScreenCatalogue catalogue(desktop_->TheSession(), office);
   for (const std::string_view screen : ScreenCatalogue::Names()) {
-    const std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
-    ASSERT_NE(window, nullptr) << screen;
-    window->ensurePolished();
-    EXPECT_LE(window->minimumSizeHint().height(), 728) << screen;
-    EXPECT_LE(window->minimumSizeHint().width(), 1350) << screen;
+    std::vector<std::string_view> modes = ScreenCatalogue::Modes(screen);
+    if (modes.empty()) modes.emplace_back();
+    for (const std::string_view mode : modes) {
+      const std::unique_ptr<Form> form = catalogue.Make(screen, mode);
+      const std::unique_ptr<QWidget> window = MakeScreenWindow(screen);
+      ASSERT_TRUE(form && window) << screen << " " << mode;
+      const FormBinder binder(*form, *window);
+      window->ensurePolished();
+      const QSize least = window->minimumSizeHint();
+      EXPECT_LE(least.width(), 902) << screen;
+      EXPECT_LE(least.height(), 484) << screen;
+      window->resize(1350, 728);
+      window->show();
+      for (const FieldScroll* fields : window->findChildren<FieldScroll*>()) {
+        EXPECT_TRUE(QTest::qWaitFor([&] { return fields->verticalScrollBar()->maximum() == 0; }, 1000))
+            << screen;
+      }
+    }
   }
 }
 
