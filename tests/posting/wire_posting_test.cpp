@@ -54,9 +54,6 @@ TEST_F(WirePostingTest, AWireIsPostedAndClearedInOneStep) {
   EXPECT_TRUE(Xrefs().SeekReference(WireXref("24-0117", "FNB", "FED-0417")));
   EXPECT_THAT(Log(), HasSubstr("[TX: Post Wire][REFERENCE: FED-0417]"));
   Enter("FED-0418", "");
-  form_->Leave();
-  EXPECT_EQ(Seen(*form_, "lblEditMessage"),
-            "\r\nTransaction will be posted to the Accounting Period 3-2024 and stay outstanding.");
   Post();
   EXPECT_EQ(Stored("FED-0418")->status, "O");
   EXPECT_TRUE(Stored("FED-0418")->statement.IsEmpty());
