@@ -98,8 +98,8 @@ AuditProof ProveBankLog(Session& session, std::string_view bank_code, std::strin
   for (const std::string& table : postings.Unreadable())
     proof.problems.push_back(
         table +
-        " cannot be read, so nobody can tell whether entries of its records are missing.  "
-        "Have the table rebuilt, and prove the log again.");
+        " cannot be read, so nobody can tell whether entries of its records are missing.  Prove the log "
+        "again when no workstation has the files for itself, or have the table rebuilt.");
   proof.proven = proof.problems.empty();
   return proof;
 }

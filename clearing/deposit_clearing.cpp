@@ -75,10 +75,11 @@ void FrmEditDepositsClear::OnClick(Control& control) {
 }
 
 bool FrmEditDepositsClear::EnterGoesOn() {
-  return Focus() != nullptr && (Focus()->name == "txtDepositDated" || Focus()->name == "txtDateSequence");
+  return Focus() != nullptr && (Focus()->name == "txtDepositDated" || Focus()->name == "txtDateSequence" ||
+                                Focus()->name == "chkCleared");
 }
 
-// A deposit is seen before it is cleared: Enter leads to its items.
+// A deposit is seen before it is cleared: Enter leads to its items, and from one to the next.
 bool FrmEditDepositsClear::OnKey(std::string_view key) {
   const std::string_view at = Focus() != nullptr ? std::string_view(Focus()->name) : "";
   if (key == "Enter" && at == "txtDepositDated") {
@@ -87,12 +88,19 @@ bool FrmEditDepositsClear::OnKey(std::string_view key) {
   }
   if (key == "Enter" && at == "txtDateSequence") {
     LookUpDeposit();
-    int item = 1;
-    while (item < kDepositItems && !At("chkCleared", item).enabled) ++item;
-    SetFocus("chkCleared", item);
+    GoToItemBehind(0);
+    return true;
+  }
+  if (key == "Enter" && at == "chkCleared") {
+    GoToItemBehind(Focus()->index);
     return true;
   }
   return PostingForm::OnKey(key);
+}
+
+void FrmEditDepositsClear::GoToItemBehind(int item) {
+  for (int next = item + 1; next <= kDepositItems; ++next)
+    if (At("chkCleared", next).enabled) return SetFocus("chkCleared", next);
 }
 
 // --- Which deposit ---

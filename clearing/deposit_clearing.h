@@ -43,6 +43,7 @@ class FrmEditDepositsClear : public PostingForm {
 
  private:
   void ShowKey();
+  void GoToItemBehind(int item);  // the next that can be marked
   void LookUpDeposit();
   void ShowDeposit(const DepositRecord& deposit);
   void ShowNothing();

@@ -132,7 +132,7 @@ bool WantsJson(const std::vector<std::string>& arguments) {
 int Finish(int status, const std::vector<ShownBox>& shown, Output& out) {
   if (out.Finish(shown)) return status;
   std::cerr << "escrowctl: The output could not be written whole"
-            << (status == kDone ? ".  What was to be done is done: what was to be posted is posted" : "")
+            << (status == kDone ? ".  What the command was to do is done: look before you repeat it" : "")
             << std::endl;
   return status == kDone ? kRefused : status;
 }

@@ -33,34 +33,37 @@ bool IsFigure(std::string_view text) {
   return !digits.empty() && IsAllDigits(digits);
 }
 
-Json NumberJson(clsKVRData& store, DataHandle data, const FieldProperties& field, FieldHandle handle) {
+Json NumberJson(clsKVRData& store, DataHandle data, const FieldProperties& field, FieldHandle handle,
+                bool raw) {
   const bool binary = field.type == 'B' || field.type == 'I';
   const std::string stored(binary ? "" : Trim(store.GetNumberFieldRawValueByPointer(data, handle)));
   // More decimals than money has come from other programs' tables.
-  if (!IsFigure(stored) || (!binary && field.decimals > 4)) return stored;
+  if ((raw && !IsFigure(stored)) || (!binary && field.decimals > 4)) return stored;
   if (field.type != 'B' && field.decimals == 0) return store.GetIntegerByPointer(data, handle);
   const Currency amount = store.GetCurrencyFieldValueByPointer(data, handle);
-  return amount.IsValid() || binary ? MoneyText(amount) : stored;
+  return amount.IsValid() || binary || !raw ? MoneyText(amount) : stored;
 }
 
-Json DateJson(clsKVRData& store, DataHandle data, FieldHandle handle) {
+Json DateJson(clsKVRData& store, DataHandle data, FieldHandle handle, bool raw) {
   const Date date = store.GetDateByPointer(data, handle);
-  return date.IsEmpty() ? std::string(Trim(store.GetStringFieldRawValueByPointer(data, handle)))
-                        : IsoDate(date);
+  if (!date.IsEmpty() || !raw) return IsoDate(date);
+  const std::string stored(Trim(store.GetStringFieldRawValueByPointer(data, handle)));
+  return stored.find_first_not_of('0') == std::string::npos ? "" : stored;
 }
 
 }  // namespace
 
 Json FieldJson(clsKVRData& store, DataHandle data, const FieldProperties& field, Trimming trimming) {
   const FieldHandle handle = store.FindField(data, field.name);
+  const bool raw = trimming == Trimming::kRight;  // characters that are no value are shown as they stand
   switch (field.type) {
     case 'N':
     case 'F':
     case 'B':
     case 'I':
-      return NumberJson(store, data, field, handle);
+      return NumberJson(store, data, field, handle, raw);
     case 'D':
-      return DateJson(store, data, handle);
+      return DateJson(store, data, handle, raw);
     case 'L':
       return store.GetBooleanFieldValueByPointer(data, handle);
     case 'M':
@@ -68,8 +71,8 @@ Json FieldJson(clsKVRData& store, DataHandle data, const FieldProperties& field,
     default:
       break;
   }
-  const std::string raw = store.GetStringFieldRawValueByPointer(data, handle);
-  return trimming == Trimming::kRight ? TrimRight(raw) : Trim(raw);
+  const std::string text = store.GetStringFieldRawValueByPointer(data, handle);
+  return raw ? TrimRight(text) : Trim(text);
 }
 
 Json RecordJson(clsKVRData& store, DataHandle data, const std::vector<FieldProperties>& fields,

@@ -58,8 +58,8 @@ class Office {
   void SetScreenOpener(ScreenOpener* opener) { opener_.target = opener; }
   // The screens exist once Open has succeeded.
   ScreenCatalogue& Screens() { return application_->Screens(); }
-  // A screen for a command. Null after a message; Status() then says whether it was refused, or a table could
-  // not be opened.
+  // A screen for a command, not for a script, which shows all that a clerk would see. Null after a message;
+  // Status() then says whether it was refused, or a table could not be opened.
   std::unique_ptr<Form> MakeScreen(std::string_view screen, std::string_view mode);
   // Whether the user of the options may use the right (rights.h), for commands that work past the screens,
   // also where the company cannot be opened. False after a message; Status() then says with what to end.

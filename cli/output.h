@@ -33,7 +33,8 @@ class Output {
   // Says on standard error what went wrong; with --json the first such text becomes the member "error" at the
   // end.
   void Fail(std::string_view what);
-  // Ends the object, with the boxes shown. False when the stream did not take everything.
+  // Ends the object, with the boxes shown where there were any or something failed. False when the stream did
+  // not take everything.
   bool Finish(const std::vector<ShownBox>& boxes);
 
  private:

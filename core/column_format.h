@@ -1,5 +1,6 @@
 // The column formats of printed tables: one piece for each column, separated by "|", each an alignment
-// character (">" right, "<" left, "^" centred), "+" and a width in twips (1440 to the inch): ">+1000|^+1280|<+3160".
+// character (">" right, "<" left, "^" centred), "+" and a width in twips (1440 to the inch):
+// ">+1000|^+1280|<+3160".
 #pragma once
 
 #include <string_view>

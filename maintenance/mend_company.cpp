@@ -167,8 +167,12 @@ class Mender {
   void MendReferences() {
     Problems problems;
     VerifyReferences(company_, &problems);
-    std::erase_if(problems,
-                  [this](const CompanyProblem& problem) { return recounted_.contains(problem.table); });
+    std::erase_if(problems, [this](const CompanyProblem& problem) {
+      const auto* raise = std::get_if<RaiseVoucherCounter>(&problem.remedy);
+      const std::string& source =
+          raise == nullptr ? problem.table : company_.by_bank.at(raise->bank_code)->vouchers.Name();
+      return recounted_.contains(source);
+    });
     MendInUnit(problems,
                [](const CompanyProblem& problem) { return std::holds_alternative<AddXref>(problem.remedy); });
     MendInUnit(problems, [](const CompanyProblem& problem) {

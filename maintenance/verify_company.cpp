@@ -109,13 +109,16 @@ void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
     }
     // With duplicates in a unique tag or records left out, seeks and walks would mislead without being
     // damaged.
-    if (const std::string tag = table->OtherTag(); !tag.empty() && !table->Layout().of_suite)
-      problems->push_back({table->Name(),
-                           0,
-                           "Tag " + tag +
-                               " is not made as this program makes it: have \"Update Database "
-                               "Versions\" build the index anew",
-                           {}});
+    if (const std::string tag = table->OtherTag(); !tag.empty() && !table->Layout().of_suite) {
+      damaged_.insert(table);
+      problems->push_back(
+          {table->Name(),
+           0,
+           "Tag " + tag +
+               " is not made as this program makes it: have \"Update Database Versions\" build "
+               "the index anew",
+           {}});
+    }
     VerifyNumbers(*table, problems);
   }
 }

@@ -4,6 +4,7 @@
 
 #include "core/text.h"
 #include "maintenance/reference_rules.h"
+#include "posting/item_number.h"
 #include "tables/keys.h"
 
 namespace tallwick {
@@ -132,11 +133,12 @@ void ReferenceCheck::CheckVoucherUse(BankTables& bank) {
   if (!company_.IsTrusted(bank.checks)) return;
   Walk(bank.vouchers, [&] {
     const VoucherRecord voucher = bank.vouchers.Read();
-    if (voucher.check_number.empty() || bank.checks.SeekNumber(voucher.check_number)) return;
-    Add(bank.vouchers,
-        "voucher " + voucher.number + Of(voucher.file_number) + " is used by check " + voucher.check_number +
-            ", which is not there: compare with the paper, and enter the check again where it was "
-            "real");
+    if (voucher.check_number.empty() || SeekCounted(bank.checks, voucher.check_number)) return;
+    Add(bank.vouchers, "voucher " + voucher.number + Of(voucher.file_number) + " is used by check " +
+                           voucher.check_number +
+                           ", which is not there: compare with the paper, enter the check again where it was "
+                           "real, or correct "
+                           "the number on the voucher screen");
   });
 }
 

@@ -184,7 +184,7 @@ bool FrmEditDepositsPost::SettleFailure(const PostOutcome& outcome, const Deposi
 // deposit.
 bool FrmEditDepositsPost::HaveMoved() {
   for (int row = 1; row <= kDepositItems; ++row) {
-    const bool posted = !loaded_->items[static_cast<std::size_t>(row) - 1].file_number.empty();
+    const bool posted = IsUsed(loaded_->items[static_cast<std::size_t>(row) - 1]);
     if (ItemOf(row) == 0 ? posted && RowAt(row).IsUsed() : ItemOf(row) != row) return true;
   }
   return false;

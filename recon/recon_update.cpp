@@ -8,7 +8,8 @@ namespace tallwick {
 namespace {
 
 constexpr std::string_view kPostedMeanwhile =
-    "Something was posted while the figures were computed.  Nothing was updated: compute again.";
+    "Something was posted while the figures were computed, or they could not be computed once more.  Nothing "
+    "was updated: compute again.";
 
 // "2024-03-31 09:30:00 jdoe FRONTDESK2"
 std::string Signature(Session& session) {

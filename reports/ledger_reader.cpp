@@ -42,7 +42,9 @@ std::string AddDeposit(DepositTable& deposits, const DepositXrefRecord& xref, Ba
   const int item = ItemNumber(xref.item);
   if (item < 1 || item > kDepositItems || !deposits.SeekDeposit(xref.dated, xref.sequence)) return {};
   const DepositRecord deposit = deposits.Read();
-  const std::string& file = deposit.items[static_cast<std::size_t>(item) - 1].file_number;
+  const DepositItem& named = deposit.items[static_cast<std::size_t>(item) - 1];
+  if (!IsUsed(named)) return {};
+  const std::string& file = named.file_number;
   if (!SameKey(file, xref.file_number))
     return "Item " + std::to_string(item) + " of deposit " + DepositName(xref.dated, xref.sequence) +
            " is of " + (file.empty() ? "no file" : "file " + Quoted(file)) +

@@ -28,7 +28,9 @@ LatestPosting PostingOf(const WireRecord& wire) {
 }
 
 LatestPosting PostingOf(const VoucherRecord& voucher) {
-  return ItemPosting(voucher, "Voucher", VoucherStatusText(voucher));
+  LatestPosting posting = ItemPosting(voucher, "Voucher", VoucherStatusText(voucher));
+  if (!voucher.check_number.empty()) posting.style = StatusStyle("C");  // it waits for nothing
+  return posting;
 }
 
 LatestPosting PostingOf(const DepositRecord& deposit) {
@@ -38,7 +40,7 @@ LatestPosting PostingOf(const DepositRecord& deposit) {
   posting.number = deposit.sequence;
   std::vector<std::string> files;
   for (const DepositItem& item : deposit.items) {
-    if (item.status.empty()) continue;
+    if (!IsUsed(item)) continue;
     if (posting.payee.empty()) posting.payee = item.source;
     posting.amount += item.amount;
     if (std::find(files.begin(), files.end(), item.file_number) == files.end())

@@ -237,6 +237,12 @@ std::string TableBase::OtherTag() const {
 
 // --- Navigation ---
 
+void TableBase::TellDamage(std::string_view text) {
+  // Nobody may sit before a box while others wait for the unit.
+  if (home_.data.UnitActive()) return home_.data.TellUnreadable(handle_, engine::kErrorFieldValue);
+  home_.boxes.Critical("Read Database", text);
+}
+
 bool TableBase::Reached(int code) {
   failed_ = code < 0;
   // A unit of work must not stand on it, however often it was told.

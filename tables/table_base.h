@@ -78,7 +78,7 @@ class TableBase {
   DataHandle Handle() const { return handle_; }
   clsKVRData& Data() const { return home_.data; }
   // Shows what was found wrong in the table's records.
-  void TellDamage(std::string_view text) { home_.boxes.Critical("Read Database", text); }
+  void TellDamage(std::string_view text);
 
   // Whether the open table's fields and tags are those of the layout.
   LayoutState CheckVersion();

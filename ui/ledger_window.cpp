@@ -138,9 +138,8 @@ std::unique_ptr<QWidget> MakeLedgerWindow() {
   window->setProperty("perTopic", true);
   AddReportMenu(*window);
   auto* content = new QWidget;
-  auto* row = Spaced(new QHBoxLayout(content), 24, 24);
+  auto* row = Spaced(new QHBoxLayout(content), 24, 24 - FieldScroll::kBarMargin);
   auto* open = PlainButton("cmdOpenItem");
-  row->setSpacing(24 - FieldScroll::kBarMargin);
   row->addWidget(FileSide());
   row->addLayout(ItemSide(open), 1);
   window->setCentralWidget(content);

@@ -111,8 +111,7 @@ std::unique_ptr<QWidget> MakeTrialBalanceWindow() {
   AddReportMenu(*window);
   AddLedgerMenu(*window);
   auto* content = new QWidget;
-  auto* row = Spaced(new QHBoxLayout(content), 24, 24);
-  row->setSpacing(24 - FieldScroll::kBarMargin);
+  auto* row = Spaced(new QHBoxLayout(content), 24, 24 - FieldScroll::kBarMargin);
   row->addWidget(Terms());
   row->addLayout(Files(), 1);
   window->setCentralWidget(content);

@@ -85,6 +85,8 @@ ScreenOutcome PostOnScreen(Office& office, const ScreenUse& use, const std::vect
   } else if (press != nullptr && !press->enabled) {
     TellWhyClosed(office, *form);
   } else {
+    // Whatever was asked until here was another question, and took no answer from this.
+    if (use.confirmed) office.Boxes().QueueAnswer(BoxAnswer::kYes);
     Use(*form, {std::string(use.press), {}});
   }
   return {.key = posting->LastPosted()};
@@ -112,11 +114,11 @@ int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outc
   return ShowFields(office, table, found, name + (outcome.taken ? " is posted already" : " was not posted"));
 }
 
-int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
+int RemoveOnScreen(Office& office, ScreenUse use, const TypedEntry& number, const std::string& name,
                    bool posted) {
   // Who gives the command has answered whether it shall be removed. Only a number zero, which the screen
   // offers for removal as soon as it is looked up, is asked about.
-  if (!use.press.empty()) office.Boxes().QueueAnswer(BoxAnswer::kYes);
+  use.confirmed = true;
   const bool removed = posted && !PostOnScreen(office, use, {number}).key.empty();
   office.Out().Set("removed", removed);
   if (removed) {

@@ -1,5 +1,5 @@
 // What the commands on checks, deposits, wires and vouchers share: the bank's table, typing into the posting
-// screen, and showing what is posted. Showing a record is also that of the banks.
+// screen, and showing what is posted. ShowFields serves the bank commands too.
 #pragma once
 
 #include <memory>
@@ -55,6 +55,9 @@ struct ScreenUse {
   bool only_new = false;
   // Nobody named a number: one that another workstation takes meanwhile gives way to the next.
   bool any_number = false;
+  // The question that the button at the end asks is answered with Yes, behind the answers of the command
+  // line.
+  bool confirmed = false;
 };
 struct ScreenOutcome {
   std::string key;     // of what was posted; "" when the screen refused or could not be opened
@@ -78,7 +81,7 @@ int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outc
 
 // Has a screen look up the posted record that `number` names and remove it. `name` begins what is said where
 // it is not `posted`, or was not removed. The exit status.
-int RemoveOnScreen(Office& office, const ScreenUse& use, const TypedEntry& number, const std::string& name,
+int RemoveOnScreen(Office& office, ScreenUse use, const TypedEntry& number, const std::string& name,
                    bool posted);
 
 }  // namespace tallwick::cli

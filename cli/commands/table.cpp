@@ -9,6 +9,7 @@
 #include "core/text.h"
 #include "maintenance/bank_trail.h"
 #include "maintenance/verify_table.h"
+#include "posting/item_number.h"
 #include "tables/bank_table.h"
 
 namespace tallwick::cli {
@@ -124,8 +125,8 @@ std::size_t WidthOfFirstField(clsKVRData& store, DataHandle data, const std::str
 // Counted numbers are stored right-aligned: one that is not found as it was typed is sought as it is stored.
 int SeekTyped(clsKVRData& store, DataHandle data, const std::string& tag, const std::string& key) {
   const int code = store.SeekDatabase(data, key);
-  if (code <= 0 || !IsAllDigits(key)) return code;
-  return store.SeekDatabase(data, PadLeft(key, WidthOfFirstField(store, data, tag)));
+  if (code <= 0 || !IsAllDigits(key) || WidthOfFirstField(store, data, tag) != kNumberWidth) return code;
+  return store.SeekDatabase(data, PadLeft(key, kNumberWidth));
 }
 
 int Seek(Office& office, const TableArguments& arguments) {
@@ -246,8 +247,6 @@ int WithExclusive(Office& office, const TableArguments& arguments, std::string_v
 }
 
 int Reindex(Office& office, const TableArguments& arguments) {
-  // Who gives the command has answered whether a damaged index shall be rebuilt.
-  office.Boxes().QueueAnswer(BoxAnswer::kYes);
   return WithExclusive(office, arguments, "could not be indexed again",
                        [](clsKVRData& store, DataHandle data) { return store.ReindexDatabase(data); });
 }

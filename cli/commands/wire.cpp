@@ -48,9 +48,8 @@ int Clear(Office& office, const WireArguments& arguments) {
   const std::unique_ptr<WireTable> wires = OpenPosted<WireTable>(office, &status);
   if (!wires) return status;
   const std::string name = "Wire " + Quoted(arguments.number);
-  if (!wires->SeekNumber(arguments.number)) return ShowFields(office, *wires, false, name + " is not posted");
-  if (const std::string why = ClearingRefusal(wires->Read()); !why.empty())
-    return ShowFields(office, *wires, false, why);
+  if (!wires->SeekNumber(arguments.number)) return office.Refuse(name + " is not posted");
+  if (const std::string why = ClearingRefusal(wires->Read()); !why.empty()) return office.Refuse(why);
   const bool cleared = !PostOnScreen(office, {kScreen}, WithNumber(arguments)).key.empty();
   return ShowFields(office, *wires, cleared && wires->SeekNumber(arguments.number),
                     name + " was not cleared");

@@ -49,7 +49,8 @@ std::string_view CheckedWord(const Control& control) {
   const bool is_box = control.kind == ControlKind::kCheck || control.kind == ControlKind::kOption;
   if (!is_box && control.kind != ControlKind::kMenu) return "";
   if (control.value == 1) return " (checked)";
-  return is_box && control.value != 0 ? " (grayed)" : "";
+  if (!is_box) return "";
+  return control.value == 0 ? " (unchecked)" : " (grayed)";
 }
 
 }  // namespace
@@ -78,7 +79,10 @@ std::string RowLine(const Control& control, int row) {
   if (row < 1 || place >= RowCount(control)) return name + "no row";
   const bool marked = control.kind == ControlKind::kCheckList;
   if (!control.source)
-    return name + QuotedText(control.rows[place]) + (marked && control.marks[place] ? " (checked)" : "");
+    return name + QuotedText(control.rows[place]) +
+           (!marked                ? ""
+            : control.marks[place] ? " (checked)"
+                                   : " (unchecked)");
   std::string cells;
   for (const std::string& cell : control.source->Row(place)) cells += (cells.empty() ? "" : " | ") + cell;
   return name + QuotedText(cells);

@@ -90,13 +90,15 @@ class PosixFile final : public File {
            own.st_ino == named.st_ino;
   }
 
-  // A lease to write is given only to the one open of a file. It is given back at once; who opens the file in
-  // between makes the system send a signal, which must be one that nobody dies of.
+  // Whoever only copies or scans the file is done with it within moments.
   bool IsOpenElsewhere() override {
-    ::fcntl(fd_, F_SETSIG, SIGURG);
-    const bool refused = ::fcntl(fd_, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;
-    ::fcntl(fd_, F_SETLEASE, F_UNLCK);
-    return refused;
+    constexpr int kTries = 10;
+    constexpr useconds_t kWaitMicroseconds = 50'000;
+    for (int tries = 1; IsLeaseRefused(); ++tries) {
+      if (tries == kTries) return true;
+      ::usleep(kWaitMicroseconds);
+    }
+    return false;
   }
 
   int Lock(std::int64_t offset, std::int64_t length, LockKind kind) override {
@@ -105,6 +107,15 @@ class PosixFile final : public File {
   int Unlock(std::int64_t offset, std::int64_t length) override { return SetLock(F_UNLCK, offset, length); }
 
  private:
+  // A lease to write is given only to the one open of a file. It is given back at once; who opens the file in
+  // between makes the system send a signal, which must be one that nobody dies of.
+  bool IsLeaseRefused() {
+    ::fcntl(fd_, F_SETSIG, SIGURG);
+    const bool refused = ::fcntl(fd_, F_SETLEASE, F_WRLCK) != 0 && errno == EAGAIN;
+    ::fcntl(fd_, F_SETLEASE, F_UNLCK);
+    return refused;
+  }
+
   int SetLock(int type, std::int64_t offset, std::int64_t length) {
     struct flock lock {};
     lock.l_type = static_cast<short>(type);

@@ -220,7 +220,8 @@ class Journal {
   bool ReadEntry(Mark* mark, Entry* entry);
   // True where nothing was ever written: whoever made the file died before its head was there.
   bool IsBlank();
-  // True when a whole unit of a later number stands somewhere behind the end of the entries.
+  // True when a whole unit of a later number stands somewhere behind the end of the entries, or what is there
+  // cannot be read.
   bool HasUnitBehind(const Mark& end);
   JournalFindings ExamineOpen();
   // Counts the units that stand whole behind the applied mark. Looks for the files of all that will be

@@ -108,7 +108,7 @@ std::int64_t LengthAfter(const JournalFileChange& change, std::int64_t length) {
   std::sort(extents.begin(), extents.end(),
             [](const JournalExtent& a, const JournalExtent& b) { return a.offset < b.offset; });
   for (const JournalExtent& extent : extents) {
-    if (extent.offset > length) return -1;
+    if (extent.offset > length && IsTableName(change.name)) return -1;
     length = std::max(length, extent.offset + std::ssize(extent.bytes));
   }
   return length;

@@ -31,8 +31,9 @@ struct JournalLength {
   std::array<std::uint8_t, 16> start{};
 };
 
-// How long a file of `length` bytes is after the change. -1 when bytes would be missing before it: the file
-// is not the one that the unit was written for, but an older one that somebody has put in its place.
+// How long a file of `length` bytes is after the change. -1 when records would be missing before it: the
+// table is not the one that the unit was written for, but an older one that somebody has put in its place.
+// Memo files and indexes of other programs may have holes.
 std::int64_t LengthAfter(const JournalFileChange& change, std::int64_t length);
 
 // What a file of an entry or note is, by its name.

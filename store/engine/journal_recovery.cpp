@@ -36,10 +36,12 @@ bool Journal::ReadMarks(Mark* first, Mark* applied) {
 }
 
 bool Journal::IsBlank() {
-  // The head stands in the sector of the first entry's magic and is written first.
-  std::array<std::uint8_t, kHeaderBytes + 4> head{};
+  std::array<std::uint8_t, kHeaderBytes> head{};
   const auto got = file_->ReadAt(0, head.data(), head.size());
-  return got >= 0 && (got < kBootAt || std::all_of(head.begin(), head.end(), [](auto b) { return b == 0; }));
+  if (got < 0 || got < kBootAt) return got >= 0;
+  // The head is written before the first entry, whose magic stands in the same sector: where only the head is
+  // missing it has been lost.
+  return std::all_of(head.begin(), head.end(), [](auto b) { return b == 0; }) && !HasUnitBehind({});
 }
 
 bool Journal::HasUnitBehind(const Mark& end) {
@@ -48,7 +50,7 @@ bool Journal::HasUnitBehind(const Mark& end) {
   std::vector<std::uint8_t> bytes;
   for (std::int64_t from = end.position; from < size; from += kPiece) {
     bytes.resize(static_cast<std::size_t>(std::min(kPiece + kEntryHead - 1, size - from)));
-    if (file_->ReadAt(from, bytes.data(), bytes.size()) != std::ssize(bytes)) return false;
+    if (file_->ReadAt(from, bytes.data(), bytes.size()) != std::ssize(bytes)) return true;
     for (const std::size_t at : EntryHeadsIn(bytes)) {
       const std::int64_t position = from + static_cast<std::int64_t>(at);
       JournalHead head;

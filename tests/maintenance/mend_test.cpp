@@ -251,13 +251,13 @@ TEST_F(Mend, NamesWhatDoesNotFitTogether) {
     ASSERT_EQ(office_.session->Company().banks.Update(*record), 0);
   }
   const TableHome& home = Leave();
-  std::vector<TagLayout> tags(kCheckLayout.tags.begin(), kCheckLayout.tags.end());
-  for (TagLayout& tag : tags) tag.unique = tag.unique && tag.name != "CHXNUMBER";
-  ASSERT_EQ(store_->RebuildIndex(office_.folder.Held("ESCROW_CHECKS_FNB.DBF"), tags), 0);
+  std::vector<TagLayout> tags(kWireLayout.tags.begin(), kWireLayout.tags.end());
+  for (TagLayout& tag : tags) tag.unique = tag.unique && tag.name != "WIRENUMBER";
+  ASSERT_EQ(store_->RebuildIndex(office_.folder.Held("ESCROW_WIRES_FNB.DBF"), tags), 0);
   EXPECT_THAT(
       Texts(VerifyCompany(home)),
       ::testing::ElementsAre(
-          ::testing::StartsWith("ESCROW_CHECKS_FNB: Tag CHXNUMBER is not made as this program"),
+          ::testing::StartsWith("ESCROW_WIRES_FNB: Tag WIRENUMBER is not made as this program"),
           ::testing::StartsWith("ESCROW_VOUCHERS_FNB: voucher 7 of file \"24-1\" is used by check 999,"),
           ::testing::StartsWith("ESCROW_DEPOSITS_FNB: deposit 20240315 1 counts 1 items and holds 2,")));
 }
@@ -295,7 +295,9 @@ TEST_F(Mend, RemovesWhatARebuildLeftAndKeepsWhatIsMissingElsewhere) {
   office_.WriteFile("ESCROW_NOTES.SAV.FPT", "memos");
   office_.WriteFile("ESCROW_XRFS.SAV~", "half a co");
   office_.WriteFile("ESCROW_WIRES_FNB.SAV", checks);  // more than the table holds
+  office_.WriteFile("ESCROW_WIRES_FNB.SAV.FPT", "memos");
   office_.WriteFile("Reconciliations_FNB.dat.4711-0.tmp", "[3-20");
+  office_.WriteFile("Budget.2026-11 final.tmp", "somebody's own");
   EXPECT_EQ(
       Steps(PlanMending(home)),
       (Lines{"ESCROW_CHECKS_FNB.SAV: removes the file", "ESCROW_NOTES.SAV.FPT: removes the file",
@@ -303,9 +305,12 @@ TEST_F(Mend, RemovesWhatARebuildLeftAndKeepsWhatIsMissingElsewhere) {
   EXPECT_EQ(
       Texts(MendCompany(home).remains),
       (Lines{"ESCROW_WIRES_FNB.SAV: was left by a rebuild that was cut short and holds 3 records as they "
+             "were before, the table now 0.  Keep it until the table has been put right",
+             "ESCROW_WIRES_FNB.SAV.FPT: was left by a rebuild that was cut short and holds 3 records as they "
              "were before, the table now 0.  Keep it until the table has been put right"}));
-  EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.SAV*"), Lines{"ESCROW_WIRES_FNB.SAV"});
-  EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.tmp"), Lines());
+  EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.SAV*"),
+            (Lines{"ESCROW_WIRES_FNB.SAV", "ESCROW_WIRES_FNB.SAV.FPT"}));
+  EXPECT_EQ(SystemFileSystem().List(office_.folder.Held(), "*.tmp"), Lines{"Budget.2026-11 final.tmp"});
 }
 
 TEST_F(Mend, NamesNumbersThatAreNone) {

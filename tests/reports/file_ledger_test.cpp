@@ -151,6 +151,9 @@ TEST(LedgerReaderTest, WhatAReferenceHoldsOfAnotherFileIsNotAdded) {
   BankTables tables(office.session->Home());
   ASSERT_TRUE(tables.Open("FNB"));
   ASSERT_EQ(tables.deposits.Add(Deposit(16, 32)), 0);
+  // What is left of an item that is gone brings in no money.
+  ASSERT_EQ(tables.deposit_xrefs.Add({"24-0118", "20240310", "1", "15"}), 0);
+  EXPECT_TRUE(ReadFileLedger(*office.session, "24-0118").complete);
   ASSERT_EQ(tables.deposit_xrefs.Add({"24-0118", "20240310", "1", "12"}), 0);
   const LedgerReading reading = ReadFileLedger(*office.session, "24-0118");
   EXPECT_FALSE(reading.complete);

@@ -194,7 +194,7 @@ TEST_F(BankSelectTest, MainWindowAddsUpTheBank) {
   RowSource& latest = *form.Find("grdLatestPostings")->source;
   ASSERT_EQ(latest.RowCount(), 8u);
   EXPECT_THAT(latest.Row(0),
-              ElementsAre("03/10/2024", "Deposit", "1", "2 files", "BUYER", "300.00", "Outstanding"));
+              ElementsAre("03/10/2024", "Deposit", "1", "2 files", "BUYER", "300.00", "Partly Cleared"));
   EXPECT_THAT(latest.Row(1),
               ElementsAre("03/01/2024", "Check", "6", "24-0117", "SMITH", "32.00", "Stopped Payment "));
   EXPECT_EQ(latest.RowStyle(1), "stopped");

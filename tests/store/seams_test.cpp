@@ -142,6 +142,7 @@ TEST(Seams, ADamagedJournalIsNotTakenForAShorterOne) {
   };
   const std::function<void(std::string&)> damages[] = {
       [](std::string& journal) { journal.replace(0, kFirstEntry, kFirstEntry, '\0'); },
+      [](std::string& journal) { journal.replace(0, 512, 512, '\0'); },
       [&](std::string& journal) {
         auto* head = reinterpret_cast<std::uint8_t*>(journal.data());
         Store64(head + 8, kFirstEntry);  // as if no mark had reached the disk
@@ -169,7 +170,7 @@ TEST(Seams, ADamagedJournalIsNotTakenForAShorterOne) {
     late.ports.workstation.boot = "another run";
     EXPECT_FALSE(late.Open());
     EXPECT_EQ(code4errorCode(*late.code, 0), kErrorJournal);
-    EXPECT_EQ(disk.Get(path).substr(kFirstEntry), journal.substr(kFirstEntry));
+    EXPECT_TRUE(disk.Get(path).substr(kFirstEntry) == journal.substr(kFirstEntry));
   }
 }
 
