@@ -85,7 +85,7 @@ class TagRun {
   int BuildRange(std::size_t from, std::size_t to, int unique_default) {
     std::vector<KeyList> lists;
     for (std::size_t i = from; i < to; ++i) {
-      lists.emplace_back(tags_[i]->shape.length);
+      lists.emplace_back(tags_[i]->shape);
     }
     int rc = ScanRecords(table_, total_, [&](std::uint32_t number, const std::uint8_t* record) {
       RecordFilter filter(record, number);
@@ -108,7 +108,7 @@ class TagRun {
         }
       }
       rc = builder_.AddTag(*tags_[i], list);
-      list = KeyList(1);
+      list.Clear();
     }
     return rc;
   }
@@ -144,7 +144,7 @@ int EmptyIndex(Code4& code, TagList& tags, const std::string& path, OpenMode mod
   IndexBuilder builder(*file, kSmallFileLimit);
   rc = builder.Begin(tags);
   for (const auto& tag : tags) {
-    if (rc == kSuccess) rc = builder.AddTag(*tag, KeyList(tag->shape.length));
+    if (rc == kSuccess) rc = builder.AddTag(*tag, KeyList(tag->shape));
   }
   if (rc == kSuccess) rc = builder.Finish(1);
   return rc == kSuccess ? file->Flush() : rc;

@@ -355,7 +355,7 @@ void IndexFile::Free(IndexNode* node) {
 // --- Queued keys ---
 
 void IndexFile::Queue(IndexTag& tag, const std::uint8_t* key, std::uint32_t record) {
-  if (!tag.queue) tag.queue = std::make_unique<KeyQueue>(tag.shape.length, tag.unique);
+  if (!tag.queue) tag.queue = std::make_unique<KeyQueue>(tag.shape, tag.unique);
   tag.queue->Add(key, record);
   queued_ = true;
 }

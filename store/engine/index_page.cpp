@@ -118,6 +118,10 @@ bool IsOrdered(const IndexNode& node) {
 
 }  // namespace
 
+int UsedBytes(KeyShape shape, const std::uint8_t* key) {
+  return shape.length - TrailingFill(key, shape.length, shape.fill);
+}
+
 int LeafEntryBytes(int key_length, std::uint32_t highest_record, int has) {
   const int count_bits = CountBits(key_length);
   int bytes = has > 0 ? has : count_bits <= 4 ? 3 : count_bits <= 6 ? 4 : 5;
@@ -127,7 +131,7 @@ int LeafEntryBytes(int key_length, std::uint32_t highest_record, int has) {
 
 int IndexNode::PackedKeyBytes(int i) const {
   const std::uint8_t* key = Key(i);
-  const int cut = key_length - TrailingFill(key, key_length, fill);
+  const int cut = tallwick::engine::UsedBytes({key_length, fill}, key);
   return i == 0 ? cut : cut - SharedBytes(Key(i - 1), key, cut);
 }
 
@@ -217,10 +221,10 @@ void LeafPacker::Begin(std::uint8_t* page) {
   std::memset(page, 0, kPageBytes);
 }
 
-bool LeafPacker::Add(const std::uint8_t* key, std::uint32_t record) {
-  const int trailing = TrailingFill(key, shape_.length, shape_.fill);
-  const int duplicates = previous_ == nullptr ? 0 : SharedBytes(previous_, key, shape_.length - trailing);
-  const int stored = shape_.length - trailing - duplicates;
+bool LeafPacker::Add(const std::uint8_t* key, int used, std::uint32_t record) {
+  const int trailing = shape_.length - used;
+  const int duplicates = previous_ == nullptr ? 0 : SharedBytes(previous_, key, used);
+  const int stored = used - duplicates;
   const int entries_end = kLeafHead + (count_ + 1) * entry_bytes_;
   if (key_start_ - stored < entries_end) return false;
   key_start_ -= stored;

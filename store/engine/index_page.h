@@ -33,6 +33,9 @@ struct KeyShape {
   std::uint8_t fill = ' ';
 };
 
+// Bytes of a key before the fill bytes that end it.
+int UsedBytes(KeyShape shape, const std::uint8_t* key);
+
 // A page in memory: keys unpacked, so that it is searched and changed without decoding.
 struct IndexNode {
   std::uint32_t offset = 0;
@@ -97,7 +100,8 @@ class LeafPacker {
   // Starts a leaf in these kPageBytes.
   void Begin(std::uint8_t* page);
   // False when the leaf has no room for the entry. The key must stay where it is until the next one is added.
-  bool Add(const std::uint8_t* key, std::uint32_t record);
+  bool Add(const std::uint8_t* key, std::uint32_t record) { return Add(key, UsedBytes(shape_, key), record); }
+  bool Add(const std::uint8_t* key, int used, std::uint32_t record);
   void Finish(bool is_root, std::uint32_t left, std::uint32_t right);
   int Count() const { return count_; }
 

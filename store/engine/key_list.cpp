@@ -30,27 +30,34 @@ std::uint32_t Hash(const std::uint8_t* key, std::size_t length) {
 }  // namespace
 
 std::uint8_t* KeyList::Add(std::uint32_t record) {
-  const std::size_t place = records_.size();
-  if (place / kBlockKeys == blocks_.size()) {
-    blocks_.push_back(std::make_unique_for_overwrite<std::uint8_t[]>(kBlockKeys * length_));
+  FinishLast();
+  if (count_ % kBlockKeys == 0) {
+    blocks_.push_back(std::make_unique_for_overwrite<std::uint8_t[]>(kBlockKeys * CellBytes()));
   }
-  records_.push_back(record);
+  last_ = blocks_.back().get() + count_++ % kBlockKeys * CellBytes();
+  Store32(last_, record);
   highest_record_ = std::max(highest_record_, record);
-  return blocks_.back().get() + place % kBlockKeys * length_;
+  return last_ + kCellHead;
+}
+
+void KeyList::FinishLast() {
+  if (last_ == nullptr) return;
+  const std::uint8_t* key = last_ + kCellHead;
+  last_[kUsedAt] = static_cast<std::uint8_t>(UsedBytes(shape_, key));
+  const std::uint8_t* first = Added(0);
+  if (std::memcmp(key, first, common_) == 0) return;
+  common_ = static_cast<std::size_t>(std::mismatch(first, first + common_, key).first - first);
 }
 
 void KeyList::Clear() {
-  *this = KeyList(static_cast<int>(length_));
+  *this = KeyList(shape_);
 }
 
-std::size_t KeyList::CommonPrefix() const {
-  std::size_t common = records_.empty() ? 0 : length_;
-  for (std::size_t i = 1; i < records_.size() && common > 0; ++i) {
-    const std::uint8_t* first = Added(0);
-    if (std::memcmp(Added(i), first, common) == 0) continue;
-    common = static_cast<std::size_t>(std::mismatch(first, first + common, Added(i)).first - first);
+void KeyList::BringNear(std::size_t i, std::size_t count) const {
+  for (const std::size_t end = std::min(i + count, order_.size()); i < end; ++i) {
+    const std::uint8_t* used = Cell(order_[i].place) + kUsedAt;
+    static_cast<void>(*static_cast<const volatile std::uint8_t*>(used + *used));  // the last byte in use
   }
-  return common;
 }
 
 // Digit by digit from the lowest, 8 bits each; digits that are the same in all entries are passed over.
@@ -76,11 +83,27 @@ void KeyList::SortByPrefix(std::span<Entry> entries) {
   if (from.data() != entries.data()) std::copy(from.begin(), from.end(), entries.begin());
 }
 
+int KeyList::CompareKeys(const Entry& a, const Entry& b, std::size_t at) const {
+  if (a.prefix != b.prefix) return a.prefix < b.prefix ? -1 : 1;
+  const std::size_t from = at + 8;
+  const auto used = static_cast<std::size_t>(std::max(UsedOf(a.place), UsedOf(b.place)));
+  return used > from ? std::memcmp(Added(a.place) + from, Added(b.place) + from, used - from) : 0;
+}
+
 bool KeyList::IsLess(const Entry& a, const Entry& b, std::size_t at) const {
-  if (a.prefix != b.prefix) return a.prefix < b.prefix;
-  const std::size_t rest = std::min(at + 8, length_);
-  const int order = std::memcmp(Added(a.place) + rest, Added(b.place) + rest, length_ - rest);
-  return order != 0 ? order < 0 : records_[a.place] < records_[b.place];
+  const int order = CompareKeys(a, b, at);
+  return order != 0 ? order < 0 : RecordOf(a.place) < RecordOf(b.place);
+}
+
+bool KeyList::IsInOrder(std::span<const Entry> entries, std::size_t at) {
+  for (std::size_t i = 1; i < entries.size(); ++i) {
+    const int order = CompareKeys(entries[i - 1], entries[i], at);
+    if (order > 0) return false;
+    if (order < 0) continue;
+    has_same_keys_ = true;
+    if (RecordOf(entries[i - 1].place) > RecordOf(entries[i].place)) return false;
+  }
+  return true;
 }
 
 // Eight bytes after the other: keys that share the first ones are sorted by the next, and at last by their
@@ -88,9 +111,13 @@ bool KeyList::IsLess(const Entry& a, const Entry& b, std::size_t at) const {
 void KeyList::SortFrom(std::span<Entry> entries, std::size_t at) {
   constexpr std::size_t kFew = 64;
   for (Entry& entry : entries) entry.prefix = Prefix(Added(entry.place) + at, length_ - at);
-  const auto less = [this, at](const Entry& a, const Entry& b) { return IsLess(a, b, at); };
-  if (std::is_sorted(entries.begin(), entries.end(), less)) return;
-  if (entries.size() <= kFew || at == length_) return std::sort(entries.begin(), entries.end(), less);
+  if (IsInOrder(entries, at)) return;
+  if (entries.size() <= kFew || at == length_) {
+    std::sort(entries.begin(), entries.end(),
+              [this, at](const Entry& a, const Entry& b) { return IsLess(a, b, at); });
+    IsInOrder(entries, at);
+    return;
+  }
   SortByPrefix(entries);
   for (std::size_t from = 0; from < entries.size();) {
     std::size_t to = from + 1;
@@ -104,16 +131,10 @@ void KeyList::SortFrom(std::span<Entry> entries, std::size_t at) {
 // share.
 void KeyList::Sort() {
   sorted_ = true;
-  order_.resize(records_.size());
-  for (std::size_t i = 0; i < records_.size(); ++i) order_[i].place = static_cast<std::uint32_t>(i);
-  SortFrom(order_, CommonPrefix());
-}
-
-bool KeyList::HasSameKeys() const {
-  for (std::size_t i = 1; i < Count(); ++i) {
-    if (std::memcmp(Key(i - 1), Key(i), length_) == 0) return true;
-  }
-  return false;
+  FinishLast();
+  order_.resize(count_);
+  for (std::size_t i = 0; i < count_; ++i) order_[i].place = static_cast<std::uint32_t>(i);
+  SortFrom(order_, common_);
 }
 
 void KeyList::KeepFirstOfSame() {
@@ -121,6 +142,7 @@ void KeyList::KeepFirstOfSame() {
     return std::memcmp(Added(a.place), Added(b.place), length_) == 0;
   };
   order_.erase(std::unique(order_.begin(), order_.end(), same), order_.end());
+  has_same_keys_ = false;
 }
 
 // --- The queue ---

@@ -8,7 +8,7 @@
 namespace tallwick::engine {
 namespace {
 
-constexpr std::size_t kKeysAhead = 8;
+constexpr std::size_t kKeysAtOnce = 64;
 
 }  // namespace
 
@@ -28,12 +28,12 @@ int TreePacker::WriteLeaves(const KeyList& keys, std::vector<InteriorEntry>* lev
     return Put(page.data());
   };
   for (std::size_t i = 0; i < keys.Count(); ++i) {
-    keys.Prefetch(i + kKeysAhead);
+    if (i % kKeysAtOnce == 0) keys.BringNear(i, kKeysAtOnce);
     if (leaf.Count() == 0) level->push_back({nullptr, 0, next_page_});
-    if (!leaf.Add(keys.Key(i), keys.Record(i))) {
+    if (!leaf.Add(keys.Key(i), keys.Used(i), keys.Record(i))) {
       if (const int rc = finish(false); rc != kSuccess) return rc;
       leaf.Begin(page.data());
-      leaf.Add(keys.Key(i), keys.Record(i));
+      leaf.Add(keys.Key(i), keys.Used(i), keys.Record(i));
       level->push_back({nullptr, 0, next_page_});
     }
     level->back().key = keys.Key(i);

@@ -34,7 +34,7 @@ TEST(KeyList, SortsByKeyAndThenByRecord) {
   std::mt19937 random(11);
   for (const Shape& shape : shapes) {
     for (const std::uint32_t count : {1U, 64U, 65U, 5000U}) {
-      KeyList list(shape.length);
+      KeyList list(KeyShape{shape.length});
       std::vector<std::pair<std::string, std::uint32_t>> expected;
       for (std::uint32_t i = 0; i < count; ++i) {
         const std::string key = Padded(shape.stem + std::to_string(random() % shape.texts), shape.length);
@@ -48,7 +48,14 @@ TEST(KeyList, SortsByKeyAndThenByRecord) {
         const std::string key(reinterpret_cast<const char*>(list.Key(i)), list.KeyLength());
         ASSERT_EQ(std::make_pair(key, list.Record(i)), expected[i])
             << shape.length << " bytes, " << count << " keys, at " << i;
+        ASSERT_EQ(list.Used(i), static_cast<int>(key.find_last_not_of(' ') + 1)) << '"' << key << '"';
       }
+      std::set<std::string> keys;
+      for (const auto& [key, record] : expected) keys.insert(key);
+      EXPECT_EQ(list.HasSameKeys(), keys.size() < expected.size()) << shape.length << " bytes, " << count;
+      list.KeepFirstOfSame();
+      EXPECT_EQ(list.Count(), keys.size()) << shape.length << " bytes, " << count;
+      EXPECT_FALSE(list.HasSameKeys());
     }
   }
 }
@@ -56,7 +63,7 @@ TEST(KeyList, SortsByKeyAndThenByRecord) {
 TEST(KeyQueue, KnowsItsKeysWhileItGrows) {
   constexpr int kLength = 10;
   std::mt19937 random(5);
-  KeyQueue queue(kLength, true);
+  KeyQueue queue(KeyShape{kLength}, true);
   std::set<std::string> held;
   for (std::uint32_t record = 1; record <= 4000; ++record) {
     const std::string key = Padded(std::to_string(random() % 6000), kLength);
