@@ -16,6 +16,9 @@ constexpr std::size_t kCacheLimit = std::size_t{24} << 20;
 // A writer holds the lock for milliseconds; after this long something is wrong.
 constexpr int kLockTries = 2000;
 constexpr int kLockWaitMs = 5;
+// A unit waits with the writer's lock in hand, and all other banks wait for that: so it gives up after a
+// second. Readers and writers of ours are done by then; another program may keep the index for minutes.
+constexpr int kChangeLockTries = 200;
 constexpr int kEagerTries = 50;
 constexpr int kMaxTags = 255;
 constexpr std::size_t kPool = 512;
@@ -170,10 +173,10 @@ int IndexFile::ReadTag(const std::string& name, std::uint32_t offset, std::span<
 
 // --- Locks and the state they guard ---
 
-int IndexFile::TakeLock(LockKind kind) {
+int IndexFile::TakeLock(LockKind kind, int max_tries) {
   for (int tries = 0;; ++tries) {
     const int rc = file_->Lock(kIndexLockAt, 1, kind);
-    if (rc != kLocked || tries == kLockTries) return rc;
+    if (rc != kLocked || tries == max_tries) return rc;
     clock_.Sleep(kLockWaitMs);
   }
 }
@@ -206,7 +209,7 @@ int IndexFile::LockShared() {
     if (recover_) {
       if (const int rc = recover_(); rc != kSuccess) return rc;
     }
-    if (const int rc = TakeLock(LockKind::kShared); rc != kSuccess) return rc;
+    if (const int rc = TakeLock(LockKind::kShared, kLockTries); rc != kSuccess) return rc;
     // A writer that died between the two leaves work behind, for which somebody will want the lock.
     if (!pending_ || tries == kLockTries || !pending_()) break;
     file_->Unlock(kIndexLockAt, 1);
@@ -225,7 +228,7 @@ void IndexFile::UnlockShared() {
 
 int IndexFile::LockForChange() {
   if (written_) return kSuccess;
-  if (const int rc = TakeLock(LockKind::kExclusive); rc != kSuccess) return rc;
+  if (const int rc = TakeLock(LockKind::kExclusive, kChangeLockTries); rc != kSuccess) return rc;
   if (const int rc = Refresh(); rc != kSuccess) {
     file_->Unlock(kIndexLockAt, 1);
     return rc;

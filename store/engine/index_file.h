@@ -166,7 +166,7 @@ class IndexFile {
   int CompareCounter(bool* current);
   int LockShared();
   void UnlockShared();
-  int TakeLock(LockKind kind);
+  int TakeLock(LockKind kind, int max_tries);
   // Reads counter, free list and file length; drops the cache when the counter moved.
   int Refresh();
   void DropCache();

@@ -194,6 +194,18 @@ TEST_F(KvrDataTest, AppendGivesUpAfterTheEleventhLockedResult) {
   EXPECT_EQ(store_.RecordCount(data), 0);
 }
 
+// All banks wait for the writer, so who holds one bank's index must not keep the writer for long.
+TEST_F(KvrDataTest, AppendGivesUpSoonWhereAnIndexIsHeld) {
+  DataHandle data = store_.OpenDatabase(path_);
+  int code = 0;
+  const auto holder =
+      engine::SystemFiles().Open(folder_.Platform("ITEMS.CDX"), engine::OpenMode::kReadWrite, &code);
+  ASSERT_EQ(holder->Lock(0x7FFFFFFE, 1, engine::LockKind::kExclusive), 0);
+  EXPECT_EQ(Append(data, 1, "A"), 50);
+  EXPECT_LE(clock_.slept_ms, 10 * 500 + 11 * 1000);
+  EXPECT_EQ(store_.RecordCount(data), 0);
+}
+
 TEST_F(KvrDataTest, UniqueClashListsTheUniqueTags) {
   DataHandle data = store_.OpenDatabase(path_);
   ASSERT_EQ(Append(data, 1, "A"), 0);
