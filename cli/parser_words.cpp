@@ -61,8 +61,8 @@ ParserWords ReadyForParser(const CLI::App& app, const std::vector<std::string>& 
       if (word + 1 == words.end()) continue;
       const std::string& value = *++word;
       if (value == "--" || OptionNamed(ready.command, value) != nullptr) {
-        ready.wrong = name + " needs a value.  Write " + Quoted(name + "=" + value) + " where " +
-                      Quoted(value) + " is meant";
+        ready.wrong = name + " needs a value.  Write " + Quoted(std::string(name).append("=").append(value)) +
+                      " where " + Quoted(value) + " is meant";
         return ready;
       }
       add(value);

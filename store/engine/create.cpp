@@ -15,6 +15,8 @@ namespace {
 constexpr std::uint32_t kBlockRecords = 512;
 constexpr std::int64_t kEmptyMemoBytes = 512;
 constexpr std::size_t kKeyMemory = std::size_t{96} << 20;
+// What a key takes beside its bytes: its cell's head, and an entry of the sort.
+constexpr std::size_t kBesideKey = 21;
 
 using TagList = std::vector<std::unique_ptr<IndexTag>>;
 
@@ -71,7 +73,8 @@ class TagRun {
       std::size_t to = from;
       std::size_t memory = 0;
       while (to < tags_.size()) {
-        memory += static_cast<std::size_t>(count) * (static_cast<std::size_t>(tags_[to]->shape.length) + 20);
+        memory += static_cast<std::size_t>(count) *
+                  (static_cast<std::size_t>(tags_[to]->shape.length) + kBesideKey);
         if (to > from && memory > kKeyMemory) break;
         ++to;
       }
@@ -181,14 +184,18 @@ int EmptyMemo(Code4& code, const std::string& path, OpenMode mode) {
   return rc == kSuccess ? file->Flush() : rc;
 }
 
-int EmptyData(Code4& code, const TableHeader& header, const std::string& path, OpenMode mode) {
+// Under another name first: a data file without its head would be a table that nobody can open.
+int EmptyData(Code4& code, const TableHeader& header, const std::string& path) {
   int rc = kSuccess;
-  const auto file = code.setup.files.Open(path, mode, &rc);
-  if (!file) return rc;
-  std::vector<std::uint8_t> bytes = BuildTableHeader(header, code.setup.clock.Now().date);
-  bytes.push_back(kEndOfFileMark);
-  rc = file->WriteAt(0, bytes.data(), bytes.size());
-  return rc == kSuccess ? file->Flush() : rc;
+  {
+    const auto file = code.setup.files.Open(NewFileName(path), OpenMode::kCreate, &rc);
+    if (!file) return rc;
+    std::vector<std::uint8_t> bytes = BuildTableHeader(header, code.setup.clock.Now().date);
+    bytes.push_back(kEndOfFileMark);
+    rc = file->WriteAt(0, bytes.data(), bytes.size());
+    if (rc == kSuccess) rc = file->Flush();
+  }
+  return rc == kSuccess ? code.setup.files.Rename(NewFileName(path), path) : rc;
 }
 
 }  // namespace
@@ -240,7 +247,6 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
   if (rc == kSuccess && code.safety != 0 && exists) rc = kErrorExists;
   // The data file comes last: without it there is no table, and what stands beside it is left over from a
   // creation that was cut short.
-  const OpenMode mode = code.safety != 0 ? OpenMode::kCreateNew : OpenMode::kCreate;
   std::vector<std::string> made;
   if (rc == kSuccess && !exists) rc = KeepTexts(code, memo);
   if (rc == kSuccess && !exists) rc = RemoveStrays(code, {index, memo});
@@ -253,12 +259,14 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
     rc = EmptyIndex(code, tags, index, OpenMode::kCreate);
   }
   if (rc == kSuccess) {
-    made.push_back(full);
-    rc = EmptyData(code, header, full, mode);
+    made.push_back(NewFileName(full));
+    const bool made_meanwhile = code.safety != 0 && code.setup.files.Exists(full);
+    rc = made_meanwhile ? static_cast<int>(kErrorExists) : EmptyData(code, header, full);
+    if (rc == kSuccess) made.back() = full;
   }
   if (rc == kSuccess) rc = code.setup.files.FlushFolder(TableFolder(full));
   if (rc != kSuccess) {
-    // A refusal because another program has just made the file must leave that file alone.
+    // A refusal because another program has just made the file must leave its files alone.
     for (const std::string& file : made) {
       if (rc != kErrorExists) code.setup.files.Remove(file);
     }
@@ -293,7 +301,9 @@ int d4rebuildIndex(Code4& code, std::string_view path, std::span<const TagLayout
   if (rc == kSuccess) {
     std::array<std::uint8_t, 1> flags{};
     File& raw = table->Data().Raw();
-    if (raw.ReadAt(28, flags.data(), 1) == 1 && (flags[0] & 0x01) == 0) {
+    if (raw.ReadAt(28, flags.data(), 1) != 1) {
+      rc = kErrorRead;
+    } else if ((flags[0] & 0x01) == 0) {
       flags[0] |= 0x01;
       rc = raw.WriteAt(28, flags.data(), 1);
       if (rc == kSuccess) rc = raw.Flush();

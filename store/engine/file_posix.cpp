@@ -2,6 +2,7 @@
 // process, and end when it is closed or its workstation dies.
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <sys/statvfs.h>
 #include <sys/vfs.h>
 #include <unistd.h>
 
@@ -74,7 +75,9 @@ class PosixFile final : public File {
     struct stat status {};
     if (::fstat(fd_, &status) != 0 || offset + length <= status.st_size) return kSuccess;
     const int rc = ::fallocate(fd_, FALLOC_FL_KEEP_SIZE, offset, length);
-    return rc != 0 && (errno == ENOSPC || errno == EDQUOT) ? static_cast<int>(kErrorDiskFull) : kSuccess;
+    if (rc == 0) return kSuccess;
+    return errno == ENOSPC || errno == EDQUOT || !HasRoomFor(length) ? static_cast<int>(kErrorDiskFull)
+                                                                     : kSuccess;
   }
 
   int Flush() override { return ::fdatasync(fd_) == 0 ? static_cast<int>(kSuccess) : WriteError(errno); }
@@ -107,6 +110,14 @@ class PosixFile final : public File {
   int Unlock(std::int64_t offset, std::int64_t length) override { return SetLock(F_UNLCK, offset, length); }
 
  private:
+  // Where a disk cannot set room aside, what is free must do.
+  bool HasRoomFor(std::int64_t length) {
+    constexpr std::int64_t kForItsOwnNotes = 64 * 1024;
+    struct statvfs disk {};
+    if (::fstatvfs(fd_, &disk) != 0) return true;
+    return static_cast<std::int64_t>(disk.f_bavail * disk.f_frsize) >= length + kForItsOwnNotes;
+  }
+
   // A lease to write is given only to the one open of a file. It is given back at once; who opens the file in
   // between makes the system send a signal, which must be one that nobody dies of.
   bool IsLeaseRefused() {
@@ -168,7 +179,10 @@ class PosixFileLayer final : public FileLayer {
     return std::make_unique<PosixFile>(fd);
   }
 
-  bool Exists(const std::string& path) override { return ::access(path.c_str(), F_OK) == 0; }
+  // A file on a share that does not answer is not gone.
+  bool Exists(const std::string& path) override {
+    return ::access(path.c_str(), F_OK) == 0 || (errno != ENOENT && errno != ENOTDIR);
+  }
 
   int Remove(const std::string& path) override {
     return ::unlink(path.c_str()) == 0 ? static_cast<int>(kSuccess) : kErrorRemove;
@@ -209,6 +223,8 @@ class PosixFileLayer final : public FileLayer {
 
 FileLayer& SystemFiles() {
   static PosixFileLayer files;
+  // A write past a limit that the system sets for a file fails and is told, instead of ending the program.
+  std::signal(SIGXFSZ, SIG_IGN);
   return files;
 }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "core/file_system.h"
 #include "store/engine/folder_gate.h"
 
 namespace tallwick::engine {
@@ -12,15 +13,10 @@ std::string ListName(const std::string& table) {
   return table.substr(0, dot) + ".SWP~";
 }
 
-std::string NameIn(const std::string& path) {
-  const std::size_t slash = path.find_last_of("/\\");
-  return slash == std::string::npos ? path : path.substr(slash + 1);
-}
-
 // The list: one file name a line, then "end", without which it was never finished.
 std::string BuildList(const std::vector<std::string>& paths) {
   std::string text;
-  for (const std::string& path : paths) text += NameIn(path) + "\n";
+  for (const std::string& path : paths) text.append(FileNameOf(path)) += "\n";
   return text + "end\n";
 }
 
@@ -93,6 +89,10 @@ int EndSwap(FileLayer& files, const std::string& table) {
 
 int SwapFiles(FileLayer& files, const std::string& table, const std::vector<std::string>& paths) {
   const std::string list = ListName(table);
+  // A list that names what is not there would mix old files with new ones.
+  for (const std::string& path : paths) {
+    if (!files.Exists(NewFileName(path))) return kErrorRename;
+  }
   int rc = files.FlushFolder(TableFolder(table));
   if (rc == kSuccess) rc = WriteList(files, list, paths);
   if (rc == kSuccess) rc = files.FlushFolder(TableFolder(table));
@@ -151,8 +151,10 @@ int FinishSwap(FileLayer& files, const std::string& table, const std::vector<std
   const bool busy = rc == kLocked || (rc == kSuccess && !data->IsStill(table));
   if (busy) return listed ? static_cast<int>(kErrorOpenRefused) : static_cast<int>(kSuccess);
   if (rc == kSuccess && files.Exists(ListName(table))) rc = FinishListed(files, table);
-  // While somebody has the folder for himself they may be new files of his.
-  if (rc == kSuccess && (alone || !IsGateClosed(files, TableFolder(table)))) RemoveNewFiles(files, paths);
+  // While somebody has the folder for himself they may be new files of his; and a lock on what has just been
+  // replaced keeps nobody from making some.
+  if (rc == kSuccess && data->IsStill(table) && (alone || !IsGateClosed(files, TableFolder(table))))
+    RemoveNewFiles(files, paths);
   return rc;
 }
 

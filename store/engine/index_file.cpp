@@ -17,7 +17,8 @@ constexpr std::size_t kCacheLimit = std::size_t{24} << 20;
 constexpr int kLockTries = 2000;
 constexpr int kLockWaitMs = 5;
 // A unit waits with the writer's lock in hand, and all other banks wait for that: so it gives up after a
-// second. Readers and writers of ours are done by then; another program may keep the index for minutes.
+// second. Readers and writers of ours are done by then, but for the check of a very large table; another
+// program may keep the index for minutes.
 constexpr int kChangeLockTries = 200;
 constexpr int kEagerTries = 50;
 constexpr int kMaxTags = 255;
@@ -211,8 +212,9 @@ int IndexFile::LockShared() {
     }
     if (const int rc = TakeLock(LockKind::kShared, kLockTries); rc != kSuccess) return rc;
     // A writer that died between the two leaves work behind, for which somebody will want the lock.
-    if (!pending_ || tries == kLockTries || !pending_()) break;
+    if (!pending_ || !pending_()) break;
     file_->Unlock(kIndexLockAt, 1);
+    if (tries == kLockTries) return kErrorJournal;
     if (tries >= kEagerTries) clock_.Sleep(kLockWaitMs);
   }
   shared_ = true;

@@ -118,7 +118,7 @@ bool IsOrdered(const IndexNode& node) {
 
 }  // namespace
 
-int UsedBytes(KeyShape shape, const std::uint8_t* key) {
+int KeyBytesInUse(KeyShape shape, const std::uint8_t* key) {
   return shape.length - TrailingFill(key, shape.length, shape.fill);
 }
 
@@ -131,7 +131,7 @@ int LeafEntryBytes(int key_length, std::uint32_t highest_record, int has) {
 
 int IndexNode::PackedKeyBytes(int i) const {
   const std::uint8_t* key = Key(i);
-  const int cut = tallwick::engine::UsedBytes({key_length, fill}, key);
+  const int cut = KeyBytesInUse({key_length, fill}, key);
   return i == 0 ? cut : cut - SharedBytes(Key(i - 1), key, cut);
 }
 

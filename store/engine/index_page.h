@@ -1,16 +1,14 @@
 // The pages of a compound index (CDX), 512 bytes each, and their form in memory.
 //
 //   both      0-1 attributes (1 root, 2 leaf, summed), 2-3 number of keys, 4-7 left sibling, 8-11 right
-//   sibling
-//             (0xFFFFFFFF none)
+//             sibling (0xFFFFFFFF none)
 //   interior  from 12 the entries: key at full length, record number (4, big-endian), child page (4,
-//   big-endian);
-//             an entry's key and record number are the highest of its child
+//             big-endian); an entry's key and record number are the highest of its child
 //   leaf      12-13 free bytes, 14-17 record number mask, 18 duplicate mask, 19 trailing mask, 20 record
-//   number bits,
-//             21 duplicate bits, 22 trailing bits, 23 bytes of one entry; from 24 the packed entries, low
-//             bits first: record number, duplicate count (bytes shared with the key before), trailing count
-//             (fill bytes cut off); the remaining key bytes stand at the page's end, first key last
+//             number bits, 21 duplicate bits, 22 trailing bits, 23 bytes of one entry; from 24 the packed
+//             entries, low bits first: record number, duplicate count (bytes shared with the key before),
+//             trailing count (fill bytes cut off); the remaining key bytes stand at the page's end, first
+//             key last
 //
 // Order everywhere: by key bytes, then by record number. Fill bytes are blanks for text keys, zeros for
 // numbers.
@@ -34,7 +32,7 @@ struct KeyShape {
 };
 
 // Bytes of a key before the fill bytes that end it.
-int UsedBytes(KeyShape shape, const std::uint8_t* key);
+int KeyBytesInUse(KeyShape shape, const std::uint8_t* key);
 
 // A page in memory: keys unpacked, so that it is searched and changed without decoding.
 struct IndexNode {
@@ -100,7 +98,10 @@ class LeafPacker {
   // Starts a leaf in these kPageBytes.
   void Begin(std::uint8_t* page);
   // False when the leaf has no room for the entry. The key must stay where it is until the next one is added.
-  bool Add(const std::uint8_t* key, std::uint32_t record) { return Add(key, UsedBytes(shape_, key), record); }
+  bool Add(const std::uint8_t* key, std::uint32_t record) {
+    return Add(key, KeyBytesInUse(shape_, key), record);
+  }
+  // `used` are the key's bytes in use, where the caller knows them.
   bool Add(const std::uint8_t* key, int used, std::uint32_t record);
   void Finish(bool is_root, std::uint32_t left, std::uint32_t right);
   int Count() const { return count_; }

@@ -87,6 +87,7 @@ class Data4 {
   Tag4* selected = nullptr;
 
   std::vector<std::uint8_t> buffer;    // the record as the caller sees and changes it
+  std::vector<std::uint8_t> incoming;  // one on its way into the buffer
   const std::uint8_t* view = nullptr;  // the buffer, or the record's place in a read-ahead block
   std::uint32_t record = 0;            // 0 none; count + 1 at the end
   bool changed = false;
@@ -178,6 +179,9 @@ class Code4 {
   // memory.
   int WriteAhead(TableFile& table);
   int CommitUnit();
+  // A unit that met a lock before it changed anything lets go of the writer's lock, and of all it took with it,
+  // while its caller waits: the other banks need not. The next change takes them again.
+  void LetGoUnchanged();
   void EndUnit(bool committed);
 };
 

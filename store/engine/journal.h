@@ -99,6 +99,8 @@ class Journal {
   // True when the last commit is durable and could not be brought to the tables: caches may not stand for
   // them.
   bool HasUnapplied() const { return unapplied_; }
+  // Whether the unit at hand has bytes behind the ends of files already.
+  bool HasWrittenAhead() const { return !notes_.empty(); }
 
   // Looks without changing anything. Only for one that has not been attached.
   JournalFindings Examine();
@@ -226,7 +228,7 @@ class Journal {
   JournalFindings ExamineOpen();
   // Counts the units that stand whole behind the applied mark. Looks for the files of all that will be
   // brought to the tables, from `redone` on.
-  JournalFindings LookAtWaiting(Mark redone, const Mark& applied);
+  JournalFindings LookAtWaiting(const Mark& redone, const Mark& applied);
   std::int64_t LengthOf(const std::string& name);  // of a file in the folder; -1 where there is none
   // Whether the applied entries will be applied again: a flush has failed, or the power may be gone and
   // nobody has come in since. Only for one who has not come in himself.

@@ -2,9 +2,11 @@
 // their lengths.
 #include <algorithm>
 #include <array>
+#include <ranges>
 
 #include "core/text.h"
 #include "store/engine/byte_order.h"
+#include "store/engine/index_file.h"
 #include "store/engine/journal.h"
 
 namespace tallwick::engine {
@@ -148,13 +150,15 @@ int Journal::CutBack(const std::vector<Mark>& notes, const std::vector<JournalLe
     const auto file = setup_.files.Open(PathOf(before.name), OpenMode::kReadWrite, &rc);
     if (!file && !setup_.files.Exists(PathOf(before.name))) continue;
     if (file && !locked && IsTableName(before.name)) rc = LockAppends(*file);
+    // Another program may have lengthened the index and not told its head yet.
+    if (file && !locked && IsIndexName(before.name)) rc = WaitForLock(*file, kIndexLockAt);
     if (file && rc == kSuccess) rc = CutFile(*file, before);
     if (rc != kSuccess) return rc;
   }
   // The last first: a note that stands must never be one that only later numbers would lead to.
   const std::array<std::uint8_t, kEntryHead> none{};
-  for (auto note = notes.rbegin(); note != notes.rend(); ++note) {
-    if (const int rc = file_->WriteAt(note->position, none.data(), none.size()); rc != kSuccess) return rc;
+  for (const Mark& note : std::ranges::reverse_view(notes)) {
+    if (const int rc = file_->WriteAt(note.position, none.data(), none.size()); rc != kSuccess) return rc;
   }
   end_ = notes.front();
   return kSuccess;

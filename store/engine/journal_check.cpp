@@ -31,8 +31,8 @@ JournalFindings Journal::ExamineOpen() {
   if (whole && under_way && !HasUnitAt(applied)) whole = CompleteMark(mark, &applied);
   while (whole && mark.number < applied.number) whole = ReadEntry(&mark, &entry);
   whole = whole && mark.number == applied.number && mark.position == applied.position;
-  const JournalFindings findings = whole ? LookAtWaiting(WillRedo() ? first : applied, applied)
-                                         : JournalFindings{JournalState::kDamaged, 0, {}};
+  JournalFindings findings = whole ? LookAtWaiting(WillRedo() ? first : applied, applied)
+                                   : JournalFindings{JournalState::kDamaged, 0, {}};
   file_->Unlock(kWriterAt, 1);
   return findings;
 }
@@ -44,11 +44,12 @@ bool Journal::WillRedo() {
   return true;
 }
 
-JournalFindings Journal::LookAtWaiting(Mark mark, const Mark& applied) {
+JournalFindings Journal::LookAtWaiting(const Mark& redone, const Mark& applied) {
   JournalFindings findings{JournalState::kSettled, 0, {}};
   std::map<std::string, std::int64_t> lengths;
   Entry entry;
-  for (Mark at = mark; ReadEntry(&mark, &entry); at = mark) {
+  Mark behind = redone;
+  for (Mark at = redone; ReadEntry(&behind, &entry); at = behind) {
     if (entry.is_note) continue;
     findings.waiting += at.number >= applied.number ? 1 : 0;
     std::vector<JournalFileChange> changes;
@@ -61,7 +62,7 @@ JournalFindings Journal::LookAtWaiting(Mark mark, const Mark& applied) {
       if (known->second < 0) findings.missing = change.name;
     }
   }
-  if (HasUnitBehind(mark)) return {JournalState::kDamaged, 0, {}};
+  if (HasUnitBehind(behind)) return {JournalState::kDamaged, 0, {}};
   if (findings.waiting > 0) findings.state = JournalState::kWaiting;
   if (!findings.missing.empty()) findings.state = JournalState::kFileMissing;
   return findings;

@@ -55,7 +55,7 @@ struct JournalHead {
 // Where in the bytes a unit's entry may begin, its head whole, in ascending order.
 std::vector<std::size_t> EntryHeadsIn(std::span<const std::uint8_t> bytes);
 
-std::uint64_t EntryChecksum(std::uint64_t number, std::span<const std::uint8_t> payload);
+std::uint64_t EntryChecksum(std::uint64_t number, std::span<const std::uint8_t> bytes);
 
 // Head and payload.
 std::vector<std::uint8_t> BuildEntry(std::uint64_t number, const std::vector<JournalFileChange>& changes);

@@ -38,7 +38,7 @@ bool Journal::ReadMarks(Mark* first, Mark* applied) {
 bool Journal::IsBlank() {
   std::array<std::uint8_t, kHeaderBytes> head{};
   const auto got = file_->ReadAt(0, head.data(), head.size());
-  if (got < 0 || got < kBootAt) return got >= 0;
+  if (got < kBootAt) return got >= 0;
   // The head is written before the first entry, whose magic stands in the same sector: where only the head is
   // missing it has been lost.
   return std::all_of(head.begin(), head.end(), [](auto b) { return b == 0; }) && !HasUnitBehind({});

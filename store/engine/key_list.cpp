@@ -43,7 +43,7 @@ std::uint8_t* KeyList::Add(std::uint32_t record) {
 void KeyList::FinishLast() {
   if (last_ == nullptr) return;
   const std::uint8_t* key = last_ + kCellHead;
-  last_[kUsedAt] = static_cast<std::uint8_t>(UsedBytes(shape_, key));
+  last_[kUsedAt] = static_cast<std::uint8_t>(KeyBytesInUse(shape_, key));
   const std::uint8_t* first = Added(0);
   if (std::memcmp(key, first, common_) == 0) return;
   common_ = static_cast<std::size_t>(std::mismatch(first, first + common_, key).first - first);
@@ -95,7 +95,7 @@ bool KeyList::IsLess(const Entry& a, const Entry& b, std::size_t at) const {
   return order != 0 ? order < 0 : RecordOf(a.place) < RecordOf(b.place);
 }
 
-bool KeyList::IsInOrder(std::span<const Entry> entries, std::size_t at) {
+bool KeyList::LookThrough(std::span<const Entry> entries, std::size_t at) {
   for (std::size_t i = 1; i < entries.size(); ++i) {
     const int order = CompareKeys(entries[i - 1], entries[i], at);
     if (order > 0) return false;
@@ -111,11 +111,11 @@ bool KeyList::IsInOrder(std::span<const Entry> entries, std::size_t at) {
 void KeyList::SortFrom(std::span<Entry> entries, std::size_t at) {
   constexpr std::size_t kFew = 64;
   for (Entry& entry : entries) entry.prefix = Prefix(Added(entry.place) + at, length_ - at);
-  if (IsInOrder(entries, at)) return;
+  if (LookThrough(entries, at)) return;
   if (entries.size() <= kFew || at == length_) {
     std::sort(entries.begin(), entries.end(),
               [this, at](const Entry& a, const Entry& b) { return IsLess(a, b, at); });
-    IsInOrder(entries, at);
+    LookThrough(entries, at);
     return;
   }
   SortByPrefix(entries);

@@ -61,8 +61,8 @@ class KeyList {
   void FinishLast();
   // Sorts entries whose keys are the same before `at`.
   void SortFrom(std::span<Entry> entries, std::size_t at);
-  // Whether they are in order from the byte `at` on; notes the same keys that it meets.
-  bool IsInOrder(std::span<const Entry> entries, std::size_t at);
+  // True when they are in order, from the byte `at` on. Notes the same keys that it meets until then.
+  bool LookThrough(std::span<const Entry> entries, std::size_t at);
   int CompareKeys(const Entry& a, const Entry& b, std::size_t at) const;
   bool IsLess(const Entry& a, const Entry& b, std::size_t at) const;
   static void SortByPrefix(std::span<Entry> entries);

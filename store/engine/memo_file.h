@@ -1,7 +1,6 @@
 // A memo file (FPT), big-endian.
-//   header   512 bytes: 0-3 number of the next free block, 6-7 block size (64 for new files; any from 1 is
-//   read, and
-//            0 means 512 in files of some writers)
+//   header   512 bytes: 0-3 number of the next free block, 6-7 block size (64 for new files; any from 1
+//            is read, and 0 means 512 in files of some writers)
 //   block k  starts at k * block size
 //   memo     4 bytes type (1 text, 0 binary), 4 bytes length, the data, padded up to the block size
 // A memo is rewritten in place when its blocks hold it, else appended; blocks given up are reclaimed by a

@@ -5,6 +5,7 @@
 #include <array>
 #include <charconv>
 #include <cstring>
+#include <optional>
 
 #include "core/date.h"
 #include "core/text.h"
@@ -31,6 +32,14 @@ int Step(IndexTree& tree, bool up, IndexPlace* place) {
   return up ? tree.Next(place) : tree.Previous(place);
 }
 
+// A lock that is not to be had is an error to a reader: "locked" would pass for a place that was not found.
+template <class Operation>
+int ReadIndex(Data4& data, Operation operation) {
+  const int rc = IndexOf(data).Read(operation);
+  IndexOf(data).TrimCache();
+  return rc == kLocked ? static_cast<int>(kErrorLock) : rc;
+}
+
 // The empty key begins every key.
 bool StartsWith(const std::uint8_t* whole, const std::vector<std::uint8_t>& key) {
   return std::equal(key.begin(), key.end(), whole);
@@ -53,7 +62,7 @@ int Arrive(Data4& data, const IndexPlace& place) {
 
 int GoEdge(Data4& data, bool front) {
   const bool last = front == TagOf(data).descending;
-  const int rc = IndexOf(data).Read([&] {
+  return ReadIndex(data, [&] {
     IndexTree tree(IndexOf(data), TagOf(data));
     IndexPlace place;
     const int found = last ? tree.Last(&place) : tree.First(&place);
@@ -61,38 +70,54 @@ int GoEdge(Data4& data, bool front) {
     if (place.AtEnd()) return static_cast<int>(kEof);
     return Arrive(data, place);
   });
-  IndexOf(data).TrimCache();
-  return rc;
 }
 
-// Finds the handle's present entry again after the index changed, or after a move by record number. `*exact`
-// is false when it is gone: then the place is the next entry in tree order (or the end).
-int FindAgain(Data4& data, IndexTree& tree, IndexPlace* place, bool* exact) {
-  if (data.placed_record == data.record && data.record != 0 &&
-      data.place_version == IndexOf(data).Version()) {
-    *place = data.place;
+// The entry on which a handle stands as a step begins. What is read without the lock may have to be read again
+// under it, and by then the handle has moved.
+struct Standing {
+  std::uint32_t record = 0;
+  std::array<std::uint8_t, kMaxKeyLength> key;
+  std::optional<IndexPlace> place;  // good while the index is at `version`
+  std::uint64_t version = 0;
+};
+
+Standing StandingOf(Data4& data) {
+  Standing standing;
+  standing.record = data.record;
+  standing.version = IndexOf(data).Version();
+  const auto length = static_cast<std::size_t>(TagOf(data).shape.length);
+  if (data.placed_record == data.record && data.record != 0 && data.place_version == standing.version) {
+    standing.place = data.place;
+    std::copy_n(data.place.Key(), length, standing.key.begin());
+  } else if (data.place_record == data.record && data.record != 0) {
+    std::copy_n(data.place_key.begin(), length, standing.key.begin());
+  } else {
+    TagOf(data).key->EvaluateKey(data.view, data.record, standing.key.data());
+  }
+  return standing;
+}
+
+// Finds an entry again after the index changed, or after a move by record number. `*exact` is false when it is
+// gone: then the place is the next entry in tree order (or the end).
+int FindAgain(Data4& data, const Standing& standing, IndexTree& tree, IndexPlace* place, bool* exact) {
+  if (standing.place && standing.version == IndexOf(data).Version()) {
+    *place = *standing.place;
     *exact = true;
     return kSuccess;
   }
-  if (data.place_record != data.record || data.place_record == 0) {
-    std::array<std::uint8_t, kMaxKeyLength> key;
-    TagOf(data).key->EvaluateKey(data.view, data.record, key.data());
-    data.place_key.assign(key.begin(), key.begin() + TagOf(data).shape.length);
-    data.place_record = data.record;
-  }
-  const int rc = tree.LowerBound(data.place_key.data(), TagOf(data).shape.length, data.place_record, place);
+  const int rc = tree.LowerBound(standing.key.data(), TagOf(data).shape.length, standing.record, place);
   if (rc != kSuccess) return rc;
-  *exact = !place->AtEnd() && place->node->Compare(place->at, data.place_key.data(), data.place_record) == 0;
+  *exact = !place->AtEnd() && place->node->Compare(place->at, standing.key.data(), standing.record) == 0;
   return kSuccess;
 }
 
 // Moves `count` entries in tree order. Where the end of the tree came first, *left is what could not be moved
 // and the handle is on the last entry before it, if there is one.
-int StepMany(Data4& data, bool up, std::int64_t count, std::int64_t* left) {
+int StepMany(Data4& data, const Standing& from, bool up, std::int64_t count, std::int64_t* left) {
   IndexTree tree(IndexOf(data), TagOf(data));
   IndexPlace place;
   bool exact = false;
-  if (const int rc = FindAgain(data, tree, &place, &exact); rc != kSuccess) return rc;
+  if (const int rc = FindAgain(data, from, tree, &place, &exact); rc != kSuccess) return rc;
   std::int64_t to_go = count;
   if (!exact) {
     // The next entry up is already one step away; downwards it takes a step back to reach the one before.
@@ -151,8 +176,8 @@ int SkipInTag(Data4& data, std::int64_t count) {
     ++count;
   }
   std::int64_t left = 0;
-  const int rc = IndexOf(data).Read([&] { return StepMany(data, up, forward ? count : -count, &left); });
-  IndexOf(data).TrimCache();
+  const Standing from = StandingOf(data);
+  const int rc = ReadIndex(data, [&] { return StepMany(data, from, up, forward ? count : -count, &left); });
   if (rc != kSuccess) return rc;
   if (left == 0) return kSuccess;
   if (forward) {
@@ -227,7 +252,7 @@ int SeekKey(Data4& data, std::vector<std::uint8_t> key) {
   const auto length = static_cast<std::size_t>(TagOf(data).shape.length);
   const bool too_long = key.size() > length;
   if (too_long) key.resize(length);
-  int rc = IndexOf(data).Read([&] {
+  const int rc = ReadIndex(data, [&] {
     IndexTree tree(IndexOf(data), TagOf(data));
     IndexPlace place;
     const int found = FindInWalk(tree, TagOf(data), key, &place);
@@ -237,7 +262,6 @@ int SeekKey(Data4& data, std::vector<std::uint8_t> key) {
     const int arrived = Arrive(data, place);
     return arrived == kSuccess && !match ? static_cast<int>(kAfter) : arrived;
   });
-  IndexOf(data).TrimCache();
   if (rc == kEof) ShowEnd(data);
   return data.code.Fail(rc);
 }
@@ -272,8 +296,9 @@ std::vector<std::uint8_t> KeyFromNumber(double number) {
 }
 
 bool TakesNumbers(const Data4& data) {
-  return data.selected != nullptr && (data.selected->tag->key_type == ValueType::kNumber ||
-                                      data.selected->tag->key_type == ValueType::kDate);
+  return data.selected != nullptr && !data.table.lost &&
+         (data.selected->tag->key_type == ValueType::kNumber ||
+          data.selected->tag->key_type == ValueType::kDate);
 }
 
 }  // namespace
@@ -324,6 +349,7 @@ int d4skip(Data4& data, std::int64_t count) {
 }
 
 int d4seek(Data4& data, std::string_view key) {
+  if (data.table.lost) return data.code.Fail(kErrorClose);
   if (data.selected == nullptr) return data.code.Fail(kErrorTagName);
   return SeekKey(data, KeyFromText(TagOf(data), key));
 }
@@ -338,6 +364,7 @@ int d4seekDouble(Data4& data, double key) {
 }
 
 int d4seekNext(Data4& data, std::string_view key) {
+  if (data.table.lost) return data.code.Fail(kErrorClose);
   if (data.selected == nullptr) return data.code.Fail(kErrorTagName);
   return SeekKeyNext(data, KeyFromText(TagOf(data), key));
 }

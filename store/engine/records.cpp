@@ -88,8 +88,10 @@ int ApplyPlan(Data4& data, std::uint32_t number) {
     IndexTree tree(*data.table.Index(), *change.tag->tag);
     if (change.had) {
       int rc = tree.Remove(change.old_key.data(), number);
-      // A record that a unique tag once left out, since another held its key, has nothing to remove.
-      if (rc == kNoRecord) rc = HeldByAnother(tree, change) ? kSuccess : kErrorIndex;
+      // A record that a unique tag once left out, since another held its key, has nothing to remove. Nor has
+      // one that another program appended without keys: it can still be deleted.
+      const bool deleted = data.buffer.front() == kDeletedMark;
+      if (rc == kNoRecord) rc = deleted || HeldByAnother(tree, change) ? kSuccess : kErrorIndex;
       if (rc != kSuccess) return rc;
     }
     if (change.has) {
@@ -282,7 +284,10 @@ int LoadRecord(Data4& data, std::uint32_t record) {
   } else {
     int rc = kSuccess;
     if (record == 0 || !data.table.Holds(record, &rc)) return rc == kSuccess ? int{kNoRecord} : rc;
-    if (data.table.ReadRecords(record, 1, data.buffer.data()) != 1) return kErrorRead;
+    // One that cannot be read leaves the handle as it is.
+    data.incoming.resize(data.buffer.size());
+    if (data.table.ReadRecords(record, 1, data.incoming.data()) != 1) return kErrorRead;
+    data.buffer.swap(data.incoming);
     data.SetView();
   }
   data.record = record;
@@ -305,6 +310,8 @@ void ShowEnd(Data4& data) {
 }
 
 int WriteChanges(Data4& data) {
+  // Its tags are gone as well, so no move may begin, and each begins here.
+  if (data.table.lost) return data.code.Fail(kErrorClose);
   if (!data.changed) return kSuccess;
   if (data.appending) return d4append(data);
   Code4& code = data.code;

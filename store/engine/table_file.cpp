@@ -51,8 +51,7 @@ std::unique_ptr<TableFile> TableFile::Open(const EngineSetup& setup, const std::
 TableFile::~TableFile() = default;
 
 std::string TableFile::Folder() const {
-  const std::size_t slash = path_.find_last_of("/\\");
-  return slash == std::string::npos ? "." : path_.substr(0, slash);
+  return TableFolder(path_);
 }
 
 int TableFile::TakePresence() {
@@ -173,7 +172,8 @@ std::int64_t TableFile::ReadUndisturbed(Reading reading) {
     const std::int64_t result = reading();
     int rc = kSuccess;
     if (journal_ == nullptr || access_.exclusive || journal_->WasQuiet(&rc)) return result;
-    if (rc != kSuccess) return rc;
+    // A count of bytes is expected here, so "locked" must not pass for one.
+    if (rc != kSuccess) return rc < 0 ? rc : static_cast<int>(kErrorLock);
   }
   return kErrorRead;
 }
@@ -220,6 +220,16 @@ std::int64_t TableFile::AppendLockAt() const {
   return header_.has_index ? kIndexedBase : kPlainBase;
 }
 
+std::int64_t TableFile::WholeLockAt() const {
+  return header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
+}
+std::int64_t TableFile::WholeLockLength() const {
+  return header_.has_index ? kIndexedWholeLength : kPlainWholeLength;
+}
+std::int64_t TableFile::WholeGuardAt() const {
+  return header_.has_index ? WholeLockAt() : WholeLockAt() + WholeLockLength() - 1;
+}
+
 int TableFile::Try(std::int64_t offset, std::int64_t length, int attempts) {
   if (read_only_) return kErrorReadOnly;
   int rc = kLocked;
@@ -243,10 +253,10 @@ int TableFile::LockWhole(const void* owner, int attempts) {
   for (const auto& [record, holder] : record_owners_) {
     if (holder != owner) return kLocked;
   }
-  const std::int64_t at = header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
-  const int rc = Try(at, header_.has_index ? kIndexedWholeLength : kPlainWholeLength, attempts);
+  const int rc = Try(WholeLockAt(), WholeLockLength(), attempts);
   if (rc != kSuccess) return rc;
   record_owners_.clear();  // now part of the greater lock
+  guards_whole_ = false;
   whole_owner_ = owner;
   return kSuccess;
 }
@@ -267,8 +277,7 @@ void TableFile::UnlockRecord(const void* owner, std::uint32_t record) {
 
 void TableFile::UnlockAll(const void* owner) {
   if (whole_owner_ == owner) {
-    const std::int64_t at = header_.has_index ? kIndexedBase - kIndexedWholeLength : kPlainBase + 1;
-    data_->Raw().Unlock(at, header_.has_index ? kIndexedWholeLength : kPlainWholeLength);
+    data_->Raw().Unlock(WholeLockAt(), WholeLockLength());
     whole_owner_ = nullptr;
     notes_.DropAll();
   }
@@ -290,9 +299,15 @@ void TableFile::TakeOverLocks(const void* owner) {
 int TableFile::LockAppend(int attempts) {
   if (append_locked_) return kSuccess;
   // Who may only read keeps appends off all the same, for an examination.
-  const int rc =
+  int rc =
       read_only_ ? data_->Raw().Lock(AppendLockAt(), 1, LockKind::kShared) : Try(AppendLockAt(), 1, attempts);
   append_locked_ = rc == kSuccess;
+  // Another program that has the whole file locked may be writing it anew, and would lose what is appended.
+  if (append_locked_ && !read_only_ && whole_owner_ == nullptr) {
+    rc = data_->Raw().Lock(WholeGuardAt(), 1, LockKind::kShared);
+    guards_whole_ = rc == kSuccess;
+    if (!guards_whole_) UnlockAppend();
+  }
   return rc;
 }
 
@@ -300,6 +315,8 @@ void TableFile::UnlockAppend() {
   if (!append_locked_) return;
   data_->Raw().Unlock(AppendLockAt(), 1);
   append_locked_ = false;
+  if (guards_whole_) data_->Raw().Unlock(WholeGuardAt(), 1);
+  guards_whole_ = false;
 }
 
 // --- The unit of work ---

@@ -2,10 +2,12 @@
 // locked what.
 //
 // Locks (beyond the data, where the other programs on the share expect them):
-//   record n           with a CDX 0x7FFFFFFE - n, 1 byte; without 0x40000000 + its place in the file, its
-//   length whole file         with a CDX 0x7FFFFFFE - 0x07FFFFFF, 0x07FFFFFF bytes; without 0x40000000 + 1,
-//   0x3FFFFFFD bytes header and append  with a CDX 0x7FFFFFFE; without 0x40000000; 1 byte presence
-//   0x7FFFFFFF, 1 byte: shared while the table is open, exclusive for exclusive access
+//   record n           with a CDX 0x7FFFFFFE - n, 1 byte
+//                      without 0x40000000 + its place in the file, its length
+//   whole file         with a CDX 0x7FFFFFFE - 0x07FFFFFF, 0x07FFFFFF bytes
+//                      without 0x40000000 + 1, 0x3FFFFFFD bytes
+//   header and append  with a CDX 0x7FFFFFFE, without 0x40000000, 1 byte
+//   presence           0x7FFFFFFF, 1 byte: shared while the table is open, exclusive for exclusive access
 #pragma once
 
 #include <cstdint>
@@ -106,8 +108,8 @@ class TableFile {
   int Adopt(std::unique_ptr<TableFile> fresh);
 
   int handles = 0;
-  bool lost =
-      false;  // its files were replaced and could not be opened again: nothing may be written any more
+  // Its files were replaced and could not be opened again: nothing may be read or written any more.
+  bool lost = false;
 
  private:
   TableFile(const EngineSetup& setup, const std::string& path, Access access)
@@ -119,6 +121,10 @@ class TableFile {
   std::int64_t RecordOffset(std::uint32_t record) const;
   std::int64_t RecordLockAt(std::uint32_t record) const;
   std::int64_t AppendLockAt() const;
+  std::int64_t WholeLockAt() const;
+  std::int64_t WholeLockLength() const;
+  // A byte of the whole-file lock that is no record's: so far a table does not reach.
+  std::int64_t WholeGuardAt() const;
   // Repeats a read until no unit has come in between; the read's result, or a negative code.
   template <class Reading>
   std::int64_t ReadUndisturbed(Reading reading);
@@ -137,6 +143,7 @@ class TableFile {
   const void* whole_owner_ = nullptr;
   LockNotes notes_;
   bool append_locked_ = false;
+  bool guards_whole_ = false;  // while appending: nobody else can lock the whole file
   bool read_only_ = false;
   Journal* journal_ = nullptr;
   std::uint32_t settled_count_ = 0;  // records known to be in the file for good

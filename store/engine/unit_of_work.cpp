@@ -3,6 +3,7 @@
 #include <deque>
 #include <limits>
 
+#include "core/file_system.h"
 #include "store/engine/instance.h"
 
 namespace tallwick::engine {
@@ -12,8 +13,7 @@ namespace {
 constexpr std::size_t kAheadStep = std::size_t{2} << 20;
 
 std::string NameOf(const std::string& path) {
-  const std::size_t slash = path.find_last_of("/\\");
-  return slash == std::string::npos ? path : path.substr(slash + 1);
+  return std::string(FileNameOf(path));
 }
 
 void AddStaged(const std::string& path, StagedFile& file, std::vector<JournalFileChange>* changes) {
@@ -122,6 +122,16 @@ int Code4::WriteAhead(TableFile& table) {
   return kSuccess;
 }
 
+void Code4::LetGoUnchanged() {
+  if (unit_journal == nullptr || unit_journal->HasWrittenAhead()) return;
+  if (std::any_of(unit_tables.begin(), unit_tables.end(), [](auto* table) { return table->IsDirty(); }))
+    return;
+  for (TableFile* table : unit_tables) table->Discard();
+  unit_journal->EndWriting();
+  unit_journal = nullptr;
+  unit_tables.clear();
+}
+
 void Code4::EndUnit(bool committed) {
   if (!committed && unit_journal != nullptr) unit_journal->Abandon();
   // Pages in memory may stand for the files only when the files have them.
@@ -140,7 +150,7 @@ void Code4::EndUnit(bool committed) {
     if (handle->unlock_at_end) handle->table.UnlockAll(handle.get());
     handle->unlock_at_end = false;
   }
-  for (TableFile* table : unit_tables) table->UnlockAll(table);  // of handles closed within the unit
+  for (const auto& table : tables) table->UnlockAll(table.get());  // of handles closed within the unit
   if (unit_journal != nullptr) unit_journal->EndWriting();
   unit_journal = nullptr;
   unit_tables.clear();
@@ -185,7 +195,11 @@ int UnitScope::End(int rc, bool begun) {
     code_.EndUnit(false);
   } else if (code_.unit_depth > 1) {
     --code_.unit_depth;
-    if (begun) code_.unit_failure = rc < 0 ? rc : static_cast<int>(kErrorParameter);
+    if (begun) {
+      code_.unit_failure = rc < 0 ? rc : static_cast<int>(kErrorParameter);
+    } else if (rc == kLocked) {
+      code_.LetGoUnchanged();
+    }
   }
   return code_.Fail(rc);
 }

@@ -14,6 +14,7 @@ namespace tallwick::engine {
 namespace {
 
 using tallwick::testing::Company;
+using tallwick::testing::Fault;
 using tallwick::testing::MemoryFiles;
 
 struct Work {
@@ -205,7 +206,7 @@ TEST_F(CrashSweep, AForeignAppendOverATailStays) {
       const std::string number = std::to_string(100000 + i);
       ASSERT_EQ(company.AddXref(number, number), kSuccess);
     }
-    disk_.Plan(tallwick::testing::Fault::kDie, 1);
+    disk_.Plan(Fault::kDie, 1);
     EXPECT_NE(code4unitCommit(*company.code), kSuccess);
   }
   disk_.Restart(false);
@@ -231,6 +232,27 @@ TEST_F(CrashSweep, APostTakesOneFlush) {
   code4unitBegin(*company.code);
   ASSERT_EQ(company.EndUnit(company.AddCheck("   600", "24-0600")), kSuccess);
   EXPECT_EQ(disk_.Flushes() - before, 1);
+}
+
+// A table is there whole or not at all, so that it can be made again.
+TEST(CreationSweep, ATableCutShortCanBeMadeAgain) {
+  for (const bool power_cut : {false, true}) {
+    for (int change = 1, steps = 2; change < steps; ++change) {
+      MemoryFiles disk;
+      auto company = std::make_unique<Company>(disk);
+      disk.Plan(Fault::kDie, change);
+      company->Make();
+      steps = std::max(steps, disk.Changes() + 1);
+      company.reset();
+      disk.Restart(power_cut);
+      company = std::make_unique<Company>(disk);
+      company->Make();
+      EXPECT_TRUE(company->checks != nullptr || company->Open()) << change;
+      company = std::make_unique<Company>(disk);
+      ASSERT_TRUE(company->Open()) << "change " << change << (power_cut ? ", power cut" : "");
+      EXPECT_EQ(company->AddCheck("     1", "24-1"), kSuccess);
+    }
+  }
 }
 
 }  // namespace

@@ -60,6 +60,41 @@ TEST(KeyList, SortsByKeyAndThenByRecord) {
   }
 }
 
+// Bytes below the fill, and the zeros that end the keys of numbers, stand in a key's order as any others.
+TEST(KeyList, SortsKeysThatEndInOrBelowTheirFill) {
+  struct Case {
+    std::uint8_t fill;
+    std::vector<std::string> keys;
+  };
+  const std::string zeros(2, '\0');
+  for (const Case& tag :
+       {Case{' ', {"ab  ", "ab\x01 ", "ab \x01", "ab" + zeros, "    ", "ab\x1F\x1F", "abcd"}},
+        Case{0, {"a" + zeros + "b", "ab" + zeros, zeros + zeros, "abc ", "ab\xFF\x01", "ab" + zeros}}}) {
+    KeyList list(KeyShape{4, tag.fill});
+    for (int again = 0; again < 2; ++again) {
+      std::vector<std::pair<std::string, std::uint32_t>> expected;
+      for (const std::string& key : tag.keys) {
+        const auto record = static_cast<std::uint32_t>(tag.keys.size() - expected.size());
+        std::memcpy(list.Add(record), key.data(), key.size());
+        expected.emplace_back(key, record);
+      }
+      list.Sort();
+      std::sort(expected.begin(), expected.end());
+      ASSERT_EQ(list.Count(), expected.size());
+      for (std::size_t i = 0; i < expected.size(); ++i) {
+        EXPECT_EQ(std::string(reinterpret_cast<const char*>(list.Key(i)), 4), expected[i].first) << i;
+        EXPECT_EQ(list.Record(i), expected[i].second) << i;
+      }
+      EXPECT_EQ(list.HasSameKeys(), tag.fill == 0);
+      list.Clear();
+      EXPECT_EQ(list.Count(), 0U);
+    }
+    list.Sort();
+    EXPECT_EQ(list.Count(), 0U);
+    EXPECT_FALSE(list.HasSameKeys());
+  }
+}
+
 TEST(KeyQueue, KnowsItsKeysWhileItGrows) {
   constexpr int kLength = 10;
   std::mt19937 random(5);
