@@ -2,7 +2,6 @@
 // their lengths.
 #include <algorithm>
 #include <array>
-#include <ranges>
 
 #include "core/text.h"
 #include "store/engine/byte_order.h"
@@ -157,7 +156,8 @@ int Journal::CutBack(const std::vector<Mark>& notes, const std::vector<JournalLe
   }
   // The last first: a note that stands must never be one that only later numbers would lead to.
   const std::array<std::uint8_t, kEntryHead> none{};
-  for (const Mark& note : std::ranges::reverse_view(notes)) {
+  for (std::size_t left = notes.size(); left > 0; --left) {
+    const Mark& note = notes[left - 1];
     if (const int rc = file_->WriteAt(note.position, none.data(), none.size()); rc != kSuccess) return rc;
   }
   end_ = notes.front();
