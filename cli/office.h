@@ -75,8 +75,16 @@ class Office {
     out_.Fail(why);
     return status_ != kDone ? status_ : kRefused;
   }
+  // Says what could not be shown of something that is written and stands. The command is done, whatever can
+  // not be read: who repeats a post that failed must not repeat this one.
+  void Stands(std::string_view not_shown) {
+    boxes_.Exclaim(kProgramName, not_shown);
+    stands_ = true;
+  }
   // False when a table could not be read on, so that what was printed is not all.
-  bool ReadWhole() const { return !application_ || !application_->TheSession().Data().HasToldUnreadable(); }
+  bool ReadWhole() const {
+    return stands_ || !application_ || !application_->TheSession().Data().HasToldUnreadable();
+  }
 
  private:
   // Stands between the screens, which are made with the company, and whoever opens them later.
@@ -113,6 +121,7 @@ class Office {
   std::unique_ptr<Application> application_;
   std::vector<std::string> made_tables_;
   int status_ = kDone;
+  bool stands_ = false;
 };
 
 }  // namespace tallwick::cli

@@ -110,6 +110,9 @@ class clsKVRData {
   // What a person can do about a write that failed with the code just now: sentences that begin with why, or
   // "" where the code's own text says all.
   std::string AdviceFor(int code) const;
+  // The same for an open or a read that something outside the tables has kept from going on: sentences without
+  // the last full stop, or "" for damage and all else.
+  static std::string_view StandstillAdvice(int code);
   // Set when the user wants a table rebuilt whose open failed. The opener rebuilds it and clears the flag.
   bool RebuildRequested() const { return rebuild_requested_; }
   void ClearRebuildRequest() { rebuild_requested_ = false; }
@@ -186,6 +189,9 @@ class clsKVRData {
   // On failure everything is as it was before. Fails when a table could not be read within the unit: what
   // was written then may rest on records that were not seen.
   int CommitUnit();
+  // 0, or why the unit that was committed last could not be brought to the tables. It stands all the same, and
+  // is brought there before anybody reads or writes them.
+  int UnitWaits() const { return unit_waits_; }
   int RollbackUnit();  // also undoes the outer units
   bool UnitActive() const;
 
@@ -426,6 +432,7 @@ class clsKVRData {
   FieldProblem field_problem_;
   std::int16_t last_error_ = 0;
   std::int16_t open_error_ = 0;
+  int unit_waits_ = 0;
   bool told_unreadable_ = false;
   std::deque<std::pair<std::string, int>> unreadable_in_unit_;  // table and code, to be told at its end
   bool rebuild_requested_ = false;

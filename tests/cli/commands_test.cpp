@@ -59,6 +59,47 @@ TEST(CommandLine, EndsWithItsStatusAndOneObject) {
   }
 }
 
+// A post stands once it is in the journal. Where the tables can not be written after that, nor read, it is told
+// as done, and no number is proposed from what was not read; a repeated command would post it twice.
+TEST(CommandLine, TellsAPostThatStandsAsPosted) {
+  Escrowctl escrowctl;
+  ASSERT_EQ(escrowctl.Run("demo").status, 0);
+  const std::string item = " --dated 03/15/2024 --payee SMITH --amount 5 --file 24-0117 --period 12/15/2030";
+  const std::string script = escrowctl.Write("post.txt", R"(open frmEditChecksPost Posting
+set txtCheckNumber 90002
+set txtCheckPayee SMITH
+set txtCheckAmount 5
+set txtCheckFileNumber 24-0117
+set txtCheckAcctPeriod 12/15/2030
+click cmdOk
+show txtCheckNumber txtCheckPayee lblLastCheckNumber
+)");
+  // The check table is longer than what may be written, the journal is not.
+  const std::string limit = "ulimit -f 800; trap '' XFSZ; ";
+  ASSERT_GT(ReadWhole(escrowctl.Data("ESCROW_CHECKS_FNT.DBF")).size(), 800U * 512);
+  const auto run = [&](const std::string& before, const std::string& arguments) {
+    escrowctl.before = before;
+    return escrowctl.Run("--json --bank FNT " + arguments);
+  };
+  const RunResult posted = run(limit, "check post 90001" + item);
+  EXPECT_EQ(posted.status, 0) << posted.out;
+  EXPECT_EQ(posted.Json()["posted"], true) << posted.out;
+  EXPECT_NE(posted.err.find("do not post it again"), std::string::npos) << posted.err;
+  EXPECT_NE(posted.err.find("have the disk and the network seen to"), std::string::npos) << posted.err;
+  EXPECT_EQ(run("", "check show 90001").Json()["fields"]["CHXSTATUS"], "O");
+
+  EXPECT_EQ(run(limit, "check void 90001 --reason x --stmt 12/15/2030").status, 0);
+  EXPECT_EQ(run("", "check show 90001").Json()["fields"]["CHXSTATUS"], "V");
+
+  escrowctl.before = limit;
+  const RunResult driven = escrowctl.Run("--bank FNT drive '" + script + "'");
+  EXPECT_NE(driven.out.find("txtCheckNumber = \"\"\ntxtCheckPayee = \"\"\nlblLastCheckNumber = \"Last Check "
+                            "Number: not known\""),
+            std::string::npos)
+      << driven.out << driven.err;
+  EXPECT_EQ(run("", "check show 90002").Json()["fields"]["CHXSTATUS"], "O");
+}
+
 // While another workstation has the files for itself: who it is, and that the tables could not be opened.
 TEST(CommandLine, SaysWhoHasTheFilesForMaintenance) {
   const Escrowctl escrowctl;
