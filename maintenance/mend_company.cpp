@@ -97,14 +97,21 @@ class Mender {
   bool MendJournal(const Problems& problems) {
     bool mended = false;
     for (const CompanyProblem& problem : problems) {
-      // Opening the tables has brought the waiting units to them.
-      if (std::holds_alternative<FinishUnits>(problem.remedy)) Done(problem, engine::kSuccess);
+      if (std::holds_alternative<FinishUnits>(problem.remedy)) Done(problem, UnitsBrought());
       if (!std::holds_alternative<SetJournalAside>(problem.remedy)) continue;
       company_.Close();
       mended =
           Done(problem, home_.data.SetJournalAside(home_.folder, kSetAsideJournal, AllFiles())) || mended;
     }
     return mended;
+  }
+
+  // Opening the tables brings the waiting units to them: 0, or why it could not.
+  int UnitsBrought() {
+    if (home_.data.ExamineJournal(home_.folder).state != engine::JournalState::kWaiting)
+      return engine::kSuccess;
+    return company_.Failures().empty() ? static_cast<int>(engine::kErrorJournal)
+                                       : company_.Failures().front().code;
   }
 
   std::vector<std::string> AllFiles() {
