@@ -142,7 +142,8 @@ class clsKVRData {
   // Takes a table nobody has open out of the way: its data file gets the other path, its index goes, its memo
   // file stays. 0 or a code, kErrorOpenRefused while somebody has it open.
   int SetTableAside(std::string_view name, std::string_view kept);
-  // The same correction without a question, for mending: 0, kErrorDataHeader, or kErrorOpenRefused while
+  // The same correction without a question, for mending, but that records of zero bytes behind the counted ones
+  // are cut off: 0, kErrorDataHeader, or kErrorOpenRefused while
   // somebody has the table open.
   int CorrectRecordCount(std::string_view name);
   bool CheckRecordCount(DataHandle data);  // the same test as the engine makes it, without a message
