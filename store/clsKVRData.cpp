@@ -153,6 +153,7 @@ void clsKVRData::Forget(DataHandle data) {
 // --- Units of work ---
 
 int clsKVRData::BeginUnit() {
+  locked_table_.clear();
   return engine_ ? Finish(engine::code4unitBegin(*engine_)) : NotOpen();
 }
 

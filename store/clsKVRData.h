@@ -406,6 +406,7 @@ class clsKVRData {
   int FinishAppend(DataHandle data, std::string_view unique_id_field, bool silent);
   int AppendWithRetries(DataHandle data, FieldHandle unique_id, bool silent, bool& reported);
   int RetryWhileLocked(DataHandle data, int (*step)(engine::Data4&), bool silent);
+  void NoteLocked(const OpenTable& table, int code);
   void ReportUpdateFailure(DataHandle data, int code);
   std::string TagEndValue(DataHandle data, std::string_view tag, bool last);
 
@@ -434,6 +435,7 @@ class clsKVRData {
   std::int16_t last_error_ = 0;
   std::int16_t open_error_ = 0;
   int unit_waits_ = 0;
+  std::string locked_table_;  // the last that was met locked; "" since a unit began
   bool told_unreadable_ = false;
   std::deque<std::pair<std::string, int>> unreadable_in_unit_;  // table and code, to be told at its end
   bool rebuild_requested_ = false;
