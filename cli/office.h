@@ -20,6 +20,10 @@
 
 namespace tallwick::cli {
 
+// Behind what could not be opened for engine::kErrorOpenRefused.
+inline constexpr std::string_view kTableIsHeld =
+    "another workstation or another program keeps a table or its index for itself.  Try again in a moment";
+
 class Office {
  public:
   Office(GlobalOptions& options, CommandLineBoxes& boxes, Output& out);

@@ -74,7 +74,9 @@ class Mender {
       const auto in_use = std::find_if(company_.Failures().begin(), company_.Failures().end(), IsInUse);
       if (in_use != company_.Failures().end()) {
         report_.refusal =
-            in_use->table->Name() + " is open on another workstation. Have everybody leave the program";
+            in_use->table->Name() +
+            " is open on another workstation, or another program keeps it or its index. Have everybody leave "
+            "the program, and close what else uses the table";
         return false;
       }
       if (std::any_of(company_.Failures().begin(), company_.Failures().end(), IsReadOnly)) {

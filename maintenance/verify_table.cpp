@@ -72,7 +72,9 @@ CompanyProblem NotOpenedProblem(const FileSystem& files, const TableBase& table,
   } else if (code == engine::kErrorFieldName) {
     problem.text += ".  " + table.Lack().advice;
   } else if (code == engine::kErrorOpenRefused) {
-    problem.text += ".  Have everybody leave the program, and verify again";
+    problem.text +=
+        ".  Have everybody leave the program, and close every other program that uses the table or "
+        "its index; then verify again";
   } else if (code == engine::kErrorOpen || code == engine::kErrorRead || code == engine::kErrorReadOnly) {
     problem.text += ".  See to the rights on the folder and to the disk";
   } else if (const std::string_view advice = clsKVRData::StandstillAdvice(code); !advice.empty()) {

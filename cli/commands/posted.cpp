@@ -20,7 +20,9 @@ void AddEntryOptions(CLI::App& command, std::span<const EntryOption> options,
 bool OpenOfBank(Office& office, TableBase& table, int* status) {
   Session* session = office.Open();
   if (table.Open(session->BankCode()) > 0) return true;
-  office.Out().Fail("The table " + table.Name() + " could not be opened");
+  const bool held = session->Data().OpenErrorCode() == engine::kErrorOpenRefused;
+  office.Out().Fail("The table " + table.Name() + " could not be opened" +
+                    (held ? ": " + std::string(kTableIsHeld) : ""));
   *status = kNoTables;
   return false;
 }
