@@ -94,7 +94,11 @@ Session* Office::Open() {
       StartUpOrUpdate(ThePorts(), [this] { return std::make_unique<CommandLineSuite>(options_, files_); });
   if (outcome.result == StartUpResult::kExclusive && !MayEnter(CommandLineSuite(options_, files_).DataPath()))
     return nullptr;
-  if (!outcome.session) return Refused("The company in " + options_.data + " could not be opened", kNoTables);
+  if (!outcome.session) {
+    const std::string held =
+        outcome.result == StartUpResult::kExclusive ? ": " + std::string(kTableIsHeld) : "";
+    return Refused("The company in " + options_.data + " could not be opened" + held, kNoTables);
+  }
   made_tables_ = std::move(outcome.made_tables);
   application_ = std::make_unique<Application>(std::move(outcome.session), opener_);
   return &application_->TheSession();

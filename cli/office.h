@@ -20,6 +20,10 @@
 
 namespace tallwick::cli {
 
+// Behind what could not be opened for engine::kErrorOpenRefused.
+inline constexpr std::string_view kTableIsHeld =
+    "another workstation or another program keeps a table or its index for itself.  Try again in a moment";
+
 class Office {
  public:
   Office(GlobalOptions& options, CommandLineBoxes& boxes, Output& out);
@@ -75,8 +79,16 @@ class Office {
     out_.Fail(why);
     return status_ != kDone ? status_ : kRefused;
   }
+  // Says what could not be shown of something that is written and stands. The command is done, whatever can
+  // not be read: who repeats a post that failed must not repeat this one.
+  void Stands(std::string_view not_shown) {
+    boxes_.Exclaim(kProgramName, not_shown);
+    stands_ = true;
+  }
   // False when a table could not be read on, so that what was printed is not all.
-  bool ReadWhole() const { return !application_ || !application_->TheSession().Data().HasToldUnreadable(); }
+  bool ReadWhole() const {
+    return stands_ || !application_ || !application_->TheSession().Data().HasToldUnreadable();
+  }
 
  private:
   // Stands between the screens, which are made with the company, and whoever opens them later.
@@ -113,6 +125,7 @@ class Office {
   std::unique_ptr<Application> application_;
   std::vector<std::string> made_tables_;
   int status_ = kDone;
+  bool stands_ = false;
 };
 
 }  // namespace tallwick::cli

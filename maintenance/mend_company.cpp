@@ -74,7 +74,9 @@ class Mender {
       const auto in_use = std::find_if(company_.Failures().begin(), company_.Failures().end(), IsInUse);
       if (in_use != company_.Failures().end()) {
         report_.refusal =
-            in_use->table->Name() + " is open on another workstation. Have everybody leave the program";
+            in_use->table->Name() +
+            " is open on another workstation, or another program keeps it or its index. Have everybody leave "
+            "the program, and close what else uses the table";
         return false;
       }
       if (std::any_of(company_.Failures().begin(), company_.Failures().end(), IsReadOnly)) {
@@ -97,14 +99,21 @@ class Mender {
   bool MendJournal(const Problems& problems) {
     bool mended = false;
     for (const CompanyProblem& problem : problems) {
-      // Opening the tables has brought the waiting units to them.
-      if (std::holds_alternative<FinishUnits>(problem.remedy)) Done(problem, engine::kSuccess);
+      if (std::holds_alternative<FinishUnits>(problem.remedy)) Done(problem, UnitsBrought());
       if (!std::holds_alternative<SetJournalAside>(problem.remedy)) continue;
       company_.Close();
       mended =
           Done(problem, home_.data.SetJournalAside(home_.folder, kSetAsideJournal, AllFiles())) || mended;
     }
     return mended;
+  }
+
+  // Opening the tables brings the waiting units to them: 0, or why it could not.
+  int UnitsBrought() {
+    if (home_.data.ExamineJournal(home_.folder).state != engine::JournalState::kWaiting)
+      return engine::kSuccess;
+    return company_.Failures().empty() ? static_cast<int>(engine::kErrorJournal)
+                                       : company_.Failures().front().code;
   }
 
   std::vector<std::string> AllFiles() {

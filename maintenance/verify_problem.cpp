@@ -10,7 +10,9 @@ namespace {
 struct Describe {
   std::string operator()(std::monostate) const { return {}; }
   std::string operator()(const CorrectCount& correct) const {
-    return "sets the record count to what the file holds; look its last records over" + correct.counts;
+    return "sets the record count to what the file holds, without records of zero bytes at its end; look its "
+           "last records over" +
+           correct.counts;
   }
   std::string operator()(const RebuildIndex&) const { return "builds the index anew from the records"; }
   std::string operator()(const CorrectMemoEnd&) const {

@@ -49,12 +49,15 @@ std::vector<CompanyProblem> VerifyTable(clsKVRData& store, DataHandle data, std:
     problems.push_back({std::string(name), static_cast<std::int32_t>(problem.record), std::move(text),
                         RemedyFor(problem.kind)});
   }
-  if (code != 0)
+  if (code != 0) {
+    const std::string_view advice = clsKVRData::StandstillAdvice(code);
+    const std::string_view always = "See to the disk and the rights on the folder, and verify again";
     problems.push_back({std::string(name),
                         0,
-                        "cannot be examined: " + std::string(engine::error4text(code)) +
-                            ".  See to the disk and the rights on the folder, and verify again",
+                        "cannot be examined: " + std::string(engine::error4text(code)) + ".  " +
+                            std::string(advice.empty() ? always : advice),
                         {}});
+  }
   return problems;
 }
 
@@ -69,9 +72,13 @@ CompanyProblem NotOpenedProblem(const FileSystem& files, const TableBase& table,
   } else if (code == engine::kErrorFieldName) {
     problem.text += ".  " + table.Lack().advice;
   } else if (code == engine::kErrorOpenRefused) {
-    problem.text += ".  Have everybody leave the program, and verify again";
+    problem.text +=
+        ".  Have everybody leave the program, and close every other program that uses the table or "
+        "its index; then verify again";
   } else if (code == engine::kErrorOpen || code == engine::kErrorRead || code == engine::kErrorReadOnly) {
     problem.text += ".  See to the rights on the folder and to the disk";
+  } else if (const std::string_view advice = clsKVRData::StandstillAdvice(code); !advice.empty()) {
+    problem.text += ".  " + std::string(advice);
   } else if (code != engine::kErrorJournal) {
     problem.text += ".  Restore the table from a copy";
   }

@@ -188,7 +188,7 @@ void FrmEditChecksPost::WarnOfNumber() {
   const bool is_new = loaded_ ? renumbering_ && number != loaded_->number : enters;
   if (!is_new || number == warned_number_) return;
   warned_number_ = number;
-  const bool gap_wanted = IsOn("mnuOptionsWarnHigherNumber");
+  const bool gap_wanted = numbering_.last_known && IsOn("mnuOptionsWarnHigherNumber");
   SetCaption("lblHighestCheckNumber", gap_wanted ? GapWarning("Check", number, numbering_.Last()) : "");
   const std::string warning = InventoryWarning(number, bank_);
   if (!warning.empty()) Boxes().Exclaim(Caption(), warning);

@@ -33,20 +33,22 @@ long long HighestPosted(CheckTable& checks) {
 }  // namespace
 
 std::string CheckNumbering::Label() const {
+  if (!last_known) return "Last Check Number: not known";
   if (SettingRules()) return "Next Check Number: " + std::to_string(next_set);
   return "Last Check Number: " + std::to_string(last_posted) +
          (problem.empty() ? "" : " (the next one is not known)");
 }
 
 std::string CheckNumbering::Proposal() const {
-  return Next() <= kGreatestNumber ? std::to_string(Next()) : "";
+  return last_known && Next() <= kGreatestNumber ? std::to_string(Next()) : "";
 }
 
 CheckNumbering ReadCheckNumbering(CheckTable& checks, FileSystem& files, std::string_view data_path,
                                   std::string_view bank_code) {
   const BankSettings settings(files, data_path, kMicrSettings, bank_code);
   const std::string next = settings.Get(kNextCheckNumber).value_or("");
-  return {HighestPosted(checks), NumberValue(next).value_or(0), settings.Problem()};
+  const long long highest = HighestPosted(checks);
+  return {highest, NumberValue(next).value_or(0), settings.Problem(), !checks.ReadFailed()};
 }
 
 std::string SetNextCheckNumber(Session& session, std::string_view number) {

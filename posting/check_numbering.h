@@ -18,12 +18,13 @@ struct CheckNumbering {
   long long last_posted = 0;  // the highest number posted; 0 = none
   long long next_set = 0;     // the bank's next-check-number setting; 0 = none
   std::string problem{};      // why the setting is not known; "" when it is
+  bool last_known = true;     // false where the checks could not be read: nothing can be proposed then
 
   bool SettingRules() const { return next_set > last_posted; }
   // The number that counts as the last one.
   long long Last() const { return SettingRules() ? next_set - 1 : last_posted; }
   long long Next() const { return Last() + 1; }
-  // The next number as it is proposed; "" where it would have more digits than a number can.
+  // The next number as it is proposed; "" where it is not known, or would have more digits than a number can.
   std::string Proposal() const;
   // "Last Check Number: 10451" or "Next Check Number: 10460"; it says so when the setting is not known.
   std::string Label() const;

@@ -290,8 +290,7 @@ void FrmEditChecksPost::TellPositivePay(const CheckRecord& check, bool is_gone) 
 }
 
 void FrmEditChecksPost::AfterWriting() {
-  RefreshRegister();
-  session_.NotifyChanged(SessionChange::kPosted);
+  TellPosted();
   BeginNext();
 }
 

@@ -251,7 +251,8 @@ void FrmEditDepositsPost::LeaveDate() {
 
 void FrmEditDepositsPost::ProposeSequence() {
   const int next = SequencesOf(tables_.deposits, StoredDate(TypedDate().value_or(Date{}))).Next();
-  SetText("txtDateSequence", next <= kLastSequence ? std::to_string(next) : "");
+  const bool known = !tables_.deposits.ReadFailed() && next <= kLastSequence;
+  SetText("txtDateSequence", known ? std::to_string(next) : "");
 }
 
 void FrmEditDepositsPost::LookUpDeposit() {

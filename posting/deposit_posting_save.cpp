@@ -144,8 +144,7 @@ bool FrmEditDepositsPost::RemovePosted() {
   Audit(kAuditDelete, DepositName(deposit.dated, deposit.sequence));
   loaded_.reset();
   origin_.fill({});
-  RefreshRegister();
-  session_.NotifyChanged(SessionChange::kPosted);
+  TellPosted();
   return true;
 }
 
@@ -227,8 +226,7 @@ bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
 }
 
 void FrmEditDepositsPost::AfterWriting() {
-  RefreshRegister();
-  session_.NotifyChanged(SessionChange::kPosted);
+  TellPosted();
   BeginNew(session_.TheClock().Now().date);
   SetFocus("txtFileNumbers", 1);
 }

@@ -361,8 +361,7 @@ class ItemPostingForm : public PayeePostingForm {
   }
 
   void AfterWriting() {
-    RefreshRegister();
-    session_.NotifyChanged(SessionChange::kPosted);
+    TellPosted();
     BeginNew(ProposedNumber());
     // A number that is proposed needs no typing.
     SetFocus(key_.Get().empty() ? std::string_view(number_control_) : fields_[1].control);

@@ -202,6 +202,19 @@ bool PostingForm::OnClose() {
   return MayDropChanges();
 }
 
+void PostingForm::TellPosted() {
+  if (const int code = session_.Data().UnitWaits(); code != engine::kSuccess) {
+    const std::string advice(clsKVRData::StandstillAdvice(code));
+    Boxes().Exclaim(
+        Caption(),
+        "This is done and kept, so do not post it again.  Only the tables could not be written yet "
+        "(error code " +
+            std::to_string(code) + ")." + (advice.empty() ? "" : "\r\r" + advice + "."));
+  }
+  RefreshRegister();
+  session_.NotifyChanged(SessionChange::kPosted);
+}
+
 std::string PostingForm::FailureText(const PostOutcome& outcome, std::string_view not_added) const {
   const bool says_why = outcome.code == kChangedElsewhere || outcome.code == kReconciledElsewhere ||
                         !outcome.field_problem.empty();

@@ -114,6 +114,9 @@ class PostingForm : public LookUpForm {
   // Asks `question` where there are changes; Yes posts them. True when the screen may show something else.
   bool MayDropChanges(std::string_view question = "Save Changes?");
 
+  // Behind every write of a record: the list and the other screens look again, and the user is told where the
+  // tables wait for what was written.
+  void TellPosted();
   // What a post that failed says: `not_added` for a new item, or why a value does not fit.
   std::string FailureText(const PostOutcome& outcome, std::string_view not_added) const;
   // Shows the message of a failed post, with the cursor in the entry that is to blame, where one is: `field`,

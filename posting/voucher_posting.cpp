@@ -101,7 +101,8 @@ std::string FrmEditVouchersPost::ProposedNumber() {
   const std::optional<BankRecord> bank = session_.Company().banks.Find(bank_code_);
   if (!bank) return {};
   bank_.last_voucher = bank->last_voucher;
-  return std::to_string(NextVoucherNumber(tables_.vouchers, bank->last_voucher));
+  const std::int64_t next = NextVoucherNumber(tables_.vouchers, bank->last_voucher);
+  return tables_.vouchers.ReadFailed() ? "" : std::to_string(next);
 }
 
 std::string FrmEditVouchersPost::Gap() {

@@ -133,8 +133,10 @@ class StartUpRun {
 
   void TellRefused(const TableBase& table, int code) {
     const std::string shown = ports_.files.PlatformPath(session_->data_path_);
+    const std::string standstill(clsKVRData::StandstillAdvice(code));
     const std::string advice =
-        code == engine::kErrorReadOnly
+        !standstill.empty() ? standstill + "."
+        : code == engine::kErrorReadOnly
             ? "The last posts of a program that ended early wait to be brought to the tables, and that must "
               "be written.  Have somebody start Escrow Accounting who may write in the folder (" +
                   shown + "), then start again here."

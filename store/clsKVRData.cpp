@@ -5,6 +5,9 @@
 #include <algorithm>
 #include <utility>
 
+#include "store/engine/instance.h"
+#include "store/engine/journal.h"
+
 namespace tallwick {
 
 namespace {
@@ -150,6 +153,7 @@ void clsKVRData::Forget(DataHandle data) {
 // --- Units of work ---
 
 int clsKVRData::BeginUnit() {
+  locked_table_.clear();
   return engine_ ? Finish(engine::code4unitBegin(*engine_)) : NotOpen();
 }
 
@@ -160,7 +164,11 @@ int clsKVRData::CommitUnit() {
     RollbackUnit();
     return code;
   }
-  return Finish(engine::code4unitCommit(*engine_));
+  engine::Journal* journal = engine_->unit_journal;
+  const int code = Finish(engine::code4unitCommit(*engine_));
+  if (code == engine::kSuccess && !UnitActive())
+    unit_waits_ = journal != nullptr && journal->HasUnapplied() ? journal->Recover() : engine::kSuccess;
+  return code;
 }
 
 int clsKVRData::RollbackUnit() {

@@ -110,6 +110,9 @@ class clsKVRData {
   // What a person can do about a write that failed with the code just now: sentences that begin with why, or
   // "" where the code's own text says all.
   std::string AdviceFor(int code) const;
+  // The same for an open or a read that something outside the tables has kept from going on: sentences without
+  // the last full stop, or "" for damage and all else.
+  static std::string_view StandstillAdvice(int code);
   // Set when the user wants a table rebuilt whose open failed. The opener rebuilds it and clears the flag.
   bool RebuildRequested() const { return rebuild_requested_; }
   void ClearRebuildRequest() { rebuild_requested_ = false; }
@@ -139,7 +142,8 @@ class clsKVRData {
   // Takes a table nobody has open out of the way: its data file gets the other path, its index goes, its memo
   // file stays. 0 or a code, kErrorOpenRefused while somebody has it open.
   int SetTableAside(std::string_view name, std::string_view kept);
-  // The same correction without a question, for mending: 0, kErrorDataHeader, or kErrorOpenRefused while
+  // The same correction without a question, for mending, but that records of zero bytes behind the counted ones
+  // are cut off: 0, kErrorDataHeader, or kErrorOpenRefused while
   // somebody has the table open.
   int CorrectRecordCount(std::string_view name);
   bool CheckRecordCount(DataHandle data);  // the same test as the engine makes it, without a message
@@ -186,6 +190,9 @@ class clsKVRData {
   // On failure everything is as it was before. Fails when a table could not be read within the unit: what
   // was written then may rest on records that were not seen.
   int CommitUnit();
+  // 0, or why the unit that was committed last could not be brought to the tables. It stands all the same, and
+  // is brought there before anybody reads or writes them.
+  int UnitWaits() const { return unit_waits_; }
   int RollbackUnit();  // also undoes the outer units
   bool UnitActive() const;
 
@@ -399,6 +406,7 @@ class clsKVRData {
   int FinishAppend(DataHandle data, std::string_view unique_id_field, bool silent);
   int AppendWithRetries(DataHandle data, FieldHandle unique_id, bool silent, bool& reported);
   int RetryWhileLocked(DataHandle data, int (*step)(engine::Data4&), bool silent);
+  void NoteLocked(const OpenTable& table, int code);
   void ReportUpdateFailure(DataHandle data, int code);
   std::string TagEndValue(DataHandle data, std::string_view tag, bool last);
 
@@ -426,6 +434,8 @@ class clsKVRData {
   FieldProblem field_problem_;
   std::int16_t last_error_ = 0;
   std::int16_t open_error_ = 0;
+  int unit_waits_ = 0;
+  std::string locked_table_;  // the last that was met locked; "" since a unit began
   bool told_unreadable_ = false;
   std::deque<std::pair<std::string, int>> unreadable_in_unit_;  // table and code, to be told at its end
   bool rebuild_requested_ = false;

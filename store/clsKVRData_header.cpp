@@ -4,6 +4,7 @@
 // 11 the record's length. The count that must stand there is (file length - header length) / record length,
 // rounded down, so that the marker byte at the file's end does not count.
 
+#include <algorithm>
 #include <limits>
 #include <optional>
 
@@ -22,6 +23,11 @@ struct HeaderFacts {
   std::uint32_t counted = 0;  // records by the header
   std::uint32_t records = 0;  // that the file's length holds
   std::int64_t lock_at = engine::kIndexedAppendAt;
+
+  // Of a record, from 1.
+  std::int64_t OffsetOf(std::uint32_t record) const {
+    return header_length + (static_cast<std::int64_t>(record) - 1) * record_length;
+  }
 };
 
 // Nothing for a head that is damaged in any other place than its count.
@@ -54,8 +60,30 @@ bool WriteCount(engine::File& file, std::uint32_t count) {
   return file.Flush() == engine::kSuccess;
 }
 
+// How many records are left without the last ones that are not counted and hold zero bytes only, as a power cut
+// leaves them: they were never written. One of them may begin with the mark of the file's old end.
+std::uint32_t WithoutEmptyEnd(engine::File& file, const HeaderFacts& facts) {
+  std::vector<std::uint8_t> record(static_cast<std::size_t>(facts.record_length));
+  std::uint32_t records = facts.records;
+  for (; records > facts.counted; --records) {
+    if (file.ReadAt(facts.OffsetOf(records), record.data(), record.size()) != std::ssize(record)) break;
+    if (record[0] == engine::kEndOfFileMark) record[0] = 0;
+    if (std::any_of(record.begin(), record.end(), [](auto byte) { return byte != 0; })) break;
+  }
+  return records;
+}
+
+// Ends the file behind the last record.
+bool CutBehind(engine::File& file, const HeaderFacts& facts) {
+  const std::int64_t end = facts.OffsetOf(facts.records + 1);
+  return file.WriteAt(end, &engine::kEndOfFileMark, 1) == engine::kSuccess &&
+         file.Truncate(end + 1) == engine::kSuccess && file.Flush() == engine::kSuccess;
+}
+
+enum class EmptyEnd { kCounted, kCut };
+
 // Writes the count that fits the file, while no other workstation has the table, nor another program appends.
-int Repair(engine::File& file, HeaderFacts* repaired) {
+int Repair(engine::File& file, EmptyEnd empty_end, HeaderFacts* repaired) {
   if (file.Lock(engine::kTablePresenceAt, 1, engine::LockKind::kExclusive) != engine::kSuccess)
     return engine::kErrorOpenRefused;
   std::optional<HeaderFacts> facts = ReadHeader(file);
@@ -63,18 +91,22 @@ int Repair(engine::File& file, HeaderFacts* repaired) {
   if (file.Lock(facts->lock_at, 1, engine::LockKind::kExclusive) != engine::kSuccess)
     return engine::kErrorOpenRefused;
   facts = ReadHeader(file);  // an append may have come to its end meanwhile
-  if (!facts || !WriteCount(file, facts->records)) return engine::kErrorDataHeader;
+  if (!facts) return engine::kErrorDataHeader;
+  const std::uint32_t held = facts->records;
+  if (empty_end == EmptyEnd::kCut) facts->records = WithoutEmptyEnd(file, *facts);
+  if (!WriteCount(file, facts->records) || (facts->records < held && !CutBehind(file, *facts)))
+    return engine::kErrorDataHeader;
   *repaired = *facts;
   return engine::kSuccess;
 }
 
 // The same in a folder at rest: what a dead workstation's unit left behind the last record has been cut off.
-int RepairAtRest(engine::Code4& code, const std::string& path, HeaderFacts* repaired) {
+int RepairAtRest(engine::Code4& code, const std::string& path, EmptyEnd empty_end, HeaderFacts* repaired) {
   engine::QuietJournal quiet(code, engine::TableFolder(path));
   if (const int rc = quiet.Begin(); rc != engine::kSuccess) return rc;
   int rc = engine::kSuccess;
   const auto file = code.setup.files.Open(path, engine::OpenMode::kReadWrite, &rc);
-  return file ? Repair(*file, repaired) : rc;
+  return file ? Repair(*file, empty_end, repaired) : rc;
 }
 
 }  // namespace
@@ -112,7 +144,7 @@ bool clsKVRData::CheckRecordCount(DataHandle data) {
 
 int clsKVRData::CorrectRecordCount(std::string_view name) {
   HeaderFacts facts;
-  return Finish(RepairAtRest(*engine_, TableFile(name), &facts));
+  return Finish(RepairAtRest(*engine_, TableFile(name), EmptyEnd::kCut, &facts));
 }
 
 int clsKVRData::SetTableAside(std::string_view name, std::string_view kept) {
@@ -138,7 +170,7 @@ int clsKVRData::FixDatabaseHeader(std::string_view name) {
                                         BoxButtons::kOkCancel, BoxAnswer::kCancel});
   if (answer != BoxAnswer::kOk) return engine::kErrorDataHeader;
   HeaderFacts facts;
-  if (RepairAtRest(*engine_, TableFile(name), &facts) != engine::kSuccess) {
+  if (RepairAtRest(*engine_, TableFile(name), EmptyEnd::kCounted, &facts) != engine::kSuccess) {
     ports_.boxes.Critical(
         "Corrupt Header",
         shown +

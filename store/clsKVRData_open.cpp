@@ -234,10 +234,30 @@ void clsKVRData::TellUnreadable(DataHandle data, int code) {
 }
 
 void clsKVRData::ShowUnreadable(const std::string& table, int code) {
+  const std::string advice(StandstillAdvice(code));
   ports_.boxes.Critical("Read Database",
                         Quoted(table) + " could not be read on (error code " + std::to_string(code) +
-                            ").  What is shown is not complete: have the table rebuilt, or mended with "
-                            "\"escrowctl mend\", before you rely on it.");
+                            ").  What is shown is not complete" +
+                            (advice.empty() ? ": have the table rebuilt, or mended with \"escrowctl mend\", "
+                                              "before you rely on it."
+                                            : ".\r\r" + advice + "."));
+}
+
+std::string_view clsKVRData::StandstillAdvice(int code) {
+  switch (code) {
+    case engine::kErrorDiskFull:
+      return "The disk of the company's data is full.  Nothing is damaged, and what was posted is kept "
+             "until the tables take it.  Make room on the disk, and try again";
+    case engine::kErrorWrite:
+    case engine::kErrorRead:
+      return "The disk or the network refuses.  The tables need no mending for that, and what was posted "
+             "is kept: have the disk and the network seen to, and try again";
+    case engine::kErrorLock:
+      return "Another workstation or another program keeps the table or its index locked.  Nothing "
+             "is damaged: try again in a moment";
+    default:
+      return {};
+  }
 }
 
 std::string clsKVRData::DatabaseName(DataHandle data) const {

@@ -50,6 +50,7 @@ int clsKVRData::FinishAppend(DataHandle data, std::string_view unique_id_field, 
     if (!reported) ReportUpdateFailure(data, code);
     engine::d4changed(*table->data, 0);
   }
+  NoteLocked(*table, code);
   if (code == engine::kSuccess) TellWritten(data);
   int unlocked = quiet ? UnlockTheRecordSilent(data) : UnlockTheRecord(data);
   return Moved(*table, code != engine::kSuccess ? code : unlocked);
@@ -84,7 +85,9 @@ std::string clsKVRData::AdviceFor(int code) const {
   const std::string holder = engine_ ? engine::code4lockUserId(*engine_) : std::string();
   switch (code) {
     case engine::kLocked:
-      return "Another workstation holds the record.  Nothing was saved: try again in a moment.";
+      return "Another workstation or another program keeps " +
+             (locked_table_.empty() ? "a table" : locked_table_) +
+             " or a record of it locked.  Nothing was saved: try again in a moment.";
     case engine::kErrorCopying:
       return (holder.empty() ? "Another workstation" : holder) +
              " is making a copy of the data.  Nothing was saved: try again when the copy is done.";
@@ -103,6 +106,10 @@ std::string clsKVRData::AdviceFor(int code) const {
     default:
       return {};
   }
+}
+
+void clsKVRData::NoteLocked(const OpenTable& table, int code) {
+  if (code == engine::kLocked) locked_table_ = engine::d4alias(*table.data);
 }
 
 void clsKVRData::ReportUpdateFailure(DataHandle data, int code) {
@@ -138,6 +145,7 @@ bool clsKVRData::LockTheRecord(DataHandle data, bool no_prompt) {
   for (;;) {
     int code = Finish(engine::d4lockVB(*table->data, record));
     if (code == engine::kSuccess) return true;
+    NoteLocked(*table, code);
     if (code != engine::kLocked || no_prompt || UnitActive()) return false;
     const std::string holder = engine::code4lockUserId(*engine_);
     BoxAnswer answer =
@@ -183,6 +191,7 @@ int clsKVRData::RetryWhileLocked(DataHandle data, int (*step)(engine::Data4&), b
   }
   Finish(code);
   if (code == engine::kSuccess) return code;
+  NoteLocked(*table, code);
   engine::d4changed(*table->data, 0);
   if (!silent && !UnitActive()) ReportUpdateFailure(data, code);
   return code;

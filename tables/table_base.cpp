@@ -194,6 +194,8 @@ void TableBase::ReportOpenFailed(int code) {
     text += "\r\r" + lack_.text + ".  " + lack_.advice;
   } else if (layout_.of_suite && IsIndexDamage(code)) {
     text += "\r\r" + WhyNotOpen(code) + ".  " + SuiteIndexAdvice(name_);
+  } else if (const std::string advice(clsKVRData::StandstillAdvice(code)); !advice.empty()) {
+    text += "\r\r" + advice + ".";
   }
   home_.boxes.Critical(layout_.texts.open_title, text);
 }

@@ -97,6 +97,8 @@ class TableBase {
   bool Bottom(std::string_view tag);
   bool Skip(std::int64_t count = 1);
   bool GoTo(std::int32_t record);
+  // Whether the last step could not read: then that it reached no record does not mean that there is none.
+  bool ReadFailed() const { return failed_; }
   // Calls `visit` on each live record in record order, which no index can mislead, until it gives false. True
   // when the walk has come to the table's end: a record that cannot be read ends it too, after a message.
   template <class Visit>

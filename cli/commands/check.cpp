@@ -83,9 +83,9 @@ int ChangePosted(Office& office, const CheckArguments& arguments) {
     entries.push_back({"mnuEditRenumberCheck", {}});
     entries.push_back({"txtCheckNumber", arguments.new_number});
   }
-  const std::string changed = PostOnScreen(office, kChange.use, entries).key;
-  return ShowFields(office, *checks, !changed.empty() && checks->SeekNumber(changed),
-                    name + kChange.not_done);
+  const ScreenOutcome outcome = PostOnScreen(office, kChange.use, entries);
+  return ShowChanged(office, *checks, outcome, !outcome.key.empty() && checks->SeekNumber(outcome.key), name,
+                     kChange.not_done);
 }
 
 int Remove(Office& office, const CheckArguments& arguments) {

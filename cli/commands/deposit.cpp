@@ -83,7 +83,7 @@ int Clear(Office& office, const DepositArguments& arguments) {
   const std::string dated = StoredForm(arguments.dated);
   const std::string sequence = StoredSequence(arguments.sequence);
   const bool there = !dated.empty() && deposits->SeekDeposit(dated, sequence);
-  bool cleared = false;
+  ScreenOutcome outcome;
   if (there) {
     const DepositRecord deposit = deposits->Read();
     std::vector<TypedEntry> entries = {
@@ -95,10 +95,11 @@ int Clear(Office& office, const DepositArguments& arguments) {
     } else {
       entries.push_back({"cmdMarkAll", ""});
     }
-    cleared = !PostOnScreen(office, {"frmEditDepositsClear"}, entries).key.empty();
+    outcome = PostOnScreen(office, {"frmEditDepositsClear"}, entries);
   }
-  return ShowFields(office, *deposits, cleared && deposits->SeekDeposit(dated, sequence),
-                    NameOf(arguments) + (there ? " was not cleared" : " is not posted"));
+  return ShowChanged(office, *deposits, outcome,
+                     !outcome.key.empty() && deposits->SeekDeposit(dated, sequence), NameOf(arguments),
+                     there ? " was not cleared" : " is not posted");
 }
 
 int List(Office& office) {

@@ -20,7 +20,9 @@ void AddEntryOptions(CLI::App& command, std::span<const EntryOption> options,
 bool OpenOfBank(Office& office, TableBase& table, int* status) {
   Session* session = office.Open();
   if (table.Open(session->BankCode()) > 0) return true;
-  office.Out().Fail("The table " + table.Name() + " could not be opened");
+  const bool held = session->Data().OpenErrorCode() == engine::kErrorOpenRefused;
+  office.Out().Fail("The table " + table.Name() + " could not be opened" +
+                    (held ? ": " + std::string(kTableIsHeld) : ""));
   *status = kNoTables;
   return false;
 }
@@ -109,9 +111,20 @@ int ShowFields(Office& office, const TableBase& table, bool found, const std::st
 
 int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outcome, bool found,
                const std::string& name) {
-  office.Out().Set("posted", found);
-  if (found) office.Out().Line("posted");
-  return ShowFields(office, table, found, name + (outcome.taken ? " is posted already" : " was not posted"));
+  const bool posted = !outcome.key.empty();
+  office.Out().Set("posted", posted);
+  if (!posted) return office.Refuse(name + (outcome.taken ? " is posted already" : " was not posted"));
+  office.Out().Line("posted");
+  return ShowChanged(office, table, outcome, found, name, {});
+}
+
+int ShowChanged(Office& office, const TableBase& table, const ScreenOutcome& outcome, bool found,
+                const std::string& name, std::string_view not_done) {
+  if (outcome.key.empty()) return office.Refuse(name + std::string(not_done));
+  if (found) return ShowFields(office, table);
+  office.Stands(name + " could not be shown: " + table.Name() +
+                " can not be read now.  What was written stands: do not repeat it.");
+  return kDone;
 }
 
 int RemoveOnScreen(Office& office, ScreenUse use, const TypedEntry& number, const std::string& name,

@@ -74,8 +74,12 @@ int ShowFields(Office& office, const TableBase& table);
 // The same where it was found, else says that it was not. The exit status.
 int ShowFields(Office& office, const TableBase& table, bool found, const std::string& not_found);
 
-// Ends a posting command: `posted` and the fields of the current record where it was `found` behind the post,
-// else that the item of the `name` was not posted. The exit status.
+// Ends a command that changes a posted item on its screen: the fields of the current record where it was
+// `found` behind the change, which stands also where it was not, else that the item of the `name` was
+// `not_done`. The exit status.
+int ShowChanged(Office& office, const TableBase& table, const ScreenOutcome& outcome, bool found,
+                const std::string& name, std::string_view not_done);
+// The same for a command that posts an item, with `posted`.
 int ShowPosted(Office& office, const TableBase& table, const ScreenOutcome& outcome, bool found,
                const std::string& name);
 

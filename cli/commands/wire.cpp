@@ -50,9 +50,9 @@ int Clear(Office& office, const WireArguments& arguments) {
   const std::string name = "Wire " + Quoted(arguments.number);
   if (!wires->SeekNumber(arguments.number)) return office.Refuse(name + " is not posted");
   if (const std::string why = ClearingRefusal(wires->Read()); !why.empty()) return office.Refuse(why);
-  const bool cleared = !PostOnScreen(office, {kScreen}, WithNumber(arguments)).key.empty();
-  return ShowFields(office, *wires, cleared && wires->SeekNumber(arguments.number),
-                    name + " was not cleared");
+  const ScreenOutcome outcome = PostOnScreen(office, {kScreen}, WithNumber(arguments));
+  return ShowChanged(office, *wires, outcome, !outcome.key.empty() && wires->SeekNumber(outcome.key), name,
+                     " was not cleared");
 }
 
 int Remove(Office& office, const WireArguments& arguments) {

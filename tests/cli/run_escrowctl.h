@@ -40,8 +40,9 @@ class Escrowctl {
   RunResult RunPlain(const std::string& arguments) const {
     const std::string out = folder_.Platform("out.txt");
     const std::string err = folder_.Platform("err.txt");
-    const std::string line = "'" TALLWICK_BIN_DIR "/escrowctl' " + arguments + " >'" + out + "' 2>'" + err +
-                             "'" + (arguments.find('<') == std::string::npos ? " </dev/null" : "");
+    const std::string line = before + "'" TALLWICK_BIN_DIR "/escrowctl' " + arguments + " >'" + out +
+                             "' 2>'" + err + "'" +
+                             (arguments.find('<') == std::string::npos ? " </dev/null" : "");
     const int code = std::system(line.c_str());
     return {(code >> 8) & 0xFF, ReadWhole(out), ReadWhole(err)};
   }
@@ -49,6 +50,9 @@ class Escrowctl {
   std::string Data(const std::string& name = {}) const {
     return folder_.Platform(name.empty() ? "data" : "data/" + name);
   }
+  // Begins each shell's line, as "ulimit -f 800; ".
+  std::string before;
+
   // A file beside the company's folder.
   std::string Write(const std::string& name, const std::string& text) const {
     std::ofstream(folder_.Platform(name), std::ios::binary) << text;

@@ -160,5 +160,70 @@ TEST_F(ScriptContract, ScriptsNameBanksAndUsersWithBlanks) {
   EXPECT_LT(escrowctl_.Run("drive '" + longest + "'").err.size(), 400U);
 }
 
+// Nothing is written behind 800 blocks of 512 bytes: the demo's check table is longer, the journal is not.
+const char* const kLimit = "ulimit -f 800; trap '' XFSZ; ";
+const char* const kDemoItem =
+    " --dated 03/15/2024 --payee SMITH --amount 5 --file 24-0117 --period 12/15/2030";
+
+// A post stands once it is in the journal. Where the tables can not be written after that, nor read, it is told
+// as done, and no number is proposed from what was not read; a repeated command would post it twice.
+TEST(StandingPost, TellsAPostThatStandsAsPosted) {
+  Escrowctl escrowctl;
+  ASSERT_EQ(escrowctl.Run("demo").status, 0);
+  const std::string script = escrowctl.Write("post.txt", R"(open frmEditChecksPost Posting
+set txtCheckNumber 90002
+set txtCheckPayee SMITH
+set txtCheckAmount 5
+set txtCheckFileNumber 24-0117
+set txtCheckAcctPeriod 12/15/2030
+click cmdOk
+show txtCheckNumber txtCheckPayee lblLastCheckNumber
+)");
+  ASSERT_GT(ReadWhole(escrowctl.Data("ESCROW_CHECKS_FNT.DBF")).size(), 800U * 512);
+  const auto run = [&](const std::string& before, const std::string& arguments) {
+    escrowctl.before = before;
+    return escrowctl.Run("--json --bank FNT " + arguments);
+  };
+  const RunResult posted = run(kLimit, "check post 90001" + std::string(kDemoItem));
+  EXPECT_EQ(posted.status, 0) << posted.out;
+  EXPECT_EQ(posted.Json()["posted"], true) << posted.out;
+  EXPECT_NE(posted.err.find("do not post it again"), std::string::npos) << posted.err;
+  EXPECT_NE(posted.err.find("have the disk and the network seen to"), std::string::npos) << posted.err;
+  EXPECT_EQ(run("", "check show 90001").Json()["fields"]["CHXSTATUS"], "O");
+
+  EXPECT_EQ(run(kLimit, "check void 90001 --reason x --stmt 12/15/2030").status, 0);
+  EXPECT_EQ(run("", "check show 90001").Json()["fields"]["CHXSTATUS"], "V");
+
+  escrowctl.before = kLimit;
+  const RunResult driven = escrowctl.Run("--bank FNT drive '" + script + "'");
+  EXPECT_NE(driven.out.find("txtCheckNumber = \"\"\ntxtCheckPayee = \"\"\nlblLastCheckNumber = \"Last Check "
+                            "Number: not known\""),
+            std::string::npos)
+      << driven.out << driven.err;
+  EXPECT_EQ(run("", "check show 90002").Json()["fields"]["CHXSTATUS"], "O");
+}
+
+// A unit that waits because the disk refuses: a copy in the table's place would lose it, and nothing is said to be
+// done before it is.
+TEST(StandingPost, LetsAWaitingUnitWaitUntilTheDiskTakesIt) {
+  Escrowctl escrowctl;
+  ASSERT_EQ(escrowctl.Run("demo").status, 0);
+  escrowctl.before = kLimit;
+  ASSERT_EQ(escrowctl.Run("--bank FNT check post 90001" + std::string(kDemoItem)).status, 0);
+  const RunResult listed = escrowctl.Run("bank list");
+  EXPECT_EQ(listed.status, 3);
+  EXPECT_NE(listed.err.find("have the disk and the network seen to, and try again."), std::string::npos)
+      << listed.err;
+  for (const char* command : {"verify", "mend"}) {
+    const std::string said = escrowctl.Run(command).out;
+    EXPECT_NE(said.find("(-120).  The disk or the network refuses."), std::string::npos) << said;
+    EXPECT_EQ(said.find("Restore the table"), std::string::npos) << said;
+    EXPECT_EQ(said.find("Done:"), std::string::npos) << said;
+  }
+  escrowctl.before.clear();
+  EXPECT_NE(escrowctl.Run("mend").out.find("brings the waiting units to the tables"), std::string::npos);
+  EXPECT_EQ(escrowctl.Run("--bank FNT check show 90001").status, 0);
+}
+
 }  // namespace
 }  // namespace tallwick::testing

@@ -141,7 +141,8 @@ TEST_F(Mend, MendsFilesThatDoNotOpen) {
     std::string step;
   } kHarms[] = {
       {[&] { Patch("ESCROW_CHECKS_FNB.DBF", 4, "\x09"); },
-       "ESCROW_CHECKS_FNB: sets the record count to what the file holds; look its last records over.  It "
+       "ESCROW_CHECKS_FNB: sets the record count to what the file holds, without records of zero bytes at "
+       "its end; look its last records over.  It "
        "counts 9 records and holds 3: the last 6 are lost.  Restore the table from a copy if there is a good "
        "one; mending keeps what is left"},
       {[&] {
@@ -260,6 +261,22 @@ TEST_F(Mend, NamesWhatDoesNotFitTogether) {
           ::testing::StartsWith("ESCROW_WIRES_FNB: Tag WIRENUMBER is not made as this program"),
           ::testing::StartsWith("ESCROW_VOUCHERS_FNB: voucher 7 of file \"24-1\" is used by check 999,"),
           ::testing::StartsWith("ESCROW_DEPOSITS_FNB: deposit 20240315 1 counts 1 items and holds 2,")));
+}
+
+// A power cut can leave a file longer than what was written to it. Zero bytes would be records that stop every
+// figure; one that was written and not counted is kept.
+TEST_F(Mend, CountsNoRecordsOfZeroBytes) {
+  const TableHome& home = Leave();
+  const std::string whole = office_.ReadFile("ESCROW_CHECKS_FNB.DBF");
+  for (const bool one_uncounted : {false, true}) {
+    office_.WriteFile("ESCROW_CHECKS_FNB.DBF", whole + std::string(5000, '\0'));
+    if (one_uncounted) Patch("ESCROW_CHECKS_FNB.DBF", 4, "\x02");
+    const MendReport done = MendCompany(home);
+    ASSERT_EQ(done.steps.size(), 1U);
+    EXPECT_NE(done.steps[0].text.find("without records of zero bytes"), std::string::npos);
+    EXPECT_EQ(Texts(done.remains), Lines{});
+    EXPECT_EQ(office_.ReadFile("ESCROW_CHECKS_FNB.DBF"), whole);
+  }
 }
 
 TEST_F(Mend, IsRefusedWhileAnotherWorkstationIsIn) {

@@ -14,8 +14,10 @@ namespace {
 using testing::PostingScreenTest;
 
 constexpr const char* kInUse = "Information in use...\r\rIn use by FRONTDESK2 (process 4711)";
-constexpr const char* kAdvice =
-    "Another workstation holds the record.  Nothing was saved: try again in a moment.";
+std::string AdviceFor(const std::string& table) {
+  return "Another workstation or another program keeps " + table +
+         " or a record of it locked.  Nothing was saved: try again in a moment.";
+}
 
 // A screen, and another workstation with the same bank.
 template <class Screen>
@@ -67,12 +69,13 @@ TEST_F(LockedCheckTest, AVoucherInUseLeavesNoCheck) {
   Set("txtCheckVoucherNumber", "31");
   form_->Leave();
   office_.TakeTexts();
-  RefusesAndPostsLater({std::string("Failed to add check number 1\r\nError code = 50\r\n") + kAdvice},
-                       [this] {
-                         EXPECT_FALSE(tables_->checks.SeekNumber("1"));
-                         EXPECT_FALSE(Xrefs().SeekReference(CheckXref("24-0117", "FNB", "1")));
-                         theirs_->vouchers.Unlock();
-                       });
+  RefusesAndPostsLater(
+      {std::string("Failed to add check number 1\r\nError code = 50\r\n") + AdviceFor("ESCROW_VOUCHERS_FNB")},
+      [this] {
+        EXPECT_FALSE(tables_->checks.SeekNumber("1"));
+        EXPECT_FALSE(Xrefs().SeekReference(CheckXref("24-0117", "FNB", "1")));
+        theirs_->vouchers.Unlock();
+      });
   ASSERT_TRUE(tables_->vouchers.SeekNumber("31"));
   EXPECT_EQ(tables_->vouchers.Read().check_number, "1");
 }
@@ -87,8 +90,9 @@ TEST_F(LockedCheckTest, WhoChangesACheckInUseIsAskedToWait) {
   Set("txtCheckNumber", "1");
   Set("txtCheckPayee", "SMITH");
   office_.boxes.answers = {BoxAnswer::kRetry, BoxAnswer::kCancel};
-  RefusesAndPostsLater({kInUse, kInUse, std::string("Failed to update transaction...\r\n") + kAdvice},
-                       [this] { theirs_->checks.Unlock(); });
+  RefusesAndPostsLater(
+      {kInUse, kInUse, std::string("Failed to update transaction...\r\n") + AdviceFor("ESCROW_CHECKS_FNB")},
+      [this] { theirs_->checks.Unlock(); });
 }
 
 using LockedWireTest = LockedTest<FrmEditWiresPost>;
@@ -103,8 +107,9 @@ TEST_F(LockedWireTest, AWireInUse) {
   ASSERT_EQ(theirs_->wires.Lock(), 0);
   Set("txtWireNumber", "A");
   Set("txtWirePayee", "SMITH");
-  RefusesAndPostsLater({kInUse, std::string("Failed to update transaction...\r\n") + kAdvice},
-                       [this] { theirs_->wires.Unlock(); });
+  RefusesAndPostsLater(
+      {kInUse, std::string("Failed to update transaction...\r\n") + AdviceFor("ESCROW_WIRES_FNB")},
+      [this] { theirs_->wires.Unlock(); });
 }
 
 using LockedVoucherTest = LockedTest<FrmEditVouchersPost>;
@@ -116,11 +121,13 @@ TEST_F(LockedVoucherTest, ABankInUseLeavesNoVoucher) {
   ASSERT_EQ(banks.Lock(), 0);
   Set("txtVCHRFileNumber", "24-0117");
   Set("txtVCHRAmount", "10");
-  RefusesAndPostsLater({std::string("Failed to add voucher number 1\r\nError code = 50\r\n") + kAdvice}, [&] {
-    EXPECT_FALSE(tables_->vouchers.SeekNumber("1"));
-    EXPECT_FALSE(Xrefs().SeekReference(VoucherXref("24-0117", "FNB", "1")));
-    banks.Unlock();
-  });
+  RefusesAndPostsLater(
+      {std::string("Failed to add voucher number 1\r\nError code = 50\r\n") + AdviceFor("ESCROW_BANKS")},
+      [&] {
+        EXPECT_FALSE(tables_->vouchers.SeekNumber("1"));
+        EXPECT_FALSE(Xrefs().SeekReference(VoucherXref("24-0117", "FNB", "1")));
+        banks.Unlock();
+      });
   EXPECT_EQ(Bank().last_voucher, 1);
 }
 
@@ -135,8 +142,9 @@ TEST_F(LockedDepositTest, ADepositInUse) {
   ASSERT_EQ(theirs_->deposits.Lock(), 0);
   form_->Choose("lstDepositDates", 1);
   Set("txtSources", "SMITH", 1);
-  RefusesAndPostsLater({kInUse, std::string("Failed to update transaction...\r\n") + kAdvice},
-                       [this] { theirs_->deposits.Unlock(); });
+  RefusesAndPostsLater(
+      {kInUse, std::string("Failed to update transaction...\r\n") + AdviceFor("ESCROW_DEPOSITS_FNB")},
+      [this] { theirs_->deposits.Unlock(); });
 }
 
 }  // namespace
