@@ -28,6 +28,9 @@ FrmEditDepositsClear::FrmEditDepositsClear(Session& session, ScreenOpener* opene
     Add(ControlKind::kCheck, "chkCleared", "Cleared", item);
     for (const char* label : {"lblItems", "lblItemAmounts", "lblItemPeriods"})
       Add(ControlKind::kLabel, label, {}, item);
+    Add(ControlKind::kPeriod, "txtStmtPeriods", {}, item);
+    SetVisible("txtStmtPeriods", false, item);
+    SetEnabled("txtStmtPeriods", false, item);
   }
   for (std::string_view label : {"lblDepositStatus", "lblLastReconciled"}) {
     Add(ControlKind::kLabel, std::string(label));
@@ -126,7 +129,10 @@ void FrmEditDepositsClear::ShowDeposit(const DepositRecord& deposit) {
   loaded_ = deposit;
   current_item_ = 1;
   ShowKey();
-  for (int item = 1; item <= kDepositItems; ++item) ShowItem(item);
+  for (int item = 1; item <= kDepositItems; ++item) {
+    ShowItem(item);
+    KeepItemPeriod(deposit, item);
+  }
   SetCaption("lblDepositStatus", StateOf(deposit).text);
   KeepState();
   Audit(kAuditSnapshot, {});
@@ -137,6 +143,10 @@ void FrmEditDepositsClear::ShowNothing() {
   for (int item = 1; item <= kDepositItems; ++item) ShowItem(item);
   SetCaption("lblDepositStatus", "Not Posted");
   KeepState();
+}
+
+void FrmEditDepositsClear::KeepItemPeriod(const DepositRecord& deposit, int item) {
+  SetText("txtStmtPeriods", ShownValue(ItemOf(deposit, item).statement), item);
 }
 
 void FrmEditDepositsClear::ShowItem(int item) {
@@ -227,12 +237,20 @@ bool FrmEditDepositsClear::Post() {
       RewriteDeposit(tables_, session_.Company().xrefs, bank_code_, *loaded_, marked, SameReconciliation());
   if (!outcome.Done()) return SettleFailure(outcome);
   last_posted_ = marked.dated + marked.sequence;
-  Audit(kAuditSave, name);
+  AuditMarks(marked, name);
   RefreshRegister();
   session_.NotifyChanged(SessionChange::kPosted);
   ShowDeposit(marked);
   SetFocus("txtDepositDated");
   return true;
+}
+
+// The period in which lines are marked now is no value of the deposit: each line has its own, before and after.
+void FrmEditDepositsClear::AuditMarks(const DepositRecord& marked, const std::string& name) {
+  for (int item = 1; item <= kDepositItems; ++item) KeepItemPeriod(marked, item);
+  Control& typed = At("txtStmtPeriod");
+  typed.tag = typed.text;
+  Audit(kAuditSave, name);
 }
 
 // What another workstation has made of the deposit is shown; the marks are set anew by hand.

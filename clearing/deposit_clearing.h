@@ -48,6 +48,9 @@ class FrmEditDepositsClear : public PostingForm {
   void ShowDeposit(const DepositRecord& deposit);
   void ShowNothing();
   void ShowItem(int item);
+  // The stored statement period of the item, in a hidden control: for the audit trail, which looks at entries.
+  void KeepItemPeriod(const DepositRecord& deposit, int item);
+  void AuditMarks(const DepositRecord& marked, const std::string& name);
   bool MayMark(const DepositItem& item) const;
   bool MayChange();
   void MarkAll();

@@ -2,6 +2,7 @@
 
 #include "core/text.h"
 #include "maintenance/bank_trail.h"
+#include "maintenance/period_form.h"
 #include "maintenance/stray_tables.h"
 #include "shell/company_tables.h"
 #include "shell/rights.h"
@@ -103,7 +104,9 @@ std::string ChangeBankAccount(Session& session, std::string_view code,
   if (banks.Lock() != engine::kSuccess) return "The bank is in use at another workstation";
   clsKVRData& store = banks.Data();
   BankTrail trail(AuditTargetOf(session, code, false), session.Boxes(), store, banks.Handle());
+  const BankRecord before = banks.Read();
   std::string problem = Assign(banks, values);
+  if (problem.empty()) problem = PeriodFormRefusal(session.Home(), before, banks.Read());
   if (!problem.empty()) store.SetChangedFlag(banks.Handle(), false);
   const int result = problem.empty() ? store.WriteTheRecord(banks.Handle()) : 0;
   if (problem.empty() && result == 0) trail.Write();

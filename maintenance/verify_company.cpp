@@ -9,6 +9,7 @@
 #include "maintenance/verify_leftovers.h"
 #include "maintenance/verify_numbers.h"
 #include "maintenance/verify_references.h"
+#include "maintenance/verify_statuses.h"
 #include "maintenance/verify_table.h"
 #include "shell/lost_table.h"
 #include "tables/bank_code.h"
@@ -121,6 +122,7 @@ void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
     }
     VerifyNumbers(*table, problems);
   }
+  for (auto& [code, bank] : by_bank) VerifyStatuses(*bank, problems);
 }
 
 void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,

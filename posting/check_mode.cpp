@@ -60,6 +60,15 @@ std::string StatusRefusal(const CheckRecord& check, std::string_view status, con
   return NameOf(check) + " is marked " + Quoted(now) + ".  Set it outstanding first.";
 }
 
+std::string StatementRefusal(std::string_view status, const Period& accounting, const Period& statement) {
+  const auto* mode = std::find_if(std::begin(kModes), std::end(kModes), [&](const CheckMode& one) {
+    return !one.status.empty() && one.status == status;
+  });
+  if (mode == std::end(kModes) || MakeKey(statement) >= MakeKey(accounting)) return {};
+  return "Check posted to Accounting Period " + ShortForm(accounting) + " can not be " +
+         std::string(mode->done) + " in the Statement Period " + ShortForm(statement);
+}
+
 std::string RemovalRefusal(const CheckRecord& check, const BankRecord& bank) {
   if (std::string restricted = RestrictionOf(check, bank); !restricted.empty()) return restricted;
   if (check.status != "C") return {};

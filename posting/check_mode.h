@@ -30,6 +30,10 @@ std::string StatusWord(const CheckRecord& check);
 // Why the check cannot be given the status "C", "V", "S" or "O"; "" when it can.
 std::string StatusRefusal(const CheckRecord& check, std::string_view status, const BankRecord& bank);
 
+// Why a check that is posted to `accounting` cannot count as `status` ("C", "V" or "S") on the statement of an
+// earlier period, which no reconciliation could then meet; "" when it can, and for any other status.
+std::string StatementRefusal(std::string_view status, const Period& accounting, const Period& statement);
+
 // Why the check cannot be removed or renumbered; "" when it can.
 std::string RemovalRefusal(const CheckRecord& check, const BankRecord& bank);
 

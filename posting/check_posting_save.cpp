@@ -69,6 +69,7 @@ bool FrmEditChecksPost::MayPost(Period* accounting) {
   const std::string_view new_status = Is(CheckMode::Kind::kVoiding) ? mode_->status : "O";
   const CheckCase check{Entries(),
                         loaded_ ? loaded_->status : std::string(new_status),
+                        loaded_ ? loaded_->statement : Period{},
                         bank_,
                         *accounting,
                         valid,
@@ -95,10 +96,8 @@ bool FrmEditChecksPost::MayUseStatement(CheckRecord* check) {
         {"txtCheckStmtPeriod",
          "Statement period " + typed + " has been reconciled.  Enter the period of a later statement."});
   }
-  if (MakeKey(check->statement) < MakeKey(check->accounting)) {
-    return Passes({"txtCheckStmtPeriod", "Check posted to Accounting Period " + ShortForm(check->accounting) +
-                                             " can not be " + std::string(mode_->done) +
-                                             " in the Statement Period " + typed});
+  if (!Passes({"txtCheckStmtPeriod", StatementRefusal(mode_->status, check->accounting, check->statement)})) {
+    return false;
   }
   return Passes(
       {"txtCheckReason", TextProblem("Reason", Text("txtCheckReason"), WidthOf(kCheckLayout, "ChxsReason"))});

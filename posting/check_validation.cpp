@@ -1,6 +1,7 @@
 #include "posting/check_validation.h"
 
 #include "core/text.h"
+#include "posting/check_mode.h"
 #include "posting/file_number.h"
 #include "posting/item_number.h"
 #include "posting/reconciled_rule.h"
@@ -39,10 +40,16 @@ std::string PeriodIsOpen(const CheckCase& check) {
          " - It has been reconciled.";
 }
 
+// The period of a voided or stopped check can still be moved, but not behind the statement that has the check.
+std::string PeriodIsOfItsStatement(const CheckCase& check) {
+  if (!check.period_valid || !check.period_enabled || check.statement.IsEmpty()) return {};
+  return StatementRefusal(check.status, check.period, check.statement);
+}
+
 constexpr CheckTest kTests[] = {
     {FileIsGiven, "txtCheckFileNumber"},        {FileIsNotVoid, "txtCheckFileNumber"},
     {FileIsKnown, "txtCheckFileNumber", false}, {PeriodIsGiven, "txtCheckAcctPeriod"},
-    {PeriodIsOpen, "txtCheckAcctPeriod"},
+    {PeriodIsOpen, "txtCheckAcctPeriod"},       {PeriodIsOfItsStatement, "txtCheckAcctPeriod"},
 };
 
 }  // namespace

@@ -17,6 +17,7 @@ namespace tallwick {
 struct CheckCase {
   EntryText text;
   std::string status;  // of the check: "V" for a voided one
+  Period statement;    // in which a posted check got its status; empty where it has none
   const BankRecord& bank;
   Period period;                  // as parsed
   bool period_valid = false;      // it is one of the bank's form

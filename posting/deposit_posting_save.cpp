@@ -42,6 +42,7 @@ bool FrmEditDepositsPost::MayPost() {
                       Rows(),
                       {},
                       false,
+                      date && SequencesOf(tables_.deposits, StoredDate(*date)).Next() > kLastSequence,
                       loaded_.has_value(),
                       loaded_ ? loaded_->accounting : Period{},
                       bank_,

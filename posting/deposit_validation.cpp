@@ -22,6 +22,7 @@ DepositFinding DateIsGiven(const DepositCase& deposit) {
 
 DepositFinding SequenceIsGiven(const DepositCase& deposit) {
   if (!Trim(deposit.sequence).empty()) return {};
+  if (deposit.sequences_used) return {AllSequencesUsed(StoredDate(*deposit.date)), "txtDepositDated"};
   return {"Sequence Number Required ...", "txtDateSequence"};
 }
 
@@ -55,18 +56,19 @@ DepositFinding PeriodIsGood(const DepositCase& deposit) {
   return {"Accounting Period is bad or missing.", "txtDepositAcctPeriod"};
 }
 
-// A new deposit is refused; who changes one that exists is asked. It stays in its period, unless that can not
-// be read.
+// Who changes a deposit of a reconciled period is asked; it stays in its period, unless that can not be read.
+// Nothing comes into a reconciled period, neither a new deposit nor one that is posted to an open one.
 DepositFinding PeriodIsOpen(const DepositCase& deposit) {
   const bool closed = IsReconciled(deposit.period, deposit.bank);
   const bool was_closed = deposit.posted && IsReconciled(deposit.posted_period, deposit.bank);
-  if (!closed && !was_closed) return {};
-  const Period& period = closed ? deposit.period : deposit.posted_period;
-  if (deposit.posted)
+  if (was_closed) {
+    const Period& period = closed ? deposit.period : deposit.posted_period;
     return {ReconciledQuestion(period), "txtDepositAcctPeriod", 0, DepositFinding::Kind::kQuestion};
-  return {
-      "May NOT post deposits to the accounting period " + ShortForm(period) + " , it has been reconciled.",
-      "txtDepositAcctPeriod"};
+  }
+  if (!closed) return {};
+  return {"May NOT post deposits to the accounting period " + ShortForm(deposit.period) +
+              " , it has been reconciled.",
+          "txtDepositAcctPeriod"};
 }
 
 // --- What cannot be stored as it was typed ---

@@ -34,10 +34,11 @@ struct DepositCase {
   std::string sequence;
   std::optional<Date> date;  // as parsed; none for what is no date
   std::vector<DepositRow> rows;
-  Period period;              // as parsed
-  bool period_valid = false;  // it is one of the bank's form
-  bool posted = false;        // the deposit exists already
-  Period posted_period;       // of the deposit as it was loaded
+  Period period;                // as parsed
+  bool period_valid = false;    // it is one of the bank's form
+  bool sequences_used = false;  // no sequence is free on `date`
+  bool posted = false;          // the deposit exists already
+  Period posted_period;         // of the deposit as it was loaded
   const BankRecord& bank;
   // Whether the office knows a file number; empty = not to be tested.
   std::function<bool(const std::string&)> on_file;

@@ -48,7 +48,10 @@ std::string AmountProblem(std::string_view label, std::string_view text, int wid
   const std::optional<Currency> amount = Currency::ParseTyped(text);
   if (!amount) return Problem(label, Quoted(Trim(text)) + " is not an amount.  Type it like 1,250.00.");
   if (amount->IsNegative())
-    return Problem(label, Quoted(Trim(text)) + " is negative.  Type it without the minus.");
+    return Problem(label,
+                   Quoted(Trim(text)) +
+                       " is negative.  Amounts have no minus: post what goes out as a check or a wire, "
+                       "what comes in as a deposit.");
   if (*amount > GreatestAmount(width)) {
     return Problem(label, Quoted(Trim(text)) + " is too large.  The greatest amount is " +
                               AmountText(GreatestAmount(width)) + ".");

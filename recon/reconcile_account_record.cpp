@@ -12,6 +12,16 @@
 
 namespace tallwick {
 
+namespace {
+
+// The sign takes a place of its own.
+bool BankHolds(Currency balance) {
+  const int width = WidthOf(kBankLayout, "BANKBEGBAL");
+  return balance.Abs() <= GreatestAmount(balance.IsNegative() ? width - 1 : width);
+}
+
+}  // namespace
+
 bool FrmReconcileAccount::MayWrite() {
   if (!TransactionsOpen(session_)) {
     Boxes().Exclaim(Caption(), kTransactionsLocked);
@@ -44,6 +54,14 @@ bool FrmReconcileAccount::Update() {
     Refuse("The account is not balanced: nothing was updated.  Look for the difference of " +
                AmountText(results_.difference) + ", compute again, then update.",
            "txtBankStatementBalance");
+    return false;
+  }
+  if (!BankHolds(results_.ending_balance)) {
+    Refuse(
+        "Ending Check Book Balance " + AmountText(results_.ending_balance) +
+            " is more than a bank record holds as BANKBEGBAL: nothing was updated.  Look for the amount that "
+            "is too large.",
+        "txtBeginningCheckBookBalance");
     return false;
   }
   const std::string failure = RecordReconciliation(

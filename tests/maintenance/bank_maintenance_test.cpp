@@ -98,6 +98,49 @@ TEST_F(BankMaintenanceTest, ABankFindsTransactionsOnlyWhenThatIsWanted) {
   }
 }
 
+// Open items in the old form would be in no period any more, and a reconciled month would not close its days.
+TEST_F(BankMaintenanceTest, TheFormOfPeriodsStaysWhileItemsAreOpen) {
+  BankTables tables(office_.session->Home());
+  ASSERT_TRUE(tables.Open("FNB"));
+  ASSERT_EQ(Change({{"BANKACCTDA", "15"}}), "");
+  ASSERT_EQ(Change({{"BANKDTETYP", "1"}}), "");
+  ASSERT_EQ(Change({{"BANKDTETYP", "0"}, {"BANKACCTDA", "0"}}), "") << "without items as one likes";
+  CheckRecord check;
+  check.number = "10";
+  check.accounting = {3, 0, 2024};
+  check.status = "C";
+  check.statement = {4, 0, 2024};
+  ASSERT_EQ(tables.checks.Add(check), 0);
+  DepositRecord deposit;
+  deposit.accounting = {2, 0, 2024};
+  deposit.items[0] = {"1", "24-0117", "SMITH", Currency::FromCents(10'00), {5, 0, 2024}, "C"};
+  ASSERT_EQ(tables.deposits.Add(deposit), 0);
+  tables.Close();
+  const struct {
+    const char* reconciled;  // month of 2024
+    std::vector<FieldAssignment> change;
+    const char* refusal;
+  } cases[] = {
+      {"2", {{"BANKACCTDA", "15"}, {"BANKDTETYP", "1"}}, "record 1 of ESCROW_CHECKS_FNB"},
+      {"2", {{"BANKACCTDA", "15"}}, "record 1 of ESCROW_CHECKS_FNB"},
+      {"2", {{"BANKDTETYP", "1"}}, "record 1 of ESCROW_CHECKS_FNB"},
+      {"3", {{"BANKACCTDA", "15"}}, "record 1 of ESCROW_CHECKS_FNB"},
+      {"4", {{"BANKACCTDA", "15"}}, "record 1 of ESCROW_DEPOSITS_FNB"},
+      {"2", {{"BANKACCTMO", "4"}}, ""},
+      {"5", {{"BANKACCTDA", "15"}}, "BANKRECODA is 0"},
+      {"5", {{"BANKACCTDA", "15"}, {"BANKRECODA", "31"}}, ""},
+  };
+  for (const auto& one : cases) {
+    ASSERT_EQ(Change({{"BANKRECOMO", one.reconciled}}), "");
+    const std::optional<BankRecord> before = office_.session->Company().banks.Find("FNB");
+    const std::string told = Change(one.change);
+    const std::string wanted = one.refusal;
+    EXPECT_EQ(told.empty(), wanted.empty()) << told;
+    EXPECT_NE(told.find(wanted), std::string::npos) << told;
+    EXPECT_EQ(before == office_.session->Company().banks.Find("FNB"), !wanted.empty());
+  }
+}
+
 TEST_F(BankMaintenanceTest, AsksForTheRightAndTheBank) {
   ASSERT_TRUE(office_.AddBank("SAV", "Savings"));
   AddUser("keeper", "User", {"SAV"});

@@ -27,6 +27,7 @@ class Mend : public ::testing::Test {
       check.number = number;
       check.file_number = "24-1";
       check.amount = Currency::FromCents(12345);
+      check.status = "O";
       ASSERT_EQ(bank.checks.Add(check), 0);
       ASSERT_EQ(Xrefs().Add(CheckXref("24-1", "FNB", number)), 0);
     }
@@ -344,6 +345,55 @@ TEST_F(Mend, NamesNumbersThatAreNone) {
   EXPECT_TRUE(problems[0].text.starts_with("CHXAMOUNT holds \"12a45.00\", which is no number"));
   EXPECT_TRUE(problems[1].text.starts_with("DEPOAMT2 holds \"nan\"")) << problems[1].text;
   EXPECT_FALSE(problems[0].IsMendable());
+}
+
+// Every figure counts them in its own way. What a table may hold of other programs is no finding.
+TEST_F(Mend, NamesStatusesThatAreNone) {
+  {
+    BankTables bank(office_.session->Home());
+    ASSERT_TRUE(bank.Open("FNB"));
+    const struct {
+      const char* number;
+      const char* status;
+      Period statement;
+    } changes[] = {{"101", "v", {3, 0, 2024}}, {"102", "V", {}}, {"103", "", {}}};
+    for (const auto& change : changes) {
+      ASSERT_TRUE(bank.checks.SeekNumber(change.number));
+      CheckRecord check = bank.checks.Read();
+      check.status = change.status;
+      check.statement = change.statement;
+      ASSERT_EQ(bank.checks.Update(check), 0);
+    }
+    ASSERT_TRUE(bank.deposits.SeekDeposit("20240315", "1"));
+    DepositRecord deposit = bank.deposits.Read();
+    deposit.items[1].status = "X";
+    ASSERT_EQ(bank.deposits.Update(deposit), 0);
+    for (const char* status : {"", "C", "V"}) {
+      WireRecord wire;
+      wire.number = std::string("W") + status;
+      wire.file_number = "24-1";
+      wire.status = status;
+      ASSERT_EQ(bank.wires.Add(wire), 0);
+      ASSERT_EQ(Xrefs().Add(WireXref("24-1", "FNB", wire.number)), 0);
+    }
+  }
+  const TableHome& home = Leave();
+  const std::string corrected = ": compare the record with the paper and the bank's statement, and correct ";
+  const Lines wanted{
+      "ESCROW_CHECKS_FNB: CHXSTATUS holds the status \"v\", which is none of H, O, C, V and S" + corrected +
+          "CHXSTATUS with \"escrowctl table set ESCROW_CHECKS_FNB 1\"",
+      "ESCROW_CHECKS_FNB: CHXSTATUS is \"V\", but no statement period says since when" + corrected +
+          "CHXSTMTMO, CHXSTMTDA and CHXSTMTYR with \"escrowctl table set ESCROW_CHECKS_FNB 2\"",
+      "ESCROW_CHECKS_FNB: CHXSTATUS holds the status \"\", which is none of H, O, C, V and S" + corrected +
+          "CHXSTATUS with \"escrowctl table set ESCROW_CHECKS_FNB 3\"",
+      "ESCROW_DEPOSITS_FNB: DEPOSTAT2 holds the status \"X\", which is none of O and C" + corrected +
+          "DEPOSTAT2 with \"escrowctl table set ESCROW_DEPOSITS_FNB 1\"",
+      "ESCROW_WIRES_FNB: WIRESTATUS holds the status \"V\", which is none of O and C" + corrected +
+          "WIRESTATUS with \"escrowctl table set ESCROW_WIRES_FNB 3\""};
+  EXPECT_EQ(Texts(VerifyCompany(home)), wanted);
+  const MendReport done = MendCompany(home);
+  EXPECT_TRUE(done.steps.empty());
+  EXPECT_EQ(Texts(done.remains), wanted);
 }
 
 }  // namespace

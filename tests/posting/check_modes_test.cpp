@@ -42,6 +42,15 @@ TEST_F(CheckModesTest, AVoidKeepsItsReasonAndFreesItsVoucher) {
               HasSubstr("[TX: Void Check][REFERENCE: 10][LOGIN: jdoe][COMPUTER: FRONTDESK2]\r\n[VOID] 10"));
   EXPECT_EQ(Seen(*form_, "txtCheckNumber"), "") << "ready for the next one";
 
+  OpenIn(Kind::kPosting);
+  Set("txtCheckNumber", "10");
+  Set("txtCheckAcctPeriod", "4/2024");
+  EXPECT_EQ(Refusal(),
+            "Check posted to Accounting Period 4-2024 can not be voided in the Statement Period 3-2024");
+  EXPECT_EQ(form_->Focus()->name, "txtCheckAcctPeriod");
+  EXPECT_EQ(Stored("10").accounting, (Period{3, 0, 2024}));
+
+  OpenIn(Kind::kVoiding);
   Set("txtCheckNumber", "10");
   form_->Leave();
   EXPECT_EQ(Refusal(), "Check 10 is marked \"Voided\" already.");

@@ -228,6 +228,35 @@ TEST_F(DepositPostingTest, AReconciledOrClearedDepositIsGuarded) {
   EXPECT_EQ(Stored("20240315", "1")->items[1].source, "JONES");
 }
 
+TEST_F(DepositPostingTest, NoDepositMovesIntoAReconciledPeriod) {
+  OpenOffice();
+  SetRow(1, "24-0117", "1");
+  Post();
+  Show("3/15/2024", "1");
+  Set("txtDepositAcctPeriod", "1/2024");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("1-2024 has been reconciled...",
+                          "May NOT post deposits to the accounting period 1-2024 , it has been reconciled."));
+  EXPECT_EQ(Stored("20240315", "1")->accounting, (Period{3, 0, 2024}));
+}
+
+TEST_F(DepositPostingTest, ADateWithoutAFreeSequenceSaysSo) {
+  OpenOffice();
+  DepositRecord deposit;
+  deposit.dated = "20240315";
+  for (int sequence = 1; sequence <= kLastSequence; ++sequence) {
+    deposit.sequence = std::to_string(sequence);
+    ASSERT_EQ(tables_->deposits.Add(deposit), 0);
+  }
+  OpenForm();
+  SetRow(1, "24-0117", "1");
+  form_->Click("cmdOk");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre("All 99 sequence numbers of 03-15-2024 are used.  Type another date."));
+  EXPECT_EQ(form_->Focus()->name, "txtDepositDated");
+}
+
 TEST_F(DepositPostingTest, AnotherWorkstationIsNeverOverwritten) {
   OpenOffice();
   SetRow(1, "24-0117", "1");

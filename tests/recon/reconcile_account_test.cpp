@@ -57,6 +57,24 @@ class ReconcileTest : public PostingScreenTest<FrmReconcileAccount> {
   }
 };
 
+TEST_F(ReconcileTest, ABalanceThatNoBankRecordHoldsIsNamedAsOnTheScreen) {
+  OpenOffice();
+  DepositRecord deposit;
+  deposit.dated = "20240301";
+  deposit.sequence = "1";
+  deposit.accounting = {3, 0, 2024};
+  deposit.items[0] = {"1", "24-0117", "X", Currency::FromCents(10'00), {}, "O"};
+  ASSERT_EQ(tables_->deposits.Add(deposit), 0);
+  Set("txtStatementDate", "3/2024");
+  for (const char* control : {"txtBankStatementBalance", "txtBeginningCheckBookBalance"})
+    Set(control, "99,999,999,999.99");
+  form_->Click("cmdUpdateBankRecord");
+  EXPECT_THAT(office_.TakeTexts(),
+              ElementsAre(HasSubstr("Ending Check Book Balance 100,000,000,009.99 is more than a bank record "
+                                    "holds as BANKBEGBAL: nothing was updated.")));
+  EXPECT_EQ(Bank().reconciled, (Period{1, 0, 2024}));
+}
+
 // The passes decode bytes; here the records are read whole, field by field.
 TEST_F(ReconcileTest, ThePassesCountWhatTheTablesHold) {
   OpenOffice();
