@@ -433,6 +433,28 @@ TEST_F(CheckModesTest, AnAddressChangedElsewhereIsTheOneThatIsUsed) {
   EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), "4 Newest Street");
 }
 
+TEST_F(CheckModesTest, AnotherPayeeDoesNotKeepTheAddressThatWasLookedUp) {
+  OpenOffice();
+  PayeeBook book(office_.session->Company().agent);
+  book.Keep({"LAKESIDE TITLE", "1 Lake Street", "", ""});
+  book.Keep({"LUCAS COUNTY", "2 Court House", "", ""});
+  const struct {
+    const char *typed, *address, *expected;  // the address is typed over the one looked up, unless null
+  } cases[] = {{"Smith", nullptr, ""},
+               {"Lucas County", nullptr, "2 Court House"},
+               {"Lakeside Title ", nullptr, "1 Lake Street"},
+               {"Smith", "3 Own Road", "3 Own Road"}};
+  for (const auto& one : cases) {
+    OpenForm();
+    Set("txtCheckPayee", "lake");
+    form_->Choose("txtCheckPayee", 1);
+    if (one.address != nullptr) Set("txtCheckAddr1", one.address);
+    Set("txtCheckPayee", one.typed);
+    form_->Leave();
+    EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), one.expected) << one.typed;
+  }
+}
+
 TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {
   OpenOffice();
   AgentTable& agents = office_.session->Company().agent;
