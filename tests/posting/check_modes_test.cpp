@@ -455,6 +455,16 @@ TEST_F(CheckModesTest, AnotherPayeeDoesNotKeepTheAddressThatWasLookedUp) {
   }
 }
 
+TEST_F(CheckModesTest, PayeesAreFoundByTheirNamesFirst) {
+  OpenOffice();
+  PayeeBook book(office_.session->Company().agent);
+  const Payee address{"ADAMS", "5 Lake Street", "", ""};
+  const Payee within{"GREAT LAKES BANK", "", "", "Toledo"};
+  const Payee begins{"LAKESIDE TITLE", "", "", ""};
+  for (const Payee& payee : {address, within, begins}) book.Keep(payee);
+  EXPECT_THAT(book.Search("lake"), ElementsAre(begins, within, address));
+}
+
 TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {
   OpenOffice();
   AgentTable& agents = office_.session->Company().agent;
