@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/bound_widget.h"
 #include "ui/style.h"
 #include "ui/window_memory.h"
 
@@ -229,6 +230,7 @@ bool RegisterView::eventFilter(QObject* watched, QEvent* event) {
       StartSearch(false);
       return true;
     }
+    if (TypesWithAlt(*key)) return true;
   }
   return QWidget::eventFilter(watched, event);
 }
