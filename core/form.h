@@ -112,6 +112,8 @@ class Form {
     // Long work waits that may be done in slices. True when the face will call WorkOn until it gives false,
     // and lets the person do other things in between; false when the form is to do all of it now.
     virtual bool TakesWork() { return false; }
+    // True where a person types. A script has what it types and needs no question before that is thrown away.
+    virtual bool IsTypedByHand() { return false; }
   };
 
   Form(std::string name, MessageBoxes& boxes);
@@ -184,6 +186,7 @@ class Form {
   // The same without a box, for a refusal whose message has been shown already.
   void MarkRefused(std::string_view control, int index = 0);
   MessageBoxes& Boxes() { return boxes_; }
+  bool IsTypedByHand() { return face_ != nullptr && face_->IsTypedByHand(); }
   bool StopAsked() { return face_ != nullptr && face_->StopAsked(); }
   const std::string& Text(std::string_view name, int index = 0);
   // Has the face call OnWork until it gives false, or does so at once where the face does not.

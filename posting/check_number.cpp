@@ -72,6 +72,7 @@ void FrmEditChecksPost::OpenNumber(const std::string& number) {
 
 void FrmEditChecksPost::ShowCheck(const CheckRecord& check) {
   loaded_ = check;
+  ForgetFilled();
   for (const CheckEntryField& entry : CheckEntryFields()) {
     SetText(entry.control, ShownEntry(entry, check));
   }
@@ -118,6 +119,7 @@ void FrmEditChecksPost::ClearEntries() {
   seen_voucher_.reset();
   filled_amount_.clear();
   filled_payee_.clear();
+  ForgetFilled();
   ShowState();
   KeepState();
 }

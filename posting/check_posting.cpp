@@ -87,6 +87,7 @@ void FrmEditChecksPost::OnLeave(Control& control) {
   if (control.name == "txtCheckStmtPeriod") {
     SetText(control.name, FormattedEntry(control.kind, control.text, bank_.accounting.day));
   }
+  PayeePostingForm::OnLeave(control);
   if (control.name == kNumber) LookUpNumber();
   if (control.name == "txtCheckVoucherNumber") LookUpVoucher();
 }

@@ -108,12 +108,22 @@ std::vector<std::string> PayeeBook::Offers(std::string_view text, std::size_t mo
 std::vector<Payee> PayeeBook::Search(std::string_view text) const {
   const std::string wanted = KeyOf(text);
   std::vector<Payee> found;
+  std::vector<Payee> by_name;
+  std::vector<Payee> by_address;
   for (const Entry& entry : entries_) {
     const Payee& payee = entry.payee;
-    const std::string all =
-        entry.key + "\n" + UpperKey(payee.address1 + "\n" + payee.address2 + "\n" + payee.city_state);
-    if (all.find(wanted) != std::string::npos) found.push_back(payee);
+    const std::size_t in_name = entry.key.find(wanted);
+    if (in_name == 0) {
+      found.push_back(payee);
+    } else if (in_name != std::string::npos) {
+      by_name.push_back(payee);
+    } else if (UpperKey(payee.address1 + "\n" + payee.address2 + "\n" + payee.city_state).find(wanted) !=
+               std::string::npos) {
+      by_address.push_back(payee);
+    }
   }
+  found.insert(found.end(), by_name.begin(), by_name.end());
+  found.insert(found.end(), by_address.begin(), by_address.end());
   return found;
 }
 

@@ -39,7 +39,8 @@ class PayeeBook {
   const Payee* Find(std::string_view name);
   // Names that begin with the text, in order, at most `most`; none for a blank text.
   std::vector<std::string> Offers(std::string_view text, std::size_t most) const;
-  // Payees with the text anywhere in name or address, in order of the name; all for a blank text.
+  // Payees with the text anywhere in name or address: first those whose name begins with it, then those whose
+  // name has it, then the others, each in order of the name; all for a blank text.
   std::vector<Payee> Search(std::string_view text) const;
   // Remembers the payee, or its new address. A payee without an address keeps the one known. Failures stay
   // without a word: the list is a help, no record of money.

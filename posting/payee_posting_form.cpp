@@ -2,6 +2,7 @@
 
 #include "core/text.h"
 #include "shell/company_tables.h"
+#include "tables/keys.h"
 
 namespace tallwick {
 namespace {
@@ -31,6 +32,16 @@ void PayeePostingForm::OnChange(Control& control) {
   PostingForm::OnChange(control);
 }
 
+// Another payee that is typed over the one that was looked up does not get the check at that one's address.
+void PayeePostingForm::OnLeave(Control& control) {
+  if (control.name != entries_.name || !filled_.HasAddress()) return;
+  const Payee shown{filled_.name, Text(entries_.address1), Text(entries_.address2),
+                    Text(entries_.city_state)};
+  if (shown != filled_ || UpperKey(Trim(control.text)) == UpperKey(filled_.name)) return;
+  const Payee* known = payees_.Find(control.text);
+  ShowAddress(known != nullptr ? Payee(*known) : Payee());
+}
+
 // An offer comes with its address.
 void PayeePostingForm::OnChoose(Control& control) {
   if (control.name != entries_.name) return;
@@ -43,13 +54,16 @@ void PayeePostingForm::OnClick(Control& control) {
 }
 
 void PayeePostingForm::ShowPayee(const Payee& payee) {
-  const auto show = [this](std::string_view entry, const std::string& text) {
-    if (!entry.empty()) SetText(entry, text);
-  };
-  show(entries_.name, payee.name);
-  show(entries_.address1, payee.address1);
-  show(entries_.address2, payee.address2);
-  show(entries_.city_state, payee.city_state);
+  SetText(entries_.name, payee.name);
+  ShowAddress(payee);
+}
+
+void PayeePostingForm::ShowAddress(const Payee& payee) {
+  if (entries_.address1.empty()) return;
+  SetText(entries_.address1, payee.address1);
+  SetText(entries_.address2, payee.address2);
+  SetText(entries_.city_state, payee.city_state);
+  filled_ = payee;
 }
 
 bool PayeePostingForm::UsePayee(std::size_t row) {

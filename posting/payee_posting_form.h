@@ -13,7 +13,7 @@
 
 namespace tallwick {
 
-// The entries that a payee fills; "" for an address line that the screen has not.
+// The entries that a payee fills; "" for the address lines of a screen that has none.
 struct PayeeEntries {
   std::string_view name;
   std::string_view address1 = {};
@@ -30,20 +30,25 @@ class PayeePostingForm : public PostingForm {
   void AddPayeeLookUp();
   // Remembers a payee to whom something was posted.
   void KeepPayee(const Payee& payee) { payees_.Keep(payee); }
+  // The entries hold another item: their address is its own.
+  void ForgetFilled() { filled_ = {}; }
   void OpenPayees() { OpenLookUp(entries_.name); }
 
   // The screen's events, as far as they concern payees.
   void OnOpen() override { payees_.Refresh(); }
   void OnChange(Control& control) override;
+  void OnLeave(Control& control) override;
   void OnChoose(Control& control) override;
   void OnClick(Control& control) override;
 
  private:
   void ShowPayee(const Payee& payee);
+  void ShowAddress(const Payee& payee);
   bool UsePayee(std::size_t row);
 
   const PayeeEntries entries_;
   PayeeBook payees_;
+  Payee filled_;  // whose address has been filled in
   std::shared_ptr<PayeeRows> rows_ = std::make_shared<PayeeRows>();
 };
 

@@ -10,6 +10,7 @@
 
 #include "print/page_renderer.h"
 #include "print/pdf_document.h"
+#include "print/preview_dialog.h"
 #include "print/printer_result.h"
 
 namespace tallwick {
@@ -19,13 +20,14 @@ bool QtDocumentPrinter::Preview(const PrintDocument& document) {
   SetPaper(document, printer);
   printer.setDocName(QString::fromStdString(document.name));
   QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
-  dialog.resize(960, 760);
-  dialog.setWindowTitle(QString::fromStdString(document.name));
+  bool saved = false;
+  DressPreview(dialog, document.name, [&] { saved = SavePdf(document) || saved; });
   bool drawn = false;
   QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
                    [&](QPrinter* device) { drawn = DrawDocument(document, *device); });
   // The dialog is accepted only by its print button, when the pages have been drawn for paper.
-  return dialog.exec() == QDialog::Accepted && ((drawn && HasTaken(printer)) || Refused(document.name));
+  const bool printed = dialog.exec() == QDialog::Accepted;
+  return (printed && ((drawn && HasTaken(printer)) || Refused(document.name))) || saved;
 }
 
 bool QtDocumentPrinter::Print(const PrintDocument& document) {

@@ -8,6 +8,7 @@
 #include <QPrinterInfo>
 #include <QSettings>
 
+#include "print/preview_dialog.h"
 #include "print/printer_result.h"
 #include "print/sheet_renderer.h"
 
@@ -56,8 +57,7 @@ SheetEnd QtSheetPrinter::Preview(const SheetMaker& make) {
   const SheetDocument document = Prepare(printer, make, 0);
   printer.setCopyCount(document.prints);
   QPrintPreviewDialog dialog(&printer, QApplication::activeWindow());
-  dialog.resize(960, 760);
-  dialog.setWindowTitle(QString::fromStdString(document.name));
+  DressPreview(dialog, document.name);
   bool sent = false;
   bool taken = false;
   QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter* device) {

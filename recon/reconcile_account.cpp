@@ -174,8 +174,11 @@ void FrmReconcileAccount::SetEntriesOpen(bool open) {
 }
 
 void FrmReconcileAccount::ClearEntries() {
-  for (const ReconEntryLook& look : kReconEntryLooks) SetText(look.control, {});
-  SetText("txtBeginningCheckBookBalance", ShownValue(bank_.beginning_balance));
+  for (const ReconEntryLook& look : kReconEntryLooks) SetText(look.control, FirstText(look.control));
+}
+
+std::string FrmReconcileAccount::FirstText(std::string_view entry) const {
+  return entry == "txtBeginningCheckBookBalance" ? ShownValue(bank_.beginning_balance) : std::string();
 }
 
 void FrmReconcileAccount::ChangeStatement() {

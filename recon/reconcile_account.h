@@ -68,7 +68,9 @@ class FrmReconcileAccount : public ReportForm {
   void Forget();
   void ChangeStatement();  // the date was changed
   void SetEntriesOpen(bool open);
-  void ClearEntries();  // to those that a reconciliation begins with
+  void ClearEntries();                                  // to those that a reconciliation begins with
+  std::string FirstText(std::string_view entry) const;  // of one that was cleared
+  bool MayDropEntries();  // asks about what was typed; false when the person wants to go on with it
   void ShowResults();
   void ShowList(std::string_view control);
   void ShowFiles();

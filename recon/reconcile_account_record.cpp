@@ -1,6 +1,9 @@
 // The reconcile screen's writing side: updating the bank record, taking the last reconciliation back, the
 // report, and the questions on leaving.
 
+#include <algorithm>
+#include <iterator>
+
 #include "audit/audit_trail.h"
 #include "core/text.h"
 #include "posting/entry_fields.h"
@@ -153,9 +156,19 @@ bool FrmReconcileAccount::AskOnLeaving(std::string_view warning, std::string_vie
   return answer != BoxAnswer::kCancel;
 }
 
+bool FrmReconcileAccount::MayDropEntries() {
+  const bool typed = std::any_of(
+      std::begin(kReconEntryLooks), std::end(kReconEntryLooks),
+      [this](const ReconEntryLook& look) { return Text(look.control) != FirstText(look.control); });
+  if (!typed || !IsTypedByHand()) return true;
+  return Boxes().Show({BoxIcon::kQuestion, Caption(),
+                       "The figures entered are not in the bank record.\r\rClose without them ?",
+                       BoxButtons::kYesNo, BoxAnswer::kNo}) == BoxAnswer::kYes;
+}
+
 bool FrmReconcileAccount::OnClose() {
   if (working_) return false;
-  if (!findings_ || !results_.IsBalanced()) return true;
+  if (!findings_ || !results_.IsBalanced()) return MayDropEntries();
   bool yes = false;
   if (!updated_) {
     if (!AskOnLeaving("WARNING - Account Reconciled but NOT Updated...", "Update now?", &yes)) return false;

@@ -61,29 +61,60 @@ QString WithoutSigns(QString text) {
 }
 
 // Keys that are no business of the offers go on to the field, with whatever listens there, as if none were
-// shown: Enter while no offer is marked, and the function keys.
+// shown: Enter while no offer is marked, the function keys, and what is pressed with Alt, Ctrl or Meta. An
+// offer that is marked stands in the field and is taken with them. Esc leaves what was typed.
 class KeysPastOffers : public QObject {
  public:
-  KeysPastOffers(QCompleter& completer, QLineEdit& edit)
-      : QObject(&completer), popup_(*completer.popup()), edit_(edit) {
+  KeysPastOffers(QCompleter& completer, QLineEdit& edit, const Control& control)
+      : QObject(&completer),
+        completer_(completer),
+        popup_(*completer.popup()),
+        edit_(edit),
+        control_(control) {
     popup_.installEventFilter(this);
   }
 
  protected:
   bool eventFilter(QObject*, QEvent* event) override {
+    // The window hears of its own keys before the offers do.
+    if (event->type() == QEvent::ShortcutOverride) {
+      const auto& key = *static_cast<QKeyEvent*>(event);
+      if (IsEsc(key)) {
+        event->accept();
+        return true;
+      }
+      if (IsCommand(key)) Leave();
+    }
     if (event->type() != QEvent::KeyPress) return false;
-    const int key = static_cast<QKeyEvent*>(event)->key();
-    const bool enter = key == Qt::Key_Return || key == Qt::Key_Enter;
-    const bool function = key >= Qt::Key_F1 && key <= Qt::Key_F12;
-    if (!function && (!enter || popup_.currentIndex().isValid())) return false;
-    popup_.hide();
+    const auto& key = *static_cast<QKeyEvent*>(event);
+    if (IsEsc(key)) {
+      popup_.hide();
+      edit_.setText(WithSigns(QString::fromStdString(control_.text)));
+      return true;
+    }
+    const bool enter = key.key() == Qt::Key_Return || key.key() == Qt::Key_Enter;
+    const bool function = key.key() >= Qt::Key_F1 && key.key() <= Qt::Key_F12;
+    if (!function && !IsCommand(key) && (!enter || popup_.currentIndex().isValid())) return false;
+    Leave();
     QCoreApplication::sendEvent(&edit_, event);
     return true;
   }
 
  private:
+  static bool IsEsc(const QKeyEvent& key) { return key.matches(QKeySequence::Cancel); }
+  static bool IsCommand(const QKeyEvent& key) {
+    return (key.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)) != 0;
+  }
+  void Leave() {
+    const QModelIndex marked = popup_.currentIndex();
+    popup_.hide();
+    if (marked.isValid()) emit completer_.activated(marked.data().toString());
+  }
+
+  QCompleter& completer_;
   QAbstractItemView& popup_;
   QLineEdit& edit_;
+  const Control& control_;
 };
 
 class BoundLineEdit : public BoundWidget {
@@ -133,7 +164,7 @@ class BoundLineEdit : public BoundWidget {
     completer->setModel(offers_);
     completer->setCaseSensitivity(Qt::CaseInsensitive);
     edit_.setCompleter(completer);
-    new KeysPastOffers(*completer, edit_);  // the completer's child
+    new KeysPastOffers(*completer, edit_, control);  // the completer's child
     const auto choose = [this, &control, &events](const QString& text) {
       const auto row = offers_->stringList().indexOf(text);
       if (row >= 0) events.RowChosen(control, static_cast<int>(row) + 1);
@@ -440,6 +471,13 @@ std::unique_ptr<BoundWidget> BindWidget(QObject& object, const Control& control,
     return std::make_unique<BoundCommand>(*action, control, events);
   if (auto* widget = qobject_cast<QWidget*>(&object)) return std::make_unique<BoundPlain>(*widget);
   return nullptr;
+}
+
+bool TypesWithAlt(const QKeyEvent& key) {
+  constexpr Qt::KeyboardModifiers kOthers =
+      Qt::ControlModifier | Qt::MetaModifier | Qt::GroupSwitchModifier;  // AltGr comes as one of these
+  const bool alt_alone = key.modifiers().testFlag(Qt::AltModifier) && (key.modifiers() & kOthers) == 0;
+  return alt_alone && !key.text().isEmpty() && key.text().front().isPrint();
 }
 
 QString ShownText(std::string_view text) {

@@ -8,6 +8,8 @@
 
 #include "core/form.h"
 
+class QKeyEvent;
+
 namespace tallwick {
 
 // Receives what the user did.
@@ -39,6 +41,10 @@ class BoundWidget {
 // The binding that fits the object's class; null for an object that shows nothing. The control, the object
 // and `events` must outlive it.
 std::unique_ptr<BoundWidget> BindWidget(QObject& object, const Control& control, WidgetEvents& events);
+
+// A sign pressed with Alt, and not with AltGr: a command. One that names nothing is not to be typed into the
+// entry that holds the cursor, where it would replace what is selected.
+bool TypesWithAlt(const QKeyEvent& key);
 
 // A message's or a label's text with its line breaks ("\r", "\r\n") as Qt wants them.
 QString ShownText(std::string_view text);

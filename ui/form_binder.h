@@ -85,6 +85,7 @@ class FormBinder : public QObject, private Form::Face, private WidgetEvents {
   void Closed() override;
   bool StopAsked() override;
   bool TakesWork() override;
+  bool IsTypedByHand() override { return true; }
 
   void TextTyped(const Control& control, const QString& text) override;
   void CheckSet(const Control& control, int value) override;

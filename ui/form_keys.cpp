@@ -99,7 +99,7 @@ bool FormBinder::HandleKey(QWidget& widget, const QKeyEvent& key) {
       PassKey("F4");
       return true;
     default:
-      return false;
+      return TypesWithAlt(key);
   }
 }
 

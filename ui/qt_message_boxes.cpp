@@ -18,6 +18,7 @@ namespace {
 
 constexpr int kPictureSize = 40;
 constexpr int kWidestText = 560;
+constexpr int kTitleButtons = 120;
 constexpr qsizetype kLongestLine = 400;
 
 using Pair = std::pair<BoxAnswer, QMessageBox::StandardButton>;
@@ -81,9 +82,11 @@ QString WithShortLines(const QString& text) {
 }
 
 // Lines are broken where the message breaks them, unless one is too long for any screen. A short text leaves
-// room for the title above it, to which the picture adds what the system's buttons there take.
+// room for the title above it, which the system draws in bold letters between its buttons.
 void FitText(QMessageBox& shown) {
-  int widest = shown.fontMetrics().horizontalAdvance(shown.windowTitle());
+  QFont title_font = shown.font();
+  title_font.setBold(true);
+  int widest = QFontMetrics(title_font).horizontalAdvance(shown.windowTitle()) + kTitleButtons;
   for (const QString& line : shown.text().split('\n')) {
     widest = std::max(widest, shown.fontMetrics().horizontalAdvance(line));
   }

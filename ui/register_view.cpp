@@ -7,6 +7,7 @@
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "ui/bound_widget.h"
 #include "ui/style.h"
 #include "ui/window_memory.h"
 
@@ -143,14 +144,15 @@ void RegisterView::StartSearch(bool next) {
   SetStyleProperty(*box_, "refused", false);
   ShowCount();
   const QString text = box_->text().trimmed();
-  if (text.isEmpty()) search_origin_.reset();
+  const bool goes_on = text.startsWith(wanted_.text) || wanted_.text.startsWith(text);
+  if (text.isEmpty() || !goes_on) search_origin_.reset();
   if (text.isEmpty() || model_->rowCount() == 0) return;
   wanted_ = {text, Currency::ParseTyped(text.toStdString())};
-  const int marked = std::max(table_->currentIndex().row(), 0);
+  const int marked = table_->currentIndex().row();  // -1 where none is
   if (next) {
     search_origin_ = marked + 1;
   } else {
-    if (!search_origin_) search_origin_ = marked;
+    if (!search_origin_) search_origin_ = std::max(marked, 0);
     if (const std::optional<int> row = IndexedRow()) return EndSearch(row);
   }
   search_from_ = *search_origin_;
@@ -199,6 +201,7 @@ void RegisterView::EndSearch(std::optional<int> found) {
     table_->scrollTo(model_->index(*found, 0), QAbstractItemView::PositionAtCenter);
     return;
   }
+  table_->selectionModel()->clear();
   SetStyleProperty(*box_, "refused", true);
   totals_->setText(tr("No row holds \"%1\".").arg(box_->text().trimmed()));
 }
@@ -227,6 +230,7 @@ bool RegisterView::eventFilter(QObject* watched, QEvent* event) {
       StartSearch(false);
       return true;
     }
+    if (TypesWithAlt(*key)) return true;
   }
   return QWidget::eventFilter(watched, event);
 }

@@ -43,8 +43,8 @@ class RegisterView : public QWidget {
   void MarkHeading(const QString& command);
   const QStringList& HeadingCommands() const { return heading_commands_; }
 
-  // Typing in the box searches downwards from the row that was marked when it began, and marks what it finds;
-  // Enter goes on to the next, Down chooses the row, Esc ends the search.
+  // Typing in the box searches downwards from the row that was marked when the text was begun, and marks what
+  // it finds, or nothing; Enter goes on to the next, Down chooses the row, Esc ends the search.
   void SearchFrom(QLineEdit* box);
 
   QTableView& Table() { return *table_; }
@@ -86,7 +86,7 @@ class RegisterView : public QWidget {
     QString text;
     std::optional<Currency> amount;  // that the text may mean
   } wanted_;
-  // The row marked before the typing began; behind the last match since Enter.
+  // The row marked before this text was begun; behind the last match since Enter.
   std::optional<int> search_origin_;
   int search_from_ = 0;  // the row with which the search began
   int searched_ = 0;     // rows looked at since

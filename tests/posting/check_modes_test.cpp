@@ -442,6 +442,38 @@ TEST_F(CheckModesTest, AnAddressChangedElsewhereIsTheOneThatIsUsed) {
   EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), "4 Newest Street");
 }
 
+TEST_F(CheckModesTest, AnotherPayeeDoesNotKeepTheAddressThatWasLookedUp) {
+  OpenOffice();
+  PayeeBook book(office_.session->Company().agent);
+  book.Keep({"LAKESIDE TITLE", "1 Lake Street", "", ""});
+  book.Keep({"LUCAS COUNTY", "2 Court House", "", ""});
+  const struct {
+    const char *typed, *address, *expected;  // the address is typed over the one looked up, unless null
+  } cases[] = {{"Smith", nullptr, ""},
+               {"Lucas County", nullptr, "2 Court House"},
+               {"Lakeside Title ", nullptr, "1 Lake Street"},
+               {"Smith", "3 Own Road", "3 Own Road"}};
+  for (const auto& one : cases) {
+    OpenForm();
+    Set("txtCheckPayee", "lake");
+    form_->Choose("txtCheckPayee", 1);
+    if (one.address != nullptr) Set("txtCheckAddr1", one.address);
+    Set("txtCheckPayee", one.typed);
+    form_->Leave();
+    EXPECT_EQ(Seen(*form_, "txtCheckAddr1"), one.expected) << one.typed;
+  }
+}
+
+TEST_F(CheckModesTest, PayeesAreFoundByTheirNamesFirst) {
+  OpenOffice();
+  PayeeBook book(office_.session->Company().agent);
+  const Payee address{"ADAMS", "5 Lake Street", "", ""};
+  const Payee within{"GREAT LAKES BANK", "", "", "Toledo"};
+  const Payee begins{"LAKESIDE TITLE", "", "", ""};
+  for (const Payee& payee : {address, within, begins}) book.Keep(payee);
+  EXPECT_THAT(book.Search("lake"), ElementsAre(begins, within, address));
+}
+
 TEST_F(CheckModesTest, PayeesAreKeptOnceAndFoundAgain) {
   OpenOffice();
   AgentTable& agents = office_.session->Company().agent;

@@ -92,5 +92,58 @@ TEST_F(CheckWindowTest, PayeesAreOfferedWhileTypedAndListed) {
   EXPECT_EQ(Focus(), "txtCheckPayee");
 }
 
+// Pressed as the window system does it: the window's own keys come before those of the list. Here the window is
+// not active any more when a list has closed.
+TEST_F(CheckWindowTest, CommandsGoPastTheOffers) {
+  const auto press = [this](Qt::Key key, Qt::KeyboardModifiers held = {}) {
+    QTest::keyClick(Window(kChecks).windowHandle(), key, held);
+  };
+  QAbstractItemView* offers = Get<QLineEdit>("txtCheckPayee")->completer()->popup();
+  Enter("txtCheckPayee", "smi");
+  ASSERT_TRUE(offers->isVisible());
+  press(Qt::Key_A, Qt::AltModifier);
+  EXPECT_FALSE(offers->isVisible());
+  EXPECT_EQ(Text("txtCheckPayee"), "smi");
+  Activate(kChecks);
+  press(Qt::Key_A, Qt::AltModifier);
+  EXPECT_EQ(Focus(), "txtCheckAmount");
+
+  // What is marked stands in the field already.
+  Enter("txtCheckPayee", "smi");
+  press(Qt::Key_Down);
+  press(Qt::Key_A, Qt::AltModifier);
+  Activate(kChecks);
+  EXPECT_EQ(Text("txtCheckPayee"), "SMITH TITLE CO");
+  EXPECT_EQ(Text("txtCheckAddr1"), "12 Main Street");
+
+  Enter("txtCheckPayee", "smi");
+  press(Qt::Key_Down);
+  press(Qt::Key_Escape);
+  EXPECT_FALSE(offers->isVisible());
+  Activate(kChecks);
+  EXPECT_EQ(Text("txtCheckPayee"), "smi");
+  EXPECT_THAT(office_.TakeTexts(), IsEmpty()) << "one Esc, one step back";
+  PutCursor(kChecks, "txtCheckAmount");
+  press(Qt::Key_Escape);
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre("Save Changes?"));
+}
+
+TEST_F(CheckWindowTest, AltWithALetterThatNamesNothingTypesNothing) {
+  Enter("txtCheckPayee", "JONES");
+  PutCursor(kChecks, "txtCheckAmount");
+  PutCursor(kChecks, "txtCheckPayee");
+  for (const Qt::KeyboardModifiers held :
+       std::initializer_list<Qt::KeyboardModifiers>{Qt::AltModifier, Qt::AltModifier | Qt::ShiftModifier}) {
+    QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_J, 'j', held);
+    EXPECT_EQ(Text("txtCheckPayee"), "JONES");
+  }
+  QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_Q, '@',
+                      Qt::AltModifier | Qt::ControlModifier);
+  EXPECT_EQ(Text("txtCheckPayee"), "@") << "AltGr types";
+  PutCursor(kChecks, "boxFind");
+  QTest::sendKeyEvent(QTest::Click, QApplication::focusWidget(), Qt::Key_J, 'j', Qt::AltModifier);
+  EXPECT_EQ(Text("boxFind"), "");
+}
+
 }  // namespace
 }  // namespace tallwick

@@ -90,6 +90,26 @@ TEST_F(ReconcileWindowTest, RefusesADateAndKeepsAReconciledAccountOpen) {
               ElementsAre("WARNING - Account Reconciled but NOT Updated...\r\rUpdate now?"));
 }
 
+TEST_F(ReconcileWindowTest, FiguresThatWereTypedAreNotThrownAwayUnasked) {
+  const auto escape = [this](BoxAnswer answer) {
+    office_.boxes.answers = {answer};
+    QTest::keyClick(&Find<QLineEdit>("txtStatementDate"), Qt::Key_Escape);
+    return desktop_->Find(kReconcile) == nullptr;
+  };
+  const char* question = "The figures entered are not in the bank record.\r\rClose without them ?";
+  for (const char* field : {"txtBeginningCheckBookBalance", "txtBankStatementBalance"}) {
+    PutCursor(kReconcile, field);
+  }
+  EXPECT_TRUE(escape(BoxAnswer::kNo));
+  EXPECT_TRUE(office_.TakeTexts().empty()) << "nothing was typed";
+  Open(kReconcile, {});
+  Fill("txtBankStatementBalance", "10");
+  EXPECT_FALSE(escape(BoxAnswer::kNo));
+  Click("cmdCompute");
+  EXPECT_TRUE(escape(BoxAnswer::kYes));
+  EXPECT_THAT(office_.TakeTexts(), ElementsAre(question, question));
+}
+
 TEST_F(ReconcileWindowTest, EnterGoesOnUntilTheStatementsBalanceIsThere) {
   auto& date = Find<QLineEdit>("txtStatementDate");
   date.setFocus(Qt::TabFocusReason);
