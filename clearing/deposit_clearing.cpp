@@ -238,8 +238,7 @@ bool FrmEditDepositsClear::Post() {
   if (!outcome.Done()) return SettleFailure(outcome);
   last_posted_ = marked.dated + marked.sequence;
   AuditMarks(marked, name);
-  RefreshRegister();
-  session_.NotifyChanged(SessionChange::kPosted);
+  TellPosted();
   ShowDeposit(marked);
   SetFocus("txtDepositDated");
   return true;
