@@ -70,7 +70,8 @@ void FrmEditWiresPost::OnOpen() {
 
 void FrmEditWiresPost::OnLeave(Control& control) {
   ItemPostingForm::OnLeave(control);
-  if (IsEntry(control) && !loaded_ && !viewing_) ShowDestination();
+  const bool period = control.name == "txtWireAcctPeriod" || control.name == "txtWireStmtPeriod";
+  if (period && !loaded_) ShowDestination();
 }
 
 // A new wire is cleared at once where a statement period is typed: Enter passes that entry before it posts.
@@ -121,7 +122,7 @@ void FrmEditWiresPost::ShowBeside(const WireRecord* wire) {
                                                 Text("txtWireAcctPeriod") + " .");
 }
 
-// Behind the number it is told what the periods come to, typed or not.
+// Once the periods have been typed it is known whether the wire will be cleared.
 void FrmEditWiresPost::ShowDestination() {
   const std::string& statement = Text("txtWireStmtPeriod");
   SetCaption("lblEditMessage",

@@ -37,13 +37,6 @@ TEST_F(WirePostingTest, AWireIsPostedAndClearedInOneStep) {
   EXPECT_EQ(Seen(*form_, "lblWireStatus"), "Not Posted");
   EXPECT_EQ(Seen(*form_, "lblEditMessage"),
             "\r\nTransaction will be posted to and cleared in the period 3-2024 .");
-  Set("txtWireNumber", "FED-0417");
-  form_->Enter("txtWireDated");
-  EXPECT_EQ(Seen(*form_, "lblEditMessage"),
-            "\r\nTransaction will be posted to and cleared in the period 3-2024 .");
-  form_->Enter("txtWirePayee");
-  EXPECT_EQ(Seen(*form_, "lblEditMessage"),
-            "\r\nTransaction will be posted to the Accounting Period 3-2024 and stay outstanding.");
   Enter("FED-0417");
   Set("txtWireControl", "JD");
   Post();
