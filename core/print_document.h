@@ -45,7 +45,7 @@ class DocumentPrinter {
  public:
   virtual ~DocumentPrinter() = default;
   // Each asks the user what it needs to know, and reports its own failures. True when the document went where
-  // it was sent (a preview: when it was printed from there); false also when the user thought better of it.
+  // it was sent (a preview: when it was printed or saved from there); false also when the user thought better of it.
   virtual bool Preview(const PrintDocument& document) = 0;
   virtual bool Print(const PrintDocument& document) = 0;
   virtual bool SavePdf(const PrintDocument& document) = 0;

@@ -14,12 +14,6 @@ bool HasDays(const BankRecord& bank) {
   return bank.accounting.day != 0;
 }
 
-// The date advance takes the form from the type: one that is not of the form of now would change it.
-bool ChangesForm(const BankRecord& before, const BankRecord& after) {
-  if (HasDays(before) != HasDays(after)) return true;
-  return before.date_type != after.date_type && (after.date_type != 0) != HasDays(after);
-}
-
 std::vector<PackedPeriod> PeriodsOf(const BankTables& bank, const TableBase& table, PackedFields& fields) {
   if (&table == &bank.checks) return {fields.FindPeriod("CHXACCT"), fields.FindPeriod("CHXSTMT")};
   if (&table == &bank.wires) return {fields.FindPeriod("WIREACCT"), fields.FindPeriod("WIRESTMT")};
@@ -31,11 +25,13 @@ std::vector<PackedPeriod> PeriodsOf(const BankTables& bank, const TableBase& tab
 
 struct Standing {
   bool any = false;
-  std::int32_t open = 0;  // a record with a period behind the last reconciliation; 0 = none
+  std::int32_t open = 0;  // a record that could be in no period any more; 0 = none
 };
 
-// Nullopt after a message when the table cannot be read.
-std::optional<Standing> StandingOf(const BankTables& bank, TableBase& table, const Period& reconciled) {
+// A period behind the last reconciliation must have the form to come, with `days` or without. Nullopt after a
+// message when the table cannot be read.
+std::optional<Standing> StandingOf(const BankTables& bank, TableBase& table, const Period& reconciled,
+                                   bool days) {
   PackedFields fields(table);
   const std::vector<PackedPeriod> periods = PeriodsOf(bank, table, fields);
   const auto closed_through = reconciled.IsEmpty() ? 0 : MakeKey(reconciled);
@@ -44,7 +40,8 @@ std::optional<Standing> StandingOf(const BankTables& bank, TableBase& table, con
     standing.any = true;
     for (const PackedPeriod& place : periods) {
       const Period period = PeriodIn(record, place);
-      if (!period.IsEmpty() && MakeKey(period) > closed_through) standing.open = number;
+      const bool fits = period.IsEmpty() || (period.day != 0) == days;
+      if (!fits && MakeKey(period) > closed_through) standing.open = number;
     }
   });
   if (end != PassEnd::kDone) return std::nullopt;
@@ -54,21 +51,22 @@ std::optional<Standing> StandingOf(const BankTables& bank, TableBase& table, con
 }  // namespace
 
 std::string PeriodFormRefusal(const TableHome& home, const BankRecord& before, const BankRecord& after) {
-  if (!ChangesForm(before, after)) return {};
+  if (HasDays(before) == HasDays(after)) return {};
   BankTables bank(home);
   bool any = false;
   for (TableBase* table : {static_cast<TableBase*>(&bank.checks), static_cast<TableBase*>(&bank.deposits),
                            static_cast<TableBase*>(&bank.wires)}) {
     const std::string code = TrimmedBankCode(before.code);
     if (!table->Exists(code)) continue;
-    const std::optional<Standing> standing =
-        table->OpenQuietly(code, false) > 0 ? StandingOf(bank, *table, before.reconciled) : std::nullopt;
+    const std::optional<Standing> standing = table->OpenQuietly(code, false) > 0
+                                                 ? StandingOf(bank, *table, before.reconciled, HasDays(after))
+                                                 : std::nullopt;
     if (!standing) {
-      return "BANKACCTDA and BANKDTETYP stay as they are: whether " + table->Name() +
+      return "BANKACCTDA stays as it is: whether " + table->Name() +
              " has open periods cannot be read.  Verify the company";
     }
     if (standing->open != 0) {
-      return "BANKACCTDA and BANKDTETYP stay as they are: periods would change between months and days, and "
+      return "BANKACCTDA stays as it is: periods would change between months and days, and "
              "record " +
              std::to_string(standing->open) + " of " + table->Name() +
              " is of a period that no reconciliation has closed.  Reconcile the account through its last "
@@ -78,8 +76,7 @@ std::string PeriodFormRefusal(const TableHome& home, const BankRecord& before, c
   }
   if (!any || !HasDays(after) || after.reconciled.IsEmpty() || after.reconciled.day != 0) return {};
   return "BANKRECODA is 0, so the days of the reconciled month would be open again.  Set it to the last day "
-         "of "
-         "that month along with BANKACCTDA and BANKDTETYP";
+         "of that month along with BANKACCTDA";
 }
 
 }  // namespace tallwick

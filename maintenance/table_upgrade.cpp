@@ -49,6 +49,8 @@ class LayoutCopy {
     RemoveNew();
     fresh_ = data_.CreateDatabase(New(".DBF"), table_.layout->fields, table_.layout->tags);
     int code = fresh_ > 0 ? CopyRecords() : data_.LastErrorCode();
+    // Without a new table the old one must not go.
+    if (fresh_ <= 0 && code == engine::kSuccess) code = engine::kErrorCreate;
     const bool drops_fields = FieldsFallAway();
     if (fresh_ > 0) data_.CloseDatabase(fresh_);
     old.Close();

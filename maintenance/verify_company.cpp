@@ -122,7 +122,10 @@ void ExaminedCompany::VerifyTables(std::vector<CompanyProblem>* problems) {
     }
     VerifyNumbers(*table, problems);
   }
-  for (auto& [code, bank] : by_bank) VerifyStatuses(*bank, problems);
+  for (auto& [code, bank] : by_bank) {
+    const std::optional<BankRecord> record = IsTrusted(banks) ? banks.Find(code) : std::nullopt;
+    VerifyStatuses(*bank, record ? record->reconciled : Period{}, problems);
+  }
 }
 
 void VerifyStrayTables(const ExaminedCompany& company, const TableHome& home,

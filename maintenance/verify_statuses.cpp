@@ -49,16 +49,20 @@ class Findings {
   std::int64_t found_ = 0;
 };
 
-void VerifyChecks(TableBase& checks, std::vector<CompanyProblem>* problems) {
+// A void or stop of a reconciled period is in no figure any more.
+void VerifyChecks(TableBase& checks, const Period& reconciled, std::vector<CompanyProblem>* problems) {
   Findings findings(checks, problems);
   PackedFields fields(checks);
   const PackedField status = fields.Find("CHXSTATUS", 'C');
+  const PackedPeriod accounting = fields.FindPeriod("CHXACCT");
   const PackedPeriod statement = fields.FindPeriod("CHXSTMT");
+  const auto closed_through = reconciled.IsEmpty() ? 0 : MakeKey(reconciled);
   PassOver(checks, fields, checks.Name(), {}, [&](RecordView record, std::int32_t number) {
     const char letter = StatusIn(status.Text(record));
     if (std::string_view("HOCVS").find(letter) == std::string_view::npos) {
       findings.AddUnknown(number, "CHXSTATUS", status.Text(record), "H, O, C, V and S");
-    } else if ((letter == 'V' || letter == 'S') && PeriodIn(record, statement).IsEmpty()) {
+    } else if ((letter == 'V' || letter == 'S') && PeriodIn(record, statement).IsEmpty() &&
+               MakeKey(PeriodIn(record, accounting)) > closed_through) {
       findings.AddNoStatement(number, {&letter, 1});
     }
   });
@@ -78,24 +82,19 @@ void VerifyWires(TableBase& wires, std::vector<CompanyProblem>* problems) {
 void VerifyDeposits(TableBase& deposits, std::vector<CompanyProblem>* problems) {
   struct Line {
     std::string name;  // of the status
-    PackedField file, source, amount, status;
-    bool IsUsed(RecordView record) const {
-      return !IsBlank(file.Text(record)) || !IsBlank(source.Text(record)) ||
-             !MoneyIn(amount.Text(record)).IsZero();
-    }
+    PackedField amount, status;
   };
   Findings findings(deposits, problems);
   PackedFields fields(deposits);
   std::array<Line, kDepositItems> lines;
   for (std::size_t i = 0; i < lines.size(); ++i) {
     const std::string item = std::to_string(i + 1);
-    lines[i] = {"DEPOSTAT" + item, fields.Find("DEPOFILE" + item, 'C'), fields.Find("DEPOSRC" + item, 'C'),
-                fields.Find("DEPOAMT" + item, 'N'), fields.Find("DEPOSTAT" + item, 'C')};
+    lines[i] = {"DEPOSTAT" + item, fields.Find("DEPOAMT" + item, 'N'), fields.Find("DEPOSTAT" + item, 'C')};
   }
   PassOver(deposits, fields, deposits.Name(), {}, [&](RecordView record, std::int32_t number) {
     for (const Line& line : lines) {
       const char letter = StatusIn(line.status.Text(record));
-      if (letter == 'O' || letter == 'C' || !line.IsUsed(record)) continue;
+      if (letter == 'O' || letter == 'C' || MoneyIn(line.amount.Text(record)).IsZero()) continue;
       findings.AddUnknown(number, line.name, line.status.Text(record), "O and C");
     }
   });
@@ -103,8 +102,8 @@ void VerifyDeposits(TableBase& deposits, std::vector<CompanyProblem>* problems) 
 
 }  // namespace
 
-void VerifyStatuses(BankTables& bank, std::vector<CompanyProblem>* problems) {
-  if (bank.checks.IsOpen()) VerifyChecks(bank.checks, problems);
+void VerifyStatuses(BankTables& bank, const Period& reconciled, std::vector<CompanyProblem>* problems) {
+  if (bank.checks.IsOpen()) VerifyChecks(bank.checks, reconciled, problems);
   if (bank.deposits.IsOpen()) VerifyDeposits(bank.deposits, problems);
   if (bank.wires.IsOpen()) VerifyWires(bank.wires, problems);
 }

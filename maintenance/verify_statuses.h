@@ -10,8 +10,8 @@
 namespace tallwick {
 
 // Looks at every live record of those tables of the bank that are open: for a status that is none, and for a
-// void or stop without the statement period in which it counts. Of many problems of a table the first are
+// void or stop behind the last reconciliation without the statement period in which it counts. Of many problems of a table the first are
 // named and the others counted.
-void VerifyStatuses(BankTables& bank, std::vector<CompanyProblem>* problems);
+void VerifyStatuses(BankTables& bank, const Period& reconciled, std::vector<CompanyProblem>* problems);
 
 }  // namespace tallwick

@@ -120,6 +120,7 @@ class FrmEditDepositsPost : public PostingForm {
   bool SettleFailure(const PostOutcome& outcome, const DepositRecord& deposit);
   bool SettleElsewhere(const DepositRecord& deposit);
   void AfterWriting();
+  void BeginNext();
   void PrintSlip();
 
   const bool viewing_;

@@ -23,7 +23,7 @@ bool FrmEditDepositsPost::Post() {
         Boxes().Show({BoxIcon::kQuestion, Caption(), "No line is left in this deposit.  Remove it?",
                       BoxButtons::kYesNo, BoxAnswer::kNo});
     if (answer != BoxAnswer::kYes || !RemovePosted()) return false;
-    AfterWriting();
+    BeginNext();
     return true;
   }
   if (loaded_ && deposit == *loaded_) {
@@ -42,7 +42,8 @@ bool FrmEditDepositsPost::MayPost() {
                       Rows(),
                       {},
                       false,
-                      date && SequencesOf(tables_.deposits, StoredDate(*date)).Next() > kLastSequence,
+                      date && Trim(Text("txtDateSequence")).empty() &&
+                          SequencesOf(tables_.deposits, StoredDate(*date)).Next() > kLastSequence,
                       loaded_.has_value(),
                       loaded_ ? loaded_->accounting : Period{},
                       bank_,
@@ -228,6 +229,10 @@ bool FrmEditDepositsPost::SettleElsewhere(const DepositRecord& deposit) {
 
 void FrmEditDepositsPost::AfterWriting() {
   TellPosted();
+  BeginNext();
+}
+
+void FrmEditDepositsPost::BeginNext() {
   BeginNew(session_.TheClock().Now().date);
   SetFocus("txtFileNumbers", 1);
 }

@@ -252,6 +252,7 @@ std::string_view clsKVRData::StandstillAdvice(int code) {
     case engine::kErrorRead:
       return "The disk or the network refuses.  The tables need no mending for that, and what was posted "
              "is kept: have the disk and the network seen to, and try again";
+    case engine::kLocked:
     case engine::kErrorLock:
       return "Another workstation or another program keeps the table or its index locked.  Nothing "
              "is damaged: try again in a moment";

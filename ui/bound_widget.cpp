@@ -18,6 +18,7 @@
 #include <QTimer>
 #include <QTreeWidget>
 #include <algorithm>
+#include <array>
 
 #include "ui/register_view.h"
 #include "ui/rtf_text.h"
@@ -102,8 +103,15 @@ class KeysPastOffers : public QObject {
 
  private:
   static bool IsEsc(const QKeyEvent& key) { return key.matches(QKeySequence::Cancel); }
+  // Not the modifiers by themselves, which switch keyboards, nor signs that AltGr types.
   static bool IsCommand(const QKeyEvent& key) {
-    return (key.modifiers() & (Qt::AltModifier | Qt::ControlModifier | Qt::MetaModifier)) != 0;
+    constexpr std::array kModifierKeys = {Qt::Key_Shift, Qt::Key_Control, Qt::Key_Alt, Qt::Key_AltGr,
+                                          Qt::Key_Meta};
+    if (std::find(kModifierKeys.begin(), kModifierKeys.end(), key.key()) != kModifierKeys.end()) return false;
+    const bool alt = key.modifiers().testFlag(Qt::AltModifier);
+    const bool ctrl = key.modifiers().testFlag(Qt::ControlModifier);
+    const bool types = alt && ctrl && !key.text().isEmpty() && key.text().front().isPrint();
+    return !types && (alt || ctrl || key.modifiers().testFlag(Qt::MetaModifier));
   }
   void Leave() {
     const QModelIndex marked = popup_.currentIndex();

@@ -162,9 +162,11 @@ int KeepTexts(Code4& code, const std::string& path) {
   const std::int64_t size = file->Size();
   if (size < 0) return static_cast<int>(size);
   if (size <= kEmptyMemoBytes) return kSuccess;
+  constexpr int kMostKept = 1000;  // a share that does not answer has them all
   const std::string stem = path.substr(0, path.size() - std::string_view(".FPT").size()) + ".LOST";
   std::string kept = stem + ".FPT";
-  for (int number = 2; code.setup.files.Exists(kept); ++number) kept = stem + std::to_string(number) + ".FPT";
+  for (int number = 2; number < kMostKept && code.setup.files.Exists(kept); ++number)
+    kept = stem + std::to_string(number) + ".FPT";
   return code.setup.files.Rename(path, kept);
 }
 
@@ -270,7 +272,8 @@ Data4* d4create(Code4& code, std::string_view path, std::span<const FieldLayout>
     for (const std::string& file : made) {
       if (rc != kErrorExists) code.setup.files.Remove(file);
     }
-    code.Fail(rc);
+    // A folder that somebody keeps is a failure here, not an outcome.
+    code.Fail(rc == kLocked ? static_cast<int>(kErrorOpenRefused) : rc);
     return nullptr;
   }
   return d4open(code, full);
@@ -337,8 +340,11 @@ int d4reindex(Data4& data, const Progress& progress) {
   }
   rc = SwapFiles(code.setup.files, table.Path(), {table.IndexPath()});
   if (rc == kSuccess) rc = table.ReopenIndex();
-  table.lost = rc != kSuccess;
-  if (rc == kSuccess) RebindTags(data);
+  if (rc == kSuccess) {
+    RebindTags(data);
+  } else {
+    Lose(data);
+  }
   return code.Fail(rc);
 }
 

@@ -63,7 +63,7 @@ class FileLayer {
   // The open file; null with `code` set to kErrorOpen, kErrorExists, kErrorCreate, kErrorDiskFull or, where
   // it may not be written, kErrorReadOnly.
   virtual std::unique_ptr<File> Open(const std::string& path, OpenMode mode, int* code) = 0;
-  virtual bool Exists(const std::string& path) = 0;
+  virtual bool Exists(const std::string& path) = 0;  // true also where that cannot be told
   virtual int Remove(const std::string& path) = 0;
   // Replaces `to` when it exists, and takes over the rights on it.
   virtual int Rename(const std::string& from, const std::string& to) = 0;

@@ -210,7 +210,9 @@ int IndexFile::LockShared() {
     if (recover_) {
       if (const int rc = recover_(); rc != kSuccess) return rc;
     }
-    if (const int rc = TakeLock(LockKind::kShared, kLockTries); rc != kSuccess) return rc;
+    const bool others_wait = writing_ && writing_();
+    const int rc = TakeLock(LockKind::kShared, others_wait ? kChangeLockTries : kLockTries);
+    if (rc != kSuccess) return rc;
     // A writer that died between the two leaves work behind, for which somebody will want the lock.
     if (!pending_ || !pending_()) break;
     file_->Unlock(kIndexLockAt, 1);

@@ -156,10 +156,12 @@ class IndexFile {
   std::uint32_t Counter() const { return counter_; }
   void SetSizeLimit(std::int64_t limit) { size_limit_ = limit; }
   // What a dead writer left in the journal: `recover` applies it, called before a lock is taken; `pending`
-  // says under the lock whether something is left.
-  void SetRecovery(std::function<int()> recover, std::function<bool()> pending) {
+  // says under the lock whether something is left. `writing` says whether others wait for this workstation.
+  void SetRecovery(std::function<int()> recover, std::function<bool()> pending,
+                   std::function<bool()> writing) {
     recover_ = std::move(recover);
     pending_ = std::move(pending);
+    writing_ = std::move(writing);
   }
 
  private:
@@ -181,6 +183,7 @@ class IndexFile {
   Clock& clock_;
   std::function<int()> recover_;
   std::function<bool()> pending_;
+  std::function<bool()> writing_;
   std::vector<std::unique_ptr<IndexTag>> tags_;
   std::vector<std::unique_ptr<IndexNode>> nodes_;  // by offset / kPageBytes
   std::size_t cached_bytes_ = 0;

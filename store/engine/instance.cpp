@@ -36,7 +36,8 @@ void HookRecovery(Code4& code, TableFile& table) {
   table.Heed(&journal);
   if (table.Index() == nullptr) return;
   table.Index()->SetRecovery([&journal] { return journal.Recover(); },
-                             [&journal] { return journal.HasOrphans(); });
+                             [&journal] { return journal.HasOrphans(); },
+                             [&code] { return code.unit_journal != nullptr; });
 }
 
 }  // namespace
@@ -47,6 +48,13 @@ void RebindTags(Data4& data) {
   for (std::size_t i = 0; i < data.tags.size() && i < fresh.size(); ++i) data.tags[i]->tag = fresh[i].get();
   data.ForgetPlace();
   data.place_version = 0;
+}
+
+void Lose(Data4& data) {
+  data.table.lost = true;
+  data.selected = nullptr;
+  data.tags.clear();
+  data.ForgetPlace();
 }
 
 namespace {

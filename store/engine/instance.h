@@ -250,6 +250,7 @@ std::vector<std::string> FilesOf(const Code4& code, const std::string& full);
 int BuildIndexLike(Code4& code, TableFile& table, const IndexFile& like, const std::string& path,
                    const Progress& progress);
 void RebindTags(Data4& data);  // after the index file of its table was replaced
+void Lose(Data4& data);        // where that could not be opened again: the handle has no tags any more
 int LoadRecord(Data4& data, std::uint32_t record);
 void ShowEnd(Data4& data);
 int WriteChanges(Data4& data);

@@ -93,7 +93,7 @@ int Journal::SetAside(std::string_view name, const std::vector<std::string>& fil
   if (rc == kSuccess) rc = FlushFiles({files.begin(), files.end()});
   // What an earlier one holds is perhaps still to be compared with paper.
   std::string kept(name);
-  for (int number = 2; setup_.files.Exists(PathOf(kept)); ++number)
+  for (int number = 2; rc == kSuccess && setup_.files.Exists(PathOf(kept)); ++number)
     kept = std::string(name) + std::to_string(number);
   if (rc == kSuccess) rc = setup_.files.Rename(PathOf(kFileName), PathOf(kept));
   if (rc == kSuccess) rc = setup_.files.FlushFolder(folder_);

@@ -178,6 +178,11 @@ int SkipInTag(Data4& data, std::int64_t count) {
   std::int64_t left = 0;
   const Standing from = StandingOf(data);
   const int rc = ReadIndex(data, [&] { return StepMany(data, from, up, forward ? count : -count, &left); });
+  if (rc < 0 && data.record != from.record) {
+    // The step may have been tried, and would be a second one when it is repeated.
+    LoadRecord(data, from.record);
+    data.ForgetPlace();
+  }
   if (rc != kSuccess) return rc;
   if (left == 0) return kSuccess;
   if (forward) {

@@ -147,7 +147,7 @@ int d4pack(Data4& data, const Progress& progress) {
   }
   rc = SwapFiles(code.setup.files, table.Path(), paths);
   if (rc == kSuccess) rc = table.Adopt(std::move(fresh));
-  table.lost = rc != kSuccess;
+  if (rc != kSuccess) Lose(data);
   if (rc == kSuccess && table.Index() != nullptr) RebindTags(data);
   ShowEnd(data);
   return code.Fail(rc);

@@ -208,7 +208,7 @@ ReadAhead::Block* ReadAhead::Fill(TableFile& table, std::uint32_t number, int* r
   if (wanted > 0) got = table.ReadRecords(first, wanted, block->bytes.data());
   block->number = got > 0 ? number : kNoBlock;
   block->count = got > 0 ? static_cast<std::uint32_t>(got) : 0;
-  *rc = got < 0 ? static_cast<int>(kErrorRead) : static_cast<int>(kSuccess);
+  *rc = got < 0 ? static_cast<int>(got) : static_cast<int>(kSuccess);
   return got > 0 ? block : nullptr;
 }
 
@@ -279,14 +279,20 @@ int LoadRecord(Data4& data, std::uint32_t record) {
   if (data.read_ahead && record != 0) {
     int rc = kSuccess;
     const std::uint8_t* bytes = data.ahead.Get(data.table, record, &rc);
-    if (bytes == nullptr) return rc;
+    if (bytes == nullptr) {
+      // What could not be read may have been on its way into the block in view.
+      if (rc != kNoRecord) data.record = 0;
+      if (rc != kNoRecord) data.SetView();
+      return rc;
+    }
     data.view = bytes;
   } else {
     int rc = kSuccess;
     if (record == 0 || !data.table.Holds(record, &rc)) return rc == kSuccess ? int{kNoRecord} : rc;
     // One that cannot be read leaves the handle as it is.
     data.incoming.resize(data.buffer.size());
-    if (data.table.ReadRecords(record, 1, data.incoming.data()) != 1) return kErrorRead;
+    const std::int64_t got = data.table.ReadRecords(record, 1, data.incoming.data());
+    if (got != 1) return got < 0 ? static_cast<int>(got) : static_cast<int>(kErrorRead);
     data.buffer.swap(data.incoming);
     data.SetView();
   }

@@ -311,6 +311,7 @@ int d4correctMemoEnd(Data4& data) {
 
 int d4verify(Data4& data, std::vector<TableProblem>* problems, const Progress& progress) {
   if (data.code.unit_depth > 0) return data.code.Fail(kErrorParameter);
+  if (data.table.lost) return data.code.Fail(kErrorClose);
   return data.code.Fail(Verifier(data, problems, progress).Run());
 }
 

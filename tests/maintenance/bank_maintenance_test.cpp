@@ -123,7 +123,8 @@ TEST_F(BankMaintenanceTest, TheFormOfPeriodsStaysWhileItemsAreOpen) {
   } cases[] = {
       {"2", {{"BANKACCTDA", "15"}, {"BANKDTETYP", "1"}}, "record 1 of ESCROW_CHECKS_FNB"},
       {"2", {{"BANKACCTDA", "15"}}, "record 1 of ESCROW_CHECKS_FNB"},
-      {"2", {{"BANKDTETYP", "1"}}, "record 1 of ESCROW_CHECKS_FNB"},
+      {"2", {{"BANKDTETYP", "1"}}, ""},
+      {"2", {{"BANKDTETYP", "0"}}, ""},
       {"3", {{"BANKACCTDA", "15"}}, "record 1 of ESCROW_CHECKS_FNB"},
       {"4", {{"BANKACCTDA", "15"}}, "record 1 of ESCROW_DEPOSITS_FNB"},
       {"2", {{"BANKACCTMO", "4"}}, ""},
@@ -139,6 +140,16 @@ TEST_F(BankMaintenanceTest, TheFormOfPeriodsStaysWhileItemsAreOpen) {
     EXPECT_NE(told.find(wanted), std::string::npos) << told;
     EXPECT_EQ(before == office_.session->Company().banks.Find("FNB"), !wanted.empty());
   }
+  // A form that was changed by mistake can be put right: what is open has the form to come.
+  ASSERT_EQ(Change({{"BANKACCTDA", "0"}}), "");
+  ASSERT_TRUE(tables.Open("FNB"));
+  check.number = "11";
+  check.accounting = {6, 10, 2024};
+  check.statement = {};
+  ASSERT_EQ(tables.checks.Add(check), 0);
+  tables.Close();
+  EXPECT_EQ(Change({{"BANKACCTDA", "30"}}), "");
+  EXPECT_NE(Change({{"BANKACCTDA", "0"}}), "");
 }
 
 TEST_F(BankMaintenanceTest, AsksForTheRightAndTheBank) {

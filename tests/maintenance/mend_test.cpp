@@ -361,6 +361,7 @@ TEST_F(Mend, NamesStatusesThatAreNone) {
       ASSERT_TRUE(bank.checks.SeekNumber(change.number));
       CheckRecord check = bank.checks.Read();
       check.status = change.status;
+      check.accounting = {3, 0, 2024};
       check.statement = change.statement;
       ASSERT_EQ(bank.checks.Update(check), 0);
     }
