@@ -57,6 +57,7 @@ class MemoryFiles : public engine::FileLayer {
     for (auto& [path, node] : nodes_) {
       node->bytes = node->durable;
       node->dirty.clear();
+      node->shortest = std::string::npos;
     }
   }
 
@@ -64,7 +65,7 @@ class MemoryFiles : public engine::FileLayer {
   std::unique_ptr<MemoryFiles> Clone() const {
     auto copy = std::make_unique<MemoryFiles>(capacity_);
     for (const auto& [path, node] : nodes_)
-      copy->nodes_[path] = std::make_shared<Node>(Node{node->bytes, node->bytes, {}, {}});
+      copy->nodes_[path] = std::make_shared<Node>(Node{node->bytes, node->bytes, {}, std::string::npos, {}});
     copy->durable_names_ = copy->nodes_;
     return copy;
   }
@@ -90,6 +91,7 @@ class MemoryFiles : public engine::FileLayer {
     if (mode == OpenMode::kCreate) {
       found->second->Touch(0, found->second->bytes.size());
       found->second->bytes.clear();
+      found->second->shortest = 0;
     }
     return std::make_unique<OpenFile>(*this, found->second, mode != OpenMode::kReadOnly);
   }
@@ -141,8 +143,9 @@ class MemoryFiles : public engine::FileLayer {
 
   struct Node {
     std::string bytes;
-    std::string durable;          // as last flushed
-    std::set<std::size_t> dirty;  // pages written since, by the system's own account
+    std::string durable;                       // as last flushed
+    std::set<std::size_t> dirty;               // pages written since, by the system's own account
+    std::size_t shortest = std::string::npos;  // its least length since the last flush that held
     std::vector<LockedRange> locks;
 
     void Touch(std::size_t from, std::size_t to) {
@@ -206,6 +209,7 @@ class MemoryFiles : public engine::FileLayer {
       if (rc != engine::kSuccess && !(rc == engine::kErrorDiskFull && size <= Size())) return rc;
       node_->Touch(static_cast<std::size_t>(size), node_->bytes.size());
       node_->bytes.resize(static_cast<std::size_t>(size));
+      node_->shortest = std::min(node_->shortest, node_->bytes.size());
       return engine::kSuccess;
     }
 
@@ -215,6 +219,9 @@ class MemoryFiles : public engine::FileLayer {
       const std::set<std::size_t> pages = std::exchange(node_->dirty, {});
       if (rc == engine::kErrorWrite) return rc;
       ++disk_.flushes_;
+      // A file does not get back what it gave up, even where the bytes behind its new end have been lost.
+      node_->durable.resize(std::min(node_->durable.size(), node_->shortest));
+      node_->shortest = std::string::npos;
       node_->durable.resize(node_->bytes.size());
       for (const std::size_t page : pages) {
         const std::size_t at = page * kPage;
