@@ -1,6 +1,7 @@
 #include "reports/ledger_reader.h"
 
 #include <charconv>
+#include <optional>
 
 #include "core/text.h"
 #include "posting/deposit_facts.h"
@@ -11,6 +12,10 @@
 
 namespace tallwick {
 namespace {
+
+// A reference and its deposit are read one behind the other, and another desk may change both in between. So
+// what does not fit together is looked at again.
+constexpr int kLooks = 3;
 
 // The item number of a cross-reference, 0 when it is none.
 int ItemNumber(std::string_view text) {
@@ -92,10 +97,14 @@ LedgerReading ReadFileLedger(Session& session, std::string_view file_number) {
     BankTables tables(session.Home());
     if (!tables.Open(bank.code))
       return Incomplete(reading, "The tables of bank " + Quoted(bank.code) + " could not be opened");
-    BankLedger ledger(bank.code, bank.name);
-    if (const std::string problem = ReadBank(tables, file, &ledger); !problem.empty())
-      return Incomplete(reading, problem);
-    reading.ledger.AddBank(ledger);
+    std::optional<BankLedger> ledger;
+    std::string problem;
+    for (int look = 0; look < kLooks && (look == 0 || !problem.empty()); ++look) {
+      ledger.emplace(bank.code, bank.name);
+      problem = ReadBank(tables, file, &*ledger);
+    }
+    if (!problem.empty()) return Incomplete(reading, problem);
+    reading.ledger.AddBank(*ledger);
   }
   if (banks.empty()) {
     reading.message = "No banks have been created.";
