@@ -300,7 +300,7 @@ int LoadRecord(Data4& data, std::uint32_t record) {
   data.changed = false;
   data.appending = false;
   data.eof = data.bof = false;
-  data.memos.clear();
+  if (!data.memos.empty()) data.memos.clear();
   return kSuccess;
 }
 
@@ -316,8 +316,6 @@ void ShowEnd(Data4& data) {
 }
 
 int WriteChanges(Data4& data) {
-  // Its tags are gone as well, so no move may begin, and each begins here.
-  if (data.table.lost) return data.code.Fail(kErrorClose);
   if (!data.changed) return kSuccess;
   if (data.appending) return d4append(data);
   Code4& code = data.code;

@@ -108,7 +108,8 @@ class TableFile {
   int Adopt(std::unique_ptr<TableFile> fresh);
 
   int handles = 0;
-  // Its files were replaced and could not be opened again: nothing may be read or written any more.
+  // Its files were replaced and could not be opened again: nothing may be written any more,
+  // and its handle has no tags.
   bool lost = false;
 
  private:
