@@ -112,7 +112,7 @@ class PosixFile final : public File {
  private:
   // Where a disk cannot set room aside, what is free must do.
   bool HasRoomFor(std::int64_t length) {
-    constexpr std::int64_t kForItsOwnNotes = 64 * 1024;
+    constexpr std::int64_t kForItsOwnNotes = std::int64_t{64} << 10;
     struct statvfs disk {};
     if (::fstatvfs(fd_, &disk) != 0 || disk.f_blocks == 0) return true;  // it does not tell
     return static_cast<std::int64_t>(disk.f_bavail * disk.f_frsize) >= length + kForItsOwnNotes;
