@@ -281,8 +281,10 @@ int LoadRecord(Data4& data, std::uint32_t record) {
     const std::uint8_t* bytes = data.ahead.Get(data.table, record, &rc);
     if (bytes == nullptr) {
       // What could not be read may have been on its way into the block in view.
-      if (rc != kNoRecord) data.record = 0;
-      if (rc != kNoRecord) data.SetView();
+      if (rc != kNoRecord) {
+        data.record = 0;
+        data.SetView();
+      }
       return rc;
     }
     data.view = bytes;

@@ -4,6 +4,8 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
+
 #include "posting/post_deposit.h"
 #include "tests/posting/screen_fixture.h"
 
@@ -15,42 +17,39 @@ using ::testing::EndsWith;
 using ::testing::HasSubstr;
 using testing::PostingScreenTest;
 
-class DepositClearedTest : public PostingScreenTest<FrmEditDepositsClear> {};
+constexpr Period kMarch{3, 0, 2024};
+
+class DepositClearedTest : public PostingScreenTest<FrmEditDepositsClear> {
+ protected:
+  // An office with one deposit of March on the screen.
+  void OpenWith(const std::vector<DepositItem>& items) {
+    OpenOffice();
+    deposit_.dated = "20240315";
+    deposit_.sequence = "1";
+    deposit_.accounting = kMarch;
+    deposit_.item_count = static_cast<int>(items.size());
+    std::copy(items.begin(), items.end(), deposit_.items.begin());
+    ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", deposit_).Done());
+    OpenForm();
+    form_->Choose("lstDepositDates", 1);
+  }
+  DepositRecord deposit_;
+};
 
 TEST_F(DepositClearedTest, AnItemReconciledSinceItWasShownStaysCleared) {
-  OpenOffice();
-  const Period march{3, 0, 2024};
-  DepositRecord deposit;
-  deposit.dated = "20240315";
-  deposit.sequence = "1";
-  deposit.accounting = march;
-  deposit.item_count = 1;
-  deposit.items[0] = {"1", "24-0117", "SMITH", Currency::FromCents(10'00), march, "C"};
-  ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", deposit).Done());
-  OpenForm();
-  form_->Choose("lstDepositDates", 1);
+  OpenWith({{"1", "24-0117", "SMITH", Currency::FromCents(10'00), kMarch, "C"}});
   form_->SetCheck("chkCleared", 0, 1);
-  Reconcile(march);
+  Reconcile(kMarch);
   form_->Click("cmdOk");
   EXPECT_THAT(office_.TakeTexts(), ElementsAre(HasSubstr("Line 1 Cleared: yours not marked, stored marked")));
   ASSERT_TRUE(tables_->deposits.SeekDeposit("20240315", "1"));
-  EXPECT_EQ(tables_->deposits.Read(), deposit);
+  EXPECT_EQ(tables_->deposits.Read(), deposit_);
 }
 
 TEST_F(DepositClearedTest, TheTrailHasThePeriodsOfTheLines) {
-  OpenOffice();
-  const Period march{3, 0, 2024};
-  DepositRecord deposit;
-  deposit.dated = "20240315";
-  deposit.sequence = "1";
-  deposit.accounting = march;
-  deposit.item_count = 3;
-  deposit.items[0] = {"1", "24-0117", "SMITH", Currency::FromCents(10'00), march, "C"};
-  deposit.items[1] = {"2", "24-0117", "SMITH", Currency::FromCents(20'00), {}, "O"};
-  deposit.items[2] = {"3", "24-0117", "SMITH", Currency::FromCents(30'00), {}, "O"};
-  ASSERT_TRUE(PostDeposit(*tables_, Xrefs(), "FNB", deposit).Done());
-  OpenForm();
-  form_->Choose("lstDepositDates", 1);
+  OpenWith({{"1", "24-0117", "SMITH", Currency::FromCents(10'00), kMarch, "C"},
+            {"2", "24-0117", "SMITH", Currency::FromCents(20'00), {}, "O"},
+            {"3", "24-0117", "SMITH", Currency::FromCents(30'00), {}, "O"}});
   form_->SetCheck("chkCleared", 1, 2);
   Post();
   EXPECT_THAT(Log(), EndsWith("[EDIT] chkCleared (2) was: Unchecked now: Checked\r\n"
